@@ -1,0 +1,9 @@
+# The benchmarks: tessel_bench, on Google Benchmark.
+find_package(benchmark REQUIRED)
+tessel_executable(tessel_bench bench/*.cpp)
+if(TARGET tessel_bench)
+  target_link_libraries(tessel_bench PRIVATE tessel_logic benchmark::benchmark benchmark::benchmark_main)
+  if(NOT TESSEL_LOGIC_ONLY)
+    target_link_libraries(tessel_bench PRIVATE tessel_data tessel_desktop)
+  endif()
+endif()

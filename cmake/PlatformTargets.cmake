@@ -1,0 +1,29 @@
+# The implementations of the contract, and the program.
+find_package(SQLite3 REQUIRED)
+find_package(ODBC REQUIRED)
+find_package(Threads REQUIRED)
+find_package(Qt6 REQUIRED COMPONENTS Widgets PrintSupport Svg Test)
+find_library(TESSEL_QSCINTILLA NAMES qscintilla2_qt6 REQUIRED)
+
+tessel_library_recursive(tessel_data platform/data/*.cpp)
+tessel_link(tessel_data tessel_platform SQLite::SQLite3 ODBC::ODBC Threads::Threads)
+tessel_precompile_std(tessel_data)
+
+file(GLOB_RECURSE desktop_sources CONFIGURE_DEPENDS platform/desktop/*.cpp platform/desktop/*.h)
+file(GLOB desktop_forms CONFIGURE_DEPENDS platform/desktop/forms/*.ui)
+file(GLOB desktop_resources CONFIGURE_DEPENDS platform/desktop/*.qrc)
+# Every form becomes <build>/ui_<form>.h, whether a source includes it or not.
+qt_wrap_ui(desktop_form_headers ${desktop_forms})
+set_source_files_properties(${desktop_form_headers} PROPERTIES SKIP_AUTOGEN ON)
+tessel_library_of(tessel_desktop ${desktop_sources} ${desktop_form_headers} ${desktop_resources})
+set_target_properties(tessel_desktop PROPERTIES AUTOMOC ON AUTORCC ON)
+tessel_link(tessel_desktop tessel_platform Qt6::Widgets Qt6::PrintSupport Qt6::Svg ${TESSEL_QSCINTILLA})
+tessel_precompile_std(tessel_desktop <QtWidgets>)
+tessel_scope(tessel_desktop desktop_scope)
+target_include_directories(tessel_desktop ${desktop_scope} ${CMAKE_BINARY_DIR})
+
+tessel_executable(Tessel main/*.cpp)
+if(TARGET Tessel)
+  set_target_properties(Tessel PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  target_link_libraries(Tessel PRIVATE tessel_logic tessel_desktop tessel_data)
+endif()

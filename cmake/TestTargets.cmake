@@ -1,0 +1,41 @@
+# The tests, one binary a ring. ./test.sh runs them and counts their cases; ctest runs them whole.
+find_package(GTest REQUIRED)
+enable_testing()
+
+tessel_library_recursive(tessel_test_support tests/support/*.cpp)
+tessel_link(tessel_test_support tessel_platform tessel_logic pugixml::pugixml)
+tessel_scope(tessel_test_support support_scope)
+target_compile_definitions(tessel_test_support ${support_scope}
+                           TESSEL_FORMS_DIR="${CMAKE_SOURCE_DIR}/platform/desktop/forms")
+tessel_precompile_std(tessel_test_support)
+
+# tessel_test(<ring> <main library> <library>...): the binary <ring>_tests of tests/<ring>.
+function(tessel_test ring main)
+  set(binary ${ring}_tests)
+  tessel_executable(${binary} tests/${ring}/*.cpp)
+  if(TARGET ${binary})
+    target_link_libraries(${binary} PRIVATE tessel_test_support ${ARGN} ${main} GTest::gmock)
+    tessel_precompile_std(${binary} <gmock/gmock.h> <gtest/gtest.h>)
+    add_test(NAME ${ring} COMMAND ${binary})
+    set_tests_properties(${ring} PROPERTIES LABELS ${ring})
+  endif()
+endfunction()
+
+tessel_test(logic GTest::gtest_main tessel_logic)
+if(NOT TESSEL_LOGIC_ONLY)
+  tessel_test(data GTest::gtest_main tessel_data)
+  tessel_test(desktop GTest::gtest tessel_desktop tessel_data tessel_logic Qt6::Test)
+  if(TARGET desktop_tests)
+    set_target_properties(desktop_tests PROPERTIES AUTOMOC ON)
+    target_compile_definitions(desktop_tests
+      PRIVATE TESSEL_SAMPLE_SCRIPT="${CMAKE_SOURCE_DIR}/samples/make_shop.py")
+  endif()
+endif()
+
+if(EXISTS ${CMAKE_SOURCE_DIR}/tests/text/check.py)
+  find_package(Python3 COMPONENTS Interpreter)
+  if(Python3_FOUND)
+    add_test(NAME text COMMAND ${Python3_EXECUTABLE} ${CMAKE_SOURCE_DIR}/tests/text/check.py)
+    set_tests_properties(text PROPERTIES LABELS text)
+  endif()
+endif()

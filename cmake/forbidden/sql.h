@@ -1,0 +1,1 @@
+#error "<sql.h> belongs to platform/data: the logic speaks to databases through platform/*.h"

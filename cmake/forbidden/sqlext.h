@@ -1,0 +1,1 @@
+#error "<sqlext.h> belongs to platform/data: the logic speaks to databases through platform/*.h"

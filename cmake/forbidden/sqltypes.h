@@ -1,0 +1,1 @@
+#error "<sqltypes.h> belongs to platform/data: the logic speaks to databases through platform/*.h"
