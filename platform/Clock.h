@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tessel {
+
+/// Time as an object, so that elapsed times and time stamps can be tested by hand. UI thread.
+class Clock {
+ public:
+  virtual ~Clock() = default;
+
+  /// Milliseconds of a clock that never goes back; only differences have a meaning.
+  [[nodiscard]] virtual std::int64_t Milliseconds() const = 0;
+  /// The local time of day in the system's long time format, for example "14:03:59".
+  [[nodiscard]] virtual std::string LongTime() const = 0;
+};
+
+}  // namespace tessel

@@ -1,0 +1,113 @@
+#include "platform/Value.h"
+
+#include <array>
+#include <charconv>
+
+namespace tessel {
+
+namespace {
+
+template <class... Cases>
+struct Overload : Cases... {
+  using Cases::operator()...;
+};
+
+template <class Number>
+void AppendNumber(Number number, std::string& out) {
+  std::array<char, 40> buffer;
+  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
+  out.append(buffer.data(), end);
+}
+
+/// Length of the valid UTF-8 sequence at the start of `text`, or 0.
+std::size_t SequenceLength(std::string_view text) {
+  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+  const auto continues = [&](std::size_t i) { return i < text.size() && (byte(i) & 0xC0U) == 0x80U; };
+  const unsigned first = byte(0);
+  if (first < 0x80) return 1;
+  if (first >= 0xC2 && first <= 0xDF) return continues(1) ? 2 : 0;
+  if (first >= 0xE0 && first <= 0xEF) {
+    if (!continues(1) || !continues(2)) return 0;
+    const bool overlong = first == 0xE0 && byte(1) < 0xA0;
+    const bool surrogate = first == 0xED && byte(1) >= 0xA0;
+    return overlong || surrogate ? 0 : 3;
+  }
+  if (first >= 0xF0 && first <= 0xF4) {
+    if (!continues(1) || !continues(2) || !continues(3)) return 0;
+    const bool overlong = first == 0xF0 && byte(1) < 0x90;
+    const bool beyond = first == 0xF4 && byte(1) >= 0x90;
+    return overlong || beyond ? 0 : 4;
+  }
+  return 0;
+}
+
+void AppendBytesAsText(std::string_view bytes, std::string& out) {
+  while (!bytes.empty()) {
+    const std::size_t length = SequenceLength(bytes);
+    if (length == 0) out += "\xEF\xBF\xBD";
+    else out += bytes.substr(0, length);
+    bytes.remove_prefix(length == 0 ? 1 : length);
+  }
+}
+
+std::string_view AsChars(std::span<const std::byte> bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+}  // namespace
+
+bool IsNumericType(DataType type) {
+  switch (type) {
+    case DataType::SmallInt:
+    case DataType::Integer:
+    case DataType::Single:
+    case DataType::Double:
+    case DataType::Currency:
+    case DataType::Decimal:
+    case DataType::TinyInt:
+    case DataType::UnsignedTinyInt:
+    case DataType::UnsignedSmallInt:
+    case DataType::UnsignedInt:
+    case DataType::BigInt:
+    case DataType::UnsignedBigInt:
+    case DataType::Numeric:
+      return true;
+    default:
+      return false;
+  }
+}
+
+Value ToValue(const ValueView& view) {
+  return std::visit(Overload{[](DecimalView v) -> Value { return Decimal{std::string(v.digits)}; },
+                             [](MomentView v) -> Value { return Moment{std::string(v.text)}; },
+                             [](std::string_view v) -> Value { return std::string(v); },
+                             [](BinaryView v) -> Value { return Bytes(v.bytes.begin(), v.bytes.end()); },
+                             [](auto v) -> Value { return v; }},
+                    view);
+}
+
+ValueView ToView(const Value& value) {
+  return std::visit(Overload{[](const Decimal& v) -> ValueView { return DecimalView{v.digits}; },
+                             [](const Moment& v) -> ValueView { return MomentView{v.text}; },
+                             [](const std::string& v) -> ValueView { return std::string_view(v); },
+                             [](const Bytes& v) -> ValueView { return BinaryView{v}; },
+                             [](auto v) -> ValueView { return v; }},
+                    value);
+}
+
+void AppendText(const ValueView& value, std::string& out) {
+  std::visit(Overload{[](std::monostate) {}, [&](bool v) { out += v ? "True" : "False"; },
+                      [&](DecimalView v) { out += v.digits; }, [&](MomentView v) { out += v.text; },
+                      [&](std::string_view v) { out += v; },
+                      [&](BinaryView v) { AppendBytesAsText(AsChars(v.bytes), out); },
+                      [&](auto number) { AppendNumber(number, out); }},
+             value);
+}
+
+std::string ToText(const ValueView& value) {
+  std::string text;
+  AppendText(value, text);
+  return text;
+}
+
+}  // namespace tessel
