@@ -15,10 +15,16 @@ file(GLOB desktop_resources CONFIGURE_DEPENDS platform/desktop/*.qrc)
 # Every form becomes <build>/ui_<form>.h, whether a source includes it or not.
 qt_wrap_ui(desktop_form_headers ${desktop_forms})
 set_source_files_properties(${desktop_form_headers} PROPERTIES SKIP_AUTOGEN ON)
-tessel_library_of(tessel_desktop ${desktop_sources} ${desktop_form_headers} ${desktop_resources})
-set_target_properties(tessel_desktop PROPERTIES AUTOMOC ON AUTORCC ON)
+tessel_library_of(tessel_desktop ${desktop_sources} ${desktop_form_headers})
+set_target_properties(tessel_desktop PROPERTIES AUTOMOC ON)
 tessel_link(tessel_desktop tessel_platform Qt6::Widgets Qt6::PrintSupport Qt6::Svg ${TESSEL_QSCINTILLA})
 tessel_precompile_std(tessel_desktop <QtWidgets>)
+# As objects on every link line: in an archive nothing would refer to them and they would be dropped.
+if(desktop_resources)
+  qt_add_resources(desktop_resource_sources ${desktop_resources})
+  add_library(tessel_resources OBJECT ${desktop_resource_sources})
+  tessel_link(tessel_desktop $<TARGET_OBJECTS:tessel_resources>)
+endif()
 tessel_scope(tessel_desktop desktop_scope)
 target_include_directories(tessel_desktop ${desktop_scope} ${CMAKE_BINARY_DIR})
 
