@@ -1,0 +1,61 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/Control.h"
+
+namespace tessel {
+
+/// What list box and combo box share. Indices are 0-based; -1 is "none". Removing the selected entry leaves none
+/// selected; removing one above it keeps the selected entry selected.
+class ListControl : public Control {
+ public:
+  using Control::Control;
+
+  [[nodiscard]] virtual int ListCount() const = 0;
+  [[nodiscard]] virtual std::string List(int index) const = 0;
+  virtual void AddItem(std::string_view text) = 0;  ///< At the end; raises nothing.
+  virtual void RemoveItem(int index) = 0;           ///< Raises nothing.
+  virtual void Clear() = 0;                         ///< Raises nothing; a combo box's text becomes empty.
+
+  [[nodiscard]] int ListIndex() const { return ReadIndex(); }
+  /// Selects an entry; Click follows when another one becomes selected, by the user or by code.
+  void SetListIndex(int index) {
+    if (index == ReadIndex()) return;
+    WriteIndex(index);
+    if (index >= 0) Raise(Click);
+  }
+
+  Event<> Click;
+
+ protected:
+  [[nodiscard]] virtual int ReadIndex() const = 0;
+  virtual void WriteIndex(int index) = 0;
+};
+
+class ListBox : public ListControl {
+ public:
+  using ListControl::ListControl;
+};
+
+/// A drop-down list, editable or not, as the form says.
+class ComboBox : public ListControl {
+ public:
+  using ListControl::ListControl;
+
+  [[nodiscard]] std::string Text() const { return ReadText(); }
+  /// Sets the text. In a box that cannot be edited it selects the entry of that text (Click follows when the
+  /// selection changes) and does nothing when there is none; an editable one shows it, and Change follows.
+  void SetText(std::string_view text);
+
+  [[nodiscard]] virtual bool Editable() const = 0;
+  virtual void SelectAllText() = 0;  ///< Of an editable box.
+
+  Event<> Change;  ///< The text of an editable box changed.
+
+ protected:
+  [[nodiscard]] virtual std::string ReadText() const = 0;
+  virtual void WriteText(std::string_view text) = 0;  ///< Of an editable box.
+};
+
+}  // namespace tessel
