@@ -15,51 +15,51 @@ using OptionalText = std::optional<std::string>;
 
 /// One row of SchemaRowset::Tables.
 struct SchemaTable {
-    OptionalText catalog;
-    OptionalText schema;
-    std::string name;
-    std::string type; ///< "TABLE", "VIEW", "SYSTEM TABLE" or the database's own.
-    OptionalText description;
+  OptionalText catalog;
+  OptionalText schema;
+  std::string name;
+  std::string type;  ///< "TABLE", "VIEW", "SYSTEM TABLE" or the database's own.
+  OptionalText description;
 };
 
 /// One row of SchemaRowset::Columns.
 struct SchemaColumn {
-    OptionalText catalog;
-    OptionalText schema;
-    std::string table;
-    std::string name;
-    std::int64_t ordinal = 0; ///< From 1.
-    bool nullable = true;
-    DataType type = DataType::VarWChar;
-    std::string typeName;
+  OptionalText catalog;
+  OptionalText schema;
+  std::string table;
+  std::string name;
+  std::int64_t ordinal = 0;  ///< From 1.
+  bool nullable = true;
+  DataType type = DataType::VarWChar;
+  std::string typeName;
 };
 
 /// Collects the rows of one schema rowset and leaves out those that the restrictions exclude.
 class SchemaRows {
-  public:
-    /// `restrictions` as of Connection::OpenSchema.
-    SchemaRows(SchemaRowset kind, std::vector<std::string> restrictions);
+ public:
+  /// `restrictions` as of Connection::OpenSchema.
+  SchemaRows(SchemaRowset kind, std::vector<std::string> restrictions);
 
-    [[nodiscard]] SchemaRowset Kind() const { return kind_; }
-    /// The fields of the rowset.
-    [[nodiscard]] const std::vector<FieldInfo>& Fields() const { return fields_; }
-    /// The restriction at `index` in the order given at SchemaRowset; empty: none.
-    [[nodiscard]] const std::string& Restriction(std::size_t index) const;
+  [[nodiscard]] SchemaRowset Kind() const { return kind_; }
+  /// The fields of the rowset.
+  [[nodiscard]] const std::vector<FieldInfo>& Fields() const { return fields_; }
+  /// The restriction at `index` in the order given at SchemaRowset; empty: none.
+  [[nodiscard]] const std::string& Restriction(std::size_t index) const;
 
-    void AddCatalog(const std::string& name, const OptionalText& description);
-    void AddTable(const SchemaTable& table);
-    void AddColumn(const SchemaColumn& column);
+  void AddCatalog(const std::string& name, const OptionalText& description);
+  void AddTable(const SchemaTable& table);
+  void AddColumn(const SchemaColumn& column);
 
-    [[nodiscard]] RowSink& Sink() { return sink_; }
+  [[nodiscard]] RowSink& Sink() { return sink_; }
 
-  private:
-    [[nodiscard]] bool Allows(std::size_t index, const OptionalText& value) const;
-    void Put(std::size_t field, const OptionalText& value);
+ private:
+  [[nodiscard]] bool Allows(std::size_t index, const OptionalText& value) const;
+  void Put(std::size_t field, const OptionalText& value);
 
-    SchemaRowset kind_;
-    std::vector<std::string> restrictions_;
-    std::vector<FieldInfo> fields_;
-    RowSink sink_;
+  SchemaRowset kind_;
+  std::vector<std::string> restrictions_;
+  std::vector<FieldInfo> fields_;
+  RowSink sink_;
 };
 
-} // namespace tessel
+}  // namespace tessel

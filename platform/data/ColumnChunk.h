@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "platform/Value.h"
+#include "platform/data/GrowBuffer.h"
+
+namespace tessel {
+
+/// What a cell holds, and what all cells of a column that are not null hold. Decimal to Binary lie
+/// in an arena.
+enum class CellKind : std::uint8_t {
+  Null,
+  Boolean,
+  Integer,
+  Unsigned,
+  Single,
+  Double,
+  Decimal,
+  Moment,
+  Text,
+  Binary,
+  Mixed,  ///< Of a column only: every cell says its own kind.
+};
+
+[[nodiscard]] constexpr bool IsArenaKind(CellKind kind) {
+  return kind >= CellKind::Decimal && kind <= CellKind::Binary;
+}
+
+/// Where a cell of a mixed column stands in the arena.
+struct ArenaSlice {
+  std::uint32_t offset = 0;
+  std::uint32_t size = 0;
+};
+
+/// The cells of one column of one chunk, in the most compact of these forms:
+/// - Null: nothing at all;
+/// - numbers: an array of their own width;
+/// - arena kinds: 4-byte ends, each cell begins where the one before it ends;
+/// - Mixed: one byte of kind and 8 bytes a cell, a number or an ArenaSlice.
+/// Except in a mixed column a cell is null when its bit in `nulls` is set; without nulls there are
+/// no bits.
+struct ColumnChunk {
+  CellKind kind = CellKind::Null;
+  GrowBuffer cells;
+  GrowBuffer nulls;  ///< 64-bit words.
+  GrowBuffer kinds;  ///< Mixed only.
+  GrowBuffer arena;
+
+  [[nodiscard]] ValueView At(std::size_t row) const;
+  [[nodiscard]] bool IsNullAt(std::size_t row) const {
+    if (kind == CellKind::Null) return true;
+    if (kind == CellKind::Mixed) return kinds.At<CellKind>(row) == CellKind::Null;
+    return nulls.Size() != 0 && ((nulls.At<std::uint64_t>(row / 64) >> (row % 64)) & 1U) != 0;
+  }
+  /// Start and size in the arena of a cell of an arena kind.
+  [[nodiscard]] ArenaSlice SliceAt(std::size_t row) const {
+    const std::uint32_t start = row == 0 ? 0 : cells.At<std::uint32_t>(row - 1);
+    return {start, cells.At<std::uint32_t>(row) - start};
+  }
+  [[nodiscard]] std::size_t HeldBytes() const {
+    return cells.Capacity() + nulls.Capacity() + kinds.Capacity() + arena.Capacity();
+  }
+
+ private:
+  [[nodiscard]] ValueView MixedAt(std::size_t row) const;
+  [[nodiscard]] ValueView ArenaView(CellKind of, ArenaSlice slice) const;
+};
+
+/// Up to `maxRows` rows, never changed once made: handed from the worker to cursors without a copy.
+/// Any thread.
+struct Chunk {
+  static constexpr std::size_t maxRows = 65536;
+
+  std::vector<ColumnChunk> columns;
+  std::size_t rows = 0;
+
+  [[nodiscard]] std::size_t HeldBytes() const;
+};
+
+using ChunkPtr = std::shared_ptr<const Chunk>;
+
+inline ValueView ColumnChunk::At(std::size_t row) const {
+  if (kind == CellKind::Mixed) return MixedAt(row);
+  if (IsNullAt(row)) return std::monostate{};
+  switch (kind) {
+  case CellKind::Boolean: return cells.At<std::uint8_t>(row) != 0;
+  case CellKind::Integer: return cells.At<std::int64_t>(row);
+  case CellKind::Unsigned: return cells.At<std::uint64_t>(row);
+  case CellKind::Single: return cells.At<float>(row);
+  case CellKind::Double: return cells.At<double>(row);
+  default: return ArenaView(kind, SliceAt(row));
+  }
+}
+
+}  // namespace tessel
