@@ -111,6 +111,7 @@ endfunction()
 # included; nothing if there are none. Check with if(TARGET <name>).
 function(tessel_executable name)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} ${ARGN})
+  list(FILTER sources EXCLUDE REGEX "^tests/data/servers/") # a library of its own
   if(sources)
     add_executable(${name} ${sources})
     tessel_warnings(${name})

@@ -23,8 +23,11 @@ endfunction()
 
 tessel_test(logic GTest::gtest_main tessel_logic)
 if(NOT TESSEL_LOGIC_ONLY)
-  tessel_test(data GTest::gtest_main tessel_data)
-  tessel_test(desktop GTest::gtest tessel_desktop tessel_data tessel_logic Qt6::Test)
+  # Database servers on the loopback interface, for the tests that want real ones.
+  tessel_library(tessel_test_servers tests/data/servers/*.cpp)
+  tessel_link(tessel_test_servers tessel_platform)
+  tessel_test(data GTest::gtest_main tessel_data tessel_test_servers)
+  tessel_test(desktop GTest::gtest tessel_desktop tessel_data tessel_logic tessel_test_servers Qt6::Test)
   if(TARGET desktop_tests)
     set_target_properties(desktop_tests PROPERTIES AUTOMOC ON)
     target_compile_definitions(desktop_tests
