@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "platform/Connection.h"
+#include "platform/Value.h"
+
+namespace tessel::test {
+
+/// A declared column type, a value of it as SQL and what must arrive.
+struct TypeCase {
+  std::string declaration;  ///< For `create table t (v <declaration>)`.
+  std::string literal;      ///< For `insert into t values (<literal>)`.
+  DataType type;            ///< Of the field.
+  Value value;              ///< Of the cell.
+};
+
+/// What a database or its driver cannot do; the bodies that need it are skipped with the reason.
+struct DatabaseTraits {
+  bool severalStatements = true;           ///< Several statements in one text.
+  bool keepsStatementsBeforeError = true;  ///< In "insert ...; bad" the insert stays done.
+  bool rowsBeforeLast =
+      true;                 ///< Rows arrive before the database has made the last one (streaming).
+  bool baseColumns = true;  ///< FieldInfo::baseTable and baseColumn are told, also behind an alias.
+  bool uniqueRows = true;   ///< "Unique Rows" is told.
+  bool syntaxErrorHasState = true;  ///< An error carries SQLSTATE or a native code.
+};
+
+/// One database that the shared bodies run against: how to connect, and how things are said there.
+/// A body makes its own tables (ScratchTable) and drops them.
+class Database {
+ public:
+  virtual ~Database() = default;
+
+  /// Why it cannot be used on this machine; empty when it can.
+  [[nodiscard]] virtual std::string WhyUnavailable() { return {}; }
+  [[nodiscard]] virtual DatabaseTraits Traits() const { return {}; }
+
+  /// Leads to an empty scratch database that several connections may use at once.
+  [[nodiscard]] virtual std::string ConnectionString() const = 0;
+  /// Leads nowhere: opening fails soon.
+  [[nodiscard]] virtual std::string BadConnectionString() const = 0;
+
+  /// A statement that runs for half a minute or longer, reacts to a cancel and gives no row before
+  /// its end.
+  [[nodiscard]] virtual std::string SlowStatement() const = 0;
+  /// A query of `rows` rows: n (a whole number from 1 on), t ("row " and the number), d (n / 2.0,
+  /// floating).
+  [[nodiscard]] virtual std::string Series(std::int64_t rows) const = 0;
+  /// An expression that makes a text of `length` times "x".
+  [[nodiscard]] virtual std::string LongText(std::size_t length) const = 0;
+  /// An expression that makes `length` zero bytes.
+  [[nodiscard]] virtual std::string LongBinary(std::size_t length) const = 0;
+  /// A query that gives `goodRows` rows or more and then fails while rows are fetched; empty:
+  /// cannot be said.
+  [[nodiscard]] virtual std::string FailsAfter(std::int64_t goodRows) const = 0;
+
+  /// Declarations of a whole-number key, a text that takes 200 characters and a binary column.
+  [[nodiscard]] virtual std::string KeyType() const { return "integer not null primary key"; }
+  [[nodiscard]] virtual std::string TextType() const { return "varchar(200)"; }
+  [[nodiscard]] virtual std::string BinaryType() const { return "blob"; }
+  [[nodiscard]] virtual std::vector<TypeCase> TypeCases() const = 0;
+
+  /// The catalog and schema in which a table made without them stands, as the schema rowsets tell
+  /// it.
+  [[nodiscard]] virtual std::string TableCatalog() const { return {}; }
+  [[nodiscard]] virtual std::string TableSchema() const { return {}; }
+};
+
+/// A name and a way to make the database of that name: the parameter of every body.
+struct DatabaseParam {
+  std::string name;
+  std::function<std::shared_ptr<Database>()> make;
+};
+
+inline void PrintTo(const DatabaseParam& param, std::ostream* out) { *out << param.name; }
+
+}  // namespace tessel::test
