@@ -1,0 +1,149 @@
+"""The checks. Each takes a Tree and returns a list of complaints, empty if all is well."""
+import re
+import shutil
+import subprocess
+
+LOGIC = ("app", "query", "connections", "results", "schema")
+LOGIC_LIBRARIES = {"pugixml.hpp", "utf8proc.h"}
+ODBC_DOOR = ("platform/data/odbc/OdbcApi.h", "platform/data/odbc/OdbcApi.cpp")
+GUARD = "cmake/forbidden"
+
+ODBC_FUNCTIONS = (
+    "AllocHandle BindCol BindParameter BrowseConnect BulkOperations Cancel CloseCursor ColAttribute "
+    "ColumnPrivileges Columns Connect CopyDesc DataSources DescribeCol DescribeParam Disconnect "
+    "DriverConnect Drivers EndTran ExecDirect Execute Fetch FetchScroll ForeignKeys FreeHandle FreeStmt "
+    "GetConnectAttr GetCursorName GetData GetDescField GetDescRec GetDiagField GetDiagRec GetEnvAttr "
+    "GetFunctions GetInfo GetStmtAttr GetTypeInfo MoreResults NativeSql NumParams NumResultCols ParamData "
+    "Prepare PrimaryKeys ProcedureColumns Procedures PutData RowCount SetConnectAttr SetCursorName "
+    "SetDescField SetDescRec SetEnvAttr SetPos SetStmtAttr SpecialColumns Statistics TablePrivileges "
+    "Tables").split()
+NAKED_CALL = re.compile(r"(?<![\w.>])SQL(?:%s)[AW]?\s*\(" % "|".join(ODBC_FUNCTIONS))
+EVENT_PUMP = re.compile(r"\bprocessEvents\b")
+# Built from pieces, so that this file does not hold what it looks for.
+WORDS = re.compile("|".join((
+    r"\b[Ss]pecific" r"ations?\b", r"\b[Ss]pe" r"c\b", r"\bPart" r"s? \d", r"\bseed doc" r"ument",
+    r"\b[Ii]ssue #?\d", r"\bsub" r"agent", r"/wo" r"rk/", r"/fa" r"rm/", r"/ro" r"ot/", r"/ho" r"me/\w")))
+WORDS_FREE = ("LICENSE",)
+
+
+class Skipped(Exception):
+    """The check cannot be made here; the text says why."""
+
+
+def is_standard(name):
+    """Whether <name> is a header of the C++ standard library: no folder and no ending."""
+    return re.fullmatch(r"[a-z_0-9]+", name) is not None
+
+
+def contract_part(name):
+    return re.fullmatch(r"platform/\w+\.h", name) is not None
+
+
+def include_complaints(tree, paths, allowed):
+    return ["%s:%d: may not include %s" % (path, line, name)
+            for path in paths for line, angled, name in tree.includes(path)
+            if not (angled and is_standard(name)) and not allowed(name)]
+
+
+def logic_includes(tree):
+    """The logic includes the standard library, the contract, itself, pugixml and utf8proc."""
+    own = tuple(folder + "/" for folder in LOGIC)
+    return include_complaints(
+        tree, tree.code_paths(*LOGIC),
+        lambda name: name in LOGIC_LIBRARIES or name.startswith(own) or contract_part(name))
+
+
+def contract_includes(tree):
+    """The contract includes the standard library and itself."""
+    paths = [path for path in tree.code_paths("platform") if path.count("/") == 1]
+    return include_complaints(tree, paths, contract_part)
+
+
+def platform_includes(tree):
+    """The implementations do not know the logic, nor each other."""
+    def complaints(folder, other):
+        foreign = tuple(name + "/" for name in LOGIC + (other,))
+        return ["%s:%d: may not include %s" % (path, line, name)
+                for path in tree.code_paths(folder) for line, _, name in tree.includes(path)
+                if name.startswith(foreign)]
+    return (complaints("platform/data", "platform/desktop") +
+            complaints("platform/desktop", "platform/data"))
+
+
+def odbc_door(tree):
+    """Every ODBC call passes the one door that checks its return code."""
+    paths = [path for path in tree.code_paths() if path not in ODBC_DOOR]
+    return [found for path in paths for found in tree.find(NAKED_CALL, path, tree.code(path))]
+
+
+def event_pump(tree):
+    """Events are pumped in one file of the desktop at most, and nowhere else; tests may."""
+    paths = [path for path in tree.code_paths() if not path.startswith("tests/") and
+             EVENT_PUMP.search(tree.code(path))]
+    home = [path for path in paths if path.startswith("platform/desktop/")][:1]
+    return ["%s pumps events%s" % (path, "; so does " + home[0] if home else "")
+            for path in paths if path not in home]
+
+
+def forbidden_words(tree):
+    """Words and machine paths that do not belong into the project."""
+    return [found for path in tree.paths if path not in WORDS_FREE and tree.text(path) is not None
+            for found in tree.find(WORDS, path, path + "\n" + tree.text(path))]
+
+
+def include_graph(tree):
+    known = set(tree.paths)
+    return {path: [name for _, _, name in tree.includes(path) if name in known]
+            for path in tree.code_paths()}
+
+
+def include_cycles(tree):
+    """No file includes itself, directly or through others."""
+    graph, finished, complaints = include_graph(tree), set(), []
+
+    def visit(path, trail):
+        if path in trail:
+            complaints.append(" -> ".join(trail[trail.index(path):] + [path]))
+        elif path not in finished:
+            for name in graph[path]:
+                visit(name, trail + [path])
+            finished.add(path)
+
+    for path in graph:
+        visit(path, [])
+    return complaints
+
+
+def formatting(tree):
+    """Changed files are as clang-format would write them."""
+    if not shutil.which("clang-format"):
+        raise Skipped("clang-format is not installed")
+    changed = set(tree.changed())
+    paths = [path for path in tree.code_paths() if path in changed]
+    return [path + ": run tools/format.sh on it" for path in paths if misformatted(tree, path)]
+
+
+def misformatted(tree, path):
+    command = ["clang-format", "--dry-run", "--Werror", "--style=file", path]
+    return subprocess.run(command, cwd=tree.root, capture_output=True).returncode != 0
+
+
+def guard_headers(tree):
+    """With the logic's include path, each header of a database library refuses to compile."""
+    compiler = shutil.which("c++") or shutil.which("g++")
+    if not compiler:
+        raise Skipped("there is no compiler here")
+    guards = [path for path in tree.paths if path.startswith(GUARD + "/")]
+    if not guards:
+        return ["there are no headers in " + GUARD]
+    return [path + " compiles" for path in guards if compiles(tree, compiler, path)]
+
+
+def compiles(tree, compiler, guard):
+    source = "#include <%s>\n" % guard.rsplit("/", 1)[1]
+    command = [compiler, "-x", "c++", "-fsyntax-only", "-I", GUARD, "-"]
+    return subprocess.run(command, cwd=tree.root, input=source.encode(), capture_output=True).returncode == 0
+
+
+ALL = (logic_includes, contract_includes, platform_includes, odbc_door, event_pump, forbidden_words,
+       include_cycles, formatting, guard_headers)

@@ -1,0 +1,78 @@
+"""Proof that each check accepts a good tree and reports what is wrong in a bad one."""
+import pathlib
+import tempfile
+
+import checks
+from tree import Tree
+
+GOOD = {
+    ".clang-format": "BasedOnStyle: LLVM\n",
+    "app/Main.cpp": '#include "app/Main.h"\n\n#include <pugixml.hpp>\n#include <vector>\n',
+    "app/Main.h": '#pragma once\n#include "platform/Window.h"\n#include <string>\n',
+    "platform/Window.h": "#pragma once\n#include <cstdint>\n",
+    "platform/data/odbc/OdbcApi.cpp": "int Run() { return SQLExecute(nullptr); }\n",
+    "platform/data/odbc/Query.cpp": "// SQLExecute() is called elsewhere.\nauto name = \"SQLFetch(\";\n",
+    "platform/desktop/Loop.cpp": "void Pump() { app->processEvents(); }\n",
+    "tests/desktop/Grid.cpp": "void Settle() { app->processEvents(); }\n",
+    "README.md": "Particular text, participle 7.\n",
+    "LICENSE": "The licence may say Part" " 6.\n",
+    "cmake/forbidden/sql.h": '#error "not here"\n',
+}
+
+# What is wrong: the check, a file and its text, and a piece of the complaint expected.
+BAD = (
+    ("logic_includes", "query/a.cpp", "#include <QWidget>\n", "query/a.cpp:1: may not include QWidget"),
+    ("logic_includes", "results/a.h", "\n#include <sqlite3.h>\n", "results/a.h:2"),
+    ("logic_includes", "schema/a.cpp", '#include "platform/desktop/Grid.h"\n', "platform/desktop/Grid.h"),
+    ("logic_includes", "connections/a.cpp", "#  include <sql.h>\n", "sql.h"),
+    ("contract_includes", "platform/Bad.h", '#include "app/Main.h"\n', "platform/Bad.h:1"),
+    ("contract_includes", "platform/Bad.cpp", "#include <pugixml.hpp>\n", "pugixml.hpp"),
+    ("platform_includes", "platform/data/a.cpp", '#include "platform/desktop/Grid.h"\n', "data/a.cpp:1"),
+    ("platform_includes", "platform/desktop/a.h", '#include "app/Main.h"\n', "desktop/a.h:1"),
+    ("odbc_door", "platform/data/odbc/Other.cpp", "auto r = ::SQLFetch(h);\n", "Other.cpp:1: SQLFetch("),
+    ("odbc_door", "app/b.cpp", "int r =\n    SQLDriverConnectW (h);\n", "app/b.cpp:2"),
+    ("event_pump", "app/b.cpp", "void F() { processEvents(); }\n", "app/b.cpp pumps events"),
+    ("event_pump", "platform/desktop/Second.cpp", "void F() { processEvents(); }\n", "Second.cpp pumps"),
+    ("forbidden_words", "docs/a.md", "one\nas the specific" "ation says\n", "docs/a.md:3"),
+    ("forbidden_words", "app/c.h", "// see Part" " 4.1\n", "Part" " 4"),
+    ("forbidden_words", "docs/b.md", "in /wo" "rk/main\n", "/wo" "rk/"),
+    ("forbidden_words", "docs/spe" "c.md", "clean\n", "spe" "c"),
+    ("include_cycles", "platform/Window.h", '#include "app/Main.h"\n', " -> "),
+    ("include_cycles", "app/Self.h", '#include "app/Self.h"\n', "app/Self.h -> app/Self.h"),
+    ("formatting", "app/d.cpp", "int  f( ){return 1 ;}\n", "app/d.cpp"),
+    ("guard_headers", "cmake/forbidden/sqlite3.h", "#pragma once\n", "sqlite3.h compiles"),
+)
+
+
+def make_tree(folder, files):
+    for path, text in files.items():
+        target = pathlib.Path(folder) / path
+        target.parent.mkdir(parents=True, exist_ok=True)
+        target.write_text(text)
+    return Tree(pathlib.Path(folder))
+
+
+def complaints(check, files):
+    with tempfile.TemporaryDirectory() as folder:
+        return check(make_tree(folder, files))
+
+
+def accepts(check):
+    return ["reports what is right: " + text for text in complaints(check, GOOD)]
+
+
+def reports(check, path, text, expected):
+    found = complaints(check, {**GOOD, path: text})
+    if any(expected in complaint for complaint in found):
+        return []
+    return ["does not report %s; it says: %s" % (path, found or "nothing")]
+
+
+def cases():
+    """(name, body) of each case; a body returns a list of complaints."""
+    for check in checks.ALL:
+        yield check.__name__ + "_accepts_what_is_right", lambda check=check: accepts(check)
+    for name, path, text, expected in BAD:
+        check = getattr(checks, name)
+        yield ("%s_reports_%s" % (name, path.replace("/", "_")),
+               lambda check=check, path=path, text=text, expected=expected: reports(check, path, text, expected))
