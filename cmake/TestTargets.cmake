@@ -3,7 +3,7 @@ find_package(GTest REQUIRED)
 enable_testing()
 
 tessel_library_recursive(tessel_test_support tests/support/*.cpp)
-tessel_link(tessel_test_support tessel_platform tessel_logic pugixml::pugixml)
+tessel_link(tessel_test_support tessel_platform tessel_logic tessel_system pugixml::pugixml GTest::gtest)
 tessel_scope(tessel_test_support support_scope)
 target_compile_definitions(tessel_test_support ${support_scope}
                            TESSEL_FORMS_DIR="${CMAKE_SOURCE_DIR}/platform/desktop/forms")
@@ -27,7 +27,7 @@ if(NOT TESSEL_LOGIC_ONLY)
   tessel_library(tessel_test_servers tests/data/servers/*.cpp)
   tessel_link(tessel_test_servers tessel_platform)
   tessel_test(data GTest::gtest_main tessel_data tessel_test_servers)
-  tessel_test(desktop GTest::gtest tessel_desktop tessel_data tessel_logic tessel_test_servers Qt6::Test)
+  tessel_test(desktop GTest::gtest tessel_desktop tessel_data tessel_system tessel_logic tessel_test_servers Qt6::Test)
   if(TARGET desktop_tests)
     set_target_properties(desktop_tests PROPERTIES AUTOMOC ON)
     target_compile_definitions(desktop_tests

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/Files.h"
+
+namespace tessel {
+
+/// The files of a POSIX system. It keeps nothing between calls, so any thread may use it.
+class PosixFiles final : public Files {
+ public:
+  [[nodiscard]] bool Exists(const std::string& path) const override;
+  [[nodiscard]] std::string ReadWhole(const std::string& path) const override;
+  void ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) override;
+  [[nodiscard]] std::string CurrentFolder() const override;
+};
+
+}  // namespace tessel
