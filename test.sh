@@ -49,7 +49,7 @@ build() {
 }
 
 sanitizer_settings() {
-    export ASAN_OPTIONS=detect_stack_use_after_return=1:strict_string_checks=1
+    export ASAN_OPTIONS=detect_stack_use_after_return=1
     export LSAN_OPTIONS=suppressions=$PWD/tests/sanitizers/lsan.supp:print_suppressions=0
     export UBSAN_OPTIONS=print_stacktrace=1
     export TSAN_OPTIONS=ignore_noninstrumented_modules=1:suppressions=$PWD/tests/sanitizers/tsan.supp
