@@ -7,6 +7,9 @@ LOGIC = ("app", "query", "connections", "results", "schema")
 LOGIC_LIBRARIES = {"pugixml.hpp", "utf8proc.h"}
 ODBC_DOOR = ("platform/data/odbc/OdbcApi.h", "platform/data/odbc/OdbcApi.cpp")
 GUARD = "cmake/forbidden"
+ICON_LIST = "platform/desktop/icons.qrc"
+ICON_USE = re.compile(r":/icons/([\w.-]+)")
+ICON_ENTRY = re.compile(r'<file alias="([^"]+)">([^<]+)</file>')
 
 ODBC_FUNCTIONS = (
     "AllocHandle BindCol BindParameter BrowseConnect BulkOperations Cancel CloseCursor ColAttribute "
@@ -145,5 +148,18 @@ def compiles(tree, compiler, guard):
     return subprocess.run(command, cwd=tree.root, input=source.encode(), capture_output=True).returncode == 0
 
 
+def icons(tree):
+    """Every icon used is in the icon list, and every icon in the list is there."""
+    listed = dict(ICON_ENTRY.findall(tree.text(ICON_LIST))) if ICON_LIST in tree.paths else {}
+    missing = ["%s: there is no %s" % (ICON_LIST, path) for path in listed.values()
+               if "platform/desktop/" + path not in tree.paths]
+    users = [path for path in tree.paths if path.startswith(("platform/desktop/", "main/", "tests/"))
+             and path.endswith((".ui", ".cpp", ".h"))]
+    unknown = ["%s: the icon %s is not in %s" % (path, name, ICON_LIST)
+               for path in users for name in sorted(set(ICON_USE.findall(tree.text(path))))
+               if name not in listed]
+    return missing + unknown
+
+
 ALL = (logic_includes, contract_includes, platform_includes, odbc_door, event_pump, forbidden_words,
-       include_cycles, formatting, guard_headers)
+       include_cycles, formatting, guard_headers, icons)

@@ -14,6 +14,9 @@ GOOD = {
     "platform/data/odbc/Query.cpp": "// SQLExecute() is called elsewhere.\nauto name = \"SQLFetch(\";\n",
     "platform/desktop/Loop.cpp": "void Pump() { app->processEvents(); }\n",
     "tests/desktop/Grid.cpp": "void Settle() { app->processEvents(); }\n",
+    "platform/desktop/icons.qrc": '<file alias="a.svg">icons/a.svg</file>\n',
+    "platform/desktop/icons/a.svg": "<svg/>\n",
+    "platform/desktop/forms/a.ui": "<iconset>:/icons/a.svg</iconset>\n",
     "README.md": "Particular text, participle 7.\n",
     "LICENSE": "The licence may say Part" " 6.\n",
     "cmake/forbidden/sql.h": '#error "not here"\n',
@@ -41,6 +44,8 @@ BAD = (
     ("include_cycles", "app/Self.h", '#include "app/Self.h"\n', "app/Self.h -> app/Self.h"),
     ("formatting", "app/d.cpp", "int  f( ){return 1 ;}\n", "app/d.cpp"),
     ("guard_headers", "cmake/forbidden/sqlite3.h", "#pragma once\n", "sqlite3.h compiles"),
+    ("icons", "platform/desktop/forms/b.ui", "<iconset>:/icons/b.svg</iconset>\n", "b.svg is not in"),
+    ("icons", "platform/desktop/icons.qrc", '<file alias="a.svg">icons/c.svg</file>\n', "no icons/c.svg"),
 )
 
 
