@@ -7,8 +7,12 @@
 namespace tessel {
 
 /// ASCII-only case rules, the same in every locale. Other bytes are left alone.
-[[nodiscard]] constexpr char AsciiUpper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
-[[nodiscard]] constexpr char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+[[nodiscard]] constexpr char AsciiUpper(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+}
+[[nodiscard]] constexpr char AsciiLower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
 
 [[nodiscard]] inline bool EqualNoCase(std::string_view a, std::string_view b) {
   return std::ranges::equal(a, b, {}, AsciiUpper, AsciiUpper);

@@ -38,8 +38,8 @@ class CheckBox : public Control {
   virtual void WriteValue(bool checked) = 0;
 };
 
-/// One of several choices of its container. Click follows when it becomes chosen, by the user or by code; the one
-/// that was chosen before is cleared without an event.
+/// One of several choices of its container. Click follows when it becomes chosen, by the user or by
+/// code; the one that was chosen before is cleared without an event.
 class OptionButton : public Control {
  public:
   using Control::Control;

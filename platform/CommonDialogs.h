@@ -44,8 +44,10 @@ class ColorDialog {
  public:
   virtual ~ColorDialog() = default;
 
+  /// Bits: 1 starts at `color`, 2 opens the whole dialog.
+  int flags = 0;
   Color color = 0;  ///< Proposed and chosen; a system colour is proposed as what it looks like.
-  /// Shows the dialog modally, full open; false when the user cancelled.
+  /// Shows the dialog modally; false when the user cancelled.
   [[nodiscard]] virtual bool ShowColor() = 0;
 };
 

@@ -15,10 +15,12 @@ namespace tessel {
 /// Schema rowsets that Connection::OpenSchema makes.
 enum class SchemaRowset {
   Catalogs = 1,  ///< CATALOG_NAME, DESCRIPTION. Restrictions: CATALOG_NAME.
-  Columns = 4,   ///< TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, COLUMN_NAME, ORDINAL_POSITION (from 1), IS_NULLABLE,
-                 ///< DATA_TYPE, TYPE_NAME. Restrictions: TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, COLUMN_NAME.
-  Tables = 20,   ///< TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, TABLE_TYPE ("TABLE", "VIEW", "SYSTEM TABLE"), DESCRIPTION.
-                 ///< Restrictions: TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, TABLE_TYPE.
+  Columns = 4,   ///< TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, COLUMN_NAME, ORDINAL_POSITION (from
+                ///< 1), IS_NULLABLE, DATA_TYPE, TYPE_NAME. Restrictions: TABLE_CATALOG,
+                ///< TABLE_SCHEMA, TABLE_NAME, COLUMN_NAME.
+  Tables = 20,  ///< TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, TABLE_TYPE ("TABLE", "VIEW", "SYSTEM
+                ///< TABLE"), DESCRIPTION. Restrictions: TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME,
+                ///< TABLE_TYPE.
 };
 
 /// Option of Connection::Open: return at once, ConnectComplete follows.
@@ -26,9 +28,10 @@ inline constexpr int asyncConnect = 16;
 
 /// One session with one database. UI thread only, except where said.
 ///
-/// Each connection has a worker of its own that opens, executes and fetches; notices come through the event queue
-/// on the UI thread and are dropped once the connection is gone. Destroying it cancels, ends the worker (or leaves
-/// one behind that hangs in a driver, with all it uses) and closes the session.
+/// Each connection has a worker of its own that opens, executes and fetches; notices come through
+/// the event queue on the UI thread and are dropped once the connection is gone. Destroying it
+/// cancels, ends the worker (or leaves one behind that hangs in a driver, with all it uses) and
+/// closes the session.
 class Connection {
  public:
   virtual ~Connection() = default;
@@ -37,10 +40,10 @@ class Connection {
   virtual void SetConnectionString(std::string connectionString) = 0;
   virtual void SetCursorLocation(int location) = 0;  ///< 3 (client) is the only one made.
 
-  /// Opens by the connection string; `user` and `password` apply when the string names none. They are kept in
-  /// memory only and appear in no message. With asyncConnect it returns at once and ConnectComplete follows, once.
-  /// Raises Error at once for an unknown provider or driver (the text lists those present) and when already open;
-  /// without asyncConnect for every failure.
+  /// Opens by the connection string; `user` and `password` apply when the string names none. They
+  /// are kept in memory only and appear in no message. With asyncConnect it returns at once and
+  /// ConnectComplete follows, once. Raises Error at once for an unknown provider or driver (the
+  /// text lists those present) and when already open; without asyncConnect for every failure.
   virtual void Open(const std::string& user, const std::string& password, int options) = 0;
 
   /// Cancels what runs, closes the session. Closing a closed connection does nothing.
@@ -49,35 +52,40 @@ class Connection {
   /// Bits of objectState.
   [[nodiscard]] virtual int State() const = 0;
 
-  /// Asks what runs (connecting, executing, fetching) to stop, without waiting; any number of times. The end is
-  /// announced, once, within moments even when a driver hangs. A late cancel does nothing to the next command.
+  /// Asks what runs (connecting, executing, fetching) to stop, without waiting; any number of
+  /// times. The end is announced, once, within moments even when a driver hangs. A late cancel does
+  /// nothing to the next command.
   virtual void Cancel() = 0;
 
   /// Errors, warnings and notices of the last operation, in the order reported.
   [[nodiscard]] virtual const std::vector<ErrorInfo>& Errors() const = 0;
   virtual void ClearErrors() = 0;
 
-  /// Provider properties, read at Open: "Data Source Object Threading Model" (bit 0: asynchronous work is possible),
-  /// "DBMS Name", "DBMS Version", "Provider Name", "Identifier Quote Character" and more.
+  /// Provider properties, read at Open: "Data Source Object Threading Model" (bit 0: asynchronous
+  /// work is possible), "DBMS Name", "DBMS Version", "Provider Name", "Identifier Quote Character"
+  /// and more.
   [[nodiscard]] virtual const Properties& ProviderProperties() const = 0;
 
-  /// The catalog in use; empty when the database has none. Reading it never waits for a running command.
+  /// The catalog in use; empty when the database has none. Reading it never waits for a running
+  /// command.
   [[nodiscard]] virtual std::string DefaultDatabase() const = 0;
   /// Changes the catalog in use; raises Error and leaves it as it was on failure.
   virtual void SetDefaultDatabase(const std::string& name) = 0;
 
-  /// A schema rowset, fetched whole. `restrictions` stand in the order given at SchemaRowset; an empty or missing one
-  /// restricts nothing. Raises Error(notSupported) when the provider has no such rowset. Waits for the database.
-  [[nodiscard]] virtual std::shared_ptr<Recordset> OpenSchema(SchemaRowset schema,
-                                                              const std::vector<std::string>& restrictions) = 0;
+  /// A schema rowset, fetched whole. `restrictions` stand in the order given at SchemaRowset; an
+  /// empty or missing one restricts nothing. Raises Error(notSupported) when the provider has no
+  /// such rowset. Waits for the database.
+  [[nodiscard]] virtual std::shared_ptr<Recordset>
+  OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) = 0;
 
-  /// A closed recordset with this connection as its ActiveConnection. One command runs at a time on a connection.
+  /// A closed recordset with this connection as its ActiveConnection. One command runs at a time on
+  /// a connection.
   [[nodiscard]] virtual std::shared_ptr<Recordset> CreateRecordset() = 0;
 
   /// The end of an asynchronous Open: the error when the status says so, else null.
   Event<const ErrorInfo*, EventStatus> ConnectComplete;
-  /// The end of an execution: records affected (-1 unknown), the error or null, the status, the recordset that was
-  /// opened. The recordset's State tells whether rows follow.
+  /// The end of an execution: records affected (-1 unknown), the error or null, the status, the
+  /// recordset that was opened. The recordset's State tells whether rows follow.
   Event<std::int64_t, const ErrorInfo*, EventStatus, Recordset*> ExecuteComplete;
 };
 
@@ -91,7 +99,8 @@ class DataAccess {
 
   /// Names of the providers that a connection string may ask for, sorted.
   [[nodiscard]] virtual std::vector<std::string> ProviderNames() const = 0;
-  /// Names of the installed ODBC drivers, in the driver manager's order; empty when it cannot be asked.
+  /// Names of the installed ODBC drivers, in the driver manager's order; empty when it cannot be
+  /// asked.
   [[nodiscard]] virtual std::vector<std::string> OdbcDrivers() const = 0;
   /// Names of the ODBC data sources, in the driver manager's order; empty when it cannot be asked.
   [[nodiscard]] virtual std::vector<std::string> OdbcDataSources() const = 0;

@@ -15,11 +15,11 @@ enum class MousePointer { Default, SizeWestEast, Wait };
 
 /// What every control of a window has. UI thread only.
 ///
-/// Public setters are fixed here and in the classes below: they compare, make the raw change through the back end's
-/// protected operations and raise the event, so a change made by code raises the same event as one made by the
-/// user, once. A back end makes the raw change silently and reports what the user does through Raise.
-/// Setting a property to the value it has raises nothing, except where a class says so.
-/// A control lives as long as its window.
+/// Public setters are fixed here and in the classes below: they compare, make the raw change
+/// through the back end's protected operations and raise the event, so a change made by code raises
+/// the same event as one made by the user, once. A back end makes the raw change silently and
+/// reports what the user does through Raise. Setting a property to the value it has raises nothing,
+/// except where a class says so. A control lives as long as its window.
 class Control {
  public:
   Control(std::string name, FailureSink& failures) : name_(std::move(name)), failures_(&failures) {}

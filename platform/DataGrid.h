@@ -12,27 +12,32 @@ namespace tessel {
 /// Decides how the values of a column are shown.
 class DataFormat {
  public:
-  /// The value and the text to show in its place; a handler that leaves the text empty keeps the ordinary form.
+  /// The value and the text to show in its place; a handler that leaves the text empty keeps the
+  /// ordinary form.
   Event<const ValueView&, std::string&> Format;
 };
 
-/// A grid on the rows of a recordset; column i shows field i. Rows are named by bookmarks, columns are 0-based.
+/// A grid on the rows of a recordset; column i shows field i. Rows are named by bookmarks, columns
+/// are 0-based.
 ///
-/// The grid's current row is the recordset's current record: moving in the grid moves the record. Values are read
-/// from the recordset when they are painted, never copied. Null looks different from an empty text, numbers stand at
-/// the right, long values are shown shortened. Rows are selected by their headers, in the order selected (Ctrl adds,
-/// Shift extends); a range of columns by theirs. Copy puts the selected cells on the clipboard as tab-separated text
-/// and as an HTML table.
+/// The grid's current row is the recordset's current record: moving in the grid moves the record.
+/// Values are read from the recordset when they are painted, never copied. Null looks different
+/// from an empty text, numbers stand at the right, long values are shown shortened. Rows are
+/// selected by their headers, in the order selected (Ctrl adds, Shift extends); a range of columns
+/// by theirs. Copy puts the selected cells on the clipboard as tab-separated text and as an HTML
+/// table.
 class DataGrid : public Control {
  public:
   using Control::Control;
 
   [[nodiscard]] virtual std::shared_ptr<Recordset> DataSource() const = 0;
-  /// Binds to an open recordset, makes its columns and goes to its first row; null unbinds and empties the grid.
+  /// Binds to an open recordset, makes its columns and goes to its first row; null unbinds and
+  /// empties the grid.
   virtual void SetDataSource(std::shared_ptr<Recordset> recordset) = 0;
   [[nodiscard]] virtual int ColumnCount() const = 0;
 
-  virtual void SetColumnFormat(int column, DataFormat* format) = 0;  ///< Not owned; null for the ordinary form.
+  virtual void SetColumnFormat(int column,
+                               DataFormat* format) = 0;  ///< Not owned; null for the ordinary form.
   virtual void SetColumnLocked(int column, bool locked) = 0;
   virtual void SetColumnButton(int column, bool button) = 0;
   [[nodiscard]] virtual bool ColumnLocked(int column) const = 0;
@@ -62,8 +67,9 @@ class DataGrid : public Control {
   /// Puts the selected cells (else the current one) on the clipboard.
   virtual void Copy() = 0;
 
-  Event<> RowColChange;       ///< The current cell moved.
-  Event<int> ButtonClick;     ///< The button of a cell in that column was pressed; the cell is current.
+  Event<> RowColChange;  ///< The current cell moved.
+  Event<int>
+      ButtonClick;  ///< The button of a cell in that column was pressed; the cell is current.
 };
 
 }  // namespace tessel

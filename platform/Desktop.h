@@ -23,7 +23,7 @@ struct Message {
   MessageIcon icon = MessageIcon::None;
   std::string title = "Tessel";
   /// With it the box has a Help button, which calls it and leaves the box open.
-  std::function<void()> help;
+  std::function<void()> help = {};
 };
 
 class Clipboard {
@@ -39,11 +39,13 @@ class Desktop {
  public:
   virtual ~Desktop() = default;
 
-  /// A loaded, hidden window of the form `formName`; raises Error(itemNotFound) when there is no such form. The
-  /// form says what it is: the frame, a document inside the frame (made after it), or a dialog.
+  /// A loaded, hidden window of the form `formName`; raises Error(itemNotFound) when there is no
+  /// such form. The form says what it is: the frame, a document inside the frame (made after it),
+  /// or a dialog.
   [[nodiscard]] virtual std::unique_ptr<Window> MakeWindow(std::string_view formName) = 0;
 
-  /// Shows a message box modally. Closing it without a button is Cancel, or No, or Ok, whichever it has last.
+  /// Shows a message box modally. Closing it without a button is Cancel, or No, or Ok, whichever it
+  /// has last.
   virtual MessageResult ShowMessage(const Message& message) = 0;
 
   [[nodiscard]] virtual Clipboard& TheClipboard() = 0;
@@ -56,14 +58,16 @@ class Desktop {
   /// Processes all pending events once. Only the progress window's Yield calls it.
   virtual void ProcessPending() = 0;
 
-  /// Runs `action` soon on the UI thread, from the top of the event loop, outside every handler and modal window.
+  /// Runs `action` soon on the UI thread, from the top of the event loop, outside every handler and
+  /// modal window.
   virtual void Defer(std::function<void()> action) = 0;
 
-  /// Starts a program that lives on by itself; raises Error with the system's reason when it cannot be started.
+  /// Starts a program that lives on by itself; raises Error with the system's reason when it cannot
+  /// be started.
   virtual void StartProcess(const std::string& path) = 0;
 
-  /// Shows the help file: command 1 contents, 2 index, 15 the topic of the context number `data`. False when nothing
-  /// could be shown; never raises.
+  /// Shows the help file: command 1 contents, 2 index, 15 the topic of the context number `data`.
+  /// False when nothing could be shown; never raises.
   virtual bool ShowHelp(const std::string& helpFile, int command, int data) = 0;
 };
 

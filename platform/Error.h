@@ -19,18 +19,21 @@ struct ErrorInfo {
 
 /// Error numbers used by this program.
 namespace errorNumber {
-inline constexpr std::int32_t application = -2147220991;      ///< 0x80040201: raised by the program's own rules.
-inline constexpr std::int32_t noInterface = -2147467262;      ///< 0x80004002 (E_NOINTERFACE): never counted or listed.
-inline constexpr std::int32_t database = -2147467259;         ///< 0x80004005: a provider's unspecified error.
-inline constexpr std::int32_t cancelled = 3712;               ///< An operation ended because it was cancelled.
-inline constexpr std::int32_t objectClosed = 3704;            ///< Not allowed while the object is closed.
-inline constexpr std::int32_t objectOpen = 3705;              ///< Not allowed while the object is open.
-inline constexpr std::int32_t itemNotFound = 3265;            ///< No item of that name or number.
-inline constexpr std::int32_t noCurrentRecord = 3021;         ///< BOF, EOF or a deleted row.
-inline constexpr std::int32_t providerNotFound = 3706;        ///< No such provider or driver.
-inline constexpr std::int32_t notSupported = 3251;            ///< The provider cannot do it.
-inline constexpr std::int32_t file = 53;                      ///< A file cannot be opened, read or written.
-inline constexpr std::int32_t information = 0x00040EDA;       ///< A notice or warning, not a failure.
+inline constexpr std::int32_t application =
+    -2147220991;  ///< 0x80040201: raised by the program's own rules.
+inline constexpr std::int32_t noInterface =
+    -2147467262;  ///< 0x80004002 (E_NOINTERFACE): never counted or listed.
+inline constexpr std::int32_t database =
+    -2147467259;                                 ///< 0x80004005: a provider's unspecified error.
+inline constexpr std::int32_t cancelled = 3712;  ///< An operation ended because it was cancelled.
+inline constexpr std::int32_t objectClosed = 3704;      ///< Not allowed while the object is closed.
+inline constexpr std::int32_t objectOpen = 3705;        ///< Not allowed while the object is open.
+inline constexpr std::int32_t itemNotFound = 3265;      ///< No item of that name or number.
+inline constexpr std::int32_t noCurrentRecord = 3021;   ///< BOF, EOF or a deleted row.
+inline constexpr std::int32_t providerNotFound = 3706;  ///< No such provider or driver.
+inline constexpr std::int32_t notSupported = 3251;      ///< The provider cannot do it.
+inline constexpr std::int32_t file = 53;  ///< A file cannot be opened, read or written.
+inline constexpr std::int32_t information = 0x00040EDA;  ///< A notice or warning, not a failure.
 }  // namespace errorNumber
 
 /// The one exception type that crosses the program's own interfaces.

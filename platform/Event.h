@@ -18,8 +18,8 @@ class FailureSink {
 
 /// An event with at most one handler. UI thread only.
 ///
-/// The handler is copied before it is called, so it may replace itself or close the window that owns the
-/// event; nothing of the event is touched after the handler returns.
+/// The handler is copied before it is called, so it may replace itself or close the window that
+/// owns the event; nothing of the event is touched after the handler returns.
 template <class... Args>
 class Event {
  public:
@@ -29,7 +29,8 @@ class Event {
   void operator=(Handler handler) { handler_ = std::move(handler); }
   [[nodiscard]] bool HasHandler() const { return static_cast<bool>(handler_); }
 
-  /// Calls the handler, if any. What it throws goes to `failures`; with none given it passes through.
+  /// Calls the handler, if any. What it throws goes to `failures`; with none given it passes
+  /// through.
   void Raise(FailureSink* failures, Args... args) const {
     const Handler handler = handler_;
     if (!handler) return;

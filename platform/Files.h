@@ -5,22 +5,24 @@
 
 namespace tessel {
 
-/// The files of the program. Paths are in the platform's own form, UTF-8. Failures raise Error(file) whose description
-/// is the system's reason ("No such file or directory"), with the path in front.
+/// The files of the program. Paths are in the platform's own form, UTF-8. Failures raise
+/// Error(file) whose description is the system's reason ("No such file or directory"), with the
+/// path in front.
 class Files {
  public:
   virtual ~Files() = default;
 
-  /// Whether a normal file of that name is there; false for folders, hidden files (a name that begins with a dot)
-  /// and everything else.
+  /// Whether a normal file of that name is there; false for folders, hidden files (a name that
+  /// begins with a dot) and everything else.
   [[nodiscard]] virtual bool Exists(const std::string& path) const = 0;
 
   /// All bytes of a file. A folder, a missing or an unreadable file raises.
   [[nodiscard]] virtual std::string ReadWhole(const std::string& path) const = 0;
 
-  /// Puts `content` in place of the file, wholly or not at all: a temporary file beside it is written, synced and
-  /// renamed, so the old file survives a crash or a full disk. Permissions of an existing file are kept; a new one is
-  /// readable by its owner only when `ownerOnly` (an existing one too). A symbolic link is followed.
+  /// Puts `content` in place of the file, wholly or not at all: a temporary file beside it is
+  /// written, synced and renamed, so the old file survives a crash or a full disk. Permissions of
+  /// an existing file are kept; a new one is readable by its owner only when `ownerOnly` (an
+  /// existing one too). A symbolic link is followed.
   virtual void ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) = 0;
 
   [[nodiscard]] virtual std::string CurrentFolder() const = 0;

@@ -2,7 +2,8 @@
 
 namespace tessel {
 
-/// Virtual key codes, as the handlers of keys name them. Letters and digits are their upper-case ASCII codes.
+/// Virtual key codes, as the handlers of keys name them. Letters and digits are their upper-case
+/// ASCII codes.
 namespace key {
 inline constexpr int back = 8;
 inline constexpr int tab = 9;
@@ -44,7 +45,8 @@ inline constexpr int ctrl = 2;
 inline constexpr int alt = 4;
 }  // namespace shiftState
 
-/// A key going down or up. A handler that takes the key sets `handled`: it then reaches nobody else.
+/// A key going down or up. A handler that takes the key sets `handled`: it then reaches nobody
+/// else.
 struct KeyEvent {
   int keyCode = 0;
   int shift = shiftState::none;

@@ -12,7 +12,8 @@ class Label : public Control {
   virtual void SetCaption(std::string_view caption) = 0;
 };
 
-/// A container with a background of its own: the sidebar and its frames. Resize follows every change of its size.
+/// A container with a background of its own: the sidebar and its frames. Resize follows every
+/// change of its size.
 class PictureBox : public Control {
  public:
   using Control::Control;

@@ -6,8 +6,8 @@
 
 namespace tessel {
 
-/// What list box and combo box share. Indices are 0-based; -1 is "none". Removing the selected entry leaves none
-/// selected; removing one above it keeps the selected entry selected.
+/// What list box and combo box share. Indices are 0-based; -1 is "none". Removing the selected
+/// entry leaves none selected; removing one above it keeps the selected entry selected.
 class ListControl : public Control {
  public:
   using Control::Control;
@@ -16,7 +16,7 @@ class ListControl : public Control {
   [[nodiscard]] virtual std::string List(int index) const = 0;
   virtual void AddItem(std::string_view text) = 0;  ///< At the end; raises nothing.
   virtual void RemoveItem(int index) = 0;           ///< Raises nothing.
-  virtual void Clear() = 0;                         ///< Raises nothing; a combo box's text becomes empty.
+  virtual void Clear() = 0;  ///< Raises nothing; a combo box's text becomes empty.
 
   [[nodiscard]] int ListIndex() const { return ReadIndex(); }
   /// Selects an entry; Click follows when another one becomes selected, by the user or by code.
@@ -44,8 +44,9 @@ class ComboBox : public ListControl {
   using ListControl::ListControl;
 
   [[nodiscard]] std::string Text() const { return ReadText(); }
-  /// Sets the text. In a box that cannot be edited it selects the entry of that text (Click follows when the
-  /// selection changes) and does nothing when there is none; an editable one shows it, and Change follows.
+  /// Sets the text. In a box that cannot be edited it selects the entry of that text (Click follows
+  /// when the selection changes) and does nothing when there is none; an editable one shows it, and
+  /// Change follows.
   void SetText(std::string_view text);
 
   [[nodiscard]] virtual bool Editable() const = 0;

@@ -17,8 +17,9 @@ struct ListRow {
   Color foreColor = color::windowText;
 };
 
-/// A report-style list with columns; one row selected at a time. Rows and columns are 0-based; -1 is "none".
-/// A sorted list keeps its rows in sorted order (text, without regard to case), and a row added goes to its place.
+/// A report-style list with columns; one row selected at a time. Rows and columns are 0-based; -1
+/// is "none". A sorted list keeps its rows in sorted order (text, without regard to case), and a
+/// row added goes to its place.
 class ListView : public Control {
  public:
   using Control::Control;
@@ -26,18 +27,20 @@ class ListView : public Control {
   [[nodiscard]] virtual int Count() const = 0;
   [[nodiscard]] virtual const ListRow& Row(int index) const = 0;
   virtual void SetRow(int index, ListRow row) = 0;
-  /// Inserts before `index` (Count() appends); a sorted list ignores `index`. Returns the row's index. Raises
-  /// Error(application) when the key is taken.
+  /// Inserts before `index` (Count() appends); a sorted list ignores `index`. Returns the row's
+  /// index. Raises Error(application) when the key is taken.
   virtual int Insert(int index, ListRow row) = 0;
-  /// Removes a row. When it was the selected one, the next row (the last one at the end) becomes selected, silently.
+  /// Removes a row. When it was the selected one, the next row (the last one at the end) becomes
+  /// selected, silently.
   virtual void Remove(int index) = 0;
   virtual void Clear() = 0;
 
   [[nodiscard]] virtual int SelectedIndex() const = 0;
   virtual void SetSelectedIndex(int index) = 0;  ///< Scrolls it into view; raises nothing.
 
-  [[nodiscard]] int FindKey(std::string_view key) const;   ///< Index of that key, or -1.
-  [[nodiscard]] int FindText(std::string_view text) const; ///< First row of that whole text, without ASCII case, or -1.
+  [[nodiscard]] int FindKey(std::string_view key) const;  ///< Index of that key, or -1.
+  [[nodiscard]] int FindText(
+      std::string_view text) const;  ///< First row of that whole text, without ASCII case, or -1.
 
   [[nodiscard]] virtual std::string ColumnCaption(int column) const = 0;
   virtual void SetColumnWidth(int column, int twips) = 0;
@@ -48,7 +51,9 @@ class ListView : public Control {
   [[nodiscard]] virtual bool Sorted() const = 0;
   [[nodiscard]] virtual int SortColumn() const = 0;
   [[nodiscard]] virtual bool SortDescending() const = 0;
-  virtual void Sort(int column, bool descending) = 0;  ///< Sorts now and from now on; the selected row stays selected.
+  virtual void
+  Sort(int column,
+       bool descending) = 0;  ///< Sorts now and from now on; the selected row stays selected.
 
   /// Opens the editor over the row's first column. AfterLabelEdit follows.
   virtual void StartLabelEdit(int index) = 0;

@@ -7,18 +7,20 @@
 
 namespace tessel {
 
-/// A menu command, or a menu title. Click follows when a command is chosen, by menu, mnemonic or shortcut, and when a
-/// menu is about to open.
+/// A menu command, or a menu title. Click follows when a command is chosen, by menu, mnemonic or
+/// shortcut, and when a menu is about to open.
 class MenuItem {
  public:
-  MenuItem(std::string name, FailureSink& failures) : name_(std::move(name)), failures_(&failures) {}
+  MenuItem(std::string name, FailureSink& failures)
+      : name_(std::move(name)), failures_(&failures) {}
   virtual ~MenuItem() = default;
   MenuItem(const MenuItem&) = delete;
   MenuItem& operator=(const MenuItem&) = delete;
 
   [[nodiscard]] const std::string& Name() const { return name_; }
   [[nodiscard]] virtual std::string Caption() const = 0;
-  virtual void SetCaption(std::string_view caption) = 0;  ///< Mnemonic marked with "&"; "&&" is one "&".
+  virtual void
+  SetCaption(std::string_view caption) = 0;  ///< Mnemonic marked with "&"; "&&" is one "&".
   [[nodiscard]] virtual bool Checked() const = 0;
   virtual void SetChecked(bool checked) = 0;
   [[nodiscard]] virtual bool Enabled() const = 0;

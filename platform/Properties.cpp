@@ -22,7 +22,8 @@ const Property* Properties::Find(std::string_view name) const {
 
 const Value& Properties::At(std::string_view name) const {
   if (const Property* item = Find(name)) return item->value;
-  throw Error(errorNumber::itemNotFound, "Tessel", "There is no property '" + std::string(name) + "'.");
+  throw Error(errorNumber::itemNotFound, "Tessel",
+              "There is no property '" + std::string(name) + "'.");
 }
 
 std::int64_t Properties::Number(std::string_view name, std::int64_t fallback) const {

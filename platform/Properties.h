@@ -14,7 +14,8 @@ struct Property {
   Value value;
 };
 
-/// Named values of a provider or recordset, in a fixed order. Names are compared without regard to ASCII case.
+/// Named values of a provider or recordset, in a fixed order. Names are compared without regard to
+/// ASCII case.
 class Properties {
  public:
   /// Adds at the end, or replaces the value of a name that is there.

@@ -26,13 +26,20 @@ inline constexpr int fetching = 8;
 }  // namespace objectState
 
 enum class CursorType { Unspecified = -1, ForwardOnly = 0, Keyset = 1, Dynamic = 2, Static = 3 };
-enum class LockType { Unspecified = -1, ReadOnly = 1, Pessimistic = 2, Optimistic = 3, BatchOptimistic = 4 };
+enum class LockType {
+  Unspecified = -1,
+  ReadOnly = 1,
+  Pessimistic = 2,
+  Optimistic = 3,
+  BatchOptimistic = 4
+};
 
 /// Options of Recordset::Open, combined by OR.
 namespace openOption {
-inline constexpr int text = 1;           ///< The source is command text.
-inline constexpr int asyncExecute = 16;  ///< Open returns at once; ExecuteComplete and FetchComplete follow.
-inline constexpr int asyncFetch = 32;    ///< Rows are fetched in the background.
+inline constexpr int text = 1;  ///< The source is command text.
+inline constexpr int asyncExecute =
+    16;  ///< Open returns at once; ExecuteComplete and FetchComplete follow.
+inline constexpr int asyncFetch = 32;  ///< Rows are fetched in the background.
 }  // namespace openOption
 
 enum class EventStatus { Ok = 1, ErrorsOccurred = 2 };
@@ -46,7 +53,8 @@ using Bookmark = std::int64_t;
 struct FieldInfo {
   std::string name;
   DataType type = DataType::VarWChar;
-  std::int64_t definedSize = 0;  ///< Characters or bytes; 0 when unknown. Never a limit of what a value may hold.
+  std::int64_t definedSize =
+      0;  ///< Characters or bytes; 0 when unknown. Never a limit of what a value may hold.
   int precision = 0;
   int scale = 0;
   bool nullable = true;
@@ -61,31 +69,35 @@ struct FieldInfo {
 
 /// The rows of one command, behind a client-side static cursor. UI thread only.
 ///
-/// Positions are 0-based places in the present order; Bookmark names a row for good. Operations that need a
-/// current record raise Error(noCurrentRecord) without one; operations on a closed recordset raise
-/// Error(objectClosed). A value looked at (ValueView) stays valid until the recordset is closed or its row changes.
+/// Positions are 0-based places in the present order; Bookmark names a row for good. Operations
+/// that need a current record raise Error(noCurrentRecord) without one; operations on a closed
+/// recordset raise Error(objectClosed). A value looked at (ValueView) stays valid until the
+/// recordset is closed or its row changes.
 class Recordset {
  public:
   virtual ~Recordset() = default;
 
-  // --- what to open -------------------------------------------------------------------------------------------
+  // --- what to open
+  // -------------------------------------------------------------------------------------------
   [[nodiscard]] virtual const std::string& Source() const = 0;
   virtual void SetSource(std::string commandText) = 0;
   [[nodiscard]] virtual std::shared_ptr<Connection> ActiveConnection() const = 0;
-  virtual void SetCursorType(CursorType type) = 0;  ///< Static is the only kind made; others are taken as Static.
+  virtual void SetCursorType(
+      CursorType type) = 0;  ///< Static is the only kind made; others are taken as Static.
   virtual void SetLockType(LockType type) = 0;
   [[nodiscard]] virtual LockType Lock() const = 0;
 
-  /// Runs the source as one command and fetches the first result that has columns; the others are drained so that
-  /// their errors are reported. Without async options it returns when every row is there, having raised
-  /// ExecuteComplete on the way, and raises Error on failure. With asyncExecute it returns at once; exactly one end follows on the UI thread: ExecuteComplete
-  /// with a failed status or with the recordset still closed (no rows), or ExecuteComplete and then FetchComplete.
-  /// Raises Error at once when the connection is not open or busy, or the source is empty.
-  /// A command that returns no columns leaves the recordset closed.
+  /// Runs the source as one command and fetches the first result that has columns; the others are
+  /// drained so that their errors are reported. Without async options it returns when every row is
+  /// there, having raised ExecuteComplete on the way, and raises Error on failure. With
+  /// asyncExecute it returns at once; exactly one end follows on the UI thread: ExecuteComplete
+  /// with a failed status or with the recordset still closed (no rows), or ExecuteComplete and then
+  /// FetchComplete. Raises Error at once when the connection is not open or busy, or the source is
+  /// empty. A command that returns no columns leaves the recordset closed.
   virtual void Open(int options) = 0;
 
-  /// Asks a running Open to stop; any number of times, at any time, without waiting. Rows already fetched stay:
-  /// the recordset is then open and holds them. The end is still announced, once.
+  /// Asks a running Open to stop; any number of times, at any time, without waiting. Rows already
+  /// fetched stay: the recordset is then open and holds them. The end is still announced, once.
   virtual void Cancel() = 0;
 
   /// Cancels, drops rows and pending edits. Closing a closed recordset does nothing.
@@ -94,19 +106,23 @@ class Recordset {
   /// Bits of objectState; open|fetching while rows arrive.
   [[nodiscard]] virtual int State() const = 0;
 
-  // --- its rows ----------------------------------------------------------------------------------------------
+  // --- its rows
+  // ----------------------------------------------------------------------------------------------
   [[nodiscard]] virtual const std::vector<FieldInfo>& Fields() const = 0;
-  /// Field number (0-based) of a name, without regard to case; the first of several; nothing if there is none.
+  /// Field number (0-based) of a name, without regard to case; the first of several; nothing if
+  /// there is none.
   [[nodiscard]] virtual std::optional<std::size_t> FindField(std::string_view name) const = 0;
   [[nodiscard]] virtual std::int64_t RecordCount() const = 0;
 
-  /// Any cell by position; does not move the current record. `position` < RecordCount, `field` < Fields().size().
+  /// Any cell by position; does not move the current record. `position` < RecordCount, `field` <
+  /// Fields().size().
   [[nodiscard]] virtual ValueView ValueAt(std::int64_t position, std::size_t field) const = 0;
   [[nodiscard]] virtual Bookmark BookmarkAt(std::int64_t position) const = 0;
   /// Position of a row, or nothing when it was deleted or never was.
   [[nodiscard]] virtual std::optional<std::int64_t> PositionOf(Bookmark bookmark) const = 0;
 
-  // --- its current record ------------------------------------------------------------------------------------
+  // --- its current record
+  // ------------------------------------------------------------------------------------
   [[nodiscard]] virtual bool Bof() const = 0;
   [[nodiscard]] virtual bool Eof() const = 0;
   virtual void MoveFirst() = 0;
@@ -114,23 +130,28 @@ class Recordset {
   virtual void MoveNext() = 0;      ///< To EOF behind the last row; raises noCurrentRecord at EOF.
   virtual void MovePrevious() = 0;  ///< To BOF before the first row; raises noCurrentRecord at BOF.
   [[nodiscard]] virtual Bookmark CurrentBookmark() const = 0;
-  virtual void MoveTo(Bookmark bookmark) = 0;  ///< Raises noCurrentRecord for a row that is not there.
+  virtual void
+  MoveTo(Bookmark bookmark) = 0;  ///< Raises noCurrentRecord for a row that is not there.
   [[nodiscard]] virtual ValueView FieldValue(std::size_t field) const = 0;
   /// Length of the current record's value in bytes; 0 for null.
   [[nodiscard]] virtual std::int64_t ActualSize(std::size_t field) const = 0;
 
-  /// A second cursor over the same rows with a position of its own, in the order of opening. Rows are shared.
+  /// A second cursor over the same rows with a position of its own, in the order of opening. Rows
+  /// are shared.
   [[nodiscard]] virtual std::shared_ptr<Recordset> Clone(LockType lock) = 0;
 
-  /// Sorts by field names joined by ",", each optionally followed by " ASC" or " DESC"; names with blanks in "[" and
-  /// "]". Nulls come first, text is compared by code point without regard to ASCII case. Empty: the order of opening.
-  /// Raises itemNotFound for an unknown field and leaves the order as it was. The current record stays current.
+  /// Sorts by field names joined by ",", each optionally followed by " ASC" or " DESC"; names with
+  /// blanks in "[" and
+  /// "]". Nulls come first, text is compared by code point without regard to ASCII case. Empty: the
+  /// order of opening. Raises itemNotFound for an unknown field and leaves the order as it was. The
+  /// current record stays current.
   virtual void SetSort(const std::string& order) = 0;
 
   /// "Unique Rows" (boolean): the fields hold a whole unique key of their one base table.
   [[nodiscard]] virtual const Properties& RecordsetProperties() const = 0;
 
-  // --- notices of an asynchronous Open ------------------------------------------------------------------------
+  // --- notices of an asynchronous Open
+  // ------------------------------------------------------------------------
   /// Rows so far, rows expected (0 when unknown), status.
   Event<std::int64_t, std::int64_t, EventStatus> FetchProgress;
   /// The error when the status says so, else null.

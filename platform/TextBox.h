@@ -6,8 +6,9 @@
 
 namespace tessel {
 
-/// What text boxes of both kinds share. Positions and lengths are byte offsets into the UTF-8 text; one that falls
-/// inside a character is taken back to its start. Change follows every change of the text, by the user or by code.
+/// What text boxes of both kinds share. Positions and lengths are byte offsets into the UTF-8 text;
+/// one that falls inside a character is taken back to its start. Change follows every change of the
+/// text, by the user or by code.
 class TextControl : public Control {
  public:
   using Control::Control;
@@ -25,8 +26,8 @@ class TextControl : public Control {
   /// Selects; beyond the end is taken as the end. The caret stands at the end of the selection.
   virtual void Select(std::size_t start, std::size_t length) = 0;
   [[nodiscard]] virtual std::string SelText() const = 0;
-  /// Replaces the selection (inserts at the caret when it is empty). The caret stands behind the new text and
-  /// nothing is selected.
+  /// Replaces the selection (inserts at the caret when it is empty). The caret stands behind the
+  /// new text and nothing is selected.
   void SetSelText(std::string_view text) {
     if (text.empty() && SelLength() == 0) return;
     WriteSelText(text);
@@ -53,13 +54,14 @@ class TextBox : public TextControl {
   [[nodiscard]] virtual int LineCount() const = 0;
 };
 
-/// A large editor for SQL and other texts. The text may hold any character, NUL included, and line ends of either
-/// kind, and comes back byte for byte.
+/// A large editor for SQL and other texts. The text may hold any character, NUL included, and line
+/// ends of either kind, and comes back byte for byte.
 class RichTextBox : public TextControl {
  public:
   using TextControl::TextControl;
 
-  /// Twips after which lines wrap: 0 wraps at the window's edge, a very large number in effect never.
+  /// Twips after which lines wrap: 0 wraps at the window's edge, a very large number in effect
+  /// never.
   [[nodiscard]] virtual int RightMargin() const = 0;
   virtual void SetRightMargin(int twips) = 0;
   /// Where the caret stands, in twips inside the control; the height is that of its line.

@@ -13,22 +13,24 @@ struct TreeNode {
   int image = 0;
 };
 
-/// A tree of nodes named by their keys. Operations on a key that is not there raise Error(itemNotFound), except where
-/// said. Thousands of children are added at once without delay.
+/// A tree of nodes named by their keys. Operations on a key that is not there raise
+/// Error(itemNotFound), except where said. Thousands of children are added at once without delay.
 class TreeView : public Control {
  public:
   using Control::Control;
 
-  /// Adds as the last child of `parentKey`; an empty parent key adds at the root. Returns false, and adds nothing, when
-  /// the key is taken.
+  /// Adds as the last child of `parentKey`; an empty parent key adds at the root. Returns false,
+  /// and adds nothing, when the key is taken.
   virtual bool Add(std::string_view parentKey, TreeNode node) = 0;
   /// Adds several children in one step; those whose key is taken are left out.
   virtual void AddChildren(std::string_view parentKey, std::vector<TreeNode> nodes) = 0;
-  virtual void Remove(std::string_view key) = 0;  ///< With everything below it. A key that is not there is no error.
+  virtual void Remove(std::string_view key) = 0;  ///< With everything below it. A key that is not
+                                                  ///< there is no error.
   [[nodiscard]] virtual bool Exists(std::string_view key) const = 0;
   [[nodiscard]] virtual std::string Text(std::string_view key) const = 0;
   virtual void SetText(std::string_view key, std::string_view text) = 0;
-  [[nodiscard]] virtual std::string Parent(std::string_view key) const = 0;  ///< Empty for a root node.
+  [[nodiscard]] virtual std::string
+  Parent(std::string_view key) const = 0;  ///< Empty for a root node.
   /// Keys of the children in order; an empty key gives the root nodes.
   [[nodiscard]] virtual std::vector<std::string> Children(std::string_view key) const = 0;
 

@@ -22,7 +22,9 @@ void AppendNumber(Number number, std::string& out) {
 /// Length of the valid UTF-8 sequence at the start of `text`, or 0.
 std::size_t SequenceLength(std::string_view text) {
   const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const auto continues = [&](std::size_t i) { return i < text.size() && (byte(i) & 0xC0U) == 0x80U; };
+  const auto continues = [&](std::size_t i) {
+    return i < text.size() && (byte(i) & 0xC0U) == 0x80U;
+  };
   const unsigned first = byte(0);
   if (first < 0x80) return 1;
   if (first >= 0xC2 && first <= 0xDF) return continues(1) ? 2 : 0;
@@ -70,20 +72,19 @@ bool IsNumericType(DataType type) {
     case DataType::UnsignedInt:
     case DataType::BigInt:
     case DataType::UnsignedBigInt:
-    case DataType::Numeric:
-      return true;
-    default:
-      return false;
+    case DataType::Numeric: return true;
+    default: return false;
   }
 }
 
 Value ToValue(const ValueView& view) {
-  return std::visit(Overload{[](DecimalView v) -> Value { return Decimal{std::string(v.digits)}; },
-                             [](MomentView v) -> Value { return Moment{std::string(v.text)}; },
-                             [](std::string_view v) -> Value { return std::string(v); },
-                             [](BinaryView v) -> Value { return Bytes(v.bytes.begin(), v.bytes.end()); },
-                             [](auto v) -> Value { return v; }},
-                    view);
+  return std::visit(
+      Overload{[](DecimalView v) -> Value { return Decimal{std::string(v.digits)}; },
+               [](MomentView v) -> Value { return Moment{std::string(v.text)}; },
+               [](std::string_view v) -> Value { return std::string(v); },
+               [](BinaryView v) -> Value { return Bytes(v.bytes.begin(), v.bytes.end()); },
+               [](auto v) -> Value { return v; }},
+      view);
 }
 
 ValueView ToView(const Value& value) {

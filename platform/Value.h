@@ -61,7 +61,8 @@ struct DecimalView {
 };
 
 /// A date, a time of day or a time stamp in its fixed text form: `YYYY-MM-DD`, `HH:MM:SS[.f...]` or
-/// `YYYY-MM-DD HH:MM:SS[.f...]`, with whatever the server added (a zone, "BC", "infinity") left as it was.
+/// `YYYY-MM-DD HH:MM:SS[.f...]`, with whatever the server added (a zone, "BC", "infinity") left as
+/// it was.
 struct MomentView {
   std::string_view text;
   bool operator==(const MomentView&) const = default;
@@ -73,8 +74,8 @@ struct BinaryView {
 
 /// One field value, looked at in place: valid until its recordset closes or the row is edited.
 /// std::monostate is the database's null. A `float` is a single-precision value.
-using ValueView = std::variant<std::monostate, bool, std::int64_t, std::uint64_t, float, double, DecimalView,
-                               MomentView, std::string_view, BinaryView>;
+using ValueView = std::variant<std::monostate, bool, std::int64_t, std::uint64_t, float, double,
+                               DecimalView, MomentView, std::string_view, BinaryView>;
 
 struct Decimal {
   std::string digits;
@@ -86,8 +87,8 @@ struct Moment {
 };
 
 /// One field value that owns what it holds. The alternatives are those of ValueView.
-using Value = std::variant<std::monostate, bool, std::int64_t, std::uint64_t, float, double, Decimal, Moment,
-                           std::string, Bytes>;
+using Value = std::variant<std::monostate, bool, std::int64_t, std::uint64_t, float, double,
+                           Decimal, Moment, std::string, Bytes>;
 
 [[nodiscard]] constexpr bool IsNull(const ValueView& value) { return value.index() == 0; }
 
@@ -96,10 +97,10 @@ using Value = std::variant<std::monostate, bool, std::int64_t, std::uint64_t, fl
 /// Looks at an owned value; valid as long as `value` is.
 [[nodiscard]] ValueView ToView(const Value& value);
 
-/// Appends the fixed, locale-free text form of a value to `out`: "." as the decimal sign, no grouping, the
-/// shortest form of a floating number that reads back the same ("1", "0.1", "1e+300", "nan", "inf"), text and
-/// moments as they stand, a boolean as "True" or "False". Null adds nothing; bytes add themselves as UTF-8
-/// (each byte that is no valid UTF-8 as U+FFFD).
+/// Appends the fixed, locale-free text form of a value to `out`: "." as the decimal sign, no
+/// grouping, the shortest form of a floating number that reads back the same ("1", "0.1", "1e+300",
+/// "nan", "inf"), text and moments as they stand, a boolean as "True" or "False". Null adds
+/// nothing; bytes add themselves as UTF-8 (each byte that is no valid UTF-8 as U+FFFD).
 void AppendText(const ValueView& value, std::string& out);
 [[nodiscard]] std::string ToText(const ValueView& value);
 

@@ -6,7 +6,8 @@ namespace tessel {
 
 void Window::ThrowMissing(std::string_view name) const {
   throw Error(errorNumber::itemNotFound, "Tessel",
-              "The form " + FormName() + " has no control '" + std::string(name) + "' of the kind asked for.");
+              "The form " + FormName() + " has no control '" + std::string(name) +
+                  "' of the kind asked for.");
 }
 
 }  // namespace tessel

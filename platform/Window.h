@@ -19,11 +19,12 @@ enum class UnloadReason {
 
 enum class Tiling { Horizontal, Vertical };
 
-/// A window made from a form of the same name. UI thread only. The controller that uses it owns it; destroying it
-/// unloads it without asking.
+/// A window made from a form of the same name. UI thread only. The controller that uses it owns it;
+/// destroying it unloads it without asking.
 ///
-/// A window is loaded from creation until Unload succeeds; its controls may be used for as long as the object lives.
-/// What a handler throws is shown in a message box with the exclamation icon, in one place.
+/// A window is loaded from creation until Unload succeeds; its controls may be used for as long as
+/// the object lives. What a handler throws is shown in a message box with the exclamation icon, in
+/// one place.
 class Window : public FailureSink {
  public:
   virtual ~Window() = default;
@@ -35,7 +36,8 @@ class Window : public FailureSink {
     if (found == nullptr) ThrowMissing(name);
     return *found;
   }
-  /// The form's menu command or menu title of that name; raises Error(itemNotFound) when there is none.
+  /// The form's menu command or menu title of that name; raises Error(itemNotFound) when there is
+  /// none.
   [[nodiscard]] virtual MenuItem& Menu(std::string_view name) = 0;
   /// The window's timer, file dialog or colour dialog of that name, made at the first call.
   [[nodiscard]] virtual Timer& TimerNamed(std::string_view name) = 0;
@@ -52,7 +54,8 @@ class Window : public FailureSink {
   virtual void Show() = 0;
   /// Shows modeless above `owner`.
   virtual void ShowAbove(Window& owner) = 0;
-  /// Shows modally above `owner` (null: the active window) and returns when the window is hidden or unloaded.
+  /// Shows modally above `owner` (null: the active window) and returns when the window is hidden or
+  /// unloaded.
   virtual void ShowModal(Window* owner) = 0;
   virtual void Hide() = 0;
   [[nodiscard]] virtual bool Visible() const = 0;
@@ -61,9 +64,9 @@ class Window : public FailureSink {
   virtual void Activate() = 0;
   [[nodiscard]] virtual bool Active() const = 0;
 
-  /// Asks QueryUnload, then, unless it was refused, raises Unloaded and closes. False when it was refused.
-  /// Unloading a window that is not loaded does nothing and returns true. A frame first asks all its documents
-  /// (reason Frame), and none is unloaded when one refuses.
+  /// Asks QueryUnload, then, unless it was refused, raises Unloaded and closes. False when it was
+  /// refused. Unloading a window that is not loaded does nothing and returns true. A frame first
+  /// asks all its documents (reason Frame), and none is unloaded when one refuses.
   virtual bool Unload(UnloadReason reason = UnloadReason::Code) = 0;
 
   [[nodiscard]] virtual Rect Bounds() const = 0;
@@ -75,8 +78,8 @@ class Window : public FailureSink {
   [[nodiscard]] virtual bool Enabled() const = 0;
   virtual void SetEnabled(bool enabled) = 0;
 
-  /// Pops up one of the form's menus at a place in twips inside `at`, or at the pointer when `at` is null.
-  /// Returns when it has closed; the chosen command's Click has then been raised.
+  /// Pops up one of the form's menus at a place in twips inside `at`, or at the pointer when `at`
+  /// is null. Returns when it has closed; the chosen command's Click has then been raised.
   virtual void PopupMenu(MenuItem& menu, Control* at, int x, int y) = 0;
   /// Arranges the documents of a frame.
   virtual void Arrange(Tiling tiling) = 0;

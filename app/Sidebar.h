@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/Button.h"
+#include "platform/Label.h"
+#include "platform/ListView.h"
+#include "platform/TreeView.h"
+#include "platform/Window.h"
+
+namespace tessel {
+
+/// The sidebar of the frame: where its panels stand, its close button, and its right edge as a
+/// splitter.
+class Sidebar {
+ public:
+  explicit Sidebar(Window& frame);
+
+  [[nodiscard]] bool Shown() const { return box_.Visible(); }
+  void Show(bool shown) { box_.SetVisible(shown); }
+  void Toggle() { Show(!Shown()); }
+
+ private:
+  void box_Resize();
+  void PlaceTags(int width, int top, int height);
+  void PlaceBrowser(int width, int top, int height);
+  void box_MouseMove(const MouseEvent& event);
+
+  Window& frame_;
+  PictureBox& box_;
+  Button& cmdCloseBox_;
+  PictureBox& fraBrowser_;
+  TreeView& trvBrowser_;
+  PictureBox& fraTags_;
+  ListView& lsvTags_;
+  Button& cmdAddTag_;
+  Button& cmdRemoveTag_;
+};
+
+}  // namespace tessel

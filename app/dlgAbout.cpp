@@ -1,0 +1,15 @@
+#include "app/dlgAbout.h"
+
+#include <memory>
+
+#include "platform/Button.h"
+
+namespace tessel {
+
+void ShowAbout(const Global& global, Window& owner) {
+  const std::unique_ptr<Window> window = global.TheDesktop().MakeWindow("dlgAbout");
+  window->Find<Button>("cmdOK").Click = [&window] { window->Unload(); };
+  window->ShowModal(&owner);
+}
+
+}  // namespace tessel

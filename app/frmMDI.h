@@ -1,0 +1,92 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/Help.h"
+#include "app/Sidebar.h"
+#include "connections/dlgAsync.h"
+#include "connections/dlgConnect.h"
+#include "query/frmMain.h"
+#include "query/vocab.h"
+#include "results/frmRecords.h"
+
+namespace tessel {
+
+/// The program's one top-level window: it holds the query window, a records window for each
+/// connection, and the sidebar, and sends the query window's SQL to the records windows.
+class frmMDI : private QueryHost, private RecordsHost, private ConnectionOpener {
+ public:
+  frmMDI(const Global& global, Vocabulary& vocabulary);
+  ~frmMDI();
+
+  /// Shows the frame with the query window, and opens the saved-connections dialog once.
+  void Show();
+
+  /// Number of open records windows.
+  [[nodiscard]] int RecordsWindowCount() const { return recordsWindowCount_; }
+  [[nodiscard]] int GetNextID() override { return ++nextID_; }
+  /// Sends the query window's selected SQL to every records window, in the order in which they were
+  /// opened.
+  void DoSQL(bool preview) override;
+  void mnuNewInstance_Click() override;
+  void mnuWindowSidebar_Click() override { sidebar_.Toggle(); }
+  void mnuWindowTileHoriz_Click() override { window_->Arrange(Tiling::Horizontal); }
+  void mnuWindowTileVert_Click() override { window_->Arrange(Tiling::Vertical); }
+  void mnuHelpContents_Click() override { help_.ShowContents(); }
+  void mnuHelpIndex_Click() override { help_.ShowIndex(); }
+  void mnuHelpShortcuts_Click() override;
+  void mnuHelpAbout_Click() override;
+
+  [[nodiscard]] Window& TheWindow() { return *window_; }
+  [[nodiscard]] frmMain& QueryWindow() { return *main_; }
+  /// The records windows in the order in which they were opened.
+  [[nodiscard]] std::vector<frmRecords*> RecordsWindows() const;
+
+ private:
+  void WireMenus();
+  void WireFileMenu();
+  void WireWindowMenu();
+  void MDIForm_Load();
+  void MDIForm_Unload();
+  void mnuDBConnect_Click();
+  void mnuEditVocab_Click();
+  void mnuEditWordWrap_Click();
+
+  [[nodiscard]] bool AskWhichInstance();
+  [[nodiscard]] bool AskToContinue(frmRecords& failed);
+
+  // QueryHost
+  void FocusFirstRecordsWindow() override;
+  void FocusBrowser() override;
+  // RecordsHost
+  void CountRecordsWindow(int change) override { recordsWindowCount_ += change; }
+  void AddDatabaseNode(const std::string& key, const std::string& text) override;
+  void RemoveDatabaseNode(const std::string& key) override;
+  void FocusQueryWindow() override;
+  [[nodiscard]] bool SidebarShown() const override { return sidebar_.Shown(); }
+  void InsertText(std::string_view text) override { main_->InsertText(text); }
+  // ConnectionOpener
+  bool OpenRecordsWindow(const SavedConnection& connection, const std::string& userName,
+                         const std::string& password, bool loadSchemaFromDB) override;
+  std::string TestConnection(const std::string& connectionString, const std::string& userName,
+                             const std::string& password) override;
+  void ForgetRecordsWindow(frmRecords* closed);
+
+  const Global& global_;
+  Vocabulary& vocabulary_;
+  Help help_;
+  std::unique_ptr<Window> window_;
+  Sidebar sidebar_;
+  TreeView& trvBrowser_;
+  dlgAsync async_;
+  int nextID_ = 0;
+  int recordsWindowCount_ = 0;
+  std::unique_ptr<frmMain> main_;
+  std::vector<std::unique_ptr<frmRecords>> records_;
+  std::shared_ptr<const void> alive_ = std::make_shared<int>();  ///< Deferred work checks it.
+};
+
+}  // namespace tessel

@@ -1,0 +1,33 @@
+#include "connections/Builder.h"
+
+#include "query/Misc.h"
+
+namespace tessel {
+
+Builder::Builder(const Global& global, const char* form)
+    : window_(global.TheDesktop().MakeWindow(form)) {
+  window_->Find<Button>("cmdOK").Click = [this] { cmdOK_Click(); };
+  window_->Find<Button>("cmdCancel").Click = [this] { window_->Unload(); };
+}
+
+std::string Builder::GetCnStr(Window& owner, const std::string& connectionString) {
+  result_ = connectionString;
+  Parse(connectionString);
+  window_->ShowModal(&owner);
+  window_->Unload();
+  return result_;
+}
+
+void Builder::cmdOK_Click() {
+  const std::string built = Build();
+  if (built.empty()) return;
+  result_ = built;
+  window_->Hide();
+}
+
+void SetEditable(Control& control, bool editable) {
+  control.SetEnabled(editable);
+  control.SetBackColor(EditableBackColor(!editable));
+}
+
+}  // namespace tessel

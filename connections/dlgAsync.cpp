@@ -1,0 +1,231 @@
+#include "connections/dlgAsync.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "platform/Button.h"
+#include "platform/Progress.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr int tickMilliseconds = 500;
+constexpr std::int64_t noExecution = -2;
+
+bool HasSettled(int state) { return state == objectState::closed || state == objectState::open; }
+
+}  // namespace
+
+std::string FormatElapsed(std::int64_t milliseconds) {
+  const std::int64_t seconds = milliseconds / 1000;
+  char text[16];
+  std::snprintf(text, sizeof text, "%02d:%02d:%02d", static_cast<int>(seconds / 3600 % 24),
+                static_cast<int>(seconds / 60 % 60), static_cast<int>(seconds % 60));
+  return text;
+}
+
+void dlgAsync::Load() {
+  if (window_ != nullptr && window_->Loaded()) return;
+  window_ = desktop_.MakeWindow("dlgAsync");
+  window_->Find<Button>("cmdCancel").Click = [this] { cmdCancel_Click(); };
+  window_->Activated = [this] { Form_Activate(); };
+  window_->QueryUnload = [this](bool& refuse, UnloadReason reason) {
+    refuse = reason == UnloadReason::ControlBox;  // Closing the window is asking to cancel.
+    if (refuse && window_->Find<Button>("cmdCancel").Enabled()) cmdCancel_Click();
+  };
+  Timer& timer = window_->TimerNamed("tmrTimer");
+  timer.SetInterval(tickMilliseconds);
+  timer.Tick = [this] { ShowElapsed(); };
+}
+
+void dlgAsync::Reset() {
+  Load();
+  window_->Find<Label>("lblMessage").SetCaption("");
+  auto& bar = window_->Find<ProgressBar>("prgProgress");
+  bar.SetVisible(false);
+  bar.SetValue(0);
+  window_->Find<Button>("cmdCancel").SetEnabled(true);
+  cancelled_ = false;
+  done_ = false;
+  Release();
+  storedError_.reset();
+  recordsAffected_ = noExecution;
+  start_ = desktop_.TheClock().Milliseconds();
+  clockRuns_ = true;
+  ShowElapsed();
+  window_->TimerNamed("tmrTimer").SetEnabled(true);
+}
+
+void dlgAsync::ShowElapsed() {
+  if (!clockRuns_) return;
+  const std::int64_t elapsed = desktop_.TheClock().Milliseconds() - start_;
+  window_->Find<Label>("lblTimer").SetCaption(FormatElapsed(elapsed));
+}
+
+void dlgAsync::InitProcess(const std::string& message) {
+  Reset();
+  window_->Find<Label>("lblMessage").SetCaption("\n" + message);
+  window_->ShowAbove(frame_);
+}
+
+void dlgAsync::InitProgress(const std::string& message, double maximum) {
+  Reset();
+  window_->Find<Label>("lblMessage").SetCaption(message);
+  auto& bar = window_->Find<ProgressBar>("prgProgress");
+  bar.SetMax(maximum);
+  bar.SetVisible(true);
+  window_->ShowAbove(frame_);
+}
+
+bool dlgAsync::Yield() {
+  frame_.SetEnabled(false);
+  desktop_.ProcessPending();
+  frame_.SetEnabled(true);
+  return !cancelled_;
+}
+
+bool dlgAsync::DoProgress(double increment) {
+  auto& bar = window_->Find<ProgressBar>("prgProgress");
+  const auto step =
+      std::min<std::int64_t>(static_cast<std::int64_t>(std::ceil(bar.Max() / 32)), 16);
+  if (std::llround(bar.Value()) % step == 0) Yield();
+  bar.SetValue(bar.Value() + increment);
+  return !cancelled_;
+}
+
+bool dlgAsync::DoConnect(const std::shared_ptr<Connection>& connection, const std::string& user,
+                         const std::string& password) {
+  std::exception_ptr pending;
+  try {
+    Reset();
+    connection_ = connection;
+    connection->ConnectComplete = [this](const ErrorInfo* error, EventStatus status) {
+      Complete(error, status);
+    };
+    window_->Find<Label>("lblMessage").SetCaption("\nConnecting...");
+    connection->Open(user, password, asyncConnect);
+    WaitModally();
+    while (!HasSettled(connection->State())) Yield();
+  } catch (const Error&) {
+    pending = std::current_exception();
+  }
+  return Finish(pending);
+}
+
+bool dlgAsync::DoQuery(const std::shared_ptr<Recordset>& recordset, std::int64_t& recordsAffected,
+                       bool async) {
+  std::exception_ptr pending;
+  try {
+    Reset();
+    connection_ = recordset->ActiveConnection();
+    recordset_ = recordset;
+    connection_->ExecuteComplete = [this](std::int64_t affected, const ErrorInfo* error,
+                                          EventStatus status, Recordset*) {
+      mCn_ExecuteComplete(affected, error, status);
+    };
+    recordset->FetchProgress = [this](std::int64_t progress, std::int64_t, EventStatus) {
+      mRs_FetchProgress(progress);
+    };
+    recordset->FetchComplete = [this](const ErrorInfo* error, EventStatus status) {
+      Complete(error, status);
+    };
+    window_->Find<Label>("lblMessage").SetCaption("\nExecuting...");
+    if (async) {
+      recordset->Open(openOption::text | openOption::asyncExecute | openOption::asyncFetch);
+      WaitModally();
+      while (!HasSettled(recordset->State())) Yield();
+    } else {
+      WaitBlocked(*recordset);
+    }
+  } catch (const Error&) {
+    pending = std::current_exception();
+  }
+  recordsAffected = recordsAffected_;
+  return Finish(pending);
+}
+
+/// Shows the window until the operation is done; it may have ended already.
+void dlgAsync::WaitModally() {
+  if (!done_) window_->ShowModal(&frame_);
+}
+
+/// The clock cannot tick while the provider blocks: a word stands in its place.
+void dlgAsync::WaitBlocked(Recordset& recordset) {
+  clockRuns_ = false;
+  window_->Find<Label>("lblTimer").SetCaption("wait...");
+  window_->Find<Button>("cmdCancel").SetEnabled(false);
+  window_->ShowAbove(frame_);
+  Yield();
+  recordset.Open(openOption::text);
+}
+
+void dlgAsync::Complete(const ErrorInfo* error, EventStatus status) {
+  if (status == EventStatus::ErrorsOccurred && error != nullptr && !storedError_)
+    storedError_ = *error;
+  done_ = true;
+  window_->Hide();
+}
+
+void dlgAsync::mCn_ExecuteComplete(std::int64_t recordsAffected, const ErrorInfo* error,
+                                   EventStatus status) {
+  recordsAffected_ = recordsAffected;
+  const bool rowsFollow = recordset_ != nullptr && (recordset_->State() & objectState::open) != 0;
+  if (status == EventStatus::ErrorsOccurred || !rowsFollow) Complete(error, status);
+}
+
+void dlgAsync::mRs_FetchProgress(std::int64_t progress) {
+  if (cancelled_) return;
+  window_->Find<Label>("lblMessage").SetCaption("Fetching records...\n" + std::to_string(progress));
+}
+
+void dlgAsync::Form_Activate() {
+  if (done_) window_->Hide();
+}
+
+void dlgAsync::cmdCancel_Click() {
+  if (cancelled_) return;
+  cancelled_ = true;
+  window_->Find<Label>("lblMessage").SetCaption("\nCancelling...");
+  try {
+    if (recordset_ != nullptr) recordset_->Cancel();
+    else if (connection_ != nullptr) connection_->Cancel();
+  } catch (const Error&) {
+    // The operation ends through its own completion, whatever the cancel reports.
+  }
+}
+
+bool dlgAsync::Finish(std::exception_ptr pending) {
+  const std::optional<ErrorInfo> storedError = std::exchange(storedError_, std::nullopt);
+  const bool cancelled = cancelled_;
+  Unload();
+  if (cancelled) return false;
+  if (pending) std::rethrow_exception(pending);
+  if (storedError) throw Error(*storedError);
+  return true;
+}
+
+/// Lets go of the objects of the operation; their events no longer reach this window.
+void dlgAsync::Release() {
+  if (recordset_ != nullptr) {
+    recordset_->FetchProgress = nullptr;
+    recordset_->FetchComplete = nullptr;
+  }
+  if (connection_ != nullptr) {
+    connection_->ConnectComplete = nullptr;
+    connection_->ExecuteComplete = nullptr;
+  }
+  recordset_.reset();
+  connection_.reset();
+}
+
+void dlgAsync::Unload() {
+  if (window_ == nullptr) return;
+  window_->TimerNamed("tmrTimer").SetEnabled(false);
+  storedError_.reset();
+  Release();
+  window_->Unload();
+}
+
+}  // namespace tessel

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/Connection.h"
+#include "platform/Desktop.h"
+#include "platform/Label.h"
+
+namespace tessel {
+
+class Button;
+
+/// Elapsed time as "Hh:Nn:Ss", hours counting modulo 24.
+[[nodiscard]] std::string FormatElapsed(std::int64_t milliseconds);
+
+/// The progress window that every long operation runs under. It opens connections and runs queries
+/// while it is shown modally over the main frame (DoConnect, DoQuery), and serves the program's own
+/// loops as a modeless window with progress and cancel (InitProcess or InitProgress, then Yield or
+/// DoProgress, then Unload). One instance; operations do not nest.
+class dlgAsync {
+ public:
+  /// `frame` is the window it shows above and disables while it yields; it outlives this object.
+  dlgAsync(Desktop& desktop, Window& frame) : desktop_(desktop), frame_(frame) {}
+
+  /// Opens the connection, whose connection string is set. False when cancelled; raises the failure
+  /// otherwise.
+  bool DoConnect(const std::shared_ptr<Connection>& connection, const std::string& user,
+                 const std::string& password);
+
+  /// Opens the recordset, whose source is set, and gives the count that its execution reported (-2
+  /// when none completed). Not `async`: waits inside the provider, and cannot be cancelled. False
+  /// when cancelled; raises the failure otherwise.
+  bool DoQuery(const std::shared_ptr<Recordset>& recordset, std::int64_t& recordsAffected,
+               bool async);
+
+  /// Shows the window modeless, without a bar.
+  void InitProcess(const std::string& message);
+  /// Shows the window modeless with a bar from 0 to `maximum`, which is more than 0.
+  void InitProgress(const std::string& message, double maximum);
+  /// Advances the bar, yielding now and then; false once the user has cancelled.
+  bool DoProgress(double increment);
+  /// Lets the interface process pending input once; false once the user has cancelled.
+  bool Yield();
+  /// Ends an InitProcess or InitProgress; also at the end of the program.
+  void Unload();
+
+ private:
+  void Load();
+  void Reset();
+  void ShowElapsed();
+  void WaitModally();
+  void WaitBlocked(Recordset& recordset);
+  void Complete(const ErrorInfo* error, EventStatus status);
+  bool Finish(std::exception_ptr pending);
+  void Release();
+
+  void cmdCancel_Click();
+  void Form_Activate();
+  void mCn_ExecuteComplete(std::int64_t recordsAffected, const ErrorInfo* error,
+                           EventStatus status);
+  void mRs_FetchProgress(std::int64_t progress);
+
+  Desktop& desktop_;
+  Window& frame_;
+  std::unique_ptr<Window> window_;
+  std::int64_t start_ = 0;
+  bool cancelled_ = false;
+  bool done_ = false;
+  bool clockRuns_ = false;
+  std::shared_ptr<Connection> connection_;
+  std::shared_ptr<Recordset> recordset_;
+  std::optional<ErrorInfo> storedError_;
+  std::int64_t recordsAffected_ = -2;
+};
+
+}  // namespace tessel

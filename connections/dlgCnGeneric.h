@@ -1,0 +1,20 @@
+#pragma once
+
+#include "connections/Builder.h"
+#include "platform/ListControls.h"
+
+namespace tessel {
+
+/// "Connect to Data Source": any provider.
+class dlgCnGeneric : public Builder {
+ public:
+  explicit dlgCnGeneric(const Global& global);
+
+ private:
+  void Parse(const std::string& connectionString) override;
+  [[nodiscard]] std::string Build() const override;
+
+  ComboBox& cboProvider_;
+};
+
+}  // namespace tessel

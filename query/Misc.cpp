@@ -1,0 +1,232 @@
+#include "query/Misc.h"
+
+#include <utf8proc.h>
+
+#include "platform/Ascii.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr std::string_view hexDigits = "0123456789ABCDEF";
+
+/// `text` with every `part` written twice.
+std::string Doubled(std::string_view text, std::string_view part) {
+  if (part.empty()) return std::string(text);
+  std::string result;
+  std::size_t from = 0;
+  for (std::size_t at = text.find(part); at != std::string_view::npos; at = text.find(part, from)) {
+    result.append(text.substr(from, at - from)).append(part).append(part);
+    from = at + part.size();
+  }
+  return result.append(text.substr(from));
+}
+
+void AppendCEscaped(std::string& out, char c) {
+  switch (c) {
+    case '\\': out += "\\\\"; return;
+    case '"': out += "\\\""; return;
+    case '\t': out += "\\t"; return;
+    case '\n': out += "\\n"; return;
+    case '\r': out += "\\r"; return;
+    default: break;
+  }
+  const auto code = static_cast<unsigned char>(c);
+  if (code < ' ') out += "\\x" + ByteToHex(code);
+  else out += c;
+}
+
+void AppendHtmlEscaped(std::string& out, char c, char previous) {
+  switch (c) {
+    case '&': out += "&amp;"; return;
+    case '<': out += "&lt;"; return;
+    case '>': out += "&gt;"; return;
+    case '"': out += "&quot;"; return;
+    case '\n': out += "<br>\r\n"; return;
+    case '\r': return;
+    case ' ': out += previous == ' ' ? "&nbsp;" : " "; return;
+    default: break;
+  }
+  const auto code = static_cast<unsigned char>(c);
+  if (code < ' ') out += "&#" + ByteToHex(code) + ";";
+  else out += c;
+}
+
+std::string Escaped(std::string_view text, const ValueFormat& format) {
+  if (format.escapeStyle.empty()) return Doubled(text, format.quote);
+  std::string result;
+  if (format.escapeStyle == "\\") {
+    for (const char c : text) AppendCEscaped(result, c);
+  } else if (format.escapeStyle == "&") {
+    char previous = '\0';
+    for (const char c : text) {
+      AppendHtmlEscaped(result, c, previous);
+      previous = c;
+    }
+  } else {
+    return Doubled(text, format.escapeStyle);
+  }
+  return result;
+}
+
+void AppendHexBytes(std::string& out, BinaryView binary) {
+  out += "0x";
+  for (const std::byte byte : binary.bytes) {
+    const auto code = std::to_integer<unsigned>(byte);
+    out += hexDigits[code >> 4U];
+    out += hexDigits[code & 15U];
+  }
+}
+
+bool IsQuoted(const ValueView& value) {
+  return std::holds_alternative<std::string_view>(value) ||
+         std::holds_alternative<MomentView>(value) || std::holds_alternative<BinaryView>(value);
+}
+
+/// Calls `visit` with each character's code point and bytes; a byte that is no UTF-8 counts as a
+/// character.
+template <class Visit>
+void ForEachCharacter(std::string_view text, Visit visit) {
+  while (!text.empty()) {
+    utf8proc_int32_t code = 0;
+    const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                                         static_cast<utf8proc_ssize_t>(text.size()), &code);
+    const std::size_t size = length > 0 ? static_cast<std::size_t>(length) : 1;
+    visit(length > 0 ? code : -1, text.substr(0, size));
+    text.remove_prefix(size);
+  }
+}
+
+void AppendUpper(std::string& out, utf8proc_int32_t code, std::string_view bytes) {
+  if (code < 0) {
+    out += bytes;
+    return;
+  }
+  utf8proc_uint8_t buffer[4];
+  const auto length = utf8proc_encode_char(utf8proc_toupper(code), buffer);
+  out.append(reinterpret_cast<const char*>(buffer), static_cast<std::size_t>(length));
+}
+
+}  // namespace
+
+std::string SqlQuote(std::string_view text) { return "'" + Doubled(text, "'") + "'"; }
+
+std::string QuoteIdentifier(std::string_view name) {
+  const bool startsWithDigit = !name.empty() && name.front() >= '0' && name.front() <= '9';
+  if (!startsWithDigit && name.find(' ') == std::string_view::npos) return std::string(name);
+  return "[" + std::string(name) + "]";
+}
+
+bool IsIdentifierChar(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' ||
+         c == '#' || c == '@' || c == '$';
+}
+
+std::string UpperCase(std::string_view text) {
+  std::string result;
+  ForEachCharacter(text, [&](utf8proc_int32_t code, std::string_view bytes) {
+    AppendUpper(result, code, bytes);
+  });
+  return result;
+}
+
+std::string MakeInitials(std::string_view name, bool keepCapitals, bool splitWords) {
+  std::string result;
+  bool startsWord = true;
+  ForEachCharacter(name, [&](utf8proc_int32_t code, std::string_view bytes) {
+    if (startsWord) AppendUpper(result, code, bytes);
+    else if (keepCapitals && code >= 'A' && code <= 'Z') result += bytes;
+    startsWord = splitWords && (code == '_' || (code >= 0 && code <= ' '));
+  });
+  return result;
+}
+
+std::string ByteToHex(unsigned char byte) { return {hexDigits[byte >> 4U], hexDigits[byte & 15U]}; }
+
+void AppendFormattedValue(std::string& out, const ValueView& value, const ValueFormat& format) {
+  if (IsNull(value)) {
+    out += format.nullText;
+    return;
+  }
+  out += format.delimiters.prefix;
+  const auto* binary = std::get_if<BinaryView>(&value);
+  if (const auto* flag = std::get_if<bool>(&value)) out += *flag ? '1' : '0';
+  else if (binary != nullptr && format.hexBinary) AppendHexBytes(out, *binary);
+  else if (IsQuoted(value)) out += format.quote + Escaped(ToText(value), format) + format.quote;
+  else AppendText(value, out);
+  out += format.delimiters.suffix;
+}
+
+std::string FormatValue(const ValueView& value, const ValueFormat& format) {
+  std::string text;
+  AppendFormattedValue(text, value, format);
+  return text;
+}
+
+ConnectionPairs ParseConnectionString(std::string_view connectionString) {
+  ConnectionPairs pairs;
+  while (!connectionString.empty()) {
+    const std::size_t end = connectionString.find(';');
+    const std::string_view piece = connectionString.substr(0, end);
+    connectionString.remove_prefix(end == std::string_view::npos ? connectionString.size()
+                                                                 : end + 1);
+    const std::size_t equals = piece.find('=');
+    const std::string_view key = TrimSpaces(piece.substr(0, equals));
+    if (key.empty()) continue;
+    const std::string_view value = equals == std::string_view::npos ? "" : piece.substr(equals + 1);
+    pairs.emplace(UpperCase(key), value);
+  }
+  return pairs;
+}
+
+std::string GetConnectionStringValue(const ConnectionPairs& pairs,
+                                     std::initializer_list<std::string_view> names) {
+  for (const std::string_view name : names)
+    if (const auto found = pairs.find(UpperCase(name)); found != pairs.end()) return found->second;
+  return {};
+}
+
+void AppendConnectionStringPair(std::string& connectionString, std::string_view key,
+                                std::string_view value) {
+  if (value.empty()) return;
+  if (!connectionString.empty()) connectionString += ';';
+  connectionString.append(key).append("=").append(value);
+}
+
+void CutAtFirst(std::string& text, std::string_view delimiter) {
+  if (const std::size_t at = text.find(delimiter); at != std::string::npos) text.resize(at);
+}
+
+void KeepAfterLast(std::string& text, std::string_view delimiter) {
+  if (const std::size_t at = text.rfind(delimiter); at != std::string::npos) text.erase(0, at + 1);
+}
+
+bool FileExists(const Files& files, const std::string& path) { return files.Exists(path); }
+
+bool IsKeyDown(const Desktop& desktop, int keyCode) { return desktop.IsKeyDown(keyCode); }
+
+Color EditableBackColor(bool locked) {
+  return locked ? color::buttonFace : color::windowBackground;
+}
+
+void PrepareFileDialog(FileDialog& dialog, const Files& files) {
+  const bool hasFolder = dialog.fileName.find(pathSeparator) != std::string::npos;
+  dialog.initialFolder = hasFolder ? std::string() : files.CurrentFolder();
+}
+
+bool ShowOpenFileDialog(FileDialog& dialog, const Files& files, bool allowChangeDir) {
+  PrepareFileDialog(dialog, files);
+  dialog.flags = fileDialogFlag::fileMustExist | fileDialogFlag::hideReadOnly;
+  if (!allowChangeDir) dialog.flags |= fileDialogFlag::noChangeDir;
+  return dialog.ShowOpen();
+}
+
+bool ShowSaveFileDialog(FileDialog& dialog, const Files& files, bool allowChangeDir) {
+  PrepareFileDialog(dialog, files);
+  dialog.flags = fileDialogFlag::noReadOnlyReturn | fileDialogFlag::pathMustExist |
+                 fileDialogFlag::hideReadOnly | fileDialogFlag::overwritePrompt;
+  if (!allowChangeDir) dialog.flags |= fileDialogFlag::noChangeDir;
+  return dialog.ShowSave();
+}
+
+}  // namespace tessel

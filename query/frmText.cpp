@@ -1,0 +1,137 @@
+#include "query/frmText.h"
+
+#include <memory>
+
+#include "platform/Button.h"
+#include "platform/TextBox.h"
+#include "query/Misc.h"
+#include "query/SqlTarget.h"
+#include "query/TextDocument.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr const char* ownFilter = "Text Files (*.txt)|*.txt|All Files (*.*)|*.*";
+
+/// The window of one ShowText call.
+class frmText {
+ public:
+  frmText(const Global& global, SqlTarget& sqlWindow)
+      : global_(global),
+        sqlWindow_(sqlWindow),
+        window_(global.TheDesktop().MakeWindow("frmText")),
+        txtText_(window_->Find<RichTextBox>("txtText")),
+        cmdOK_(window_->Find<Button>("cmdOK")),
+        cmdCancel_(window_->Find<Button>("cmdCancel")),
+        cmdOpen_(window_->Find<Button>("cmdOpen")),
+        cmdSave_(window_->Find<Button>("cmdSave")),
+        cmdCopy_(window_->Find<Button>("cmdCopy")),
+        cmdCopyToSQLWindow_(window_->Find<Button>("cmdCopyToSQLWindow")),
+        chkWordWrap_(window_->Find<CheckBox>("chkWordWrap")),
+        dlgCommon_(window_->FileDialogNamed("dlgCommon")),
+        document_(global, txtText_) {
+    window_->KeyDown = [this](KeyEvent& event) { Form_KeyDown(event); };
+    cmdOK_.Click = [this] { cmdOK_Click(); };
+    cmdCancel_.Click = [this] { cmdCancel_Click(); };
+    cmdOpen_.Click = [this] { cmdOpen_Click(); };
+    cmdSave_.Click = [this] { cmdSave_Click(); };
+    cmdCopy_.Click = [this] { cmdCopy_Click(); };
+    cmdCopyToSQLWindow_.Click = [this] { cmdCopyToSQLWindow_Click(); };
+    chkWordWrap_.Click = [this] { chkWordWrap_Click(); };
+    dlgCommon_.filter = ownFilter;
+  }
+
+  bool Show(std::string& text, const TextViewOptions& options) {
+    Prepare(text, options);
+    window_->ShowModal(nullptr);
+    if (accepted_) text = txtText_.Text();
+    window_->Unload();
+    return accepted_;
+  }
+
+ private:
+  void Prepare(const std::string& text, const TextViewOptions& options) {
+    window_->SetHelpContext(options.helpContext);
+    txtText_.SetLocked(!options.editable);
+    cmdOpen_.SetVisible(options.editable);
+    cmdOK_.SetVisible(options.editable);
+    cmdCancel_.SetVisible(options.editable);
+    chkWordWrap_.SetValue(options.wordWrap);
+    document_.SetWordWrap(options.wordWrap);
+    txtText_.SetText(text);
+    if (!options.filter.empty()) dlgCommon_.filter = options.filter + "|" + dlgCommon_.filter;
+    accepted_ = false;
+    const Rect at = window_->Bounds();
+    window_->SetBounds({at.left, at.top, options.width, options.height});
+  }
+
+  void cmdOK_Click() {
+    accepted_ = true;
+    window_->Hide();
+  }
+  void cmdCancel_Click() { window_->Unload(); }
+
+  void cmdOpen_Click() {
+    if (ShowOpenFileDialog(dlgCommon_, global_.TheFiles(), false))
+      document_.Open(dlgCommon_.fileName);
+  }
+  void cmdSave_Click() {
+    if (ShowSaveFileDialog(dlgCommon_, global_.TheFiles(), false))
+      document_.Save(dlgCommon_.fileName);
+  }
+  void cmdCopy_Click() { global_.TheDesktop().TheClipboard().SetText(txtText_.Text()); }
+  void cmdCopyToSQLWindow_Click() { sqlWindow_.InsertText(txtText_.Text()); }
+
+  void chkWordWrap_Click() {
+    document_.SetWordWrap(chkWordWrap_.Value());
+    if (window_->Visible()) txtText_.SetFocus();
+  }
+
+  void Form_KeyDown(KeyEvent& event) {
+    using namespace shiftState;
+    if (event.keyCode == 'C' && event.shift == (ctrl | alt)) event.handled = PressShown(cmdCopy_);
+    else if (event.keyCode == 'C' && event.shift == (ctrl | shift))
+      event.handled = PressShown(cmdCopyToSQLWindow_);
+    else if (event.keyCode == key::escape && event.shift == none) event.handled = window_->Unload();
+    else if (event.shift == ctrl) HandleControlKey(event);
+  }
+
+  void HandleControlKey(KeyEvent& event) {
+    if (event.keyCode == 'O') event.handled = PressShown(cmdOpen_);
+    else if (event.keyCode == 'S') event.handled = PressShown(cmdSave_);
+    else if (event.keyCode == 'W' && chkWordWrap_.Visible()) {
+      chkWordWrap_.SetValue(!chkWordWrap_.Value());
+      event.handled = true;
+    }
+  }
+
+  static bool PressShown(Button& button) {
+    button.Press();
+    return button.Visible();
+  }
+
+  const Global& global_;
+  SqlTarget& sqlWindow_;
+  std::unique_ptr<Window> window_;
+  RichTextBox& txtText_;
+  Button& cmdOK_;
+  Button& cmdCancel_;
+  Button& cmdOpen_;
+  Button& cmdSave_;
+  Button& cmdCopy_;
+  Button& cmdCopyToSQLWindow_;
+  CheckBox& chkWordWrap_;
+  FileDialog& dlgCommon_;
+  TextDocument document_;
+  bool accepted_ = false;
+};
+
+}  // namespace
+
+bool ShowText(const Global& global, SqlTarget& sqlWindow, std::string& text,
+              const TextViewOptions& options) {
+  return frmText(global, sqlWindow).Show(text, options);
+}
+
+}  // namespace tessel

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include "app/Global.h"
+
+namespace tessel {
+
+class SqlTarget;
+
+/// How ShowText shows a text.
+struct TextViewOptions {
+  int helpContext = 0;
+  std::string filter;  ///< File types offered before the window's own; may be empty.
+  int width = 9600;    ///< Twips.
+  int height = 6300;   ///< Twips.
+  bool editable = false;
+  bool wordWrap = false;
+};
+
+/// Shows a text in a modal window with buttons to save it, copy it or put it into the query window;
+/// an editable one can also be opened from a file and confirmed. True when the user confirmed:
+/// `text` is then what the window held.
+bool ShowText(const Global& global, SqlTarget& sqlWindow, std::string& text,
+              const TextViewOptions& options);
+
+}  // namespace tessel

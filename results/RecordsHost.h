@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+
+#include "query/SqlTarget.h"
+
+namespace tessel {
+
+/// What a records window asks of the frame.
+class RecordsHost : public SqlTarget {
+ public:
+  /// The next window number, from 1; never the same twice.
+  virtual int GetNextID() = 0;
+  /// One records window more (1) or less (-1).
+  virtual void CountRecordsWindow(int change) = 0;
+  /// Adds or removes a connection's node in the schema browser; removing one that is not there does
+  /// nothing.
+  virtual void AddDatabaseNode(const std::string& key, const std::string& text) = 0;
+  virtual void RemoveDatabaseNode(const std::string& key) = 0;
+  virtual void FocusQueryWindow() = 0;
+
+  /// The Window and Help commands of the frame.
+  virtual void mnuNewInstance_Click() = 0;
+  virtual void mnuWindowSidebar_Click() = 0;
+  virtual void mnuWindowTileHoriz_Click() = 0;
+  virtual void mnuWindowTileVert_Click() = 0;
+  virtual void mnuHelpContents_Click() = 0;
+  virtual void mnuHelpIndex_Click() = 0;
+  virtual void mnuHelpShortcuts_Click() = 0;
+  virtual void mnuHelpAbout_Click() = 0;
+  [[nodiscard]] virtual bool SidebarShown() const = 0;
+
+ protected:
+  ~RecordsHost() = default;
+};
+
+}  // namespace tessel

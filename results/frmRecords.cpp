@@ -1,0 +1,413 @@
+#include "results/frmRecords.h"
+
+#include "platform/Ascii.h"
+#include "platform/Error.h"
+#include "query/Misc.h"
+#include "query/frmText.h"
+#include "schema/TagValue.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr int clientSideCursors = 3;
+constexpr int confirmContext = 8203;
+constexpr int errorsContext = 8403;
+constexpr int propertiesContext = 8404;
+constexpr const char* sqlFilter = "SQL Files (*.sql)|*.sql";
+
+bool IsNoInterface(const ErrorInfo& error) { return error.number == errorNumber::noInterface; }
+
+}  // namespace
+
+frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
+    : global_(global),
+      async_(async),
+      host_(host),
+      help_(global),
+      window_(global.TheDesktop().MakeWindow("frmRecords")),
+      cmdCnErrors_(window_->Find<Button>("cmdCnErrors")),
+      cmdReconnect_(window_->Find<Button>("cmdReconnect")),
+      cmdAccept_(window_->Find<Button>("cmdAccept")),
+      cmdReject_(window_->Find<Button>("cmdReject")),
+      cboCatalog_(window_->Find<ComboBox>("cboCatalog")),
+      chkLock_(window_->Find<CheckBox>("chkLock")),
+      chkRecords_(window_->Find<CheckBox>("chkRecords")),
+      txtStatus_(window_->Find<TextBox>("txtStatus")),
+      lblTimer_(window_->Find<Label>("lblTimer")),
+      lblWarning_(window_->Find<Label>("lblWarning")),
+      dataGrid_(window_->Find<DataGrid>("DataGrid")),
+      menuRecords_(window_->Menu("menuRecords")),
+      status_(global.TheDesktop().TheClock(), txtStatus_, cmdCnErrors_) {
+  Form_Load();
+}
+
+frmRecords::~frmRecords() {
+  onUnloaded = nullptr;
+  Form_Unload();
+}
+
+void frmRecords::Form_Load() {
+  host_.CountRecordsWindow(1);
+  mCn_ = global_.Data().CreateConnection();
+  mCn_->SetCursorLocation(clientSideCursors);
+  WireControls();
+  WireMenus();
+  Form_Resize();
+}
+
+void frmRecords::WireControls() {
+  window_->KeyDown = [this](KeyEvent& event) { Form_KeyDown(event); };
+  window_->Resize = [this] { Form_Resize(); };
+  window_->Unloaded = [this] { Form_Unload(); };
+  cmdCnErrors_.Click = [this] { cmdCnErrors_Click(); };
+  cmdReconnect_.Click = [this] { cmdReconnect_Click(); };
+  cboCatalog_.Click = [this] { cboCatalog_Click(); };
+  chkLock_.Click = [this] { chkLock_Click(); };
+  blobDataFormat_.Format = [](const ValueView& value, std::string& shown) {
+    BLOBDataFormat_Format(value, shown);
+  };
+}
+
+/// The Window and Help commands are the frame's.
+void frmRecords::WireMenus() {
+  const auto forward = [this](const char* item, void (RecordsHost::*command)()) {
+    window_->Menu(item).Click = [this, command] { (host_.*command)(); };
+  };
+  forward("mnuNewInstance", &RecordsHost::mnuNewInstance_Click);
+  forward("mnuWindowSidebar", &RecordsHost::mnuWindowSidebar_Click);
+  forward("mnuWindowTileHoriz", &RecordsHost::mnuWindowTileHoriz_Click);
+  forward("mnuWindowTileVert", &RecordsHost::mnuWindowTileVert_Click);
+  forward("mnuHelpContents", &RecordsHost::mnuHelpContents_Click);
+  forward("mnuHelpIndex", &RecordsHost::mnuHelpIndex_Click);
+  forward("mnuHelpShortcuts", &RecordsHost::mnuHelpShortcuts_Click);
+  forward("mnuHelpAbout", &RecordsHost::mnuHelpAbout_Click);
+  window_->Menu("menuWindow").Click = [this] {
+    window_->Menu("mnuWindowSidebar").SetChecked(host_.SidebarShown());
+  };
+}
+
+void frmRecords::Form_Unload() {
+  if (unloaded_) return;
+  unloaded_ = true;
+  host_.RemoveDatabaseNode("d" + std::to_string(windowID_));
+  dataGrid_.SetDataSource(nullptr);
+  try {
+    if (mCn_->State() != objectState::closed) mCn_->Close();
+  } catch (const Error&) {
+    // The window goes all the same.
+  }
+  mCn_.reset();
+  host_.CountRecordsWindow(-1);
+  if (onUnloaded) onUnloaded();
+}
+
+// --- the connection
+// -----------------------------------------------------------------------------------------------
+
+bool frmRecords::Connect(const ConnectRequest& request) {
+  mCn_->SetConnectionString(request.connectionString);
+  userName_ = request.userName;
+  password_ = request.password;
+  bool connected = false;
+  try {
+    connected = OpenConnection();
+  } catch (const Error& error) {
+    help_.Show(error.Description(), MessageIcon::Critical);
+  }
+  if (!connected) {
+    window_->Unload();
+    return false;
+  }
+  windowID_ = host_.GetNextID();
+  const std::string caption = request.caption.empty() ? request.connectionString : request.caption;
+  window_->SetCaption(caption);
+  for (Control* control : {static_cast<Control*>(&dataGrid_), static_cast<Control*>(&cboCatalog_),
+                           static_cast<Control*>(&lblTimer_)}) {
+    control->SetBackColor(request.backColor);
+    control->SetForeColor(request.foreColor);
+  }
+  SetStatus("Connected.", statusColor::plain);
+  window_->Show();
+  host_.AddDatabaseNode("d" + std::to_string(windowID_), caption);
+  return true;
+}
+
+bool frmRecords::OpenConnection() {
+  if (!async_.DoConnect(mCn_, userName_, password_)) return false;
+  freeThreaded_ =
+      (mCn_->ProviderProperties().Number("Data Source Object Threading Model", 0) & 1) != 0;
+  ListCatalogs();
+  return true;
+}
+
+void frmRecords::ListCatalogs() {
+  const std::string remembered = cboCatalog_.Text();
+  cboCatalog_.SetVisible(false);
+  cboCatalog_.Clear();
+  const std::string inUse = mCn_->DefaultDatabase();
+  if (inUse.empty()) return;
+  cboCatalog_.AddItem(inUse);
+  cboCatalog_.SetListIndex(0);
+  cboCatalog_.SetVisible(true);
+  AddOtherCatalogs(inUse);
+  if (!remembered.empty()) cboCatalog_.SetText(remembered);
+}
+
+/// A provider that knows no list of catalogs leaves the one in use as the only choice.
+void frmRecords::AddOtherCatalogs(const std::string& inUse) {
+  try {
+    const std::shared_ptr<Recordset> catalogs = mCn_->OpenSchema(SchemaRowset::Catalogs, {});
+    const auto nameField = catalogs->FindField("CATALOG_NAME");
+    for (std::int64_t row = 0; nameField && row < catalogs->RecordCount(); ++row) {
+      const std::string name = ToText(catalogs->ValueAt(row, *nameField));
+      if (!EqualNoCase(name, inUse)) cboCatalog_.AddItem(name);
+    }
+    catalogs->Close();
+  } catch (const Error& error) {
+    if (error.Number() != errorNumber::notSupported) throw;
+  }
+}
+
+void frmRecords::cboCatalog_Click() {
+  if (!cboCatalog_.Visible() || choosingCatalog_) return;
+  choosingCatalog_ = true;
+  const std::string name = cboCatalog_.Text();
+  try {
+    UseCatalog(name);
+    SetStatus("Using '" + mCn_->DefaultDatabase() + "'.", statusColor::plain);
+  } catch (const Error& error) {
+    help_.Show("Error using '" + name + "': " + error.Description(), MessageIcon::Critical);
+    cboCatalog_.SetText(mCn_->DefaultDatabase());
+  }
+  choosingCatalog_ = false;
+}
+
+/// Some databases want the name in brackets, others as it is.
+void frmRecords::UseCatalog(const std::string& name) {
+  try {
+    mCn_->SetDefaultDatabase("[" + name + "]");
+  } catch (const Error&) {
+    mCn_->SetDefaultDatabase(name);
+  }
+}
+
+void frmRecords::cmdReconnect_Click() {
+  dataGrid_.SetDataSource(nullptr);
+  EnableRecords(false);
+  cboCatalog_.SetVisible(false);
+  try {
+    mCn_->Close();
+  } catch (const Error&) {
+    // It is opened anew in any case.
+  }
+  mCn_->ClearErrors();
+  SetStatus("Disconnected.", statusColor::plain);
+  try {
+    if (OpenConnection()) SetStatus("Re-connected.", statusColor::plain);
+    else if ((mCn_->State() & objectState::open) != 0)
+      SetStatus("Re-connected. [Interrupted]", statusColor::interrupted);
+  } catch (const Error& error) {
+    SetStatus(error.Description(), statusColor::failure, {false, true, !mCn_->Errors().empty()});
+  }
+  FocusRecords();
+}
+
+// --- running SQL
+// --------------------------------------------------------------------------------------------------
+
+bool frmRecords::DoQueryTags(const std::string& taggedSQL, bool confirmFirst, int historyPosition) {
+  return ExecuteSQL({taggedSQL, taggedSQL, confirmFirst, historyPosition, 0});
+}
+
+bool frmRecords::ExecuteSQL(Execution execution) {
+  if (execution.confirmFirst && !ConfirmSQL(execution.sql)) return false;
+  const std::int64_t start = global_.TheDesktop().TheClock().Milliseconds();
+  try {
+    return Run(execution, start);
+  } catch (const Error& error) {
+    UpdateTimer(start);
+    SetStatus(error.Description(), statusColor::failure, {false, true, !mCn_->Errors().empty()});
+    return false;
+  }
+}
+
+bool frmRecords::ConfirmSQL(std::string& sql) {
+  return ShowText(global_, host_, sql, {confirmContext, sqlFilter, 9600, 2400, true, true});
+}
+
+bool frmRecords::Run(const Execution& execution, std::int64_t start) {
+  dataGrid_.SetDataSource(nullptr);
+  EnableRecords(false);
+  mCn_->ClearErrors();
+  const std::shared_ptr<Recordset> recordset = mCn_->CreateRecordset();
+  recordset->SetSource(execution.sql);
+  recordset->SetCursorType(CursorType::Static);
+  recordset->SetLockType(locked_ ? LockType::ReadOnly : LockType::Optimistic);
+  std::int64_t recordsAffected = -3;
+  const bool interrupted = !async_.DoQuery(recordset, recordsAffected, freeThreaded_);
+  UpdateTimer(start);
+  if (recordset->State() != objectState::closed) {
+    ShowRecordset(recordset);
+    EnableRecords(true);
+  } else if (!ReportNoRows(recordsAffected, interrupted)) {
+    return false;
+  }
+  if (interrupted) {
+    SetStatus("[Interrupted]", statusColor::interrupted, {true, false, false});
+    return false;
+  }
+  ReportErrors();
+  return true;
+}
+
+/// False when the statement was cancelled before anything came of it.
+bool frmRecords::ReportNoRows(std::int64_t recordsAffected, bool interrupted) {
+  if (recordsAffected >= 0) {
+    SetStatus(std::to_string(recordsAffected) + " record(s) affected.",
+              statusColor::recordsAffected);
+    return true;
+  }
+  if (interrupted) {
+    SetStatus("Execution cancelled.", statusColor::interrupted);
+    return false;
+  }
+  SetStatus("Execution completed.", statusColor::completed);
+  return true;
+}
+
+/// Errors that the provider reported beside a success.
+void frmRecords::ReportErrors() {
+  const auto& errors = mCn_->Errors();
+  const auto count =
+      static_cast<std::int64_t>(errors.size()) - std::ranges::count_if(errors, IsNoInterface);
+  if (count != 0)
+    SetStatus("[" + std::to_string(count) + " error(s) occurred]", statusColor::errorsOccurred,
+              {true, false, true});
+}
+
+// --- showing rows
+// -------------------------------------------------------------------------------------------------
+
+void frmRecords::ShowRecordset(const std::shared_ptr<Recordset>& recordset) {
+  SetStatus(std::to_string(recordset->RecordCount()) + " record(s).", statusColor::records);
+  const bool unique = recordset->RecordsetProperties().Number("Unique Rows", 0) != 0 || locked_;
+  lblWarning_.SetVisible(!unique);
+  PlaceGrid(window_->ScaleWidth(), window_->ScaleHeight());
+  window_->Menu("mnuBLOBLoad").SetEnabled(!locked_);
+  window_->Menu("mnuBLOBNull").SetEnabled(!locked_);
+  dataGrid_.SetAllowUpdate(!locked_);
+  dataGrid_.SetAllowDelete(!locked_);
+  dataGrid_.SetAllowAddNew(!locked_);
+  dataGrid_.SetDataSource(recordset);
+  ShowBinaryColumns(*recordset);
+}
+
+void frmRecords::ShowBinaryColumns(const Recordset& recordset) {
+  for (std::size_t field = 0; field < recordset.Fields().size(); ++field) {
+    if (!IsBinaryType(recordset.Fields()[field].type)) continue;
+    const int column = static_cast<int>(field);
+    dataGrid_.SetColumnFormat(column, &blobDataFormat_);
+    dataGrid_.SetColumnLocked(column, true);
+    dataGrid_.SetColumnButton(column, true);
+  }
+}
+
+/// A binary value shows as its size in bytes; null stays as it is.
+void frmRecords::BLOBDataFormat_Format(const ValueView& value, std::string& shown) {
+  if (const auto* binary = std::get_if<BinaryView>(&value))
+    shown = "[" + std::to_string(binary->bytes.size()) + "]";
+}
+
+void frmRecords::EnableRecords(bool on) {
+  menuRecords_.SetEnabled(on);
+  chkRecords_.SetEnabled(on);
+  dataGrid_.SetVisible(on);
+  if (on) return;
+  ShowEditButtons(false);
+  lblWarning_.SetVisible(false);
+}
+
+void frmRecords::ShowEditButtons(bool visible) {
+  cmdAccept_.SetVisible(visible);
+  cmdReject_.SetVisible(visible);
+}
+
+void frmRecords::FocusRecords() {
+  if (dataGrid_.Visible()) dataGrid_.SetFocus();
+  else if (txtStatus_.Visible()) txtStatus_.SetFocus();
+}
+
+void frmRecords::SetStatus(std::string_view text, Color color, StatusLine::Options options) {
+  status_.SetWindowHeight(window_->ScaleHeight());
+  status_.SetStatus(text, color, options);
+}
+
+void frmRecords::UpdateTimer(std::int64_t start) {
+  lblTimer_.SetCaption(FormatElapsed(global_.TheDesktop().TheClock().Milliseconds() - start));
+  lblTimer_.SetVisible(true);
+}
+
+void frmRecords::chkLock_Click() {
+  locked_ = chkLock_.Value();
+  const std::string next = locked_ ? "editable" : "read-only";
+  chkLock_.SetToolTip("Click to make records " + next + " on subsequent queries (Ctrl+L)");
+  FocusRecords();
+}
+
+void frmRecords::cmdCnErrors_Click() {
+  std::string text;
+  for (const ErrorInfo& error : mCn_->Errors())
+    if (!IsNoInterface(error)) text += error.description + "\r\n";
+  if (!text.empty()) ShowLongText(text, errorsContext);
+  FocusRecords();
+}
+
+void frmRecords::ShowProperties() {
+  std::string text;
+  for (const Property& property : mCn_->ProviderProperties())
+    text += property.name + "=" + ToText(ToView(property.value)) + "\r\n";
+  ShowLongText(text, propertiesContext);
+}
+
+void frmRecords::ShowLongText(const std::string& text, int helpContext) {
+  std::string shown = text;
+  ShowText(global_, host_, shown, {helpContext, "", 9600, 6300, false, true});
+}
+
+// --- values for tags
+// ----------------------------------------------------------------------------------------------
+
+std::string frmRecords::GetTagFieldValue(const std::string& fieldName, bool asList, bool quoted) {
+  if (!dataGrid_.Visible() || dataGrid_.DataSource() == nullptr)
+    RaiseAppError("No records available.");
+  const std::shared_ptr<Recordset> rows = dataGrid_.DataSource();
+  const auto field = rows->FindField(fieldName);
+  if (!field) RaiseAppError("Field '" + fieldName + "' not available.");
+  if (rows->RecordCount() == 0) RaiseAppError("No data available.");
+  if (asList) return ListOfValues(*rows, *field, quoted);
+  if (dataGrid_.OnNewRow() || rows->Bof() || rows->Eof())
+    RaiseAppError("Select an existing record.");
+  return FormatTagValue(rows->FieldValue(*field), quoted);
+}
+
+/// Works on a clone, so that the grid's position is not moved.
+std::string frmRecords::ListOfValues(Recordset& rows, std::size_t field, bool quoted) {
+  const std::shared_ptr<Recordset> clone = rows.Clone(LockType::ReadOnly);
+  std::string list;
+  const auto append = [&] {
+    if (!async_.Yield()) RaiseAppError("Cancelled.");
+    list += (list.empty() ? "" : ", ") + FormatTagValue(clone->FieldValue(field), quoted);
+  };
+  const std::vector<Bookmark> selected = dataGrid_.SelBookmarks();
+  for (const Bookmark bookmark : selected) {
+    clone->MoveTo(bookmark);
+    append();
+  }
+  if (selected.empty())
+    for (clone->MoveFirst(); !clone->Eof(); clone->MoveNext()) append();
+  clone->Close();
+  return "(" + list + ")";
+}
+
+}  // namespace tessel

@@ -1,0 +1,147 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "app/Help.h"
+#include "connections/dlgAsync.h"
+#include "platform/Button.h"
+#include "platform/DataGrid.h"
+#include "platform/Label.h"
+#include "platform/ListControls.h"
+#include "results/RecordsHost.h"
+#include "results/StatusLine.h"
+
+namespace tessel {
+
+/// What a records window needs to open its connection.
+struct ConnectRequest {
+  std::string connectionString;
+  std::string userName;
+  std::string password;
+  std::string caption;  ///< Empty: the connection string is the caption.
+  bool loadSchemaFromDB = false;
+  Color backColor = color::windowBackground;
+  Color foreColor = color::windowText;
+};
+
+/// Position in the query history that stands for a new query.
+inline constexpr int newQuery = -1;
+
+/// A window bound to one connection: it opens it, runs SQL on it and shows the rows, the counts and
+/// the errors.
+class frmRecords {
+ public:
+  frmRecords(const Global& global, dlgAsync& async, RecordsHost& host);
+  ~frmRecords();
+  frmRecords(const frmRecords&) = delete;
+  frmRecords& operator=(const frmRecords&) = delete;
+
+  /// Opens the connection and shows the window. False when it failed (the failure has been shown)
+  /// or was cancelled; the window is then unloaded.
+  bool Connect(const ConnectRequest& request);
+
+  /// Runs SQL as the user gave it, tags and all; shown for review first when `confirmFirst`. True
+  /// when it ran to its end.
+  bool DoQueryTags(const std::string& taggedSQL, bool confirmFirst, int historyPosition);
+
+  /// The values of a field of the rows on show as SQL text: the current row's, or as a list those
+  /// of the selected rows (all rows when none is selected). Raises Error(application) when there is
+  /// nothing to take.
+  [[nodiscard]] std::string GetTagFieldValue(const std::string& fieldName, bool asList,
+                                             bool quoted);
+
+  /// Focuses the grid, or the status line while the grid is hidden.
+  void FocusRecords();
+
+  [[nodiscard]] Window& TheWindow() { return *window_; }
+  [[nodiscard]] const std::shared_ptr<Connection>& TheConnection() const { return mCn_; }
+  [[nodiscard]] int WindowID() const { return windowID_; }
+
+  /// Called once, when the window has been unloaded. The owner must not destroy this object before
+  /// it returns.
+  std::function<void()> onUnloaded;
+
+ private:
+  struct Execution {
+    std::string sql;
+    std::string taggedSQL;
+    bool confirmFirst = false;
+    int historyPosition = newQuery;
+    int tagKind = 0;
+  };
+
+  void Form_Load();
+  void WireControls();
+  void WireMenus();
+  void Form_Unload();
+  void Form_Resize();
+  void PlaceTopRow(int width);
+  void PlaceGrid(int width, int height);
+  void Form_KeyDown(KeyEvent& event);
+  bool HandleKey(int keyCode, int shift);
+  bool HandleControlKey(int keyCode);
+  bool HandleAltKey(int keyCode);
+  bool HandleControlAltKey(int keyCode);
+
+  bool OpenConnection();
+  void ListCatalogs();
+  void AddOtherCatalogs(const std::string& inUse);
+  void cboCatalog_Click();
+  void UseCatalog(const std::string& name);
+  void cmdReconnect_Click();
+
+  bool ExecuteSQL(Execution execution);
+  bool Run(const Execution& execution, std::int64_t start);
+  bool ReportNoRows(std::int64_t recordsAffected, bool interrupted);
+  void ReportErrors();
+  bool ConfirmSQL(std::string& sql);
+  void ShowRecordset(const std::shared_ptr<Recordset>& recordset);
+  void ShowBinaryColumns(const Recordset& recordset);
+  void EnableRecords(bool on);
+  void ShowEditButtons(bool visible);
+  void SetStatus(std::string_view text, Color color,
+                 StatusLine::Options options = {false, false, false});
+  void UpdateTimer(std::int64_t start);
+
+  void chkLock_Click();
+  void cmdCnErrors_Click();
+  void ShowProperties();
+  void ShowLongText(const std::string& text, int helpContext);
+  static void BLOBDataFormat_Format(const ValueView& value, std::string& shown);
+  [[nodiscard]] std::string ListOfValues(Recordset& rows, std::size_t field, bool quoted);
+
+  const Global& global_;
+  dlgAsync& async_;
+  RecordsHost& host_;
+  Help help_;
+  std::unique_ptr<Window> window_;
+
+  Button& cmdCnErrors_;
+  Button& cmdReconnect_;
+  Button& cmdAccept_;
+  Button& cmdReject_;
+  ComboBox& cboCatalog_;
+  CheckBox& chkLock_;
+  CheckBox& chkRecords_;
+  TextBox& txtStatus_;
+  Label& lblTimer_;
+  Label& lblWarning_;
+  DataGrid& dataGrid_;
+  MenuItem& menuRecords_;
+  StatusLine status_;
+
+  int windowID_ = -1;
+  std::shared_ptr<Connection> mCn_;
+  std::string userName_;
+  std::string password_;
+  bool freeThreaded_ = false;
+  bool locked_ = true;
+  bool choosingCatalog_ = false;
+  bool unloaded_ = false;
+  DataFormat blobDataFormat_;
+};
+
+}  // namespace tessel

@@ -1,0 +1,119 @@
+// Where the controls of a records window stand, and which keys it takes.
+
+#include <algorithm>
+
+#include "results/frmRecords.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr int margin = 60;
+constexpr int minimumHeight = 2400;
+constexpr int minimumWidth = 1800;
+constexpr int gridTop = 840;
+constexpr int gridTopWithWarning = 960;
+
+void SetWidth(Control& control, int width) {
+  Rect bounds = control.Bounds();
+  bounds.width = width;
+  control.SetBounds(bounds);
+}
+
+/// Puts the control's right edge at `right`; returns where the next one to its left ends.
+int PlaceAtRight(Control& control, int right) {
+  Rect bounds = control.Bounds();
+  bounds.left = right - bounds.width;
+  control.SetBounds(bounds);
+  return bounds.left - margin;
+}
+
+/// Presses a button that shows; true when it could be pressed.
+bool PressShown(Button& button) {
+  if (!button.Visible() || !button.Enabled()) return false;
+  button.Press();
+  return true;
+}
+
+}  // namespace
+
+void frmRecords::Form_Resize() {
+  if (window_->Minimized()) return;
+  const Rect bounds = window_->Bounds();
+  if (bounds.width < minimumWidth || bounds.height < minimumHeight)
+    return window_->SetBounds({bounds.left, bounds.top, std::max(bounds.width, minimumWidth),
+                               std::max(bounds.height, minimumHeight)});
+  const int width = window_->ScaleWidth();
+  PlaceTopRow(width);
+  SetWidth(txtStatus_, width - 2 * margin);
+  SetWidth(lblWarning_, width - 2 * margin);
+  PlaceGrid(width, window_->ScaleHeight());
+}
+
+void frmRecords::PlaceTopRow(int width) {
+  int right = width - margin;
+  right = PlaceAtRight(cboCatalog_, right);
+  right = PlaceAtRight(cmdReconnect_, right);
+  right = PlaceAtRight(cmdCnErrors_, right);
+  PlaceAtRight(lblTimer_, right);
+}
+
+/// The grid fills what is left below the status line, and below the warning when it shows.
+void frmRecords::PlaceGrid(int width, int height) {
+  const int top = lblWarning_.Visible() ? gridTopWithWarning : gridTop;
+  dataGrid_.SetBounds({margin, top, width - 2 * margin, std::max(height - margin - top, 0)});
+}
+
+void frmRecords::Form_KeyDown(KeyEvent& event) {
+  event.handled = HandleKey(event.keyCode, event.shift);
+}
+
+bool frmRecords::HandleKey(int keyCode, int shift) {
+  switch (shift) {
+    case shiftState::ctrl: return HandleControlKey(keyCode);
+    case shiftState::alt: return HandleAltKey(keyCode);
+    case shiftState::ctrl | shiftState::alt: return HandleControlAltKey(keyCode);
+    default: break;
+  }
+  if (keyCode == key::f5) return PressShown(window_->Find<Button>("cmdRequery"));
+  if (keyCode == key::f6 && shift == shiftState::none) {
+    host_.FocusQueryWindow();
+    return true;
+  }
+  return false;
+}
+
+bool frmRecords::HandleControlKey(int keyCode) {
+  switch (keyCode) {
+    case 'L': chkLock_.SetValue(!chkLock_.Value()); return true;
+    case 'S': return PressShown(cmdAccept_);
+    case 'R': return PressShown(cmdReject_);
+    case 'Q': return PressShown(window_->Find<Button>("cmdProperties"));
+    case key::f5: return PressShown(window_->Find<Button>("cmdRequeryTags"));
+    default: return false;
+  }
+}
+
+bool frmRecords::HandleAltKey(int keyCode) {
+  switch (keyCode) {
+    case key::left: return PressShown(window_->Find<Button>("cmdHistoryBack"));
+    case key::right: return PressShown(window_->Find<Button>("cmdHistoryForward"));
+    default: return false;
+  }
+}
+
+bool frmRecords::HandleControlAltKey(int keyCode) {
+  switch (keyCode) {
+    case key::right: return PressShown(window_->Find<Button>("cmdHistoryForwardTags"));
+    case 'C': cmdReconnect_Click(); return true;
+    case 'D':
+      if (!cboCatalog_.Visible() || !cboCatalog_.TabStop()) return false;
+      cboCatalog_.SetFocus();
+      return true;
+    case 'E': return PressShown(cmdCnErrors_);
+    case 'P': ShowProperties(); return true;
+    default: return false;
+  }
+}
+
+}  // namespace tessel
