@@ -1,0 +1,56 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/MenuItem.h"
+#include "tests/support/FormFile.h"
+
+namespace tessel::test {
+
+class HeadlessMenuItem final : public MenuItem {
+ public:
+  HeadlessMenuItem(const FormMenuItem& item, FailureSink& failures);
+
+  [[nodiscard]] std::string Caption() const override { return caption_; }
+  void SetCaption(std::string_view caption) override { caption_ = caption; }
+  [[nodiscard]] bool Checked() const override { return checked_; }
+  void SetChecked(bool checked) override { checked_ = checked; }
+  [[nodiscard]] bool Enabled() const override { return enabled_; }
+  void SetEnabled(bool enabled) override { enabled_ = enabled; }
+  [[nodiscard]] bool Visible() const override { return visible_; }
+  void SetVisible(bool visible) override { visible_ = visible; }
+
+  [[nodiscard]] bool IsTitle() const { return isTitle_; }
+  /// Whether it is reached from the menu bar and not from a pop-up menu.
+  [[nodiscard]] bool InMenuBar() const;
+  [[nodiscard]] bool Checkable() const { return checkable_; }
+  [[nodiscard]] HeadlessMenuItem* ParentTitle() const { return parent_; }
+  /// What a title holds, in order; separators too.
+  [[nodiscard]] const std::vector<HeadlessMenuItem*>& Entries() const { return entries_; }
+  void Append(HeadlessMenuItem& entry);
+
+  [[nodiscard]] bool HasShortcut(int keyCode, int shift) const;
+  /// Whether this and all titles above it, up to `root` (null: the last one), show and are enabled.
+  [[nodiscard]] bool CanBeChosen(const HeadlessMenuItem* root) const;
+  /// Opens the titles above it that lie below `root` (null: all), the outermost first: a Click
+  /// each.
+  void OpenTitles(const HeadlessMenuItem* root);
+  /// A title is about to open.
+  void RaiseOpening() const { RaiseClick(); }
+
+ private:
+  std::string caption_;
+  bool checkable_;
+  bool checked_;
+  bool enabled_;
+  bool visible_;
+  bool isTitle_;
+  bool inMenuBar_;
+  std::optional<FormShortcut> shortcut_;
+  HeadlessMenuItem* parent_ = nullptr;
+  std::vector<HeadlessMenuItem*> entries_;
+};
+
+}  // namespace tessel::test
