@@ -1,0 +1,97 @@
+#include "platform/data/odbc/OdbcProfile.h"
+
+#include <algorithm>
+
+#include "platform/Ascii.h"
+
+namespace tessel::odbc {
+
+namespace {
+
+using CatalogChange = DriverProfile::CatalogChange;
+
+/// Protocol: with its default the driver rolls the user's transaction back after any error.
+DriverProfile PostgreSql() {
+  return {.name = "PostgreSQL",
+          .marks = {"postgres", "psqlodbc"},
+          .defaults = {{"Protocol", "7.4-0"}, {"BoolsAsChar", "0"}},
+          .hangsOn = "copy",
+          .hangsWith = {"stdin", "stdout"},
+          .joinsNotices = true,
+          .tellsBaseColumns = true,
+          .madeUpSizes = {255, 8190},
+          .typeRules = {{"money", {DataType::VarChar, CellForm::Text}}},
+          .catalogChange = CatalogChange::Reconnect,
+          .catalogQuery = "select datname from pg_catalog.pg_database"
+                          " where datallowconn and not datistemplate order by datname",
+          .schemaPattern = true,
+          .hiddenSchemas = {"pg_catalog", "information_schema", "pg_toast", "pg_temp"}};
+}
+
+/// Bit 2: counts are of the rows found, not of those changed. Bit 67108864: several statements in
+/// one text. The login timeout of ODBC is not obeyed, CONN_TIMEOUT is.
+DriverProfile MariaDb() {
+  return {.name = "MariaDB",
+          .marks = {"mariadb", "maodbc", "mysql", "myodbc"},
+          .defaults = {{"CONN_TIMEOUT", "15"}, {"CHARSET", "utf8mb4"}},
+          .optionKey = "OPTION",
+          .optionBits = 67108866,
+          .warningsQuery = "show warnings",
+          .zeroIsNoCount = false,
+          .tellsBaseColumns = true,
+          .noCatalog = "null",
+          .needsCatalog = true};
+}
+
+/// Takes the alias for the base column's name.
+DriverProfile Sqlite() {
+  return {.name = "SQLite",
+          .marks = {"sqlite"},
+          .madeUpSizes = {255, 65536},
+          .catalogChange = CatalogChange::None};
+}
+
+DriverProfile FreeTds() {
+  return {.name = "SQL Server",
+          .marks = {"freetds", "tdsodbc"},
+          .defaults = {{"TDS_Version", "7.4"}, {"ClientCharset", "UTF-8"}}};
+}
+
+/// Crashes in SQLStatistics; has no reason to tell when the file is not there.
+DriverProfile MdbTools() {
+  return {.name = "Access",
+          .marks = {"mdbtools", "mdbodbc"},
+          .fileKey = "DBQ",
+          .typeRules = {{"MONEY", {DataType::Currency, CellForm::Decimal}},
+                        {"MEMO", {DataType::LongVarChar, CellForm::Text}}},
+          .catalogChange = CatalogChange::None,
+          .canListKeys = false};
+}
+
+const std::vector<DriverProfile>& Profiles() {
+  static const std::vector<DriverProfile> profiles = {PostgreSql(), MariaDb(), Sqlite(), FreeTds(),
+                                                      MdbTools()};
+  return profiles;
+}
+
+std::string AsciiLowerText(std::string_view text) {
+  std::string lower(text);
+  std::ranges::transform(lower, lower.begin(), [](char c) { return AsciiLower(c); });
+  return lower;
+}
+
+}  // namespace
+
+const DriverProfile& ProfileOf(std::string_view driver) {
+  static const DriverProfile unknown = {.name = "ODBC"};
+  const std::string lower = AsciiLowerText(driver);
+  const auto fits = [&](const DriverProfile& profile) {
+    return std::ranges::any_of(profile.marks, [&](std::string_view mark) {
+      return lower.find(mark) != std::string::npos;
+    });
+  };
+  const auto found = std::ranges::find_if(Profiles(), fits);
+  return found == Profiles().end() ? unknown : *found;
+}
+
+}  // namespace tessel::odbc

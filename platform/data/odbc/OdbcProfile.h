@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/data/odbc/OdbcTypes.h"
+
+namespace tessel::odbc {
+
+/// What to know of one ODBC driver beyond the standard: what it must be told, what it can and
+/// cannot do. The defaults are those of a driver that nothing is known of.
+struct DriverProfile {
+  std::string_view name;  ///< Of the database, for a person.
+  /// Parts of the driver's name or library by which it is known, in lower case.
+  std::vector<std::string_view> marks = {};
+
+  // --- opening --------------------------------------------------------------------------------
+  struct Key {
+    std::string_view name;
+    std::string_view value;
+  };
+  std::vector<Key> defaults = {};   ///< Added unless the connection string has them.
+  std::string_view optionKey = {};  ///< A key whose value is a number of bits, and the bits it
+  std::uint64_t optionBits = 0;     ///< must hold.
+  std::string_view fileKey = {};    ///< The key that names a file which must be there.
+
+  // --- commands -------------------------------------------------------------------------------
+  std::string_view warningsQuery = {};  ///< Tells Level, Code, Message of the last statement.
+  /// What the driver may run without ever coming back: the first word of such a statement, and
+  /// words one of which follows it.
+  std::string_view hangsOn = {};
+  std::vector<std::string_view> hangsWith = {};
+  bool joinsNotices = false;  ///< One record holds several notices: `NOTICE: a;WARNING: b`.
+  /// A count of 0 may belong to a statement that counts nothing, such as CREATE TABLE; an action
+  /// that touched no row answers SQL_NO_DATA.
+  bool zeroIsNoCount = true;
+
+  // --- results --------------------------------------------------------------------------------
+  bool tellsBaseColumns = false;          ///< Base table and column are told, also behind an alias.
+  std::vector<SQLULEN> madeUpSizes = {};  ///< Column sizes that say nothing.
+  std::vector<TypeRule> typeRules = {};
+
+  // --- catalogs and schema --------------------------------------------------------------------
+  enum class CatalogChange { None, Attribute, Reconnect };
+  CatalogChange catalogChange = CatalogChange::Attribute;
+  std::string_view catalogKey = "Database";  ///< With Reconnect.
+  std::string_view catalogQuery = {};        ///< Lists the catalogs; empty: SQLTables does.
+  std::string_view noCatalog = {};           ///< Told when there is no current catalog.
+  bool schemaPattern = false;  ///< "%" for all schemas; null would mean the search path.
+  bool needsCatalog = false;   ///< Without a catalog the schema of all catalogs would be told.
+  std::vector<std::string_view> hiddenSchemas = {};  ///< First letters; shown when asked for.
+  bool canListKeys = true;                           ///< SQLPrimaryKeys and SQLStatistics.
+};
+
+/// The profile for a driver's name or library; that of an unknown driver when none fits.
+[[nodiscard]] const DriverProfile& ProfileOf(std::string_view driver);
+
+}  // namespace tessel::odbc

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+namespace tessel::odbc {
+
+/// The first word of a command text, behind blanks and comments, as written; empty if there is
+/// none.
+[[nodiscard]] std::string_view FirstWord(std::string_view sql);
+
+/// True when a statement of the text begins with the word `first` and holds one of `others`
+/// outside of quotes and comments. Without regard to case.
+[[nodiscard]] bool HasStatement(std::string_view sql, std::string_view first,
+                                const std::vector<std::string_view>& others);
+
+}  // namespace tessel::odbc

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/data/SchemaRows.h"
+#include "platform/data/odbc/OdbcApi.h"
+#include "platform/data/odbc/OdbcProfile.h"
+
+namespace tessel::odbc {
+
+/// Adds the rows of a schema rowset: tables sorted by name, columns by table and place. Throws
+/// Failure.
+void ReadSchemaRows(const Dbc& dbc, const DriverProfile& profile, CancelGate& gate,
+                    SchemaRows& rows);
+
+/// True when `fields` hold the whole primary key, or a whole unique index of columns that are never
+/// null, of their one base table, each column once. Throws Failure.
+[[nodiscard]] bool HoldsUniqueKey(const Dbc& dbc, const std::vector<FieldInfo>& fields);
+
+}  // namespace tessel::odbc
