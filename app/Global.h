@@ -18,6 +18,7 @@ struct Platform {
   Files& files;
   std::string appPath;     ///< Folder of the running executable, without a separator at its end.
   std::string executable;  ///< Full path of the running executable.
+  std::string version;     ///< Of the program, for example "1.0.0".
   /// Name of the registered class number `index` (from 0), or nothing behind the last one. May be
   /// empty: no registry.
   std::function<std::optional<std::string>(int index)> registeredClass;
@@ -37,6 +38,7 @@ class Global {
   [[nodiscard]] DataAccess& Data() const { return platform_.data; }
   [[nodiscard]] Files& TheFiles() const { return platform_.files; }
   [[nodiscard]] const std::string& Executable() const { return platform_.executable; }
+  [[nodiscard]] const std::string& Version() const { return platform_.version; }
 
   /// Full path of a file that lies beside the executable.
   [[nodiscard]] std::string BesideExecutable(std::string_view name) const;

@@ -14,6 +14,7 @@ constexpr int clientSideCursors = 3;
 constexpr int confirmContext = 8203;
 constexpr int errorsContext = 8403;
 constexpr int propertiesContext = 8404;
+constexpr int propertiesOfQueryContext = 8405;
 constexpr const char* sqlFilter = "SQL Files (*.sql)|*.sql";
 
 bool IsNoInterface(const ErrorInfo& error) { return error.number == errorNumber::noInterface; }
@@ -38,7 +39,8 @@ frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
       lblWarning_(window_->Find<Label>("lblWarning")),
       dataGrid_(window_->Find<DataGrid>("DataGrid")),
       menuRecords_(window_->Menu("menuRecords")),
-      status_(global.TheDesktop().TheClock(), txtStatus_, cmdCnErrors_) {
+      status_(global.TheDesktop().TheClock(), txtStatus_, cmdCnErrors_),
+      history_(global.TheDesktop(), *window_, *this) {
   Form_Load();
 }
 
@@ -250,6 +252,9 @@ bool frmRecords::Run(const Execution& execution, std::int64_t start) {
   if (recordset->State() != objectState::closed) {
     ShowRecordset(recordset);
     EnableRecords(true);
+    history_.Record(
+        {execution.taggedSQL, execution.tagKind, execution.sql, recordset->RecordCount()},
+        execution.historyPosition);
   } else if (!ReportNoRows(recordsAffected, interrupted)) {
     return false;
   }
@@ -284,6 +289,19 @@ void frmRecords::ReportErrors() {
   if (count != 0)
     SetStatus("[" + std::to_string(count) + " error(s) occurred]", statusColor::errorsOccurred,
               {true, false, true});
+}
+
+void frmRecords::RunAgain(const HistoryEntry& entry, bool confirmFirst, int position) {
+  ExecuteSQL({entry.sql, entry.taggedSQL, confirmFirst, position, 0});
+}
+
+void frmRecords::RunTagged(const HistoryEntry& entry, bool confirmFirst, int position) {
+  DoQueryTags(entry.taggedSQL, confirmFirst, position);
+}
+
+void frmRecords::ShowSQL(const std::string& sql) {
+  std::string shown = sql;
+  ShowText(global_, host_, shown, {propertiesOfQueryContext, sqlFilter, 9600, 2400, false, true});
 }
 
 // --- showing rows

@@ -11,6 +11,7 @@
 #include "platform/DataGrid.h"
 #include "platform/Label.h"
 #include "platform/ListControls.h"
+#include "results/QueryHistory.h"
 #include "results/RecordsHost.h"
 #include "results/StatusLine.h"
 
@@ -32,7 +33,7 @@ inline constexpr int newQuery = -1;
 
 /// A window bound to one connection: it opens it, runs SQL on it and shows the rows, the counts and
 /// the errors.
-class frmRecords {
+class frmRecords : private QueryRunner {
  public:
   frmRecords(const Global& global, dlgAsync& async, RecordsHost& host);
   ~frmRecords();
@@ -54,7 +55,7 @@ class frmRecords {
                                              bool quoted);
 
   /// Focuses the grid, or the status line while the grid is hidden.
-  void FocusRecords();
+  void FocusRecords() override;
 
   [[nodiscard]] Window& TheWindow() { return *window_; }
   [[nodiscard]] const std::shared_ptr<Connection>& TheConnection() const { return mCn_; }
@@ -83,7 +84,6 @@ class frmRecords {
   void Form_KeyDown(KeyEvent& event);
   bool HandleKey(int keyCode, int shift);
   bool HandleControlKey(int keyCode);
-  bool HandleAltKey(int keyCode);
   bool HandleControlAltKey(int keyCode);
 
   bool OpenConnection();
@@ -109,6 +109,11 @@ class frmRecords {
   void chkLock_Click();
   void cmdCnErrors_Click();
   void ShowProperties();
+
+  // QueryRunner
+  void RunAgain(const HistoryEntry& entry, bool confirmFirst, int position) override;
+  void RunTagged(const HistoryEntry& entry, bool confirmFirst, int position) override;
+  void ShowSQL(const std::string& sql) override;
   void ShowLongText(const std::string& text, int helpContext);
   static void BLOBDataFormat_Format(const ValueView& value, std::string& shown);
   [[nodiscard]] std::string ListOfValues(Recordset& rows, std::size_t field, bool quoted);
@@ -132,6 +137,7 @@ class frmRecords {
   DataGrid& dataGrid_;
   MenuItem& menuRecords_;
   StatusLine status_;
+  QueryHistory history_;
 
   int windowID_ = -1;
   std::shared_ptr<Connection> mCn_;

@@ -69,18 +69,15 @@ void frmRecords::Form_KeyDown(KeyEvent& event) {
 }
 
 bool frmRecords::HandleKey(int keyCode, int shift) {
+  if (history_.HandleKey(keyCode, shift)) return true;
   switch (shift) {
     case shiftState::ctrl: return HandleControlKey(keyCode);
-    case shiftState::alt: return HandleAltKey(keyCode);
     case shiftState::ctrl | shiftState::alt: return HandleControlAltKey(keyCode);
     default: break;
   }
-  if (keyCode == key::f5) return PressShown(window_->Find<Button>("cmdRequery"));
-  if (keyCode == key::f6 && shift == shiftState::none) {
-    host_.FocusQueryWindow();
-    return true;
-  }
-  return false;
+  if (keyCode != key::f6 || shift != shiftState::none) return false;
+  host_.FocusQueryWindow();
+  return true;
 }
 
 bool frmRecords::HandleControlKey(int keyCode) {
@@ -88,23 +85,12 @@ bool frmRecords::HandleControlKey(int keyCode) {
     case 'L': chkLock_.SetValue(!chkLock_.Value()); return true;
     case 'S': return PressShown(cmdAccept_);
     case 'R': return PressShown(cmdReject_);
-    case 'Q': return PressShown(window_->Find<Button>("cmdProperties"));
-    case key::f5: return PressShown(window_->Find<Button>("cmdRequeryTags"));
-    default: return false;
-  }
-}
-
-bool frmRecords::HandleAltKey(int keyCode) {
-  switch (keyCode) {
-    case key::left: return PressShown(window_->Find<Button>("cmdHistoryBack"));
-    case key::right: return PressShown(window_->Find<Button>("cmdHistoryForward"));
     default: return false;
   }
 }
 
 bool frmRecords::HandleControlAltKey(int keyCode) {
   switch (keyCode) {
-    case key::right: return PressShown(window_->Find<Button>("cmdHistoryForwardTags"));
     case 'C': cmdReconnect_Click(); return true;
     case 'D':
       if (!cboCatalog_.Visible() || !cboCatalog_.TabStop()) return false;

@@ -1,0 +1,62 @@
+#include "results/HistoryRing.h"
+
+#include <limits>
+
+#include "app/Global.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr int longestTip = 80;
+
+bool StartsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }
+
+/// Byte length of the first `characters` characters; the whole length when there are no more.
+std::size_t LengthOf(std::string_view text, int characters) {
+  std::size_t at = 0;
+  for (; at < text.size(); ++at)
+    if (StartsCharacter(text[at]) && characters-- == 0) break;
+  return at;
+}
+
+}  // namespace
+
+std::string ShortenForTip(std::string_view text) {
+  std::string line;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool lineEnd = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
+    if (lineEnd) ++i;
+    if (lineEnd) line += "  ";
+    else line += text[i] == '\t' ? ' ' : text[i];
+  }
+  const std::size_t length = LengthOf(line, longestTip);
+  return length < line.size() ? line.substr(0, length) + "..." : line;
+}
+
+void HistoryRing::RecordNew(const HistoryEntry& entry) {
+  const bool repeats =
+      count_ > 0 && At(position_).sql == entry.sql && At(position_).taggedSQL == entry.taggedSQL;
+  if (!repeats) Append(entry);
+  RecordRerun(position_, entry.sql, entry.recordCount);
+}
+
+void HistoryRing::Append(const HistoryEntry& entry) {
+  if (position_ == capacity - 1) {
+    if (base_ == std::numeric_limits<std::int16_t>::max()) RaiseAppError("Overflow");
+    ++base_;
+  } else {
+    ++position_;
+  }
+  count_ = static_cast<std::int16_t>(position_ + 1);
+  ring_[Index(position_)] = entry;
+}
+
+void HistoryRing::RecordRerun(int position, const std::string& sql, std::int64_t recordCount) {
+  position_ = static_cast<std::int16_t>(position);
+  HistoryEntry& entry = ring_[Index(position)];
+  entry.sql = sql;
+  entry.recordCount = recordCount;
+}
+
+}  // namespace tessel
