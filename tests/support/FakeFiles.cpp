@@ -1,0 +1,47 @@
+#include "tests/support/FakeFiles.h"
+
+#include "platform/Error.h"
+
+namespace tessel::test {
+
+namespace {
+
+[[noreturn]] void Fail(const std::string& path, const std::string& reason) {
+  throw Error(errorNumber::file, "Tessel", path + ": " + reason);
+}
+
+}  // namespace
+
+bool FakeFiles::Exists(const std::string& path) const {
+  if (real_ != nullptr) return real_->Exists(path);
+  const std::string name = path.substr(path.rfind(pathSeparator) + 1);
+  return !name.starts_with('.') && contents_.contains(path);
+}
+
+std::string FakeFiles::ReadWhole(const std::string& path) const {
+  FailIfTold(path, readFailure_);
+  if (real_ != nullptr) return real_->ReadWhole(path);
+  const auto found = contents_.find(path);
+  if (found == contents_.end()) Fail(path, "No such file or directory");
+  return found->second;
+}
+
+void FakeFiles::ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) {
+  ++writes_;
+  FailIfTold(path, writeFailure_);
+  if (ownerOnly) ownerOnly_.insert(path);
+  if (real_ != nullptr) return real_->ReplaceWhole(path, content, ownerOnly);
+  contents_[path] = content;
+}
+
+std::string FakeFiles::CurrentFolder() const {
+  return real_ != nullptr ? real_->CurrentFolder() : currentFolder_;
+}
+
+void FakeFiles::FailIfTold(const std::string& path, const std::optional<std::string>& all) const {
+  if (all) Fail(path, *all);
+  const auto found = fileFailures_.find(path);
+  if (found != fileFailures_.end()) Fail(path, found->second);
+}
+
+}  // namespace tessel::test

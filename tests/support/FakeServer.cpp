@@ -1,0 +1,182 @@
+#include "tests/support/FakeServer.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/Ascii.h"
+#include "tests/support/TestStop.h"
+
+namespace tessel::test {
+
+namespace {
+
+/// Empty names stand for null.
+Value TextOrNull(const std::string& text) { return text.empty() ? Value() : Value(text); }
+
+/// Whether a row's first values are those that the restrictions ask for; empty ones ask for
+/// nothing.
+bool Matches(const FakeRow& row, const std::vector<std::string>& restrictions) {
+  for (std::size_t i = 0; i < restrictions.size() && i < row.size(); ++i)
+    if (!restrictions[i].empty() && row[i] != Value(restrictions[i])) return false;
+  return true;
+}
+
+void AppendColumns(const FakeTable& table, FakeRows& rows) {
+  std::int64_t ordinal = 0;
+  for (const FieldInfo& column : table.columns)
+    rows.push_back({TextOrNull(table.catalog), TextOrNull(table.schema), table.name, column.name,
+                    ++ordinal, column.nullable, static_cast<std::int64_t>(column.type),
+                    column.typeName});
+}
+
+std::vector<FieldInfo> SchemaFields(SchemaRowset schema) {
+  if (schema == SchemaRowset::Catalogs) return FakeFields({"CATALOG_NAME", "DESCRIPTION"});
+  if (schema == SchemaRowset::Tables)
+    return FakeFields({"TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME", "TABLE_TYPE", "DESCRIPTION"});
+  std::vector<FieldInfo> fields =
+      FakeFields({"TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME", "COLUMN_NAME"});
+  fields.push_back(FakeField("ORDINAL_POSITION", DataType::Integer));
+  fields.push_back(FakeField("IS_NULLABLE", DataType::Boolean));
+  fields.push_back(FakeField("DATA_TYPE", DataType::Integer));
+  fields.push_back(FakeField("TYPE_NAME"));
+  return fields;
+}
+
+}  // namespace
+
+FieldInfo FakeField(std::string name, DataType type) {
+  FieldInfo field;
+  field.name = std::move(name);
+  field.type = type;
+  return field;
+}
+
+std::vector<FieldInfo> FakeFields(const std::vector<std::string>& names) {
+  std::vector<FieldInfo> fields;
+  for (const std::string& name : names) fields.push_back(FakeField(name));
+  return fields;
+}
+
+ErrorInfo FakeError(std::string description, std::int32_t number) {
+  ErrorInfo error;
+  error.number = number;
+  error.source = "FakeServer";
+  error.description = std::move(description);
+  return error;
+}
+
+FakeResult& FakeResult::Notices(std::vector<ErrorInfo> list) {
+  notices = std::move(list);
+  return *this;
+}
+
+FakeResult& FakeResult::FailAtRow(std::size_t row, ErrorInfo error) {
+  failAtRow = row;
+  failure = std::move(error);
+  return *this;
+}
+
+FakeResult& FakeResult::Block(std::size_t size) {
+  block = size;
+  return *this;
+}
+
+FakeResult& FakeResult::UniqueRows(bool unique) {
+  uniqueRows = unique;
+  return *this;
+}
+
+FakeResult& FakeResult::WithoutProperties() {
+  hasUniqueRowsProperty = false;
+  return *this;
+}
+
+FakeResult& FakeResult::NewCatalog(std::string name) {
+  newCatalog = std::move(name);
+  return *this;
+}
+
+FakeResult& FakeResult::HoldExecuting() {
+  holdExecuting = true;
+  return *this;
+}
+
+FakeResult& FakeResult::HoldAtRow(std::size_t row) {
+  holdAtRow = row;
+  return *this;
+}
+
+FakeServer::FakeServer() {
+  properties.Set("Data Source Object Threading Model", std::int64_t{1});
+  properties.Set("Provider Name", std::string("FakeServer"));
+  properties.Set("DBMS Name", std::string("Fake"));
+  properties.Set("DBMS Version", std::string("1.0"));
+  properties.Set("Identifier Quote Character", std::string("\""));
+}
+
+FakeResult& FakeServer::Answer(const std::string& sql, std::vector<FieldInfo> fields,
+                               FakeRows rows) {
+  FakeResult result;
+  result.fields = std::move(fields);
+  *result.rows = std::move(rows);
+  return Add(sql, std::move(result));
+}
+
+FakeResult& FakeServer::AnswerCount(const std::string& sql, std::int64_t recordsAffected) {
+  FakeResult result;
+  result.recordsAffected = recordsAffected;
+  return Add(sql, std::move(result));
+}
+
+FakeResult& FakeServer::AnswerNothing(const std::string& sql) { return AnswerCount(sql, -1); }
+
+FakeResult& FakeServer::AnswerError(const std::string& sql, ErrorInfo error) {
+  FakeResult result;
+  result.failure = std::move(error);
+  return Add(sql, std::move(result));
+}
+
+FakeResult& FakeServer::Add(const std::string& sql, FakeResult result) {
+  std::deque<FakeResult>& list = answers_[sql].list;
+  list.push_back(std::move(result));
+  return list.back();
+}
+
+const FakeResult& FakeServer::TakeAnswer(const std::string& sql) {
+  const auto found = answers_.find(sql);
+  if (found == answers_.end()) StopTest("The fake server has no answer to:\n" + sql);
+  Answers& answers = found->second;
+  const std::size_t last = answers.list.size() - 1;
+  return answers.list[std::min(answers.next++, last)];
+}
+
+FakeResult FakeServer::SchemaRows(SchemaRowset schema,
+                                  const std::vector<std::string>& restrictions) const {
+  const auto failure = schemaFailures.find(schema);
+  if (failure != schemaFailures.end()) throw Error(failure->second);
+  FakeResult result;
+  result.fields = SchemaFields(schema);
+  if (schema == SchemaRowset::Catalogs)
+    for (const std::string& catalog : catalogs) result.rows->push_back({catalog, Value()});
+  for (const FakeTable& table : tables) {
+    if (schema == SchemaRowset::Columns) AppendColumns(table, *result.rows);
+    if (schema == SchemaRowset::Tables)
+      result.rows->push_back(
+          {TextOrNull(table.catalog), TextOrNull(table.schema), table.name, table.type, Value()});
+  }
+  std::erase_if(*result.rows, [&](const FakeRow& row) { return !Matches(row, restrictions); });
+  return result;
+}
+
+std::string FakeServer::FindCatalog(const std::string& name) const {
+  const auto failure = catalogFailures.find(name);
+  if (failure != catalogFailures.end()) throw Error(failure->second);
+  const bool bracketed =
+      takesBrackets && name.size() > 2 && name.front() == '[' && name.back() == ']';
+  const std::string bare = bracketed ? name.substr(1, name.size() - 2) : name;
+  for (const std::string& catalog : catalogs)
+    if (EqualNoCase(catalog, bare)) return catalog;
+  throw Error(FakeError("Unknown database '" + name + "'."));
+}
+
+}  // namespace tessel::test

@@ -1,0 +1,115 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Connection.h"
+#include "platform/Error.h"
+#include "platform/Properties.h"
+#include "platform/Recordset.h"
+#include "platform/Value.h"
+
+namespace tessel::test {
+
+using FakeRow = std::vector<Value>;
+using FakeRows = std::vector<FakeRow>;
+
+[[nodiscard]] FieldInfo FakeField(std::string name, DataType type = DataType::VarWChar);
+/// Fields of text.
+[[nodiscard]] std::vector<FieldInfo> FakeFields(const std::vector<std::string>& names);
+/// What a database reports.
+[[nodiscard]] ErrorInfo FakeError(std::string description,
+                                  std::int32_t number = errorNumber::database);
+
+/// What the server answers to one command. The members may be changed until the command runs.
+struct FakeResult {
+  std::vector<FieldInfo> fields;  ///< Empty: the command returns no rows.
+  std::shared_ptr<FakeRows> rows = std::make_shared<FakeRows>();
+  std::int64_t recordsAffected = -1;
+  std::optional<ErrorInfo> failure;      ///< The command fails.
+  std::vector<ErrorInfo> notices;        ///< In Errors although the command succeeded.
+  std::optional<std::size_t> failAtRow;  ///< With `failure`: only after so many rows.
+  std::size_t block = 100;               ///< Rows to one FetchProgress.
+  bool uniqueRows = true;
+  bool hasUniqueRowsProperty = true;
+  std::optional<std::string> newCatalog;  ///< The command changes the catalog in use.
+  bool holdExecuting = false;             ///< Runs until it is cancelled or resumed.
+  std::optional<std::size_t> holdAtRow;   ///< The fetch stops here until cancelled or resumed.
+
+  FakeResult& Notices(std::vector<ErrorInfo> list);
+  FakeResult& FailAtRow(std::size_t row, ErrorInfo error);
+  FakeResult& Block(std::size_t size);
+  FakeResult& UniqueRows(bool unique);
+  FakeResult& WithoutProperties();
+  FakeResult& NewCatalog(std::string name);
+  FakeResult& HoldExecuting();
+  FakeResult& HoldAtRow(std::size_t row);
+};
+
+/// One table of the schema rowsets.
+struct FakeTable {
+  std::string catalog;
+  std::string schema;
+  std::string name;
+  std::string type = "TABLE";
+  std::vector<FieldInfo> columns = {};
+};
+
+/// A database server in memory: its answers, catalogs and tables, and a switch for each failure.
+/// Empty catalog and schema names of tables stand for null.
+class FakeServer {
+ public:
+  // --- answers to commands, by their exact text; several for one text are given in order, the last
+  // one again and again. The reference may be used to refine the answer.
+  FakeResult& Answer(const std::string& sql, std::vector<FieldInfo> fields, FakeRows rows);
+  FakeResult& AnswerCount(const std::string& sql, std::int64_t recordsAffected);
+  FakeResult& AnswerNothing(const std::string& sql);
+  FakeResult& AnswerError(const std::string& sql, ErrorInfo error);
+  /// The next answer to a command; fails the test when there is none.
+  [[nodiscard]] const FakeResult& TakeAnswer(const std::string& sql);
+
+  // --- what the server has
+  // -------------------------------------------------------------------------
+  std::string defaultDatabase;
+  std::vector<std::string> catalogs;
+  std::vector<FakeTable> tables;
+  /// Of an open connection; "Data Source Object Threading Model" is 1 at first.
+  Properties properties;
+  /// Whether a catalog may be named in [brackets].
+  bool takesBrackets = false;
+
+  // --- failures on demand
+  // --------------------------------------------------------------------------
+  std::optional<ErrorInfo> openRefused;  ///< Open raises it at once.
+  std::optional<ErrorInfo> openFailure;  ///< The opening ends with it.
+  bool holdConnecting = false;           ///< Opening goes on until it is cancelled or resumed.
+  std::optional<ErrorInfo> closeFailure;
+  std::map<std::string, ErrorInfo> catalogFailures;  ///< By the name as given.
+  std::map<SchemaRowset, ErrorInfo> schemaFailures;
+
+  FakeServer();
+
+  [[nodiscard]] FakeResult SchemaRows(SchemaRowset schema,
+                                      const std::vector<std::string>& restrictions) const;
+  /// The catalog that `name` stands for; raises Error when there is none.
+  [[nodiscard]] std::string FindCatalog(const std::string& name) const;
+
+ private:
+  struct Answers {
+    std::deque<FakeResult> list;
+    std::size_t next = 0;
+  };
+
+  FakeResult& Add(const std::string& sql, FakeResult result);
+
+  std::map<std::string, Answers> answers_;
+};
+
+}  // namespace tessel::test
