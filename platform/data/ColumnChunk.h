@@ -87,12 +87,12 @@ inline ValueView ColumnChunk::At(std::size_t row) const {
   if (kind == CellKind::Mixed) return MixedAt(row);
   if (IsNullAt(row)) return std::monostate{};
   switch (kind) {
-  case CellKind::Boolean: return cells.At<std::uint8_t>(row) != 0;
-  case CellKind::Integer: return cells.At<std::int64_t>(row);
-  case CellKind::Unsigned: return cells.At<std::uint64_t>(row);
-  case CellKind::Single: return cells.At<float>(row);
-  case CellKind::Double: return cells.At<double>(row);
-  default: return ArenaView(kind, SliceAt(row));
+    case CellKind::Boolean: return cells.At<std::uint8_t>(row) != 0;
+    case CellKind::Integer: return cells.At<std::int64_t>(row);
+    case CellKind::Unsigned: return cells.At<std::uint64_t>(row);
+    case CellKind::Single: return cells.At<float>(row);
+    case CellKind::Double: return cells.At<double>(row);
+    default: return ArenaView(kind, SliceAt(row));
   }
 }
 

@@ -17,7 +17,8 @@ class GrowBuffer {
  public:
   GrowBuffer() = default;
   GrowBuffer(GrowBuffer&& other) noexcept
-      : data_(std::exchange(other.data_, nullptr)), size_(std::exchange(other.size_, 0)),
+      : data_(std::exchange(other.data_, nullptr)),
+        size_(std::exchange(other.size_, 0)),
         capacity_(std::exchange(other.capacity_, 0)) {}
   GrowBuffer& operator=(GrowBuffer&& other) noexcept {
     std::swap(data_, other.data_);

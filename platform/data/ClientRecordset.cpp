@@ -1,0 +1,234 @@
+#include "platform/data/ClientRecordset.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/Ascii.h"
+#include "platform/data/DataConnection.h"
+
+namespace tessel {
+
+namespace {
+
+Error NoCurrentRecord() {
+  return {errorNumber::noCurrentRecord, "Tessel",
+          "There is no current record: the position is before the first or behind the last one."};
+}
+
+struct ByteCount {
+  std::size_t operator()(std::monostate /*null*/) const { return 0; }
+  std::size_t operator()(std::string_view value) const { return value.size(); }
+  std::size_t operator()(DecimalView value) const { return value.digits.size(); }
+  std::size_t operator()(MomentView value) const { return value.text.size(); }
+  std::size_t operator()(BinaryView value) const { return value.bytes.size(); }
+  template <class Number>
+  std::size_t operator()(Number /*value*/) const {
+    return sizeof(Number);
+  }
+};
+
+std::shared_ptr<ResultRows> NoRows() {
+  auto rows = std::make_shared<ResultRows>();
+  rows->properties.Set("Unique Rows", false);
+  return rows;
+}
+
+}  // namespace
+
+ClientRecordset::ClientRecordset(std::weak_ptr<DataConnection> connection)
+    : connection_(std::move(connection)), rows_(NoRows()) {}
+
+ClientRecordset::~ClientRecordset() { ClientRecordset::Cancel(); }
+
+// --- what to open ----------------------------------------------------------------------------
+
+void ClientRecordset::SetSource(std::string commandText) {
+  if (state_ != objectState::closed)
+    throw Error(errorNumber::objectOpen, "Tessel",
+                "The source cannot be changed while the recordset is open.");
+  source_ = std::move(commandText);
+}
+
+std::shared_ptr<Connection> ClientRecordset::ActiveConnection() const { return connection_.lock(); }
+
+void ClientRecordset::Open(int options) {
+  if (state_ != objectState::closed)
+    throw Error(errorNumber::objectOpen, "Tessel", "The recordset is open already.");
+  const std::shared_ptr<DataConnection> connection = connection_.lock();
+  if (!connection)
+    throw Error(errorNumber::objectClosed, "Tessel", "The recordset's connection is gone.");
+  connection->Execute(shared_from_this(), source_, options);
+}
+
+void ClientRecordset::Cancel() {
+  const std::shared_ptr<DataConnection> connection = connection_.lock();
+  if (task_ && connection) connection->CancelTask(task_);
+}
+
+void ClientRecordset::Close() {
+  Cancel();
+  task_.reset();
+  state_ = objectState::closed;
+  rows_ = NoRows();
+  order_.Set({});
+  sort_.clear();
+  position_ = 0;
+}
+
+// --- its rows --------------------------------------------------------------------------------
+
+void ClientRecordset::RequireOpen() const {
+  if ((state_ & objectState::open) == 0)
+    throw Error(errorNumber::objectClosed, "Tessel",
+                "This is not possible while the recordset is closed.");
+}
+
+void ClientRecordset::RequireField(std::size_t field) const {
+  if (field >= rows_->fields.size())
+    throw Error(errorNumber::itemNotFound, "Tessel",
+                "There is no field number " + std::to_string(field) + ".");
+}
+
+const std::vector<FieldInfo>& ClientRecordset::Fields() const {
+  RequireOpen();
+  return rows_->fields;
+}
+
+std::optional<std::size_t> ClientRecordset::FindField(std::string_view name) const {
+  const auto& fields = Fields();
+  const auto found = std::ranges::find_if(
+      fields, [&](const FieldInfo& field) { return EqualNoCase(field.name, name); });
+  if (found == fields.end()) return std::nullopt;
+  return static_cast<std::size_t>(found - fields.begin());
+}
+
+std::int64_t ClientRecordset::RecordCount() const {
+  RequireOpen();
+  return rows_->store.Rows();
+}
+
+ValueView ClientRecordset::ValueAt(std::int64_t position, std::size_t field) const {
+  RequireField(field);
+  if (position < 0 || position >= RecordCount()) throw NoCurrentRecord();
+  return rows_->store.At(order_.RowAt(position), field);
+}
+
+Bookmark ClientRecordset::BookmarkAt(std::int64_t position) const {
+  if (position < 0 || position >= RecordCount()) throw NoCurrentRecord();
+  return order_.RowAt(position) + 1;
+}
+
+std::optional<std::int64_t> ClientRecordset::PositionOf(Bookmark bookmark) const {
+  if (bookmark < 1 || bookmark > RecordCount()) return std::nullopt;
+  return order_.PositionOf(bookmark - 1);
+}
+
+// --- its current record ----------------------------------------------------------------------
+
+bool ClientRecordset::Bof() const { return RecordCount() == 0 || position_ < 0; }
+
+bool ClientRecordset::Eof() const { return position_ >= RecordCount(); }
+
+void ClientRecordset::MoveFirst() {
+  RequireOpen();
+  position_ = 0;
+}
+
+void ClientRecordset::MoveLast() { position_ = std::max<std::int64_t>(RecordCount() - 1, 0); }
+
+void ClientRecordset::MoveNext() {
+  if (Eof()) throw NoCurrentRecord();
+  ++position_;
+}
+
+void ClientRecordset::MovePrevious() {
+  if (Bof()) throw NoCurrentRecord();
+  --position_;
+}
+
+std::int64_t ClientRecordset::CurrentRow() const {
+  if (Bof() || Eof()) throw NoCurrentRecord();
+  return order_.RowAt(position_);
+}
+
+Bookmark ClientRecordset::CurrentBookmark() const { return CurrentRow() + 1; }
+
+void ClientRecordset::MoveTo(Bookmark bookmark) {
+  const std::optional<std::int64_t> position = PositionOf(bookmark);
+  if (!position)
+    throw Error(errorNumber::noCurrentRecord, "Tessel", "The record is not there any more.");
+  position_ = *position;
+}
+
+ValueView ClientRecordset::FieldValue(std::size_t field) const {
+  const std::int64_t row = CurrentRow();
+  RequireField(field);
+  return rows_->store.At(row, field);
+}
+
+std::int64_t ClientRecordset::ActualSize(std::size_t field) const {
+  const ValueView value = FieldValue(field);
+  return static_cast<std::int64_t>(std::visit(ByteCount(), value));
+}
+
+// --- clones and sorting ----------------------------------------------------------------------
+
+std::shared_ptr<Recordset> ClientRecordset::Clone(LockType lock) {
+  RequireOpen();
+  auto clone = std::make_shared<ClientRecordset>(connection_);
+  clone->source_ = source_;
+  clone->lock_ = lock;
+  clone->rows_ = rows_;
+  clone->state_ = objectState::open;
+  return clone;
+}
+
+void ClientRecordset::SetSort(const std::string& order) {
+  RequireOpen();
+  sort_ = ParseSort(order, [this](std::string_view name) { return FindField(name); });
+  ApplySort();
+}
+
+void ClientRecordset::ApplySort() {
+  const bool hasCurrent = !Bof() && !Eof();
+  const Bookmark current = hasCurrent ? CurrentBookmark() : 0;
+  order_.Set(sort_.empty() ? std::vector<std::int64_t>() : SortedRows(rows_->store, sort_));
+  if (hasCurrent) MoveTo(current);
+}
+
+// --- for the connection ----------------------------------------------------------------------
+
+void ClientRecordset::BeginExecute(std::shared_ptr<Task> task) {
+  task_ = std::move(task);
+  state_ = objectState::executing;
+}
+
+void ClientRecordset::BeginRows(const Task* task, std::vector<FieldInfo> fields) {
+  if (task != task_.get()) return;
+  rows_ = NoRows();
+  rows_->fields = std::move(fields);
+  state_ = objectState::open | objectState::fetching;
+}
+
+void ClientRecordset::AddRows(const Task* task, std::vector<ChunkPtr> chunks) {
+  if (task != task_.get()) return;
+  for (ChunkPtr& chunk : chunks) rows_->store.Add(std::move(chunk));
+}
+
+void ClientRecordset::EndRows(const Task* task, bool uniqueRows) {
+  if (task != task_.get()) return;
+  task_.reset();
+  state_ &= objectState::open;
+  if (state_ == objectState::closed) return;
+  rows_->properties.Set("Unique Rows", uniqueRows);
+  if (!sort_.empty()) ApplySort();
+}
+
+void ClientRecordset::Fill(std::vector<FieldInfo> fields, std::vector<ChunkPtr> chunks) {
+  rows_ = NoRows();
+  rows_->fields = std::move(fields);
+  for (ChunkPtr& chunk : chunks) rows_->store.Add(std::move(chunk));
+  state_ = objectState::open;
+}
+
+}  // namespace tessel

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Recordset.h"
+#include "platform/data/RowOrder.h"
+#include "platform/data/RowStore.h"
+#include "platform/data/SortOrder.h"
+#include "platform/data/Task.h"
+
+namespace tessel {
+
+class DataConnection;
+
+/// What a recordset and its clones share: fields, rows, properties.
+struct ResultRows {
+  std::vector<FieldInfo> fields;
+  RowStore store;
+  Properties properties;
+};
+
+/// The recordset of this data layer: a static cursor over rows in memory. UI thread.
+///
+/// The bookmark of a row is its number from 1 in the order of arrival. MoveFirst and MoveLast do
+/// nothing on a recordset without rows. Rows that arrive after a sort stand behind the sorted ones
+/// until the fetch is complete; then all are sorted.
+class ClientRecordset : public Recordset, public std::enable_shared_from_this<ClientRecordset> {
+ public:
+  explicit ClientRecordset(std::weak_ptr<DataConnection> connection);
+  ~ClientRecordset() override;
+
+  [[nodiscard]] const std::string& Source() const override { return source_; }
+  void SetSource(std::string commandText) override;
+  [[nodiscard]] std::shared_ptr<Connection> ActiveConnection() const override;
+  void SetCursorType(CursorType /*type*/) override {}
+  void SetLockType(LockType type) override { lock_ = type; }
+  [[nodiscard]] LockType Lock() const override { return lock_; }
+
+  void Open(int options) override;
+  void Cancel() override;
+  void Close() override;
+  [[nodiscard]] int State() const override { return state_; }
+
+  [[nodiscard]] const std::vector<FieldInfo>& Fields() const override;
+  [[nodiscard]] std::optional<std::size_t> FindField(std::string_view name) const override;
+  [[nodiscard]] std::int64_t RecordCount() const override;
+  [[nodiscard]] ValueView ValueAt(std::int64_t position, std::size_t field) const override;
+  [[nodiscard]] Bookmark BookmarkAt(std::int64_t position) const override;
+  [[nodiscard]] std::optional<std::int64_t> PositionOf(Bookmark bookmark) const override;
+
+  [[nodiscard]] bool Bof() const override;
+  [[nodiscard]] bool Eof() const override;
+  void MoveFirst() override;
+  void MoveLast() override;
+  void MoveNext() override;
+  void MovePrevious() override;
+  [[nodiscard]] Bookmark CurrentBookmark() const override;
+  void MoveTo(Bookmark bookmark) override;
+  [[nodiscard]] ValueView FieldValue(std::size_t field) const override;
+  [[nodiscard]] std::int64_t ActualSize(std::size_t field) const override;
+
+  [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType lock) override;
+  void SetSort(const std::string& order) override;
+  [[nodiscard]] const Properties& RecordsetProperties() const override { return rows_->properties; }
+
+  // --- for the connection ----------------------------------------------------------------------
+  /// A command runs for this recordset.
+  void BeginExecute(std::shared_ptr<Task> task);
+  /// The command has a result with these fields; its rows follow.
+  void BeginRows(const Task* task, std::vector<FieldInfo> fields);
+  void AddRows(const Task* task, std::vector<ChunkPtr> chunks);
+  /// The command has ended, well or not.
+  void EndRows(const Task* task, bool uniqueRows);
+  /// Fills a closed recordset and opens it.
+  void Fill(std::vector<FieldInfo> fields, std::vector<ChunkPtr> chunks);
+
+ private:
+  void RequireOpen() const;
+  [[nodiscard]] std::int64_t CurrentRow() const;
+  void RequireField(std::size_t field) const;
+  void ApplySort();
+
+  std::weak_ptr<DataConnection> connection_;
+  std::string source_;
+  LockType lock_ = LockType::ReadOnly;
+  int state_ = objectState::closed;
+  std::shared_ptr<Task> task_;  ///< What runs for it, else null.
+
+  std::shared_ptr<ResultRows> rows_;
+  RowOrder order_;
+  std::vector<SortField> sort_;
+  std::int64_t position_ = 0;  ///< -1: BOF; RecordCount: EOF.
+};
+
+}  // namespace tessel

@@ -1,0 +1,38 @@
+#include "platform/data/DataAccessObjects.h"
+
+#include "platform/data/odbc/OdbcProvider.h"
+#include "platform/data/sqlite/SqliteProvider.h"
+
+namespace tessel {
+
+namespace {
+
+std::shared_ptr<const ProviderRegistry> AllProviders() {
+  auto registry = std::make_shared<ProviderRegistry>();
+  registry->Add(std::make_unique<SqliteProvider>());
+  registry->Add(std::make_unique<OdbcProvider>(), true);
+  return registry;
+}
+
+}  // namespace
+
+DataAccessObjects::DataAccessObjects(EventQueue& queue, FailureSink* failures)
+    : services_{queue, failures, AllProviders(), std::make_shared<LeftBehind>()} {}
+
+std::shared_ptr<Connection> DataAccessObjects::CreateConnection() {
+  return std::make_shared<DataConnection>(services_);
+}
+
+std::vector<std::string> DataAccessObjects::ProviderNames() const {
+  return services_.providers->Names();
+}
+
+std::vector<std::string> DataAccessObjects::OdbcDrivers() const { return tessel::OdbcDrivers(); }
+
+std::vector<std::string> DataAccessObjects::OdbcDataSources() const {
+  return tessel::OdbcDataSources();
+}
+
+bool DataAccessObjects::HasAbandonedWork() const { return services_.leftBehind->Any(); }
+
+}  // namespace tessel

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/Connection.h"
+#include "platform/data/DataConnection.h"
+
+namespace tessel {
+
+/// Every database this program can speak to: SQLite by itself, all others through ODBC. UI thread.
+class DataAccessObjects : public DataAccess {
+ public:
+  /// `queue` carries the notices; `failures` gets what event handlers throw (null: it passes
+  /// through, out of the notice). Both outlive this and all connections.
+  explicit DataAccessObjects(EventQueue& queue, FailureSink* failures = nullptr);
+
+  [[nodiscard]] std::shared_ptr<Connection> CreateConnection() override;
+  [[nodiscard]] std::vector<std::string> ProviderNames() const override;
+  [[nodiscard]] std::vector<std::string> OdbcDrivers() const override;
+  [[nodiscard]] std::vector<std::string> OdbcDataSources() const override;
+
+  /// Whether threads still hang in a driver that did not react to a cancel. They own all they use;
+  /// but they may wake up at any time, so a program that ends while this holds must leave by
+  /// _exit: without running destructors of static objects.
+  [[nodiscard]] bool HasAbandonedWork() const;
+
+ private:
+  ConnectionServices services_;
+};
+
+}  // namespace tessel

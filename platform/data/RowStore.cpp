@@ -1,0 +1,30 @@
+#include "platform/data/RowStore.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tessel {
+
+void RowStore::Add(ChunkPtr chunk) {
+  if (chunk->rows == 0) return;
+  starts_.push_back(rows_);
+  rows_ += static_cast<std::int64_t>(chunk->rows);
+  chunks_.push_back(std::move(chunk));
+}
+
+std::size_t RowStore::ChunkOf(std::int64_t row) const {
+  const std::int64_t offset = row - starts_[lastChunk_];
+  if (offset >= 0 && offset < static_cast<std::int64_t>(chunks_[lastChunk_]->rows))
+    return lastChunk_;
+  const auto after = std::ranges::upper_bound(starts_, row);
+  lastChunk_ = static_cast<std::size_t>(after - starts_.begin()) - 1;
+  return lastChunk_;
+}
+
+std::size_t RowStore::HeldBytes() const {
+  std::size_t bytes = 0;
+  for (const ChunkPtr& chunk : chunks_) bytes += chunk->HeldBytes();
+  return bytes;
+}
+
+}  // namespace tessel

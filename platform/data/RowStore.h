@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "platform/data/ColumnChunk.h"
+
+namespace tessel {
+
+/// The rows of one result: chunks in order, only ever added to. Row numbers count from 0. UI
+/// thread.
+class RowStore {
+ public:
+  void Add(ChunkPtr chunk);
+
+  [[nodiscard]] std::int64_t Rows() const { return rows_; }
+  /// `row` < Rows(), `column` < the number of columns. The view lives as long as the store.
+  [[nodiscard]] ValueView At(std::int64_t row, std::size_t column) const {
+    const std::size_t index = ChunkOf(row);
+    return chunks_[index]->columns[column].At(static_cast<std::size_t>(row - starts_[index]));
+  }
+  [[nodiscard]] const std::vector<ChunkPtr>& Chunks() const { return chunks_; }
+  /// Bytes of all cells, as allocated.
+  [[nodiscard]] std::size_t HeldBytes() const;
+
+ private:
+  [[nodiscard]] std::size_t ChunkOf(std::int64_t row) const;
+
+  std::vector<ChunkPtr> chunks_;
+  std::vector<std::int64_t> starts_;
+  std::int64_t rows_ = 0;
+  mutable std::size_t lastChunk_ =
+      0;  ///< Where the last look was: most looks go to the same chunk again.
+};
+
+}  // namespace tessel

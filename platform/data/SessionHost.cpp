@@ -1,0 +1,122 @@
+#include "platform/data/SessionHost.h"
+
+#include <new>
+#include <utility>
+
+namespace tessel {
+
+namespace {
+
+/// What is thrown while a task runs, as the one kind of error that leaves the data layer.
+Error CurrentError() {
+  try {
+    throw;
+  } catch (const Error& error) {
+    return error;
+  } catch (const std::bad_alloc&) {
+    return {errorNumber::database, "Tessel", "There is not enough memory."};
+  } catch (const std::exception& error) {
+    return {errorNumber::database, "Tessel", error.what()};
+  }
+}
+
+}  // namespace
+
+SessionHost::SessionHost(std::unique_ptr<ProviderSession> session,
+                         std::shared_ptr<LeftBehind> leftBehind)
+    : session_(std::move(session)),
+      patience_(session_->CancelPatience()),
+      leftBehind_(std::move(leftBehind)) {}
+
+std::shared_ptr<SessionHost> SessionHost::Start(std::unique_ptr<ProviderSession> session,
+                                                std::shared_ptr<LeftBehind> leftBehind) {
+  std::shared_ptr<SessionHost> host(new SessionHost(std::move(session), std::move(leftBehind)));
+  host->thread_ = WatchedThread([host] { host->Work(); });
+  return host;
+}
+
+void SessionHost::Run(std::shared_ptr<Task> task) {
+  {
+    const std::lock_guard lock(mutex_);
+    next_ = std::move(task);
+  }
+  changed_.notify_all();
+}
+
+void SessionHost::Cancel(const std::shared_ptr<Task>& task) {
+  task->AskToStop();
+  if (!task->BeginCancel()) return;
+  const auto self = shared_from_this();
+  leftBehind_->Keep(WatchedThread([self, task] { self->CancelUntilEnded(*task); }));
+  leftBehind_->Keep(WatchedThread([self, task] {
+    if (!task->WaitForEnd(self->patience_)) task->Abandon();
+  }));
+}
+
+void SessionHost::Stop(const std::shared_ptr<Task>& running) {
+  if (running) Cancel(running);
+  std::unique_lock lock(mutex_);
+  quit_ = true;
+  changed_.notify_all();
+  lock.unlock();
+  const bool hangs = running && !running->WaitForEnd(patience_);
+  if (hangs) running->Abandon();
+  lock.lock();
+  const auto limit = hangs ? std::chrono::milliseconds(0) : closePatience;
+  const bool exited = changed_.wait_for(lock, limit, [this] { return exited_; });
+  lock.unlock();
+  if (exited) thread_.Join();
+  else leftBehind_->Keep(std::move(thread_));
+}
+
+void SessionHost::Work() {
+  while (const std::shared_ptr<Task> task = NextTask()) {
+    RunTask(*task);
+    if (task->OpenedSession()) opened_ = true;
+  }
+  if (opened_) session_->Close();
+  const std::lock_guard lock(mutex_);
+  exited_ = true;
+  changed_.notify_all();
+}
+
+std::shared_ptr<Task> SessionHost::NextTask() {
+  std::unique_lock lock(mutex_);
+  changed_.wait(lock, [this] { return next_ || quit_; });
+  return std::exchange(next_, nullptr);
+}
+
+void SessionHost::RunTask(Task& task) {
+  SetRunning(&task);
+  std::optional<ErrorInfo> failure;
+  try {
+    task.ThrowIfStopped();
+    task.Run(*session_);
+  } catch (...) {
+    const Error error = CurrentError();
+    task.NoteFailure(error);
+    failure = error.Info();
+  }
+  const bool lost = SessionIsLost(failure.has_value());
+  task.End(std::move(failure), lost);
+  SetRunning(nullptr);
+}
+
+bool SessionHost::SessionIsLost(bool failed) { return failed && opened_ && !session_->IsAlive(); }
+
+void SessionHost::SetRunning(Task* task) {
+  const std::lock_guard lock(fence_);
+  running_ = task;
+}
+
+/// Again and again: a request that comes before the driver has begun to wait may be forgotten by
+/// it.
+void SessionHost::CancelUntilEnded(const Task& task) {
+  using namespace std::chrono_literals;
+  do {
+    const std::lock_guard lock(fence_);
+    if (running_ == &task) session_->Cancel();
+  } while (!task.WaitForEnd(20ms));
+}
+
+}  // namespace tessel

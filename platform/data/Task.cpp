@@ -1,0 +1,206 @@
+#include "platform/data/Task.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace tessel {
+
+namespace {
+
+std::vector<ErrorInfo>& operator+=(std::vector<ErrorInfo>& list, std::vector<ErrorInfo> more) {
+  std::ranges::move(more, std::back_inserter(list));
+  return list;
+}
+
+}  // namespace
+
+void Task::End(std::optional<ErrorInfo> failure, bool sessionLost) {
+  const std::lock_guard lock(mutex_);
+  if (ended_) return;
+  news_.reports += TakeReports();
+  news_.ended = true;
+  news_.failure = std::move(failure);
+  news_.sessionLost = sessionLost;
+  ended_ = true;
+  PostLocked();
+}
+
+void Task::Abandon() {
+  const std::lock_guard lock(mutex_);
+  if (ended_) return;
+  news_.ended = true;
+  if (!settled_) {
+    news_.failure = CancelledError().Info();
+    news_.reports.push_back(*news_.failure);
+  }
+  news_.sessionLost = true;
+  ended_ = true;
+  PostLocked();
+}
+
+bool Task::BeginCancel() {
+  const std::lock_guard lock(mutex_);
+  return !std::exchange(cancelling_, true) && !ended_;
+}
+
+bool Task::Ended() const {
+  const std::lock_guard lock(mutex_);
+  return ended_;
+}
+
+bool Task::WaitForEnd(Milliseconds limit) const {
+  std::unique_lock lock(mutex_);
+  return changed_.wait_for(lock, limit, [this] { return ended_; });
+}
+
+void Task::WaitForEnd() const {
+  std::unique_lock lock(mutex_);
+  changed_.wait(lock, [this] { return ended_; });
+}
+
+void Task::WaitForResult() const {
+  std::unique_lock lock(mutex_);
+  changed_.wait(lock, [this] { return hasResult_ || ended_; });
+}
+
+void Task::SetPoster(std::function<void()> post) {
+  const std::lock_guard lock(mutex_);
+  post_ = std::move(post);
+  posted_ = false;
+  if (hasResult_ || ended_) PostLocked();
+}
+
+TaskNews Task::TakeNews() {
+  const std::lock_guard lock(mutex_);
+  posted_ = false;
+  return std::exchange(news_, TaskNews());
+}
+
+void Task::Settle() {
+  const std::lock_guard lock(mutex_);
+  settled_ = true;
+}
+
+void Task::Tell(const std::function<void(TaskNews&)>& change, bool post) {
+  const std::lock_guard lock(mutex_);
+  if (ended_) return;
+  change(news_);
+  news_.reports += TakeReports();
+  hasResult_ = hasResult_ || news_.executed;
+  if (post) PostLocked();
+}
+
+/// Posts with the lock held: so no notice can be on its way to the queue once SetPoster has
+/// returned.
+void Task::PostLocked() {
+  changed_.notify_all();
+  if (post_ && !std::exchange(posted_, true)) post_();
+}
+
+void OpenTask::Run(ProviderSession& session) {
+  session.Open(login_, *this);
+  opened_ = true;
+  properties_ = session.ReadProperties();
+  std::string catalog = session.CurrentCatalog();
+  Tell([&](TaskNews& news) { news.catalog = std::move(catalog); }, false);
+}
+
+void CallTask::Run(ProviderSession& session) {
+  body_(session, *this);
+  std::string catalog = session.CurrentCatalog();
+  Tell([&](TaskNews& news) { news.catalog = std::move(catalog); }, false);
+}
+
+void ExecuteTask::Run(ProviderSession& session) {
+  try {
+    RunCommand(session);
+  } catch (...) {
+    LeaveCommand(session);
+    throw;
+  }
+  Settle();
+  LeaveCommand(session);
+}
+
+/// What is asked here is no part of the command: failing to tell it must not make the command a
+/// failure.
+void ExecuteTask::LeaveCommand(ProviderSession& session) noexcept {
+  session.CloseResult();
+  try {
+    const bool unique = !fields_.empty() && session.HasUniqueRows(fields_);
+    Tell([&](TaskNews& news) { news.uniqueRows = unique; }, false);
+    std::string catalog = session.CurrentCatalog();
+    Tell([&](TaskNews& news) { news.catalog = std::move(catalog); }, false);
+  } catch (const std::exception&) {
+    return;
+  }
+}
+
+void ExecuteTask::RunCommand(ProviderSession& session) {
+  ExecuteResult result = session.ExecuteCommand(sql_, *this);
+  fields_ = std::move(result.fields);
+  const bool hasRows = !fields_.empty();
+  Tell(
+      [&](TaskNews& news) {
+        news.executed = hasRows;
+        news.fields = fields_;
+        news.recordsAffected = result.recordsAffected;
+      },
+      hasRows);
+  if (!hasRows) return;
+  FetchAll(session, fields_.size());
+  Drain(session);
+}
+
+void ExecuteTask::FetchAll(ProviderSession& session, std::size_t columns) {
+  RowSink rows(columns);
+  lastOffer_ = lastLook_ = std::chrono::steady_clock::now();
+  try {
+    while (session.FetchRows(rows, rowsAtOnce_, *this)) {
+      ThrowIfStopped();
+      OfferRows(rows);
+    }
+  } catch (...) {
+    HandOver(rows, false);
+    throw;
+  }
+  HandOver(rows, false);
+}
+
+/// Now and then gives what was fetched to the UI thread: so that it can be seen, and is not lost
+/// with a worker that has to be left behind. Chunks grow with the rows there are, that there be few
+/// of them.
+void ExecuteTask::OfferRows(RowSink& rows) {
+  const auto now = std::chrono::steady_clock::now();
+  const bool slow = now - std::exchange(lastLook_, now) > progressInterval / 2;
+  rowsAtOnce_ =
+      slow ? std::max<std::size_t>(rowsAtOnce_ / 2, 1) : std::min(rowsAtOnce_ * 2, mostRowsAtOnce);
+  if (now - lastOffer_ < progressInterval) return;
+  lastOffer_ = now;
+  HandOver(rows, true);
+}
+
+void ExecuteTask::HandOver(RowSink& rows, bool post) {
+  const auto fetched = rows.Rows();
+  const auto pending = static_cast<std::int64_t>(rows.PendingRows());
+  if (!post || pending * 4 >= fetched) rows.CloseChunk();
+  Tell(
+      [&](TaskNews& news) {
+        std::ranges::move(rows.TakeChunks(), std::back_inserter(news.chunks));
+        news.rowsFetched = fetched;
+        news.progress = news.progress || post;
+      },
+      post);
+}
+
+void ExecuteTask::Drain(ProviderSession& session) {
+  try {
+    session.DrainResults(*this);
+  } catch (const Error& error) {
+    if (error.Number() == errorNumber::cancelled) throw;
+    NoteFailure(error);
+  }
+}
+
+}  // namespace tessel

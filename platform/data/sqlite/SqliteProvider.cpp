@@ -1,0 +1,11 @@
+#include "platform/data/sqlite/SqliteProvider.h"
+
+#include "platform/data/sqlite/SqliteSession.h"
+
+namespace tessel {
+
+std::unique_ptr<ProviderSession> SqliteProvider::CreateSession(const ConnectionKeys& keys) const {
+  return std::make_unique<SqliteSession>(keys);
+}
+
+}  // namespace tessel

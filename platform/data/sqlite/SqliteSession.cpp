@@ -1,0 +1,248 @@
+#include "platform/data/sqlite/SqliteSession.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "platform/Ascii.h"
+#include "platform/data/odbc/OdbcScan.h"
+#include "platform/data/sqlite/SqliteFile.h"
+#include "platform/data/sqlite/SqliteSchema.h"
+
+namespace tessel {
+
+namespace {
+
+/// Statements that change rows, and so have a count even when it is 0.
+bool IsCounted(const SqliteStatement& statement) {
+  constexpr std::array words = {"INSERT", "UPDATE", "DELETE", "REPLACE", "WITH"};
+  if (statement.IsReadOnly()) return false;
+  const std::string text = statement.Text();
+  const std::string_view first = odbc::FirstWord(text);
+  return std::ranges::any_of(words, [&](const char* word) { return EqualNoCase(word, first); });
+}
+
+/// SQLite takes a NUL for the end of the text: the rest would be left out without a word.
+void RefuseNul(const std::string& sql) {
+  const std::size_t at = sql.find('\0');
+  if (at == std::string::npos) return;
+  throw Error(errorNumber::database, "SQLite",
+              "The command text holds a NUL character (byte " + std::to_string(at + 1) +
+                  "). Nothing was run.");
+}
+
+Error AsCancelled(const Error& error, const Operation& operation) {
+  const bool interrupted = HasCode(error, SQLITE_INTERRUPT) || HasCode(error, SQLITE_BUSY);
+  return interrupted && operation.StopAsked() ? CancelledError() : error;
+}
+
+}  // namespace
+
+/// While it lives, Cancel interrupts; at its end no interrupt is under way.
+class SqliteSession::Cancellable {
+ public:
+  Cancellable(SqliteSession& session, Operation& operation) : session_(session) { Set(&operation); }
+  Cancellable(const Cancellable&) = delete;
+  Cancellable& operator=(const Cancellable&) = delete;
+  ~Cancellable() { Set(nullptr); }
+
+ private:
+  void Set(Operation* operation) {
+    const std::lock_guard lock(session_.cancelMutex_);
+    session_.operation_ = operation;
+  }
+
+  SqliteSession& session_;
+};
+
+void SqliteSession::Cancel() noexcept {
+  const std::lock_guard lock(cancelMutex_);
+  if (operation_ != nullptr && database_) database_->Interrupt();
+}
+
+// --- opening and closing ---------------------------------------------------------------------
+
+void SqliteSession::Open(const Login& /*login*/, Operation& operation) {
+  const SqliteFile file = SqliteFile::FromKeys(keys_);
+  auto database = std::make_unique<SqliteDatabase>(file.name, file.flags);
+  database->SetWatch([this] { return operation_ != nullptr && operation_->StopAsked(); },
+                     file.lockPatience);
+  {
+    const std::lock_guard lock(cancelMutex_);
+    database_ = std::move(database);
+  }
+  const Cancellable scope(*this, operation);
+  try {
+    file.Check(*database_);
+  } catch (const Error& error) {
+    throw AsCancelled(error, operation);
+  }
+}
+
+void SqliteSession::Close() noexcept {
+  CloseResult();
+  const std::lock_guard lock(cancelMutex_);
+  database_.reset();
+}
+
+Properties SqliteSession::ReadProperties() {
+  Properties properties;
+  properties.Set("Data Source Object Threading Model", std::int64_t{1});
+  properties.Set("Provider Name", std::string("SQLite"));
+  properties.Set("DBMS Name", std::string("SQLite"));
+  properties.Set("DBMS Version", SqliteDatabase::LibraryVersion());
+  properties.Set("Identifier Quote Character", std::string("\""));
+  properties.Set("Data Source", keys_.Get("Data Source"));
+  properties.Set("File", database_->QueryText("select file from pragma_database_list limit 1"));
+  properties.Set("Read Only", database_->IsReadOnly());
+  properties.Set("Encoding", database_->QueryText("pragma encoding"));
+  properties.Set("Journal Mode", database_->QueryText("pragma journal_mode"));
+  properties.Set("Page Size", database_->QueryText("pragma page_size"));
+  return properties;
+}
+
+// --- commands --------------------------------------------------------------------------------
+
+/// The next statement of the text; none at its end. What was done before it stays done, so it is
+/// only where there is one that a cancel can still take effect.
+SqliteStatement SqliteSession::NextStatement(Operation& operation) {
+  SqliteStatement statement;
+  while (!statement && !rest_.empty()) statement = database_->Prepare(rest_);
+  if (statement) operation.ThrowIfStopped();
+  return statement;
+}
+
+bool SqliteSession::StepCounted(SqliteStatement& statement) {
+  const std::int64_t before = database_->TotalChanges();
+  const bool row = statement.Step();
+  if (IsCounted(statement))
+    affected_ = std::max<std::int64_t>(affected_, 0) + database_->TotalChanges() - before;
+  return row;
+}
+
+ExecuteResult SqliteSession::ExecuteCommand(const std::string& sql, Operation& operation) {
+  RefuseNul(sql);
+  text_ = sql;
+  rest_ = text_;
+  affected_ = -1;
+  const Cancellable scope(*this, operation);
+  try {
+    while (SqliteStatement statement = NextStatement(operation)) {
+      if (statement.ColumnCount() > 0) return BeginResult(std::move(statement));
+      StepCounted(statement);
+    }
+  } catch (const Error& error) {
+    throw AsCancelled(error, operation);
+  }
+  return {.fields = {}, .recordsAffected = affected_};
+}
+
+/// Goes to the first row before it tells the columns: it decides the type of those that declare
+/// none.
+ExecuteResult SqliteSession::BeginResult(SqliteStatement statement) {
+  statement_ = std::move(statement);
+  query_ = statement_.Text();
+  tables_.clear();
+  forms_.clear();
+  hasRow_ = StepCounted(statement_);
+  ExecuteResult result{.fields = {}, .recordsAffected = affected_};
+  for (int column = 0; column < statement_.ColumnCount(); ++column)
+    result.fields.push_back(DescribeColumn(column));
+  return result;
+}
+
+FieldInfo SqliteSession::DescribeColumn(int column) {
+  FieldInfo field;
+  field.name = statement_.ColumnName(column);
+  field.baseCatalog = statement_.OriginDatabase(column);
+  field.baseTable = statement_.OriginTable(column);
+  field.baseColumn = statement_.OriginColumn(column);
+  const std::string declared = statement_.DeclaredType(column);
+  if (declared.empty() && hasRow_) field.type = TypeOfStorage(statement_.StorageAt(column));
+  forms_.push_back(ApplyDeclaredType(declared, field));
+  if (field.baseTable.empty()) return field;
+  const SqliteTable& table = TableOf(field);
+  field.autoIncrement = EqualNoCase(field.baseColumn, table.rowNumberColumn);
+  if (const SqliteColumn* facts = table.Find(field.baseColumn)) {
+    field.nullable = !facts->notNull && !field.autoIncrement;
+    field.updatable = !facts->generated;
+  }
+  return field;
+}
+
+const SqliteTable& SqliteSession::TableOf(const FieldInfo& field) {
+  const std::pair key(field.baseCatalog, field.baseTable);
+  const auto found = tables_.find(key);
+  if (found != tables_.end()) return found->second;
+  return tables_.emplace(key, ReadSqliteTable(*database_, key.first, key.second)).first->second;
+}
+
+bool SqliteSession::FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) {
+  const Cancellable scope(*this, operation);
+  const int columns = statement_.ColumnCount();
+  try {
+    for (std::size_t fetched = 0; hasRow_ && fetched < maxRows; ++fetched) {
+      if (operation.StopAsked()) return true;
+      for (int column = 0; column < columns; ++column) {
+        const auto index = static_cast<std::size_t>(column);
+        AppendSqliteCell(statement_, column, forms_[index], rows.Column(index));
+      }
+      rows.EndRow();
+      hasRow_ = statement_.Step();
+    }
+  } catch (const Error& error) {
+    throw AsCancelled(error, operation);
+  }
+  return hasRow_;
+}
+
+void SqliteSession::DrainResults(Operation& operation) {
+  const Cancellable scope(*this, operation);
+  statement_ = SqliteStatement();
+  try {
+    while (SqliteStatement statement = NextStatement(operation)) {
+      while (statement.Step()) {
+      }
+    }
+  } catch (const Error& error) {
+    throw AsCancelled(error, operation);
+  }
+}
+
+void SqliteSession::CloseResult() noexcept {
+  statement_ = SqliteStatement();
+  hasRow_ = false;
+  text_.clear();
+  rest_ = {};
+}
+
+bool SqliteSession::HasUniqueRows(const std::vector<FieldInfo>& fields) {
+  if (tables_.size() != 1) return false;
+  const auto& [name, table] = *tables_.begin();
+  const auto isShown = [&](const std::string& column) {
+    return std::ranges::any_of(
+        fields, [&](const FieldInfo& field) { return EqualNoCase(field.baseColumn, column); });
+  };
+  const bool hasKey = std::ranges::any_of(
+      table.keys, [&](const auto& key) { return std::ranges::all_of(key, isShown); });
+  return hasKey && ReadsOneTable(*database_, query_);
+}
+
+// --- catalogs and schema ---------------------------------------------------------------------
+
+void SqliteSession::SetCatalog(const std::string& /*name*/, Operation& /*operation*/) {
+  throw Error(errorNumber::notSupported, "SQLite",
+              "SQLite has no catalogs to change between: name the attached database in the "
+              "statement.");
+}
+
+void SqliteSession::ReadSchema(SchemaRows& rows, Operation& operation) {
+  const Cancellable scope(*this, operation);
+  try {
+    ReadSqliteSchema(*database_, rows, operation);
+  } catch (const Error& error) {
+    throw AsCancelled(error, operation);
+  }
+}
+
+}  // namespace tessel
