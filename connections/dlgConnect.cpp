@@ -86,6 +86,8 @@ void dlgConnect::WireBuilder(const char* button) {
 void dlgConnect::Form_Load() {
   AddRow(RowOf({"", "(new)"}, "new"));
   lsvConnections_.SetSelectedIndex(0);
+  labColor_.SetBackColor(color::windowBackground);
+  labColor_.SetForeColor(color::windowText);
   for (const SavedConnection& connection : settings_.Load()) AddRow(RowOf(connection));
 }
 

@@ -22,6 +22,10 @@ enum class Tiling { Horizontal, Vertical };
 /// A window made from a form of the same name. UI thread only. The controller that uses it owns it;
 /// destroying it unloads it without asking.
 ///
+/// A document's own menus show in the frame's menu bar while it is active: one that bears the name
+/// of a frame's menu stands in its place, the others before the Window menu. The frame's shortcuts
+/// reach only documents without menus of their own.
+///
 /// A window is loaded from creation until Unload succeeds; its controls may be used for as long as
 /// the object lives. What a handler throws is shown in a message box with the exclamation icon, in
 /// one place.

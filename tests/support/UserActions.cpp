@@ -291,10 +291,10 @@ void HeadlessWindow::ReleaseKey(int keyCode, int shift) {
   if (!event.handled && focus != nullptr && Owns(focus)) focus->RaiseKeyUp(event);
 }
 
-/// Shortcuts of this window's menus and, inside a frame, of the frame's.
+/// Shortcuts of this window's menus and, in a document without menus of its own, of the frame's.
 bool HeadlessWindow::TakeShortcut(int keyCode, int shift) {
   HeadlessMenuItem* command = controls_.FindShortcut(keyCode, shift);
-  if (command == nullptr && frame_ != nullptr)
+  if (command == nullptr && frame_ != nullptr && controls_.Menus().empty())
     command = frame_->controls_.FindShortcut(keyCode, shift);
   if (command == nullptr) return false;
   command->Choose();

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "app/Global.h"
+#include "platform/system/PosixFiles.h"
+#include "tests/support/FakeData.h"
+#include "tests/support/FakeFiles.h"
+#include "tests/support/HeadlessDesktop.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tessel::test {
+
+/// A program without windows yet: headless desktop, data in memory, and a folder of its own in
+/// which it lies.
+class LogicFixture : public ::testing::Test {
+ protected:
+  TemporaryFolder folder;
+  HeadlessDesktop desktop;
+  FakeData data{desktop.Events()};
+  PosixFiles realFiles;
+  FakeFiles files{realFiles};
+  std::vector<std::string> classes;  ///< Registered class names.
+  Global global{Platform{desktop, data, files, folder.Path().string(), folder.File("Tessel"), "1.0",
+                         [this](int index) -> std::optional<std::string> {
+                           if (index >= static_cast<int>(classes.size())) return std::nullopt;
+                           return classes[static_cast<std::size_t>(index)];
+                         }}};
+
+  /// The whole of a file of the program's folder.
+  [[nodiscard]] std::string Content(const std::string& name) const {
+    return realFiles.ReadWhole(folder.File(name));
+  }
+};
+
+}  // namespace tessel::test
