@@ -1,5 +1,6 @@
 # A private display for programs that need one. To be sourced by bash.
-#   start_display <width>x<height>   starts Xvfb and openbox, exports DISPLAY; false if it cannot
+#   start_display <width>x<height> <log file>
+#                                    starts Xvfb and openbox, exports DISPLAY; false if it cannot
 #   start <command>...               starts a command in the background; its pid is in STARTED_PID
 #   stop_started                     ends every process that start has started, latest first
 # shellcheck shell=bash
@@ -21,21 +22,38 @@ stop_started() {
     STARTED=()
 }
 
-start_display() {
-    local size=$1 log=$2 number_file tries
-    command -v Xvfb >/dev/null && command -v openbox >/dev/null || return 1
-    number_file=$(mktemp)
-    start Xvfb -displayfd 3 -screen 0 "${size}x24" -nolisten tcp 3>"$number_file" 2>"$log" >&2
+# Waits until a file is there and not empty; false after ten seconds, or when the process ends first.
+wait_for_file() {
+    local file=$1 pid=$2 tries
     for ((tries = 0; tries < 100; tries++)); do
-        [[ ! -s $number_file ]] || break
-        kill -0 "$STARTED_PID" 2>/dev/null || break
+        [[ ! -s $file ]] || return 0
+        kill -0 "$pid" 2>/dev/null || return 1
         sleep 0.1
     done
-    local number
-    number=$(<"$number_file")
-    rm -f "$number_file"
-    [[ -n $number ]] || return 1
-    export DISPLAY=":$number"
+    return 1
+}
+
+start_display() {
+    local size=$1 log=$2 folder result=0
+    command -v Xvfb >/dev/null && command -v openbox >/dev/null || return 1
+    folder=$(mktemp -d)
+    start_server "$size" "$log" "$folder" && start_window_manager "$log" "$folder" || result=1
+    rm -rf "$folder"
+    return "$result"
+}
+
+start_server() {
+    local size=$1 log=$2 number_file=$3/number
+    start Xvfb -displayfd 3 -screen 0 "${size}x24" -nolisten tcp 3>"$number_file" 2>"$log" >&2
+    wait_for_file "$number_file" "$STARTED_PID" || return 1
+    DISPLAY=:$(<"$number_file")
+    export DISPLAY
     unset WAYLAND_DISPLAY
-    start openbox --sm-disable 2>>"$log" >&2
+}
+
+# Windows that open before the window manager is ready may never become active.
+start_window_manager() {
+    local log=$1 ready=$2/ready
+    start openbox --sm-disable --startup "sh -c 'echo ready >$ready'" 2>>"$log" >&2
+    wait_for_file "$ready" "$STARTED_PID"
 }
