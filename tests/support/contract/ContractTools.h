@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Error.h"
 #include "tests/support/contract/ContractHost.h"
 
 namespace tessel::test {
@@ -18,10 +19,23 @@ namespace tessel::test {
   return window;
 }
 
+/// The frame with one document inside, both shown. The document goes first.
+struct Framed {
+  Framed(ContractHost& host, std::string_view form)
+      : frame(ShowForm(host, "frmMDI")), document(ShowForm(host, form)) {}
+
+  std::unique_ptr<Window> frame;
+  std::unique_ptr<Window> document;
+};
+
 /// What happened, in order.
 class Record {
  public:
   void Add(std::string what) { seen_.push_back(std::move(what)); }
+  /// A handler without arguments that notes `what`.
+  [[nodiscard]] auto Noting(std::string what) {
+    return [this, what = std::move(what)] { Add(what); };
+  }
   /// What happened since the last call.
   [[nodiscard]] std::vector<std::string> Take() { return std::exchange(seen_, {}); }
 
@@ -30,5 +44,16 @@ class Record {
 };
 
 using Seen = std::vector<std::string>;
+
+/// The number of the Error that `action` raises; 0 when it raises none.
+template <class Action>
+[[nodiscard]] int ErrorNumberOf(Action action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    return error.Number();
+  }
+  return 0;
+}
 
 }  // namespace tessel::test

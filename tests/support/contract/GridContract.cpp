@@ -1,0 +1,217 @@
+// The grid on the rows of a recordset.
+
+#include <gtest/gtest.h>
+
+#include "platform/DataGrid.h"
+#include "tests/support/FakeData.h"
+#include "tests/support/contract/ContractTools.h"
+
+namespace tessel::test {
+
+namespace {
+
+constexpr const char* gridName = "DataGrid";
+
+/// A records window whose grid is shown and not yet bound, and a recordset of three rows.
+struct GridFixture {
+  explicit GridFixture(ContractHost& contractHost)
+      : host(contractHost),
+        data(host.TheDesktop().Events()),
+        windows(host, "frmRecords"),
+        window(*windows.document),
+        grid(window.Find<DataGrid>(gridName)) {
+    data.Answer("rows", {FakeField("id", DataType::Integer), FakeField("name")},
+                {{1, "one"}, {2, "<b>two</b>"}, {3, Value()}});
+    data.Answer("none", FakeFields({"id"}), {});
+    connection = data.CreateConnection();
+    connection->Open("", "", 0);
+    recordset = Open("rows");
+    grid.SetBounds({60, 1000, 9000, 4500});
+    grid.SetVisible(true);
+    grid.RowColChange = record.Noting("moved");
+    grid.ButtonClick = [this](int column) { record.Add("button " + std::to_string(column)); };
+    host.Settle();
+  }
+  ~GridFixture() { grid.SetDataSource(nullptr); }
+  GridFixture(const GridFixture&) = delete;
+  GridFixture& operator=(const GridFixture&) = delete;
+
+  [[nodiscard]] std::shared_ptr<Recordset> Open(const std::string& sql) const {
+    auto opened = connection->CreateRecordset();
+    opened->SetSource(sql);
+    opened->Open(openOption::text);
+    return opened;
+  }
+  void Bind() {
+    grid.SetDataSource(recordset);
+    host.Settle();
+    static_cast<void>(record.Take());
+  }
+  [[nodiscard]] Bookmark At(std::int64_t position) const { return recordset->BookmarkAt(position); }
+
+  ContractHost& host;
+  FakeData data;
+  Framed windows;
+  Window& window;
+  DataGrid& grid;
+  std::shared_ptr<Connection> connection;
+  std::shared_ptr<Recordset> recordset;
+  Record record;
+};
+
+void BindingShowsTheFirstRow(ContractHost& host) {
+  GridFixture test(host);
+  test.recordset->MoveLast();
+  test.grid.SetDataSource(test.recordset);
+  EXPECT_EQ(test.grid.DataSource(), test.recordset);
+  EXPECT_EQ(test.grid.ColumnCount(), 2);
+  EXPECT_EQ(test.grid.CurrentColumn(), 0);
+  EXPECT_EQ(test.recordset->CurrentBookmark(), test.At(0));
+  EXPECT_FALSE(test.grid.OnNewRow());
+  EXPECT_EQ(test.record.Take(), Seen{"moved"});
+}
+
+void UnbindingEmptiesTheGrid(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  test.grid.SetSelBookmarks({test.At(1)});
+  test.grid.SetDataSource(nullptr);
+  EXPECT_EQ(test.grid.DataSource(), nullptr);
+  EXPECT_EQ(test.grid.ColumnCount(), 0);
+  EXPECT_EQ(test.grid.CurrentColumn(), -1);
+  EXPECT_TRUE(test.grid.SelBookmarks().empty());
+  EXPECT_EQ(test.record.Take(), Seen{});
+}
+
+void AnEmptyResultIsShown(ContractHost& host) {
+  GridFixture test(host);
+  test.grid.SetDataSource(test.Open("none"));
+  EXPECT_EQ(test.grid.ColumnCount(), 1);
+  EXPECT_EQ(test.record.Take(), Seen{});
+}
+
+void MovingInTheGridMovesTheRecord(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  test.host.ClickGridCell(test.window, gridName, 1, 1);
+  EXPECT_EQ(test.recordset->CurrentBookmark(), test.At(1));
+  EXPECT_EQ(test.grid.CurrentColumn(), 1);
+  EXPECT_EQ(test.record.Take(), Seen{"moved"});
+  test.host.ClickGridCell(test.window, gridName, 1, 1);
+  EXPECT_EQ(test.record.Take(), Seen{}) << "the same cell again";
+  test.host.PressKey(test.window, key::down);
+  EXPECT_EQ(test.recordset->CurrentBookmark(), test.At(2));
+  EXPECT_EQ(test.record.Take(), Seen{"moved"});
+}
+
+void ChangingTheColumnByCodeMovesOnce(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  test.grid.SetCurrentColumn(1);
+  EXPECT_EQ(test.grid.CurrentColumn(), 1);
+  EXPECT_EQ(test.record.Take(), Seen{"moved"});
+  test.grid.SetCurrentColumn(1);
+  EXPECT_EQ(test.record.Take(), Seen{});
+}
+
+void RowsAreSelectedInTheUsersOrder(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  test.host.SelectGridRows(test.window, gridName, {2, 0});
+  EXPECT_EQ(test.grid.SelBookmarks(), (std::vector{test.At(2), test.At(0)}));
+  EXPECT_EQ(test.grid.SelStartCol(), -1);
+}
+
+void SelectionsAreSetByCode(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  EXPECT_TRUE(test.grid.SelBookmarks().empty());
+  test.grid.SetSelBookmarks({test.At(1), test.At(0)});
+  EXPECT_EQ(test.grid.SelBookmarks(), (std::vector{test.At(1), test.At(0)}));
+  test.grid.SetSelBookmarks({});
+  EXPECT_TRUE(test.grid.SelBookmarks().empty());
+  EXPECT_EQ(test.grid.SelStartCol(), -1);
+  EXPECT_EQ(test.grid.SelEndCol(), -1);
+  test.grid.SetSelColumns(0, 1);
+  EXPECT_EQ(test.grid.SelStartCol(), 0);
+  EXPECT_EQ(test.grid.SelEndCol(), 1);
+}
+
+void ColumnsKeepTheirSettings(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  DataFormat format;
+  EXPECT_FALSE(test.grid.ColumnLocked(1));
+  test.grid.SetColumnLocked(1, true);
+  test.grid.SetColumnButton(1, true);
+  test.grid.SetColumnFormat(1, &format);
+  EXPECT_TRUE(test.grid.ColumnLocked(1));
+  EXPECT_TRUE(test.grid.ColumnButton(1));
+  EXPECT_EQ(test.grid.ColumnFormat(1), &format);
+  EXPECT_FALSE(test.grid.ColumnLocked(0));
+  test.grid.SetDataSource(test.recordset);
+  EXPECT_FALSE(test.grid.ColumnLocked(1)) << "binding makes new columns";
+  EXPECT_EQ(test.grid.ColumnFormat(1), nullptr);
+}
+
+void EditingIsAllowedByFlags(ContractHost& host) {
+  GridFixture test(host);
+  for (const bool allow : {true, false}) {
+    test.grid.SetAllowUpdate(allow);
+    test.grid.SetAllowDelete(allow);
+    test.grid.SetAllowAddNew(allow);
+    EXPECT_EQ(test.grid.AllowUpdate(), allow);
+    EXPECT_EQ(test.grid.AllowDelete(), allow);
+    EXPECT_EQ(test.grid.AllowAddNew(), allow);
+  }
+}
+
+void ValuesAreShownAsTheyAre(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  EXPECT_EQ(test.grid.ShownText(1, 0), "2");
+  EXPECT_EQ(test.grid.ShownText(1, 1), "<b>two</b>");
+}
+
+void AFormatDecidesHowValuesAreShown(ContractHost& host) {
+  GridFixture test(host);
+  DataFormat format;
+  format.Format = [](const ValueView& value, std::string& text) {
+    if (ToText(value) == "one") text = "(first)";
+  };
+  test.Bind();
+  test.grid.SetColumnFormat(1, &format);
+  EXPECT_EQ(test.grid.ShownText(0, 1), "(first)");
+  EXPECT_EQ(test.grid.ShownText(1, 1), "<b>two</b>") << "left empty: the ordinary form";
+  test.grid.SetColumnFormat(1, nullptr);
+  EXPECT_EQ(test.grid.ShownText(0, 1), "one");
+}
+
+void CopyingTakesTheCurrentCellOrTheSelection(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  test.grid.Copy();
+  EXPECT_EQ(test.host.TheDesktop().TheClipboard().Text(), "1");
+  test.grid.SetSelBookmarks({test.At(1)});
+  test.grid.Copy();
+  EXPECT_EQ(test.host.TheDesktop().TheClipboard().Text(), "2\t<b>two</b>");
+}
+
+}  // namespace
+
+std::vector<ContractCase> GridContract() {
+  return {{"BindingShowsTheFirstRow", &BindingShowsTheFirstRow},
+          {"UnbindingEmptiesTheGrid", &UnbindingEmptiesTheGrid},
+          {"AnEmptyResultIsShown", &AnEmptyResultIsShown},
+          {"MovingInTheGridMovesTheRecord", &MovingInTheGridMovesTheRecord},
+          {"ChangingTheColumnByCodeMovesOnce", &ChangingTheColumnByCodeMovesOnce},
+          {"RowsAreSelectedInTheUsersOrder", &RowsAreSelectedInTheUsersOrder},
+          {"SelectionsAreSetByCode", &SelectionsAreSetByCode},
+          {"ColumnsKeepTheirSettings", &ColumnsKeepTheirSettings},
+          {"EditingIsAllowedByFlags", &EditingIsAllowedByFlags},
+          {"ValuesAreShownAsTheyAre", &ValuesAreShownAsTheyAre},
+          {"AFormatDecidesHowValuesAreShown", &AFormatDecidesHowValuesAreShown},
+          {"CopyingTakesTheCurrentCellOrTheSelection", &CopyingTakesTheCurrentCellOrTheSelection}};
+}
+
+}  // namespace tessel::test
