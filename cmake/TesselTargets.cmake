@@ -107,10 +107,14 @@ function(tessel_precompile_std target)
   tessel_precompile(${target} ${TESSEL_STD_HEADERS} ${ARGN})
 endfunction()
 
-# tessel_executable(<name> <glob>...): an executable of the sources that match, sub-folders
-# included; nothing if there are none. Check with if(TARGET <name>).
+# tessel_executable(<name> [EXCEPT <regex>] <glob>...): an executable of the sources that match,
+# sub-folders included; nothing if there are none. Check with if(TARGET <name>).
 function(tessel_executable name)
-  file(GLOB_RECURSE sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} ${ARGN})
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" EXCEPT "")
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} ${arg_UNPARSED_ARGUMENTS})
+  if(arg_EXCEPT)
+    list(FILTER sources EXCLUDE REGEX "${arg_EXCEPT}")
+  endif()
   list(FILTER sources EXCLUDE REGEX "^tests/data/servers/") # a library of its own
   if(sources)
     add_executable(${name} ${sources})

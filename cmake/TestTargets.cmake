@@ -9,10 +9,11 @@ target_compile_definitions(tessel_test_support ${support_scope}
                            TESSEL_FORMS_DIR="${CMAKE_SOURCE_DIR}/platform/desktop/forms")
 tessel_precompile_std(tessel_test_support)
 
-# tessel_test(<ring> <main library> <library>...): the binary <ring>_tests of tests/<ring>.
+# tessel_test(<ring> <main library> <library>...): the binary <ring>_tests of tests/<ring>, without
+# the servers, which are a library.
 function(tessel_test ring main)
   set(binary ${ring}_tests)
-  tessel_executable(${binary} tests/${ring}/*.cpp)
+  tessel_executable(${binary} EXCEPT /servers/ tests/${ring}/*.cpp)
   if(TARGET ${binary})
     target_link_libraries(${binary} PRIVATE tessel_test_support ${ARGN} ${main} GTest::gmock)
     tessel_precompile_std(${binary} <gmock/gmock.h> <gtest/gtest.h>)

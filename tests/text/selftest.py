@@ -32,6 +32,7 @@ BAD = (
     ("contract_includes", "platform/Bad.cpp", "#include <pugixml.hpp>\n", "pugixml.hpp"),
     ("platform_includes", "platform/data/a.cpp", '#include "platform/desktop/Grid.h"\n', "data/a.cpp:1"),
     ("platform_includes", "platform/desktop/a.h", '#include "app/Main.h"\n', "desktop/a.h:1"),
+    ("platform_includes", "platform/system/a.cpp", '#include "platform/data/Row.h"\n', "system/a.cpp:1"),
     ("odbc_door", "platform/data/odbc/Other.cpp", "auto r = ::SQLFetch(h);\n", "Other.cpp:1: SQLFetch("),
     ("odbc_door", "app/b.cpp", "int r =\n    SQLDriverConnectW (h);\n", "app/b.cpp:2"),
     ("event_pump", "app/b.cpp", "void F() { processEvents(); }\n", "app/b.cpp pumps events"),
