@@ -17,7 +17,11 @@ class WatchedThread {
 
   [[nodiscard]] bool Done() const { return done_->load(); }
   [[nodiscard]] bool Joinable() const { return thread_.joinable(); }
-  void Join() { thread_.join(); }
+  /// May also be called on the thread itself, which may be the last to hold its owner.
+  void Join() {
+    if (thread_.get_id() == std::this_thread::get_id()) thread_.detach();
+    else thread_.join();
+  }
   void Detach() { thread_.detach(); }
 
  private:

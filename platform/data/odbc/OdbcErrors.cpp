@@ -58,8 +58,4 @@ bool SaysSessionIsLost(const Diagnostics& records) {
   });
 }
 
-bool SaysCursorIsGone(const Diagnostics& records) {
-  return records.front().state == "HY010" || records.front().state == "24000";
-}
-
 }  // namespace tessel::odbc

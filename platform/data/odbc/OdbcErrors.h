@@ -19,7 +19,4 @@ namespace tessel::odbc {
 /// True when a record says that the session is lost, or was never there.
 [[nodiscard]] bool SaysSessionIsLost(const Diagnostics& records);
 
-/// True when a call came too late for its cursor: a cancel had closed it.
-[[nodiscard]] bool SaysCursorIsGone(const Diagnostics& records);
-
 }  // namespace tessel::odbc

@@ -10,6 +10,17 @@ namespace {
 
 using CatalogChange = DriverProfile::CatalogChange;
 
+/// Without indexes of a part of the rows, of expressions and of columns that are only included.
+constexpr std::string_view uniqueIndexesOfPostgreSql =
+    "select i.indexrelid::text, a.attname"
+    " from pg_catalog.pg_index i"
+    " join pg_catalog.pg_class c on c.oid = i.indrelid"
+    " join pg_catalog.pg_namespace n on n.oid = c.relnamespace"
+    " join pg_catalog.pg_attribute a on a.attrelid = i.indrelid"
+    " and a.attnum = any (i.indkey[0:i.indnkeyatts - 1])"
+    " where i.indisunique and i.indisvalid and i.indpred is null and i.indexprs is null"
+    " and n.nspname = {schema} and c.relname = {table}";
+
 /// Protocol: with its default the driver rolls the user's transaction back after any error.
 DriverProfile PostgreSql() {
   return {.name = "PostgreSQL",
@@ -21,6 +32,7 @@ DriverProfile PostgreSql() {
           .tellsBaseColumns = true,
           .madeUpSizes = {255, 8190},
           .typeRules = {{"money", {DataType::VarChar, CellForm::Text}}},
+          .uniqueIndexQuery = uniqueIndexesOfPostgreSql,
           .catalogChange = CatalogChange::Reconnect,
           .catalogQuery = "select datname from pg_catalog.pg_database"
                           " where datallowconn and not datistemplate order by datname",
@@ -37,6 +49,8 @@ DriverProfile MariaDb() {
           .optionKey = "OPTION",
           .optionBits = 67108866,
           .warningsQuery = "show warnings",
+          .warningsReset = "do (select 1 from information_schema.engines where false)",
+          .looksBackWith = {"show", "diagnostics", "found_rows", "row_count", "warning_count"},
           .zeroIsNoCount = false,
           .tellsBaseColumns = true,
           .noCatalog = "null",
@@ -64,8 +78,7 @@ DriverProfile MdbTools() {
           .fileKey = "DBQ",
           .typeRules = {{"MONEY", {DataType::Currency, CellForm::Decimal}},
                         {"MEMO", {DataType::LongVarChar, CellForm::Text}}},
-          .catalogChange = CatalogChange::None,
-          .canListKeys = false};
+          .catalogChange = CatalogChange::None};
 }
 
 const std::vector<DriverProfile>& Profiles() {

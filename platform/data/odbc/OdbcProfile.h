@@ -27,7 +27,13 @@ struct DriverProfile {
   std::string_view fileKey = {};    ///< The key that names a file which must be there.
 
   // --- commands -------------------------------------------------------------------------------
-  std::string_view warningsQuery = {};  ///< Tells Level, Code, Message of the last statement.
+  /// Tells Level, Code, Message of what the statements before it warned of, and how those are
+  /// forgotten: the database itself does not do so with every statement.
+  std::string_view warningsQuery = {};
+  std::string_view warningsReset = {};
+  /// Words of commands that ask for what a command before them left behind: warnings are neither
+  /// asked for after them nor forgotten before.
+  std::vector<std::string_view> looksBackWith = {};
   /// What the driver may run without ever coming back: the first word of such a statement, and
   /// words one of which follows it.
   std::string_view hangsOn = {};
@@ -41,6 +47,9 @@ struct DriverProfile {
   bool tellsBaseColumns = false;          ///< Base table and column are told, also behind an alias.
   std::vector<SQLULEN> madeUpSizes = {};  ///< Column sizes that say nothing.
   std::vector<TypeRule> typeRules = {};
+  /// Lists name and column of each unique index, where SQLStatistics tells too little of it.
+  /// {schema} and {table} stand for the quoted names.
+  std::string_view uniqueIndexQuery = {};
 
   // --- catalogs and schema --------------------------------------------------------------------
   enum class CatalogChange { None, Attribute, Reconnect };

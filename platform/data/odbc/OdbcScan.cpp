@@ -53,9 +53,20 @@ class Words {
   std::string_view rest_;
 };
 
+bool IsOneOf(std::string_view word, const std::vector<std::string_view>& words) {
+  return std::ranges::any_of(words, [&](std::string_view one) { return EqualNoCase(word, one); });
+}
+
 }  // namespace
 
 std::string_view FirstWord(std::string_view sql) { return Words(sql).Next(); }
+
+bool HasWord(std::string_view sql, const std::vector<std::string_view>& words) {
+  Words all(sql);
+  for (std::string_view word = all.Next(); !word.empty(); word = all.Next())
+    if (IsOneOf(word, words)) return true;
+  return false;
+}
 
 bool HasStatement(std::string_view sql, std::string_view first,
                   const std::vector<std::string_view>& others) {
@@ -65,8 +76,7 @@ bool HasStatement(std::string_view sql, std::string_view first,
   for (std::string_view word = words.Next(); !word.empty(); word = words.Next()) {
     if (atStart) inside = EqualNoCase(word, first);
     atStart = word == ";";
-    const auto isWord = [&](std::string_view other) { return EqualNoCase(word, other); };
-    if (inside && std::ranges::any_of(others, isWord)) return true;
+    if (inside && IsOneOf(word, others)) return true;
   }
   return false;
 }

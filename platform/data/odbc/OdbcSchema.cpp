@@ -169,20 +169,41 @@ std::vector<std::string> PrimaryKey(const Dbc& dbc, const CatalogName& table) {
   return key;
 }
 
-/// Column lists of the unique indexes, by name; an index with an expression or a condition is left
-/// out.
-std::vector<std::vector<std::string>> UniqueIndexes(const Dbc& dbc, const CatalogName& table) {
+using Indexes = std::map<std::string, std::vector<std::string>>;
+
+/// Columns of the unique indexes, by name; in the place of an expression or a condition stands "".
+Indexes UniqueIndexes(const Dbc& dbc, const CatalogName& table) {
   Statement statement(dbc);
   statement.UniqueIndexes(table);
-  std::map<std::string, std::vector<std::string>> indexes;
+  Indexes indexes;
   ForEachRow(statement, 13, [&](const TextRow& row) {
     if (!row[5] || ToNumber(row[3], SQL_TRUE) != SQL_FALSE) return;
     const bool plain = row[8].has_value() && !Named(row[12]);
     indexes[*row[5]].push_back(plain ? *row[8] : std::string());
   });
-  std::vector<std::vector<std::string>> lists;
-  for (auto& [name, columns] : indexes) lists.push_back(std::move(columns));
-  return lists;
+  return indexes;
+}
+
+std::string QuotedText(std::string_view text) {
+  std::string quoted = "'";
+  for (const char c : text) quoted.append(c == '\'' ? 2 : 1, c);
+  return quoted + "'";
+}
+
+Indexes QueriedIndexes(const Dbc& dbc, std::string_view query, CancelGate& gate,
+                       const CatalogName& table) {
+  std::string sql(query);
+  for (const auto& [mark, name] : {std::pair("{schema}", table.schema.value_or("")),
+                                   std::pair("{table}", table.table.value_or(""))})
+    sql.replace(sql.find(mark), std::string_view(mark).size(), QuotedText(name));
+  Diagnostics unused;
+  Statement statement(dbc);
+  statement.Execute(sql, gate, unused);
+  Indexes indexes;
+  ForEachRow(statement, 2, [&](const TextRow& row) {
+    indexes[row[0].value_or("")].push_back(row[1].value_or(""));
+  });
+  return indexes;
 }
 
 /// Of the columns of an index, those that are among the fields are not null.
@@ -204,13 +225,17 @@ void ReadSchemaRows(const Dbc& dbc, const DriverProfile& profile, CancelGate& ga
   }
 }
 
-bool HoldsUniqueKey(const Dbc& dbc, const std::vector<FieldInfo>& fields) {
+bool HoldsUniqueKey(const Dbc& dbc, const DriverProfile& profile, CancelGate& gate,
+                    const std::vector<FieldInfo>& fields) {
   const std::optional<BaseTable> base = OneBaseTable(fields);
   if (!base) return false;
   const std::vector<std::string> primary = PrimaryKey(dbc, base->name);
   if (!primary.empty()) return HoldsAll(*base, primary);
-  return std::ranges::any_of(UniqueIndexes(dbc, base->name), [&](const auto& key) {
-    return HoldsAll(*base, key) && NeverNull(fields, key);
+  const Indexes indexes = profile.uniqueIndexQuery.empty()
+                              ? UniqueIndexes(dbc, base->name)
+                              : QueriedIndexes(dbc, profile.uniqueIndexQuery, gate, base->name);
+  return std::ranges::any_of(indexes, [&](const auto& index) {
+    return HoldsAll(*base, index.second) && NeverNull(fields, index.second);
   });
 }
 

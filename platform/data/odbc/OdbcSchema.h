@@ -15,6 +15,7 @@ void ReadSchemaRows(const Dbc& dbc, const DriverProfile& profile, CancelGate& ga
 
 /// True when `fields` hold the whole primary key, or a whole unique index of columns that are never
 /// null, of their one base table, each column once. Throws Failure.
-[[nodiscard]] bool HoldsUniqueKey(const Dbc& dbc, const std::vector<FieldInfo>& fields);
+[[nodiscard]] bool HoldsUniqueKey(const Dbc& dbc, const DriverProfile& profile, CancelGate& gate,
+                                  const std::vector<FieldInfo>& fields);
 
 }  // namespace tessel::odbc

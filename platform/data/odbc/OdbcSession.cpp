@@ -114,7 +114,7 @@ Properties OdbcSession::ReadProperties() { return ReadDriverProperties(*dbc_); }
 ExecuteResult OdbcSession::ExecuteCommand(const std::string& sql, Operation& operation) {
   RefuseWhatHangs(sql);
   lastNotices_.clear();
-  wantsWarnings_ = !profile_.warningsQuery.empty() && !EqualNoCase(FirstWord(sql), "show");
+  wantsWarnings_ = !profile_.warningsQuery.empty() && !HasWord(sql, profile_.looksBackWith);
   return Guarded(operation, [&] { return Run(sql, operation); });
 }
 
@@ -131,22 +131,20 @@ void OdbcSession::RefuseWhatHangs(const std::string& sql) const {
 ExecuteResult OdbcSession::Run(const std::string& sql, Operation& operation) {
   ExecuteResult result;
   Diagnostics notices;
+  if (wantsWarnings_ && hasWarnings_) ForgetWarnings();
   statement_ = std::make_unique<Statement>(*dbc_);
   const Outcome outcome = statement_->Execute(sql, gate_, notices);
   ReportNotices(notices, operation);
-  try {
-    FindColumns(result, outcome, operation);
-  } catch (const Failure& failure) {
-    if (!gate_.Reached() || !SaysCursorIsGone(failure.Records())) throw;
-    // A late cancel took the results away, but what the text had to do is done.
-    result.fields.clear();
-  }
+  FindColumns(result, outcome, operation);
   if (result.fields.empty()) ReportWarnings(operation);
   return result;
 }
 
+/// After a cancel that reached the driver but was late, the command is done and its results are
+/// gone; drivers crash when asked for them.
 void OdbcSession::FindColumns(ExecuteResult& result, Outcome outcome, Operation& operation) {
   do {
+    if (gate_.Reached()) return;
     const std::vector<ResultField> fields = DescribeFields(*statement_, profile_);
     if (!fields.empty()) {
       for (const ResultField& field : fields) result.fields.push_back(field.info);
@@ -181,11 +179,19 @@ void OdbcSession::ReportNotices(const Diagnostics& notices, Operation& operation
     operation.Report(std::move(notice));
 }
 
-void OdbcSession::ReportWarnings(Operation& operation) {
+void OdbcSession::ForgetWarnings() {
+  Diagnostics unused;
+  Statement(*dbc_).Execute(std::string(profile_.warningsReset), gate_, unused);
+  hasWarnings_ = false;
+}
+
+/// The command itself is done: what goes wrong here does not make it a failure.
+void OdbcSession::ReportWarnings(Operation& operation) try {
   if (!std::exchange(wantsWarnings_, false) || operation.StopAsked()) return;
   Diagnostics unused;
   Statement query(*dbc_);
   query.Execute(std::string(profile_.warningsQuery), gate_, unused);
+  if (gate_.Reached()) return;
   ForEachRow(query, 3, [&](const TextRow& row) {
     ErrorInfo warning;
     warning.number = errorNumber::information;
@@ -193,7 +199,10 @@ void OdbcSession::ReportWarnings(Operation& operation) {
     warning.source = driver_;
     warning.description = row[0].value_or("") + ": " + row[2].value_or("");
     operation.Report(std::move(warning));
+    hasWarnings_ = true;
   });
+} catch (const Failure& failure) {
+  NoteHealth(failure);
 }
 
 bool OdbcSession::FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) {
@@ -218,7 +227,7 @@ void OdbcSession::CloseResult() noexcept {
 }
 
 bool OdbcSession::HasUniqueRows(const std::vector<FieldInfo>& fields) {
-  return profile_.tellsBaseColumns && HoldsUniqueKey(*dbc_, fields);
+  return profile_.tellsBaseColumns && HoldsUniqueKey(*dbc_, profile_, gate_, fields);
 }
 
 // --- catalogs and schema -------------------------------------------------------------------------

@@ -58,6 +58,7 @@ class OdbcSession : public ProviderSession {
   [[nodiscard]] bool NextResult(Operation& operation);
   [[nodiscard]] std::int64_t Count(Outcome outcome) const;
   void ReportNotices(const Diagnostics& notices, Operation& operation);
+  void ForgetWarnings();
   void ReportWarnings(Operation& operation);
 
   const std::string driver_;
@@ -73,7 +74,8 @@ class OdbcSession : public ProviderSession {
   std::unique_ptr<Statement> statement_;
   std::unique_ptr<RowReader> reader_;  ///< While there are rows to read.
   Diagnostics lastNotices_;
-  bool wantsWarnings_ = false;
+  bool wantsWarnings_ = false;  ///< Of the present command.
+  bool hasWarnings_ = false;    ///< The database still tells those of an earlier command.
 };
 
 }  // namespace tessel::odbc
