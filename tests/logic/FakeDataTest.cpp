@@ -234,6 +234,24 @@ TEST_F(FakeDataTest, CancelsWhileFetchingAndKeepsTheRows) {
   EXPECT_EQ(recordset->RecordCount(), 1);
 }
 
+TEST_F(FakeDataTest, ARecordsetClosedWhileFetchingStaysEmpty) {
+  data_.Answer("select", IdAndName(), threeRows).HoldAtRow(1);
+  data_.Answer("other", IdAndName(), {{7, "x"}});
+  const auto connection = Connect();
+  const auto recordset = Command(*connection, "select");
+  recordset->Open(asyncOptions);
+  Drain();
+  recordset->Close();
+  EXPECT_EQ(recordset->State(), objectState::closed);
+  Drain();
+  EXPECT_EQ(connection->State(), objectState::open);
+  EXPECT_EQ(recordset->State(), objectState::closed);
+  recordset->SetSource("other");
+  recordset->Open(openOption::text);
+  EXPECT_EQ(recordset->RecordCount(), 1);
+  EXPECT_EQ(ToText(recordset->FieldValue(0)), "7");
+}
+
 TEST_F(FakeDataTest, ALateCancelDoesNotHitTheNextCommand) {
   data_.AnswerCount("update", 1);
   const auto connection = Connect();
