@@ -20,6 +20,7 @@ namespace tessel::test {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 
 class PosixFilesTest : public testing::Test {
  protected:
@@ -81,7 +82,7 @@ class FileSizeLimit {
 }  // namespace
 
 TEST_F(PosixFilesTest, ReadsBackWhatWasWritten) {
-  const std::string content("select '\xF0\x9F\x98\x80'\r\n\0end\n", 22);
+  const std::string content = "select '\xF0\x9F\x98\x80'\r\n\0end\n"s;
   files_.ReplaceWhole(File("a.sql"), content, false);
   EXPECT_EQ(files_.ReadWhole(File("a.sql")), content);
   files_.ReplaceWhole(File("a.sql"), "", false);

@@ -1,6 +1,6 @@
 // Text boxes of one line, of several lines, and the large editor.
 
-#include <functional>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -10,6 +10,8 @@
 namespace tessel::test {
 
 namespace {
+
+using namespace std::string_literals;
 
 /// One byte, two bytes, four bytes, one byte.
 constexpr const char* mixedText = "a\xC3\xA9\xF0\x9F\x98\x80z";
@@ -171,7 +173,7 @@ void BackspaceTakesAWholeCharacter(ContractHost& host) {
 
 void TheEditorKeepsEveryByte(ContractHost& host) {
   ForBox(host, "frmText", "txtText", [](Box& box) {
-    const std::string text("a\0b\r\nc\nd\te\r\n", 12);
+    const std::string text = "a\0b\r\nc\nd\te\r\n"s;
     box.control.SetText(text);
     EXPECT_EQ(box.control.Text(), text);
     box.control.Select(5, 100);
