@@ -58,6 +58,15 @@ void RefuseUnlessRegular(const std::string& path, mode_t mode) {
   if (!S_ISREG(mode)) ThrowFileError(path, "Not a regular file", 0);
 }
 
+/// Opens a regular file for reading. Without waiting: opening a pipe would otherwise hang until
+/// somebody writes to it.
+Descriptor OpenRegular(const std::string& path, struct stat& status) {
+  Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file.IsOpen() || ::fstat(file.Number(), &status) != 0) ThrowSystemError(path, errno);
+  RefuseUnlessRegular(path, status.st_mode);
+  return file;
+}
+
 std::string FolderOf(const std::string& path) {
   const std::size_t slash = path.rfind(pathSeparator);
   if (slash == std::string::npos) return ".";
@@ -169,13 +178,15 @@ bool PosixFiles::Exists(const std::string& path) const {
   return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-std::string PosixFiles::ReadWhole(const std::string& path) const {
-  // Without waiting: opening a pipe would otherwise hang until somebody writes to it.
-  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+std::uint64_t PosixFiles::Size(const std::string& path) const {
   struct stat status {};
-  if (!file.IsOpen() || ::fstat(file.Number(), &status) != 0) ThrowSystemError(path, errno);
-  RefuseUnlessRegular(path, status.st_mode);
+  const Descriptor file = OpenRegular(path, status);
+  return static_cast<std::uint64_t>(status.st_size);
+}
 
+std::string PosixFiles::ReadWhole(const std::string& path) const {
+  struct stat status {};
+  const Descriptor file = OpenRegular(path, status);
   constexpr std::size_t step = 64UL * 1024;
   std::string content;
   std::size_t length = 0;

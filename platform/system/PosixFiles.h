@@ -8,6 +8,7 @@ namespace tessel {
 class PosixFiles final : public Files {
  public:
   [[nodiscard]] bool Exists(const std::string& path) const override;
+  [[nodiscard]] std::uint64_t Size(const std::string& path) const override;
   [[nodiscard]] std::string ReadWhole(const std::string& path) const override;
   void ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) override;
   [[nodiscard]] std::string CurrentFolder() const override;

@@ -101,6 +101,16 @@ TEST_F(PosixFilesTest, ReadsFilesWhoseSizeTheSystemDoesNotTell) {
   EXPECT_THAT(files_.ReadWhole("/proc/self/status"), testing::HasSubstr("Pid:"));
 }
 
+TEST_F(PosixFilesTest, TellsTheSizeOfAFileAndWhyItCannot) {
+  files_.ReplaceWhole(File("a.sql"), "12345", false);
+  EXPECT_EQ(files_.Size(File("a.sql")), 5U);
+  const auto failure = [&](const std::string& path) {
+    return FailureOf([&] { static_cast<void>(files_.Size(path)); });
+  };
+  EXPECT_EQ(failure(File("none")), File("none") + ": No such file or directory");
+  EXPECT_EQ(failure(folder_.Path().string()), folder_.Path().string() + ": Is a directory");
+}
+
 TEST_F(PosixFilesTest, OnlyVisibleNormalFilesExist) {
   folder_.Write("file", "");
   folder_.Write(".hidden", "");

@@ -18,6 +18,11 @@ bool FakeFiles::Exists(const std::string& path) const {
   return !name.starts_with('.') && contents_.contains(path);
 }
 
+std::uint64_t FakeFiles::Size(const std::string& path) const {
+  FailIfTold(path, readFailure_);
+  return real_ != nullptr ? real_->Size(path) : ReadWhole(path).size();
+}
+
 std::string FakeFiles::ReadWhole(const std::string& path) const {
   FailIfTold(path, readFailure_);
   if (real_ != nullptr) return real_->ReadWhole(path);

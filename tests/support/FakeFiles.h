@@ -19,6 +19,7 @@ class FakeFiles final : public Files {
   explicit FakeFiles(Files& real) : real_(&real) {}
 
   [[nodiscard]] bool Exists(const std::string& path) const override;
+  [[nodiscard]] std::uint64_t Size(const std::string& path) const override;
   [[nodiscard]] std::string ReadWhole(const std::string& path) const override;
   void ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) override;
   [[nodiscard]] std::string CurrentFolder() const override;
