@@ -18,6 +18,12 @@ bool HasSettled(int state) { return state == objectState::closed || state == obj
 
 }  // namespace
 
+bool AllowsAsynchronousWork(const Connection& connection) {
+  const auto model =
+      connection.ProviderProperties().Number("Data Source Object Threading Model", 0);
+  return (model & 1) != 0;
+}
+
 std::string FormatElapsed(std::int64_t milliseconds) {
   const std::int64_t seconds = milliseconds / 1000;
   char text[16];
@@ -93,6 +99,35 @@ bool dlgAsync::DoProgress(double increment) {
   if (std::llround(bar.Value()) % step == 0) Yield();
   bar.SetValue(bar.Value() + increment);
   return !cancelled_;
+}
+
+std::shared_ptr<Recordset> dlgAsync::ReadRows(Connection& connection, const std::string& sql) {
+  std::shared_ptr<Recordset> rows = connection.CreateRecordset();
+  rows->SetSource(sql);
+  rows->SetCursorType(CursorType::Static);
+  rows->SetLockType(LockType::ReadOnly);
+  std::int64_t recordsAffected = 0;
+  if (DoQuery(rows, recordsAffected, AllowsAsynchronousWork(connection))) return rows;
+  rows->Close();
+  return nullptr;
+}
+
+bool dlgAsync::ForEach(const std::string& message, std::int64_t count,
+                       const std::function<void(std::int64_t)>& step) {
+  if (count == 0) return true;
+  InitProgress(message, static_cast<double>(count));
+  bool goesOn = true;
+  try {
+    for (std::int64_t i = 0; i < count && goesOn; ++i) {
+      step(i);
+      goesOn = DoProgress(1);
+    }
+  } catch (...) {
+    Unload();
+    throw;
+  }
+  Unload();
+  return goesOn;
 }
 
 bool dlgAsync::DoConnect(const std::shared_ptr<Connection>& connection, const std::string& user,

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,6 +14,9 @@
 namespace tessel {
 
 class Button;
+
+/// Whether the provider of an open connection can work asynchronously.
+[[nodiscard]] bool AllowsAsynchronousWork(const Connection& connection);
 
 /// Elapsed time as "Hh:Nn:Ss", hours counting modulo 24.
 [[nodiscard]] std::string FormatElapsed(std::int64_t milliseconds);
@@ -37,6 +41,10 @@ class dlgAsync {
   bool DoQuery(const std::shared_ptr<Recordset>& recordset, std::int64_t& recordsAffected,
                bool async);
 
+  /// The rows of a query, to be read only; asynchronously where the provider can. They are closed
+  /// when the query returns none. Null when cancelled; raises the failure otherwise.
+  [[nodiscard]] std::shared_ptr<Recordset> ReadRows(Connection& connection, const std::string& sql);
+
   /// Shows the window modeless, without a bar.
   void InitProcess(const std::string& message);
   /// Shows the window modeless with a bar from 0 to `maximum`, which is more than 0.
@@ -47,6 +55,12 @@ class dlgAsync {
   bool Yield();
   /// Ends an InitProcess or InitProgress; also at the end of the program.
   void Unload();
+
+  /// A whole loop under a bar: calls `step` with 0, 1, ... below `count`, ends early once the user
+  /// has cancelled, and unloads in any case. Nothing is shown for a count of 0. False when
+  /// cancelled.
+  bool ForEach(const std::string& message, std::int64_t count,
+               const std::function<void(std::int64_t)>& step);
 
  private:
   void Load();
