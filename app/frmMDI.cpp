@@ -27,9 +27,9 @@ frmMDI::frmMDI(const Global& global, Vocabulary& vocabulary)
       help_(global),
       window_(global.TheDesktop().MakeWindow("frmMDI")),
       sidebar_(*window_),
-      trvBrowser_(window_->Find<TreeView>("trvBrowser")),
       async_(global.TheDesktop(), *window_),
-      main_(std::make_unique<frmMain>(global, static_cast<QueryHost&>(*this))) {
+      main_(std::make_unique<frmMain>(global, static_cast<QueryHost&>(*this))),
+      browser_({global, *window_, async_, vocabulary, *main_, *this}) {
   WireMenus();
   window_->Unloaded = [this] { MDIForm_Unload(); };
 }
@@ -232,13 +232,13 @@ void frmMDI::FocusQueryWindow() {
 }
 
 void frmMDI::FocusBrowser() {
-  if (sidebar_.Shown()) trvBrowser_.SetFocus();
+  if (sidebar_.Shown()) browser_.SetFocus();
 }
 
-void frmMDI::AddDatabaseNode(const std::string& key, const std::string& text) {
-  trvBrowser_.Add("", {key, text, 1});
+std::shared_ptr<Connection> frmMDI::ConnectionOf(int windowNumber) {
+  for (frmRecords* window : RecordsWindows())
+    if (window->WindowID() == windowNumber) return window->TheConnection();
+  return nullptr;
 }
-
-void frmMDI::RemoveDatabaseNode(const std::string& key) { trvBrowser_.Remove(key); }
 
 }  // namespace tessel

@@ -12,12 +12,16 @@
 #include "query/frmMain.h"
 #include "query/vocab.h"
 #include "results/frmRecords.h"
+#include "schema/SchemaBrowser.h"
 
 namespace tessel {
 
 /// The program's one top-level window: it holds the query window, a records window for each
 /// connection, and the sidebar, and sends the query window's SQL to the records windows.
-class frmMDI : private QueryHost, private RecordsHost, private ConnectionOpener {
+class frmMDI : private QueryHost,
+               private RecordsHost,
+               private SchemaHost,
+               private ConnectionOpener {
  public:
   frmMDI(const Global& global, Vocabulary& vocabulary);
   ~frmMDI();
@@ -63,11 +67,19 @@ class frmMDI : private QueryHost, private RecordsHost, private ConnectionOpener 
   void FocusBrowser() override;
   // RecordsHost
   void CountRecordsWindow(int change) override { recordsWindowCount_ += change; }
-  void AddDatabaseNode(const std::string& key, const std::string& text) override;
-  void RemoveDatabaseNode(const std::string& key) override;
+  void AddDatabaseNode(const std::string& key, const std::string& text) override {
+    browser_.AddDatabaseNode(key, text);
+  }
+  void RemoveDatabaseNode(const std::string& key) override { browser_.RemoveDatabaseNode(key); }
+  void LoadSchema(const std::string& key, const std::shared_ptr<Connection>& connection,
+                  bool fromDatabase) override {
+    browser_.LoadSchema(key, connection, fromDatabase);
+  }
   void FocusQueryWindow() override;
   [[nodiscard]] bool SidebarShown() const override { return sidebar_.Shown(); }
   void InsertText(std::string_view text) override { main_->InsertText(text); }
+  // SchemaHost
+  [[nodiscard]] std::shared_ptr<Connection> ConnectionOf(int windowNumber) override;
   // ConnectionOpener
   bool OpenRecordsWindow(const SavedConnection& connection, const std::string& userName,
                          const std::string& password, bool loadSchemaFromDB) override;
@@ -80,11 +92,11 @@ class frmMDI : private QueryHost, private RecordsHost, private ConnectionOpener 
   Help help_;
   std::unique_ptr<Window> window_;
   Sidebar sidebar_;
-  TreeView& trvBrowser_;
   dlgAsync async_;
   int nextID_ = 0;
   int recordsWindowCount_ = 0;
   std::unique_ptr<frmMain> main_;
+  SchemaBrowser browser_;
   std::vector<std::unique_ptr<frmRecords>> records_;
   std::shared_ptr<const void> alive_ = std::make_shared<int>();  ///< Deferred work checks it.
 };

@@ -41,11 +41,17 @@ void Vocabulary::LoadVocabulary() {
   ReadWordListFile(GlobalWords(), filePath_);
 }
 
-WordList& Vocabulary::GlobalWords() {
-  const auto found = std::ranges::find(custom_, globalWordsName, &Section::value_type::first);
-  if (found != custom_.end()) return found->second;
-  return custom_.emplace_back(std::string(globalWordsName), WordList{}).second;
+WordList& Vocabulary::ListNamed(Section& section, std::string_view name) {
+  const auto found = std::ranges::find(section, name, &Section::value_type::first);
+  if (found != section.end()) return found->second;
+  return section.emplace_back(std::string(name), WordList{}).second;
 }
+
+void Vocabulary::RemoveList(Section& section, std::string_view name) {
+  std::erase_if(section, [&](const auto& list) { return list.first == name; });
+}
+
+WordList& Vocabulary::GlobalWords() { return ListNamed(custom_, globalWordsName); }
 
 bool Vocabulary::ReadWordListFile(WordList& words, const std::string& path) const {
   try {

@@ -26,6 +26,12 @@ class Vocabulary {
 
   explicit Vocabulary(const Global& global) : global_(global) {}
 
+  /// The word list of that name, added at the section's end when there is none. Valid until the
+  /// section changes.
+  [[nodiscard]] static WordList& ListNamed(Section& section, std::string_view name);
+  /// A list that is not there is no error.
+  static void RemoveList(Section& section, std::string_view name);
+
   /// Makes the sections and reads the vocabulary file, if there is one, into "_Global" of
   /// "_Custom".
   void LoadVocabulary();

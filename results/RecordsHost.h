@@ -1,7 +1,9 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
+#include "platform/Connection.h"
 #include "query/SqlTarget.h"
 
 namespace tessel {
@@ -17,6 +19,9 @@ class RecordsHost : public SqlTarget {
   /// nothing.
   virtual void AddDatabaseNode(const std::string& key, const std::string& text) = 0;
   virtual void RemoveDatabaseNode(const std::string& key) = 0;
+  /// Fills that node: from the database when asked to, else from the schema file kept of it.
+  virtual void LoadSchema(const std::string& key, const std::shared_ptr<Connection>& connection,
+                          bool fromDatabase) = 0;
   virtual void FocusQueryWindow() = 0;
 
   /// The Window and Help commands of the frame.

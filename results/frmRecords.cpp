@@ -4,6 +4,7 @@
 #include "platform/Error.h"
 #include "query/Misc.h"
 #include "query/frmText.h"
+#include "schema/SchemaTree.h"
 #include "schema/TagValue.h"
 
 namespace tessel {
@@ -92,7 +93,7 @@ void frmRecords::WireMenus() {
 void frmRecords::Form_Unload() {
   if (unloaded_) return;
   unloaded_ = true;
-  host_.RemoveDatabaseNode("d" + std::to_string(windowID_));
+  host_.RemoveDatabaseNode(DatabaseNodeKey(windowID_));
   dataGrid_.SetDataSource(nullptr);
   try {
     if (mCn_->State() != objectState::closed) mCn_->Close();
@@ -131,14 +132,15 @@ bool frmRecords::Connect(const ConnectRequest& request) {
   }
   SetStatus("Connected.", statusColor::plain);
   window_->Show();
-  host_.AddDatabaseNode("d" + std::to_string(windowID_), caption);
+  const std::string nodeKey = DatabaseNodeKey(windowID_);
+  host_.AddDatabaseNode(nodeKey, caption);
+  host_.LoadSchema(nodeKey, mCn_, request.loadSchemaFromDB);
   return true;
 }
 
 bool frmRecords::OpenConnection() {
   if (!async_.DoConnect(mCn_, userName_, password_)) return false;
-  freeThreaded_ =
-      (mCn_->ProviderProperties().Number("Data Source Object Threading Model", 0) & 1) != 0;
+  freeThreaded_ = AllowsAsynchronousWork(*mCn_);
   ListCatalogs();
   return true;
 }

@@ -20,6 +20,11 @@ class FakeRecordsHost : public RecordsHost {
     nodes[key] = text;
   }
   void RemoveDatabaseNode(const std::string& key) override { nodes.erase(key); }
+  void LoadSchema(const std::string& key, const std::shared_ptr<Connection>& connection,
+                  bool fromDatabase) override {
+    loads.push_back(key + " " + connection->ConnectionString() +
+                    (fromDatabase ? " from the database" : " from the file"));
+  }
   void FocusQueryWindow() override { commands.emplace_back("focus query"); }
   void mnuNewInstance_Click() override { commands.emplace_back("new instance"); }
   void mnuWindowSidebar_Click() override { commands.emplace_back("sidebar"); }
@@ -36,6 +41,7 @@ class FakeRecordsHost : public RecordsHost {
   int count = 0;
   bool sidebarShown = true;
   std::map<std::string, std::string> nodes;
+  std::vector<std::string> loads;
   std::vector<std::string> commands;
   std::string inserted;
 };

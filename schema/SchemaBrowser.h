@@ -1,0 +1,88 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/Help.h"
+#include "connections/dlgAsync.h"
+#include "platform/TreeView.h"
+#include "platform/Window.h"
+#include "query/SqlTarget.h"
+#include "query/vocab.h"
+#include "schema/FieldVocabulary.h"
+#include "schema/SchemaFile.h"
+#include "schema/SchemaHost.h"
+#include "schema/SchemaLoading.h"
+#include "schema/SchemaTree.h"
+
+namespace tessel {
+
+/// The schema browser of the frame's sidebar: the tree of databases, tables and fields, its events,
+/// and the pop-up menus that write SQL of it into the query window.
+class SchemaBrowser {
+ public:
+  /// What it works with; all outlive it.
+  struct Surroundings {
+    const Global& global;
+    Window& frame;
+    dlgAsync& async;
+    Vocabulary& vocabulary;
+    SqlTarget& sqlWindow;
+    SchemaHost& host;
+  };
+
+  explicit SchemaBrowser(const Surroundings& around);
+
+  void AddDatabaseNode(const std::string& key, const std::string& text) {
+    tree_.AddDatabase(key, text);
+  }
+  /// A node that is not there is no error.
+  void RemoveDatabaseNode(const std::string& key) { tree_.RemoveDatabase(key); }
+  /// Fills the node of a new connection: from the database, and then keeps the schema in its file;
+  /// or else from that file, if there is one.
+  void LoadSchema(const std::string& key, const std::shared_ptr<Connection>& connection,
+                  bool fromDatabase);
+  void SetFocus() { trvBrowser_.SetFocus(); }
+
+ private:
+  using TableText = std::string (*)(const std::string& table, const std::vector<std::string>&);
+
+  void WireMenus();
+  void WireTableMenu();
+  void WireTableText(const char* command, TableText text);
+  void WireFieldMenu();
+  void OnSelected(const char* command, NodeKind kind,
+                  const std::function<void(const std::string& key)>& action);
+  void OnDatabase(const char* command,
+                  void (SchemaBrowser::*action)(const std::string& key, Connection& connection));
+
+  void trvBrowser_NodeCheck(const std::string& key);
+  void trvBrowser_MouseDown(const MouseEvent& event);
+  void trvBrowser_MouseUp(const MouseEvent& event);
+  void trvBrowser_DblClick();
+  void trvBrowser_KeyDown(KeyEvent& event);
+  void trvBrowser_KeyUp(KeyEvent& event);
+  void TakeNode(const std::string& key);
+  void PopupMenuOf(const std::string& key, Control* at, int x, int y);
+
+  void mnuDBLoadSchemaFromXML_Click(const std::string& key, Connection& connection);
+  void mnuDBSaveSchemaToXML_Click(const std::string& key, Connection& connection);
+  void mnuFieldBuildVocab_Click(const std::string& key);
+  [[nodiscard]] FileDialog& SchemaFileDialog(const Connection& connection);
+  [[nodiscard]] std::shared_ptr<Connection> ConnectionOf(const std::string& key) const;
+
+  const Global& global_;
+  Window& frame_;
+  SqlTarget& sqlWindow_;
+  SchemaHost& host_;
+  TreeView& trvBrowser_;
+  SchemaTree tree_;
+  SchemaLoading loading_;
+  SchemaFile file_;
+  FieldVocabulary fieldVocabulary_;
+  bool pressedOnNode_ = true;  ///< Where the mouse button went down last.
+};
+
+}  // namespace tessel

@@ -1,0 +1,149 @@
+#include "schema/SchemaFile.h"
+
+#include <pugixml.hpp>
+#include <sstream>
+
+#include "platform/Ascii.h"
+#include "platform/Error.h"
+#include "query/Misc.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr std::string_view ending = ".schema.xml";
+constexpr std::uint64_t mostMegabytes = 32;
+constexpr std::uint64_t mostBytes = mostMegabytes << 20U;
+constexpr std::size_t longestName = 4096;
+
+void AppendNamed(pugi::xml_node& element, const std::string& name) {
+  element.append_attribute("name").set_value(name.c_str());
+}
+
+/// Collects tables and columns in document order. Depths tell which table a column is in; the
+/// elements may be nested as deeply as the file likes.
+class SchemaWalker final : public pugi::xml_tree_walker {
+ public:
+  explicit SchemaWalker(Schema& schema) : schema_(schema) {}
+
+  bool for_each(pugi::xml_node& node) override {
+    while (!open_.empty() && open_.back().depth >= depth()) open_.pop_back();
+    const std::string_view element = node.name();
+    if (element == "Table") OpenTable(NameOf(node));
+    else if (element == "Column") AddColumn(NameOf(node));
+    return true;
+  }
+
+ private:
+  /// A table element that is being walked; skipped when it has no name.
+  struct OpenElement {
+    int depth = 0;
+    bool skipped = false;
+    std::size_t table = 0;
+  };
+
+  static std::string NameOf(const pugi::xml_node& node) {
+    std::string name = node.attribute("name").value();
+    if (name.size() > longestName) RaiseAppError("The name of a table or field is too long.");
+    return name;
+  }
+
+  void OpenTable(std::string name) {
+    open_.push_back({depth(), name.empty(), schema_.size()});
+    if (!name.empty()) schema_.push_back({std::move(name), {}});
+  }
+
+  void AddColumn(std::string name) {
+    if (name.empty() || open_.empty() || open_.back().skipped) return;
+    schema_[open_.back().table].fields.push_back(std::move(name));
+  }
+
+  Schema& schema_;
+  std::vector<OpenElement> open_;
+};
+
+}  // namespace
+
+std::string SchemaFileName(std::string_view connectionString) {
+  const ConnectionPairs pairs = ParseConnectionString(connectionString);
+  std::string name(TrimSpaces(GetConnectionStringValue(
+      pairs, {"Initial Catalog", "Database", "DBQ", "Data Source", "DSN", "Server"})));
+  KeepAfterLast(name, "\\");
+  KeepAfterLast(name, "/");
+  return name.empty() ? name : name.append(ending);
+}
+
+std::string SchemaToXML(const Schema& schema) {
+  pugi::xml_document document;
+  pugi::xml_node database = document.append_child("Database");
+  for (const SchemaTable& table : schema) {
+    pugi::xml_node tableElement = database.append_child("Table");
+    AppendNamed(tableElement, table.name);
+    for (const std::string& field : table.fields) {
+      pugi::xml_node column = tableElement.append_child("Column");
+      AppendNamed(column, field);
+    }
+  }
+  std::ostringstream text;
+  document.save(text, "  ", pugi::format_indent | pugi::format_no_declaration);
+  return text.str();
+}
+
+bool SchemaFromXML(std::string_view text, Schema& schema) {
+  pugi::xml_document document;
+  if (!document.load_buffer(text.data(), text.size())) return false;
+  SchemaWalker walker(schema);
+  document.document_element().traverse(walker);
+  return true;
+}
+
+void SchemaFile::SaveSchemaXML(const std::string& path, const std::string& databaseKey,
+                               bool showErrors) {
+  try {
+    global_.TheFiles().ReplaceWhole(path, SchemaToXML(tree_.Tables(databaseKey)), false);
+  } catch (const Error& error) {
+    Notice(showErrors, "Error saving schema to XML: " + error.Description(), MessageIcon::Critical);
+  }
+}
+
+void SchemaFile::LoadSchemaXML(const std::string& databaseKey, const std::string& path,
+                               bool showMessages) {
+  try {
+    Schema schema;
+    if (Read(path, schema)) return Lay(databaseKey, schema);
+    Notice(showMessages, "Unable to load schema XML file: " + path, MessageIcon::Exclamation);
+  } catch (const Error& error) {
+    Notice(showMessages, "Error loading schema from XML: " + error.Description(),
+           MessageIcon::Critical);
+  }
+}
+
+/// False when the file cannot be read or is no XML document.
+bool SchemaFile::Read(const std::string& path, Schema& schema) const {
+  std::string text;
+  try {
+    const Files& files = global_.TheFiles();
+    if (files.Size(path) <= mostBytes) text = files.ReadWhole(path);
+    else RaiseAppError("The file is larger than " + std::to_string(mostMegabytes) + " megabytes.");
+  } catch (const Error& error) {
+    if (error.Number() == errorNumber::application) throw;
+    return false;
+  }
+  return SchemaFromXML(text, schema);
+}
+
+void SchemaFile::Lay(const std::string& databaseKey, const Schema& schema) {
+  tree_.RefreshDatabase(databaseKey);
+  std::vector<std::string> names;
+  for (const SchemaTable& table : schema) names.push_back(table.name);
+  tree_.AddTables(databaseKey, names);
+  for (const SchemaTable& table : schema)
+    if (!table.fields.empty()) tree_.AddFields(TableNodeKey(databaseKey, table.name), table.fields);
+  tree_.View().SetExpanded(databaseKey, true);
+}
+
+void SchemaFile::Notice(bool show, const std::string& text, MessageIcon icon) const {
+  if (show) help_.HelpMsgBoxNotice(text, MessageButtons::Ok, icon);
+}
+
+}  // namespace tessel

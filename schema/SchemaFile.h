@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "app/Help.h"
+#include "schema/SchemaTree.h"
+
+namespace tessel {
+
+/// The name of the schema file that belongs to a connection: what the connection string calls the
+/// database, without folders, and ".schema.xml". Empty when it names none.
+[[nodiscard]] std::string SchemaFileName(std::string_view connectionString);
+
+/// The schema as an XML document: a `Database` element, in it a `Table` element for each table, in
+/// it a `Column` element for each field, each with the attribute `name`. Without a declaration.
+[[nodiscard]] std::string SchemaToXML(const Schema& schema);
+
+/// Reads such a document into `schema`. `Table` elements are found at any depth, and a `Column`
+/// belongs to the innermost `Table` around it; those without a name are skipped with what they
+/// hold. False when `text` is no XML document; raises Error(application) for what no schema would
+/// hold.
+[[nodiscard]] bool SchemaFromXML(std::string_view text, Schema& schema);
+
+/// Writes the tables and fields of a database node to a file and reads them back.
+class SchemaFile {
+ public:
+  /// Both outlive this object.
+  SchemaFile(const Global& global, SchemaTree& tree)
+      : global_(global), help_(global), tree_(tree) {}
+
+  /// Replaces the file, whole or not at all. A failure is shown when `showErrors`.
+  void SaveSchemaXML(const std::string& path, const std::string& databaseKey, bool showErrors);
+  /// Replaces what hangs on the database node; a failure, shown when `showMessages`, leaves it as
+  /// it was.
+  void LoadSchemaXML(const std::string& databaseKey, const std::string& path, bool showMessages);
+
+ private:
+  [[nodiscard]] bool Read(const std::string& path, Schema& schema) const;
+  void Lay(const std::string& databaseKey, const Schema& schema);
+  void Notice(bool show, const std::string& text, MessageIcon icon) const;
+
+  const Global& global_;
+  Help help_;
+  SchemaTree& tree_;
+};
+
+}  // namespace tessel

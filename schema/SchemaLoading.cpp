@@ -1,0 +1,132 @@
+#include "schema/SchemaLoading.h"
+
+#include "app/Global.h"
+#include "platform/Error.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr const char* tablesQuery =
+    "SELECT TABLE_NAME FROM INFORMATION_SCHEMA.TABLES WHERE TABLE_TYPE IN ('TABLE', 'BASE TABLE') "
+    "AND TABLE_SCHEMA <> 'INFORMATION_SCHEMA' ORDER BY TABLE_NAME";
+constexpr const char* columnsQuery =
+    "SELECT TABLE_NAME, COLUMN_NAME FROM INFORMATION_SCHEMA.COLUMNS WHERE TABLE_SCHEMA <> "
+    "'INFORMATION_SCHEMA' ORDER BY TABLE_NAME, ORDINAL_POSITION";
+
+/// Rows that were read, or null when the user cancelled or declined.
+using Rows = std::shared_ptr<Recordset>;
+
+std::size_t RequireField(const Recordset& rows, std::string_view name) {
+  const auto field = rows.FindField(name);
+  if (!field) RaiseAppError("The rows have no field " + std::string(name) + ".");
+  return *field;
+}
+
+/// One load of one database.
+class Loading {
+ public:
+  Loading(const Help& help, dlgAsync& async, SchemaTree& tree, std::string databaseKey,
+          std::shared_ptr<Connection> connection)
+      : help_(help),
+        async_(async),
+        tree_(tree),
+        databaseKey_(std::move(databaseKey)),
+        connection_(std::move(connection)) {}
+
+  bool Load() {
+    const Rows tables = OpenTables();
+    if (tables == nullptr) return false;
+    tree_.RefreshDatabase(databaseKey_);
+    AddTables(*tables);
+    tables->Close();
+    const Rows fields = OpenFields();
+    if (fields == nullptr) return false;
+    AddFields(*fields);
+    fields->Close();
+    tree_.View().SetExpanded(databaseKey_, true);
+    return true;
+  }
+
+ private:
+  Rows OpenTables() {
+    try {
+      return async_.ReadRows(*connection_, tablesQuery);
+    } catch (const Error&) {
+      connection_->ClearErrors();
+      hasViews_ = false;
+    }
+    return connection_->OpenSchema(SchemaRowset::Tables, {"", "", "", "TABLE"});
+  }
+
+  Rows OpenFields() {
+    try {
+      if (hasViews_) return async_.ReadRows(*connection_, columnsQuery);
+    } catch (const Error&) {
+      connection_->ClearErrors();
+      if (!AskForSecondWay()) return nullptr;
+    }
+    Rows rows = connection_->OpenSchema(SchemaRowset::Columns, {});
+    rows->SetSort("TABLE_NAME, ORDINAL_POSITION");
+    return rows;
+  }
+
+  bool AskForSecondWay() {
+    return help_.HelpMsgBoxQuestion(
+               "Could not get field names by querying INFORMATION_SCHEMA.COLUMNS. Proceed using "
+               "OpenSchema?",
+               MessageButtons::YesNo, MessageIcon::Question) == MessageResult::Yes;
+  }
+
+  void AddTables(const Recordset& rows) {
+    const std::size_t name = RequireField(rows, "TABLE_NAME");
+    std::vector<std::string> names;
+    async_.ForEach("Reading table names...", rows.RecordCount(),
+                   [&](std::int64_t row) { names.push_back(ToText(rows.ValueAt(row, name))); });
+    tree_.AddTables(databaseKey_, names);
+  }
+
+  /// The rows come table by table; each table's fields are added together.
+  void AddFields(const Recordset& rows) {
+    const std::size_t name = RequireField(rows, "COLUMN_NAME");
+    const std::size_t tableName = RequireField(rows, "TABLE_NAME");
+    SchemaTable table;
+    async_.ForEach("Reading field names...", rows.RecordCount(), [&](std::int64_t row) {
+      const std::string of = ToText(rows.ValueAt(row, tableName));
+      if (of != table.name) {
+        AddFieldsOf(table);
+        table = {of, {}};
+      }
+      table.fields.push_back(ToText(rows.ValueAt(row, name)));
+    });
+    AddFieldsOf(table);
+  }
+
+  /// Fields of what is not among the tables, such as a view, are left out.
+  void AddFieldsOf(const SchemaTable& table) {
+    const std::string key = TableNodeKey(databaseKey_, table.name);
+    if (!table.fields.empty() && tree_.View().Exists(key)) tree_.AddFields(key, table.fields);
+  }
+
+  const Help& help_;
+  dlgAsync& async_;
+  SchemaTree& tree_;
+  std::string databaseKey_;
+  std::shared_ptr<Connection> connection_;
+  bool hasViews_ = true;
+};
+
+}  // namespace
+
+bool SchemaLoading::LoadSchemaFromDB(const std::string& databaseKey,
+                                     const std::shared_ptr<Connection>& connection) {
+  try {
+    return Loading(help_, async_, tree_, databaseKey, connection).Load();
+  } catch (const Error& error) {
+    help_.HelpMsgBoxNotice("Unable to get database schema information: " + error.Description(),
+                           MessageButtons::Ok, MessageIcon::Critical);
+    return false;
+  }
+}
+
+}  // namespace tessel
