@@ -83,17 +83,26 @@ bool IsQuoted(const ValueView& value) {
          std::holds_alternative<MomentView>(value) || std::holds_alternative<BinaryView>(value);
 }
 
-/// Calls `visit` with each character's code point and bytes; a byte that is no UTF-8 counts as a
-/// character.
+struct Character {
+  utf8proc_int32_t code = -1;  ///< -1 for a byte that is no UTF-8.
+  std::string_view bytes;
+};
+
+Character DecodeFirst(std::string_view text) {
+  utf8proc_int32_t code = 0;
+  const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                                       static_cast<utf8proc_ssize_t>(text.size()), &code);
+  if (length <= 0) return {-1, text.substr(0, 1)};
+  return {code, text.substr(0, static_cast<std::size_t>(length))};
+}
+
+/// Calls `visit` with each character's code point and bytes.
 template <class Visit>
 void ForEachCharacter(std::string_view text, Visit visit) {
   while (!text.empty()) {
-    utf8proc_int32_t code = 0;
-    const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                                         static_cast<utf8proc_ssize_t>(text.size()), &code);
-    const std::size_t size = length > 0 ? static_cast<std::size_t>(length) : 1;
-    visit(length > 0 ? code : -1, text.substr(0, size));
-    text.remove_prefix(size);
+    const Character character = DecodeFirst(text);
+    visit(character.code, character.bytes);
+    text.remove_prefix(character.bytes.size());
   }
 }
 
@@ -121,6 +130,8 @@ bool IsIdentifierChar(char c) {
   return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' ||
          c == '#' || c == '@' || c == '$';
 }
+
+std::string_view FirstCharacter(std::string_view text) { return DecodeFirst(text).bytes; }
 
 std::string UpperCase(std::string_view text) {
   std::string result;

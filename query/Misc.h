@@ -39,6 +39,8 @@ using ConnectionPairs = std::map<std::string, std::string, std::less<>>;
 [[nodiscard]] std::string QuoteIdentifier(std::string_view name);
 /// Whether a byte belongs to the class [A-Za-z0-9_#@$].
 [[nodiscard]] bool IsIdentifierChar(char c);
+/// The bytes of a text's first character, which it has; a byte that is no UTF-8 counts as one.
+[[nodiscard]] std::string_view FirstCharacter(std::string_view text);
 /// `text` in upper case, by character.
 [[nodiscard]] std::string UpperCase(std::string_view text);
 
