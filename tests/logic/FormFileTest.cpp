@@ -154,6 +154,29 @@ TEST_F(FormFileTest, ReadsMenus) {
   EXPECT_EQ(item.ParentTitle(), &window->Menu("menuFile"));
 }
 
+TEST_F(FormFileTest, ACommandMayStandInTheMenuBarAndInAPopUpMenu) {
+  Write(Widget("QMenuBar", "menuBar",
+               Widget("QMenu", "menuFile", "<addaction name=\"mnuNew\"/>") +
+                   Widget("QMenu", "menuPopUp", "<addaction name=\"mnuNew\"/>") +
+                   Widget("QMenu", "menuOther", "<addaction name=\"mnuOwn\"/>") +
+                   "<addaction name=\"menuFile\"/>") +
+        "<action name=\"mnuNew\"/><action name=\"mnuOwn\"/>");
+  const auto made = Make();
+  auto& window = dynamic_cast<HeadlessWindow&>(*made);
+  window.Show();
+  std::vector<std::string> events;
+  for (const char* name : {"menuFile", "menuPopUp", "menuOther", "mnuNew"})
+    window.Menu(name).Click = [&events, name] { events.emplace_back(name); };
+  window.ChooseMenu("mnuNew");
+  EXPECT_THAT(events, ElementsAre("menuFile", "mnuNew"));
+  events.clear();
+  desktop_.ExpectPopup("menuPopUp", "mnuNew");
+  window.PopupMenu(window.Menu("menuPopUp"), nullptr, 0, 0);
+  EXPECT_THAT(events, ElementsAre("menuPopUp", "mnuNew"));
+  const auto& command = dynamic_cast<HeadlessMenuItem&>(window.Menu("mnuNew"));
+  EXPECT_FALSE(command.CanBeChosen(&dynamic_cast<HeadlessMenuItem&>(window.Menu("menuOther"))));
+}
+
 TEST_F(FormFileTest, TheTabKeyFollowsTheForm) {
   Write(Widget("QPushButton", "cmdOne") + Widget("QLabel", "lblIt") +
             Widget("QPushButton", "cmdTwo") +
@@ -191,6 +214,15 @@ TEST_F(FormFileTest, MnemonicsPressButtonsAndLeadToBuddies) {
   EXPECT_EQ(window.FocusName(), "txtIt");
   window.PressKey('D', shiftState::alt);
   EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(FormFileTest, EscapeClosesADialogWithoutACancelButton) {
+  Write(Widget("QPushButton", "cmdOne"));
+  const auto made = Make();
+  auto& window = dynamic_cast<HeadlessWindow&>(*made);
+  window.Show();
+  window.PressKey(key::escape);
+  EXPECT_FALSE(window.Loaded());
 }
 
 TEST_F(FormFileTest, TheFocusLeavesWhatIsHidden) {

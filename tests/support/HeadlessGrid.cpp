@@ -41,7 +41,8 @@ std::string HeadlessGrid::ShownText(std::int64_t position, int column) const {
   const ValueView value = source_->ValueAt(position, static_cast<std::size_t>(column));
   std::string text;
   if (DataFormat* format = At(column).format) format->Format.Raise(failures_, value, text);
-  return text.empty() ? ToText(value) : text;
+  if (!text.empty()) return text;
+  return IsNull(value) ? "NULL" : ToText(value);
 }
 
 void HeadlessGrid::Copy() {

@@ -148,9 +148,11 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   void On(std::string_view name, const std::function<void(Kind&)>& action);
   void ClickOn(HeadlessControl& control, int shift);
   void HandleKey(int keyCode, int shift);
+  [[nodiscard]] HeadlessWindow& MenuHolder();
   [[nodiscard]] bool TakeShortcut(int keyCode, int shift);
   [[nodiscard]] bool TakeMnemonic(int keyCode, int shift);
   void TakeDialogKey(int keyCode, int shift);
+  void PressCancel();
   void ReleaseKey(int keyCode, int shift);
   void MoveFocus(bool forwards);
 

@@ -291,11 +291,16 @@ void HeadlessWindow::ReleaseKey(int keyCode, int shift) {
   if (!event.handled && focus != nullptr && Owns(focus)) focus->RaiseKeyUp(event);
 }
 
-/// Shortcuts of this window's menus and, in a document without menus of its own, of the frame's.
+/// The window whose menus have the keys: inside a frame the active document if it has menus of its
+/// own, else the frame.
+HeadlessWindow& HeadlessWindow::MenuHolder() {
+  HeadlessWindow* document = IsFrame() ? desktop_.Stack().ActiveDocument(*this) : this;
+  if (document != nullptr && !document->controls_.Menus().empty()) return *document;
+  return frame_ != nullptr ? *frame_ : *this;
+}
+
 bool HeadlessWindow::TakeShortcut(int keyCode, int shift) {
-  HeadlessMenuItem* command = controls_.FindShortcut(keyCode, shift);
-  if (command == nullptr && frame_ != nullptr && controls_.Menus().empty())
-    command = frame_->controls_.FindShortcut(keyCode, shift);
+  HeadlessMenuItem* command = MenuHolder().controls_.FindShortcut(keyCode, shift);
   if (command == nullptr) return false;
   command->Choose();
   return true;
@@ -322,14 +327,21 @@ void HeadlessWindow::TakeDialogKey(int keyCode, int shift) {
   const bool plain = shift == shiftState::none;
   if (keyCode == key::tab && (plain || shift == shiftState::shift)) return MoveFocus(plain);
   if (!plain || frame_ != nullptr || IsFrame()) return;
-  HeadlessControl* button = nullptr;
-  if (keyCode == key::enter)
-    button =
-        controls_.FindUsable([](HeadlessControl& control) { return control.IsDefaultButton(); });
-  if (keyCode == key::escape)
-    button =
-        controls_.FindUsable([](HeadlessControl& control) { return control.IsCancelButton(); });
+  if (keyCode == key::escape) PressCancel();
+  if (keyCode != key::enter) return;
+  HeadlessControl* button =
+      controls_.FindUsable([](HeadlessControl& control) { return control.IsDefaultButton(); });
   if (button != nullptr) button->Press();
+}
+
+/// A dialog without a cancel button is closed as by its control box.
+void HeadlessWindow::PressCancel() {
+  for (const auto& control : controls_.Controls()) {
+    if (!control->IsCancelButton()) continue;
+    if (control->Usable()) control->Press();
+    return;
+  }
+  Unload(UnloadReason::ControlBox);
 }
 
 void HeadlessWindow::MoveFocus(bool forwards) {

@@ -62,6 +62,11 @@ HeadlessWindow* WindowStack::KeyboardWindow() const {
   return inside && !front.window->KeepsOwnFocus() ? front.document : front.window;
 }
 
+HeadlessWindow* WindowStack::ActiveDocument(const HeadlessWindow& frame) const {
+  HeadlessWindow* document = CurrentFront().document;
+  return document != nullptr && document->FrameAround() == &frame ? document : nullptr;
+}
+
 WindowStack::Front WindowStack::CurrentFront() const {
   Front front;
   for (HeadlessWindow* window : order_)

@@ -35,6 +35,8 @@ class WindowStack {
   void UpdateFocus();
   /// The window that the keyboard works on; null when none is shown.
   [[nodiscard]] HeadlessWindow* KeyboardWindow() const;
+  /// The document in front inside a frame; null when none is shown.
+  [[nodiscard]] HeadlessWindow* ActiveDocument(const HeadlessWindow& frame) const;
 
  private:
   struct Front {

@@ -171,6 +171,7 @@ void ValuesAreShownAsTheyAre(ContractHost& host) {
   test.Bind();
   EXPECT_EQ(test.grid.ShownText(1, 0), "2");
   EXPECT_EQ(test.grid.ShownText(1, 1), "<b>two</b>");
+  EXPECT_NE(test.grid.ShownText(2, 1), "") << "null looks different from an empty text";
 }
 
 void AFormatDecidesHowValuesAreShown(ContractHost& host) {

@@ -89,6 +89,23 @@ void TheFramesShortcutsReachItsDocuments(ContractHost& host) {
   EXPECT_EQ(record.Take(), (Seen{"execute", "preview"}));
 }
 
+void ADocumentsOwnMenusKeepTheFramesShortcutsOut(ContractHost& host) {
+  const Framed windows(host, "frmRecords");
+  Record record;
+  windows.frame->Menu("mnuDBExecute").Click = record.Noting("execute");
+  windows.frame->Menu("mnuWindowSidebar").Click = record.Noting("frame's sidebar");
+  windows.document->Menu("mnuWindowSidebar").Click = record.Noting("document's sidebar");
+  windows.document->KeyDown = [&](KeyEvent& event) {
+    record.Add("key " + std::to_string(event.keyCode));
+  };
+  windows.document->Find<Control>("txtStatus").SetFocus();
+  host.Settle();
+  host.PressKey(*windows.document, key::f5);
+  EXPECT_EQ(record.Take(), Seen{"key 116"});
+  host.PressKey(*windows.document, key::f8);
+  EXPECT_EQ(record.Take(), Seen{"document's sidebar"});
+}
+
 void CaptionsAndTagsAreKept(ContractHost& host) {
   const auto frame = ShowForm(host, "frmMDI");
   MenuItem& command = frame->Menu("mnuFileSave");
@@ -127,16 +144,18 @@ void APopupReturnsWhenItHasClosed(ContractHost& host) {
 }  // namespace
 
 std::vector<ContractCase> MenuContract() {
-  return {{"OpeningTitlesComesBeforeTheCommand", &OpeningTitlesComesBeforeTheCommand},
-          {"ATitleMayDisableItsCommands", &ATitleMayDisableItsCommands},
-          {"ADisabledCommandIsNotChosen", &ADisabledCommandIsNotChosen},
-          {"ChoosingLeavesTheCheckAlone", &ChoosingLeavesTheCheckAlone},
-          {"ChecksAreSetSilently", &ChecksAreSetSilently},
-          {"AShortcutChoosesItsCommand", &AShortcutChoosesItsCommand},
-          {"TheFramesShortcutsReachItsDocuments", &TheFramesShortcutsReachItsDocuments},
-          {"CaptionsAndTagsAreKept", &CaptionsAndTagsAreKept},
-          {"AMissingMenuRaises", &AMissingMenuRaises},
-          {"APopupReturnsWhenItHasClosed", &APopupReturnsWhenItHasClosed}};
+  return {
+      {"OpeningTitlesComesBeforeTheCommand", &OpeningTitlesComesBeforeTheCommand},
+      {"ATitleMayDisableItsCommands", &ATitleMayDisableItsCommands},
+      {"ADisabledCommandIsNotChosen", &ADisabledCommandIsNotChosen},
+      {"ChoosingLeavesTheCheckAlone", &ChoosingLeavesTheCheckAlone},
+      {"ChecksAreSetSilently", &ChecksAreSetSilently},
+      {"AShortcutChoosesItsCommand", &AShortcutChoosesItsCommand},
+      {"TheFramesShortcutsReachItsDocuments", &TheFramesShortcutsReachItsDocuments},
+      {"ADocumentsOwnMenusKeepTheFramesShortcutsOut", &ADocumentsOwnMenusKeepTheFramesShortcutsOut},
+      {"CaptionsAndTagsAreKept", &CaptionsAndTagsAreKept},
+      {"AMissingMenuRaises", &AMissingMenuRaises},
+      {"APopupReturnsWhenItHasClosed", &APopupReturnsWhenItHasClosed}};
 }
 
 }  // namespace tessel::test
