@@ -6,7 +6,7 @@ void Program::Main() {
   global_.DetectJetProvider();
   global_.SetHelpFile();
   vocabulary_.LoadVocabulary();
-  frame_ = std::make_unique<frmMDI>(global_, vocabulary_);
+  frame_ = std::make_unique<frmMDI>(global_, vocabulary_, tags_);
   frame_->Show();
 }
 

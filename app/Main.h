@@ -5,6 +5,7 @@
 #include "app/Global.h"
 #include "app/frmMDI.h"
 #include "query/vocab.h"
+#include "schema/TagStore.h"
 
 namespace tessel {
 
@@ -23,6 +24,7 @@ class Program {
  private:
   Global global_;
   Vocabulary vocabulary_;
+  TagStore tags_;
   std::unique_ptr<frmMDI> frame_;
 };
 

@@ -50,6 +50,7 @@ void Sidebar::box_Resize() {
   const int tagsHeight = usable * 30 / 100;
   PlaceTags(width, framesTop, tagsHeight);
   PlaceBrowser(width, framesTop + tagsHeight, usable - tagsHeight);
+  if (onPlaced) onPlaced();
 }
 
 void Sidebar::PlaceTags(int width, int top, int height) {

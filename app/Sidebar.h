@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "platform/Button.h"
 #include "platform/Label.h"
 #include "platform/ListView.h"
@@ -17,6 +19,9 @@ class Sidebar {
   [[nodiscard]] bool Shown() const { return box_.Visible(); }
   void Show(bool shown) { box_.SetVisible(shown); }
   void Toggle() { Show(!Shown()); }
+
+  /// Called when the panels have been placed anew.
+  std::function<void()> onPlaced;
 
  private:
   void box_Resize();

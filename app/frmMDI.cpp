@@ -21,7 +21,7 @@ std::string TrimSelection(std::string text) {
 
 }  // namespace
 
-frmMDI::frmMDI(const Global& global, Vocabulary& vocabulary)
+frmMDI::frmMDI(const Global& global, Vocabulary& vocabulary, TagStore& tags)
     : global_(global),
       vocabulary_(vocabulary),
       help_(global),
@@ -29,7 +29,9 @@ frmMDI::frmMDI(const Global& global, Vocabulary& vocabulary)
       sidebar_(*window_),
       async_(global.TheDesktop(), *window_),
       main_(std::make_unique<frmMain>(global, static_cast<QueryHost&>(*this))),
-      browser_({global, *window_, async_, vocabulary, *main_, *this}) {
+      browser_({global, *window_, async_, vocabulary, *main_, *this}),
+      tagsPanel_({global, *window_, tags, *main_, *this}) {
+  sidebar_.onPlaced = [this] { tagsPanel_.FollowResize(); };
   WireMenus();
   window_->Unloaded = [this] { MDIForm_Unload(); };
 }

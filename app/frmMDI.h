@@ -13,6 +13,7 @@
 #include "query/vocab.h"
 #include "results/frmRecords.h"
 #include "schema/SchemaBrowser.h"
+#include "schema/TagsPanel.h"
 
 namespace tessel {
 
@@ -21,9 +22,10 @@ namespace tessel {
 class frmMDI : private QueryHost,
                private RecordsHost,
                private SchemaHost,
+               private TagsHost,
                private ConnectionOpener {
  public:
-  frmMDI(const Global& global, Vocabulary& vocabulary);
+  frmMDI(const Global& global, Vocabulary& vocabulary, TagStore& tags);
   ~frmMDI();
 
   /// Shows the frame with the query window, and opens the saved-connections dialog once.
@@ -43,6 +45,7 @@ class frmMDI : private QueryHost,
   void mnuHelpIndex_Click() override { help_.ShowIndex(); }
   void mnuHelpShortcuts_Click() override;
   void mnuHelpAbout_Click() override;
+  void ConfirmTagValueSync() { tagsPanel_.ConfirmTagValueSync(); }
 
   [[nodiscard]] Window& TheWindow() { return *window_; }
   [[nodiscard]] frmMain& QueryWindow() { return *main_; }
@@ -78,6 +81,9 @@ class frmMDI : private QueryHost,
   void FocusQueryWindow() override;
   [[nodiscard]] bool SidebarShown() const override { return sidebar_.Shown(); }
   void InsertText(std::string_view text) override { main_->InsertText(text); }
+  std::string GetTagValue(const std::string& name, bool parenthesised, bool quoted) override {
+    return tagsPanel_.GetTagValue(name, parenthesised, quoted);
+  }
   // SchemaHost
   [[nodiscard]] std::shared_ptr<Connection> ConnectionOf(int windowNumber) override;
   // ConnectionOpener
@@ -97,6 +103,7 @@ class frmMDI : private QueryHost,
   int recordsWindowCount_ = 0;
   std::unique_ptr<frmMain> main_;
   SchemaBrowser browser_;
+  TagsPanel tagsPanel_;
   std::vector<std::unique_ptr<frmRecords>> records_;
   std::shared_ptr<const void> alive_ = std::make_shared<int>();  ///< Deferred work checks it.
 };

@@ -23,6 +23,9 @@ class RecordsHost : public SqlTarget {
   virtual void LoadSchema(const std::string& key, const std::shared_ptr<Connection>& connection,
                           bool fromDatabase) = 0;
   virtual void FocusQueryWindow() = 0;
+  /// What a named tag stands for. Raises Error(application) when there is no such tag or it has no
+  /// value.
+  virtual std::string GetTagValue(const std::string& name, bool parenthesised, bool quoted) = 0;
 
   /// The Window and Help commands of the frame.
   virtual void mnuNewInstance_Click() = 0;

@@ -20,6 +20,20 @@ constexpr const char* sqlFilter = "SQL Files (*.sql)|*.sql";
 
 bool IsNoInterface(const ErrorInfo& error) { return error.number == errorNumber::noInterface; }
 
+/// The progress window without a bar, for as long as this lives.
+class ProcessShown {
+ public:
+  ProcessShown(dlgAsync& async, const std::string& message) : async_(async) {
+    async.InitProcess(message);
+  }
+  ~ProcessShown() { async_.Unload(); }
+  ProcessShown(const ProcessShown&) = delete;
+  ProcessShown& operator=(const ProcessShown&) = delete;
+
+ private:
+  dlgAsync& async_;
+};
+
 }  // namespace
 
 frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
@@ -221,7 +235,21 @@ void frmRecords::cmdReconnect_Click() {
 // --------------------------------------------------------------------------------------------------
 
 bool frmRecords::DoQueryTags(const std::string& taggedSQL, bool confirmFirst, int historyPosition) {
-  return ExecuteSQL({taggedSQL, taggedSQL, confirmFirst, historyPosition, 0});
+  std::optional<SubstitutedText> filled = Preprocess(taggedSQL);
+  if (!filled) return false;
+  return ExecuteSQL(
+      {std::move(filled->text), taggedSQL, confirmFirst, historyPosition, filled->usedSources});
+}
+
+/// Nothing when the tags could not be filled in; the reason has been shown then.
+std::optional<SubstitutedText> frmRecords::Preprocess(const std::string& taggedSQL) {
+  try {
+    const ProcessShown shown(async_, "Preprocessing SQL...");
+    return SubstituteTags(taggedSQL, *this);
+  } catch (const Error& error) {
+    help_.HelpMsgBoxNotice(error.Description(), MessageButtons::Ok, MessageIcon::Exclamation);
+    return std::nullopt;
+  }
 }
 
 bool frmRecords::ExecuteSQL(Execution execution) {
@@ -398,6 +426,16 @@ void frmRecords::ShowLongText(const std::string& text, int helpContext) {
 // --- values for tags
 // ----------------------------------------------------------------------------------------------
 
+std::string frmRecords::Resolve(const Tag& tag) {
+  switch (tag.type) {
+    case tagType::field: return GetTagFieldValue(tag.name, tag.List(), tag.Quoted());
+    case tagType::named: return host_.GetTagValue(tag.name, tag.List(), tag.Quoted());
+    default:
+      return GetClipboardTag(global_.TheDesktop().TheClipboard(), tag.name, tag.List(),
+                             tag.Quoted());
+  }
+}
+
 std::string frmRecords::GetTagFieldValue(const std::string& fieldName, bool asList, bool quoted) {
   if (!dataGrid_.Visible() || dataGrid_.DataSource() == nullptr)
     RaiseAppError("No records available.");
@@ -414,10 +452,11 @@ std::string frmRecords::GetTagFieldValue(const std::string& fieldName, bool asLi
 /// Works on a clone, so that the grid's position is not moved.
 std::string frmRecords::ListOfValues(Recordset& rows, std::size_t field, bool quoted) {
   const std::shared_ptr<Recordset> clone = rows.Clone(LockType::ReadOnly);
+  const std::string separator = ", ";
   std::string list;
   const auto append = [&] {
     if (!async_.Yield()) RaiseAppError("Cancelled.");
-    list += (list.empty() ? "" : ", ") + FormatTagValue(clone->FieldValue(field), quoted);
+    list += separator + FormatTagValue(clone->FieldValue(field), quoted);
   };
   const std::vector<Bookmark> selected = dataGrid_.SelBookmarks();
   for (const Bookmark bookmark : selected) {
@@ -427,7 +466,7 @@ std::string frmRecords::ListOfValues(Recordset& rows, std::size_t field, bool qu
   if (selected.empty())
     for (clone->MoveFirst(); !clone->Eof(); clone->MoveNext()) append();
   clone->Close();
-  return "(" + list + ")";
+  return "(" + list.substr(separator.size()) + ")";
 }
 
 }  // namespace tessel

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/Help.h"
@@ -14,6 +15,7 @@
 #include "results/QueryHistory.h"
 #include "results/RecordsHost.h"
 #include "results/StatusLine.h"
+#include "schema/TagScanner.h"
 
 namespace tessel {
 
@@ -33,7 +35,7 @@ inline constexpr int newQuery = -1;
 
 /// A window bound to one connection: it opens it, runs SQL on it and shows the rows, the counts and
 /// the errors.
-class frmRecords : private QueryRunner {
+class frmRecords : private QueryRunner, private TagResolver {
  public:
   frmRecords(const Global& global, dlgAsync& async, RecordsHost& host);
   ~frmRecords();
@@ -44,8 +46,9 @@ class frmRecords : private QueryRunner {
   /// or was cancelled; the window is then unloaded.
   bool Connect(const ConnectRequest& request);
 
-  /// Runs SQL as the user gave it, tags and all; shown for review first when `confirmFirst`. True
-  /// when it ran to its end.
+  /// Runs SQL as the user gave it, its tags filled in first; shown for review before it runs when
+  /// `confirmFirst`. True when it ran to its end. A tag that cannot be filled in is shown, and
+  /// nothing runs.
   bool DoQueryTags(const std::string& taggedSQL, bool confirmFirst, int historyPosition);
 
   /// The values of a field of the rows on show as SQL text: the current row's, or as a list those
@@ -93,6 +96,7 @@ class frmRecords : private QueryRunner {
   void UseCatalog(const std::string& name);
   void cmdReconnect_Click();
 
+  [[nodiscard]] std::optional<SubstitutedText> Preprocess(const std::string& taggedSQL);
   bool ExecuteSQL(Execution execution);
   bool Run(const Execution& execution, std::int64_t start);
   bool ReportNoRows(std::int64_t recordsAffected, bool interrupted);
@@ -115,6 +119,9 @@ class frmRecords : private QueryRunner {
   void RunTagged(const HistoryEntry& entry, bool confirmFirst, int position) override;
   void ShowSQL(const std::string& sql) override;
   void ShowLongText(const std::string& text, int helpContext);
+  // TagResolver
+  [[nodiscard]] bool Yield() override { return async_.Yield(); }
+  [[nodiscard]] std::string Resolve(const Tag& tag) override;
   static void BLOBDataFormat_Format(const ValueView& value, std::string& shown);
   [[nodiscard]] std::string ListOfValues(Recordset& rows, std::size_t field, bool quoted);
 

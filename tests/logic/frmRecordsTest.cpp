@@ -1,6 +1,7 @@
 #include "results/frmRecords.h"
 
 #include "platform/TreeView.h"
+#include "schema/TagValue.h"
 #include "tests/logic/LogicFixture.h"
 
 namespace tessel {
@@ -36,6 +37,11 @@ class FakeRecordsHost : public RecordsHost {
   void mnuHelpAbout_Click() override { commands.emplace_back("about"); }
   [[nodiscard]] bool SidebarShown() const override { return sidebarShown; }
   void InsertText(std::string_view text) override { inserted += text; }
+  std::string GetTagValue(const std::string& name, bool parenthesised, bool quoted) override {
+    const auto found = tagValues.find(name);
+    if (found == tagValues.end()) RaiseAppError("Undefined tag: '" + name + "'");
+    return FormatTagText(found->second, parenthesised, quoted);
+  }
 
   int lastID = 0;
   int count = 0;
@@ -44,6 +50,7 @@ class FakeRecordsHost : public RecordsHost {
   std::vector<std::string> loads;
   std::vector<std::string> commands;
   std::string inserted;
+  std::map<std::string, std::string> tagValues;
 };
 
 class frmRecordsTest : public test::LogicFixture {
