@@ -170,7 +170,7 @@ TEST_F(FormFileTest, ACommandMayStandInTheMenuBarAndInAPopUpMenu) {
   window.ChooseMenu("mnuNew");
   EXPECT_THAT(events, ElementsAre("menuFile", "mnuNew"));
   events.clear();
-  desktop_.ExpectPopup("menuPopUp", "mnuNew");
+  desktop_->ExpectPopup("menuPopUp", "mnuNew");
   window.PopupMenu(window.Menu("menuPopUp"), nullptr, 0, 0);
   EXPECT_THAT(events, ElementsAre("menuPopUp", "mnuNew"));
   const auto& command = dynamic_cast<HeadlessMenuItem&>(window.Menu("mnuNew"));

@@ -1,5 +1,7 @@
 #include "tests/support/HeadlessMenu.h"
 
+#include <algorithm>
+
 namespace tessel::test {
 
 HeadlessMenuItem::HeadlessMenuItem(const FormMenuItem& item, FailureSink& failures)
@@ -15,11 +17,11 @@ HeadlessMenuItem::HeadlessMenuItem(const FormMenuItem& item, FailureSink& failur
 
 void HeadlessMenuItem::Append(HeadlessMenuItem& entry) {
   entries_.push_back(&entry);
-  entry.parent_ = this;
+  entry.parents_.push_back(this);
 }
 
 bool HeadlessMenuItem::InMenuBar() const {
-  return inMenuBar_ || (parent_ != nullptr && parent_->InMenuBar());
+  return inMenuBar_ || std::ranges::any_of(parents_, &HeadlessMenuItem::InMenuBar);
 }
 
 bool HeadlessMenuItem::HasShortcut(int keyCode, int shift) const {
@@ -28,13 +30,21 @@ bool HeadlessMenuItem::HasShortcut(int keyCode, int shift) const {
 
 bool HeadlessMenuItem::CanBeChosen(const HeadlessMenuItem* root) const {
   if (!visible_ || !enabled_) return false;
-  return this == root || parent_ == nullptr || parent_->CanBeChosen(root);
+  if (this == root || parents_.empty()) return this == root || root == nullptr;
+  return std::ranges::any_of(parents_, [&](auto* parent) { return parent->CanBeChosen(root); });
+}
+
+bool HeadlessMenuItem::LiesBelow(const HeadlessMenuItem* root) const {
+  return std::ranges::any_of(
+      parents_, [&](auto* parent) { return parent == root || parent->LiesBelow(root); });
 }
 
 void HeadlessMenuItem::OpenTitles(const HeadlessMenuItem* root) {
-  if (parent_ == nullptr || parent_ == root) return;
-  parent_->OpenTitles(root);
-  parent_->RaiseOpening();
+  for (HeadlessMenuItem* parent : parents_) {
+    if (root == nullptr ? !parent->InMenuBar() : !parent->LiesBelow(root)) continue;
+    parent->OpenTitles(root);
+    return parent->RaiseOpening();
+  }
 }
 
 }  // namespace tessel::test

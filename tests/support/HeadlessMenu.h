@@ -26,21 +26,26 @@ class HeadlessMenuItem final : public MenuItem {
   /// Whether it is reached from the menu bar and not from a pop-up menu.
   [[nodiscard]] bool InMenuBar() const;
   [[nodiscard]] bool Checkable() const { return checkable_; }
-  [[nodiscard]] HeadlessMenuItem* ParentTitle() const { return parent_; }
+  /// The first title that holds it; null for a title of its own. A command may be in several.
+  [[nodiscard]] HeadlessMenuItem* ParentTitle() const {
+    return parents_.empty() ? nullptr : parents_.front();
+  }
   /// What a title holds, in order; separators too.
   [[nodiscard]] const std::vector<HeadlessMenuItem*>& Entries() const { return entries_; }
   void Append(HeadlessMenuItem& entry);
 
   [[nodiscard]] bool HasShortcut(int keyCode, int shift) const;
-  /// Whether this and all titles above it, up to `root` (null: the last one), show and are enabled.
+  /// Whether this and the titles above it, up to `root` (null: the last one), show and are enabled.
   [[nodiscard]] bool CanBeChosen(const HeadlessMenuItem* root) const;
-  /// Opens the titles above it that lie below `root` (null: all), the outermost first: a Click
-  /// each.
+  /// Opens the titles above it that lie below `root` (null: those up to the menu bar), the
+  /// outermost first: a Click each.
   void OpenTitles(const HeadlessMenuItem* root);
   /// A title is about to open.
   void RaiseOpening() const { RaiseClick(); }
 
  private:
+  [[nodiscard]] bool LiesBelow(const HeadlessMenuItem* root) const;
+
   std::string caption_;
   bool checkable_;
   bool checked_;
@@ -49,7 +54,7 @@ class HeadlessMenuItem final : public MenuItem {
   bool isTitle_;
   bool inMenuBar_;
   std::optional<FormShortcut> shortcut_;
-  HeadlessMenuItem* parent_ = nullptr;
+  std::vector<HeadlessMenuItem*> parents_;
   std::vector<HeadlessMenuItem*> entries_;
 };
 
