@@ -76,7 +76,7 @@ std::string SchemaFileName(std::string_view connectionString) {
 std::string SchemaToXML(const Schema& schema) {
   pugi::xml_document document;
   pugi::xml_node database = document.append_child("Database");
-  for (const SchemaTable& table : schema) {
+  for (const TableSchema& table : schema) {
     pugi::xml_node tableElement = database.append_child("Table");
     AppendNamed(tableElement, table.name);
     for (const std::string& field : table.fields) {
@@ -135,9 +135,9 @@ bool SchemaFile::Read(const std::string& path, Schema& schema) const {
 void SchemaFile::Lay(const std::string& databaseKey, const Schema& schema) {
   tree_.RefreshDatabase(databaseKey);
   std::vector<std::string> names;
-  for (const SchemaTable& table : schema) names.push_back(table.name);
+  for (const TableSchema& table : schema) names.push_back(table.name);
   tree_.AddTables(databaseKey, names);
-  for (const SchemaTable& table : schema)
+  for (const TableSchema& table : schema)
     if (!table.fields.empty()) tree_.AddFields(TableNodeKey(databaseKey, table.name), table.fields);
   tree_.View().SetExpanded(databaseKey, true);
 }

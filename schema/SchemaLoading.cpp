@@ -90,7 +90,7 @@ class Loading {
   void AddFields(const Recordset& rows) {
     const std::size_t name = RequireField(rows, "COLUMN_NAME");
     const std::size_t tableName = RequireField(rows, "TABLE_NAME");
-    SchemaTable table;
+    TableSchema table;
     async_.ForEach("Reading field names...", rows.RecordCount(), [&](std::int64_t row) {
       const std::string of = ToText(rows.ValueAt(row, tableName));
       if (of != table.name) {
@@ -103,7 +103,7 @@ class Loading {
   }
 
   /// Fields of what is not among the tables, such as a view, are left out.
-  void AddFieldsOf(const SchemaTable& table) {
+  void AddFieldsOf(const TableSchema& table) {
     const std::string key = TableNodeKey(databaseKey_, table.name);
     if (!table.fields.empty() && tree_.View().Exists(key)) tree_.AddFields(key, table.fields);
   }

@@ -10,12 +10,12 @@
 namespace tessel {
 
 /// A table's name and the names of its fields in column order.
-struct SchemaTable {
+struct TableSchema {
   std::string name;
   std::vector<std::string> fields;
-  bool operator==(const SchemaTable&) const = default;
+  bool operator==(const TableSchema&) const = default;
 };
-using Schema = std::vector<SchemaTable>;
+using Schema = std::vector<TableSchema>;
 
 enum class NodeKind { None, Database, Table, Field };
 
