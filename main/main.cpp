@@ -1,0 +1,29 @@
+// Puts the program together: the desktop, the databases, the files, and the logic that works on
+// them.
+
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+
+#include "app/Main.h"
+#include "platform/data/DataAccessObjects.h"
+#include "platform/desktop/QtDesktop.h"
+#include "platform/system/Executable.h"
+#include "platform/system/PosixFiles.h"
+
+int main(int argc, char* argv[]) {
+  using namespace tessel;
+  QtDesktop desktop(argc, argv);
+  PosixFiles files;
+  DataAccessObjects data(desktop.Events());
+  const std::string executable = ExecutablePath();
+  const std::string folder = std::filesystem::path(executable).parent_path().string();
+  auto program = std::make_unique<Program>(
+      Platform{desktop, data, files, folder, executable, TESSEL_VERSION, {}});
+  desktop.Defer([&] { program->Main(); });
+  const int status = desktop.Run();
+  program.reset();
+  // A driver that hangs keeps its thread: such a process leaves without tidying up around it.
+  if (data.HasAbandonedWork()) std::_Exit(status);
+  return status;
+}
