@@ -1,0 +1,117 @@
+#include "platform/desktop/QtDesktop.h"
+
+#include <QApplication>
+
+#include "platform/Error.h"
+#include "platform/Keys.h"
+#include "platform/desktop/FormRegistry.h"
+#include "platform/desktop/base/Icons.h"
+#include "platform/desktop/base/Text.h"
+#include "platform/desktop/base/Theme.h"
+#include "platform/desktop/dialogs/MessageDialog.h"
+#include "platform/desktop/services/QtServices.h"
+#include "platform/desktop/window/DesktopCore.h"
+#include "platform/desktop/window/DialogWindow.h"
+#include "platform/desktop/window/DocumentWindow.h"
+#include "platform/desktop/window/FrameWindow.h"
+
+namespace tessel {
+
+namespace {
+
+std::unique_ptr<QApplication> ApplicationUnlessMade(int& argc, char** argv) {
+  if (QCoreApplication::instance() != nullptr) return nullptr;
+  return std::make_unique<QApplication>(argc, argv);
+}
+
+std::string DescriptionOf(const std::exception_ptr& failure) {
+  try {
+    std::rethrow_exception(failure);
+  } catch (const Error& error) {
+    return error.Description();
+  } catch (const std::exception& error) {
+    return error.what();
+  } catch (...) {
+    return "An unknown error occurred.";
+  }
+}
+
+}  // namespace
+
+/// In the order in which they are made; gone in the opposite order.
+struct QtDesktop::Parts {
+  Parts(int& argc, char** argv, std::function<void(std::exception_ptr)> showFailure)
+      : application(ApplicationUnlessMade(argc, argv)), core(std::move(showFailure)) {}
+
+  std::unique_ptr<QApplication> application;
+  DesktopCore core;
+  SystemTheme theme;
+  QtClipboard clipboard;
+  QtClock clock;
+  QtEventQueue events;
+};
+
+QtDesktop::QtDesktop(int& argc, char** argv)
+    : parts_(std::make_unique<Parts>(argc, argv, [this](const std::exception_ptr& failure) {
+        Message message;
+        message.text = DescriptionOf(failure);
+        message.icon = MessageIcon::Exclamation;
+        ShowMessage(message);
+      })) {
+  QApplication::setApplicationName(QStringLiteral("Tessel"));
+  QApplication::setWindowIcon(NamedIcon(QStringLiteral("tessel")));
+  QApplication::setQuitOnLastWindowClosed(false);
+}
+
+QtDesktop::~QtDesktop() = default;
+
+int QtDesktop::Run() { return QApplication::exec(); }
+
+std::unique_ptr<Window> QtDesktop::MakeWindow(std::string_view formName) {
+  std::unique_ptr<QWidget> form = MakeForm(formName);
+  const std::string name(formName);
+  if (form == nullptr)
+    throw Error(errorNumber::itemNotFound, "Tessel", "There is no form '" + name + "'.");
+  const QString kind = form->property("kind").toString();
+  if (kind == QLatin1String("document"))
+    return std::make_unique<DocumentWindow>(name, std::move(form), parts_->core);
+  if (kind != QLatin1String("frame"))
+    return std::make_unique<DialogWindow>(name, std::move(form), parts_->core);
+  auto frame = std::make_unique<FrameWindow>(name, std::move(form), parts_->core);
+  frame->unloaded = [] {
+    QMetaObject::invokeMethod(qApp, [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
+  };
+  return frame;
+}
+
+MessageResult QtDesktop::ShowMessage(const Message& message) {
+  return ShowMessageBox(message, QApplication::activeWindow(), parts_->core.loops);
+}
+
+Clipboard& QtDesktop::TheClipboard() { return parts_->clipboard; }
+
+EventQueue& QtDesktop::Events() { return parts_->events; }
+
+const Clock& QtDesktop::TheClock() const { return parts_->clock; }
+
+bool QtDesktop::IsKeyDown(int keyCode) const {
+  const Qt::KeyboardModifiers held = QGuiApplication::queryKeyboardModifiers();
+  switch (keyCode) {
+    case key::shift: return held.testFlag(Qt::ShiftModifier);
+    case key::control: return held.testFlag(Qt::ControlModifier);
+    case key::alt: return held.testFlag(Qt::AltModifier);
+    default: return false;
+  }
+}
+
+void QtDesktop::ProcessPending() { parts_->core.loops.ProcessPending(); }
+
+void QtDesktop::Defer(std::function<void()> action) { parts_->core.deferred.Add(std::move(action)); }
+
+void QtDesktop::StartProcess(const std::string& path) { StartDetached(path); }
+
+bool QtDesktop::ShowHelp(const std::string& /*helpFile*/, int /*command*/, int /*data*/) {
+  return false;
+}
+
+}  // namespace tessel

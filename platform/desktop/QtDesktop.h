@@ -1,0 +1,41 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/Desktop.h"
+
+namespace tessel {
+
+/// The desktop on Qt's widgets. Makes the application object unless there is one. It outlives its windows; UI thread
+/// only, except for Events().Post.
+class QtDesktop final : public Desktop {
+ public:
+  /// The arguments are kept by the application for as long as it lives.
+  QtDesktop(int& argc, char** argv);
+  ~QtDesktop() override;
+  QtDesktop(const QtDesktop&) = delete;
+  QtDesktop& operator=(const QtDesktop&) = delete;
+
+  /// Runs until the frame has been unloaded; returns the exit code of the program.
+  int Run();
+
+  [[nodiscard]] std::unique_ptr<Window> MakeWindow(std::string_view formName) override;
+  MessageResult ShowMessage(const Message& message) override;
+  [[nodiscard]] Clipboard& TheClipboard() override;
+  [[nodiscard]] EventQueue& Events() override;
+  [[nodiscard]] const Clock& TheClock() const override;
+  [[nodiscard]] bool IsKeyDown(int keyCode) const override;
+  void ProcessPending() override;
+  void Defer(std::function<void()> action) override;
+  void StartProcess(const std::string& path) override;
+  /// There is no help viewer yet: always false.
+  bool ShowHelp(const std::string& helpFile, int command, int data) override;
+
+ private:
+  struct Parts;
+
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace tessel

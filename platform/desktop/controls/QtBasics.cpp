@@ -1,0 +1,60 @@
+#include "platform/desktop/controls/QtBasics.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tessel {
+
+namespace {
+
+/// Steps of the toolkit's bar, which knows whole numbers only.
+constexpr int barSteps = 10000;
+
+}  // namespace
+
+QtLabel::QtLabel(QLabel& widget, const ControlSite& site)
+    : ControlOf(widget, site), caption_(FromQt(widget.text())) {
+  widget.setTextFormat(Qt::PlainText);
+}
+
+void QtLabel::SetCaption(std::string_view caption) {
+  caption_ = caption;
+  TheWidget().setText(ToQt(caption));
+}
+
+QtPictureBox::QtPictureBox(QWidget& widget, const ControlSite& site) : ControlOf(widget, site) {
+  Face().sizeChanged = [this] { Raise(Resize); };
+}
+
+QtProgressBar::QtProgressBar(QProgressBar& widget, const ControlSite& site)
+    : ControlOf(widget, site), max_(widget.maximum()), value_(widget.value()) {
+  Show();
+}
+
+void QtProgressBar::SetMax(double max) {
+  max_ = max;
+  SetValue(value_);
+}
+
+void QtProgressBar::SetValue(double value) {
+  value_ = std::clamp(value, 0.0, std::max(max_, 0.0));
+  Show();
+}
+
+void QtProgressBar::Show() {
+  TheWidget().setRange(0, barSteps);
+  TheWidget().setValue(max_ > 0 ? static_cast<int>(std::lround(value_ / max_ * barSteps)) : 0);
+}
+
+QtTimer::QtTimer(FailureSink& failures) {
+  QObject::connect(&timer_, &QTimer::timeout, &timer_,
+                   [this, sink = &failures] { Tick.Raise(sink); });
+}
+
+void QtTimer::SetEnabled(bool enabled) {
+  if (enabled == timer_.isActive()) return;
+  if (enabled) timer_.start();
+  else timer_.stop();
+}
+
+}  // namespace tessel

@@ -1,0 +1,104 @@
+#include "platform/desktop/controls/QtLists.h"
+
+#include <QLineEdit>
+#include <QSignalBlocker>
+
+namespace tessel {
+
+QtListBox::QtListBox(QListWidget& widget, const ControlSite& site) : ControlOf(widget, site) {
+  QObject::connect(&widget, &QListWidget::currentRowChanged, &Face(), [this](int row) {
+    if (row >= 0) Raise(Click);
+  });
+}
+
+std::string QtListBox::List(int index) const {
+  const QListWidgetItem* item = TheWidget().item(index);
+  return item == nullptr ? std::string() : FromQt(item->text());
+}
+
+void QtListBox::AddItem(std::string_view text) {
+  const QSignalBlocker silence(TheWidget());
+  TheWidget().addItem(ToQt(text));
+}
+
+/// The toolkit would select a neighbour of the removed entry.
+void QtListBox::RemoveItem(int index) {
+  const QSignalBlocker silence(TheWidget());
+  const bool selected = index == ReadIndex();
+  delete TheWidget().takeItem(index);
+  if (selected) WriteIndex(-1);
+}
+
+void QtListBox::Clear() {
+  const QSignalBlocker silence(TheWidget());
+  TheWidget().clear();
+}
+
+void QtListBox::WriteIndex(int index) {
+  const QSignalBlocker silence(TheWidget());
+  TheWidget().setCurrentRow(index);
+}
+
+QtComboBox::QtComboBox(QComboBox& widget, const ControlSite& site) : ControlOf(widget, site) {
+  widget.setCompleter(nullptr);
+  QObject::connect(&widget, &QComboBox::currentIndexChanged, &Face(), [this](int index) {
+    if (index >= 0) Raise(Click);
+  });
+  if (QLineEdit* line = widget.lineEdit())
+    QObject::connect(line, &QLineEdit::textEdited, &Face(),
+                     [this](const QString& text) { TextEdited(text); });
+}
+
+std::string QtComboBox::List(int index) const { return FromQt(TheWidget().itemText(index)); }
+
+/// The toolkit would select the first entry of an empty list.
+void QtComboBox::AddItem(std::string_view text) {
+  const QSignalBlocker silence(TheWidget());
+  const int selected = ReadIndex();
+  const std::string shown = ReadText();
+  TheWidget().addItem(ToQt(text));
+  if (ReadIndex() != selected) TheWidget().setCurrentIndex(selected);
+  if (Editable() && ReadText() != shown) TheWidget().setEditText(ToQt(shown));
+}
+
+void QtComboBox::RemoveItem(int index) {
+  const QSignalBlocker silence(TheWidget());
+  const bool selected = index == ReadIndex();
+  const std::string shown = ReadText();
+  TheWidget().removeItem(index);
+  if (selected) TheWidget().setCurrentIndex(-1);
+  if (Editable()) TheWidget().setEditText(ToQt(shown));
+}
+
+void QtComboBox::Clear() {
+  const QSignalBlocker silence(TheWidget());
+  TheWidget().clear();
+  if (Editable()) TheWidget().clearEditText();
+}
+
+void QtComboBox::SelectAllText() {
+  if (QLineEdit* line = TheWidget().lineEdit()) line->selectAll();
+}
+
+void QtComboBox::WriteIndex(int index) {
+  const QSignalBlocker silence(TheWidget());
+  TheWidget().setCurrentIndex(index);
+}
+
+void QtComboBox::WriteText(std::string_view text) {
+  const QSignalBlocker silence(TheWidget());
+  TheWidget().setCurrentIndex(-1);
+  TheWidget().setEditText(ToQt(text));
+}
+
+/// A text of the user's own is no entry of the list.
+void QtComboBox::TextEdited(const QString& text) {
+  const QSignalBlocker silence(TheWidget());
+  const int caret = TheWidget().lineEdit()->cursorPosition();
+  TheWidget().setCurrentIndex(-1);
+  TheWidget().setEditText(text);
+  TheWidget().lineEdit()->setCursorPosition(caret);
+  Raise(Change);
+}
+
+}  // namespace tessel

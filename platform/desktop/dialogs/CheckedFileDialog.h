@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QFileDialog>
+
+#include "platform/desktop/window/EventLoops.h"
+
+namespace tessel {
+
+/// A file dialog that does not accept what the flags of FileDialog forbid, and says why.
+class CheckedFileDialog final : public QFileDialog {
+ public:
+  CheckedFileDialog(QWidget* owner, bool save, int flags, EventLoops& loops);
+
+  /// The path that would be chosen now.
+  [[nodiscard]] QString Chosen() const;
+
+ protected:
+  void accept() override;
+
+ private:
+  [[nodiscard]] QString Objection() const;
+
+  bool save_;
+  int flags_;
+  EventLoops& loops_;
+};
+
+/// The types of "Text|pattern;pattern|Text|pattern" in the form that the toolkit takes.
+[[nodiscard]] QStringList NameFilters(std::string_view filter);
+
+}  // namespace tessel

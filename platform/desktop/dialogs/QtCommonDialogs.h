@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+#include "platform/CommonDialogs.h"
+#include "platform/desktop/window/EventLoops.h"
+
+namespace tessel {
+
+class QtFileDialog final : public FileDialog {
+ public:
+  /// The dialog stands above the window that `owner` belongs to.
+  QtFileDialog(QWidget& owner, EventLoops& loops) : owner_(&owner), loops_(loops) {}
+  [[nodiscard]] bool ShowOpen() override { return Show(false); }
+  [[nodiscard]] bool ShowSave() override { return Show(true); }
+
+ private:
+  [[nodiscard]] bool Show(bool save);
+
+  QPointer<QWidget> owner_;
+  EventLoops& loops_;
+};
+
+class QtColorDialog final : public ColorDialog {
+ public:
+  QtColorDialog(QWidget& owner, EventLoops& loops) : owner_(&owner), loops_(loops) {}
+  [[nodiscard]] bool ShowColor() override;
+
+ private:
+  QPointer<QWidget> owner_;
+  EventLoops& loops_;
+};
+
+}  // namespace tessel

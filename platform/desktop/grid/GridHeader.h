@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QHeaderView>
+
+namespace tessel {
+
+class RecordGrid;
+
+/// The row numbers or the field names of a grid: marks the selected ones and the current row.
+class GridHeader final : public QHeaderView {
+ public:
+  GridHeader(Qt::Orientation orientation, RecordGrid& grid);
+  /// Width that the numbers of so many rows need, the mark included.
+  [[nodiscard]] int WidthForRows(int rows) const;
+
+ protected:
+  void paintSection(QPainter* painter, const QRect& rect, int section) const override;
+
+ private:
+  [[nodiscard]] bool IsSelected(int section) const;
+  [[nodiscard]] int MarkSide() const { return fontMetrics().ascent() / 2 + 1; }
+  void PaintMark(QPainter& painter, const QRect& rect) const;
+
+  RecordGrid& grid_;
+};
+
+}  // namespace tessel

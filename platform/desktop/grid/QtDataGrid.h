@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/DataGrid.h"
+#include "platform/desktop/controls/ControlOf.h"
+#include "platform/desktop/grid/RecordGrid.h"
+
+namespace tessel {
+
+/// Cells are not edited yet: the permissions are kept and have no effect, and there is no row for a new record.
+class QtDataGrid final : public ControlOf<DataGrid, RecordGrid> {
+ public:
+  QtDataGrid(RecordGrid& widget, const ControlSite& site);
+
+  [[nodiscard]] std::shared_ptr<Recordset> DataSource() const override { return Model().Source(); }
+  void SetDataSource(std::shared_ptr<Recordset> recordset) override;
+  [[nodiscard]] int ColumnCount() const override { return Model().ColumnCount(); }
+
+  void SetColumnFormat(int column, DataFormat* format) override;
+  void SetColumnLocked(int column, bool locked) override { Model().ColumnAt(column).locked = locked; }
+  void SetColumnButton(int column, bool button) override { Model().ColumnAt(column).button = button; }
+  [[nodiscard]] bool ColumnLocked(int column) const override { return Model().ColumnAt(column).locked; }
+  [[nodiscard]] bool ColumnButton(int column) const override { return Model().ColumnAt(column).button; }
+  [[nodiscard]] DataFormat* ColumnFormat(int column) const override { return Model().ColumnAt(column).format; }
+
+  [[nodiscard]] bool AllowUpdate() const override { return allowUpdate_; }
+  void SetAllowUpdate(bool allow) override { allowUpdate_ = allow; }
+  [[nodiscard]] bool AllowDelete() const override { return allowDelete_; }
+  void SetAllowDelete(bool allow) override { allowDelete_ = allow; }
+  [[nodiscard]] bool AllowAddNew() const override { return allowAddNew_; }
+  void SetAllowAddNew(bool allow) override { allowAddNew_ = allow; }
+
+  [[nodiscard]] std::vector<Bookmark> SelBookmarks() const override;
+  void SetSelBookmarks(const std::vector<Bookmark>& bookmarks) override;
+  [[nodiscard]] int SelStartCol() const override { return TheWidget().Selection().FirstColumn(); }
+  [[nodiscard]] int SelEndCol() const override { return TheWidget().Selection().LastColumn(); }
+  void SetSelColumns(int first, int last) override;
+  [[nodiscard]] int CurrentColumn() const override { return column_; }
+  void SetCurrentColumn(int column) override;
+  [[nodiscard]] bool OnNewRow() const override { return false; }
+  [[nodiscard]] std::string ShownText(std::int64_t position, int column) const override;
+  void Copy() override { TheWidget().Copy(); }
+
+ private:
+  [[nodiscard]] RecordsModel& Model() const { return TheWidget().Model(); }
+  void ShowColors();
+  void CellMoved();
+
+  bool allowUpdate_ = false;
+  bool allowDelete_ = false;
+  bool allowAddNew_ = false;
+  int column_ = -1;
+};
+
+}  // namespace tessel

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <QTableView>
+#include <QTimer>
+#include <exception>
+#include <functional>
+#include <memory>
+
+#include "platform/desktop/grid/GridCopy.h"
+#include "platform/desktop/grid/GridSelection.h"
+#include "platform/desktop/grid/RecordsModel.h"
+
+namespace tessel {
+
+class GridHeader;
+
+/// The table widget of a data grid. Its current cell's row is the recordset's current record.
+class RecordGrid : public QTableView {
+  Q_OBJECT
+
+ public:
+  explicit RecordGrid(QWidget* parent = nullptr);
+
+  [[nodiscard]] RecordsModel& Model() const { return *model_; }
+  [[nodiscard]] GridSelection& Selection() { return selection_; }
+  /// Binds to an open recordset and goes to its first row and column; null empties the grid. Nothing is emitted.
+  void Bind(const std::shared_ptr<Recordset>& source);
+  /// Where a failure inside a Qt event goes (a record that cannot be moved to, too much to copy).
+  std::function<void(std::exception_ptr)> failed;
+
+  [[nodiscard]] bool ShowsSelected(int row, int column);
+  [[nodiscard]] bool RowSelected(int row);
+  /// Makes a cell the current one; `extend` selects the cells from where the selection began up to it.
+  void GoTo(int row, int column, bool extend);
+  /// Makes the cell of a column current in the present row, silently.
+  void SetCurrentColumnQuietly(int column);
+  void Copy();
+  /// Shows a change of the selection that was made on Selection().
+  void ShowSelection();
+
+  /// Takes in the current record of the recordset, when the program has moved it.
+  void FollowRecord();
+
+  void selectAll() override;
+
+ signals:
+  void currentCellMoved();
+  void buttonPressed(int column);
+
+ protected:
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void SetUpHeaders();
+  void SizeRows();
+  void SizeColumns();
+  [[nodiscard]] int WidthOf(int column, int sampleRows) const;
+  [[nodiscard]] QModelIndex TargetOf(const QKeyEvent& event) const;
+  [[nodiscard]] QModelIndex NextCell(int step) const;
+  [[nodiscard]] int RowsOnPage() const;
+  [[nodiscard]] QModelIndex NearestCell(const QPoint& place) const;
+  [[nodiscard]] bool OnButton(const QModelIndex& index, const QPoint& place) const;
+  void PressRow(int row);
+  void PressColumn(int column);
+  void DragTo(const QPoint& place);
+  void MoveRecord(int row);
+  [[nodiscard]] CellsToCopy SelectedCells() const;
+
+  RecordsModel* model_;
+  GridHeader* rowHeader_;
+  GridSelection selection_;
+  QTimer dragTimer_;  ///< Scrolls on while the pointer is dragged beyond the edge.
+  QPoint dragPlace_;
+  bool dragging_ = false;
+  bool buttonDown_ = false;
+  int quiet_ = 0;  ///< More than 0 while the current cell is set without moving the record.
+};
+
+}  // namespace tessel

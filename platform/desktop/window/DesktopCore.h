@@ -1,0 +1,29 @@
+#pragma once
+
+#include <exception>
+#include <functional>
+
+#include "platform/desktop/base/Scale.h"
+#include "platform/desktop/services/DeferQueue.h"
+#include "platform/desktop/window/EventLoops.h"
+#include "platform/desktop/window/FocusTracker.h"
+
+namespace tessel {
+
+class FrameWindow;
+
+/// What all windows of a desktop share.
+struct DesktopCore {
+  explicit DesktopCore(std::function<void(std::exception_ptr)> show)
+      : showFailure(std::move(show)), deferred(loops, showFailure) {}
+
+  Scale scale;
+  EventLoops loops;
+  FocusTracker focus;
+  /// Shows what a handler let out.
+  std::function<void(std::exception_ptr)> showFailure;
+  DeferQueue deferred;
+  FrameWindow* frame = nullptr;  ///< The frame that is loaded, if any.
+};
+
+}  // namespace tessel

@@ -1,0 +1,92 @@
+#include "platform/desktop/window/DialogWindow.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QPlainTextEdit>
+
+namespace tessel {
+
+namespace {
+
+QWidget* WindowOf(Window* window) {
+  auto* owner = dynamic_cast<QtWindow*>(window);
+  return owner == nullptr ? nullptr : owner->Root().window();
+}
+
+bool IsEnter(const QKeyEvent& event) {
+  return (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) &&
+         (event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+}
+
+/// A text box that Tab leaves is a field of the dialog: Enter is the dialog's there.
+bool IsField(const QWidget& widget) {
+  const auto* lines = qobject_cast<const QPlainTextEdit*>(&widget);
+  return lines != nullptr && lines->tabChangesFocus();
+}
+
+}  // namespace
+
+/// A form of the kind "tool" keeps its size.
+DialogWindow::DialogWindow(std::string formName, std::unique_ptr<QWidget> form, DesktopCore& core)
+    : QtWindow(std::move(formName), std::move(form), core) {
+  if (Root().property("kind").toString() == QLatin1String("tool"))
+    Root().setFixedSize(Root().size().expandedTo(Root().minimumSizeHint()));
+}
+
+void DialogWindow::ShowModal(Window* owner) {
+  QWidget* above = owner != nullptr ? WindowOf(owner) : QApplication::activeWindow();
+  Dialog().hide();
+  PutAbove(above);
+  OuterActivated();
+  TellFirstSize();
+  core_.loops.Run(Dialog());
+}
+
+void DialogWindow::Activate() {
+  Outer().raise();
+  Outer().activateWindow();
+}
+
+bool DialogWindow::TakesKey(QWidget& widget, QKeyEvent& event) {
+  if (!IsEnter(event) || !IsField(widget)) return false;
+  QKeyEvent toDialog(event.type(), event.key(), event.modifiers());
+  QCoreApplication::sendEvent(&Dialog(), &toDialog);
+  return true;
+}
+
+/// Without a button for it the key closes the dialog as its control box does.
+bool DialogWindow::TakesUnusedKey(QKeyEvent& event) {
+  if (event.key() != Qt::Key_Escape || event.modifiers() != Qt::NoModifier) return false;
+  PressCancel();
+  return true;
+}
+
+void DialogWindow::ShowOuter(QtWindow* owner) {
+  if (owner != nullptr) PutAbove(WindowOf(owner));
+  if (!Visible()) OuterActivated();
+  Outer().show();
+}
+
+/// Told from the event loop, so that a handler which hides the window finds it fully shown.
+void DialogWindow::OuterActivated() {
+  if (std::exchange(activationTold_, true)) return;
+  Later([this] {
+    activationTold_ = false;
+    if (Visible()) RaiseActivated();
+  });
+}
+
+void DialogWindow::PutAbove(QWidget* owner) {
+  if (owner == &Outer() || owner == Outer().parentWidget()) return;
+  Outer().setParent(owner, Outer().windowFlags());
+}
+
+
+void DialogWindow::PressCancel() {
+  for (QAbstractButton* button : Root().findChildren<QAbstractButton*>())
+    if (button->property("cancel").toBool()) return button->isVisible() ? button->click() : void();
+  CloseAsked();
+}
+
+}  // namespace tessel

@@ -1,0 +1,97 @@
+#include "platform/desktop/window/EventLoops.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDialog>
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QPointer>
+#include <QWindow>
+
+namespace tessel {
+
+namespace {
+
+/// How long a new window may take to come up on the screen before the program goes on without it.
+constexpr int exposeMilliseconds = 200;
+constexpr const char* awaitedProperty = "tesselAwaited";
+
+bool IsAwaited(QWindow& window) {
+  return window.isVisible() && !window.isExposed() && !window.property(awaitedProperty).toBool();
+}
+
+bool AnyAwaited() {
+  for (QWindow* window : QGuiApplication::topLevelWindows())
+    if (IsAwaited(*window)) return true;
+  return false;
+}
+
+/// A window that did not come up in time (it may stand on another desktop) is not waited for again.
+void GiveUpWaiting() {
+  for (QWindow* window : QGuiApplication::topLevelWindows())
+    if (IsAwaited(*window)) window->setProperty(awaitedProperty, true);
+}
+
+/// Ends a loop when a dialog is hidden.
+class HideWatch final : public QObject {
+ public:
+  HideWatch(QDialog& dialog, QEventLoop& loop) : loop_(loop) { dialog.installEventFilter(this); }
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::Hide && !event->spontaneous()) loop_.quit();
+    return false;
+  }
+
+ private:
+  QEventLoop& loop_;
+};
+
+}  // namespace
+
+class EventLoops::Running {
+ public:
+  explicit Running(EventLoops& loops) : loops_(loops) { ++loops_.depth_; }
+  ~Running() {
+    --loops_.depth_;
+    if (loops_.depth_ == 0 && loops_.becameIdle) loops_.becameIdle();
+  }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+
+ private:
+  EventLoops& loops_;
+};
+
+/// Unlike QDialog::exec this also returns when the dialog is hidden while it is being shown.
+int EventLoops::Run(QDialog& dialog) {
+  const Running running(*this);
+  const QPointer<QDialog> alive(&dialog);
+  QEventLoop loop;
+  const HideWatch watch(dialog, loop);
+  dialog.setResult(QDialog::Rejected);
+  dialog.setWindowModality(Qt::ApplicationModal);
+  dialog.show();
+  if (alive != nullptr && dialog.isVisible()) loop.exec();
+  if (alive == nullptr) return QDialog::Rejected;
+  dialog.hide();
+  dialog.setWindowModality(Qt::NonModal);
+  return dialog.result();
+}
+
+void EventLoops::Run(QMenu& menu, const QPoint& place) {
+  const Running running(*this);
+  menu.exec(place);
+}
+
+void EventLoops::ProcessPending() {
+  const Running running(*this);
+  QCoreApplication::processEvents();
+  const QDeadlineTimer deadline(exposeMilliseconds);
+  while (AnyAwaited() && !deadline.hasExpired())
+    QCoreApplication::processEvents(QEventLoop::AllEvents, static_cast<int>(deadline.remainingTime()));
+  GiveUpWaiting();
+}
+
+}  // namespace tessel

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QPoint>
+#include <functional>
+
+class QDialog;
+class QMenu;
+
+namespace tessel {
+
+/// The only place where the program runs an event loop inside a handler: modal dialogs, pop-up menus, and the one
+/// round of pending events that a long operation allows itself.
+class EventLoops {
+ public:
+  /// How many of them are running now; 0 when handlers are called from the application's own loop.
+  [[nodiscard]] int Depth() const { return depth_; }
+  /// Called when the depth has come back to 0.
+  std::function<void()> becameIdle;
+
+  /// Shows the dialog modally and returns its result when it has been hidden.
+  int Run(QDialog& dialog);
+  /// Shows the menu at a place of the screen and returns when it has closed.
+  void Run(QMenu& menu, const QPoint& place);
+  /// Processes what is pending, once. A window that was shown since the last time is given the chance to be painted.
+  void ProcessPending();
+
+ private:
+  class Running;
+
+  int depth_ = 0;
+};
+
+}  // namespace tessel

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QMdiArea>
+#include <functional>
+#include <vector>
+
+#include "platform/desktop/window/FrameMenus.h"
+#include "platform/desktop/window/QtWindow.h"
+
+namespace tessel {
+
+class DocumentWindow;
+
+/// The frame: the program's one top-level window, which holds the documents.
+class FrameWindow final : public QtWindow {
+ public:
+  FrameWindow(std::string formName, std::unique_ptr<QWidget> form, DesktopCore& core);
+  ~FrameWindow() override;
+
+  void Activate() override;
+  [[nodiscard]] bool Active() const override { return Outer().isActiveWindow(); }
+  void Arrange(Tiling tiling) override;
+  [[nodiscard]] bool KeepsFromShortcuts(const QKeyEvent& event) const override;
+
+  /// Takes in a document; it is released before it goes.
+  void Adopt(DocumentWindow& document);
+  void Release(DocumentWindow& document);
+  void ActivateDocument(DocumentWindow& document);
+  [[nodiscard]] bool IsActive(const DocumentWindow& document) const;
+
+  /// Called when the frame has been unloaded.
+  std::function<void()> unloaded;
+
+ protected:
+  [[nodiscard]] const QWidget& Inner() const override;
+  [[nodiscard]] std::vector<QtWindow*> Documents() const override;
+  void ShowOuter(QtWindow* owner) override;
+  void PutAway() override;
+  void OuterActivated() override { RaiseActivated(); }
+
+ private:
+  [[nodiscard]] QMainWindow& Main() const { return static_cast<QMainWindow&>(Outer()); }
+  [[nodiscard]] DocumentWindow* ActiveDocument() const;
+  void DocumentChanged();
+
+  QMdiArea& area_;
+  FrameMenus menus_;
+  std::vector<DocumentWindow*> documents_;
+  DocumentWindow* active_ = nullptr;  ///< The one that was told last that it is active.
+};
+
+}  // namespace tessel
