@@ -193,6 +193,7 @@ bool frmMDI::OpenRecordsWindow(const SavedConnection& connection, const std::str
   window->onUnloaded = [this, closed = window.get()] { ForgetRecordsWindow(closed); };
   records_.push_back(std::move(window));
   main_->ShowConnectionColor(connection.backColor);
+  if (records_.size() == 1) window_->Arrange(Tiling::Horizontal);
   return true;
 }
 

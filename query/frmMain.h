@@ -35,8 +35,8 @@ class frmMain : public SqlTarget {
   [[nodiscard]] std::string SelectedText() const { return txtQuery_.SelText(); }
   void FocusText() { txtQuery_.SetFocus(); }
   [[nodiscard]] CheckBox& WordWrapBox() { return chkWordWrap_; }
-  /// The window's own mark of the connection connected last: the ground of its word-wrap box.
-  void ShowConnectionColor(Color color) { chkWordWrap_.SetBackColor(color); }
+  /// The window's own mark of the connection connected last: the ground of its text.
+  void ShowConnectionColor(Color color) { txtQuery_.SetBackColor(color); }
 
  private:
   void txtQuery_Change();

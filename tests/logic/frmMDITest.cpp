@@ -345,6 +345,27 @@ TEST_F(frmMDITest, WindowsAreTiled) {
   EXPECT_EQ(mdi().Arranged(), Tiling::Vertical);
 }
 
+TEST_F(frmMDITest, TheFirstConnectionStandsBelowTheQueryWindowAndLaterOnesMoveNothing) {
+  Start();
+  EXPECT_EQ(mdi().Arranged(), std::nullopt);
+  Connect("A");
+  EXPECT_EQ(mdi().Arranged(), Tiling::Horizontal);
+  mdi().ChooseMenu("mnuWindowTileVert");
+  Connect("B");
+  EXPECT_EQ(mdi().Arranged(), Tiling::Vertical);
+}
+
+TEST_F(frmMDITest, TheQueryTextShowsTheColourOfTheConnectionConnectedLast) {
+  Start();
+  desktop.OnModal("dlgConnect", [](Window& w) {
+    w.Find<TextBox>("txtCnStr").SetText("A");
+    w.Find<Label>("labColor").SetBackColor(0x1020F0);
+    w.Click("cmdConnect");
+  });
+  mdi().ChooseMenu("mnuDBConnect");
+  EXPECT_EQ(query().Find<RichTextBox>("txtQuery").BackColor(), 0x1020F0U);
+}
+
 TEST_F(frmMDITest, HelpCommandsOpenTheHelpFile) {
   Start();
   mdi().ChooseMenu("mnuHelpContents");
