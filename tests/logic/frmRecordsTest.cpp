@@ -1,8 +1,6 @@
 #include "results/frmRecords.h"
 
-#include "platform/TreeView.h"
-#include "schema/TagValue.h"
-#include "tests/logic/LogicFixture.h"
+#include "tests/logic/RecordsFixture.h"
 
 namespace tessel {
 namespace {
@@ -12,85 +10,7 @@ using test::FakeField;
 using test::FakeFields;
 using test::FakeRows;
 
-/// Stands for the frame.
-class FakeRecordsHost : public RecordsHost {
- public:
-  int GetNextID() override { return ++lastID; }
-  void CountRecordsWindow(int change) override { count += change; }
-  void AddDatabaseNode(const std::string& key, const std::string& text) override {
-    nodes[key] = text;
-  }
-  void RemoveDatabaseNode(const std::string& key) override { nodes.erase(key); }
-  void LoadSchema(const std::string& key, const std::shared_ptr<Connection>& connection,
-                  bool fromDatabase) override {
-    loads.push_back(key + " " + connection->ConnectionString() +
-                    (fromDatabase ? " from the database" : " from the file"));
-  }
-  void FocusQueryWindow() override { commands.emplace_back("focus query"); }
-  void mnuNewInstance_Click() override { commands.emplace_back("new instance"); }
-  void mnuWindowSidebar_Click() override { commands.emplace_back("sidebar"); }
-  void mnuWindowTileHoriz_Click() override { commands.emplace_back("tile horizontally"); }
-  void mnuWindowTileVert_Click() override { commands.emplace_back("tile vertically"); }
-  void mnuHelpContents_Click() override { commands.emplace_back("contents"); }
-  void mnuHelpIndex_Click() override { commands.emplace_back("index"); }
-  void mnuHelpShortcuts_Click() override { commands.emplace_back("shortcuts"); }
-  void mnuHelpAbout_Click() override { commands.emplace_back("about"); }
-  [[nodiscard]] bool SidebarShown() const override { return sidebarShown; }
-  void InsertText(std::string_view text) override { inserted += text; }
-  std::string GetTagValue(const std::string& name, bool parenthesised, bool quoted) override {
-    const auto found = tagValues.find(name);
-    if (found == tagValues.end()) RaiseAppError("Undefined tag: '" + name + "'");
-    return FormatTagText(found->second, parenthesised, quoted);
-  }
-
-  int lastID = 0;
-  int count = 0;
-  bool sidebarShown = true;
-  std::map<std::string, std::string> nodes;
-  std::vector<std::string> loads;
-  std::vector<std::string> commands;
-  std::string inserted;
-  std::map<std::string, std::string> tagValues;
-};
-
-class frmRecordsTest : public test::LogicFixture {
- protected:
-  frmRecordsTest() {
-    frame->Show();
-    records = std::make_unique<frmRecords>(global, async, host);
-  }
-
-  bool Connect(const std::string& connectionString = "Provider=Fake",
-               const std::string& caption = "Shop") {
-    ConnectRequest request;
-    request.connectionString = connectionString;
-    request.caption = caption;
-    request.userName = "me";
-    request.password = "secret";
-    request.backColor = 0x112233;
-    request.foreColor = 0x445566;
-    return records->Connect(request);
-  }
-  bool Run(const std::string& sql) { return records->DoQueryTags(sql, false, newQuery); }
-  void RunThreeRows(const std::string& sql = "select") {
-    data.Answer(sql, {FakeField("id", DataType::Integer), FakeField("name")},
-                {{Value(std::int64_t{1}), Value(std::string("a'b"))},
-                 {Value(std::int64_t{2}), Value()},
-                 {Value(std::int64_t{3}), Value(std::string("c"))}});
-    EXPECT_TRUE(Run(sql));
-  }
-
-  test::HeadlessWindow& W() { return desktop.WindowOf("frmRecords"); }
-  std::string Status() { return W().Find<TextBox>("txtStatus").Text(); }
-  Color StatusColor() { return W().Find<TextBox>("txtStatus").BackColor(); }
-  DataGrid& Grid() { return W().Find<DataGrid>("DataGrid"); }
-  bool Shows(const char* control) { return W().VisibleInFact(control); }
-
-  std::unique_ptr<Window> frame = desktop.MakeWindow("frmMDI");
-  dlgAsync async{desktop, *frame};
-  FakeRecordsHost host;
-  std::unique_ptr<frmRecords> records;
-};
+class frmRecordsTest : public test::RecordsFixture {};
 
 // --- connecting
 // -----------------------------------------------------------------------------------
@@ -531,58 +451,6 @@ TEST_F(frmRecordsTest, QueryPropertiesShowTheSqlBehindTheRows) {
     w.CloseByControlBox();
   });
   W().PressKey('Q', shiftState::ctrl);
-}
-
-// --- values for tags
-// ------------------------------------------------------------------------------
-
-TEST_F(frmRecordsTest, AListTakesTheSelectedRowsInTheirOrderOfSelection) {
-  ASSERT_TRUE(Connect());
-  RunThreeRows();
-  W().SelectGridRows("DataGrid", {2, 0, 1});
-  EXPECT_EQ(records->GetTagFieldValue("ID", true, false), "(3, 1, 2)");
-  EXPECT_EQ(records->GetTagFieldValue("name", true, true), "('c', 'a''b', NULL)");
-}
-
-TEST_F(frmRecordsTest, AListWithoutSelectionTakesEveryRowInOrderAndKeepsTheCurrentOne) {
-  ASSERT_TRUE(Connect());
-  RunThreeRows();
-  W().ClickGridCell("DataGrid", 1, 0);
-  EXPECT_EQ(records->GetTagFieldValue("id", true, false), "(1, 2, 3)");
-  EXPECT_EQ(records->GetTagFieldValue("id", false, false), "2");
-  EXPECT_EQ(records->GetTagFieldValue("name", false, true), "NULL");
-}
-
-TEST_F(frmRecordsTest, AListCanBeCancelledBetweenRows) {
-  ASSERT_TRUE(Connect());
-  RunThreeRows();
-  async.InitProcess("Preprocessing SQL...");
-  desktop.OnProcessPending([this](int call) {
-    if (call == 2) desktop.WindowOf("dlgAsync").Click("cmdCancel");
-  });
-  EXPECT_THROW(static_cast<void>(records->GetTagFieldValue("id", true, false)), Error);
-  async.Unload();
-}
-
-TEST_F(frmRecordsTest, TagValuesThatCannotBeTakenSayWhy) {
-  const auto reason = [this](const std::string& field) -> std::string {
-    try {
-      return records->GetTagFieldValue(field, false, false);
-    } catch (const Error& error) {
-      EXPECT_EQ(error.Number(), errorNumber::application);
-      return error.Description();
-    }
-  };
-  ASSERT_TRUE(Connect());
-  EXPECT_EQ(reason("id"), "No records available.");
-  data.Answer("none", FakeFields({"id"}), {});
-  EXPECT_TRUE(Run("none"));
-  EXPECT_EQ(reason("id"), "No data available.");
-  EXPECT_EQ(reason("other"), "Field 'other' not available.");
-  W().Click("chkLock");
-  RunThreeRows();
-  W().GoToNewRow("DataGrid");
-  EXPECT_EQ(reason("id"), "Select an existing record.");
 }
 
 // --- the window
