@@ -1,0 +1,102 @@
+#include "tests/data/support/DataTest.h"
+
+namespace tessel::test {
+
+namespace {
+
+std::shared_ptr<Recordset> Open(Connection& connection, const std::string& sql, int options) {
+  auto recordset = connection.CreateRecordset();
+  recordset->SetSource(sql);
+  recordset->Open(options);
+  return recordset;
+}
+
+std::string NewName() {
+  static int count = 0;
+  return "scratch_" + std::to_string(++count);
+}
+
+}  // namespace
+
+ErrorInfo ErrorOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    return error.Info();
+  }
+  ADD_FAILURE() << "No error was raised.";
+  return {};
+}
+
+std::vector<std::vector<Value>> RowsOf(const Recordset& recordset) {
+  std::vector<std::vector<Value>> rows;
+  for (std::int64_t position = 0; position < recordset.RecordCount(); ++position) {
+    auto& row = rows.emplace_back();
+    for (std::size_t field = 0; field < recordset.Fields().size(); ++field)
+      row.push_back(ToValue(recordset.ValueAt(position, field)));
+  }
+  return rows;
+}
+
+std::vector<std::string> TextsOf(const Recordset& recordset, std::size_t field) {
+  std::vector<std::string> texts;
+  for (std::int64_t position = 0; position < recordset.RecordCount(); ++position) {
+    const ValueView value = recordset.ValueAt(position, field);
+    texts.push_back(IsNull(value) ? "NULL" : ToText(value));
+  }
+  return texts;
+}
+
+std::shared_ptr<Connection> DataTest::ConnectTo(const std::string& connectionString) {
+  auto connection = data_.CreateConnection();
+  connection->SetConnectionString(connectionString);
+  connection->Open({}, {}, 0);
+  return connection;
+}
+
+std::shared_ptr<Recordset> DataTest::Run(Connection& connection, const std::string& sql) {
+  return Open(connection, sql, openOption::text);
+}
+
+Value DataTest::Cell(Connection& connection, const std::string& sql) {
+  return ToValue(Run(connection, sql)->ValueAt(0, 0));
+}
+
+std::shared_ptr<Recordset> DataTest::Start(Connection& connection, const std::string& sql,
+                                           EventLog& log) {
+  auto recordset = connection.CreateRecordset();
+  log.Watch(connection);
+  log.Watch(*recordset);
+  recordset->SetSource(sql);
+  recordset->Open(asyncOptions);
+  return recordset;
+}
+
+bool DataTest::PumpToEnd(const EventLog& log, int ends) {
+  return queue_.PumpUntil([&] { return log.Ends() >= ends; });
+}
+
+void DatabaseTest::SetUp() {
+  database_ = GetParam().make();
+  const std::string why = database_->WhyUnavailable();
+  if (!why.empty()) GTEST_SKIP() << why;
+}
+
+ScratchTable::ScratchTable(std::shared_ptr<Connection> connection, const std::string& columns)
+    : connection_(std::move(connection)), name_(NewName()) {
+  Open(*connection_, "create table " + name_ + " (" + columns + ")", openOption::text);
+}
+
+ScratchTable::~ScratchTable() {
+  try {
+    Open(*connection_, "drop table " + name_, openOption::text);
+  } catch (const Error&) {
+    return;  // The connection was closed by the test: the scratch database goes as a whole.
+  }
+}
+
+void ScratchTable::Insert(const std::string& values) const {
+  Open(*connection_, "insert into " + name_ + " values " + values, openOption::text);
+}
+
+}  // namespace tessel::test

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/data/DataAccessObjects.h"
+#include "tests/data/support/Database.h"
+#include "tests/data/support/EventLog.h"
+#include "tests/data/support/PumpQueue.h"
+
+namespace tessel::test {
+
+/// Everything that is asynchronous, as Recordset::Open takes it.
+inline constexpr int asyncOptions =
+    openOption::text | openOption::asyncExecute | openOption::asyncFetch;
+
+/// The error that `action` raises; fails the test and gives an empty one when it raises none.
+[[nodiscard]] ErrorInfo ErrorOf(const std::function<void()>& action);
+
+/// The rows of a recordset in their present order, each with its values.
+[[nodiscard]] std::vector<std::vector<Value>> RowsOf(const Recordset& recordset);
+/// The values of one field, as text; null as "NULL".
+[[nodiscard]] std::vector<std::string> TextsOf(const Recordset& recordset, std::size_t field = 0);
+
+/// Has the providers of the program and an event queue that the test pumps.
+class DataTest : public testing::Test {
+ protected:
+  /// Opens without async options.
+  [[nodiscard]] std::shared_ptr<Connection> ConnectTo(const std::string& connectionString);
+  /// Runs and waits. The recordset is closed when there are no columns.
+  static std::shared_ptr<Recordset> Run(Connection& connection, const std::string& sql);
+  /// The first cell of a query.
+  static Value Cell(Connection& connection, const std::string& sql);
+  /// Starts with asyncOptions; `log` watches connection and recordset.
+  static std::shared_ptr<Recordset> Start(Connection& connection, const std::string& sql,
+                                          EventLog& log);
+  /// Pumps until `log` has seen the end of `ends` operations.
+  [[nodiscard]] bool PumpToEnd(const EventLog& log, int ends = 1);
+
+  PumpQueue queue_;
+  DataAccessObjects data_{queue_};
+};
+
+/// A behaviour that every database has to show.
+class DatabaseTest : public DataTest, public testing::WithParamInterface<DatabaseParam> {
+ protected:
+  void SetUp() override;
+
+  [[nodiscard]] Database& Db() const { return *database_; }
+  [[nodiscard]] std::shared_ptr<Connection> Connect() { return ConnectTo(Db().ConnectionString()); }
+
+ private:
+  std::shared_ptr<Database> database_;
+};
+
+/// A table that is dropped at the end. Its name is new in this process.
+class ScratchTable {
+ public:
+  /// `columns` as between the parentheses of `create table`.
+  ScratchTable(std::shared_ptr<Connection> connection, const std::string& columns);
+  ScratchTable(const ScratchTable&) = delete;
+  ScratchTable& operator=(const ScratchTable&) = delete;
+  ~ScratchTable();
+
+  [[nodiscard]] const std::string& Name() const { return name_; }
+  void Insert(const std::string& values) const;
+
+ private:
+  std::shared_ptr<Connection> connection_;
+  std::string name_;
+};
+
+}  // namespace tessel::test

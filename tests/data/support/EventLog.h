@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Connection.h"
+#include "platform/Recordset.h"
+
+namespace tessel::test {
+
+/// Writes down the events of a connection and its recordsets, each as one line: "ConnectComplete
+/// ok", "ExecuteComplete ok state=0", "FetchComplete failed 3712". Progress is counted, not listed.
+class EventLog {
+ public:
+  void Watch(Connection& connection);
+  void Watch(Recordset& recordset);
+
+  [[nodiscard]] const std::vector<std::string>& Lines() const { return seen_->lines; }
+  [[nodiscard]] int ProgressCount() const { return seen_->progress; }
+  [[nodiscard]] std::int64_t LastProgress() const { return seen_->lastProgress; }
+  /// How many operations have announced their end.
+  [[nodiscard]] int Ends() const { return seen_->ends; }
+  [[nodiscard]] const std::optional<ErrorInfo>& LastError() const { return seen_->lastError; }
+  [[nodiscard]] std::int64_t RecordsAffected() const { return seen_->recordsAffected; }
+
+ private:
+  struct Seen {
+    std::vector<std::string> lines;
+    int progress = 0;
+    std::int64_t lastProgress = 0;
+    int ends = 0;
+    std::optional<ErrorInfo> lastError;
+    std::int64_t recordsAffected = -2;
+
+    void Add(const std::string& name, const ErrorInfo* error, EventStatus status,
+             const std::string& more = {});
+  };
+
+  /// Shared with the handlers, which may be called when the log is gone.
+  std::shared_ptr<Seen> seen_ = std::make_shared<Seen>();
+};
+
+}  // namespace tessel::test
