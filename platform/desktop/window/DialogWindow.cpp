@@ -9,6 +9,8 @@ namespace tessel {
 
 namespace {
 
+constexpr int toolDelayMilliseconds = 150;
+
 QWidget* WindowOf(Window* window) {
   auto* owner = dynamic_cast<QtWindow*>(window);
   return owner == nullptr ? nullptr : owner->Root().window();
@@ -30,8 +32,7 @@ bool IsField(const QWidget& widget) {
 /// A form of the kind "tool" keeps its size.
 DialogWindow::DialogWindow(std::string formName, std::unique_ptr<QWidget> form, DesktopCore& core)
     : QtWindow(std::move(formName), std::move(form), core) {
-  if (Root().property("kind").toString() == QLatin1String("tool"))
-    Root().setFixedSize(Root().size().expandedTo(Root().minimumSizeHint()));
+  if (IsTool()) Root().setFixedSize(Root().size().expandedTo(Root().minimumSizeHint()));
 }
 
 void DialogWindow::ShowModal(Window* owner) {
@@ -40,7 +41,17 @@ void DialogWindow::ShowModal(Window* owner) {
   PutAbove(above);
   OuterActivated();
   TellFirstSize();
-  core_.loops.Run(Dialog());
+  if (IsTool()) core_.loops.RunLater(Dialog(), toolDelayMilliseconds);
+  else core_.loops.Run(Dialog());
+}
+
+void DialogWindow::Hide() {
+  core_.loops.EndWait(Dialog());
+  QtWindow::Hide();
+}
+
+bool DialogWindow::IsTool() const {
+  return Root().property("kind").toString() == QLatin1String("tool");
 }
 
 void DialogWindow::Activate() {
@@ -81,7 +92,6 @@ void DialogWindow::PutAbove(QWidget* owner) {
   if (owner == &Outer() || owner == Outer().parentWidget()) return;
   Outer().setParent(owner, Outer().windowFlags());
 }
-
 
 void DialogWindow::PressCancel() {
   for (QAbstractButton* button : Root().findChildren<QAbstractButton*>())

@@ -11,7 +11,9 @@ class DialogWindow final : public QtWindow {
  public:
   DialogWindow(std::string formName, std::unique_ptr<QWidget> form, DesktopCore& core);
 
+  /// A form of the kind "tool" shows only when it has not been hidden again within a moment.
   void ShowModal(Window* owner) override;
+  void Hide() override;
   void Activate() override;
   [[nodiscard]] bool Active() const override { return Outer().isActiveWindow(); }
 
@@ -21,9 +23,11 @@ class DialogWindow final : public QtWindow {
  protected:
   void ShowOuter(QtWindow* owner) override;
   void OuterActivated() override;
+  void PutAway() override { core_.loops.EndWait(Dialog()); }
 
  private:
   [[nodiscard]] QDialog& Dialog() const { return static_cast<QDialog&>(Outer()); }
+  [[nodiscard]] bool IsTool() const;
   void PutAbove(QWidget* owner);
   void PressCancel();
 

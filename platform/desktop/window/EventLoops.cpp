@@ -1,13 +1,18 @@
 #include "platform/desktop/window/EventLoops.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDeadlineTimer>
 #include <QDialog>
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QPointer>
+#include <QTimer>
 #include <QWindow>
+#include <memory>
+#include <vector>
+
+#include "platform/desktop/window/InputBlock.h"
 
 namespace tessel {
 
@@ -32,6 +37,18 @@ void GiveUpWaiting() {
   for (QWindow* window : QGuiApplication::topLevelWindows())
     if (IsAwaited(*window)) window->setProperty(awaitedProperty, true);
 }
+
+/// Keeps input from every window that there is now.
+class AllInputBlock {
+ public:
+  AllInputBlock() {
+    for (QWidget* window : QApplication::topLevelWidgets())
+      blocks_.emplace_back(std::make_unique<InputBlock>(*window))->Set(true);
+  }
+
+ private:
+  std::vector<std::unique_ptr<InputBlock>> blocks_;
+};
 
 /// Ends a loop when a dialog is hidden.
 class HideWatch final : public QObject {
@@ -80,6 +97,27 @@ int EventLoops::Run(QDialog& dialog) {
   return dialog.result();
 }
 
+int EventLoops::RunLater(QDialog& dialog, int milliseconds) {
+  const Running running(*this);
+  const QPointer<QDialog> alive(&dialog);
+  {
+    const AllInputBlock block;
+    QEventLoop wait;
+    awaited_ = &dialog;
+    wait_ = &wait;
+    QTimer::singleShot(milliseconds, &wait, [&wait] { wait.exit(1); });
+    const bool isLong = wait.exec() != 0;
+    awaited_ = nullptr;
+    wait_ = nullptr;
+    if (!isLong || alive == nullptr) return QDialog::Rejected;
+  }
+  return Run(dialog);
+}
+
+void EventLoops::EndWait(const QDialog& dialog) {
+  if (awaited_ == &dialog) wait_->exit(0);
+}
+
 void EventLoops::Run(QMenu& menu, const QPoint& place) {
   const Running running(*this);
   menu.exec(place);
@@ -90,7 +128,8 @@ void EventLoops::ProcessPending() {
   QCoreApplication::processEvents();
   const QDeadlineTimer deadline(exposeMilliseconds);
   while (AnyAwaited() && !deadline.hasExpired())
-    QCoreApplication::processEvents(QEventLoop::AllEvents, static_cast<int>(deadline.remainingTime()));
+    QCoreApplication::processEvents(QEventLoop::AllEvents,
+                                    static_cast<int>(deadline.remainingTime()));
   GiveUpWaiting();
 }
 

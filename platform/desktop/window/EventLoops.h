@@ -4,12 +4,13 @@
 #include <functional>
 
 class QDialog;
+class QEventLoop;
 class QMenu;
 
 namespace tessel {
 
-/// The only place where the program runs an event loop inside a handler: modal dialogs, pop-up menus, and the one
-/// round of pending events that a long operation allows itself.
+/// The only place where the program runs an event loop inside a handler: modal dialogs, pop-up
+/// menus, and the one round of pending events that a long operation allows itself.
 class EventLoops {
  public:
   /// How many of them are running now; 0 when handlers are called from the application's own loop.
@@ -19,15 +20,24 @@ class EventLoops {
 
   /// Shows the dialog modally and returns its result when it has been hidden.
   int Run(QDialog& dialog);
+  /// The same for a dialog that only concerns the user when it takes long: it shows after
+  /// `milliseconds`, unless EndWait comes first; until then input is kept from all windows. Short
+  /// work so passes without a flicker, and without moving the keyboard focus to and fro.
+  int RunLater(QDialog& dialog, int milliseconds);
+  /// Ends the wait of RunLater for the dialog, which then never shows.
+  void EndWait(const QDialog& dialog);
   /// Shows the menu at a place of the screen and returns when it has closed.
   void Run(QMenu& menu, const QPoint& place);
-  /// Processes what is pending, once. A window that was shown since the last time is given the chance to be painted.
+  /// Processes what is pending, once. A window that was shown since the last time is given the
+  /// chance to be painted.
   void ProcessPending();
 
  private:
   class Running;
 
   int depth_ = 0;
+  const QDialog* awaited_ = nullptr;
+  QEventLoop* wait_ = nullptr;
 };
 
 }  // namespace tessel
