@@ -88,7 +88,8 @@ std::string FollowLinks(const std::string& path) {
     struct stat status {};
     if (::lstat(place.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return place;
     const std::string target = ReadLink(place, path);
-    place = target.front() == pathSeparator ? target : FolderOf(place) + pathSeparator + target;
+    if (target.front() == pathSeparator) place = target;
+    else place = FolderOf(place).append(1, pathSeparator).append(target);
   }
   ThrowSystemError(path, ELOOP);
 }

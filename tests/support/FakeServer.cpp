@@ -53,6 +53,7 @@ FieldInfo FakeField(std::string name, DataType type) {
 
 std::vector<FieldInfo> FakeFields(const std::vector<std::string>& names) {
   std::vector<FieldInfo> fields;
+  fields.reserve(names.size());
   for (const std::string& name : names) fields.push_back(FakeField(name));
   return fields;
 }

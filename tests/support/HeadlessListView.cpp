@@ -98,6 +98,7 @@ void HeadlessListView::Sort(int column, bool descending) {
   std::iota(order.begin(), order.end(), 0);
   std::ranges::stable_sort(order, [&](int a, int b) { return Before(Row(a), Row(b)); });
   std::vector<ListRow> sorted;
+  sorted.reserve(order.size());
   for (const int index : order) sorted.push_back(rows_[static_cast<std::size_t>(index)]);
   rows_ = std::move(sorted);
   if (selected_ >= 0)

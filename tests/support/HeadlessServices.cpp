@@ -6,7 +6,7 @@
 namespace tessel::test {
 
 std::string HeadlessClock::LongTime() const {
-  const std::int64_t seconds = now_ / 1000 + 12 * 3600;
+  const std::int64_t seconds = now_ / 1000 + std::int64_t{12} * 3600;
   std::array<char, 16> text{};
   std::snprintf(text.data(), text.size(), "%02d:%02d:%02d", static_cast<int>(seconds / 3600 % 24),
                 static_cast<int>(seconds / 60 % 60), static_cast<int>(seconds % 60));
