@@ -11,6 +11,8 @@ template <class... Cases>
 struct Overload : Cases... {
   using Cases::operator()...;
 };
+template <class... Cases>
+Overload(Cases...) -> Overload<Cases...>;  // clang 14 does not deduce it.
 
 template <class Number>
 void AppendNumber(Number number, std::string& out) {

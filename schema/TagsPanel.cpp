@@ -174,12 +174,11 @@ bool TagsPanel::EditorOpenOn(const std::string& key) const {
 
 /// While the editor is open it goes from tag to tag with the user.
 void TagsPanel::lsvTags_ItemClick(int row) {
-  if (EditorOpen() && !EditorOpenOn(lsvTags_.Row(row).key)) OpenEditor(row);
+  if (EditorOpen()) OpenEditor(row);
 }
 
 void TagsPanel::lsvTags_CellClick(int row, int column, const MouseEvent& event) {
-  if (event.button != MouseButton::Left || column != valueColumn) return;
-  if (!EditorOpenOn(lsvTags_.Row(row).key)) OpenEditor(row);
+  if (event.button == MouseButton::Left && column == valueColumn) OpenEditor(row);
 }
 
 void TagsPanel::lsvTags_GotFocus() {
@@ -187,8 +186,10 @@ void TagsPanel::lsvTags_GotFocus() {
 }
 
 void TagsPanel::OpenEditor(int row) {
+  const std::string key = lsvTags_.Row(row).key;
+  if (EditorOpenOn(key)) return;
   CloseEditor(true);
-  editedKey_ = lsvTags_.Row(row).key;
+  editedKey_ = key;
   ConfirmTagValueSync();
   PlaceEditor();
   cboTagValue_.SetVisible(true);

@@ -363,6 +363,7 @@ TEST_F(TagsPanelTest, AClickOnTheTagBeingEditedKeepsWhatWasTyped) {
   ClickValue(0);
   W().SelectRow("lsvTags", 0);
   EXPECT_EQ(Editor().Text(), "typed");
+  EXPECT_EQ(ShownValue(0), "");
   EXPECT_EQ(W().FocusName(), "cboTagValue");
 }
 
