@@ -215,12 +215,14 @@ void ClientRecordset::AddRows(const Task* task, std::vector<ChunkPtr> chunks) {
   for (ChunkPtr& chunk : chunks) rows_->store.Add(std::move(chunk));
 }
 
-void ClientRecordset::EndRows(const Task* task, bool uniqueRows) {
+/// Each field is changed in its place: who holds a reference to it keeps a good one.
+void ClientRecordset::EndRows(const Task* task, bool uniqueRows, std::vector<FieldInfo> fields) {
   if (task != task_.get()) return;
   task_.reset();
   state_ &= objectState::open;
   if (state_ == objectState::closed) return;
   rows_->properties.Set("Unique Rows", uniqueRows);
+  if (fields.size() == rows_->fields.size()) std::ranges::move(fields, rows_->fields.begin());
   if (!sort_.empty()) ApplySort();
 }
 

@@ -72,8 +72,9 @@ class ClientRecordset : public Recordset, public std::enable_shared_from_this<Cl
   /// The command has a result with these fields; its rows follow.
   void BeginRows(const Task* task, std::vector<FieldInfo> fields);
   void AddRows(const Task* task, std::vector<ChunkPtr> chunks);
-  /// The command has ended, well or not.
-  void EndRows(const Task* task, bool uniqueRows);
+  /// The command has ended, well or not. `fields` are those of BeginRows with all that is known of
+  /// them now, or empty.
+  void EndRows(const Task* task, bool uniqueRows, std::vector<FieldInfo> fields = {});
   /// Fills a closed recordset and opens it.
   void Fill(std::vector<FieldInfo> fields, std::vector<ChunkPtr> chunks);
 

@@ -253,7 +253,7 @@ void DataConnection::DeliverEnd(Execution& execution, const TaskNews& news, Fail
   execution.ended = true;
   execution.failure = news.failure;
   const auto recordset = execution.recordset.lock();
-  if (recordset) recordset->EndRows(execution.task.get(), news.uniqueRows);
+  if (recordset) recordset->EndRows(execution.task.get(), news.uniqueRows, news.fields);
   if (!execution.hasRows) {
     RaiseExecuted(execution, news, failures);
   } else if (recordset && execution.asyncFetch) {

@@ -35,9 +35,9 @@ struct ExecuteResult {
 ///
 /// Every function but Cancel and CancelPatience is called on the connection's worker thread only,
 /// one at a time, in this order: Open; then any number of commands (ExecuteCommand, FetchRows until
-/// it returns false, DrainResults, CloseResult, HasUniqueRows), schema rowsets and catalog changes;
-/// Close; destructor. All may raise Error, except Cancel, CancelPatience, CloseResult, Close and
-/// the destructor.
+/// it returns false, DrainResults, CloseResult, CompleteFields, HasUniqueRows), schema rowsets and
+/// catalog changes; Close; destructor. All may raise Error, except Cancel, CancelPatience,
+/// CloseResult, Close and the destructor.
 ///
 /// Cancelling: the core sets Operation::StopAsked and then calls Cancel from a helper thread, again
 /// every few milliseconds, until the running function returns. A function that ends because of it
@@ -75,6 +75,9 @@ class ProviderSession {
   /// Drops what is left of the command, if anything; called once after each ExecuteCommand, also
   /// after one that failed.
   virtual void CloseResult() noexcept = 0;
+  /// Adds what could not be asked for while the rows of the command just closed were on their way,
+  /// such as base names; names and types stay. Must be quick, as HasUniqueRows.
+  virtual void CompleteFields(std::vector<FieldInfo>& /*fields*/) {}
   /// True when `fields`, those of the command just closed, hold a whole primary key or unique
   /// not-null index of their one base table. Also asked after a fetch that was cancelled; must be
   /// quick.

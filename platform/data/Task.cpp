@@ -128,13 +128,23 @@ void ExecuteTask::Run(ProviderSession& session) {
 void ExecuteTask::LeaveCommand(ProviderSession& session) noexcept {
   session.CloseResult();
   try {
-    const bool unique = !fields_.empty() && session.HasUniqueRows(fields_);
-    Tell([&](TaskNews& news) { news.uniqueRows = unique; }, false);
+    if (!fields_.empty()) TellFields(session);
     std::string catalog = session.CurrentCatalog();
     Tell([&](TaskNews& news) { news.catalog = std::move(catalog); }, false);
   } catch (const std::exception&) {
     return;
   }
+}
+
+void ExecuteTask::TellFields(ProviderSession& session) {
+  session.CompleteFields(fields_);
+  const bool unique = session.HasUniqueRows(fields_);
+  Tell(
+      [&](TaskNews& news) {
+        news.fields = fields_;
+        news.uniqueRows = unique;
+      },
+      false);
 }
 
 void ExecuteTask::RunCommand(ProviderSession& session) {

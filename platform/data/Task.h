@@ -20,8 +20,8 @@ namespace tessel {
 struct TaskNews {
   std::vector<ErrorInfo> reports;
 
-  bool executed = false;  ///< The command was run and has a result with columns: `fields`.
-  std::vector<FieldInfo> fields;
+  bool executed = false;          ///< The command was run and has a result with columns: `fields`.
+  std::vector<FieldInfo> fields;  ///< Told with `executed`, and once more, complete, with the end.
   std::int64_t recordsAffected = -1;
 
   std::vector<ChunkPtr> chunks;
@@ -142,6 +142,7 @@ class ExecuteTask : public Task {
   void HandOver(RowSink& rows, bool post);
   void Drain(ProviderSession& session);
   void LeaveCommand(ProviderSession& session) noexcept;
+  void TellFields(ProviderSession& session);
 
   std::string sql_;
   std::vector<FieldInfo> fields_;
