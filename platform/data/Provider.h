@@ -92,11 +92,13 @@ class ProviderSession {
   /// when there is no such rowset.
   virtual void ReadSchema(SchemaRows& rows, Operation& operation) = 0;
 
-  /// Asks the function that runs to end soon. Any thread; never while none runs; in every phase,
-  /// Open included; repeatedly. May block when the server does. Does nothing where the phase cannot
-  /// be interrupted.
+  /// Asks the function that runs to end soon. Any thread; repeatedly; in every phase, Open
+  /// included, and between two functions of one command, but never before an operation has begun or
+  /// after it has ended. May block when the server does. Does nothing where the phase cannot be
+  /// interrupted.
   virtual void Cancel() noexcept = 0;
-  /// How long a cancelled function may take to return before the session is given up. Any thread.
+  /// How long a cancelled function may take to return before the session is given up. Asked for at
+  /// each cancel: it may differ with what runs. Any thread.
   [[nodiscard]] virtual std::chrono::milliseconds CancelPatience() const noexcept {
     return std::chrono::milliseconds(150);
   }

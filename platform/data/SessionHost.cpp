@@ -24,9 +24,7 @@ Error CurrentError() {
 
 SessionHost::SessionHost(std::unique_ptr<ProviderSession> session,
                          std::shared_ptr<LeftBehind> leftBehind)
-    : session_(std::move(session)),
-      patience_(session_->CancelPatience()),
-      leftBehind_(std::move(leftBehind)) {}
+    : session_(std::move(session)), leftBehind_(std::move(leftBehind)) {}
 
 std::shared_ptr<SessionHost> SessionHost::Start(std::unique_ptr<ProviderSession> session,
                                                 std::shared_ptr<LeftBehind> leftBehind) {
@@ -47,26 +45,33 @@ void SessionHost::Cancel(const std::shared_ptr<Task>& task) {
   task->AskToStop();
   if (!task->BeginCancel()) return;
   const auto self = shared_from_this();
+  const auto patience = session_->CancelPatience();
   leftBehind_->Keep(WatchedThread([self, task] { self->CancelUntilEnded(*task); }));
-  leftBehind_->Keep(WatchedThread([self, task] {
-    if (!task->WaitForEnd(self->patience_)) task->Abandon();
+  leftBehind_->Keep(WatchedThread([self, task, patience] {
+    if (!task->WaitForEnd(patience)) self->GiveUp(*task);
   }));
 }
 
 void SessionHost::Stop(const std::shared_ptr<Task>& running) {
+  const auto patience = session_->CancelPatience();
   if (running) Cancel(running);
   std::unique_lock lock(mutex_);
   quit_ = true;
   changed_.notify_all();
   lock.unlock();
-  const bool hangs = running && !running->WaitForEnd(patience_);
-  if (hangs) running->Abandon();
+  if (running && !running->WaitForEnd(patience)) GiveUp(*running);
   lock.lock();
-  const auto limit = hangs ? std::chrono::milliseconds(0) : closePatience;
+  const auto limit = hangs_ ? std::chrono::milliseconds(0) : closePatience;
   const bool exited = changed_.wait_for(lock, limit, [this] { return exited_; });
   lock.unlock();
   if (exited) thread_.Join();
   else leftBehind_->Keep(std::move(thread_));
+}
+
+/// With the lock held: who hears of the end and stops the host must find the mark.
+void SessionHost::GiveUp(Task& task) {
+  const std::lock_guard lock(mutex_);
+  if (task.Abandon()) hangs_ = true;
 }
 
 void SessionHost::Work() {

@@ -29,7 +29,8 @@ class SessionHost : public std::enable_shared_from_this<SessionHost> {
   void Cancel(const std::shared_ptr<Task>& task);
 
   /// Cancels `running` (may be null), closes the session and ends the thread, or leaves it behind
-  /// when it hangs. Waits no longer than the two patiences.
+  /// when it hangs. Waits no longer than the two patiences, and not at all for one that is known to
+  /// hang.
   void Stop(const std::shared_ptr<Task>& running);
 
  private:
@@ -41,10 +42,11 @@ class SessionHost : public std::enable_shared_from_this<SessionHost> {
   [[nodiscard]] bool SessionIsLost(bool failed);
   void SetRunning(Task* task);
   void CancelUntilEnded(const Task& task);
+  void GiveUp(Task& task);
 
-  /// Of the worker, its Cancel also of the thread that cancels. Destroyed by the worker at its end.
+  /// Of the worker; its Cancel also of the thread that cancels, its CancelPatience of the UI thread
+  /// until Stop has told the worker to end. Destroyed by the worker at its end.
   std::unique_ptr<ProviderSession> session_;
-  const std::chrono::milliseconds patience_;
   const std::shared_ptr<LeftBehind> leftBehind_;
   WatchedThread thread_;
   bool opened_ = false;  ///< Worker only.
@@ -54,6 +56,7 @@ class SessionHost : public std::enable_shared_from_this<SessionHost> {
   std::shared_ptr<Task> next_;
   bool quit_ = false;
   bool exited_ = false;
+  bool hangs_ = false;  ///< A task was abandoned: the worker does not come back.
 
   /// Held around each call of ProviderSession::Cancel, and by the worker where one task is left and
   /// the next one begun: so no late cancel reaches the next task.

@@ -26,9 +26,9 @@ void Task::End(std::optional<ErrorInfo> failure, bool sessionLost) {
   PostLocked();
 }
 
-void Task::Abandon() {
+bool Task::Abandon() {
   const std::lock_guard lock(mutex_);
-  if (ended_) return;
+  if (ended_) return false;
   news_.ended = true;
   if (!settled_) {
     news_.failure = CancelledError().Info();
@@ -37,6 +37,7 @@ void Task::Abandon() {
   news_.sessionLost = true;
   ended_ = true;
   PostLocked();
+  return true;
 }
 
 bool Task::BeginCancel() {
@@ -165,17 +166,17 @@ void ExecuteTask::RunCommand(ProviderSession& session) {
 
 void ExecuteTask::FetchAll(ProviderSession& session, std::size_t columns) {
   RowSink rows(columns);
-  lastOffer_ = lastLook_ = std::chrono::steady_clock::now();
+  lastLook_ = lastHandOver_ = lastChunk_ = lastProgress_ = std::chrono::steady_clock::now();
   try {
     while (session.FetchRows(rows, rowsAtOnce_, *this)) {
       ThrowIfStopped();
       OfferRows(rows);
     }
   } catch (...) {
-    HandOver(rows, false);
+    HandOverLast(rows);
     throw;
   }
-  HandOver(rows, false);
+  HandOverLast(rows);
 }
 
 /// Now and then gives what was fetched to the UI thread: so that it can be seen, and is not lost
@@ -183,25 +184,34 @@ void ExecuteTask::FetchAll(ProviderSession& session, std::size_t columns) {
 /// of them.
 void ExecuteTask::OfferRows(RowSink& rows) {
   const auto now = std::chrono::steady_clock::now();
-  const bool slow = now - std::exchange(lastLook_, now) > progressInterval / 2;
+  const bool slow = now - std::exchange(lastLook_, now) > handOverInterval;
   rowsAtOnce_ =
       slow ? std::max<std::size_t>(rowsAtOnce_ / 2, 1) : std::min(rowsAtOnce_ * 2, mostRowsAtOnce);
-  if (now - lastOffer_ < progressInterval) return;
-  lastOffer_ = now;
-  HandOver(rows, true);
+  if (now - lastHandOver_ < handOverInterval) return;
+  lastHandOver_ = now;
+  const bool tell = now - lastProgress_ >= progressInterval;
+  if (tell) lastProgress_ = now;
+  const bool large = static_cast<std::int64_t>(rows.PendingRows()) * 4 >= rows.Rows();
+  if (large || now - lastChunk_ >= chunkInterval) {
+    lastChunk_ = now;
+    rows.CloseChunk();
+  }
+  HandOver(rows, tell);
 }
 
-void ExecuteTask::HandOver(RowSink& rows, bool post) {
-  const auto fetched = rows.Rows();
-  const auto pending = static_cast<std::int64_t>(rows.PendingRows());
-  if (!post || pending * 4 >= fetched) rows.CloseChunk();
+void ExecuteTask::HandOver(RowSink& rows, bool tell) {
   Tell(
       [&](TaskNews& news) {
         std::ranges::move(rows.TakeChunks(), std::back_inserter(news.chunks));
-        news.rowsFetched = fetched;
-        news.progress = news.progress || post;
+        news.rowsFetched = rows.Rows();
+        news.progress = news.progress || tell;
       },
-      post);
+      tell);
+}
+
+void ExecuteTask::HandOverLast(RowSink& rows) {
+  rows.CloseChunk();
+  HandOver(rows, false);
 }
 
 void ExecuteTask::Drain(ProviderSession& session) {

@@ -55,7 +55,8 @@ class Task : public Operation {
   void End(std::optional<ErrorInfo> failure, bool sessionLost);
   /// Ends the task in the worker's place, the session lost: as cancelled, or as done when its work
   /// was settled before. Nothing happens when it has ended. Any thread.
-  void Abandon();
+  /// Tells whether it did.
+  bool Abandon();
 
   /// True for the first caller only.
   [[nodiscard]] bool BeginCancel();
@@ -126,8 +127,12 @@ class CallTask : public Task {
 /// Runs a command and fetches its rows.
 class ExecuteTask : public Task {
  public:
-  /// Progress is told about so often.
+  /// How often progress is told.
   static constexpr Milliseconds progressInterval{100};
+  /// How often rows are handed over: what was fetched since is lost with a worker left behind.
+  static constexpr Milliseconds handOverInterval{10};
+  /// How long rows may wait for their chunk to become large.
+  static constexpr Milliseconds chunkInterval{250};
   /// The worker looks up from fetching after so many rows; sooner where rows come slowly.
   static constexpr std::size_t mostRowsAtOnce = 256;
 
@@ -139,15 +144,18 @@ class ExecuteTask : public Task {
   void RunCommand(ProviderSession& session);
   void FetchAll(ProviderSession& session, std::size_t columns);
   void OfferRows(RowSink& rows);
-  void HandOver(RowSink& rows, bool post);
+  void HandOver(RowSink& rows, bool tell);
+  void HandOverLast(RowSink& rows);
   void Drain(ProviderSession& session);
   void LeaveCommand(ProviderSession& session) noexcept;
   void TellFields(ProviderSession& session);
 
   std::string sql_;
   std::vector<FieldInfo> fields_;
-  std::chrono::steady_clock::time_point lastOffer_;
   std::chrono::steady_clock::time_point lastLook_;
+  std::chrono::steady_clock::time_point lastHandOver_;
+  std::chrono::steady_clock::time_point lastChunk_;
+  std::chrono::steady_clock::time_point lastProgress_;
   std::size_t rowsAtOnce_ = 1;
 };
 
