@@ -40,7 +40,7 @@ void QtListBox::WriteIndex(int index) {
 }
 
 QtComboBox::QtComboBox(QComboBox& widget, const ControlSite& site) : ControlOf(widget, site) {
-  widget.setCompleter(nullptr);
+  if (widget.isEditable()) widget.setCompleter(nullptr);
   QObject::connect(&widget, &QComboBox::currentIndexChanged, &Face(), [this](int index) {
     if (index >= 0) Raise(Click);
   });

@@ -10,6 +10,8 @@ namespace tessel {
 
 /// A message box. A long text scrolls; the text can be selected and is never taken for markup.
 class MessageDialog final : public QDialog {
+  Q_OBJECT
+
  public:
   MessageDialog(const Message& message, QWidget* owner);
   [[nodiscard]] MessageResult Result() const { return result_; }

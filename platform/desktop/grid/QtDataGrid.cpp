@@ -48,7 +48,9 @@ void QtDataGrid::SetCurrentColumn(int column) {
 }
 
 std::string QtDataGrid::ShownText(std::int64_t position, int column) const {
-  return Model().FullText(position, column);
+  const ValueView value = DataSource()->ValueAt(position, static_cast<std::size_t>(column));
+  const std::string text = Model().FullText(position, column);
+  return text.empty() && IsNull(value) ? "NULL" : text;
 }
 
 /// The headers keep the colours of the desktop.

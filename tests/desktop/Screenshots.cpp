@@ -1,0 +1,208 @@
+#include "tests/desktop/Screenshots.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QMainWindow>
+#include <QTest>
+#include <iostream>
+#include <memory>
+#include <vector>
+
+#include "platform/Button.h"
+#include "platform/DataGrid.h"
+#include "platform/ListControls.h"
+#include "platform/Label.h"
+#include "platform/ListView.h"
+#include "platform/TextBox.h"
+#include "platform/TreeView.h"
+#include "platform/desktop/QtDesktop.h"
+#include "platform/desktop/base/Text.h"
+#include "platform/desktop/base/Theme.h"
+#include "platform/desktop/dialogs/MessageDialog.h"
+#include "tests/desktop/GeneratedRows.h"
+#include "tests/desktop/QtUser.h"
+
+namespace tessel::test {
+
+namespace {
+
+constexpr const char* sampleSql =
+    "-- orders of one customer\n"
+    "SELECT o.id, o.\"placed\", SUM(l.amount) AS total\n"
+    "FROM orders o JOIN order_lines l ON l.order_id = o.id\n"
+    "WHERE o.customer = 'Ada Lovelace' AND total > 12.5\n"
+    "GROUP BY o.id; /* a comment of\n   two lines */\n";
+
+class Album {
+ public:
+  Album(const std::string& folder, QtDesktop& desktop) : folder_(ToQt(folder)), desktop_(desktop) {
+    QDir().mkpath(folder_);
+  }
+
+  void DrawAll() {
+    DrawFrame();
+    DrawDialogs();
+    DrawMessages();
+  }
+
+ private:
+  void Save(QWidget& widget, const QString& name) {
+    QTest::qWait(100);
+    widget.grab().save(folder_ + QLatin1Char('/') + name + QStringLiteral(".png"));
+    std::cout << name.toStdString() << ' ' << widget.width() << 'x' << widget.height() << '\n';
+  }
+
+  void Draw(const std::string& form, const std::function<void(Window&)>& fill) {
+    const auto window = desktop_.MakeWindow(form);
+    fill(*window);
+    window->Show();
+    Save(AsQt(*window).Outer(), ToQt(form));
+  }
+
+  void FillSidebar(Window& frame) {
+    auto& tree = frame.Find<TreeView>("trvBrowser");
+    tree.Add("", {"d1", "Shop", 1});
+    tree.Add("d1", {"t1", "customers", 2});
+    tree.Add("d1", {"t2", "orders", 2});
+    tree.AddChildren("t2", {{"f1", "id", 3}, {"f2", "customer", 3}, {"f3", "Order Date", 3}});
+    tree.SetChecked("f2", true);
+    tree.SetExpanded("d1", true);
+    tree.SetExpanded("t2", true);
+    tree.SelectNode("t2");
+    auto& tags = frame.Find<ListView>("lsvTags");
+    tags.Insert(0, {"CUSTOMER", "Customer", {"Ada Lovelace"}, "", 0});
+    tags.Insert(1, {"YEAR", "Year", {"2026"}, "", 0});
+    tags.SetColumnWidth(0, 1200);
+  }
+
+  void FillRecords(Window& window) {
+    window.SetCaption("Shop");
+    auto& status = window.Find<TextBox>("txtStatus");
+    status.SetText("[15:09:26]  1000000 record(s).");
+    status.SetBackColor(0xBF0000);
+    for (const char* name : {"cmdAccept", "cmdReject", "cboCatalog", "lblTimer", "cmdCnErrors"})
+      window.Find<Control>(name).SetVisible(true);
+    for (const char* name : {"cmdHistoryBack", "cmdRequery", "cmdProperties", "chkRecords"})
+      window.Find<Control>(name).SetEnabled(true);
+    window.Find<Label>("lblTimer").SetCaption("00:00:07");
+    window.Find<ComboBox>("cboCatalog").AddItem("shop");
+    window.Find<ComboBox>("cboCatalog").SetListIndex(0);
+    auto& again = window.Find<Button>("cmdRequeryTags");
+    again.SetVisible(true);
+    again.SetBackColor(0x00FF00);
+    auto& grid = window.Find<DataGrid>("DataGrid");
+    grid.SetDataSource(OrdersOf(1'000'000));
+    grid.SetVisible(true);
+    const int width = window.ScaleWidth() - 120;
+    status.SetBounds({60, 420, width, 330});
+    grid.SetBounds({60, 840, width, window.ScaleHeight() - 900});
+  }
+
+  void DrawFrame() {
+    const auto frame = desktop_.MakeWindow("frmMDI");
+    frame->SetBounds({0, 0, 16800, 10500});
+    frame->Show();
+    FillSidebar(*frame);
+    const auto query = desktop_.MakeWindow("frmMain");
+    query->SetCaption("SQL [orders.sql *]");
+    query->Show();
+    query->Find<RichTextBox>("txtQuery").SetText(sampleSql);
+    auto& options = query->Find<ListBox>("lstOptions");
+    for (const char* name : {"customer", "order_date", "order_id"}) options.AddItem(name);
+    options.SetListIndex(1);
+    const auto records = desktop_.MakeWindow("frmRecords");
+    records->Show();
+    SettleEvents();
+    frame->Arrange(Tiling::Horizontal);
+    SettleEvents();
+    FillRecords(*records);
+    Save(AsQt(*frame).Outer(), QStringLiteral("frmMDI"));
+    records->Find<DataGrid>("DataGrid").SetSelBookmarks({1002, 1005});
+    records->Find<DataGrid>("DataGrid").SetBackColor(0xD0FFFF);
+    records->Find<DataGrid>("DataGrid").SetForeColor(0x600000);
+    Save(AsQt(*records).Root(), QStringLiteral("frmRecords"));
+    records->Find<DataGrid>("DataGrid").SetSelColumns(1, 2);
+    query->Activate();
+    options.SetBounds({1500, 1500, 2400, 1200});
+    options.SetVisible(true);
+    Save(AsQt(*query).Root(), QStringLiteral("frmMain"));
+    frame->Arrange(Tiling::Vertical);
+    Save(AsQt(*frame).Outer(), QStringLiteral("frmMDI-vertical"));
+    records->Find<DataGrid>("DataGrid").SetDataSource(nullptr);
+  }
+
+  void DrawDialogs() {
+    Draw("frmText", [](Window& window) {
+      window.SetBounds({0, 0, 9600, 6300});
+      window.Find<RichTextBox>("txtText").SetText(sampleSql);
+    });
+    Draw("dlgText", [](Window& window) {
+      window.Find<Label>("lblPrompt").SetCaption("Table name:-");
+      window.Find<TextBox>("txtText").SetText("orders");
+    });
+    Draw("dlgConnect", [](Window& window) {
+      auto& list = window.Find<ListView>("lsvConnections");
+      list.Insert(0, {"new", "(new)", {""}, "", 0});
+      list.Insert(1, {"", "Shop", {"Provider=SQLite;Data Source=/srv/data/shop.db"}, "", 0, 0x0000C0});
+      list.Insert(2, {"", "Staff", {"Provider=PostgreSQL;Server=db;Database=staff"}, "", 0});
+      list.SetSelectedIndex(1);
+      list.SetColumnWidth(0, 2400);
+      window.Find<TextBox>("txtCaption").SetText("Shop");
+      window.Find<TextBox>("txtCnStr").SetText("Provider=SQLite;Data Source=/srv/data/shop.db");
+      window.Find<Label>("labColor").SetBackColor(0xC0FFFF);
+      window.Find<Label>("labColor").SetForeColor(0x0000C0);
+    });
+    Draw("dlgAsync", [](Window& window) {
+      window.Find<Label>("lblMessage").SetCaption("Fetching records...\n1204000");
+      window.Find<Label>("lblTimer").SetCaption("00:00:07");
+      window.Find<ProgressBar>("prgProgress").SetValue(40);
+    });
+    Draw("dlgDataLink", [](Window& window) {
+      auto& list = window.Find<ListView>("lsvPairs");
+      list.Insert(0, {"", "Data Source", {"/srv/data/shop.db"}, "", 0});
+      list.Insert(1, {"", "Mode", {"ReadOnly"}, "", 0});
+      window.Find<ComboBox>("cboProvider").SetText("SQLite");
+      window.Find<Label>("lblResult").SetCaption("The connection works.");
+    });
+    for (const char* form : {"dlgAbout", "dlgCnODBC", "dlgCnSQLSrv", "dlgCnAccess", "dlgCnGeneric"})
+      Draw(form, [](Window&) {});
+  }
+
+  void DrawMessages() {
+    DrawMessage("message-short", "Please select the SQL to be executed.", MessageIcon::Exclamation);
+    DrawMessage("message-medium",
+                "Do you want to connect to another database using this instance of Tessel?\r\n\r\n"
+                "- To execute the same SQL commands on ALL connections at once - click 'Yes'.\r\n"
+                "- For a separate, independent connection using a new instance of Tessel - click 'No'.\r\n",
+                MessageIcon::Question);
+    std::string text;
+    for (int line = 0; line < 200; ++line) text += "Line " + std::to_string(line) + " of an error.\n";
+    DrawMessage("message-long", text, MessageIcon::Critical);
+  }
+
+  void DrawMessage(const QString& name, const std::string& text, MessageIcon icon) {
+    Message message;
+    message.text = text;
+    message.icon = icon;
+    message.buttons = MessageButtons::YesNoCancel;
+    message.help = [] {};
+    MessageDialog dialog(message, nullptr);
+    dialog.show();
+    Save(dialog, name);
+  }
+
+  QString folder_;
+  QtDesktop& desktop_;
+};
+
+}  // namespace
+
+int DrawScreenshots(const std::string& folder, bool dark) {
+  int arguments = 0;
+  QtDesktop desktop(arguments, nullptr);
+  SystemTheme::Force(dark);
+  Album(folder, desktop).DrawAll();
+  return 0;
+}
+
+}  // namespace tessel::test
