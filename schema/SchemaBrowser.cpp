@@ -2,12 +2,15 @@
 
 #include "query/Misc.h"
 #include "schema/SqlGeneration.h"
+#include "schema/TagScanner.h"
 
 namespace tessel {
 
 namespace {
 
 constexpr int menuFromNode = 300;  ///< Twips from a node's left edge to the menu that a key opens.
+
+constexpr int formsOfTag = 4;  ///< The number of a tag command is the tag's flags.
 
 const char* MenuOf(NodeKind kind) {
   switch (kind) {
@@ -158,10 +161,13 @@ void SchemaBrowser::WireFieldMenu() {
   });
   OnSelected("mnuFieldBuildVocab", NodeKind::Field,
              [this](const std::string& key) { mnuFieldBuildVocab_Click(key); });
+  for (int flags = 0; flags < formsOfTag; ++flags)
+    OnSelected("mnuFieldTag_" + std::to_string(flags), NodeKind::Field,
+               [this, flags](const std::string& key) { mnuFieldTag_Click(key, flags); });
 }
 
 /// The command acts on the selected node, and only on one of its kind.
-void SchemaBrowser::OnSelected(const char* command, NodeKind kind,
+void SchemaBrowser::OnSelected(const std::string& command, NodeKind kind,
                                const std::function<void(const std::string&)>& action) {
   frame_.Menu(command).Click = [this, kind, action] {
     const std::string key = trvBrowser_.SelectedKey();
@@ -196,6 +202,10 @@ FileDialog& SchemaBrowser::SchemaFileDialog(const Connection& connection) {
   dialog.filter = "Schema Files (*.schema.xml)|*.schema.xml";
   dialog.defaultExtension = "schema.xml";
   return dialog;
+}
+
+void SchemaBrowser::mnuFieldTag_Click(const std::string& key, int flags) {
+  sqlWindow_.InsertText(MakeTagText(trvBrowser_.Text(key), flags, tagType::field));
 }
 
 void SchemaBrowser::mnuFieldBuildVocab_Click(const std::string& key) {

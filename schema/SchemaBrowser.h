@@ -53,7 +53,7 @@ class SchemaBrowser {
   void WireTableMenu();
   void WireTableText(const char* command, TableText text);
   void WireFieldMenu();
-  void OnSelected(const char* command, NodeKind kind,
+  void OnSelected(const std::string& command, NodeKind kind,
                   const std::function<void(const std::string& key)>& action);
   void OnDatabase(const char* command,
                   void (SchemaBrowser::*action)(const std::string& key, Connection& connection));
@@ -69,6 +69,7 @@ class SchemaBrowser {
 
   void mnuDBLoadSchemaFromXML_Click(const std::string& key, Connection& connection);
   void mnuDBSaveSchemaToXML_Click(const std::string& key, Connection& connection);
+  void mnuFieldTag_Click(const std::string& key, int flags);
   void mnuFieldBuildVocab_Click(const std::string& key);
   [[nodiscard]] FileDialog& SchemaFileDialog(const Connection& connection);
   [[nodiscard]] std::shared_ptr<Connection> ConnectionOf(const std::string& key) const;

@@ -2,6 +2,7 @@
 
 #include "app/Main.h"
 #include "tests/logic/LogicFixture.h"
+#include "tests/logic/SchemaFixture.h"
 
 namespace tessel {
 namespace {
@@ -408,6 +409,55 @@ TEST_F(frmMDITest, F6AndF7WalkBetweenTheWindows) {
   EXPECT_EQ(query().FocusName(), "txtQuery");
   query().PressKey(key::f7);
   EXPECT_TRUE(mdi().Find<TreeView>("trvBrowser").HasFocus());
+}
+
+TEST_F(frmMDITest, AConnectionHasItsNodeInTheSchemaBrowserAsLongAsItIsOpen) {
+  folder.Write("A.schema.xml", "<Database><Table name='Orders'/></Database>");
+  Start();
+  Connect("Database=A");
+  Connect("Database=B");
+  auto& tree = mdi().Find<TreeView>("trvBrowser");
+  EXPECT_EQ(tree.Children(""), (std::vector<std::string>{"d1", "d2"}));
+  EXPECT_EQ(tree.Text("d1"), "Database=A caption");
+  EXPECT_EQ(tree.Text("td1.ORDERS"), "Orders");
+  EXPECT_TRUE(tree.Children("d2").empty());
+  desktop.WindowsOf("frmRecords").front()->CloseByControlBox();
+  EXPECT_EQ(tree.Children(""), (std::vector<std::string>{"d2"}));
+}
+
+TEST_F(frmMDITest, ASchemaIsReadFromTheDatabaseOfItsNodeAndWhenTheConnectionAsksForIt) {
+  for (const char* name : {"Database=A", "Database=B"})
+    AnswerViews(data.ServerOf(name), {{std::string("Table of ") + name, {"field"}}});
+  Start();
+  Connect("Database=A");
+  desktop.OnModal("dlgConnect", [](Window& w) {
+    w.Find<CheckBox>("chkLoadSchemaFromDB").SetValue(true);
+    w.Find<TextBox>("txtCnStr").SetText("Database=B");
+    w.Click("cmdConnect");
+  });
+  desktop.ExpectMessage(connectQuestion, MessageResult::Yes);
+  mdi().ChooseMenu("mnuDBConnect");
+  auto& tree = mdi().Find<TreeView>("trvBrowser");
+  EXPECT_TRUE(tree.Exists("td2.TABLE OF DATABASE=B"));
+  EXPECT_TRUE(realFiles.Exists(folder.File("B.schema.xml")));
+  EXPECT_TRUE(tree.Children("d1").empty());
+  tree.SelectNode("d1");
+  mdi().Menu("mnuDBLoadSchemaFromDB").Choose();
+  EXPECT_TRUE(tree.Exists("td1.TABLE OF DATABASE=A"));
+}
+
+TEST_F(frmMDITest, ANodeOfTheSchemaBrowserGoesIntoTheQueryWindow) {
+  folder.Write("A.schema.xml", "<Database><Table name='Order Details'/></Database>");
+  Start();
+  Connect("Database=A");
+  mdi().Find<TreeView>("trvBrowser").SelectNode("td1.ORDER DETAILS");
+  query().PressKey(key::f7);
+  mdi().PressKey(key::enter);
+  EXPECT_EQ(query().Find<RichTextBox>("txtQuery").Text(), "[Order Details]");
+  EXPECT_EQ(query().FocusName(), "txtQuery");
+  query().PressKey(key::f7);
+  mdi().PressKey(key::f7);
+  EXPECT_EQ(query().FocusName(), "txtQuery");
 }
 
 TEST_F(frmMDITest, ExitAsksAboutUnsavedSqlOnceAndClosesTheConnections) {

@@ -26,6 +26,7 @@ TEST_F(frmRecordsTest, AConnectedWindowShowsItsCaptionColoursAndStatus) {
     EXPECT_EQ(W().Find<Control>(control).ForeColor(), 0x445566U) << control;
   }
   EXPECT_EQ(host.nodes, (std::map<std::string, std::string>{{"d1", "Shop"}}));
+  EXPECT_EQ(host.loads, (std::vector<std::string>{"d1 Provider=Fake from the file"}));
   EXPECT_EQ(host.count, 1);
   EXPECT_EQ(data.Log().opened.at(0).user, "me");
 }
