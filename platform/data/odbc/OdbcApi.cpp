@@ -140,12 +140,15 @@ std::vector<NamedItem> Environment::DataSources() const {
 
 // --- CancelGate ----------------------------------------------------------------------------------
 
+// At its very beginning and end a statement is not yet or no longer protected by all drivers: short
+// ones are left to end by themselves.
 void CancelGate::Enter(SQLHSTMT statement) {
+  using namespace std::chrono_literals;
   const std::lock_guard lock(mutex_);
   running_ = statement;
   reached_ = false;
-  next_ = {};
-  interval_ = std::chrono::milliseconds(10);
+  next_ = std::chrono::steady_clock::now() + 5ms;
+  interval_ = 10ms;
 }
 
 void CancelGate::Leave() {

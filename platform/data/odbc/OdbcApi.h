@@ -92,8 +92,9 @@ class Environment {
 /// MoreResults a cancel would close a cursor under the worker's hands.
 class CancelGate {
  public:
-  /// Asks the driver to cancel, if a statement executes. May be called again and again, on any
-  /// thread; requests reach the driver in growing intervals. Blocks when the server does.
+  /// Asks the driver to cancel, if a statement executes and has done so for a moment. To be called
+  /// again and again until it ends, on any thread; requests reach the driver in growing intervals.
+  /// Blocks when the server does.
   void Cancel() noexcept;
   /// True when the driver was asked during the last execution. Worker.
   [[nodiscard]] bool Reached() const { return reached_; }

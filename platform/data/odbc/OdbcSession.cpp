@@ -18,6 +18,12 @@ namespace {
 /// For drivers that obey; nothing can cancel a connect.
 constexpr std::chrono::seconds connectTimeout{15};
 
+/// A connect that hangs never comes back. A statement does, when the driver has dropped what it has
+/// of the result; dropping a whole large one takes longer still.
+constexpr std::chrono::milliseconds connectPatience{150};
+constexpr std::chrono::milliseconds executePatience{500};
+constexpr std::chrono::milliseconds resultPatience{3000};
+
 /// `[name]` and `name` mean the same catalog.
 std::string WithoutBrackets(const std::string& name) {
   const bool bracketed = name.size() > 2 && name.front() == '[' && name.back() == ']';
@@ -55,6 +61,7 @@ auto OdbcSession::Guarded(Operation& operation, Work work) {
 /// Whatever the driver calls it, what fails after a cancel reached it was cancelled.
 void OdbcSession::RaiseFailure(const Failure& failure, Operation& operation) {
   NoteHealth(failure);
+  hasWarnings_ = true;
   const bool cancelled = operation.StopAsked() && gate_.Reached();
   if (cancelled) throw CancelledError();
   operation.Raise(ToErrors(failure.Records(), driver_));
@@ -73,6 +80,7 @@ void OdbcSession::Open(const Login& login, Operation& operation) {
   CheckFile();
   dbc_ = Connect(keys_, operation);
   alive_ = true;
+  patience_ = executePatience;
   const std::uint32_t extensions = dbc_->InfoNumber(SQL_GETDATA_EXTENSIONS).value_or(0);
   constexpr std::uint32_t needed = SQL_GD_BOUND | SQL_GD_ANY_COLUMN | SQL_GD_ANY_ORDER;
   canReadBoundCells_ = (extensions & needed) == needed;
@@ -134,8 +142,10 @@ ExecuteResult OdbcSession::Run(const std::string& sql, Operation& operation) {
   if (wantsWarnings_ && hasWarnings_) ForgetWarnings();
   statement_ = std::make_unique<Statement>(*dbc_);
   const Outcome outcome = statement_->Execute(sql, gate_, notices);
+  patience_ = resultPatience;
   ReportNotices(notices, operation);
   FindColumns(result, outcome, operation);
+  if (FirstWord(sql).empty()) result.recordsAffected = -1;  // Comments only.
   if (result.fields.empty()) ReportWarnings(operation);
   return result;
 }
@@ -224,6 +234,7 @@ void OdbcSession::DrainResults(Operation& operation) {
 void OdbcSession::CloseResult() noexcept {
   reader_.reset();
   statement_.reset();
+  patience_ = executePatience;
 }
 
 bool OdbcSession::HasUniqueRows(const std::vector<FieldInfo>& fields) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -39,6 +41,9 @@ class OdbcSession : public ProviderSession {
   void ReadSchema(SchemaRows& rows, Operation& operation) override;
 
   void Cancel() noexcept override { gate_.Cancel(); }
+  [[nodiscard]] std::chrono::milliseconds CancelPatience() const noexcept override {
+    return patience_.load();
+  }
 
  private:
   /// Does `work`. A Failure in it is raised as the Error that it means.
@@ -68,6 +73,7 @@ class OdbcSession : public ProviderSession {
 
   std::unique_ptr<Dbc> dbc_;
   CancelGate gate_;
+  std::atomic<std::chrono::milliseconds> patience_;  ///< With what runs now.
   bool alive_ = false;
   bool canReadBoundCells_ = false;
 
