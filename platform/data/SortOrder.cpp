@@ -8,6 +8,7 @@
 
 #include "platform/Ascii.h"
 #include "platform/Error.h"
+#include "platform/data/CommandText.h"
 
 namespace tessel {
 
@@ -166,11 +167,6 @@ std::string_view TakePart(std::string_view& text) {
   return part;
 }
 
-std::string_view WithoutBrackets(std::string_view name) {
-  const bool bracketed = name.size() >= 2 && name.front() == '[' && name.back() == ']';
-  return bracketed ? name.substr(1, name.size() - 2) : name;
-}
-
 }  // namespace
 
 int CompareValues(const ValueView& a, const ValueView& b) {
@@ -197,11 +193,11 @@ ParseSort(std::string_view text,
     std::string_view part = TakePart(text);
     const bool descending = TakeWord(part, " DESC");
     if (!descending) TakeWord(part, " ASC");
-    const std::string_view name = WithoutBrackets(part);
+    const std::string name = WithoutBrackets(std::string(part));
     const auto field = find(name);
     if (!field)
       throw Error(errorNumber::itemNotFound, "Tessel",
-                  "There is no field '" + std::string(name) + "' to sort by.");
+                  "There is no field '" + name + "' to sort by.");
     fields.push_back({*field, descending});
   }
   return fields;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/Ascii.h"
+#include "platform/data/CommandText.h"
 #include "platform/data/odbc/OdbcScan.h"
 #include "platform/data/sqlite/SqliteFile.h"
 #include "platform/data/sqlite/SqliteSchema.h"
@@ -20,15 +21,6 @@ bool IsCounted(const SqliteStatement& statement) {
   const std::string text = statement.Text();
   const std::string_view first = odbc::FirstWord(text);
   return std::ranges::any_of(words, [&](const char* word) { return EqualNoCase(word, first); });
-}
-
-/// SQLite takes a NUL for the end of the text: the rest would be left out without a word.
-void RefuseNul(const std::string& sql) {
-  const std::size_t at = sql.find('\0');
-  if (at == std::string::npos) return;
-  throw Error(errorNumber::database, "SQLite",
-              "The command text holds a NUL character (byte " + std::to_string(at + 1) +
-                  "). Nothing was run.");
 }
 
 Error AsCancelled(const Error& error, const Operation& operation) {
@@ -112,16 +104,15 @@ SqliteStatement SqliteSession::NextStatement(Operation& operation) {
   return statement;
 }
 
-bool SqliteSession::StepCounted(SqliteStatement& statement) {
+void SqliteSession::RunCounted(SqliteStatement statement) {
   const std::int64_t before = database_->TotalChanges();
-  const bool row = statement.Step();
+  (void)statement.Step();
   if (IsCounted(statement))
     affected_ = std::max<std::int64_t>(affected_, 0) + database_->TotalChanges() - before;
-  return row;
 }
 
 ExecuteResult SqliteSession::ExecuteCommand(const std::string& sql, Operation& operation) {
-  RefuseNul(sql);
+  RefuseNul(sql, "SQLite");
   text_ = sql;
   rest_ = text_;
   affected_ = -1;
@@ -129,7 +120,7 @@ ExecuteResult SqliteSession::ExecuteCommand(const std::string& sql, Operation& o
   try {
     while (SqliteStatement statement = NextStatement(operation)) {
       if (statement.ColumnCount() > 0) return BeginResult(std::move(statement));
-      StepCounted(statement);
+      RunCounted(std::move(statement));
     }
   } catch (const Error& error) {
     throw AsCancelled(error, operation);
@@ -137,14 +128,14 @@ ExecuteResult SqliteSession::ExecuteCommand(const std::string& sql, Operation& o
   return {.fields = {}, .recordsAffected = affected_};
 }
 
-/// Goes to the first row before it tells the columns: it decides the type of those that declare
-/// none.
+/// SQLite counts the changes of a statement when that has ended: one with rows is not counted. The
+/// first row is gone to before the columns are told: it decides the type of those without one.
 ExecuteResult SqliteSession::BeginResult(SqliteStatement statement) {
   statement_ = std::move(statement);
   query_ = statement_.Text();
   tables_.clear();
   forms_.clear();
-  hasRow_ = StepCounted(statement_);
+  hasRow_ = statement_.Step();
   ExecuteResult result{.fields = {}, .recordsAffected = affected_};
   for (int column = 0; column < statement_.ColumnCount(); ++column)
     result.fields.push_back(DescribeColumn(column));

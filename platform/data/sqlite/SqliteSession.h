@@ -51,7 +51,7 @@ class SqliteSession : public ProviderSession {
 
   void OpenFile(const std::string& file);
   [[nodiscard]] SqliteStatement NextStatement(Operation& operation);
-  bool StepCounted(SqliteStatement& statement);
+  void RunCounted(SqliteStatement statement);
   [[nodiscard]] ExecuteResult BeginResult(SqliteStatement statement);
   [[nodiscard]] FieldInfo DescribeColumn(int column);
   [[nodiscard]] const SqliteTable& TableOf(const FieldInfo& field);

@@ -173,8 +173,9 @@ TEST_F(OutcomeTest, ALostSessionClosesTheConnection) {
     throw Failure("server gone");
   };
   EventLog log;
-  Start(*connection, log);
-  ASSERT_TRUE(queue_.PumpUntil([&] { return connection->State() == objectState::closed; }));
+  const auto recordset = Start(*connection, log);
+  ASSERT_TRUE(PumpToEnd(log));
+  EXPECT_EQ(connection->State(), objectState::closed);
   EXPECT_THAT(Descriptions(*connection), ElementsAre("server gone"));
   EXPECT_THAT(ErrorOf([&] { (void)connection->OpenSchema(SchemaRowset::Tables, {}); }).description,
               HasSubstr("lost"));
