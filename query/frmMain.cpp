@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-frmMain::frmMain(const Global& global, QueryHost& host, Vocabulary& vocabulary)
+frmMain::frmMain(const Global& global, QueryHost& host)
     : global_(global),
       host_(host),
       help_(global),
@@ -12,8 +12,7 @@ frmMain::frmMain(const Global& global, QueryHost& host, Vocabulary& vocabulary)
       txtQuery_(window_->Find<RichTextBox>("txtQuery")),
       chkWordWrap_(window_->Find<CheckBox>("chkWordWrap")),
       dlgCommon_(window_->FileDialogNamed("dlgCommon")),
-      document_(global, txtQuery_),
-      completion_(*window_, vocabulary) {
+      document_(global, txtQuery_) {
   window_->KeyDown = [this](KeyEvent& event) { Form_KeyDown(event); };
   window_->QueryUnload = [this](bool& refuse, UnloadReason reason) {
     Form_QueryUnload(refuse, reason);

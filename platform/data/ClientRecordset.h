@@ -66,9 +66,6 @@ class ClientRecordset : public Recordset, public std::enable_shared_from_this<Cl
   void SetSort(const std::string& order) override;
   [[nodiscard]] const Properties& RecordsetProperties() const override { return rows_->properties; }
 
-  /// Bytes that its rows take, as allocated.
-  [[nodiscard]] std::size_t HeldBytes() const { return rows_->store.HeldBytes(); }
-
   // --- for the connection ----------------------------------------------------------------------
   /// A command runs for this recordset.
   void BeginExecute(std::shared_ptr<Task> task);

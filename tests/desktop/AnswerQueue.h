@@ -1,11 +1,12 @@
 #pragma once
 
+#include <QMap>
 #include <QPointer>
 #include <QTimer>
 #include <deque>
 #include <functional>
+#include <map>
 #include <string>
-#include <vector>
 
 #include "platform/Desktop.h"
 
@@ -38,11 +39,10 @@ class AnswerQueue {
 
   void Look();
   void Give(const std::string& kind, const std::string& name, QWidget& shown);
-  void ForgetHidden();
 
   std::deque<Answer> answers_;
   QTimer timer_;
-  std::vector<QPointer<QWidget>> answered_;  ///< Answered and perhaps still shown.
+  QPointer<QWidget> seen_;
   int unexpectedLooks_ = 0;
 };
 

@@ -19,8 +19,6 @@ class GeneratedRows final : public Recordset {
 
   /// How many values have been read so far.
   [[nodiscard]] std::int64_t Reads() const { return reads_; }
-  /// From now on every move of the record fails with that description.
-  void RefuseMoves(std::string description) { refusal_ = std::move(description); }
 
   [[nodiscard]] const std::string& Source() const override { return source_; }
   void SetSource(std::string commandText) override { source_ = std::move(commandText); }
@@ -65,7 +63,6 @@ class GeneratedRows final : public Recordset {
   std::int64_t at_ = 0;
   int state_ = objectState::open;
   mutable std::int64_t reads_ = 0;
-  std::string refusal_;
   Properties properties_;
 };
 

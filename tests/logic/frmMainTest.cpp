@@ -30,8 +30,7 @@ class frmMainTest : public test::LogicFixture {
 
   std::unique_ptr<Window> frame = desktop.MakeWindow("frmMDI");
   FakeHost host;
-  Vocabulary vocabulary{global};
-  frmMain main{global, host, vocabulary};
+  frmMain main{global, host};
   test::HeadlessWindow& window = desktop.WindowOf("frmMain");
   RichTextBox& box = window.Find<RichTextBox>("txtQuery");
 };
