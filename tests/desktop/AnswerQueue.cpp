@@ -50,7 +50,8 @@ void AnswerQueue::OnModal(const std::string& form, std::function<void(QWidget&)>
 }
 
 void AnswerQueue::OnMessage(const std::string& text, MessageResult answer) {
-  answers_.push_back({"message", text, [answer](QWidget& box) { PressMessageButton(box, answer); }});
+  answers_.push_back(
+      {"message", text, [answer](QWidget& box) { PressMessageButton(box, answer); }});
 }
 
 void AnswerQueue::OnPopup(const std::string& menu, const std::string& command) {

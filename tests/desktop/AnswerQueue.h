@@ -14,8 +14,8 @@ class QMenu;
 
 namespace tessel::test {
 
-/// What a user does with the modal windows, message boxes and pop-up menus that come up, prepared beforehand. One that was
-/// not expected fails the test with its text and is closed.
+/// What a user does with the modal windows, message boxes and pop-up menus that come up, prepared
+/// beforehand. One that was not expected fails the test with its text and is closed.
 class AnswerQueue {
  public:
   AnswerQueue();

@@ -15,8 +15,8 @@ const std::string& LongText() {
 }
 
 ValueView OrderValue(std::int64_t row, std::size_t field) {
-  static constexpr std::array<std::string_view, 4> names{"Ada Lovelace", "Grace Hopper", "J\xC3\xBCrgen M\xC3\xBCller",
-                                                         "\xE6\x9D\xB1\xE4\xBA\xAC"};
+  static constexpr std::array<std::string_view, 4> names{
+      "Ada Lovelace", "Grace Hopper", "J\xC3\xBCrgen M\xC3\xBCller", "\xE6\x9D\xB1\xE4\xBA\xAC"};
   static constexpr std::array<std::string_view, 3> amounts{"19.90", "1250.00", "-3.5"};
   const auto pick = static_cast<std::size_t>(row);
   switch (field) {
@@ -73,11 +73,11 @@ FieldInfo FieldNamed(std::string name, DataType type) {
 
 std::shared_ptr<GeneratedRows> OrdersOf(std::int64_t rows) {
   std::vector<FieldInfo> fields{
-      FieldNamed("id", DataType::Integer),        FieldNamed("customer", DataType::VarWChar),
-      FieldNamed("amount", DataType::Decimal),    FieldNamed("placed", DataType::DBTimeStamp),
+      FieldNamed("id", DataType::Integer),         FieldNamed("customer", DataType::VarWChar),
+      FieldNamed("amount", DataType::Decimal),     FieldNamed("placed", DataType::DBTimeStamp),
       FieldNamed("notes", DataType::LongVarWChar), FieldNamed("maybe", DataType::VarWChar),
-      FieldNamed("empty", DataType::VarWChar),    FieldNamed("paid", DataType::Boolean),
-      FieldNamed("half", DataType::Double),       FieldNamed("long", DataType::LongVarWChar)};
+      FieldNamed("empty", DataType::VarWChar),     FieldNamed("paid", DataType::Boolean),
+      FieldNamed("half", DataType::Double),        FieldNamed("long", DataType::LongVarWChar)};
   return std::make_shared<GeneratedRows>(std::move(fields), rows, &OrderValue);
 }
 

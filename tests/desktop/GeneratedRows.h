@@ -9,7 +9,8 @@
 
 namespace tessel::test {
 
-/// A recordset of any number of rows whose values are worked out when they are asked for, and that counts how often.
+/// A recordset of any number of rows whose values are worked out when they are asked for, and that
+/// counts how often.
 class GeneratedRows final : public Recordset {
  public:
   using Make = std::function<ValueView(std::int64_t row, std::size_t field)>;
@@ -36,7 +37,9 @@ class GeneratedRows final : public Recordset {
   [[nodiscard]] std::int64_t RecordCount() const override { return rows_; }
   [[nodiscard]] ValueView ValueAt(std::int64_t position, std::size_t field) const override;
   /// Far from the positions, so that the two cannot be mistaken for each other.
-  [[nodiscard]] Bookmark BookmarkAt(std::int64_t position) const override { return position + offset; }
+  [[nodiscard]] Bookmark BookmarkAt(std::int64_t position) const override {
+    return position + offset;
+  }
   [[nodiscard]] std::optional<std::int64_t> PositionOf(Bookmark bookmark) const override;
 
   [[nodiscard]] bool Bof() const override { return at_ < 0; }
@@ -47,7 +50,9 @@ class GeneratedRows final : public Recordset {
   void MovePrevious() override { --at_; }
   [[nodiscard]] Bookmark CurrentBookmark() const override { return BookmarkAt(at_); }
   void MoveTo(Bookmark bookmark) override;
-  [[nodiscard]] ValueView FieldValue(std::size_t field) const override { return ValueAt(at_, field); }
+  [[nodiscard]] ValueView FieldValue(std::size_t field) const override {
+    return ValueAt(at_, field);
+  }
   [[nodiscard]] std::int64_t ActualSize(std::size_t /*field*/) const override { return 0; }
   [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType /*lock*/) override;
   void SetSort(const std::string& /*order*/) override {}
@@ -68,7 +73,8 @@ class GeneratedRows final : public Recordset {
 
 [[nodiscard]] FieldInfo FieldNamed(std::string name, DataType type);
 
-/// Ten fields as they occur: a number, names, an amount, a date, notes with line ends, nulls, empty texts, long texts.
+/// Ten fields as they occur: a number, names, an amount, a date, notes with line ends, nulls, empty
+/// texts, long texts.
 [[nodiscard]] std::shared_ptr<GeneratedRows> OrdersOf(std::int64_t rows);
 
 }  // namespace tessel::test

@@ -19,8 +19,14 @@ constexpr QRgb link = 0xFF7FB0FF;
 }  // namespace
 
 QPalette DarkPalette() {
-  QPalette palette{QColor(text), QColor(button), QColor(button).lighter(140), QColor(base),
-                   QColor(window).darker(130), QColor(text), QColor(Qt::white), QColor(base),
+  QPalette palette{QColor(text),
+                   QColor(button),
+                   QColor(button).lighter(140),
+                   QColor(base),
+                   QColor(window).darker(130),
+                   QColor(text),
+                   QColor(Qt::white),
+                   QColor(base),
                    QColor(window)};
   palette.setColor(QPalette::AlternateBase, QColor(alternate));
   palette.setColor(QPalette::Highlight, QColor(highlight));
@@ -29,8 +35,8 @@ QPalette DarkPalette() {
   palette.setColor(QPalette::ToolTipText, QColor(text));
   palette.setColor(QPalette::PlaceholderText, QColor(disabledText));
   palette.setColor(QPalette::Link, QColor(link));
-  for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText,
-                          QPalette::HighlightedText})
+  for (const auto role :
+       {QPalette::Text, QPalette::WindowText, QPalette::ButtonText, QPalette::HighlightedText})
     palette.setColor(QPalette::Disabled, role, QColor(disabledText));
   palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(button));
   return palette;

@@ -19,28 +19,49 @@ namespace {
 constexpr int marginCount = 5;
 constexpr int ordinaryPoints = 10;
 
-/// What every editor does; all other commands lose their keys, so that the program's own keys are not taken.
+/// What every editor does; all other commands lose their keys, so that the program's own keys are
+/// not taken.
 constexpr std::array ordinaryCommands{
-    QsciCommand::LineDown,          QsciCommand::LineDownExtend,
-    QsciCommand::LineUp,            QsciCommand::LineUpExtend,
-    QsciCommand::LineScrollDown,    QsciCommand::LineScrollUp,
-    QsciCommand::CharLeft,          QsciCommand::CharLeftExtend,
-    QsciCommand::CharRight,         QsciCommand::CharRightExtend,
-    QsciCommand::WordLeft,          QsciCommand::WordLeftExtend,
-    QsciCommand::WordRight,         QsciCommand::WordRightExtend,
-    QsciCommand::VCHome,            QsciCommand::VCHomeExtend,
-    QsciCommand::LineEnd,           QsciCommand::LineEndExtend,
-    QsciCommand::DocumentStart,     QsciCommand::DocumentStartExtend,
-    QsciCommand::DocumentEnd,       QsciCommand::DocumentEndExtend,
-    QsciCommand::PageUp,            QsciCommand::PageUpExtend,
-    QsciCommand::PageDown,          QsciCommand::PageDownExtend,
-    QsciCommand::Delete,            QsciCommand::DeleteBack,
-    QsciCommand::DeleteWordLeft,    QsciCommand::DeleteWordRight,
-    QsciCommand::Undo,              QsciCommand::Redo,
-    QsciCommand::SelectionCut,      QsciCommand::SelectionCopy,
-    QsciCommand::Paste,             QsciCommand::SelectAll,
-    QsciCommand::Tab,               QsciCommand::Backtab,
-    QsciCommand::Newline,           QsciCommand::EditToggleOvertype,
+    QsciCommand::LineDown,
+    QsciCommand::LineDownExtend,
+    QsciCommand::LineUp,
+    QsciCommand::LineUpExtend,
+    QsciCommand::LineScrollDown,
+    QsciCommand::LineScrollUp,
+    QsciCommand::CharLeft,
+    QsciCommand::CharLeftExtend,
+    QsciCommand::CharRight,
+    QsciCommand::CharRightExtend,
+    QsciCommand::WordLeft,
+    QsciCommand::WordLeftExtend,
+    QsciCommand::WordRight,
+    QsciCommand::WordRightExtend,
+    QsciCommand::VCHome,
+    QsciCommand::VCHomeExtend,
+    QsciCommand::LineEnd,
+    QsciCommand::LineEndExtend,
+    QsciCommand::DocumentStart,
+    QsciCommand::DocumentStartExtend,
+    QsciCommand::DocumentEnd,
+    QsciCommand::DocumentEndExtend,
+    QsciCommand::PageUp,
+    QsciCommand::PageUpExtend,
+    QsciCommand::PageDown,
+    QsciCommand::PageDownExtend,
+    QsciCommand::Delete,
+    QsciCommand::DeleteBack,
+    QsciCommand::DeleteWordLeft,
+    QsciCommand::DeleteWordRight,
+    QsciCommand::Undo,
+    QsciCommand::Redo,
+    QsciCommand::SelectionCut,
+    QsciCommand::SelectionCopy,
+    QsciCommand::Paste,
+    QsciCommand::SelectAll,
+    QsciCommand::Tab,
+    QsciCommand::Backtab,
+    QsciCommand::Newline,
+    QsciCommand::EditToggleOvertype,
 };
 
 /// The form's font when there is one like it, else the system's fixed one.
@@ -125,7 +146,8 @@ void SqlEditor::SetBytes(std::string_view bytes) {
   SendScintilla(SCI_EMPTYUNDOBUFFER);
   SendScintilla(SCI_GOTOPOS, 0UL);
   const std::size_t lineEnd = bytes.find('\n');
-  const bool windows = lineEnd != std::string_view::npos && lineEnd > 0 && bytes[lineEnd - 1] == '\r';
+  const bool windows =
+      lineEnd != std::string_view::npos && lineEnd > 0 && bytes[lineEnd - 1] == '\r';
   setEolMode(windows ? EolWindows : EolUnix);
 }
 
@@ -165,13 +187,16 @@ void SqlEditor::KeepOrdinaryKeys() {
   }
 }
 
-/// Scintilla must not be changed from inside its own notice, so the word goes out once the event that caused it has
-/// been handled; a change from outside any event (a menu, a drop) is told from the event loop.
+/// Scintilla must not be changed from inside its own notice, so the word goes out once the event
+/// that caused it has been handled; a change from outside any event (a menu, a drop) is told from
+/// the event loop.
 void SqlEditor::NoteModified(int type) {
   if (writing_ > 0 || (type & (SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT)) == 0) return;
   const bool first = !modified_;
   modified_ = true;
-  if (first && handling_ == 0) QMetaObject::invokeMethod(this, [this] { TellEdited(); }, Qt::QueuedConnection);
+  if (first && handling_ == 0)
+    QMetaObject::invokeMethod(
+        this, [this] { TellEdited(); }, Qt::QueuedConnection);
 }
 
 void SqlEditor::TellEdited() {

@@ -10,7 +10,8 @@ namespace tessel {
 
 namespace {
 
-/// The frame around a document. The keys that the toolkit gives its system menu belong to the program.
+/// The frame around a document. The keys that the toolkit gives its system menu belong to the
+/// program.
 std::unique_ptr<QWidget> FrameAround(std::unique_ptr<QWidget> form) {
   auto sub = std::make_unique<QMdiSubWindow>();
   const QSize size = form->size();

@@ -18,7 +18,8 @@ InputRouter::InputRouter(QtWindow& window, QWidget& root, DesktopCore& core)
   root.installEventFilter(this);
 }
 
-/// The mouse reaches the viewport of a scroll area and the text field of a combo box in place of the widget itself.
+/// The mouse reaches the viewport of a scroll area and the text field of a combo box in place of
+/// the widget itself.
 void InputRouter::Add(QWidget& widget, Control& control) {
   core_.focus.Add(widget, control, window_);
   widget.installEventFilter(this);
@@ -46,8 +47,8 @@ bool InputRouter::eventFilter(QObject* watched, QEvent* event) {
   }
 }
 
-/// A key that the focus widget leaves alone comes by again at the window itself. After a handler has run nothing of the
-/// window may be left.
+/// A key that the focus widget leaves alone comes by again at the window itself. After a handler
+/// has run nothing of the window may be left.
 bool InputRouter::KeyDown(QWidget& widget, QKeyEvent& event) {
   const QPointer<InputRouter> alive(this);
   if (IsWhereKeysGo(widget)) {
@@ -55,7 +56,8 @@ bool InputRouter::KeyDown(QWidget& widget, QKeyEvent& event) {
     Control* control = ControlAt(widget);
     if (key.keyCode != 0) window_.KeyDown.Raise(&window_, key);
     if (alive == nullptr) return true;
-    if (!key.handled && key.keyCode != 0 && control != nullptr) control->KeyDown.Raise(&window_, key);
+    if (!key.handled && key.keyCode != 0 && control != nullptr)
+      control->KeyDown.Raise(&window_, key);
     if (alive == nullptr || key.handled) return true;
     if (window_.TakesKey(widget, event)) return true;
   }
@@ -76,7 +78,8 @@ bool InputRouter::KeyUp(QWidget& widget, QKeyEvent& event) {
 void InputRouter::Mouse(QWidget& widget, const QMouseEvent& event) {
   Control* control = ControlAt(widget);
   if (control == nullptr) return;
-  const QWidget* frame = core_.focus.ControlOf(&widget) != nullptr ? &widget : widget.parentWidget();
+  const QWidget* frame =
+      core_.focus.ControlOf(&widget) != nullptr ? &widget : widget.parentWidget();
   const QPoint place = widget.mapTo(frame, event.position().toPoint());
   const MouseEvent told{ButtonOf(event), ShiftStateOf(event.modifiers()),
                         core_.scale.Twips(place.x()), core_.scale.Twips(place.y())};
