@@ -2,11 +2,14 @@
 find_package(SQLite3 REQUIRED)
 find_package(ODBC REQUIRED)
 find_package(Threads REQUIRED)
+pkg_check_modules(libpq REQUIRED IMPORTED_TARGET libpq)
+pkg_check_modules(libmariadb REQUIRED IMPORTED_TARGET libmariadb)
 find_package(Qt6 REQUIRED COMPONENTS Widgets PrintSupport Svg Test)
 find_library(TESSEL_QSCINTILLA NAMES qscintilla2_qt6 REQUIRED)
 
 tessel_library_recursive(tessel_data platform/data/*.cpp)
-tessel_link(tessel_data tessel_platform SQLite::SQLite3 ODBC::ODBC Threads::Threads)
+tessel_link(tessel_data tessel_platform SQLite::SQLite3 ODBC::ODBC PkgConfig::libpq
+            PkgConfig::libmariadb Threads::Threads)
 tessel_precompile_std(tessel_data)
 
 file(GLOB_RECURSE desktop_sources CONFIGURE_DEPENDS platform/desktop/*.cpp platform/desktop/*.h)

@@ -16,11 +16,11 @@ namespace tessel {
 enum class SchemaRowset {
   Catalogs = 1,  ///< CATALOG_NAME, DESCRIPTION. Restrictions: CATALOG_NAME.
   Columns = 4,   ///< TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, COLUMN_NAME, ORDINAL_POSITION (from
-                ///< 1), IS_NULLABLE, DATA_TYPE, TYPE_NAME. Restrictions: TABLE_CATALOG,
-                ///< TABLE_SCHEMA, TABLE_NAME, COLUMN_NAME.
-  Tables = 20,  ///< TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, TABLE_TYPE ("TABLE", "VIEW", "SYSTEM
-                ///< TABLE"), DESCRIPTION. Restrictions: TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME,
-                ///< TABLE_TYPE.
+                 ///< 1), IS_NULLABLE, DATA_TYPE, TYPE_NAME. Restrictions: TABLE_CATALOG,
+                 ///< TABLE_SCHEMA, TABLE_NAME, COLUMN_NAME.
+  Tables = 20,   ///< TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, TABLE_TYPE ("TABLE", "VIEW", "SYSTEM
+                 ///< TABLE"), DESCRIPTION. Restrictions: TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME,
+                 ///< TABLE_TYPE.
 };
 
 /// Option of Connection::Open: return at once, ConnectComplete follows.

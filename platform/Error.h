@@ -32,6 +32,11 @@ inline constexpr std::int32_t itemNotFound = 3265;      ///< No item of that nam
 inline constexpr std::int32_t noCurrentRecord = 3021;   ///< BOF, EOF or a deleted row.
 inline constexpr std::int32_t providerNotFound = 3706;  ///< No such provider or driver.
 inline constexpr std::int32_t notSupported = 3251;      ///< The provider cannot do it.
+inline constexpr std::int32_t typeMismatch = 3421;      ///< The value is not of the field's type.
+inline constexpr std::int32_t readOnly = 3252;       ///< The rows or the field cannot be changed.
+inline constexpr std::int32_t changePending = 3253;  ///< Another change waits to be written first.
+inline constexpr std::int32_t changeConflict =
+    3254;  ///< The row was changed or deleted by somebody else, or matches several rows.
 inline constexpr std::int32_t file = 53;  ///< A file cannot be opened, read or written.
 inline constexpr std::int32_t information = 0x00040EDA;  ///< A notice or warning, not a failure.
 }  // namespace errorNumber

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace tessel {
 
 /// Virtual key codes, as the handlers of keys name them. Letters and digits are their upper-case
@@ -33,6 +35,7 @@ inline constexpr int f6 = 117;
 inline constexpr int f7 = 118;
 inline constexpr int f8 = 119;
 inline constexpr int equals = 187;
+inline constexpr int hyphen = 189;
 inline constexpr int fullStop = 190;
 inline constexpr int apostrophe = 222;
 }  // namespace key
@@ -51,6 +54,9 @@ struct KeyEvent {
   int keyCode = 0;
   int shift = shiftState::none;
   bool handled = false;
+  /// What a key going down types, UTF-8; empty when it types nothing, or Ctrl or Alt is held. A key
+  /// without a code of its own that types something is reported too, with the code 0.
+  std::string text = {};
 };
 
 enum class MouseButton { None, Left, Right, Middle };

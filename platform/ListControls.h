@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "platform/Control.h"
@@ -17,6 +18,11 @@ class ListControl : public Control {
   virtual void AddItem(std::string_view text) = 0;  ///< At the end; raises nothing.
   virtual void RemoveItem(int index) = 0;           ///< Raises nothing.
   virtual void Clear() = 0;  ///< Raises nothing; a combo box's text becomes empty.
+  /// Clears and adds all of `items`; hundreds of thousands come without delay. Raises nothing.
+  virtual void SetItems(std::vector<std::string> items) {
+    Clear();
+    for (const std::string& item : items) AddItem(item);
+  }
 
   [[nodiscard]] int ListIndex() const { return ReadIndex(); }
   /// Selects an entry; Click follows when another one becomes selected, by the user or by code.

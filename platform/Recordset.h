@@ -147,6 +147,40 @@ class Recordset {
   /// current record stays current.
   virtual void SetSort(const std::string& order) = 0;
 
+  // --- changing its rows
+  // --------------------------------------------------------------------------------------------
+  // One change is pending at a time: of the current record, or of a new one. It lies in memory and
+  // is seen by this recordset and its clones at once; Update writes it to the database. All of them
+  // raise Error(readOnly) when the lock type is ReadOnly and Error(notSupported) when the rows
+  // cannot be written (no base table, several, or none of its fields).
+
+  /// What is pending: None, InProgress (an edited record), Add (a new one).
+  [[nodiscard]] virtual EditMode Editing() const = 0;
+  /// Begins a new record and makes it current. It stands at position RecordCount(), not counted
+  /// until it is written, all fields null; fields never set take the database's defaults. Raises
+  /// Error(changePending) while another change is pending.
+  virtual void AddNew() = 0;
+  /// Changes a field of the current record and begins an edit if none is pending. Text given to a
+  /// field of another type is converted by ParseValue; what is no such value raises
+  /// Error(typeMismatch) and changes nothing. Raises Error(readOnly) for a field that is not
+  /// updatable, Error(changePending) when the pending change is of another record.
+  virtual void SetFieldValue(std::size_t field, Value value) = 0;
+  /// Writes the pending change; exactly one row of the base table changes, or none. A changed row
+  /// is found by a whole unique key among the fields, else by all original values that can be
+  /// compared, and must still hold the original values of the fields that were changed. Generated
+  /// keys and defaults are read back. In the user's own open transaction it takes part without
+  /// ending it. On failure, raised or announced, the change stays pending. Nothing pending: does
+  /// nothing, and is complete at once. With asyncExecute it returns at once and ChangeComplete
+  /// follows, once; Cancel asks it to stop. Else it waits and raises Error.
+  virtual void Update(int options) = 0;
+  /// Drops the pending change; after AddNew the record that was current before is so again.
+  virtual void CancelUpdate() = 0;
+  /// Deletes the current record from the database, under the rules of Update; drops a pending
+  /// change of it. The record behind it becomes current.
+  virtual void Delete(int options) = 0;
+  /// The end of an asynchronous Update or Delete: the error when the status says so, else null.
+  Event<const ErrorInfo*, EventStatus> ChangeComplete;
+
   /// "Unique Rows" (boolean): the fields hold a whole unique key of their one base table.
   [[nodiscard]] virtual const Properties& RecordsetProperties() const = 0;
 

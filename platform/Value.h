@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -103,5 +104,13 @@ using Value = std::variant<std::monostate, bool, std::int64_t, std::uint64_t, fl
 /// nothing; bytes add themselves as UTF-8 (each byte that is no valid UTF-8 as U+FFFD).
 void AppendText(const ValueView& value, std::string& out);
 [[nodiscard]] std::string ToText(const ValueView& value);
+
+/// The value that `text`, typed by a person or given by a program, means for a field of `type`; the
+/// inverse of ToText. Empty text is null for every type that is not text. A boolean is "True",
+/// "False", "1", "0", "t", "f", "yes" or "no" in any case; moments and exact decimals keep their
+/// characters once they have the form of one; "0x" and pairs of hexadecimal digits are bytes.
+/// Nothing when the text is no value of the type. Types that only the server knows (arrays, JSON,
+/// intervals) are text.
+[[nodiscard]] std::optional<Value> ParseValue(DataType type, std::string_view text);
 
 }  // namespace tessel

@@ -233,4 +233,20 @@ void ClientRecordset::Fill(std::vector<FieldInfo> fields, std::vector<ChunkPtr> 
   state_ = objectState::open;
 }
 
+// --- changes ---------------------------------------------------------------------------------
+
+void ClientRecordset::AddNew() {
+  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
+}
+void ClientRecordset::SetFieldValue(std::size_t /*field*/, Value /*value*/) {
+  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
+}
+void ClientRecordset::Update(int /*options*/) {
+  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
+}
+void ClientRecordset::Delete(int /*options*/) {
+  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
+}
+void ClientRecordset::CancelUpdate() {}
+
 }  // namespace tessel

@@ -64,7 +64,16 @@ class ClientRecordset : public Recordset, public std::enable_shared_from_this<Cl
 
   [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType lock) override;
   void SetSort(const std::string& order) override;
+  [[nodiscard]] EditMode Editing() const override { return EditMode::None; }
+  void AddNew() override;
+  void SetFieldValue(std::size_t field, Value value) override;
+  void Update(int options) override;
+  void CancelUpdate() override;
+  void Delete(int options) override;
   [[nodiscard]] const Properties& RecordsetProperties() const override { return rows_->properties; }
+
+  /// Bytes that its rows take, as allocated.
+  [[nodiscard]] std::size_t HeldBytes() const { return rows_->store.HeldBytes(); }
 
   // --- for the connection ----------------------------------------------------------------------
   /// A command runs for this recordset.

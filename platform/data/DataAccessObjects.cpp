@@ -1,6 +1,8 @@
 #include "platform/data/DataAccessObjects.h"
 
+#include "platform/data/mariadb/MariaProvider.h"
 #include "platform/data/odbc/OdbcProvider.h"
+#include "platform/data/postgresql/PostgresProvider.h"
 #include "platform/data/sqlite/SqliteProvider.h"
 
 namespace tessel {
@@ -10,6 +12,8 @@ namespace {
 std::shared_ptr<const ProviderRegistry> AllProviders() {
   auto registry = std::make_shared<ProviderRegistry>();
   registry->Add(std::make_unique<SqliteProvider>());
+  registry->Add(std::make_unique<PostgresProvider>());
+  registry->Add(std::make_unique<MariaProvider>());
   registry->Add(std::make_unique<OdbcProvider>(), true);
   return registry;
 }

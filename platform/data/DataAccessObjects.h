@@ -9,7 +9,8 @@
 
 namespace tessel {
 
-/// Every database this program can speak to: SQLite by itself, all others through ODBC. UI thread.
+/// Every database this program can speak to: SQLite, PostgreSQL and MariaDB by their own libraries,
+/// all others through ODBC. UI thread.
 class DataAccessObjects : public DataAccess {
  public:
   /// `queue` carries the notices; `failures` gets what event handlers throw (null: it passes

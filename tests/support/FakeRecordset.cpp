@@ -258,4 +258,20 @@ void FakeRecordset::Fill(const FakeResult& result) {
   state_ = objectState::open;
 }
 
+// --- changes ---------------------------------------------------------------------------------
+
+void FakeRecordset::AddNew() {
+  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
+}
+void FakeRecordset::SetFieldValue(std::size_t /*field*/, Value /*value*/) {
+  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
+}
+void FakeRecordset::Update(int /*options*/) {
+  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
+}
+void FakeRecordset::Delete(int /*options*/) {
+  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
+}
+void FakeRecordset::CancelUpdate() {}
+
 }  // namespace tessel::test

@@ -56,6 +56,12 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
 
   [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType lock) override;
   void SetSort(const std::string& order) override;
+  [[nodiscard]] EditMode Editing() const override { return EditMode::None; }
+  void AddNew() override;
+  void SetFieldValue(std::size_t field, Value value) override;
+  void Update(int options) override;
+  void CancelUpdate() override;
+  void Delete(int options) override;
   [[nodiscard]] const Properties& RecordsetProperties() const override {
     return store_->properties;
   }

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/ListControls.h"
@@ -40,6 +41,10 @@ class HeadlessListControl : public Headless<Kind>, public EntryPicker {
   void Clear() override {
     entries_.clear();
     selected_ = -1;
+  }
+  void SetItems(std::vector<std::string> items) override {
+    this->Clear();
+    entries_ = std::move(items);
   }
 
   void PickEntry(int index) override { this->SetListIndex(static_cast<int>(Checked(index))); }

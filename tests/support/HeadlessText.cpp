@@ -62,6 +62,7 @@ std::string CharacterOfKey(int keyCode, int shift) {
   if ((keyCode >= '0' && keyCode <= '9' && !upper) || keyCode == key::space) return {letter};
   if (keyCode == key::fullStop && !upper) return ".";
   if (keyCode == key::equals && !upper) return "=";
+  if (keyCode == key::hyphen) return upper ? "_" : "-";
   if (keyCode == key::apostrophe && !upper) return "'";
   return {};
 }

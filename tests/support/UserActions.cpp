@@ -271,7 +271,7 @@ void HeadlessWindow::HandleKey(int keyCode, int shift) {
   const HeldKeys held(desktop_, shift);
   if (TakeShortcut(keyCode, shift) || TakeMnemonic(keyCode, shift)) return;
   const std::weak_ptr<const void> token = Token();
-  KeyEvent event{keyCode, shift, false};
+  KeyEvent event{keyCode, shift, false, CharacterOfKey(keyCode, shift)};
   KeyDown.Raise(this, event);
   const auto stops = [&] { return event.handled || token.expired() || !visible_; };
   if (stops()) return;

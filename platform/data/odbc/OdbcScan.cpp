@@ -68,6 +68,16 @@ bool HasWord(std::string_view sql, const std::vector<std::string_view>& words) {
   return false;
 }
 
+bool HasStatement(std::string_view sql, const std::vector<std::string_view>& words) {
+  Words all(sql);
+  bool atStart = true;
+  for (std::string_view word = all.Next(); !word.empty(); word = all.Next()) {
+    if (atStart && IsOneOf(word, words)) return true;
+    atStart = word == ";";
+  }
+  return false;
+}
+
 bool HasStatement(std::string_view sql, std::string_view first,
                   const std::vector<std::string_view>& others) {
   Words words(sql);

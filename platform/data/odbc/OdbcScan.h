@@ -9,6 +9,9 @@ namespace tessel::odbc {
 /// none.
 [[nodiscard]] std::string_view FirstWord(std::string_view sql);
 
+/// True when a statement of the text begins with one of `words`. Without regard to case.
+[[nodiscard]] bool HasStatement(std::string_view sql, const std::vector<std::string_view>& words);
+
 /// True when one of `words` stands in the text outside of quotes and comments. Without regard to
 /// case.
 [[nodiscard]] bool HasWord(std::string_view sql, const std::vector<std::string_view>& words);

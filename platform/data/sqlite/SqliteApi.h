@@ -18,7 +18,13 @@ namespace tessel {
 /// The one door to libsqlite3: every call of it stands in this file or its source, is checked, and
 /// raises Error with SQLite's own code and text. One thread at a time, except Interrupt.
 
-enum class SqliteStorage { Integer, Real, Text, Blob, Null };
+enum class SqliteStorage {
+  Integer = SQLITE_INTEGER,
+  Real = SQLITE_FLOAT,
+  Text = SQLITE_TEXT,
+  Blob = SQLITE_BLOB,
+  Null = SQLITE_NULL
+};
 
 /// A compiled statement. Not to outlive its database. Columns count from 0, parameters from 1.
 class SqliteStatement {
@@ -50,13 +56,7 @@ class SqliteStatement {
 
   // Cells of the current row. Texts and blobs are valid until the next Step.
   [[nodiscard]] SqliteStorage StorageAt(int column) const {
-    switch (sqlite3_column_type(statement_.get(), column)) {
-      case SQLITE_INTEGER: return SqliteStorage::Integer;
-      case SQLITE_FLOAT: return SqliteStorage::Real;
-      case SQLITE_TEXT: return SqliteStorage::Text;
-      case SQLITE_BLOB: return SqliteStorage::Blob;
-      default: return SqliteStorage::Null;
-    }
+    return static_cast<SqliteStorage>(sqlite3_column_type(statement_.get(), column));
   }
   [[nodiscard]] std::int64_t IntegerAt(int column) const {
     return sqlite3_column_int64(statement_.get(), column);
