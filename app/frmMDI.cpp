@@ -28,7 +28,7 @@ frmMDI::frmMDI(const Global& global, Vocabulary& vocabulary, TagStore& tags)
       window_(global.TheDesktop().MakeWindow("frmMDI")),
       sidebar_(*window_),
       async_(global.TheDesktop(), *window_),
-      main_(std::make_unique<frmMain>(global, static_cast<QueryHost&>(*this))),
+      main_(std::make_unique<frmMain>(global, static_cast<QueryHost&>(*this), vocabulary)),
       browser_({global, *window_, async_, vocabulary, *main_, *this}),
       tagsPanel_({global, *window_, tags, *main_, *this}) {
   sidebar_.onPlaced = [this] { tagsPanel_.FollowResize(); };

@@ -88,6 +88,8 @@ struct Character {
   std::string_view bytes;
 };
 
+bool IsAscii(utf8proc_int32_t code) { return code >= 0 && code < 0x80; }
+
 Character DecodeFirst(std::string_view text) {
   utf8proc_int32_t code = 0;
   const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
@@ -100,20 +102,24 @@ Character DecodeFirst(std::string_view text) {
 template <class Visit>
 void ForEachCharacter(std::string_view text, Visit visit) {
   while (!text.empty()) {
-    const Character character = DecodeFirst(text);
+    const auto first = static_cast<unsigned char>(text.front());
+    const Character character =
+        IsAscii(first) ? Character{first, text.substr(0, 1)} : DecodeFirst(text);
     visit(character.code, character.bytes);
     text.remove_prefix(character.bytes.size());
   }
 }
 
 void AppendUpper(std::string& out, utf8proc_int32_t code, std::string_view bytes) {
-  if (code < 0) {
+  if (IsAscii(code)) {
+    out += AsciiUpper(static_cast<char>(code));
+  } else if (code < 0) {
     out += bytes;
-    return;
+  } else {
+    utf8proc_uint8_t buffer[4];
+    const auto length = utf8proc_encode_char(utf8proc_toupper(code), buffer);
+    out.append(reinterpret_cast<const char*>(buffer), static_cast<std::size_t>(length));
   }
-  utf8proc_uint8_t buffer[4];
-  const auto length = utf8proc_encode_char(utf8proc_toupper(code), buffer);
-  out.append(reinterpret_cast<const char*>(buffer), static_cast<std::size_t>(length));
 }
 
 }  // namespace

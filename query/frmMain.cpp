@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-frmMain::frmMain(const Global& global, QueryHost& host)
+frmMain::frmMain(const Global& global, QueryHost& host, Vocabulary& vocabulary)
     : global_(global),
       host_(host),
       help_(global),
@@ -12,7 +12,8 @@ frmMain::frmMain(const Global& global, QueryHost& host)
       txtQuery_(window_->Find<RichTextBox>("txtQuery")),
       chkWordWrap_(window_->Find<CheckBox>("chkWordWrap")),
       dlgCommon_(window_->FileDialogNamed("dlgCommon")),
-      document_(global, txtQuery_) {
+      document_(global, txtQuery_),
+      completion_(*window_, vocabulary) {
   window_->KeyDown = [this](KeyEvent& event) { Form_KeyDown(event); };
   window_->QueryUnload = [this](bool& refuse, UnloadReason reason) {
     Form_QueryUnload(refuse, reason);

@@ -6,6 +6,7 @@
 #include "app/Help.h"
 #include "platform/Button.h"
 #include "platform/TextBox.h"
+#include "query/CompletionList.h"
 #include "query/QueryHost.h"
 #include "query/SqlTarget.h"
 #include "query/TextDocument.h"
@@ -15,7 +16,7 @@ namespace tessel {
 /// The one query window: a document of SQL text, the file it came from, and whether it has changed.
 class frmMain : public SqlTarget {
  public:
-  frmMain(const Global& global, QueryHost& host);
+  frmMain(const Global& global, QueryHost& host, Vocabulary& vocabulary);
 
   /// Asks whether changed text may be discarded, saving it when wanted. True when the caller must
   /// not go on.
@@ -54,6 +55,7 @@ class frmMain : public SqlTarget {
   CheckBox& chkWordWrap_;
   FileDialog& dlgCommon_;
   TextDocument document_;
+  CompletionList completion_;
   bool dirty_ = false;
   std::string path_;
   std::string title_;

@@ -1,0 +1,84 @@
+#include <benchmark/benchmark.h>
+
+#include "bench/OrdersFile.h"
+#include "bench/RawOrders.h"
+#include "platform/EventQueue.h"
+#include "platform/data/ClientRecordset.h"
+#include "platform/data/DataAccessObjects.h"
+
+namespace tessel::bench {
+
+namespace {
+
+constexpr std::int64_t rows = 1'000'000;
+constexpr double megabyte = 1e6;
+
+/// Nothing here is asynchronous.
+class NoQueue : public EventQueue {
+ public:
+  void Post(std::weak_ptr<const void> /*owner*/, std::function<void()> /*notice*/) override {}
+};
+
+std::shared_ptr<Recordset> ReadOrders(Connection& connection) {
+  auto recordset = connection.CreateRecordset();
+  recordset->SetSource(ordersQuery);
+  recordset->Open(openOption::text);
+  return recordset;
+}
+
+std::shared_ptr<Connection> OpenOrders(DataAccess& data) {
+  auto connection = data.CreateConnection();
+  connection->SetConnectionString("Provider=SQLite;Data Source=" + OrdersFile(rows));
+  connection->Open({}, {}, 0);
+  return connection;
+}
+
+void RawLoop(benchmark::State& state) {
+  const std::string file = OrdersFile(rows);
+  std::size_t bytes = 0;
+  for (auto _ : state) bytes = ReadOrdersRaw(file);
+  state.counters["MB"] = static_cast<double>(bytes) / megabyte;
+}
+BENCHMARK(RawLoop)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+
+void ExecuteToLastRow(benchmark::State& state) {
+  NoQueue queue;
+  DataAccessObjects data(queue);
+  const auto connection = OpenOrders(data);
+  std::size_t bytes = 0;
+  for (auto _ : state) {
+    const auto recordset = ReadOrders(*connection);
+    bytes = static_cast<const ClientRecordset&>(*recordset).HeldBytes();
+  }
+  state.counters["MB"] = static_cast<double>(bytes) / megabyte;
+}
+BENCHMARK(ExecuteToLastRow)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+
+void LookAtEveryCell(benchmark::State& state) {
+  NoQueue queue;
+  DataAccessObjects data(queue);
+  const auto recordset = ReadOrders(*OpenOrders(data));
+  const std::size_t fields = recordset->Fields().size();
+  for (auto _ : state) {
+    for (std::int64_t position = 0; position < rows; ++position)
+      for (std::size_t field = 0; field < fields; ++field)
+        benchmark::DoNotOptimize(recordset->ValueAt(position, field));
+  }
+}
+BENCHMARK(LookAtEveryCell)->Unit(benchmark::kMillisecond);
+
+void Sort(benchmark::State& state, const char* order) {
+  NoQueue queue;
+  DataAccessObjects data(queue);
+  const auto recordset = ReadOrders(*OpenOrders(data));
+  for (auto _ : state) {
+    recordset->SetSort(order);
+    recordset->SetSort("");
+  }
+}
+BENCHMARK_CAPTURE(Sort, number, "amount")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Sort, text, "customer, id DESC")->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+}  // namespace tessel::bench
