@@ -21,7 +21,8 @@ namespace tessel {
 
 namespace {
 
-template <class Root, class Form> std::unique_ptr<QWidget> Make() {
+template <class Root, class Form>
+std::unique_ptr<QWidget> Make() {
   auto root = std::make_unique<Root>();
   Form().setupUi(root.get());
   return root;

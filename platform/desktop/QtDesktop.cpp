@@ -79,7 +79,8 @@ std::unique_ptr<Window> QtDesktop::MakeWindow(std::string_view formName) {
     return std::make_unique<DialogWindow>(name, std::move(form), parts_->core);
   auto frame = std::make_unique<FrameWindow>(name, std::move(form), parts_->core);
   frame->unloaded = [] {
-    QMetaObject::invokeMethod(qApp, [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        qApp, [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
   };
   return frame;
 }
@@ -106,7 +107,9 @@ bool QtDesktop::IsKeyDown(int keyCode) const {
 
 void QtDesktop::ProcessPending() { parts_->core.loops.ProcessPending(); }
 
-void QtDesktop::Defer(std::function<void()> action) { parts_->core.deferred.Add(std::move(action)); }
+void QtDesktop::Defer(std::function<void()> action) {
+  parts_->core.deferred.Add(std::move(action));
+}
 
 void QtDesktop::StartProcess(const std::string& path) { StartDetached(path); }
 

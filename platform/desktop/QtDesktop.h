@@ -7,8 +7,8 @@
 
 namespace tessel {
 
-/// The desktop on Qt's widgets. Makes the application object unless there is one. It outlives its windows; UI thread
-/// only, except for Events().Post.
+/// The desktop on Qt's widgets. Makes the application object unless there is one. It outlives its
+/// windows; UI thread only, except for Events().Post.
 class QtDesktop final : public Desktop {
  public:
   /// The arguments are kept by the application for as long as it lives.

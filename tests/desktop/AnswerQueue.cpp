@@ -9,6 +9,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
+#include <algorithm>
 
 #include <gtest/gtest.h>
 
@@ -68,14 +69,12 @@ void AnswerQueue::OnDialog(std::function<void(QWidget&)> step) {
 
 /// Each window that has come up is answered once.
 void AnswerQueue::Look() {
+  ForgetHidden();
   QWidget* shown = QApplication::activePopupWidget();
   const auto* menu = qobject_cast<QMenu*>(shown);
   if (menu == nullptr) shown = QApplication::activeModalWidget();
-  if (shown == nullptr) {
-    seen_.clear();
-    return;
-  }
-  if (shown == seen_ || !shown->isVisible()) return;
+  if (shown == nullptr || !shown->isVisible()) return;
+  if (std::ranges::find(answered_, QPointer<QWidget>(shown)) != answered_.end()) return;
   const std::string name = FromQt(shown->objectName());
   if (menu != nullptr) return Give("popup", name, *shown);
   if (qobject_cast<MessageDialog*>(shown) != nullptr)
@@ -84,6 +83,7 @@ void AnswerQueue::Look() {
   Give("dialog", "", *shown);
 }
 
+/// The answer is given from a timer of its own: what it opens in turn is looked at meanwhile.
 void AnswerQueue::Give(const std::string& kind, const std::string& name, QWidget& shown) {
   const bool expected =
       !answers_.empty() && answers_.front().kind == kind && answers_.front().name == name;
@@ -97,9 +97,17 @@ void AnswerQueue::Give(const std::string& kind, const std::string& name, QWidget
   unexpectedLooks_ = 0;
   const Answer answer = std::move(answers_.front());
   answers_.pop_front();
-  seen_ = &shown;
-  answer.step(shown);
-  if (QApplication::activeModalWidget() == nullptr) seen_.clear();
+  answered_.emplace_back(&shown);
+  QTimer::singleShot(0, &shown, [this, answer, window = QPointer<QWidget>(&shown)] {
+    answer.step(*window);
+    ForgetHidden();
+  });
+}
+
+void AnswerQueue::ForgetHidden() {
+  std::erase_if(answered_, [](const QPointer<QWidget>& window) {
+    return window == nullptr || !window->isVisible();
+  });
 }
 
 void ChooseFrom(QMenu& menu, const std::string& command) {

@@ -1,12 +1,11 @@
 #pragma once
 
-#include <QMap>
 #include <QPointer>
 #include <QTimer>
 #include <deque>
 #include <functional>
-#include <map>
 #include <string>
+#include <vector>
 
 #include "platform/Desktop.h"
 
@@ -39,10 +38,11 @@ class AnswerQueue {
 
   void Look();
   void Give(const std::string& kind, const std::string& name, QWidget& shown);
+  void ForgetHidden();
 
   std::deque<Answer> answers_;
   QTimer timer_;
-  QPointer<QWidget> seen_;
+  std::vector<QPointer<QWidget>> answered_;  ///< Answered and perhaps still shown.
   int unexpectedLooks_ = 0;
 };
 

@@ -55,6 +55,7 @@ std::optional<std::int64_t> GeneratedRows::PositionOf(Bookmark bookmark) const {
 }
 
 void GeneratedRows::MoveTo(Bookmark bookmark) {
+  if (!refusal_.empty()) throw Error(errorNumber::database, "Test", refusal_);
   const auto position = PositionOf(bookmark);
   if (!position) throw Error(errorNumber::noCurrentRecord, "Tessel", "There is no such row.");
   at_ = *position;

@@ -20,6 +20,8 @@ class GeneratedRows final : public Recordset {
 
   /// How many values have been read so far.
   [[nodiscard]] std::int64_t Reads() const { return reads_; }
+  /// From now on every move of the record fails with that description.
+  void RefuseMoves(std::string description) { refusal_ = std::move(description); }
 
   [[nodiscard]] const std::string& Source() const override { return source_; }
   void SetSource(std::string commandText) override { source_ = std::move(commandText); }
@@ -56,6 +58,12 @@ class GeneratedRows final : public Recordset {
   [[nodiscard]] std::int64_t ActualSize(std::size_t /*field*/) const override { return 0; }
   [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType /*lock*/) override;
   void SetSort(const std::string& /*order*/) override {}
+  [[nodiscard]] EditMode Editing() const override { return EditMode::None; }
+  void AddNew() override {}
+  void SetFieldValue(std::size_t /*field*/, Value /*value*/) override {}
+  void Update(int /*options*/) override {}
+  void CancelUpdate() override {}
+  void Delete(int /*options*/) override {}
   [[nodiscard]] const Properties& RecordsetProperties() const override { return properties_; }
 
  private:
@@ -68,6 +76,7 @@ class GeneratedRows final : public Recordset {
   std::int64_t at_ = 0;
   int state_ = objectState::open;
   mutable std::int64_t reads_ = 0;
+  std::string refusal_;
   Properties properties_;
 };
 

@@ -30,7 +30,8 @@ int noArguments = 0;
 /// The widget that gets the mouse.
 QWidget& MouseTarget(QWidget& widget) {
   if (const auto* area = qobject_cast<QAbstractScrollArea*>(&widget)) return *area->viewport();
-  if (const auto* combo = qobject_cast<QComboBox*>(&widget); combo != nullptr && combo->isEditable())
+  if (const auto* combo = qobject_cast<QComboBox*>(&widget);
+      combo != nullptr && combo->isEditable())
     return *combo->lineEdit();
   return widget;
 }
@@ -226,7 +227,8 @@ void QtContractHost::ChooseMenu(Window& window, std::string_view command) {
   const QList<QAction*> path = PathTo(frame.menuBar()->actions(), ToQt(command));
   ASSERT_FALSE(path.isEmpty()) << "No menu has the command " << command;
   frame.menuBar()->setActiveAction(path.first());
-  for (qsizetype at = 1; at + 1 < path.size(); ++at) path[at - 1]->menu()->setActiveAction(path[at]);
+  for (qsizetype at = 1; at + 1 < path.size(); ++at)
+    path[at - 1]->menu()->setActiveAction(path[at]);
   ChooseFrom(*path[path.size() - 2]->menu(), std::string(command));
   while (QWidget* popup = QApplication::activePopupWidget()) popup->close();
   Settle();

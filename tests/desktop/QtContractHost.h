@@ -20,7 +20,9 @@ class RememberingDesktop final : public Desktop {
   [[nodiscard]] Window* WindowOf(const QWidget& form) const;
 
   [[nodiscard]] std::unique_ptr<Window> MakeWindow(std::string_view formName) override;
-  MessageResult ShowMessage(const Message& message) override { return desktop_.ShowMessage(message); }
+  MessageResult ShowMessage(const Message& message) override {
+    return desktop_.ShowMessage(message);
+  }
   [[nodiscard]] Clipboard& TheClipboard() override { return desktop_.TheClipboard(); }
   [[nodiscard]] EventQueue& Events() override { return desktop_.Events(); }
   [[nodiscard]] const Clock& TheClock() const override { return desktop_.TheClock(); }

@@ -81,7 +81,8 @@ void PressQtKey(int qtKey, Qt::KeyboardModifiers modifiers, const QString& text)
   if (window == nullptr) throw std::runtime_error("No window has the keyboard.");
   const QPointer<QWindow> alive(window);
   qt_handleKeyEvent(window, QEvent::KeyPress, qtKey, modifiers, text, false, 1);
-  if (QWindow* now = QGuiApplication::focusWindow(); alive == nullptr || now != nullptr) window = now;
+  if (QWindow* now = QGuiApplication::focusWindow(); alive == nullptr || now != nullptr)
+    window = now;
   if (window == nullptr) return;
   qt_handleKeyEvent(window, QEvent::KeyRelease, qtKey, modifiers, text, false, 1);
 }
@@ -96,7 +97,8 @@ void TypeText(std::string_view text) {
   for (const char c : text) {
     const QChar character = QLatin1Char(c);
     const bool upper = character.isUpper();
-    PressQtKey(character.toUpper().unicode(), upper ? Qt::ShiftModifier : Qt::NoModifier, character);
+    PressQtKey(character.toUpper().unicode(), upper ? Qt::ShiftModifier : Qt::NoModifier,
+               character);
   }
 }
 

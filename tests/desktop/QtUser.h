@@ -17,12 +17,14 @@ namespace tessel::test {
 [[nodiscard]] QtWindow& AsQt(Window& window);
 /// The widget of a control; fails the test and throws when the form has none.
 [[nodiscard]] QWidget& WidgetOf(Window& window, std::string_view name);
-template <class Widget> [[nodiscard]] Widget& WidgetAs(Window& window, std::string_view name) {
+template <class Widget>
+[[nodiscard]] Widget& WidgetAs(Window& window, std::string_view name) {
   return dynamic_cast<Widget&>(WidgetOf(window, name));
 }
 
 /// Presses and releases a key in the active window, as the window system reports it.
-void PressQtKey(int qtKey, Qt::KeyboardModifiers modifiers = Qt::NoModifier, const QString& text = {});
+void PressQtKey(int qtKey, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
+                const QString& text = {});
 /// The same for a virtual key code.
 void PressKeyCode(int keyCode, int shift = shiftState::none);
 /// Types ASCII text where the focus is.

@@ -10,8 +10,8 @@
 
 #include "platform/Button.h"
 #include "platform/DataGrid.h"
-#include "platform/ListControls.h"
 #include "platform/Label.h"
+#include "platform/ListControls.h"
 #include "platform/ListView.h"
 #include "platform/TextBox.h"
 #include "platform/TreeView.h"
@@ -26,12 +26,11 @@ namespace tessel::test {
 
 namespace {
 
-constexpr const char* sampleSql =
-    "-- orders of one customer\n"
-    "SELECT o.id, o.\"placed\", SUM(l.amount) AS total\n"
-    "FROM orders o JOIN order_lines l ON l.order_id = o.id\n"
-    "WHERE o.customer = 'Ada Lovelace' AND total > 12.5\n"
-    "GROUP BY o.id; /* a comment of\n   two lines */\n";
+constexpr const char* sampleSql = "-- orders of one customer\n"
+                                  "SELECT o.id, o.\"placed\", SUM(l.amount) AS total\n"
+                                  "FROM orders o JOIN order_lines l ON l.order_id = o.id\n"
+                                  "WHERE o.customer = 'Ada Lovelace' AND total > 12.5\n"
+                                  "GROUP BY o.id; /* a comment of\n   two lines */\n";
 
 class Album {
  public:
@@ -143,7 +142,8 @@ class Album {
     Draw("dlgConnect", [](Window& window) {
       auto& list = window.Find<ListView>("lsvConnections");
       list.Insert(0, {"new", "(new)", {""}, "", 0});
-      list.Insert(1, {"", "Shop", {"Provider=SQLite;Data Source=/srv/data/shop.db"}, "", 0, 0x0000C0});
+      list.Insert(1,
+                  {"", "Shop", {"Provider=SQLite;Data Source=/srv/data/shop.db"}, "", 0, 0x0000C0});
       list.Insert(2, {"", "Staff", {"Provider=PostgreSQL;Server=db;Database=staff"}, "", 0});
       list.SetSelectedIndex(1);
       list.SetColumnWidth(0, 2400);
@@ -170,13 +170,15 @@ class Album {
 
   void DrawMessages() {
     DrawMessage("message-short", "Please select the SQL to be executed.", MessageIcon::Exclamation);
-    DrawMessage("message-medium",
-                "Do you want to connect to another database using this instance of Tessel?\r\n\r\n"
-                "- To execute the same SQL commands on ALL connections at once - click 'Yes'.\r\n"
-                "- For a separate, independent connection using a new instance of Tessel - click 'No'.\r\n",
-                MessageIcon::Question);
+    DrawMessage(
+        "message-medium",
+        "Do you want to connect to another database using this instance of Tessel?\r\n\r\n"
+        "- To execute the same SQL commands on ALL connections at once - click 'Yes'.\r\n"
+        "- For a separate, independent connection using a new instance of Tessel - click 'No'.\r\n",
+        MessageIcon::Question);
     std::string text;
-    for (int line = 0; line < 200; ++line) text += "Line " + std::to_string(line) + " of an error.\n";
+    for (int line = 0; line < 200; ++line)
+      text += "Line " + std::to_string(line) + " of an error.\n";
     DrawMessage("message-long", text, MessageIcon::Critical);
   }
 

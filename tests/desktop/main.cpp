@@ -15,8 +15,8 @@ void PassOn(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QSt
 
 }  // namespace
 
-/// Runs the tests; with "--screenshots <folder> [--dark]" it draws the windows there in their place. Without a display
-/// the windows are drawn off screen.
+/// Runs the tests; with "--screenshots <folder> [--dark]" it draws the windows there in their
+/// place. Without a display the windows are drawn off screen.
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -29,6 +29,7 @@ int main(int argc, char** argv) {
   parser.addOptions({screenshots, dark});
   parser.process(application);
   if (parser.isSet(screenshots))
-    return tessel::test::DrawScreenshots(parser.value(screenshots).toStdString(), parser.isSet(dark));
+    return tessel::test::DrawScreenshots(parser.value(screenshots).toStdString(),
+                                         parser.isSet(dark));
   return RUN_ALL_TESTS();
 }

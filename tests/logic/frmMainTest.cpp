@@ -30,7 +30,8 @@ class frmMainTest : public test::LogicFixture {
 
   std::unique_ptr<Window> frame = desktop.MakeWindow("frmMDI");
   FakeHost host;
-  frmMain main{global, host};
+  Vocabulary vocabulary{global};
+  frmMain main{global, host, vocabulary};
   test::HeadlessWindow& window = desktop.WindowOf("frmMain");
   RichTextBox& box = window.Find<RichTextBox>("txtQuery");
 };

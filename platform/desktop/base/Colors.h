@@ -7,8 +7,8 @@
 
 namespace tessel {
 
-/// What a colour looks like in the given palette; a system colour is one of the palette's roles, so it follows light
-/// and dark.
+/// What a colour looks like in the given palette; a system colour is one of the palette's roles, so
+/// it follows light and dark.
 [[nodiscard]] QColor ToQColor(Color color, const QPalette& palette);
 /// The plain colour, without transparency.
 [[nodiscard]] Color FromQColor(const QColor& color);

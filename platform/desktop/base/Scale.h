@@ -8,8 +8,8 @@
 
 namespace tessel {
 
-/// Turns twips into device-independent pixels and back. 15 twips are one pixel at the ordinary font; with a taller
-/// font everything grows with it, so that texts are not cut off.
+/// Turns twips into device-independent pixels and back. 15 twips are one pixel at the ordinary
+/// font; with a taller font everything grows with it, so that texts are not cut off.
 class Scale {
  public:
   /// The scale for the application's font.

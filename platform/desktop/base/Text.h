@@ -19,8 +19,8 @@ namespace tessel {
 
 /// Bytes that the first `units` UTF-16 units of `text` take in UTF-8.
 [[nodiscard]] std::size_t BytesBefore(QStringView text, qsizetype units);
-/// UTF-16 units that lie wholly before byte `bytes` of the UTF-8 form of `text`: an offset inside a character is
-/// taken back to its start, one beyond the end to the end.
+/// UTF-16 units that lie wholly before byte `bytes` of the UTF-8 form of `text`: an offset inside a
+/// character is taken back to its start, one beyond the end to the end.
 [[nodiscard]] qsizetype UnitsBefore(QStringView text, std::size_t bytes);
 
 }  // namespace tessel

@@ -3,11 +3,13 @@
 #include <QApplication>
 #include <QStyle>
 
+#include "platform/desktop/base/ReadableStyle.h"
+
 namespace tessel {
 
 namespace {
 
-constexpr QRgb window = 0xFF2B2D30;
+constexpr QRgb window = 0xFF303338;
 constexpr QRgb base = 0xFF1E1F22;
 constexpr QRgb alternate = 0xFF26282C;
 constexpr QRgb button = 0xFF393B40;
@@ -42,7 +44,12 @@ QPalette DarkPalette() {
   return palette;
 }
 
-SystemTheme::SystemTheme() = default;
+/// A desktop with a style of its own keeps it.
+SystemTheme::SystemTheme() {
+  const QString style = QApplication::style()->name();
+  if (style.compare(QLatin1String("fusion"), Qt::CaseInsensitive) == 0)
+    QApplication::setStyle(new ReadableStyle);
+}
 
 void SystemTheme::Force(bool dark) {
   QApplication::setPalette(dark ? DarkPalette() : QApplication::style()->standardPalette());

@@ -7,8 +7,8 @@ namespace tessel {
 /// Colours for a dark desktop.
 [[nodiscard]] QPalette DarkPalette();
 
-/// Keeps the program's colours in line with the desktop's. Where the desktop gives none, as on a plain X server, these are
-/// the light ones of the toolkit.
+/// Keeps the program's colours in line with the desktop's. Where the desktop gives none, as on a
+/// plain X server, these are the light ones of the toolkit.
 class SystemTheme {
  public:
   SystemTheme();

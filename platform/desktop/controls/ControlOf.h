@@ -9,7 +9,8 @@
 namespace tessel {
 
 /// The common properties of a control of any kind, passed on to the face of its widget.
-template <class Kind, class Widget> class ControlOf : public Kind {
+template <class Kind, class Widget>
+class ControlOf : public Kind {
  public:
   ControlOf(Widget& widget, const ControlSite& site)
       : Kind(FromQt(widget.objectName()), site.failures), widget_(&widget), face_(site) {}

@@ -20,8 +20,8 @@ struct KeyedTreeModel::Node {
 KeyedTreeModel::KeyedTreeModel(QObject* parent)
     : QAbstractItemModel(parent),
       root_(std::make_unique<Node>()),
-      icons_{QIcon(), NamedIcon("tessel-database"), NamedIcon("tessel-table"),
-             NamedIcon("tessel-field")} {}
+      icons_{QIcon(), PlainIcon("tessel-database"), PlainIcon("tessel-table"),
+             PlainIcon("tessel-field")} {}
 
 KeyedTreeModel::~KeyedTreeModel() = default;
 

@@ -14,13 +14,15 @@
 
 namespace tessel {
 
-/// The nodes of a tree view, found by their keys. Adding and finding a node takes no longer in a large tree.
+/// The nodes of a tree view, found by their keys. Adding and finding a node takes no longer in a
+/// large tree.
 class KeyedTreeModel final : public QAbstractItemModel {
  public:
   explicit KeyedTreeModel(QObject* parent);
   ~KeyedTreeModel() override;
 
-  /// Adds those whose key is free as the last children; an empty parent key is the root. Returns how many.
+  /// Adds those whose key is free as the last children; an empty parent key is the root. Returns
+  /// how many.
   int Append(std::string_view parentKey, std::vector<TreeNode> nodes);
   void Remove(std::string_view key);
   [[nodiscard]] bool Exists(std::string_view key) const { return Find(key) != nullptr; }
@@ -31,7 +33,8 @@ class KeyedTreeModel final : public QAbstractItemModel {
   [[nodiscard]] bool Checked(std::string_view key) const;
   void SetChecked(std::string_view key, bool checked);
 
-  /// Raises Error(itemNotFound) for a key that is not there; the empty key is the (invalid) index of the root.
+  /// Raises Error(itemNotFound) for a key that is not there; the empty key is the (invalid) index
+  /// of the root.
   [[nodiscard]] QModelIndex IndexOf(std::string_view key) const;
   [[nodiscard]] std::string KeyOf(const QModelIndex& index) const;  ///< Empty for the root.
 
@@ -50,7 +53,9 @@ class KeyedTreeModel final : public QAbstractItemModel {
   struct Node;
   struct KeyHash {
     using is_transparent = void;
-    std::size_t operator()(std::string_view key) const { return std::hash<std::string_view>()(key); }
+    std::size_t operator()(std::string_view key) const {
+      return std::hash<std::string_view>()(key);
+    }
   };
 
   [[nodiscard]] Node* Find(std::string_view key) const;

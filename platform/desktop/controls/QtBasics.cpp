@@ -3,18 +3,29 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/desktop/base/Icons.h"
+
 namespace tessel {
 
 namespace {
 
 /// Steps of the toolkit's bar, which knows whole numbers only.
 constexpr int barSteps = 10000;
+/// A form's label with this property shows the icon of that name in place of a text.
+constexpr const char* iconProperty = "iconName";
+
+void ShowIcon(QLabel& label) {
+  const QString name = label.property(iconProperty).toString();
+  if (name.isEmpty()) return;
+  label.setPixmap(NamedIcon(name).pixmap(label.minimumSize(), label.devicePixelRatioF()));
+}
 
 }  // namespace
 
 QtLabel::QtLabel(QLabel& widget, const ControlSite& site)
     : ControlOf(widget, site), caption_(FromQt(widget.text())) {
   widget.setTextFormat(Qt::PlainText);
+  ShowIcon(widget);
 }
 
 void QtLabel::SetCaption(std::string_view caption) {

@@ -46,10 +46,10 @@ QtListView::QtListView(QTreeWidget& widget, const ControlSite& site) : ControlOf
   widget.setTextElideMode(Qt::ElideRight);
   widget.header()->setSectionsClickable(true);
   widget.header()->setStretchLastSection(true);
-  widget.setItemDelegate(new LabelDelegate(widget, [this](const QModelIndex& index,
-                                                          const QString& text) {
-    LabelEdited(index.row(), FromQt(text));
-  }));
+  widget.setItemDelegate(
+      new LabelDelegate(widget, [this](const QModelIndex& index, const QString& text) {
+        LabelEdited(index.row(), FromQt(text));
+      }));
   Connect();
 }
 
@@ -68,7 +68,9 @@ void QtListView::Connect() {
                    [this](int column) { Raise(ColumnClick, column); });
 }
 
-const ListRow& QtListView::Row(int index) const { return rows_.at(static_cast<std::size_t>(index)); }
+const ListRow& QtListView::Row(int index) const {
+  return rows_.at(static_cast<std::size_t>(index));
+}
 
 void QtListView::SetRow(int index, ListRow row) {
   RefuseTakenKey(row, index);
@@ -150,7 +152,8 @@ void QtListView::Sort(int column, bool descending) {
   for (const std::size_t index : order) sorted.push_back(std::move(rows_[index]));
   rows_ = std::move(sorted);
   const QSignalBlocker silence(TheWidget());
-  for (int index = 0; index < Count(); ++index) ShowRow(*TheWidget().topLevelItem(index), Row(index));
+  for (int index = 0; index < Count(); ++index)
+    ShowRow(*TheWidget().topLevelItem(index), Row(index));
   Select(place == order.end() ? -1 : static_cast<int>(place - order.begin()));
   QHeaderView& header = *TheWidget().header();
   header.setSortIndicator(column, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
@@ -201,7 +204,8 @@ void QtListView::Select(int index) {
 
 void QtListView::SelectionChanged() {
   told_ = true;
-  QMetaObject::invokeMethod(&Face(), [this] { told_ = false; }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      &Face(), [this] { told_ = false; }, Qt::QueuedConnection);
   const int index = SelectedIndex();
   if (index >= 0) Raise(ItemClick, index);
 }

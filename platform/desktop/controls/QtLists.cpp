@@ -5,7 +5,19 @@
 
 namespace tessel {
 
+namespace {
+
+QStringList AsStringList(const std::vector<std::string>& items) {
+  QStringList list;
+  list.reserve(static_cast<qsizetype>(items.size()));
+  for (const std::string& item : items) list.append(ToQt(item));
+  return list;
+}
+
+}  // namespace
+
 QtListBox::QtListBox(QListWidget& widget, const ControlSite& site) : ControlOf(widget, site) {
+  widget.setUniformItemSizes(true);
   QObject::connect(&widget, &QListWidget::currentRowChanged, &Face(), [this](int row) {
     if (row >= 0) Raise(Click);
   });
@@ -32,6 +44,12 @@ void QtListBox::RemoveItem(int index) {
 void QtListBox::Clear() {
   const QSignalBlocker silence(TheWidget());
   TheWidget().clear();
+}
+
+void QtListBox::SetItems(std::vector<std::string> items) {
+  const QSignalBlocker silence(TheWidget());
+  TheWidget().clear();
+  TheWidget().addItems(AsStringList(items));
 }
 
 void QtListBox::WriteIndex(int index) {
@@ -74,6 +92,13 @@ void QtComboBox::Clear() {
   const QSignalBlocker silence(TheWidget());
   TheWidget().clear();
   if (Editable()) TheWidget().clearEditText();
+}
+
+void QtComboBox::SetItems(std::vector<std::string> items) {
+  const QSignalBlocker silence(TheWidget());
+  Clear();
+  TheWidget().addItems(AsStringList(items));
+  TheWidget().setCurrentIndex(-1);
 }
 
 void QtComboBox::SelectAllText() {

@@ -16,6 +16,7 @@ class QtListBox final : public ControlOf<ListBox, QListWidget> {
   void AddItem(std::string_view text) override;
   void RemoveItem(int index) override;
   void Clear() override;
+  void SetItems(std::vector<std::string> items) override;
 
  protected:
   [[nodiscard]] int ReadIndex() const override { return TheWidget().currentRow(); }
@@ -30,6 +31,7 @@ class QtComboBox final : public ControlOf<ComboBox, QComboBox> {
   void AddItem(std::string_view text) override;
   void RemoveItem(int index) override;
   void Clear() override;
+  void SetItems(std::vector<std::string> items) override;
   [[nodiscard]] bool Editable() const override { return TheWidget().isEditable(); }
   void SelectAllText() override;
 

@@ -12,7 +12,8 @@ constexpr int caretWidth = 1;
 
 bool Continues(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
 
-/// `position` taken back to the start of the character it falls into, at most to the end of the text.
+/// `position` taken back to the start of the character it falls into, at most to the end of the
+/// text.
 std::size_t CharacterStart(std::string_view text, std::size_t position) {
   position = std::min(position, text.size());
   while (position > 0 && position < text.size() && Continues(text[position])) --position;
@@ -21,13 +22,14 @@ std::size_t CharacterStart(std::string_view text, std::size_t position) {
 
 }  // namespace
 
-QtRichTextBox::QtRichTextBox(SqlEditor& widget, const ControlSite& site)
-    : ControlOf(widget, site) {
+QtRichTextBox::QtRichTextBox(SqlEditor& widget, const ControlSite& site) : ControlOf(widget, site) {
   Face().applyColors = [this] { ShowColors(); };
   QObject::connect(&widget, &SqlEditor::edited, &Face(), [this] { Raise(Change); });
 }
 
-std::size_t QtRichTextBox::SelStart() const { return Ask(QsciScintillaBase::SCI_GETSELECTIONSTART); }
+std::size_t QtRichTextBox::SelStart() const {
+  return Ask(QsciScintillaBase::SCI_GETSELECTIONSTART);
+}
 
 std::size_t QtRichTextBox::SelLength() const {
   return Ask(QsciScintillaBase::SCI_GETSELECTIONEND) - SelStart();
@@ -59,7 +61,8 @@ Rect QtRichTextBox::CaretBounds() const {
   };
   const QPoint place(at(QsciScintillaBase::SCI_POINTXFROMPOSITION),
                      at(QsciScintillaBase::SCI_POINTYFROMPOSITION));
-  const int height = static_cast<int>(editor.SendScintilla(QsciScintillaBase::SCI_TEXTHEIGHT, line));
+  const int height =
+      static_cast<int>(editor.SendScintilla(QsciScintillaBase::SCI_TEXTHEIGHT, line));
   const QPoint inside = editor.viewport()->mapTo(&editor, place);
   return Face().TheScale().Twips(QRect(inside, QSize(caretWidth, height)));
 }

@@ -31,7 +31,8 @@ std::size_t QtLineBox::SelLength() const { return SelText().size(); }
 void QtLineBox::Select(std::size_t start, std::size_t length) {
   const QString text = TheWidget().text();
   const qsizetype first = UnitsBefore(text, start);
-  const qsizetype end = length > 0 ? UnitsBefore(text, start + std::min(length, ReadText().size())) : first;
+  const qsizetype end =
+      length > 0 ? UnitsBefore(text, start + std::min(length, ReadText().size())) : first;
   if (end > first) TheWidget().setSelection(static_cast<int>(first), static_cast<int>(end - first));
   else TheWidget().setCursorPosition(static_cast<int>(first));
 }
@@ -67,7 +68,8 @@ std::size_t QtLinesBox::SelLength() const { return SelText().size(); }
 void QtLinesBox::Select(std::size_t start, std::size_t length) {
   const QString text = TheWidget().toPlainText();
   const qsizetype first = UnitsBefore(text, start);
-  const qsizetype end = length > 0 ? UnitsBefore(text, start + std::min(length, ReadText().size())) : first;
+  const qsizetype end =
+      length > 0 ? UnitsBefore(text, start + std::min(length, ReadText().size())) : first;
   QTextCursor cursor = TheWidget().textCursor();
   cursor.setPosition(static_cast<int>(first));
   cursor.setPosition(static_cast<int>(end), QTextCursor::KeepAnchor);

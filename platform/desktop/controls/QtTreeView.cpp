@@ -9,9 +9,8 @@ QtTreeView::QtTreeView(QTreeView& widget, const ControlSite& site)
   widget.setModel(model_.get());
   widget.setAllColumnsShowFocus(true);
   model_->checkChanged = [this](const std::string& key) { Raise(NodeCheck, key); };
-  QObject::connect(&widget, &QTreeView::expanded, &Face(), [this](const QModelIndex& index) {
-    Raise(NodeExpand, model_->KeyOf(index));
-  });
+  QObject::connect(&widget, &QTreeView::expanded, &Face(),
+                   [this](const QModelIndex& index) { Raise(NodeExpand, model_->KeyOf(index)); });
   QObject::connect(widget.selectionModel(), &QItemSelectionModel::selectionChanged, &Face(),
                    [this] { SelectionChanged(); });
 }

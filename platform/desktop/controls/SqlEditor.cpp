@@ -18,6 +18,7 @@ namespace {
 
 constexpr int marginCount = 5;
 constexpr int ordinaryPoints = 10;
+constexpr long leftPadding = 4;
 
 /// What every editor does; all other commands lose their keys, so that the program's own keys are
 /// not taken.
@@ -105,6 +106,7 @@ SqlEditor::SqlEditor(QWidget* parent) : QsciScintilla(parent) {
   SendScintilla(SCI_SETSCROLLWIDTHTRACKING, 1UL);
   SendScintilla(SCI_SETSCROLLWIDTH, 1UL);
   SendScintilla(SCI_SETMULTIPLESELECTION, 0UL);
+  SendScintilla(SCI_SETMARGINLEFT, 0UL, leftPadding);
   setTabWidth(4);
   KeepOrdinaryKeys();
   connect(this, &QsciScintillaBase::SCN_MODIFIED, this,

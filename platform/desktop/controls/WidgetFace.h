@@ -21,8 +21,8 @@ struct ControlSite {
   const Scale& scale;  ///< Outlives the control.
 };
 
-/// The part of every adapter that does not depend on its kind: the common properties of Control on a widget. It is
-/// also the context of the adapter's signal connections, which end with it.
+/// The part of every adapter that does not depend on its kind: the common properties of Control on
+/// a widget. It is also the context of the adapter's signal connections, which end with it.
 class WidgetFace : public QObject {
  public:
   explicit WidgetFace(const ControlSite& site);
@@ -34,7 +34,8 @@ class WidgetFace : public QObject {
   void SetEnabled(bool enabled) { widget_->setEnabled(enabled); }
   [[nodiscard]] const std::string& ToolTip() const { return toolTip_; }
   void SetToolTip(std::string_view text);
-  /// What SetBounds was given as long as the widget stands where it was put, so that nothing is lost by rounding.
+  /// What SetBounds was given as long as the widget stands where it was put, so that nothing is
+  /// lost by rounding.
   [[nodiscard]] Rect Bounds() const;
   /// A widget that a layout places keeps its place; its width becomes fixed at the one given.
   void SetBounds(const Rect& bounds);

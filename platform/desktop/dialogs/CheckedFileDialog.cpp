@@ -36,7 +36,8 @@ void CheckedFileDialog::accept() {
     return;
   }
   if (save_ && (flags_ & fileDialogFlag::overwritePrompt) != 0 && file.exists()) {
-    message.text = FromQt(tr("%1 already exists.\nDo you want to replace it?").arg(file.fileName()));
+    message.text =
+        FromQt(tr("%1 already exists.\nDo you want to replace it?").arg(file.fileName()));
     message.buttons = MessageButtons::YesNo;
     if (ShowMessageBox(message, this, loops_) != MessageResult::Yes) return;
   }
@@ -61,8 +62,8 @@ QStringList NameFilters(std::string_view filter) {
   for (qsizetype at = 0; at + 1 < parts.size(); at += 2) {
     QString patterns = parts[at + 1];
     if (patterns == QLatin1String("*.*")) patterns = QStringLiteral("*");
-    filters.append(parts[at] + QStringLiteral(" (") + patterns.replace(QLatin1Char(';'), QLatin1Char(' ')) +
-                   QLatin1Char(')'));
+    filters.append(parts[at] + QStringLiteral(" (") +
+                   patterns.replace(QLatin1Char(';'), QLatin1Char(' ')) + QLatin1Char(')'));
   }
   return filters;
 }

@@ -106,8 +106,9 @@ QDialogButtonBox* MessageDialog::MakeButtons(const Message& message) {
     const auto standard = box->standardButton(button);
     connect(button, &QAbstractButton::clicked, this, [this, standard] { Pressed(standard); });
   }
-  const auto first = (ButtonsFor(message.buttons) & QDialogButtonBox::Yes) != 0 ? QDialogButtonBox::Yes
-                                                                                : QDialogButtonBox::Ok;
+  const auto first = (ButtonsFor(message.buttons) & QDialogButtonBox::Yes) != 0
+                         ? QDialogButtonBox::Yes
+                         : QDialogButtonBox::Ok;
   box->button(first)->setDefault(true);
   box->button(first)->setFocus();
   if (!message.help) return box;

@@ -26,6 +26,7 @@ class MessageDialog final : public QDialog {
 };
 
 /// Shows the box modally above `owner`.
-[[nodiscard]] MessageResult ShowMessageBox(const Message& message, QWidget* owner, EventLoops& loops);
+[[nodiscard]] MessageResult ShowMessageBox(const Message& message, QWidget* owner,
+                                           EventLoops& loops);
 
 }  // namespace tessel

@@ -15,8 +15,9 @@ QColor Between(const QColor& a, const QColor& b) {
 /// The colour of the word NULL: half way from the text to its ground, whatever these are.
 void MakePale(QPalette& palette) {
   for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
-    palette.setColor(group, QPalette::Text,
-                     Between(palette.color(group, QPalette::Text), palette.color(group, QPalette::Base)));
+    palette.setColor(
+        group, QPalette::Text,
+        Between(palette.color(group, QPalette::Text), palette.color(group, QPalette::Base)));
     palette.setColor(group, QPalette::HighlightedText,
                      Between(palette.color(group, QPalette::HighlightedText),
                              palette.color(group, QPalette::Highlight)));

@@ -48,7 +48,8 @@ QString EscapedLines(const std::string& text) {
 QString HtmlHead(const RecordsModel& model, const CellsToCopy& cells) {
   QString html = QStringLiteral("<tr>");
   for (int column = cells.firstColumn; column <= cells.lastColumn; ++column)
-    html += QStringLiteral("<th>") + EscapedLines(model.FieldName(column)) + QStringLiteral("</th>");
+    html +=
+        QStringLiteral("<th>") + EscapedLines(model.FieldName(column)) + QStringLiteral("</th>");
   return html + QStringLiteral("</tr>\n");
 }
 
@@ -62,7 +63,8 @@ void AppendHtmlRow(const RecordsModel& model, const CellsToCopy& cells, std::int
 }
 
 /// Calls `use` with the position of every row that is still there.
-template <class Use> void ForEachRow(const CellsToCopy& cells, Use use) {
+template <class Use>
+void ForEachRow(const CellsToCopy& cells, Use use) {
   for (std::int64_t at = 0; at < cells.rowCount; ++at)
     if (const std::int64_t position = cells.positionOf(at); position >= 0) use(position);
 }

@@ -54,7 +54,8 @@ void GridHeader::PaintMark(QPainter& painter, const QRect& rect) const {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(palette().color(QPalette::ButtonText));
-  painter.drawPolygon(QPolygonF({top, top + QPointF(0, side), top + QPointF(side * 0.75, side / 2)}));
+  painter.drawPolygon(
+      QPolygonF({top, top + QPointF(0, side), top + QPointF(side * 0.75, side / 2)}));
   painter.restore();
 }
 

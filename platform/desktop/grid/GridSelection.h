@@ -20,8 +20,8 @@ struct CellRange {
   [[nodiscard]] bool IsEmpty() const { return lastRow < firstRow || lastColumn < firstColumn; }
 };
 
-/// What is selected in a grid: rows in the order of their selection, a range of columns, or a rectangle of cells; one
-/// of the three at a time.
+/// What is selected in a grid: rows in the order of their selection, a range of columns, or a
+/// rectangle of cells; one of the three at a time.
 class GridSelection {
  public:
   using BookmarkAt = std::function<Bookmark(int row)>;
@@ -29,8 +29,8 @@ class GridSelection {
 
   void Clear();
 
-  /// A press on a row's header: alone selects that row, `add` (Ctrl) adds it or takes it away, `extend` (Shift)
-  /// selects from the row pressed before up to this one.
+  /// A press on a row's header: alone selects that row, `add` (Ctrl) adds it or takes it away,
+  /// `extend` (Shift) selects from the row pressed before up to this one.
   void PressRow(int row, bool add, bool extend);
   void DragToRow(int row);
   void SetRows(const std::vector<Bookmark>& rows);

@@ -6,7 +6,8 @@
 
 namespace tessel {
 
-/// Cells are not edited yet: the permissions are kept and have no effect, and there is no row for a new record.
+/// Cells are not edited yet: the permissions are kept and have no effect, and there is no row for a
+/// new record.
 class QtDataGrid final : public ControlOf<DataGrid, RecordGrid> {
  public:
   QtDataGrid(RecordGrid& widget, const ControlSite& site);
@@ -16,11 +17,21 @@ class QtDataGrid final : public ControlOf<DataGrid, RecordGrid> {
   [[nodiscard]] int ColumnCount() const override { return Model().ColumnCount(); }
 
   void SetColumnFormat(int column, DataFormat* format) override;
-  void SetColumnLocked(int column, bool locked) override { Model().ColumnAt(column).locked = locked; }
-  void SetColumnButton(int column, bool button) override { Model().ColumnAt(column).button = button; }
-  [[nodiscard]] bool ColumnLocked(int column) const override { return Model().ColumnAt(column).locked; }
-  [[nodiscard]] bool ColumnButton(int column) const override { return Model().ColumnAt(column).button; }
-  [[nodiscard]] DataFormat* ColumnFormat(int column) const override { return Model().ColumnAt(column).format; }
+  void SetColumnLocked(int column, bool locked) override {
+    Model().ColumnAt(column).locked = locked;
+  }
+  void SetColumnButton(int column, bool button) override {
+    Model().ColumnAt(column).button = button;
+  }
+  [[nodiscard]] bool ColumnLocked(int column) const override {
+    return Model().ColumnAt(column).locked;
+  }
+  [[nodiscard]] bool ColumnButton(int column) const override {
+    return Model().ColumnAt(column).button;
+  }
+  [[nodiscard]] DataFormat* ColumnFormat(int column) const override {
+    return Model().ColumnAt(column).format;
+  }
 
   [[nodiscard]] bool AllowUpdate() const override { return allowUpdate_; }
   void SetAllowUpdate(bool allow) override { allowUpdate_ = allow; }

@@ -47,7 +47,8 @@ void RecordGrid::SetUpHeaders() {
   auto* columns = new GridHeader(Qt::Horizontal, *this);
   setHorizontalHeader(columns);
   setVerticalHeader(rowHeader_);
-  for (QHeaderView* header : {static_cast<QHeaderView*>(columns), static_cast<QHeaderView*>(rowHeader_)}) {
+  for (QHeaderView* header :
+       {static_cast<QHeaderView*>(columns), static_cast<QHeaderView*>(rowHeader_)}) {
     disconnect(header, &QHeaderView::sectionPressed, this, nullptr);
     disconnect(header, &QHeaderView::sectionEntered, this, nullptr);
   }
@@ -77,7 +78,8 @@ void RecordGrid::Bind(const std::shared_ptr<Recordset>& source) {
 }
 
 bool RecordGrid::ShowsSelected(int row, int column) {
-  return selection_.HasColumn(column) || selection_.Cells().Contains(row, column) || RowSelected(row);
+  return selection_.HasColumn(column) || selection_.Cells().Contains(row, column) ||
+         RowSelected(row);
 }
 
 bool RecordGrid::RowSelected(int row) {
@@ -183,7 +185,8 @@ void RecordGrid::mouseReleaseEvent(QMouseEvent* event) {
   dragging_ = false;
   const QPoint place = event->position().toPoint();
   const QModelIndex index = indexAt(place);
-  if (std::exchange(buttonDown_, false) && OnButton(index, place)) emit buttonPressed(index.column());
+  if (std::exchange(buttonDown_, false) && OnButton(index, place))
+    emit buttonPressed(index.column());
 }
 
 void RecordGrid::mouseDoubleClickEvent(QMouseEvent* event) { mousePressEvent(event); }
@@ -201,7 +204,8 @@ void RecordGrid::contextMenuEvent(QContextMenuEvent* event) {
 
 void RecordGrid::paintEvent(QPaintEvent* event) {
   QTableView::paintEvent(event);
-  QMetaObject::invokeMethod(this, [this] { FollowRecord(); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      this, [this] { FollowRecord(); }, Qt::QueuedConnection);
 }
 
 void RecordGrid::changeEvent(QEvent* event) {
@@ -218,7 +222,8 @@ void RecordGrid::SizeRows() {
 void RecordGrid::SizeColumns() {
   const int columns = model_->ColumnCount();
   if (columns == 0) return;
-  const int sampleRows = std::min({model_->RowCount(), sampleRowsMost, sampleCellsMost / columns + 1});
+  const int sampleRows =
+      std::min({model_->RowCount(), sampleRowsMost, sampleCellsMost / columns + 1});
   for (int column = 0; column < columns; ++column)
     horizontalHeader()->resizeSection(column, WidthOf(column, sampleRows));
 }
@@ -249,7 +254,8 @@ QModelIndex RecordGrid::TargetOf(const QKeyEvent& event) const {
     case Qt::Key_Up: return cell(ctrl ? 0 : row - 1, column);
     case Qt::Key_Down: return cell(ctrl ? lastRow : row + 1, column);
     case Qt::Key_PageUp: return cell(row - RowsOnPage(), column);
-    case Qt::Key_PageDown: return cell(std::min(row, lastRow - RowsOnPage()) + RowsOnPage(), column);
+    case Qt::Key_PageDown:
+      return cell(std::min(row, lastRow - RowsOnPage()) + RowsOnPage(), column);
     case Qt::Key_Home: return cell(ctrl ? 0 : row, 0);
     case Qt::Key_End: return cell(ctrl ? lastRow : row, lastColumn);
     case Qt::Key_Tab: return NextCell(1);
@@ -258,10 +264,12 @@ QModelIndex RecordGrid::TargetOf(const QKeyEvent& event) const {
   }
 }
 
-/// The next or previous cell, from row to row; none beyond the ends, so that Tab leaves the grid there.
+/// The next or previous cell, from row to row; none beyond the ends, so that Tab leaves the grid
+/// there.
 QModelIndex RecordGrid::NextCell(int step) const {
   const int columns = model_->ColumnCount();
-  const qint64 at = static_cast<qint64>(currentIndex().row()) * columns + currentIndex().column() + step;
+  const qint64 at =
+      static_cast<qint64>(currentIndex().row()) * columns + currentIndex().column() + step;
   if (at < 0) return {};
   return model_->index(static_cast<int>(at / columns), static_cast<int>(at % columns));
 }

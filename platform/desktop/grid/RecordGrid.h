@@ -23,14 +23,16 @@ class RecordGrid : public QTableView {
 
   [[nodiscard]] RecordsModel& Model() const { return *model_; }
   [[nodiscard]] GridSelection& Selection() { return selection_; }
-  /// Binds to an open recordset and goes to its first row and column; null empties the grid. Nothing is emitted.
+  /// Binds to an open recordset and goes to its first row and column; null empties the grid.
+  /// Nothing is emitted.
   void Bind(const std::shared_ptr<Recordset>& source);
   /// Where a failure inside a Qt event goes (a record that cannot be moved to, too much to copy).
   std::function<void(std::exception_ptr)> failed;
 
   [[nodiscard]] bool ShowsSelected(int row, int column);
   [[nodiscard]] bool RowSelected(int row);
-  /// Makes a cell the current one; `extend` selects the cells from where the selection began up to it.
+  /// Makes a cell the current one; `extend` selects the cells from where the selection began up to
+  /// it.
   void GoTo(int row, int column, bool extend);
   /// Makes the cell of a column current in the present row, silently.
   void SetCurrentColumnQuietly(int column);

@@ -17,7 +17,8 @@ struct ShownCell {
   bool isNumber = false;
 };
 
-/// The rows of a recordset as Qt's views want them. Values are read when asked for; no row is copied.
+/// The rows of a recordset as Qt's views want them. Values are read when asked for; no row is
+/// copied.
 class RecordsModel final : public QAbstractTableModel {
  public:
   struct Column {
@@ -33,14 +34,17 @@ class RecordsModel final : public QAbstractTableModel {
   [[nodiscard]] int RowCount() const { return rows_; }
   [[nodiscard]] int ColumnCount() const { return static_cast<int>(columns_.size()); }
   /// Raises std::out_of_range for a column that is not there.
-  [[nodiscard]] Column& ColumnAt(int column) { return columns_.at(static_cast<std::size_t>(column)); }
+  [[nodiscard]] Column& ColumnAt(int column) {
+    return columns_.at(static_cast<std::size_t>(column));
+  }
   [[nodiscard]] const Column& ColumnAt(int column) const {
     return columns_.at(static_cast<std::size_t>(column));
   }
 
   /// Never raises: a value that cannot be read shows as nothing.
   [[nodiscard]] ShownCell CellAt(int row, int column) const;
-  /// The whole text of a cell, as the column's format gives it or in its ordinary form; empty for null.
+  /// The whole text of a cell, as the column's format gives it or in its ordinary form; empty for
+  /// null.
   [[nodiscard]] std::string FullText(std::int64_t row, int column) const;
   [[nodiscard]] std::string FieldName(int column) const;  ///< Empty for a field that is not there.
   /// The row's bookmark; nothing when the recordset cannot tell it any more.

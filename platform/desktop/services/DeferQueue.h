@@ -9,7 +9,8 @@
 
 namespace tessel {
 
-/// Actions that run from the top of the application's event loop, outside every handler and modal window.
+/// Actions that run from the top of the application's event loop, outside every handler and modal
+/// window.
 class DeferQueue final : public QObject {
  public:
   /// `failed` gets what an action throws.

@@ -16,7 +16,8 @@ namespace tessel {
 namespace {
 
 /// Makes the adapter when the widget is of its class.
-template <class Adapter, class Widget> std::unique_ptr<Control> As(const ControlSite& site) {
+template <class Adapter, class Widget>
+std::unique_ptr<Control> As(const ControlSite& site) {
   auto* widget = qobject_cast<Widget*>(&site.widget);
   return widget == nullptr ? nullptr : std::make_unique<Adapter>(*widget, site);
 }
@@ -32,13 +33,13 @@ using Maker = std::unique_ptr<Control> (*)(const ControlSite&);
 
 /// A class stands before those it derives from.
 constexpr Maker makers[] = {
-    &As<QtRichTextBox, SqlEditor>,     &As<QtDataGrid, RecordGrid>,
-    &As<QtListView, QTreeWidget>,      &As<QtTreeView, QTreeView>,
-    &As<QtListBox, QListWidget>,       &As<QtLinesBox, QPlainTextEdit>,
-    &As<QtLineBox, QLineEdit>,         &As<QtComboBox, QComboBox>,
-    &As<QtCheckBox, QCheckBox>,        &As<QtOptionButton, QRadioButton>,
-    &As<QtButton, QAbstractButton>,    &As<QtLabel, QLabel>,
-    &As<QtProgressBar, QProgressBar>,  &AsPictureBox,
+    &As<QtRichTextBox, SqlEditor>,    &As<QtDataGrid, RecordGrid>,
+    &As<QtListView, QTreeWidget>,     &As<QtTreeView, QTreeView>,
+    &As<QtListBox, QListWidget>,      &As<QtLinesBox, QPlainTextEdit>,
+    &As<QtLineBox, QLineEdit>,        &As<QtComboBox, QComboBox>,
+    &As<QtCheckBox, QCheckBox>,       &As<QtOptionButton, QRadioButton>,
+    &As<QtButton, QAbstractButton>,   &As<QtLabel, QLabel>,
+    &As<QtProgressBar, QProgressBar>, &AsPictureBox,
 };
 
 }  // namespace

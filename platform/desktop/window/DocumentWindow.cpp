@@ -15,6 +15,7 @@ namespace {
 std::unique_ptr<QWidget> FrameAround(std::unique_ptr<QWidget> form) {
   auto sub = std::make_unique<QMdiSubWindow>();
   const QSize size = form->size();
+  sub->setWindowIcon(form->windowIcon());
   sub->setWidget(form.release());
   sub->setAttribute(Qt::WA_DeleteOnClose, false);
   for (QAction* action : sub->systemMenu()->actions()) action->setShortcuts(QList<QKeySequence>());

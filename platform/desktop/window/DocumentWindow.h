@@ -7,8 +7,8 @@
 
 namespace tessel {
 
-/// A window inside the frame. The menus of its form, if it has any, show in the frame's menu bar while it is the active
-/// document.
+/// A window inside the frame. The menus of its form, if it has any, show in the frame's menu bar
+/// while it is the active document.
 class DocumentWindow final : public QtWindow {
  public:
   /// Raises Error(application) when no frame is loaded.

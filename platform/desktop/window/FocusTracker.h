@@ -9,8 +9,8 @@
 
 namespace tessel {
 
-/// Raises LostFocus and GotFocus when the keyboard focus goes from one control of the program to another. A message
-/// box, a menu or another program in between is no change.
+/// Raises LostFocus and GotFocus when the keyboard focus goes from one control of the program to
+/// another. A message box, a menu or another program in between is no change.
 class FocusTracker final : public QObject {
  public:
   FocusTracker();

@@ -10,7 +10,9 @@ namespace {
 
 constexpr const char* placeOfGuests = "menuWindow";
 
-QString NameOf(const QAction& title) { return title.menu() == nullptr ? QString() : title.menu()->objectName(); }
+QString NameOf(const QAction& title) {
+  return title.menu() == nullptr ? QString() : title.menu()->objectName();
+}
 
 QAction* FindTitle(const QList<QAction*>& titles, const QString& name) {
   for (QAction* title : titles)

@@ -8,8 +8,8 @@ class QKeyEvent;
 
 namespace tessel {
 
-/// The menu bar of the frame. While a document with menus of its own is active, those of the same name stand in for the
-/// frame's, and its others stand before the frame's Window menu.
+/// The menu bar of the frame. While a document with menus of its own is active, those of the same
+/// name stand in for the frame's, and its others stand before the frame's Window menu.
 class FrameMenus {
  public:
   explicit FrameMenus(QMenuBar& bar);
@@ -18,7 +18,8 @@ class FrameMenus {
   void ShowWith(QMenuBar* document);
   /// Whether a document's menus are shown.
   [[nodiscard]] bool HasGuest() const { return guest_ != nullptr; }
-  /// Whether the key is the shortcut of a command in one of the frame's own menus, and of none in the guest's.
+  /// Whether the key is the shortcut of a command in one of the frame's own menus, and of none in
+  /// the guest's.
   [[nodiscard]] bool IsOwnShortcut(const QKeyEvent& event) const;
 
  private:

@@ -6,8 +6,9 @@
 
 namespace tessel {
 
-/// Keeps the user's input away from a window and what it holds while the window is disabled. The window keeps its looks
-/// and its focus, so a long operation may switch this on and off many times a second.
+/// Keeps the user's input away from a window and what it holds while the window is disabled. The
+/// window keeps its looks and its focus, so a long operation may switch this on and off many times
+/// a second.
 class InputBlock final : public QObject {
  public:
   explicit InputBlock(QWidget& window) : window_(&window) {}

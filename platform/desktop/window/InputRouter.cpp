@@ -8,10 +8,25 @@
 #include <QMouseEvent>
 
 #include "platform/desktop/base/QtKeys.h"
+#include "platform/desktop/base/Text.h"
 #include "platform/desktop/window/DesktopCore.h"
 #include "platform/desktop/window/QtWindow.h"
 
 namespace tessel {
+
+namespace {
+
+constexpr char16_t deleteCharacter = 0x7F;
+
+/// What a key types; keys that act (Enter, Tab) type nothing in this sense.
+std::string TypedText(const QKeyEvent& event) {
+  if ((event.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) != 0) return {};
+  const QString text = event.text();
+  const bool acts = !text.isEmpty() && (text[0] < QLatin1Char(' ') || text[0] == deleteCharacter);
+  return acts ? std::string() : FromQt(text);
+}
+
+}  // namespace
 
 InputRouter::InputRouter(QtWindow& window, QWidget& root, DesktopCore& core)
     : window_(window), root_(&root), core_(core) {
@@ -52,12 +67,12 @@ bool InputRouter::eventFilter(QObject* watched, QEvent* event) {
 bool InputRouter::KeyDown(QWidget& widget, QKeyEvent& event) {
   const QPointer<InputRouter> alive(this);
   if (IsWhereKeysGo(widget)) {
-    KeyEvent key{KeyCodeOf(event.key()), ShiftStateOf(event.modifiers())};
+    KeyEvent key{KeyCodeOf(event.key()), ShiftStateOf(event.modifiers()), false, TypedText(event)};
+    const bool told = key.keyCode != 0 || !key.text.empty();
     Control* control = ControlAt(widget);
-    if (key.keyCode != 0) window_.KeyDown.Raise(&window_, key);
+    if (told) window_.KeyDown.Raise(&window_, key);
     if (alive == nullptr) return true;
-    if (!key.handled && key.keyCode != 0 && control != nullptr)
-      control->KeyDown.Raise(&window_, key);
+    if (told && !key.handled && control != nullptr) control->KeyDown.Raise(&window_, key);
     if (alive == nullptr || key.handled) return true;
     if (window_.TakesKey(widget, event)) return true;
   }

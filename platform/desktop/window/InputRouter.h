@@ -14,9 +14,9 @@ namespace tessel {
 class QtWindow;
 struct DesktopCore;
 
-/// Sees the events of a window's widgets before they do and raises the events of the window and its controls: keys
-/// first as the window's key preview, then at the control; the mouse at the control. A key that a handler takes
-/// reaches no widget.
+/// Sees the events of a window's widgets before they do and raises the events of the window and its
+/// controls: keys first as the window's key preview, then at the control; the mouse at the control.
+/// A key that a handler takes reaches no widget.
 class InputRouter final : public QObject {
  public:
   InputRouter(QtWindow& window, QWidget& root, DesktopCore& core);

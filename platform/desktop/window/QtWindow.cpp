@@ -106,7 +106,8 @@ Timer& QtWindow::TimerNamed(std::string_view name) {
 }
 
 FileDialog& QtWindow::FileDialogNamed(std::string_view name) {
-  return Named(fileDialogs_, name, [this] { return std::make_unique<QtFileDialog>(*root_, core_.loops); });
+  return Named(fileDialogs_, name,
+               [this] { return std::make_unique<QtFileDialog>(*root_, core_.loops); });
 }
 
 ColorDialog& QtWindow::ColorDialogNamed(std::string_view name) {
@@ -207,7 +208,8 @@ Control* QtWindow::FindControl(std::string_view name) {
   return found == controls_.end() ? nullptr : found->second.get();
 }
 
-/// A frame or document is not closed from inside a modal window or a long operation: that waits until these are over.
+/// A frame or document is not closed from inside a modal window or a long operation: that waits
+/// until these are over.
 void QtWindow::CloseAsked() {
   const bool dialog = qobject_cast<QDialog*>(outer_) != nullptr;
   if (dialog || (core_.loops.Depth() == 0 && Enabled())) {

@@ -19,13 +19,15 @@ class QKeyEvent;
 
 namespace tessel {
 
-/// What windows of all kinds have in common: the controls and menus of a form, and the way they are unloaded.
+/// What windows of all kinds have in common: the controls and menus of a form, and the way they are
+/// unloaded.
 ///
-/// The widgets live until the window object is gone; unloading only puts them away. They are then deleted from the event
-/// loop, since the window may be destroyed from inside one of their events.
+/// The widgets live until the window object is gone; unloading only puts them away. They are then
+/// deleted from the event loop, since the window may be destroyed from inside one of their events.
 class QtWindow : public Window {
  public:
-  /// `outer` is the widget that the user moves and sizes: the form, or the frame around a document's form.
+  /// `outer` is the widget that the user moves and sizes: the form, or the frame around a
+  /// document's form.
   QtWindow(std::string formName, std::unique_ptr<QWidget> outer, DesktopCore& core);
   ~QtWindow() override;
 
@@ -67,7 +69,8 @@ class QtWindow : public Window {
   void Close();
   void RaiseActivated() { Activated.Raise(this); }
 
-  // --- for the router ----------------------------------------------------------------------------------------
+  // --- for the router
+  // ----------------------------------------------------------------------------------------
   /// Whether a key that is the shortcut of a menu command goes to the focus all the same.
   [[nodiscard]] virtual bool KeepsFromShortcuts(const QKeyEvent& /*event*/) const { return false; }
   /// What the window does with a key that no handler took, before the widget gets it.

@@ -1,0 +1,61 @@
+#include "platform/desktop/base/ReadableStyle.h"
+
+#include <QPainter>
+#include <QStyleOption>
+
+#include "platform/desktop/base/Colors.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr qreal cornerRadius = 2;
+
+bool IsField(QStyle::PrimitiveElement element) {
+  return element == QStyle::PE_Frame || element == QStyle::PE_FrameLineEdit ||
+         element == QStyle::PE_IndicatorCheckBox ||
+         element == QStyle::PE_IndicatorItemViewItemCheck ||
+         element == QStyle::PE_IndicatorRadioButton;
+}
+
+/// Between the window and its text; paler for what is disabled.
+QColor OutlineOn(const QStyleOption& option) {
+  QColor outline = option.palette.color(QPalette::WindowText);
+  outline.setAlphaF(option.state.testFlag(QStyle::State_Enabled) ? 0.5F : 0.25F);
+  return outline;
+}
+
+bool NeedsOutline(const QStyleOption& option) {
+  const bool focused = option.state.testFlag(QStyle::State_HasFocus);
+  return !focused && IsDark(option.palette.color(QPalette::Window));
+}
+
+void DrawOutline(QPainter& painter, const QStyleOption& option, bool round) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(OutlineOn(option));
+  painter.setBrush(Qt::NoBrush);
+  const QRectF rect = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+  if (round) painter.drawEllipse(rect);
+  else painter.drawRoundedRect(rect, cornerRadius, cornerRadius);
+  painter.restore();
+}
+
+}  // namespace
+
+ReadableStyle::ReadableStyle() : QProxyStyle(QStringLiteral("fusion")) {}
+
+void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
+                                  QPainter* painter, const QWidget* widget) const {
+  QProxyStyle::drawPrimitive(element, option, painter, widget);
+  if (IsField(element) && NeedsOutline(*option))
+    DrawOutline(*painter, *option, element == PE_IndicatorRadioButton);
+}
+
+void ReadableStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                       QPainter* painter, const QWidget* widget) const {
+  QProxyStyle::drawComplexControl(control, option, painter, widget);
+  if (control == CC_ComboBox && NeedsOutline(*option)) DrawOutline(*painter, *option, false);
+}
+
+}  // namespace tessel

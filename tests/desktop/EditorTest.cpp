@@ -1,0 +1,166 @@
+// The large editor: every byte, its keys, its colours, its speed.
+
+#include <QAction>
+#include <QElapsedTimer>
+#include <QTest>
+
+#include "platform/TextBox.h"
+#include "platform/desktop/base/Colors.h"
+#include "platform/desktop/base/Theme.h"
+#include "platform/desktop/controls/SqlColors.h"
+#include "platform/desktop/controls/SqlEditor.h"
+#include "tests/desktop/DesktopFixture.h"
+
+namespace tessel::test {
+
+namespace {
+
+class EditorTest : public DesktopFixture {
+ protected:
+  EditorTest() {
+    box.Change = [this] { ++changes; };
+    box.SetFocus();
+    host.Settle();
+  }
+  ~EditorTest() override { SystemTheme::Force(false); }
+
+  [[nodiscard]] SqlEditor& Editor() { return WidgetAs<SqlEditor>(*query, "txtQuery"); }
+  [[nodiscard]] long Ask(unsigned int message, unsigned long argument = 0) {
+    return Editor().SendScintilla(message, argument);
+  }
+  /// Colour of the character at a position, as drawn.
+  [[nodiscard]] QColor ColorAt(unsigned long position) {
+    Editor().SendScintilla(QsciScintillaBase::SCI_COLOURISE, 0UL, -1L);
+    const auto style = static_cast<unsigned long>(Ask(QsciScintillaBase::SCI_GETSTYLEAT, position));
+    return ToQColor(static_cast<Color>(Ask(QsciScintillaBase::SCI_STYLEGETFORE, style)), {});
+  }
+  [[nodiscard]] QColor Ground() {
+    return ToQColor(static_cast<Color>(Ask(QsciScintillaBase::SCI_STYLEGETBACK, 0)), {});
+  }
+
+  std::unique_ptr<Window> frame = ShowForm("frmMDI");
+  std::unique_ptr<Window> query = ShowForm("frmMain");
+  RichTextBox& box = query->Find<RichTextBox>("txtQuery");
+  int changes = 0;
+};
+
+TEST_F(EditorTest, ALargeTextComesBackByteForByte) {
+  std::string text;
+  while (text.size() < (50U << 20U))
+    text += "SELECT 'caf\xC3\xA9 \xF0\x9F\x98\x80' FROM t;\r\n-- \xFF no UTF-8\n";
+  text[100] = '\0';
+  QElapsedTimer timer;
+  timer.start();
+  box.SetText(text);
+  host.Settle();
+  RecordProperty("milliseconds", std::to_string(timer.elapsed()));
+  EXPECT_LT(timer.elapsed(), 5000);
+  EXPECT_TRUE(box.Text() == text);
+  box.Select(text.size(), 0);
+  host.Settle();
+  box.SetSelText("end");
+  EXPECT_EQ(box.SelStart(), text.size() + 3);
+  std::cout << "50 MB shown, read and appended to in " << timer.elapsed() << " ms\n";
+}
+
+TEST_F(EditorTest, KeysOfTheProgramDoNotEdit) {
+  box.SetText("one two\nthree");
+  for (const char letter : std::string("TLDUKFEGHIJOPQRBM")) PressKeyCode(letter, shiftState::ctrl);
+  PressKeyCode('L', shiftState::ctrl | shiftState::shift);
+  PressKeyCode('T', shiftState::ctrl | shiftState::shift);
+  PressKeyCode(key::fullStop, shiftState::ctrl);
+  EXPECT_EQ(box.Text(), "one two\nthree");
+}
+
+TEST_F(EditorTest, OrdinaryKeysEdit) {
+  box.SetText("one two");
+  PressKeyCode(key::right, shiftState::ctrl);
+  PressKeyCode(key::end, shiftState::ctrl | shiftState::shift);
+  EXPECT_EQ(box.SelText(), "two");
+  PressKeyCode('X', shiftState::ctrl);
+  EXPECT_EQ(box.Text(), "one ");
+  PressKeyCode('V', shiftState::ctrl);
+  PressKeyCode('V', shiftState::ctrl);
+  EXPECT_EQ(box.Text(), "one twotwo");
+  PressKeyCode('Z', shiftState::ctrl);
+  EXPECT_EQ(box.Text(), "one two");
+  PressKeyCode('Y', shiftState::ctrl);
+  EXPECT_EQ(box.Text(), "one twotwo");
+  PressKeyCode('A', shiftState::ctrl);
+  EXPECT_EQ(box.SelLength(), 10U);
+}
+
+TEST_F(EditorTest, ChangesOfTheContextMenuAreTold) {
+  box.SetText("abc");
+  TypeText("x");
+  changes = 0;
+  Editor().undo();
+  EXPECT_EQ(changes, 0) << "told from the event loop, once the editor is ready for changes again";
+  host.Settle();
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(box.Text(), "abc");
+}
+
+TEST_F(EditorTest, AHandlerOfChangeMayChangeTheText) {
+  box.Change = [this] {
+    if (box.Text() == "a") box.SetText("changed");
+  };
+  TypeText("a");
+  EXPECT_EQ(box.Text(), "changed");
+}
+
+TEST_F(EditorTest, ANewTextCannotBeUndone) {
+  box.SetText("first");
+  box.SetText("second");
+  PressKeyCode('Z', shiftState::ctrl);
+  EXPECT_EQ(box.Text(), "second");
+}
+
+TEST_F(EditorTest, EnterEndsLinesAsTheTextDoes) {
+  box.SetText("a\r\nb");
+  PressKeyCode(key::enter);
+  EXPECT_EQ(box.Text(), "\r\na\r\nb");
+  box.SetText("a\nb");
+  PressKeyCode(key::enter);
+  EXPECT_EQ(box.Text(), "\na\nb");
+}
+
+TEST_F(EditorTest, TheMarginDecidesOnWrapping) {
+  EXPECT_EQ(Editor().wrapMode(), QsciScintilla::WrapWord);
+  box.SetRightMargin(960000);
+  EXPECT_EQ(Editor().wrapMode(), QsciScintilla::WrapNone);
+  box.SetRightMargin(0);
+  EXPECT_EQ(Editor().wrapMode(), QsciScintilla::WrapWord);
+}
+
+TEST_F(EditorTest, SqlIsColouredForItsGround) {
+  box.SetText("SELECT 'text' -- remark");
+  for (const bool dark : {false, true}) {
+    SystemTheme::Force(dark);
+    host.Settle();
+    EXPECT_EQ(IsDark(Ground()), dark);
+    const SqlColors& colors = SqlColorsOn(Ground());
+    EXPECT_EQ(ColorAt(0), colors.keyword);
+    EXPECT_EQ(ColorAt(8), colors.string);
+    EXPECT_EQ(ColorAt(16), colors.comment);
+  }
+}
+
+TEST_F(EditorTest, AGroundOfItsOwnStays) {
+  box.SetText("SELECT 1");
+  box.SetBackColor(0x402000);
+  EXPECT_EQ(Ground(), QColor(0x00, 0x20, 0x40));
+  EXPECT_EQ(ColorAt(0), SqlColorsOn(QColor(Qt::black)).keyword) << "readable on it";
+  box.SetBackColor(color::windowBackground);
+  EXPECT_EQ(Ground(), Editor().palette().color(QPalette::Base));
+}
+
+TEST_F(EditorTest, PlainTextIsNotColoured) {
+  const auto text = ShowForm("frmText");
+  text->Find<RichTextBox>("txtText").SetText("SELECT 'x'");
+  EXPECT_EQ(WidgetAs<SqlEditor>(*text, "txtText").lexer(), nullptr);
+}
+
+}  // namespace
+
+}  // namespace tessel::test

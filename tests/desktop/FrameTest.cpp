@@ -1,0 +1,216 @@
+// The frame: whose keys and menus are in force, how documents are tiled and closed.
+
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+
+#include "platform/Button.h"
+#include "platform/Error.h"
+#include "platform/Label.h"
+#include "platform/TextBox.h"
+#include "platform/TreeView.h"
+#include "platform/desktop/base/Text.h"
+#include "tests/desktop/DesktopFixture.h"
+
+namespace tessel::test {
+
+namespace {
+
+class FrameTest : public DesktopFixture {
+ protected:
+  FrameTest() {
+    frame->SetBounds({0, 0, 15000, 10500});
+    frame->Menu("mnuDBExecute").Click = [this] { ++executed; };
+    frame->Menu("mnuFileSave").Click = [this] { ++saved; };
+    records->KeyDown = [this](KeyEvent& event) { previewed.push_back(event.keyCode); };
+    host.Settle();
+  }
+
+  [[nodiscard]] std::vector<std::string> TitlesShown() {
+    std::vector<std::string> titles;
+    for (const QAction* title : Main().menuBar()->actions())
+      if (title->isVisible()) titles.push_back(FromQt(title->text()));
+    return titles;
+  }
+  [[nodiscard]] QMainWindow& Main() { return dynamic_cast<QMainWindow&>(AsQt(*frame).Root()); }
+  [[nodiscard]] QRect PlaceOf(Window& window) { return AsQt(window).Outer().geometry(); }
+  [[nodiscard]] QRect Room() { return Main().findChild<QMdiArea*>()->viewport()->rect(); }
+
+  std::unique_ptr<Window> frame = ShowForm("frmMDI");
+  std::unique_ptr<Window> query = ShowForm("frmMain");
+  std::unique_ptr<Window> records = ShowForm("frmRecords");
+  int executed = 0;
+  int saved = 0;
+  std::vector<int> previewed;
+};
+
+TEST_F(FrameTest, ARecordsWindowHasTheKeysOfTheFrame) {
+  records->Activate();
+  records->Find<Control>("txtStatus").SetFocus();
+  PressKeyCode(key::f5);
+  PressKeyCode('S', shiftState::ctrl);
+  EXPECT_EQ(executed, 0);
+  EXPECT_EQ(saved, 0);
+  EXPECT_EQ(previewed, (std::vector{key::f5, int{'S'}}));
+}
+
+TEST_F(FrameTest, TheQueryWindowLeavesThemToTheFrame) {
+  query->Activate();
+  query->Find<Control>("txtQuery").SetFocus();
+  PressKeyCode(key::f5);
+  PressKeyCode('S', shiftState::ctrl);
+  EXPECT_EQ(executed, 1);
+  EXPECT_EQ(saved, 1);
+}
+
+TEST_F(FrameTest, TheSidebarHasNoFrameKeysWhileARecordsWindowIsActive) {
+  records->Activate();
+  frame->Find<Control>("trvBrowser").SetFocus();
+  PressKeyCode(key::f5);
+  EXPECT_EQ(executed, 0);
+  query->Activate();
+  frame->Find<Control>("trvBrowser").SetFocus();
+  PressKeyCode(key::f5);
+  EXPECT_EQ(executed, 1);
+}
+
+TEST_F(FrameTest, ARecordsWindowsOwnShortcutWorks) {
+  int toggled = 0;
+  records->Menu("mnuWindowSidebar").Click = [&] { ++toggled; };
+  frame->Menu("mnuWindowSidebar").Click = [&] { toggled += 100; };
+  records->Activate();
+  records->Find<Control>("txtStatus").SetFocus();
+  PressKeyCode(key::f8);
+  EXPECT_EQ(toggled, 1);
+  query->Activate();
+  PressKeyCode(key::f8);
+  EXPECT_EQ(toggled, 101);
+}
+
+TEST_F(FrameTest, MenusFollowTheActiveDocument) {
+  records->Activate();
+  EXPECT_EQ(TitlesShown(), (std::vector<std::string>{"&File", "&Database", "&Edit", "&Records",
+                                                     "&Window", "&Help"}));
+  int fromRecords = 0;
+  records->Menu("mnuWindowTileHoriz").Click = [&] { ++fromRecords; };
+  host.ChooseMenu(*records, "mnuWindowTileHoriz");
+  EXPECT_EQ(fromRecords, 1);
+  query->Activate();
+  EXPECT_EQ(TitlesShown(),
+            (std::vector<std::string>{"&File", "&Database", "&Edit", "&Window", "&Help"}));
+  records->Activate();
+  records->Unload();
+  host.Settle();
+  EXPECT_EQ(TitlesShown().size(), 5U);
+}
+
+TEST_F(FrameTest, TilesAreRowsOrColumns) {
+  const auto third = ShowForm("frmRecords");
+  frame->Arrange(Tiling::Horizontal);
+  host.Settle();
+  const QRect room = Room();
+  int top = 0;
+  for (Window* window : {query.get(), records.get(), third.get()}) {
+    EXPECT_EQ(PlaceOf(*window).left(), 0);
+    EXPECT_EQ(PlaceOf(*window).width(), room.width());
+    EXPECT_EQ(PlaceOf(*window).top(), top);
+    top = PlaceOf(*window).bottom() + 1;
+  }
+  EXPECT_EQ(top, room.height());
+  frame->Arrange(Tiling::Vertical);
+  host.Settle();
+  int left = 0;
+  for (Window* window : {query.get(), records.get(), third.get()}) {
+    EXPECT_EQ(PlaceOf(*window).top(), 0);
+    EXPECT_EQ(PlaceOf(*window).height(), room.height());
+    EXPECT_EQ(PlaceOf(*window).left(), left);
+    left = PlaceOf(*window).right() + 1;
+  }
+  EXPECT_EQ(left, room.width());
+}
+
+TEST_F(FrameTest, AMinimizedWindowIsNotTiled) {
+  AsQt(*query).Outer().showMinimized();
+  host.Settle();
+  ASSERT_TRUE(query->Minimized());
+  frame->Arrange(Tiling::Horizontal);
+  host.Settle();
+  EXPECT_TRUE(query->Minimized());
+  EXPECT_LT(PlaceOf(*records).bottom(), Room().height() - 10)
+      << "room is left for the minimised one";
+}
+
+TEST_F(FrameTest, ACloseWaitsUntilAModalWindowIsOver) {
+  std::vector<std::string> order;
+  frame->Unloaded = [&] { order.emplace_back("closed"); };
+  const auto dialog = TheDesktop().MakeWindow("dlgText");
+  host.OnModal("dlgText", [&](Window& modal) {
+    AsQt(*frame).Outer().close();
+    TheDesktop().ProcessPending();
+    order.emplace_back(frame->Loaded() ? "open" : "gone");
+    modal.Hide();
+  });
+  dialog->ShowModal(frame.get());
+  order.emplace_back("returned");
+  host.Settle();
+  EXPECT_EQ(order, (std::vector<std::string>{"open", "returned", "closed"}));
+}
+
+TEST_F(FrameTest, ADisabledFrameTakesNoKeysAndIsNotClosed) {
+  query->Activate();
+  query->Find<Control>("txtQuery").SetFocus();
+  frame->SetEnabled(false);
+  PressKeyCode(key::f5);
+  PressKeyCode('A');
+  EXPECT_EQ(executed, 0);
+  EXPECT_EQ(query->Find<RichTextBox>("txtQuery").Text(), "");
+  frame->SetEnabled(true);
+  PressKeyCode(key::f5);
+  EXPECT_EQ(executed, 1);
+  EXPECT_TRUE(query->Find<Control>("txtQuery").HasFocus()) << "the focus was kept";
+}
+
+TEST_F(FrameTest, DocumentsOutliveTheFrame) {
+  auto& tree = query->Find<Control>("txtQuery");
+  frame.reset();
+  host.Settle();
+  EXPECT_EQ(tree.Name(), "txtQuery");
+  EXPECT_TRUE(tree.Visible());
+  query->Activate();
+  EXPECT_FALSE(query->Active());
+  query.reset();
+  records.reset();
+  host.Settle();
+}
+
+TEST_F(FrameTest, ADocumentNeedsAFrame) {
+  records.reset();
+  query.reset();
+  frame.reset();
+  EXPECT_THROW(static_cast<void>(TheDesktop().MakeWindow("frmMain")), Error);
+}
+
+TEST_F(FrameTest, TheSidebarKeepsTheWidthItIsGiven) {
+  auto& box = frame->Find<PictureBox>("box");
+  int resized = 0;
+  box.Resize = [&] { ++resized; };
+  Rect bounds = box.Bounds();
+  bounds.width = 4500;
+  box.SetBounds(bounds);
+  host.Settle();
+  EXPECT_EQ(box.Bounds().width, 4500);
+  EXPECT_EQ(resized, 1);
+  EXPECT_EQ(Main().findChild<QMdiArea*>()->x(), WidgetOf(*frame, "box").width());
+}
+
+TEST_F(FrameTest, TitlesShowEveryCharacter) {
+  records->SetCaption("shop [*] a&b <i>");
+  EXPECT_EQ(records->Caption(), "shop [*] a&b <i>");
+  EXPECT_EQ(FromQt(AsQt(*records).Root().windowTitle()), "shop [*][*] a&b <i>")
+      << "the toolkit's own form";
+}
+
+}  // namespace
+
+}  // namespace tessel::test

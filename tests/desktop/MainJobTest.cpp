@@ -1,0 +1,250 @@
+// The main job on real windows and real databases: connect, select, run, see the rows; several
+// connections; failure, cancel, reconnect, save, close.
+
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QTest>
+#include <cstdlib>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "app/Main.h"
+#include "platform/data/DataAccessObjects.h"
+#include "platform/system/PosixFiles.h"
+#include "tests/data/servers/TestServers.h"
+#include "tests/desktop/QtContractHost.h"
+#include "tests/desktop/QtUser.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tessel::test {
+namespace {
+
+class MainJobTest : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    sampleFolder = new TemporaryFolder;
+    const std::string command =
+        std::string("python3 '") + TESSEL_SAMPLE_SCRIPT + "' --out '" + Sample() + "' > /dev/null";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+  }
+  static void TearDownTestSuite() {
+    delete sampleFolder;
+    sampleFolder = nullptr;
+  }
+  static std::string Sample() { return sampleFolder->File("shop.db"); }
+  static std::string SampleConnection() { return "Provider=SQLite;Data Source=" + Sample(); }
+
+  /// Starts the program and connects in its first dialog.
+  void Start(const std::string& connectionString = SampleConnection(),
+             const std::string& caption = "Shop") {
+    ConnectInDialog(connectionString, caption);
+    program.Main();
+    WaitForKeyboard();
+  }
+  /// The window system hands the keyboard back when a dialog has gone, in its own time.
+  void WaitForKeyboard() {
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&AsQt(Frame()).Outer()));
+    host.Settle();
+  }
+  void Connect(const std::string& connectionString, const std::string& caption) {
+    if (program.Frame().RecordsWindowCount() == 1)
+      host.OnMessage(whichInstance, MessageResult::Yes);
+    ConnectInDialog(connectionString, caption);
+    host.ChooseMenu(Frame(), "mnuDBConnect");
+    WaitForKeyboard();
+  }
+  void ConnectInDialog(const std::string& connectionString, const std::string& caption) {
+    host.OnModal("dlgConnect", [this, connectionString, caption](Window& w) {
+      w.Find<TextBox>("txtCnStr").SetText(connectionString);
+      w.Find<TextBox>("txtCaption").SetText(caption);
+      host.Click(w, "cmdConnect");
+    });
+  }
+  /// Types SQL as a user would, selects it and presses F5.
+  void Run(const std::string& sql) {
+    auto& text = Query().Find<RichTextBox>("txtQuery");
+    text.SetText(sql);
+    text.Select(0, sql.size());
+    program.Frame().QueryWindow().FocusText();
+    host.PressKey(Query(), key::f5);
+    WaitForKeyboard();
+  }
+
+  /// What the data layer says when that connection is opened.
+  std::string ReasonOfFailure(const std::string& connectionString) {
+    const auto connection = data.CreateConnection();
+    connection->SetConnectionString(connectionString);
+    try {
+      connection->Open("", "", 0);
+    } catch (const Error& error) {
+      return error.Description();
+    }
+    return {};
+  }
+
+  Window& Frame() { return program.Frame().TheWindow(); }
+  Window& Query() { return program.Frame().QueryWindow().TheWindow(); }
+  Window& Records(std::size_t n) { return program.Frame().RecordsWindows().at(n)->TheWindow(); }
+  /// The status line without its time stamp.
+  std::string Status(std::size_t n) {
+    const std::string text = Records(n).Find<TextBox>("txtStatus").Text();
+    return text.substr(std::min(text.find("]  "), text.size() - 3) + 3);
+  }
+  DataGrid& Grid(std::size_t n) { return Records(n).Find<DataGrid>("DataGrid"); }
+
+  const std::string whichInstance =
+      "Do you want to connect to another database using this instance of Tessel?\n\n"
+      "- To execute the same SQL commands on ALL connections at once - click 'Yes'.\n"
+      "- For a separate, independent connection using a new instance of Tessel - click 'No'.\n"
+      "- To switch to a new connection - click 'Cancel', close the existing Database window and "
+      "then "
+      "select the 'Connect...' command.\n\n";
+
+  static inline TemporaryFolder* sampleFolder = nullptr;
+  TemporaryFolder folder;
+  QtContractHost host;
+  PosixFiles files;
+  DataAccessObjects data{host.TheDesktop().Events()};
+  Program program{Platform{
+      host.TheDesktop(), data, files, folder.Path().string(), folder.File("Tessel"), "1.0", {}}};
+};
+
+TEST_F(MainJobTest, ConnectingSelectingAndF5ShowTheRows) {
+  Start();
+  EXPECT_EQ(Records(0).Caption(), "Shop");
+  EXPECT_EQ(Status(0), "Connected.");
+  Run("SELECT Name, City FROM customers ORDER BY CustomerID");
+  EXPECT_EQ(Status(0), "400 record(s).");
+  EXPECT_TRUE(Grid(0).Visible());
+  EXPECT_EQ(Grid(0).ShownText(0, 0), "Łucja Kovács");
+  EXPECT_TRUE(Query().Active());
+  EXPECT_TRUE(Query().Find<RichTextBox>("txtQuery").HasFocus());
+  EXPECT_NE(files.ReadWhole(folder.File("Tessel.ini.xml")).find("caption=\"Shop\""),
+            std::string::npos);
+}
+
+TEST_F(MainJobTest, NamesWithSpacesPicturesAndCountsWork) {
+  Start();
+  Run("SELECT \"Unit Price\" FROM \"Order Lines\" LIMIT 3");
+  EXPECT_EQ(Status(0), "3 record(s).");
+  Run("SELECT Picture FROM products WHERE Picture IS NOT NULL LIMIT 1");
+  EXPECT_TRUE(Grid(0).ShownText(0, 0).starts_with("["));
+  Run("CREATE TEMP TABLE t(a)");
+  EXPECT_EQ(Status(0), "Execution completed.");
+  Run("INSERT INTO t VALUES (1), (2)");
+  EXPECT_EQ(Status(0), "2 record(s) affected.");
+  Run("SELECT x FROM nowhere");
+  EXPECT_NE(Status(0).find("no such table: nowhere"), std::string::npos) << Status(0);
+  EXPECT_FALSE(Grid(0).Visible());
+}
+
+TEST_F(MainJobTest, TheSameSqlRunsOnEveryConnectionAndAFailureAsks) {
+  Start();
+  Connect("Provider=SQLite;Data Source=:memory:", "Empty");
+  Connect(SampleConnection() + ";Mode=ReadOnly", "Again");
+  Run("SELECT 1 AS one");
+  for (std::size_t n = 0; n < 3; ++n) EXPECT_EQ(Status(n), "1 record(s).") << n;
+  const std::string question = "The query did not complete successfully on:-\n    "
+                               "Empty\n\nContinue executing on the remaining "
+                               "connections?";
+  host.OnMessage(question, MessageResult::Cancel);
+  Run("SELECT * FROM customers");
+  EXPECT_EQ(Status(0), "400 record(s).");
+  EXPECT_EQ(Status(2), "1 record(s).");
+  host.OnMessage(question, MessageResult::Ok);
+  Run("SELECT * FROM customers");
+  EXPECT_EQ(Status(2), "400 record(s).");
+}
+
+TEST_F(MainJobTest, ALongQueryIsCancelledAndTheWindowGoesOn) {
+  Start();
+  host.OnModal("dlgAsync", [this](Window& w) { host.Click(w, "cmdCancel"); });
+  Run("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT count(*) FROM n");
+  EXPECT_EQ(Status(0), "Execution cancelled.");
+  Run("SELECT 1");
+  EXPECT_EQ(Status(0), "1 record(s).");
+}
+
+TEST_F(MainJobTest, ACancelledFetchShowsTheRowsSoFar) {
+  Start();
+  host.OnModal("dlgAsync", [this](Window& w) { host.Click(w, "cmdCancel"); });
+  Run("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT i FROM n");
+  EXPECT_TRUE(Status(0).ends_with(" record(s). [Interrupted]")) << Status(0);
+  EXPECT_TRUE(Grid(0).Visible());
+  EXPECT_EQ(Grid(0).ShownText(0, 0), "1");
+}
+
+TEST_F(MainJobTest, ReconnectOpensTheConnectionAnew) {
+  Start();
+  Run("CREATE TEMP TABLE t(a)");
+  host.Click(Records(0), "cmdReconnect");
+  EXPECT_EQ(Status(0), "Re-connected.");
+  Run("SELECT * FROM t");
+  EXPECT_NE(Status(0).find("no such table: t"), std::string::npos);
+}
+
+TEST_F(MainJobTest, AFailedConnectionBringsTheDialogBack) {
+  host.OnModal("dlgConnect", [this](Window& w) {
+    w.Find<TextBox>("txtCnStr").SetText("Provider=Nonsense");
+    host.Click(w, "cmdConnect");
+  });
+  const std::string reason = ReasonOfFailure("Provider=Nonsense");
+  EXPECT_NE(reason.find("SQLite"), std::string::npos) << reason;
+  host.OnMessage(reason, MessageResult::Ok);
+  host.OnModal("dlgConnect", [this](Window& w) {
+    EXPECT_EQ(w.Find<TextBox>("txtCnStr").Text(), "Provider=Nonsense");
+    host.Click(w, "cmdCancel");
+  });
+  program.Main();
+  EXPECT_EQ(program.Frame().RecordsWindowCount(), 0);
+}
+
+TEST_F(MainJobTest, QueryFilesAreSavedOpenedAndAskedAboutAtTheEnd) {
+  Start();
+  auto& text = Query().Find<RichTextBox>("txtQuery");
+  program.Frame().QueryWindow().FocusText();
+  host.Type(Query(), "txtQuery", "SELECT 1");
+  EXPECT_EQ(Query().Caption(), "SQL [untitled *]");
+  const std::string path = folder.File("first.sql");
+  host.Answers().OnDialog([path](QWidget& dialog) {
+    dialog.findChild<QLineEdit*>("fileNameEdit")->setText(QString::fromStdString(path));
+    dynamic_cast<QDialog&>(dialog).accept();
+  });
+  host.PressKey(Query(), 'S', shiftState::ctrl);
+  EXPECT_EQ(files.ReadWhole(path), "SELECT 1");
+  EXPECT_EQ(Query().Caption(), "SQL [first.sql]");
+  host.PressKey(Query(), 'N', shiftState::ctrl);
+  EXPECT_EQ(text.Text(), "");
+  host.Type(Query(), "txtQuery", "x");
+  host.OnMessage("Save changes to SQL?", MessageResult::Cancel);
+  EXPECT_FALSE(Frame().Unload());
+  host.OnMessage("Save changes to SQL?", MessageResult::No);
+  EXPECT_TRUE(Frame().Unload());
+}
+
+TEST_F(MainJobTest, PostgreSqlAndMariaDbRunTheSameSqlAsSqlite) {
+  DatabaseServer& postgres = TestServers::Instance().Postgres();
+  DatabaseServer& mariaDb = TestServers::Instance().MariaDb();
+  const auto odbc = [](const std::string& driver, const DatabaseServer& server) {
+    const ServerLogin& login = server.Login();
+    return "Driver={" + driver + "};Server=" + login.host + ";Port=" + std::to_string(login.port) +
+           ";Database=" + login.database + ";UID=" + login.user + ";PWD=" + login.password;
+  };
+  Start();
+  Connect(odbc("PostgreSQL Unicode", postgres), "PostgreSQL");
+  Connect(odbc("MariaDB Unicode", mariaDb), "MariaDB");
+  Run("SELECT 12.50 AS price, 'é😀' AS text, NULL AS nothing");
+  for (std::size_t n = 0; n < 3; ++n) {
+    EXPECT_EQ(Status(n), "1 record(s).") << n;
+    EXPECT_EQ(Grid(n).ShownText(0, 1), "é😀") << n;
+  }
+  EXPECT_EQ(Grid(1).ShownText(0, 0), "12.50");
+  EXPECT_TRUE(Records(1).Find<ComboBox>("cboCatalog").Visible());
+  host.OnModal("dlgAsync", [this](Window& w) { host.Click(w, "cmdCancel"); });
+  program.Frame().RecordsWindows().at(1)->DoQueryTags("select pg_sleep(60)", false, newQuery);
+  EXPECT_EQ(Status(1), "Execution cancelled.");
+}
+
+}  // namespace
+}  // namespace tessel::test
