@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/Connection.h"
 #include "platform/Desktop.h"
@@ -45,6 +46,11 @@ class dlgAsync {
   /// when the query returns none. Null when cancelled; raises the failure otherwise.
   [[nodiscard]] std::shared_ptr<Recordset> ReadRows(Connection& connection, const std::string& sql);
 
+  /// The rows of a schema rowset, read asynchronously where the provider can. Null when cancelled;
+  /// raises the failure otherwise.
+  [[nodiscard]] std::shared_ptr<Recordset> ReadSchema(Connection& connection, SchemaRowset schema,
+                                                      const std::vector<std::string>& restrictions);
+
   /// Shows the window modeless, without a bar.
   void InitProcess(const std::string& message);
   /// Shows the window modeless with a bar from 0 to `maximum`, which is more than 0.
@@ -66,6 +72,7 @@ class dlgAsync {
   void Load();
   void Reset();
   void ShowElapsed();
+  void Watch(const std::shared_ptr<Recordset>& recordset);
   void WaitModally();
   void WaitBlocked(Recordset& recordset);
   void Complete(const ErrorInfo* error, EventStatus status);

@@ -233,6 +233,12 @@ void ClientRecordset::Fill(std::vector<FieldInfo> fields, std::vector<ChunkPtr> 
   state_ = objectState::open;
 }
 
+void ClientRecordset::EndSchema(const Task* task, SchemaRows& rows) {
+  if (task != task_.get()) return;
+  task_.reset();
+  Fill(rows.Fields(), rows.Sink().TakeChunks());
+}
+
 // --- changes ---------------------------------------------------------------------------------
 
 void ClientRecordset::AddNew() {

@@ -8,6 +8,7 @@
 #include "platform/Recordset.h"
 #include "platform/data/RowOrder.h"
 #include "platform/data/RowStore.h"
+#include "platform/data/SchemaRows.h"
 #include "platform/data/SortOrder.h"
 #include "platform/data/Task.h"
 
@@ -86,6 +87,8 @@ class ClientRecordset : public Recordset, public std::enable_shared_from_this<Cl
   void EndRows(const Task* task, bool uniqueRows, std::vector<FieldInfo> fields = {});
   /// Fills a closed recordset and opens it.
   void Fill(std::vector<FieldInfo> fields, std::vector<ChunkPtr> chunks);
+  /// The reading of a schema rowset has ended well: opens with its rows.
+  void EndSchema(const Task* task, SchemaRows& rows);
 
  private:
   void RequireOpen() const;

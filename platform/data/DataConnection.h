@@ -55,6 +55,8 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   void SetDefaultDatabase(const std::string& name) override;
   [[nodiscard]] std::shared_ptr<Recordset>
   OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
+  [[nodiscard]] std::shared_ptr<Recordset>
+  OpenSchemaAsync(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
   [[nodiscard]] std::shared_ptr<Recordset> CreateRecordset() override;
 
   // --- for its recordsets ----------------------------------------------------------------------
@@ -75,6 +77,17 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
     std::optional<ErrorInfo> failure;  ///< After `ended`.
   };
 
+  /// The reading of a schema rowset.
+  struct SchemaReading {
+    std::shared_ptr<SchemaRows> rows;
+    std::shared_ptr<CallTask> task;
+    std::weak_ptr<ClientRecordset> recordset;
+  };
+
+  [[nodiscard]] SchemaReading BeginSchema(SchemaRowset schema,
+                                          const std::vector<std::string>& restrictions,
+                                          const std::shared_ptr<ClientRecordset>& recordset);
+  void DeliverSchema(const SchemaReading& reading);
   void RequireIdle() const;
   void Begin(const std::shared_ptr<Task>& task, int stateBits);
   void SetNotices(Task& task, std::function<void(DataConnection&)> deliver);

@@ -183,16 +183,23 @@ void FakeConnection::Execute(const std::shared_ptr<FakeRecordset>& recordset, in
   const std::string& sql = recordset->Source();
   if (IsBlank(sql))
     throw Error(errorNumber::application, "FakeServer", "The command text is empty.");
+  const bool async = (options & openOption::asyncExecute) != 0;
+  log_->executed.push_back({connectionString_, sql, async});
+  const OperationPtr operation = Start(recordset, server_->TakeAnswer(sql), async);
+  if (!async && operation->failure) throw Error(*operation->failure);
+}
+
+FakeConnection::OperationPtr FakeConnection::Start(const std::shared_ptr<FakeRecordset>& recordset,
+                                                   FakeResult result, bool async) {
   const auto operation = std::make_shared<Operation>();
   operation->stage = objectState::executing;
-  operation->async = (options & openOption::asyncExecute) != 0;
+  operation->async = async;
   operation->recordset = recordset;
-  log_->executed.push_back({connectionString_, sql, operation->async});
-  operation->result = server_->TakeAnswer(sql);
+  operation->result = std::move(result);
   recordset->BeginExecute(operation.get());
   Begin(operation);
   RunOn(operation);
-  if (!operation->async && operation->failure) throw Error(*operation->failure);
+  return operation;
 }
 
 void FakeConnection::StepExecuting(Operation& operation) {
@@ -268,6 +275,21 @@ FakeConnection::OpenSchema(SchemaRowset schema, const std::vector<std::string>& 
   errors_.clear();
   const auto recordset = std::make_shared<FakeRecordset>(weak_from_this());
   recordset->Fill(server_->SchemaRows(schema, restrictions));
+  return recordset;
+}
+
+std::shared_ptr<Recordset>
+FakeConnection::OpenSchemaAsync(SchemaRowset schema, const std::vector<std::string>& restrictions) {
+  RequireIdle();
+  auto recordset = std::make_shared<FakeRecordset>(weak_from_this());
+  FakeResult result;
+  try {
+    result = server_->SchemaRows(schema, restrictions);
+  } catch (const Error& error) {
+    result.failure = error.Info();
+  }
+  result.holdExecuting = server_->holdsSchema;
+  Start(recordset, std::move(result), true);
   return recordset;
 }
 

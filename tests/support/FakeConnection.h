@@ -60,6 +60,8 @@ class FakeConnection final : public Connection,
   void SetDefaultDatabase(const std::string& name) override;
   [[nodiscard]] std::shared_ptr<Recordset>
   OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
+  [[nodiscard]] std::shared_ptr<Recordset>
+  OpenSchemaAsync(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
   [[nodiscard]] std::shared_ptr<Recordset> CreateRecordset() override;
 
   // --- for recordsets
@@ -92,6 +94,8 @@ class FakeConnection final : public Connection,
   };
   using OperationPtr = std::shared_ptr<Operation>;
 
+  OperationPtr Start(const std::shared_ptr<FakeRecordset>& recordset, FakeResult result,
+                     bool async);
   void RequireIdle() const;
   void Begin(const OperationPtr& operation);
   void RunOn(const OperationPtr& operation);

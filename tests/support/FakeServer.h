@@ -93,6 +93,7 @@ class FakeServer {
   std::optional<ErrorInfo> closeFailure;
   std::map<std::string, ErrorInfo> catalogFailures;  ///< By the name as given.
   std::map<SchemaRowset, ErrorInfo> schemaFailures;
+  bool holdsSchema = false;  ///< Schema rowsets read asynchronously go on until cancelled or resumed.
 
   FakeServer();
 
