@@ -91,7 +91,8 @@ std::optional<std::string> RecordConversion::ConvertedText(std::string_view comm
       FrameOf(conversion, grid_.DataSource()->Fields(), columns, tableName);
   std::string text = frame.opening;
   ConvertRecords(text, frame.format, columns);
-  return text.append(frame.closing);
+  text += frame.closing;
+  return text;
 }
 
 /// Works on a clone, so that the grid's position is not moved. Cancelling keeps what is done.
