@@ -4,7 +4,7 @@ tessel_executable(tessel_bench bench/*.cpp)
 if(TARGET tessel_bench)
   target_link_libraries(tessel_bench PRIVATE tessel_logic benchmark::benchmark benchmark::benchmark_main)
   if(NOT TESSEL_LOGIC_ONLY)
-    target_link_libraries(tessel_bench PRIVATE tessel_data tessel_desktop)
+    target_link_libraries(tessel_bench PRIVATE tessel_data tessel_desktop tessel_system)
   endif()
 endif()
 

@@ -15,6 +15,7 @@
 namespace tessel {
 
 class Button;
+class ProgressBar;
 
 /// Whether the provider of an open connection can work asynchronously.
 [[nodiscard]] bool AllowsAsynchronousWork(const Connection& connection);
@@ -88,6 +89,8 @@ class dlgAsync {
   Desktop& desktop_;
   Window& frame_;
   std::unique_ptr<Window> window_;
+  ProgressBar* bar_ = nullptr;
+  std::int64_t progressStep_ = 1;  ///< Units of the bar from one yield to the next.
   std::int64_t start_ = 0;
   bool cancelled_ = false;
   bool done_ = false;

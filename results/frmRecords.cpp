@@ -55,7 +55,8 @@ frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
       dataGrid_(window_->Find<DataGrid>("DataGrid")),
       menuRecords_(window_->Menu("menuRecords")),
       status_(global.TheDesktop().TheClock(), txtStatus_, cmdCnErrors_),
-      history_(global.TheDesktop(), *window_, *this) {
+      history_(global.TheDesktop(), *window_, *this),
+      conversion_(global, *window_, async, host) {
   Form_Load();
 }
 

@@ -73,6 +73,8 @@ class ClientRecordset : public Recordset, public std::enable_shared_from_this<Cl
   void Delete(int options) override;
   [[nodiscard]] const Properties& RecordsetProperties() const override { return rows_->properties; }
 
+  /// Its rows, in the order of arrival.
+  [[nodiscard]] const RowStore& Store() const { return rows_->store; }
   /// Bytes that its rows take, as allocated.
   [[nodiscard]] std::size_t HeldBytes() const { return rows_->store.HeldBytes(); }
 
