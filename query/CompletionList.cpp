@@ -10,7 +10,6 @@ namespace tessel {
 namespace {
 
 constexpr int mostRows = 7;
-constexpr int rowHeight = 13 * twipsPerPixel;
 constexpr int listMargin = 4 * twipsPerPixel;
 
 /// A list just below the caret line, above it when it would pass the bottom of the text, moved left
@@ -48,8 +47,7 @@ void CompletionList::txtQuery_KeyDown(KeyEvent& event) {
 bool CompletionList::TakeInsertionKey(const KeyEvent& event) {
   if ((event.shift & shiftState::ctrl) == 0) return false;
   if (event.keyCode == key::apostrophe) QuoteSelection();
-  else if (event.keyCode == '6')
-    txtQuery_.SetSelText(MakeTagText("", 0, tagType::clipboard));
+  else if (event.keyCode == '6') txtQuery_.SetSelText(MakeTagText("", 0, tagType::clipboard));
   else return false;
   return true;
 }
@@ -112,7 +110,7 @@ void CompletionList::Show(Completions found) {
 
 void CompletionList::Place() {
   Rect list = lstOptions_.Bounds();
-  list.height = std::min(lstOptions_.ListCount(), mostRows) * rowHeight + listMargin;
+  list.height = std::min(lstOptions_.ListCount(), mostRows) * lstOptions_.RowHeight() + listMargin;
   lstOptions_.SetBounds(PlaceAtCaret(list, txtQuery_.Bounds(), txtQuery_.CaretBounds()));
 }
 

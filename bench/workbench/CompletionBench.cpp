@@ -55,7 +55,7 @@ void MeasureCompletion(Parts& parts, int words) {
   frmMain main(parts.global, host, parts.vocabulary);
   main.TheWindow().Show();
   main.FocusText();
-  QCoreApplication::processEvents();
+  parts.desktop.ProcessPending();
   Vocabulary::ListNamed(parts.vocabulary.Fields(), "bench") = ManyWords(words);
   auto& root = dynamic_cast<QtWindow&>(main.TheWindow()).Root();
   auto& text = *root.findChild<QWidget*>("txtQuery");
@@ -68,16 +68,17 @@ void MeasureCompletion(Parts& parts, int words) {
       paint.painted = false;
       const StopWatch watch;
       Press(text, Qt::Key_F, modifiers);
-      while (!paint.painted) QCoreApplication::processEvents();
+      while (!paint.painted) parts.desktop.ProcessPending();
       opening.push_back(watch.Milliseconds());
       const StopWatch end;
       Press(list, Qt::Key_Escape, Qt::NoModifier);
-      QCoreApplication::processEvents();
+      parts.desktop.ProcessPending();
       closing.push_back(end.Milliseconds());
     }
     char figures[128];
-    std::snprintf(figures, sizeof figures, "key to painted list %.1f ms (most %.1f), closed in %.1f ms",
-                  Median(opening), *std::ranges::max_element(opening), Median(closing));
+    std::snprintf(figures, sizeof figures,
+                  "key to painted list %.1f ms (most %.1f), closed in %.1f ms", Median(opening),
+                  *std::ranges::max_element(opening), Median(closing));
     const bool initials = modifiers.testFlag(Qt::AltModifier);
     Report(std::to_string(words) + (initials ? " words by initials" : " words"), figures);
   }

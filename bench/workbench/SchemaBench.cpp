@@ -19,14 +19,14 @@ constexpr int rounds = 3;
 /// How long the event loop did not come round, at most.
 class StallWatch {
  public:
-  StallWatch() {
+  explicit StallWatch(Desktop& desktop) : desktop_(desktop) {
     timer_.setTimerType(Qt::PreciseTimer);
     QObject::connect(&timer_, &QTimer::timeout, [this] {
       longest_ = std::max(longest_, last_.Milliseconds());
       last_ = StopWatch();
     });
     timer_.start(0);
-    QCoreApplication::processEvents();
+    desktop_.ProcessPending();
     Start();
   }
   void Start() {
@@ -34,11 +34,12 @@ class StallWatch {
     last_ = StopWatch();
   }
   [[nodiscard]] double Longest() {
-    QCoreApplication::processEvents();
+    desktop_.ProcessPending();
     return longest_;
   }
 
  private:
+  Desktop& desktop_;
   QTimer timer_;
   StopWatch last_;
   double longest_ = 0;
@@ -106,7 +107,7 @@ void MeasureSchema(Parts& parts, const std::string& connectionString) {
   auto& view = parts.frame->Find<TreeView>("trvBrowser");
   SchemaTree tree(view, parts.vocabulary);
   SchemaLoading loading(parts.global, parts.async, tree);
-  StallWatch stalls;
+  StallWatch stalls(parts.desktop);
   for (int round = 0; round < rounds; ++round) {
     const double bare = QueriesAlone(*connection);
     tree.AddDatabase("d1", "Bench");
@@ -123,7 +124,7 @@ void MeasureSchema(Parts& parts, const std::string& connectionString) {
     const auto count = view.Children("d1").size();
     const StopWatch closing;
     tree.RemoveDatabase("d1");
-    QCoreApplication::processEvents();
+    parts.desktop.ProcessPending();
     Report(connectionString.substr(0, connectionString.find(';')),
            std::to_string(count) + Figures(" tables: queries %.0f ms", bare) +
                Figures(", into the tree %.0f ms", loaded) + Figures(" (%.2fx)", loaded / bare) +

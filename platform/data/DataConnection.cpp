@@ -227,8 +227,7 @@ void DataConnection::DeliverSchema(const SchemaReading& reading) {
   else recordset->EndSchema(reading.task.get(), *reading.rows);
   ExecuteComplete.Raise(services_.failures, -1, Pointer(news.failure), StatusOf(news.failure),
                         recordset.get());
-  if (!news.failure)
-    recordset->FetchComplete.Raise(services_.failures, nullptr, EventStatus::Ok);
+  if (!news.failure) recordset->FetchComplete.Raise(services_.failures, nullptr, EventStatus::Ok);
 }
 
 std::shared_ptr<Recordset> DataConnection::CreateRecordset() {

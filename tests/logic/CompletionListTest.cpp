@@ -101,8 +101,8 @@ TEST_F(CompletionListTest, ShiftCountsCapitalsAndBothModifiersDoBoth) {
   EXPECT_THAT(Entries(), ElementsAre("COI: CityOfIndex", "COI: CostOfInk", "COI: cost_OfInk"));
   PressPlain(key::escape);
   Press('F', ctrl | shiftState::shift | shiftState::alt);
-  EXPECT_THAT(Entries(), ElementsAre("COI: customer_order_id", "COI: CityOfIndex",
-                                     "COI: CostOfInk", "COI: cost_OfInk"));
+  EXPECT_THAT(Entries(), ElementsAre("COI: customer_order_id", "COI: CityOfIndex", "COI: CostOfInk",
+                                     "COI: cost_OfInk"));
 }
 
 TEST_F(CompletionListTest, ASingleMatchIsInsertedWithoutTheListEverShowing) {

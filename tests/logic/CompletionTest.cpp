@@ -51,9 +51,13 @@ TEST(FindCompletionsTest, TheStartOfAWordMatchesWithoutRegardToCase) {
 }
 
 TEST(FindCompletionsTest, WordsOfOtherCharactersMatchInUpperCaseToo) {
-  const Vocabulary::Section section = {{"d1", {"\xC3\xA4lter", "a\xC3\xA4", "Stra\xC3\x9F" "e"}}};
+  const Vocabulary::Section section = {{"d1",
+                                        {"\xC3\xA4lter", "a\xC3\xA4",
+                                         "Stra\xC3\x9F"
+                                         "e"}}};
   EXPECT_THAT(Found(section, "a", byStart), ElementsAre("a\xC3\xA4"));
-  EXPECT_THAT(Found(section, "stra", byStart), ElementsAre("Stra\xC3\x9F" "e"));
+  EXPECT_THAT(Found(section, "stra", byStart), ElementsAre("Stra\xC3\x9F"
+                                                           "e"));
 }
 
 TEST(FindCompletionsTest, InitialsOfUnderscoreOrSpaceSeparatedWords) {
@@ -89,9 +93,9 @@ std::vector<std::string> FoundSlowly(const Vocabulary::Section& section, std::st
   std::vector<std::string> entries;
   for (const auto& [name, words] : section)
     for (const std::string& word : words) {
-      const std::string key =
-          mode.Initials() ? MakeInitials(word, mode.keepCapitals, mode.splitWords)
-                          : UpperCase(word);
+      const std::string key = mode.Initials()
+                                  ? MakeInitials(word, mode.keepCapitals, mode.splitWords)
+                                  : UpperCase(word);
       if (key.substr(0, typed.size()) != UpperCase(typed)) continue;
       const std::string entry = mode.Initials() ? key + ": " + word : word;
       if (std::ranges::find(entries, entry) == entries.end()) entries.push_back(entry);

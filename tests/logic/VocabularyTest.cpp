@@ -22,8 +22,7 @@ class VocabularyTest : public test::LogicFixture {
 TEST_F(VocabularyTest, TheFileLosesIndentationAndEmptyLinesAndKeepsTrailingSpaces) {
   folder.Write("Tessel.vocab.txt", "  group by  \r\n\r\n   \r\nh\xC3\xA9\r\n\tx\r\nlast ");
   Load();
-  EXPECT_THAT(vocabulary.GlobalWords(),
-              ElementsAre("group by  ", "h\xC3\xA9", "\tx", "last "));
+  EXPECT_THAT(vocabulary.GlobalWords(), ElementsAre("group by  ", "h\xC3\xA9", "\tx", "last "));
   EXPECT_EQ(vocabulary.FilePath(), Path());
 }
 

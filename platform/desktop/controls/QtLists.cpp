@@ -48,6 +48,8 @@ void QtListBox::SetItems(std::vector<std::string> items) {
   --quiet_;
 }
 
+int QtListBox::RowHeight() const { return Face().TheScale().Twips(TheWidget().sizeHintForRow(0)); }
+
 void QtListBox::WriteIndex(int index) {
   ++quiet_;
   TheWidget().setCurrentIndex(model_->index(index));

@@ -19,6 +19,7 @@ class QtListBox final : public ControlOf<ListBox, QListView> {
   void RemoveItem(int index) override;
   void Clear() override { SetItems({}); }
   void SetItems(std::vector<std::string> items) override;
+  [[nodiscard]] int RowHeight() const override;
 
  protected:
   [[nodiscard]] int ReadIndex() const override { return TheWidget().currentIndex().row(); }
