@@ -82,6 +82,7 @@ void frmRecords::WireControls() {
   cmdReconnect_.Click = [this] { cmdReconnect_Click(); };
   cboCatalog_.Click = [this] { cboCatalog_Click(); };
   chkLock_.Click = [this] { chkLock_Click(); };
+  chkRecords_.Click = [this] { chkRecords_Click(); };
   blobDataFormat_.Format = [](const ValueView& value, std::string& shown) {
     BLOBDataFormat_Format(value, shown);
   };
@@ -395,6 +396,13 @@ void frmRecords::SetStatus(std::string_view text, Color color, StatusLine::Optio
 void frmRecords::UpdateTimer(std::int64_t start) {
   lblTimer_.SetCaption(FormatElapsed(global_.TheDesktop().TheClock().Milliseconds() - start));
   lblTimer_.SetVisible(true);
+}
+
+/// The box opens the Records menu below itself, and never stays checked.
+void frmRecords::chkRecords_Click() {
+  if (!chkRecords_.Value()) return;
+  chkRecords_.SetValue(false);
+  window_->PopupMenu(window_->Menu("menuRecords"), &chkRecords_, 0, chkRecords_.Bounds().height);
 }
 
 void frmRecords::chkLock_Click() {
