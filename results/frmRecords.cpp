@@ -158,7 +158,7 @@ bool frmRecords::OpenConnection() {
   if (!async_.DoConnect(mCn_, userName_, password_)) return false;
   freeThreaded_ = AllowsAsynchronousWork(*mCn_);
   ListCatalogs();
-  return true;
+  return (mCn_->State() & objectState::open) != 0;  // A cancel may have cost the connection.
 }
 
 void frmRecords::ListCatalogs() {
@@ -174,10 +174,13 @@ void frmRecords::ListCatalogs() {
   if (!remembered.empty()) cboCatalog_.SetText(remembered);
 }
 
-/// A provider that knows no list of catalogs leaves the one in use as the only choice.
+/// A provider that knows no list of catalogs leaves the one in use as the only choice, and so does
+/// a cancel.
 void frmRecords::AddOtherCatalogs(const std::string& inUse) {
   try {
-    const std::shared_ptr<Recordset> catalogs = mCn_->OpenSchema(SchemaRowset::Catalogs, {});
+    const std::shared_ptr<Recordset> catalogs =
+        async_.ReadSchema(*mCn_, SchemaRowset::Catalogs, {});
+    if (catalogs == nullptr) return;
     const auto nameField = catalogs->FindField("CATALOG_NAME");
     for (std::int64_t row = 0; nameField && row < catalogs->RecordCount(); ++row) {
       const std::string name = ToText(catalogs->ValueAt(row, *nameField));
