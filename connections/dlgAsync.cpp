@@ -103,6 +103,15 @@ std::shared_ptr<Recordset> dlgAsync::ReadRows(Connection& connection, const std:
   rows->SetSource(sql);
   rows->SetCursorType(CursorType::Static);
   rows->SetLockType(LockType::ReadOnly);
+  return Read(connection, std::move(rows));
+}
+
+std::shared_ptr<Recordset> dlgAsync::ReadSchema(Connection& connection, SchemaRowset schema,
+                                                const std::vector<std::string>& restrictions) {
+  return Read(connection, connection.CreateSchemaRecordset(schema, restrictions));
+}
+
+std::shared_ptr<Recordset> dlgAsync::Read(Connection& connection, std::shared_ptr<Recordset> rows) {
   std::int64_t recordsAffected = 0;
   if (DoQuery(rows, recordsAffected, AllowsAsynchronousWork(connection))) return rows;
   rows->Close();
@@ -151,7 +160,18 @@ bool dlgAsync::DoQuery(const std::shared_ptr<Recordset>& recordset, std::int64_t
   std::exception_ptr pending;
   try {
     Reset();
-    Watch(recordset);
+    connection_ = recordset->ActiveConnection();
+    recordset_ = recordset;
+    connection_->ExecuteComplete = [this](std::int64_t affected, const ErrorInfo* error,
+                                          EventStatus status, Recordset*) {
+      mCn_ExecuteComplete(affected, error, status);
+    };
+    recordset->FetchProgress = [this](std::int64_t progress, std::int64_t, EventStatus) {
+      mRs_FetchProgress(progress);
+    };
+    recordset->FetchComplete = [this](const ErrorInfo* error, EventStatus status) {
+      Complete(error, status);
+    };
     window_->Find<Label>("lblMessage").SetCaption("\nExecuting...");
     if (async) {
       recordset->Open(openOption::text | openOption::asyncExecute | openOption::asyncFetch);
@@ -165,40 +185,6 @@ bool dlgAsync::DoQuery(const std::shared_ptr<Recordset>& recordset, std::int64_t
   }
   recordsAffected = recordsAffected_;
   return Finish(pending);
-}
-
-std::shared_ptr<Recordset> dlgAsync::ReadSchema(Connection& connection, SchemaRowset schema,
-                                                const std::vector<std::string>& restrictions) {
-  if (!AllowsAsynchronousWork(connection)) return connection.OpenSchema(schema, restrictions);
-  std::shared_ptr<Recordset> rows;
-  std::exception_ptr pending;
-  try {
-    Reset();
-    window_->Find<Label>("lblMessage").SetCaption("\nReading the schema...");
-    rows = connection.OpenSchemaAsync(schema, restrictions);
-    Watch(rows);
-    WaitModally();
-    while (!HasSettled(rows->State())) Yield();
-  } catch (const Error&) {
-    pending = std::current_exception();
-  }
-  return Finish(pending) ? rows : nullptr;
-}
-
-/// From now on the recordset's operation is the one that is shown and can be cancelled.
-void dlgAsync::Watch(const std::shared_ptr<Recordset>& recordset) {
-  connection_ = recordset->ActiveConnection();
-  recordset_ = recordset;
-  connection_->ExecuteComplete = [this](std::int64_t affected, const ErrorInfo* error,
-                                        EventStatus status, Recordset*) {
-    mCn_ExecuteComplete(affected, error, status);
-  };
-  recordset->FetchProgress = [this](std::int64_t progress, std::int64_t, EventStatus) {
-    mRs_FetchProgress(progress);
-  };
-  recordset->FetchComplete = [this](const ErrorInfo* error, EventStatus status) {
-    Complete(error, status);
-  };
 }
 
 /// Shows the window until the operation is done; it may have ended already.

@@ -47,8 +47,7 @@ class dlgAsync {
   /// when the query returns none. Null when cancelled; raises the failure otherwise.
   [[nodiscard]] std::shared_ptr<Recordset> ReadRows(Connection& connection, const std::string& sql);
 
-  /// The rows of a schema rowset, read asynchronously where the provider can. Null when cancelled;
-  /// raises the failure otherwise.
+  /// A schema rowset, in the same way.
   [[nodiscard]] std::shared_ptr<Recordset> ReadSchema(Connection& connection, SchemaRowset schema,
                                                       const std::vector<std::string>& restrictions);
 
@@ -70,10 +69,11 @@ class dlgAsync {
                const std::function<void(std::int64_t)>& step);
 
  private:
+  [[nodiscard]] std::shared_ptr<Recordset> Read(Connection& connection,
+                                                std::shared_ptr<Recordset> rows);
   void Load();
   void Reset();
   void ShowElapsed();
-  void Watch(const std::shared_ptr<Recordset>& recordset);
   void WaitModally();
   void WaitBlocked(Recordset& recordset);
   void Complete(const ErrorInfo* error, EventStatus status);

@@ -77,11 +77,11 @@ class Connection {
   /// such rowset. Waits for the database.
   [[nodiscard]] virtual std::shared_ptr<Recordset>
   OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) = 0;
-  /// The same without waiting: the recordset is executing when this returns, and ExecuteComplete
-  /// and then its FetchComplete follow; after a failure or a cancel only the former, with the
-  /// error, and the recordset is closed.
+
+  /// A closed recordset whose Open reads a schema rowset in place of a command, with the options of
+  /// a command: so it can be waited for, and cancelled, as one.
   [[nodiscard]] virtual std::shared_ptr<Recordset>
-  OpenSchemaAsync(SchemaRowset schema, const std::vector<std::string>& restrictions) = 0;
+  CreateSchemaRecordset(SchemaRowset schema, const std::vector<std::string>& restrictions) = 0;
 
   /// A closed recordset with this connection as its ActiveConnection. One command runs at a time on
   /// a connection.

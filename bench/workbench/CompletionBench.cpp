@@ -61,7 +61,8 @@ void MeasureCompletion(Parts& parts, int words) {
   auto& text = *root.findChild<QWidget*>("txtQuery");
   auto& list = *root.findChild<QAbstractItemView*>("lstOptions");
   PaintWatch paint(*list.viewport());
-  for (const auto modifiers : {Qt::ControlModifier, Qt::ControlModifier | Qt::AltModifier}) {
+  for (const Qt::KeyboardModifiers modifiers :
+       {Qt::KeyboardModifiers(Qt::ControlModifier), Qt::ControlModifier | Qt::AltModifier}) {
     std::vector<double> opening;
     std::vector<double> closing;
     for (int round = 0; round < rounds; ++round) {

@@ -57,7 +57,8 @@ void ClientRecordset::Open(int options) {
   const std::shared_ptr<DataConnection> connection = connection_.lock();
   if (!connection)
     throw Error(errorNumber::objectClosed, "Tessel", "The recordset's connection is gone.");
-  connection->Execute(shared_from_this(), source_, options);
+  if (schema_) connection->ReadSchema(shared_from_this(), *schema_, options);
+  else connection->Execute(shared_from_this(), source_, options);
 }
 
 void ClientRecordset::Cancel() {
@@ -231,12 +232,6 @@ void ClientRecordset::Fill(std::vector<FieldInfo> fields, std::vector<ChunkPtr> 
   rows_->fields = std::move(fields);
   for (ChunkPtr& chunk : chunks) rows_->store.Add(std::move(chunk));
   state_ = objectState::open;
-}
-
-void ClientRecordset::EndSchema(const Task* task, SchemaRows& rows) {
-  if (task != task_.get()) return;
-  task_.reset();
-  Fill(rows.Fields(), rows.Sink().TakeChunks());
 }
 
 // --- changes ---------------------------------------------------------------------------------

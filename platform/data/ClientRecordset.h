@@ -3,12 +3,12 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Recordset.h"
 #include "platform/data/RowOrder.h"
 #include "platform/data/RowStore.h"
-#include "platform/data/SchemaRows.h"
 #include "platform/data/SortOrder.h"
 #include "platform/data/Task.h"
 
@@ -79,6 +79,8 @@ class ClientRecordset : public Recordset, public std::enable_shared_from_this<Cl
   [[nodiscard]] std::size_t HeldBytes() const { return rows_->store.HeldBytes(); }
 
   // --- for the connection ----------------------------------------------------------------------
+  /// Open reads this, not the source.
+  void SetSchema(SchemaRequest request) { schema_ = std::move(request); }
   /// A command runs for this recordset.
   void BeginExecute(std::shared_ptr<Task> task);
   /// The command has a result with these fields; its rows follow.
@@ -89,8 +91,6 @@ class ClientRecordset : public Recordset, public std::enable_shared_from_this<Cl
   void EndRows(const Task* task, bool uniqueRows, std::vector<FieldInfo> fields = {});
   /// Fills a closed recordset and opens it.
   void Fill(std::vector<FieldInfo> fields, std::vector<ChunkPtr> chunks);
-  /// The reading of a schema rowset has ended well: opens with its rows.
-  void EndSchema(const Task* task, SchemaRows& rows);
 
  private:
   void RequireOpen() const;
@@ -100,6 +100,7 @@ class ClientRecordset : public Recordset, public std::enable_shared_from_this<Cl
 
   std::weak_ptr<DataConnection> connection_;
   std::string source_;
+  std::optional<SchemaRequest> schema_;  ///< What Open reads in place of the source.
   LockType lock_ = LockType::ReadOnly;
   int state_ = objectState::closed;
   std::shared_ptr<Task> task_;  ///< What runs for it, else null.

@@ -179,55 +179,24 @@ void DataConnection::SetDefaultDatabase(const std::string& name) {
   });
 }
 
-DataConnection::SchemaReading
-DataConnection::BeginSchema(SchemaRowset schema, const std::vector<std::string>& restrictions,
-                            const std::shared_ptr<ClientRecordset>& recordset) {
-  RequireIdle();
-  const auto rows = std::make_shared<SchemaRows>(schema, restrictions);
-  const auto task =
-      std::make_shared<CallTask>([rows](ProviderSession& session, Operation& operation) {
-        session.ReadSchema(*rows, operation);
-        rows->Sink().CloseChunk();
-      });
-  runningFor_ = recordset;
-  recordset->BeginExecute(task);
-  Begin(task, objectState::executing);
-  return {rows, task, recordset};
-}
-
 std::shared_ptr<Recordset>
 DataConnection::OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) {
-  auto recordset = std::make_shared<ClientRecordset>(weak_from_this());
-  const SchemaReading reading = BeginSchema(schema, restrictions, recordset);
-  reading.task->WaitForEnd();
-  const TaskNews news = reading.task->TakeNews();
-  Finish(*reading.task, news);
-  if (news.failure) throw Error(*news.failure);
-  recordset->EndSchema(reading.task.get(), *reading.rows);
+  const auto rows = std::make_shared<SchemaRows>(schema, restrictions);
+  Call([rows](ProviderSession& session, Operation& operation) {
+    session.ReadSchema(*rows, operation);
+    rows->Sink().CloseChunk();
+  });
+  const auto recordset = std::make_shared<ClientRecordset>(weak_from_this());
+  recordset->Fill(rows->Fields(), rows->Sink().TakeChunks());
   return recordset;
 }
 
 std::shared_ptr<Recordset>
-DataConnection::OpenSchemaAsync(SchemaRowset schema, const std::vector<std::string>& restrictions) {
+DataConnection::CreateSchemaRecordset(SchemaRowset schema,
+                                      const std::vector<std::string>& restrictions) {
   auto recordset = std::make_shared<ClientRecordset>(weak_from_this());
-  const SchemaReading reading = BeginSchema(schema, restrictions, recordset);
-  SetNotices(*reading.task, [reading](DataConnection& self) { self.DeliverSchema(reading); });
+  recordset->SetSchema({schema, restrictions});
   return recordset;
-}
-
-/// Rows that were read and closed since are wanted by nobody.
-void DataConnection::DeliverSchema(const SchemaReading& reading) {
-  const auto self = shared_from_this();
-  const TaskNews news = reading.task->TakeNews();
-  if (!news.ended) return;
-  Finish(*reading.task, news);
-  const auto recordset = reading.recordset.lock();
-  if (!recordset) return;
-  if (news.failure) recordset->Close();
-  else recordset->EndSchema(reading.task.get(), *reading.rows);
-  ExecuteComplete.Raise(services_.failures, -1, Pointer(news.failure), StatusOf(news.failure),
-                        recordset.get());
-  if (!news.failure) recordset->FetchComplete.Raise(services_.failures, nullptr, EventStatus::Ok);
 }
 
 std::shared_ptr<Recordset> DataConnection::CreateRecordset() {
@@ -240,8 +209,19 @@ void DataConnection::Execute(const std::shared_ptr<ClientRecordset>& recordset,
                              const std::string& sql, int options) {
   RequireIdle();
   if (IsBlank(sql)) throw Error(errorNumber::application, "Tessel", "The command text is empty.");
+  Start(recordset, std::make_shared<ExecuteTask>(sql, services_.rowMemory), options);
+}
+
+void DataConnection::ReadSchema(const std::shared_ptr<ClientRecordset>& recordset,
+                                const SchemaRequest& request, int options) {
+  RequireIdle();
+  Start(recordset, std::make_shared<SchemaTask>(request), options);
+}
+
+void DataConnection::Start(const std::shared_ptr<ClientRecordset>& recordset,
+                           std::shared_ptr<Task> task, int options) {
   const auto execution = std::make_shared<Execution>();
-  execution->task = std::make_shared<ExecuteTask>(sql);
+  execution->task = std::move(task);
   execution->recordset = runningFor_ = recordset;
   const auto deliver = [execution](DataConnection& self) { self.DeliverExecution(*execution); };
   recordset->BeginExecute(execution->task);

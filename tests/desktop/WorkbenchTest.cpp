@@ -36,14 +36,16 @@ class WorkbenchTest : public ProgramFixture {
     return TreeWidget().viewport()->mapFrom(&TreeWidget(), place);
   }
   void DoubleClickNode(const std::string& key) {
-    QTest::mouseDClick(TreeWidget().viewport(), Qt::LeftButton, {}, TextOf(key));
+    const QPoint place = TextOf(key);
+    QTest::mouseClick(TreeWidget().viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(TreeWidget().viewport(), Qt::LeftButton, {}, place);
     host.Settle();
   }
   void RightClickNode(const std::string& key, const std::string& menu, const std::string& command) {
     const QPoint place = TextOf(key);
     host.OnPopup(menu, command);
     QTest::mouseClick(TreeWidget().viewport(), Qt::RightButton, {}, place);
-    host.Settle();
+    WaitForKeyboard();
   }
   bool HasCheckBox(const std::string& key) {
     Tree().SelectNode(key);
@@ -57,9 +59,14 @@ class WorkbenchTest : public ProgramFixture {
     PressKeyCode(key::enter);
     host.Settle();
   }
-  void TypeValue(int row, const std::string& value) {
-    host.ClickCell(Frame(), "lsvTags", row, 1);
+  /// Opens the value box when it is not open, and types over its text, which is selected then.
+  void TypeOver(int row, const std::string& value) {
+    if (TagValue().Visible()) TagValue().SetFocus();
+    else host.ClickCell(Frame(), "lsvTags", row, 1);
     TypeText(value);
+  }
+  void TypeValue(int row, const std::string& value) {
+    TypeOver(row, value);
     host.PressKey(Frame(), key::enter);
   }
 
@@ -177,8 +184,7 @@ TEST_F(WorkbenchTest, AValueTypedAndNotConfirmedCounts) {
   Start();
   AddTag("n");
   TypeValue(0, "1");
-  host.ClickCell(Frame(), "lsvTags", 0, 1);
-  TypeText("22");
+  TypeOver(0, "22");
   Run("SELECT <%?n%> AS n");
   EXPECT_EQ(Grid(0).ShownText(0, 0), "22");
   EXPECT_EQ(Tags().Row(0).subItems.at(0), "22");
@@ -287,8 +293,8 @@ TEST_F(WorkbenchTest, ATaggedQueryIsRunAgainWithItsNewValue) {
   Run("SELECT <%?n%> AS n");
   EXPECT_EQ(Grid(0).ShownText(0, 0), "5");
   TypeValue(0, "6");
-  host.PressKey(Frame(), key::f7);
-  host.PressKey(Query(), key::f6);
+  host.Click(Records(0), "cmdRequeryTags");
+  EXPECT_EQ(Grid(0).ShownText(0, 0), "6");
   host.PressKey(Records(0), key::f5, shiftState::ctrl);
   EXPECT_EQ(Grid(0).ShownText(0, 0), "6");
 }

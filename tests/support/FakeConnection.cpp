@@ -178,28 +178,36 @@ void FakeConnection::End(Operation& operation) {
 // --- commands
 // ----------------------------------------------------------------------------------------
 
-void FakeConnection::Execute(const std::shared_ptr<FakeRecordset>& recordset, int options) {
-  RequireIdle();
-  const std::string& sql = recordset->Source();
+FakeResult FakeConnection::AnswerFor(const FakeRecordset& recordset, int options) {
+  if (const auto& schema = recordset.Schema()) {
+    try {
+      FakeResult rows = server_->SchemaRows(schema->first, schema->second);
+      rows.holdExecuting = server_->holdSchemas.contains(schema->first);
+      return rows;
+    } catch (const Error& error) {
+      FakeResult failed;
+      failed.failure = error.Info();
+      return failed;
+    }
+  }
+  const std::string& sql = recordset.Source();
   if (IsBlank(sql))
     throw Error(errorNumber::application, "FakeServer", "The command text is empty.");
-  const bool async = (options & openOption::asyncExecute) != 0;
-  log_->executed.push_back({connectionString_, sql, async});
-  const OperationPtr operation = Start(recordset, server_->TakeAnswer(sql), async);
-  if (!async && operation->failure) throw Error(*operation->failure);
+  log_->executed.push_back({connectionString_, sql, (options & openOption::asyncExecute) != 0});
+  return server_->TakeAnswer(sql);
 }
 
-FakeConnection::OperationPtr FakeConnection::Start(const std::shared_ptr<FakeRecordset>& recordset,
-                                                   FakeResult result, bool async) {
+void FakeConnection::Execute(const std::shared_ptr<FakeRecordset>& recordset, int options) {
+  RequireIdle();
   const auto operation = std::make_shared<Operation>();
   operation->stage = objectState::executing;
-  operation->async = async;
+  operation->async = (options & openOption::asyncExecute) != 0;
   operation->recordset = recordset;
-  operation->result = std::move(result);
+  operation->result = AnswerFor(*recordset, options);
   recordset->BeginExecute(operation.get());
   Begin(operation);
   RunOn(operation);
-  return operation;
+  if (!operation->async && operation->failure) throw Error(*operation->failure);
 }
 
 void FakeConnection::StepExecuting(Operation& operation) {
@@ -279,17 +287,10 @@ FakeConnection::OpenSchema(SchemaRowset schema, const std::vector<std::string>& 
 }
 
 std::shared_ptr<Recordset>
-FakeConnection::OpenSchemaAsync(SchemaRowset schema, const std::vector<std::string>& restrictions) {
-  RequireIdle();
+FakeConnection::CreateSchemaRecordset(SchemaRowset schema,
+                                      const std::vector<std::string>& restrictions) {
   auto recordset = std::make_shared<FakeRecordset>(weak_from_this());
-  FakeResult result;
-  try {
-    result = server_->SchemaRows(schema, restrictions);
-  } catch (const Error& error) {
-    result.failure = error.Info();
-  }
-  result.holdExecuting = server_->holdsSchema;
-  Start(recordset, std::move(result), true);
+  recordset->SetSchema(schema, restrictions);
   return recordset;
 }
 

@@ -61,7 +61,7 @@ class FakeConnection final : public Connection,
   [[nodiscard]] std::shared_ptr<Recordset>
   OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
   [[nodiscard]] std::shared_ptr<Recordset>
-  OpenSchemaAsync(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
+  CreateSchemaRecordset(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
   [[nodiscard]] std::shared_ptr<Recordset> CreateRecordset() override;
 
   // --- for recordsets
@@ -94,9 +94,8 @@ class FakeConnection final : public Connection,
   };
   using OperationPtr = std::shared_ptr<Operation>;
 
-  OperationPtr Start(const std::shared_ptr<FakeRecordset>& recordset, FakeResult result,
-                     bool async);
   void RequireIdle() const;
+  [[nodiscard]] FakeResult AnswerFor(const FakeRecordset& recordset, int options);
   void Begin(const OperationPtr& operation);
   void RunOn(const OperationPtr& operation);
   void Step(const OperationPtr& operation);
