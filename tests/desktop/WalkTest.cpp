@@ -97,6 +97,7 @@ class WalkTest : public ProgramFixture, public ::testing::WithParamInterface<Wal
     host.Settle();
     host.OnPopup(menu, command);
     host.PressKey(Frame(), key::contextMenu);
+    WaitForKeyboard();
   }
   /// The text that a command of the table's menu writes.
   std::string Written(const std::string& command) {
@@ -244,7 +245,7 @@ TEST_P(WalkTest, TheSchemaIsFoundAgainAtTheNextConnection) {
   host.CloseByControlBox(Records(0));
   EXPECT_TRUE(Tree().Children("").empty());
   loadsSchema = false;
-  Connect(connectionString, GetParam().name);
+  Connect(connectionString, "The same again");
   EXPECT_EQ(Tree().Children("d2").size(), tables);
   std::vector<std::string> names;
   for (const std::string& key : Tree().Children("td2.WALK_ORDERS"))
@@ -279,7 +280,7 @@ TEST_P(WalkTest, AHostileSchemaFileHarmsNothing) {
         std::string("<Database><Table name=\""), deep, std::string("\0\xFF\xFE", 3)}) {
     files.ReplaceWhole(folder.File(GetParam().cacheFile), text, false);
     host.CloseByControlBox(Records(0));
-    Connect(connectionString, GetParam().name);
+    Connect(connectionString, "Again after " + std::to_string(text.size()) + " bytes");
     EXPECT_EQ(StatusAfter("SELECT 1 AS one"), "1 record(s).");
     EXPECT_LE(Tree().Children(Tree().Children("").front()).size(), 1U);
   }
