@@ -76,13 +76,19 @@ void AppendEscaped(std::string& out, std::string_view text, IsSpecial isSpecial,
   out.append(text.substr(from));
 }
 
-void AppendQuoted(std::string& out, std::string_view text, const ValueFormat& format) {
+void AppendEscapedAndQuoted(std::string& out, std::string_view text, const ValueFormat& format) {
   out += format.quote;
   if (format.escapeStyle.empty()) AppendDoubled(out, text, format.quote);
   else if (format.escapeStyle == "\\") AppendEscaped(out, text, IsCSpecial, AppendCEscaped);
   else if (format.escapeStyle == "&") AppendEscaped(out, text, IsHtmlSpecial, AppendHtmlEscaped);
   else AppendDoubled(out, text, format.escapeStyle);
   out += format.quote;
+}
+
+/// A text that needs neither is appended at once.
+inline void AppendQuoted(std::string& out, std::string_view text, const ValueFormat& format) {
+  if (format.quote.empty() && format.escapeStyle.empty()) out += text;
+  else AppendEscapedAndQuoted(out, text, format);
 }
 
 void AppendHexBytes(std::string& out, BinaryView binary) {
@@ -199,9 +205,10 @@ void AppendFormattedValue(std::string& out, const ValueView& value, const ValueF
     out += format.nullText;
     return;
   }
-  out += format.delimiters.prefix;
+  const PieceFormat& around = format.delimiters;
+  if (!around.prefix.empty()) out += around.prefix;
   std::visit(ValueAppender{out, format}, value);
-  out += format.delimiters.suffix;
+  if (!around.suffix.empty()) out += around.suffix;
 }
 
 std::string FormatValue(const ValueView& value, const ValueFormat& format) {

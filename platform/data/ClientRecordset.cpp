@@ -15,6 +15,16 @@ Error NoCurrentRecord() {
           "There is no current record: the position is before the first or behind the last one."};
 }
 
+Error NotOpen() {
+  return {errorNumber::objectClosed, "Tessel",
+          "This is not possible while the recordset is closed."};
+}
+
+Error NoField(std::size_t field) {
+  return {errorNumber::itemNotFound, "Tessel",
+          "There is no field number " + std::to_string(field) + "."};
+}
+
 struct ByteCount {
   std::size_t operator()(std::monostate /*null*/) const { return 0; }
   std::size_t operator()(std::string_view value) const { return value.size(); }
@@ -77,16 +87,12 @@ void ClientRecordset::Close() {
 
 // --- its rows --------------------------------------------------------------------------------
 
-void ClientRecordset::RequireOpen() const {
-  if ((state_ & objectState::open) == 0)
-    throw Error(errorNumber::objectClosed, "Tessel",
-                "This is not possible while the recordset is closed.");
+inline void ClientRecordset::RequireOpen() const {
+  if ((state_ & objectState::open) == 0) throw NotOpen();
 }
 
-void ClientRecordset::RequireField(std::size_t field) const {
-  if (field >= rows_->fields.size())
-    throw Error(errorNumber::itemNotFound, "Tessel",
-                "There is no field number " + std::to_string(field) + ".");
+inline void ClientRecordset::RequireField(std::size_t field) const {
+  if (field >= rows_->fields.size()) throw NoField(field);
 }
 
 const std::vector<FieldInfo>& ClientRecordset::Fields() const {
@@ -125,6 +131,12 @@ std::optional<std::int64_t> ClientRecordset::PositionOf(Bookmark bookmark) const
 
 // --- its current record ----------------------------------------------------------------------
 
+inline std::int64_t ClientRecordset::CurrentRow() const {
+  RequireOpen();
+  if (position_ < 0 || position_ >= rows_->store.Rows()) throw NoCurrentRecord();
+  return order_.RowAt(position_);
+}
+
 bool ClientRecordset::Bof() const { return RecordCount() == 0 || position_ < 0; }
 
 bool ClientRecordset::Eof() const { return position_ >= RecordCount(); }
@@ -144,11 +156,6 @@ void ClientRecordset::MoveNext() {
 void ClientRecordset::MovePrevious() {
   if (Bof()) throw NoCurrentRecord();
   --position_;
-}
-
-std::int64_t ClientRecordset::CurrentRow() const {
-  if (Bof() || Eof()) throw NoCurrentRecord();
-  return order_.RowAt(position_);
 }
 
 Bookmark ClientRecordset::CurrentBookmark() const { return CurrentRow() + 1; }

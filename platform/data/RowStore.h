@@ -25,7 +25,13 @@ class RowStore {
   [[nodiscard]] std::size_t HeldBytes() const;
 
  private:
-  [[nodiscard]] std::size_t ChunkOf(std::int64_t row) const;
+  [[nodiscard]] std::size_t ChunkOf(std::int64_t row) const {
+    const std::int64_t offset = row - starts_[lastChunk_];
+    if (offset < 0 || offset >= static_cast<std::int64_t>(chunks_[lastChunk_]->rows)) Look(row);
+    return lastChunk_;
+  }
+  /// Makes the chunk that holds the row the last one looked at.
+  void Look(std::int64_t row) const;
 
   std::vector<ChunkPtr> chunks_;
   std::vector<std::int64_t> starts_;
