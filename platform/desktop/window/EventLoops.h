@@ -29,8 +29,8 @@ class EventLoops {
   void EndWait(const QDialog& dialog);
   /// Shows the menu at a place of the screen and returns when it has closed.
   void Run(QMenu& menu, const QPoint& place);
-  /// Processes what is pending, once, unless it has done so only milliseconds ago. A window that was
-  /// shown since the last time is given the chance to be painted.
+  /// Processes what is pending, once, unless it has done so only milliseconds ago. A window that
+  /// was shown since the last time is given the chance to be painted.
   void ProcessPending();
   /// A window was shown: the next round of pending events is due at once.
   void NoteShown() { sinceRound_.invalidate(); }
