@@ -104,6 +104,15 @@ std::shared_ptr<Recordset> dlgAsync::ReadRows(Connection& connection, const std:
   rows->SetSource(sql);
   rows->SetCursorType(CursorType::Static);
   rows->SetLockType(LockType::ReadOnly);
+  return Read(connection, std::move(rows));
+}
+
+std::shared_ptr<Recordset> dlgAsync::ReadSchema(Connection& connection, SchemaRowset schema,
+                                                const std::vector<std::string>& restrictions) {
+  return Read(connection, connection.CreateSchemaRecordset(schema, restrictions));
+}
+
+std::shared_ptr<Recordset> dlgAsync::Read(Connection& connection, std::shared_ptr<Recordset> rows) {
   std::int64_t recordsAffected = 0;
   if (DoQuery(rows, recordsAffected, AllowsAsynchronousWork(connection))) return rows;
   rows->Close();

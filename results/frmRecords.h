@@ -112,6 +112,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   void UpdateTimer(std::int64_t start);
 
   void chkLock_Click();
+  void chkRecords_Click();
   void cmdCnErrors_Click();
   void ShowProperties();
 

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Recordset.h"
@@ -78,6 +79,8 @@ class ClientRecordset : public Recordset, public std::enable_shared_from_this<Cl
   [[nodiscard]] std::size_t HeldBytes() const { return rows_->store.HeldBytes(); }
 
   // --- for the connection ----------------------------------------------------------------------
+  /// Open reads this, not the source.
+  void SetSchema(SchemaRequest request) { schema_ = std::move(request); }
   /// A command runs for this recordset.
   void BeginExecute(std::shared_ptr<Task> task);
   /// The command has a result with these fields; its rows follow.
@@ -97,6 +100,7 @@ class ClientRecordset : public Recordset, public std::enable_shared_from_this<Cl
 
   std::weak_ptr<DataConnection> connection_;
   std::string source_;
+  std::optional<SchemaRequest> schema_;  ///< What Open reads in place of the source.
   LockType lock_ = LockType::ReadOnly;
   int state_ = objectState::closed;
   std::shared_ptr<Task> task_;  ///< What runs for it, else null.

@@ -11,6 +11,7 @@
 #include "platform/data/ClientRecordset.h"
 #include "platform/data/LeftBehind.h"
 #include "platform/data/Provider.h"
+#include "platform/data/RowMemory.h"
 #include "platform/data/SessionHost.h"
 #include "platform/data/Task.h"
 
@@ -22,6 +23,7 @@ struct ConnectionServices {
   FailureSink* failures = nullptr;  ///< May be null: what a handler throws then passes through.
   std::shared_ptr<const ProviderRegistry> providers;
   std::shared_ptr<LeftBehind> leftBehind;
+  RowMemory rowMemory = RowMemory::OfMachine();  ///< Of each result.
 };
 
 /// The connection of this data layer. UI thread.
@@ -55,19 +57,24 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   void SetDefaultDatabase(const std::string& name) override;
   [[nodiscard]] std::shared_ptr<Recordset>
   OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
+  [[nodiscard]] std::shared_ptr<Recordset>
+  CreateSchemaRecordset(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
   [[nodiscard]] std::shared_ptr<Recordset> CreateRecordset() override;
 
   // --- for its recordsets ----------------------------------------------------------------------
   /// Runs `sql` for `recordset`, whose rows it becomes. Raises what Recordset::Open says.
   void Execute(const std::shared_ptr<ClientRecordset>& recordset, const std::string& sql,
                int options);
+  /// Reads a schema rowset for `recordset`, in the same way.
+  void ReadSchema(const std::shared_ptr<ClientRecordset>& recordset, const SchemaRequest& request,
+                  int options);
   /// Asks `task` to stop, if it is the one that runs.
   void CancelTask(const std::shared_ptr<Task>& task);
 
  private:
   /// A command from its start to the delivery of its end, as the UI thread sees it.
   struct Execution {
-    std::shared_ptr<ExecuteTask> task;
+    std::shared_ptr<Task> task;
     std::weak_ptr<ClientRecordset> recordset;
     bool asyncFetch = false;
     bool hasRows = false;  ///< ExecuteComplete was raised for a result with columns.
@@ -79,6 +86,8 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   void Begin(const std::shared_ptr<Task>& task, int stateBits);
   void SetNotices(Task& task, std::function<void(DataConnection&)> deliver);
   void Call(CallTask::Body body);
+  void Start(const std::shared_ptr<ClientRecordset>& recordset, std::shared_ptr<Task> task,
+             int options);
   void DropHost();
   void ReleaseRunning();
 

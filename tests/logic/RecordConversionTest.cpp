@@ -69,6 +69,19 @@ class RecordConversionTest : public test::RecordsFixture {
   }
 };
 
+TEST_F(RecordConversionTest, TheRecordsBoxOpensTheRecordsMenuAndStaysUnchecked) {
+  GiveThree();
+  bool came = false;
+  desktop.OnModal("frmText", [&](test::HeadlessWindow& w) {
+    came = true;
+    w.CloseByControlBox();
+  });
+  desktop.ExpectPopup("menuRecords", "mnuCvtCSV");
+  W().Click("chkRecords");
+  EXPECT_TRUE(came);
+  EXPECT_FALSE(W().Find<CheckBox>("chkRecords").Value());
+}
+
 // --- the seven conversions
 // ------------------------------------------------------------------------
 

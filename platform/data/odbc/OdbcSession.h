@@ -34,6 +34,7 @@ class OdbcSession : public ProviderSession {
   [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) override;
   void DrainResults(Operation& operation) override;
   void CloseResult() noexcept override;
+  void TidyUp() noexcept override;
   [[nodiscard]] bool HasUniqueRows(const std::vector<FieldInfo>& fields) override;
 
   [[nodiscard]] std::string CurrentCatalog() override;
@@ -78,7 +79,8 @@ class OdbcSession : public ProviderSession {
   bool canReadBoundCells_ = false;
 
   std::unique_ptr<Statement> statement_;
-  std::unique_ptr<RowReader> reader_;  ///< While there are rows to read.
+  std::unique_ptr<Statement> dropped_;  ///< With a result to drop when nobody waits.
+  std::unique_ptr<RowReader> reader_;   ///< While there are rows to read.
   Diagnostics lastNotices_;
   bool wantsWarnings_ = false;  ///< Of the present command.
   bool hasWarnings_ = false;    ///< The database still tells those of an earlier command.

@@ -137,4 +137,11 @@ void EventLoops::ProcessPending() {
   sinceRound_.start();
 }
 
+void EventLoops::AwaitPlace(const QWidget& window) {
+  QWindow* handle = window.windowHandle();
+  if (handle == nullptr || !IsAwaited(*handle)) return;
+  const AllInputBlock block;
+  ProcessPending();
+}
+
 }  // namespace tessel

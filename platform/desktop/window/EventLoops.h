@@ -7,6 +7,7 @@
 class QDialog;
 class QEventLoop;
 class QMenu;
+class QWidget;
 
 namespace tessel {
 
@@ -34,6 +35,9 @@ class EventLoops {
   void ProcessPending();
   /// A window was shown: the next round of pending events is due at once.
   void NoteShown() { sinceRound_.invalidate(); }
+  /// A window manager places a new window in its own time; a dialog that is to stand in its middle
+  /// waits for that, without input, for a moment at most.
+  void AwaitPlace(const QWidget& window);
 
  private:
   class Running;
