@@ -154,6 +154,7 @@ void HelpWindow::Open(const QString& page) {
 
 /// Only the windows of a modal one can be used while it is shown.
 void HelpWindow::ComeUp() {
+  if (!isVisible()) browser_->clearHistory();
   PutAbove(QApplication::activeModalWidget());
   show();
   raise();
@@ -163,9 +164,10 @@ void HelpWindow::ComeUp() {
 void HelpWindow::PutAbove(QWidget* owner) {
   if (owner == parentWidget() || owner == this) return;
   if (parentWidget() != nullptr) parentWidget()->removeEventFilter(this);
-  const QRect place = geometry();
+  const bool placed = testAttribute(Qt::WA_Moved);
+  const QPoint place = pos();
   setParent(owner, Qt::Window);
-  setGeometry(place);
+  if (placed) move(place);
   if (owner != nullptr) owner->installEventFilter(this);
 }
 
