@@ -11,6 +11,7 @@
 #include "platform/data/ClientRecordset.h"
 #include "platform/data/LeftBehind.h"
 #include "platform/data/Provider.h"
+#include "platform/data/RowWriter.h"
 #include "platform/data/SessionHost.h"
 #include "platform/data/Task.h"
 
@@ -22,6 +23,12 @@ struct ConnectionServices {
   FailureSink* failures = nullptr;  ///< May be null: what a handler throws then passes through.
   std::shared_ptr<const ProviderRegistry> providers;
   std::shared_ptr<LeftBehind> leftBehind;
+};
+
+/// A row that is being changed, among those it belongs to.
+struct ChangedRow {
+  std::shared_ptr<ResultRows> rows;
+  std::int64_t number = 0;
 };
 
 /// The connection of this data layer. UI thread.
@@ -61,6 +68,11 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   /// Runs `sql` for `recordset`, whose rows it becomes. Raises what Recordset::Open says.
   void Execute(const std::shared_ptr<ClientRecordset>& recordset, const std::string& sql,
                int options);
+  /// Writes `change` of `row` for `recordset`. Raises what Recordset::Update says.
+  void Write(const std::shared_ptr<ClientRecordset>& recordset, ChangedRow row, RowChange change,
+             int options);
+  /// Announces the end of a change that was nothing to write.
+  void AnnounceChange(const std::shared_ptr<ClientRecordset>& recordset);
   /// Asks `task` to stop, if it is the one that runs.
   void CancelTask(const std::shared_ptr<Task>& task);
 
@@ -73,6 +85,13 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
     bool hasRows = false;  ///< ExecuteComplete was raised for a result with columns.
     bool ended = false;
     std::optional<ErrorInfo> failure;  ///< After `ended`.
+  };
+
+  /// A change from its start to the delivery of its end.
+  struct Writing {
+    std::shared_ptr<WriteTask> task;
+    std::weak_ptr<ClientRecordset> recordset;
+    ChangedRow row;
   };
 
   void RequireIdle() const;
@@ -88,6 +107,8 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   void DeliverRows(Execution& execution, TaskNews& news, FailureSink& failures);
   void DeliverEnd(Execution& execution, const TaskNews& news, FailureSink& failures);
   void RaiseExecuted(const Execution& execution, const TaskNews& news, FailureSink& failures);
+  void DeliverChange(const Writing& writing);
+  void FinishChange(const Writing& writing, const TaskNews& news);
   void Finish(const Task& task, const TaskNews& news);
 
   ConnectionServices services_;
