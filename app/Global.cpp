@@ -39,7 +39,7 @@ Global::Global(Platform platform)
     : platform_(std::move(platform)),
       settingsFilePath_(BesideExecutable("Tessel.ini.xml")),
       legacySettingsFilePath_(BesideExecutable("Tessel.ini")),
-      jetProviderName_(std::string(jetPrefix) + "3.51") {}
+      jetProviderName_(std::string(jetPrefix).append("3.51")) {}
 
 std::string Global::BesideExecutable(std::string_view name) const {
   return platform_.appPath + pathSeparator + std::string(name);

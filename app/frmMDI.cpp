@@ -193,8 +193,14 @@ bool frmMDI::OpenRecordsWindow(const SavedConnection& connection, const std::str
   window->onUnloaded = [this, closed = window.get()] { ForgetRecordsWindow(closed); };
   records_.push_back(std::move(window));
   main_->ShowConnectionColor(connection.backColor);
-  if (records_.size() == 1) window_->Arrange(Tiling::Horizontal);
+  Arrange(tiling_);
   return true;
+}
+
+/// Windows that connect later are tiled in the same way: none hides another's failure.
+void frmMDI::Arrange(Tiling tiling) {
+  tiling_ = tiling;
+  window_->Arrange(tiling);
 }
 
 /// A window cannot be destroyed from inside its own handler: it goes from the top of the event

@@ -39,8 +39,8 @@ class frmMDI : private QueryHost,
   void DoSQL(bool preview) override;
   void mnuNewInstance_Click() override;
   void mnuWindowSidebar_Click() override { sidebar_.Toggle(); }
-  void mnuWindowTileHoriz_Click() override { window_->Arrange(Tiling::Horizontal); }
-  void mnuWindowTileVert_Click() override { window_->Arrange(Tiling::Vertical); }
+  void mnuWindowTileHoriz_Click() override { Arrange(Tiling::Horizontal); }
+  void mnuWindowTileVert_Click() override { Arrange(Tiling::Vertical); }
   void mnuHelpContents_Click() override { help_.ShowContents(); }
   void mnuHelpIndex_Click() override { help_.ShowIndex(); }
   void mnuHelpShortcuts_Click() override;
@@ -62,6 +62,7 @@ class frmMDI : private QueryHost,
   void mnuEditVocab_Click();
   void mnuEditWordWrap_Click();
 
+  void Arrange(Tiling tiling);
   [[nodiscard]] bool AskWhichInstance();
   [[nodiscard]] bool AskToContinue(frmRecords& failed);
 
@@ -105,6 +106,7 @@ class frmMDI : private QueryHost,
   SchemaBrowser browser_;
   TagsPanel tagsPanel_;
   std::vector<std::unique_ptr<frmRecords>> records_;
+  Tiling tiling_ = Tiling::Horizontal;                           ///< As the user tiled last.
   std::shared_ptr<const void> alive_ = std::make_shared<int>();  ///< Deferred work checks it.
 };
 

@@ -1,6 +1,7 @@
 #include "bench/ServerOrders.h"
 
 #include <cstdlib>
+#include <utility>
 
 #include "platform/EventQueue.h"
 #include "platform/data/ClientRecordset.h"
@@ -31,8 +32,8 @@ std::shared_ptr<Recordset> Run(Connection& connection, const std::string& sql) {
 
 }  // namespace
 
-ServerOrders::ServerOrders(const char* variable, const char* create)
-    : variable_(variable), create_(create) {
+ServerOrders::ServerOrders(const char* variable, std::string create)
+    : variable_(variable), create_(std::move(create)) {
   if (const char* given = std::getenv(variable)) connectionString_ = given;
 }
 

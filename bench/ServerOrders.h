@@ -17,7 +17,7 @@ class ServerOrders {
   static constexpr std::int64_t rows = 1'000'000;
 
   /// `create` makes the table.
-  ServerOrders(const char* variable, const char* create);
+  ServerOrders(const char* variable, std::string create);
 
   /// False when the variable is not set: there is nothing to measure then, as `state` is told.
   [[nodiscard]] bool IsThere(benchmark::State& state) const;
@@ -30,7 +30,7 @@ class ServerOrders {
 
  private:
   const char* variable_;
-  const char* create_;
+  std::string create_;
   std::string connectionString_;
 };
 

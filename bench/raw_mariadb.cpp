@@ -5,6 +5,7 @@
 #include <benchmark/benchmark.h>
 #include <mysql.h>
 
+#include "bench/OrdersSql.h"
 #include "bench/ServerOrders.h"
 #include "platform/data/mariadb/MariaKeys.h"
 
@@ -12,20 +13,8 @@ namespace tessel::bench {
 
 namespace {
 
-constexpr const char* createOrders =
-    "create table orders as select cast(seq as int) as id,"
-    " concat('Customer ', seq * 7919 % 20000) as customer,"
-    " elt(seq % 5 + 1, 'Aachen', 'Z\u00fcrich', 'S\u00e3o Paulo', 'New York', 'Reykjav\u00edk') as"
-    " city, (seq * 104729 % 1000003) / 100e0 as amount, cast(seq * 31 % 97 as int) as quantity,"
-    " timestamp'2020-09-13 12:26:40' + interval seq * 61 second as placed,"
-    " if(seq % 10 <> 3, substr('Please leave the parcel beside the door, \u6f22\u5b57 or ring "
-    "twice', 1, seq * 13 % 61), null) as note, seq % 2 = 1 as paid,"
-    " lpad(hex(seq * 2654435761 % 4294967296), 8, '0') as code,"
-    " cast(seq % 9 + 1 + (seq * 17 % 10000) / 10000 as decimal(10,4)) as rate"
-    " from seq_1_to_1000000";
-
 const ServerOrders& Orders() {
-  static const ServerOrders orders("TESSEL_BENCH_MARIADB", createOrders);
+  static const ServerOrders orders("TESSEL_BENCH_MARIADB", MariaOrders(ServerOrders::rows));
   return orders;
 }
 

@@ -5,6 +5,7 @@
 #include <benchmark/benchmark.h>
 #include <libpq-fe.h>
 
+#include "bench/OrdersSql.h"
 #include "bench/ServerOrders.h"
 #include "platform/data/postgresql/PostgresKeys.h"
 
@@ -12,20 +13,8 @@ namespace tessel::bench {
 
 namespace {
 
-constexpr const char* createOrders =
-    "create table orders as select n::int as id, 'Customer ' || (n * 7919 % 20000) as customer,"
-    " (array['Aachen', 'Z\u00fcrich', 'S\u00e3o Paulo', 'New York', 'Reykjav\u00edk'])[n % 5 + 1] "
-    "as"
-    " city, (n * 104729 % 1000003) / 100e0::float8 as amount, (n * 31 % 97)::int as quantity,"
-    " timestamp '2020-09-13 12:26:40' + n * interval '61 seconds' as placed,"
-    " case when n % 10 <> 3 then substr('Please leave the parcel beside the door, \u6f22\u5b57 or "
-    "ring twice', 1, (n * 13 % 61)::int) end as note, n % 2 = 1 as paid,"
-    " upper(lpad(to_hex(n * 2654435761 % 4294967296), 8, '0')) as code,"
-    " (n % 9 + 1 + (n * 17 % 10000) / 10000.0)::numeric(10,4) as rate"
-    " from generate_series(1::bigint, 1000000) n";
-
 const ServerOrders& Orders() {
-  static const ServerOrders orders("TESSEL_BENCH_POSTGRESQL", createOrders);
+  static const ServerOrders orders("TESSEL_BENCH_POSTGRESQL", PostgresOrders(ServerOrders::rows));
   return orders;
 }
 

@@ -1,5 +1,6 @@
 #include <benchmark/benchmark.h>
 
+#include "bench/Orders.h"
 #include "bench/OrdersFile.h"
 #include "bench/RawOrders.h"
 #include "platform/EventQueue.h"
@@ -19,20 +20,6 @@ class NoQueue : public EventQueue {
   void Post(std::weak_ptr<const void> /*owner*/, std::function<void()> /*notice*/) override {}
 };
 
-std::shared_ptr<Recordset> ReadOrders(Connection& connection) {
-  auto recordset = connection.CreateRecordset();
-  recordset->SetSource(ordersQuery);
-  recordset->Open(openOption::text);
-  return recordset;
-}
-
-std::shared_ptr<Connection> OpenOrders(DataAccess& data) {
-  auto connection = data.CreateConnection();
-  connection->SetConnectionString("Provider=SQLite;Data Source=" + OrdersFile(rows));
-  connection->Open({}, {}, 0);
-  return connection;
-}
-
 void RawLoop(benchmark::State& state) {
   const std::string file = OrdersFile(rows);
   std::size_t bytes = 0;
@@ -44,7 +31,7 @@ BENCHMARK(RawLoop)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 void ExecuteToLastRow(benchmark::State& state) {
   NoQueue queue;
   DataAccessObjects data(queue);
-  const auto connection = OpenOrders(data);
+  const auto connection = OpenOrders(data, rows);
   std::size_t bytes = 0;
   for (auto _ : state) {
     const auto recordset = ReadOrders(*connection);
@@ -57,7 +44,7 @@ BENCHMARK(ExecuteToLastRow)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTim
 void LookAtEveryCell(benchmark::State& state) {
   NoQueue queue;
   DataAccessObjects data(queue);
-  const auto recordset = ReadOrders(*OpenOrders(data));
+  const auto recordset = ReadOrders(*OpenOrders(data, rows));
   const std::size_t fields = recordset->Fields().size();
   for (auto _ : state) {
     for (std::int64_t position = 0; position < rows; ++position)
@@ -70,7 +57,7 @@ BENCHMARK(LookAtEveryCell)->Unit(benchmark::kMillisecond);
 void Sort(benchmark::State& state, const char* order) {
   NoQueue queue;
   DataAccessObjects data(queue);
-  const auto recordset = ReadOrders(*OpenOrders(data));
+  const auto recordset = ReadOrders(*OpenOrders(data, rows));
   for (auto _ : state) {
     recordset->SetSort(order);
     recordset->SetSort("");

@@ -1,9 +1,36 @@
-# The benchmarks: tessel_bench, on Google Benchmark.
+# The benchmarks: tessel_bench, on Google Benchmark, and the programs of bench/compare.sh, which
+# measure one thing in one process each.
 find_package(benchmark REQUIRED)
-tessel_executable(tessel_bench bench/*.cpp)
+tessel_executable(tessel_bench EXCEPT /compare/ bench/*.cpp)
 if(TARGET tessel_bench)
   target_link_libraries(tessel_bench PRIVATE tessel_logic benchmark::benchmark benchmark::benchmark_main)
   if(NOT TESSEL_LOGIC_ONLY)
-    target_link_libraries(tessel_bench PRIVATE tessel_data tessel_desktop)
+    target_link_libraries(tessel_bench PRIVATE tessel_data tessel_desktop tessel_system)
   endif()
+endif()
+
+# tessel_compare(<name> <library>... SOURCES <source>...): the program <build>/bin/<name>.
+function(tessel_compare name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" SOURCES)
+  add_executable(${name} ${arg_SOURCES})
+  tessel_warnings(${name})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE ${arg_UNPARSED_ARGUMENTS})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  add_dependencies(compare ${name})
+endfunction()
+
+if(NOT TESSEL_LOGIC_ONLY)
+  include(cmake/ServerTargets.cmake)
+  find_package(X11 REQUIRED)
+  add_custom_target(compare DEPENDS Tessel)
+  file(GLOB compare_loops CONFIGURE_DEPENDS bench/compare/Raw*.cpp)
+  tessel_compare(compare_data tessel_data
+                 SOURCES bench/compare/data.cpp ${compare_loops} bench/compare/Say.cpp bench/RawBlock.cpp
+                         bench/RawOrders.cpp bench/OrdersFile.cpp bench/OrdersSql.cpp
+                         tests/data/support/EventLog.cpp tests/data/support/PumpQueue.cpp)
+  tessel_compare(compare_window tessel_data tessel_desktop SOURCES bench/compare/window.cpp)
+  tessel_compare(compare_servers tessel_test_servers SOURCES bench/compare/servers.cpp)
+  tessel_compare(compare_start_floor Qt6::Widgets ${TESSEL_QSCINTILLA} SOURCES bench/compare/start_floor.cpp)
+  tessel_compare(compare_until_shown X11::X11 SOURCES bench/compare/until_shown.cpp)
 endif()

@@ -24,9 +24,7 @@ endfunction()
 
 tessel_test(logic GTest::gtest_main tessel_logic)
 if(NOT TESSEL_LOGIC_ONLY)
-  # Database servers on the loopback interface, for the tests that want real ones.
-  tessel_library(tessel_test_servers tests/data/servers/*.cpp)
-  tessel_link(tessel_test_servers tessel_platform)
+  include(cmake/ServerTargets.cmake)
   tessel_test(data GTest::gtest_main tessel_data tessel_test_servers)
   if(TARGET data_tests)
     target_compile_definitions(data_tests

@@ -35,6 +35,7 @@ std::string FormatElapsed(std::int64_t milliseconds) {
 void dlgAsync::Load() {
   if (window_ != nullptr && window_->Loaded()) return;
   window_ = desktop_.MakeWindow("dlgAsync");
+  bar_ = &window_->Find<ProgressBar>("prgProgress");
   window_->Find<Button>("cmdCancel").Click = [this] { cmdCancel_Click(); };
   window_->Activated = [this] { Form_Activate(); };
   window_->QueryUnload = [this](bool& refuse, UnloadReason reason) {
@@ -49,9 +50,8 @@ void dlgAsync::Load() {
 void dlgAsync::Reset() {
   Load();
   window_->Find<Label>("lblMessage").SetCaption("");
-  auto& bar = window_->Find<ProgressBar>("prgProgress");
-  bar.SetVisible(false);
-  bar.SetValue(0);
+  bar_->SetVisible(false);
+  bar_->SetValue(0);
   window_->Find<Button>("cmdCancel").SetEnabled(true);
   cancelled_ = false;
   done_ = false;
@@ -79,9 +79,9 @@ void dlgAsync::InitProcess(const std::string& message) {
 void dlgAsync::InitProgress(const std::string& message, double maximum) {
   Reset();
   window_->Find<Label>("lblMessage").SetCaption(message);
-  auto& bar = window_->Find<ProgressBar>("prgProgress");
-  bar.SetMax(maximum);
-  bar.SetVisible(true);
+  progressStep_ = std::min<std::int64_t>(static_cast<std::int64_t>(std::ceil(maximum / 32)), 16);
+  bar_->SetMax(maximum);
+  bar_->SetVisible(true);
   window_->ShowAbove(frame_);
 }
 
@@ -93,11 +93,8 @@ bool dlgAsync::Yield() {
 }
 
 bool dlgAsync::DoProgress(double increment) {
-  auto& bar = window_->Find<ProgressBar>("prgProgress");
-  const auto step =
-      std::min<std::int64_t>(static_cast<std::int64_t>(std::ceil(bar.Max() / 32)), 16);
-  if (std::llround(bar.Value()) % step == 0) Yield();
-  bar.SetValue(bar.Value() + increment);
+  if (std::llround(bar_->Value()) % progressStep_ == 0) Yield();
+  bar_->SetValue(bar_->Value() + increment);
   return !cancelled_;
 }
 
@@ -106,6 +103,15 @@ std::shared_ptr<Recordset> dlgAsync::ReadRows(Connection& connection, const std:
   rows->SetSource(sql);
   rows->SetCursorType(CursorType::Static);
   rows->SetLockType(LockType::ReadOnly);
+  return Read(connection, std::move(rows));
+}
+
+std::shared_ptr<Recordset> dlgAsync::ReadSchema(Connection& connection, SchemaRowset schema,
+                                                const std::vector<std::string>& restrictions) {
+  return Read(connection, connection.CreateSchemaRecordset(schema, restrictions));
+}
+
+std::shared_ptr<Recordset> dlgAsync::Read(Connection& connection, std::shared_ptr<Recordset> rows) {
   std::int64_t recordsAffected = 0;
   if (DoQuery(rows, recordsAffected, AllowsAsynchronousWork(connection))) return rows;
   rows->Close();

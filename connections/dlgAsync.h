@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/Connection.h"
 #include "platform/Desktop.h"
@@ -14,6 +15,7 @@
 namespace tessel {
 
 class Button;
+class ProgressBar;
 
 /// Whether the provider of an open connection can work asynchronously.
 [[nodiscard]] bool AllowsAsynchronousWork(const Connection& connection);
@@ -45,6 +47,10 @@ class dlgAsync {
   /// when the query returns none. Null when cancelled; raises the failure otherwise.
   [[nodiscard]] std::shared_ptr<Recordset> ReadRows(Connection& connection, const std::string& sql);
 
+  /// A schema rowset, in the same way.
+  [[nodiscard]] std::shared_ptr<Recordset> ReadSchema(Connection& connection, SchemaRowset schema,
+                                                      const std::vector<std::string>& restrictions);
+
   /// Shows the window modeless, without a bar.
   void InitProcess(const std::string& message);
   /// Shows the window modeless with a bar from 0 to `maximum`, which is more than 0.
@@ -63,6 +69,8 @@ class dlgAsync {
                const std::function<void(std::int64_t)>& step);
 
  private:
+  [[nodiscard]] std::shared_ptr<Recordset> Read(Connection& connection,
+                                                std::shared_ptr<Recordset> rows);
   void Load();
   void Reset();
   void ShowElapsed();
@@ -81,6 +89,8 @@ class dlgAsync {
   Desktop& desktop_;
   Window& frame_;
   std::unique_ptr<Window> window_;
+  ProgressBar* bar_ = nullptr;
+  std::int64_t progressStep_ = 1;  ///< Units of the bar from one yield to the next.
   std::int64_t start_ = 0;
   bool cancelled_ = false;
   bool done_ = false;

@@ -78,6 +78,11 @@ class Connection {
   [[nodiscard]] virtual std::shared_ptr<Recordset>
   OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) = 0;
 
+  /// A closed recordset whose Open reads a schema rowset in place of a command, with the options of
+  /// a command: so it can be waited for, and cancelled, as one.
+  [[nodiscard]] virtual std::shared_ptr<Recordset>
+  CreateSchemaRecordset(SchemaRowset schema, const std::vector<std::string>& restrictions) = 0;
+
   /// A closed recordset with this connection as its ActiveConnection. One command runs at a time on
   /// a connection.
   [[nodiscard]] virtual std::shared_ptr<Recordset> CreateRecordset() = 0;

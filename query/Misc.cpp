@@ -10,17 +10,22 @@ namespace {
 
 constexpr std::string_view hexDigits = "0123456789ABCDEF";
 
-/// `text` with every `part` written twice.
-std::string Doubled(std::string_view text, std::string_view part) {
-  if (part.empty()) return std::string(text);
-  std::string result;
+/// Appends `text` with every `part` written twice.
+void AppendDoubled(std::string& out, std::string_view text, std::string_view part) {
   std::size_t from = 0;
-  for (std::size_t at = text.find(part); at != std::string_view::npos; at = text.find(part, from)) {
-    result.append(text.substr(from, at - from)).append(part).append(part);
-    from = at + part.size();
+  if (!part.empty()) {
+    for (std::size_t at = text.find(part); at != std::string_view::npos;
+         at = text.find(part, from)) {
+      out.append(text.substr(from, at - from)).append(part).append(part);
+      from = at + part.size();
+    }
   }
-  return result.append(text.substr(from));
+  out.append(text.substr(from));
 }
+
+bool IsControl(char c) { return static_cast<unsigned char>(c) < ' '; }
+
+bool IsCSpecial(char c, char /*previous*/) { return IsControl(c) || c == '\\' || c == '"'; }
 
 void AppendCEscaped(std::string& out, char c) {
   switch (c) {
@@ -29,14 +34,16 @@ void AppendCEscaped(std::string& out, char c) {
     case '\t': out += "\\t"; return;
     case '\n': out += "\\n"; return;
     case '\r': out += "\\r"; return;
-    default: break;
+    default: out += "\\x"; out += ByteToHex(static_cast<unsigned char>(c));
   }
-  const auto code = static_cast<unsigned char>(c);
-  if (code < ' ') out += "\\x" + ByteToHex(code);
-  else out += c;
 }
 
-void AppendHtmlEscaped(std::string& out, char c, char previous) {
+bool IsHtmlSpecial(char c, char previous) {
+  return IsControl(c) || c == '&' || c == '<' || c == '>' || c == '"' ||
+         (c == ' ' && previous == ' ');
+}
+
+void AppendHtmlEscaped(std::string& out, char c) {
   switch (c) {
     case '&': out += "&amp;"; return;
     case '<': out += "&lt;"; return;
@@ -44,29 +51,38 @@ void AppendHtmlEscaped(std::string& out, char c, char previous) {
     case '"': out += "&quot;"; return;
     case '\n': out += "<br>\r\n"; return;
     case '\r': return;
-    case ' ': out += previous == ' ' ? "&nbsp;" : " "; return;
-    default: break;
+    case ' ': out += "&nbsp;"; return;
+    default:
+      out += "&#";
+      out += ByteToHex(static_cast<unsigned char>(c));
+      out += ';';
   }
-  const auto code = static_cast<unsigned char>(c);
-  if (code < ' ') out += "&#" + ByteToHex(code) + ";";
-  else out += c;
 }
 
-std::string Escaped(std::string_view text, const ValueFormat& format) {
-  if (format.escapeStyle.empty()) return Doubled(text, format.quote);
-  std::string result;
-  if (format.escapeStyle == "\\") {
-    for (const char c : text) AppendCEscaped(result, c);
-  } else if (format.escapeStyle == "&") {
-    char previous = '\0';
-    for (const char c : text) {
-      AppendHtmlEscaped(result, c, previous);
-      previous = c;
+/// Appends `text`, each character that is special by `append`, what stands between them as it is.
+template <class IsSpecial, class Append>
+void AppendEscaped(std::string& out, std::string_view text, IsSpecial isSpecial, Append append) {
+  std::size_t from = 0;
+  char previous = '\0';
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (isSpecial(c, previous)) {
+      out.append(text.substr(from, i - from));
+      append(out, c);
+      from = i + 1;
     }
-  } else {
-    return Doubled(text, format.escapeStyle);
+    previous = c;
   }
-  return result;
+  out.append(text.substr(from));
+}
+
+void AppendQuoted(std::string& out, std::string_view text, const ValueFormat& format) {
+  out += format.quote;
+  if (format.escapeStyle.empty()) AppendDoubled(out, text, format.quote);
+  else if (format.escapeStyle == "\\") AppendEscaped(out, text, IsCSpecial, AppendCEscaped);
+  else if (format.escapeStyle == "&") AppendEscaped(out, text, IsHtmlSpecial, AppendHtmlEscaped);
+  else AppendDoubled(out, text, format.escapeStyle);
+  out += format.quote;
 }
 
 void AppendHexBytes(std::string& out, BinaryView binary) {
@@ -78,10 +94,24 @@ void AppendHexBytes(std::string& out, BinaryView binary) {
   }
 }
 
-bool IsQuoted(const ValueView& value) {
-  return std::holds_alternative<std::string_view>(value) ||
-         std::holds_alternative<MomentView>(value) || std::holds_alternative<BinaryView>(value);
-}
+/// Appends one value that is not null, by its kind.
+struct ValueAppender {
+  std::string& out;
+  const ValueFormat& format;
+
+  void operator()(std::monostate /*null*/) const {}
+  void operator()(bool flag) const { out += flag ? '1' : '0'; }
+  void operator()(std::string_view text) const { AppendQuoted(out, text, format); }
+  void operator()(MomentView moment) const { AppendQuoted(out, moment.text, format); }
+  void operator()(BinaryView binary) const {
+    if (format.hexBinary) AppendHexBytes(out, binary);
+    else AppendQuoted(out, ToText(binary), format);
+  }
+  template <class Number>
+  void operator()(Number number) const {
+    AppendText(number, out);
+  }
+};
 
 struct Character {
   utf8proc_int32_t code = -1;  ///< -1 for a byte that is no UTF-8.
@@ -124,7 +154,11 @@ void AppendUpper(std::string& out, utf8proc_int32_t code, std::string_view bytes
 
 }  // namespace
 
-std::string SqlQuote(std::string_view text) { return "'" + Doubled(text, "'") + "'"; }
+std::string SqlQuote(std::string_view text) {
+  std::string quoted = "'";
+  AppendDoubled(quoted, text, "'");
+  return quoted += "'";
+}
 
 std::string QuoteIdentifier(std::string_view name) {
   const bool startsWithDigit = !name.empty() && name.front() >= '0' && name.front() <= '9';
@@ -166,11 +200,7 @@ void AppendFormattedValue(std::string& out, const ValueView& value, const ValueF
     return;
   }
   out += format.delimiters.prefix;
-  const auto* binary = std::get_if<BinaryView>(&value);
-  if (const auto* flag = std::get_if<bool>(&value)) out += *flag ? '1' : '0';
-  else if (binary != nullptr && format.hexBinary) AppendHexBytes(out, *binary);
-  else if (IsQuoted(value)) out += format.quote + Escaped(ToText(value), format) + format.quote;
-  else AppendText(value, out);
+  std::visit(ValueAppender{out, format}, value);
   out += format.delimiters.suffix;
 }
 

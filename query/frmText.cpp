@@ -1,6 +1,7 @@
 #include "query/frmText.h"
 
 #include <memory>
+#include <utility>
 
 #include "platform/Button.h"
 #include "platform/TextBox.h"
@@ -43,15 +44,23 @@ class frmText {
   }
 
   bool Show(std::string& text, const TextViewOptions& options) {
-    Prepare(text, options);
+    Prepare(options);
+    txtText_.SetText(text);
     window_->ShowModal(nullptr);
     if (accepted_) text = txtText_.Text();
     window_->Unload();
     return accepted_;
   }
 
+  void View(std::string text, const TextViewOptions& options) {
+    Prepare(options);
+    txtText_.SetText(std::exchange(text, {}));
+    window_->ShowModal(nullptr);
+    window_->Unload();
+  }
+
  private:
-  void Prepare(const std::string& text, const TextViewOptions& options) {
+  void Prepare(const TextViewOptions& options) {
     window_->SetHelpContext(options.helpContext);
     txtText_.SetLocked(!options.editable);
     cmdOpen_.SetVisible(options.editable);
@@ -59,7 +68,6 @@ class frmText {
     cmdCancel_.SetVisible(options.editable);
     chkWordWrap_.SetValue(options.wordWrap);
     document_.SetWordWrap(options.wordWrap);
-    txtText_.SetText(text);
     if (!options.filter.empty()) dlgCommon_.filter = options.filter + "|" + dlgCommon_.filter;
     accepted_ = false;
     const Rect at = window_->Bounds();
@@ -132,6 +140,13 @@ class frmText {
 bool ShowText(const Global& global, SqlTarget& sqlWindow, std::string& text,
               const TextViewOptions& options) {
   return frmText(global, sqlWindow).Show(text, options);
+}
+
+void ViewText(const Global& global, SqlTarget& sqlWindow, std::string text,
+              const TextViewOptions& options) {
+  TextViewOptions readOnly = options;
+  readOnly.editable = false;
+  frmText(global, sqlWindow).View(std::move(text), readOnly);
 }
 
 }  // namespace tessel

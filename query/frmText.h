@@ -24,4 +24,9 @@ struct TextViewOptions {
 bool ShowText(const Global& global, SqlTarget& sqlWindow, std::string& text,
               const TextViewOptions& options);
 
+/// Shows a text to be read only, in the same window. The text is let go once the window has it:
+/// meant for long ones.
+void ViewText(const Global& global, SqlTarget& sqlWindow, std::string text,
+              const TextViewOptions& options);
+
 }  // namespace tessel

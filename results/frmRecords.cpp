@@ -55,7 +55,8 @@ frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
       dataGrid_(window_->Find<DataGrid>("DataGrid")),
       menuRecords_(window_->Menu("menuRecords")),
       status_(global.TheDesktop().TheClock(), txtStatus_, cmdCnErrors_),
-      history_(global.TheDesktop(), *window_, *this) {
+      history_(global.TheDesktop(), *window_, *this),
+      conversion_(global, *window_, async, host) {
   Form_Load();
 }
 
@@ -81,6 +82,7 @@ void frmRecords::WireControls() {
   cmdReconnect_.Click = [this] { cmdReconnect_Click(); };
   cboCatalog_.Click = [this] { cboCatalog_Click(); };
   chkLock_.Click = [this] { chkLock_Click(); };
+  chkRecords_.Click = [this] { chkRecords_Click(); };
   blobDataFormat_.Format = [](const ValueView& value, std::string& shown) {
     BLOBDataFormat_Format(value, shown);
   };
@@ -156,7 +158,7 @@ bool frmRecords::OpenConnection() {
   if (!async_.DoConnect(mCn_, userName_, password_)) return false;
   freeThreaded_ = AllowsAsynchronousWork(*mCn_);
   ListCatalogs();
-  return true;
+  return (mCn_->State() & objectState::open) != 0;  // A cancel may have cost the connection.
 }
 
 void frmRecords::ListCatalogs() {
@@ -172,10 +174,13 @@ void frmRecords::ListCatalogs() {
   if (!remembered.empty()) cboCatalog_.SetText(remembered);
 }
 
-/// A provider that knows no list of catalogs leaves the one in use as the only choice.
+/// A provider that knows no list of catalogs leaves the one in use as the only choice, and so does
+/// a cancel.
 void frmRecords::AddOtherCatalogs(const std::string& inUse) {
   try {
-    const std::shared_ptr<Recordset> catalogs = mCn_->OpenSchema(SchemaRowset::Catalogs, {});
+    const std::shared_ptr<Recordset> catalogs =
+        async_.ReadSchema(*mCn_, SchemaRowset::Catalogs, {});
+    if (catalogs == nullptr) return;
     const auto nameField = catalogs->FindField("CATALOG_NAME");
     for (std::int64_t row = 0; nameField && row < catalogs->RecordCount(); ++row) {
       const std::string name = ToText(catalogs->ValueAt(row, *nameField));
@@ -394,6 +399,13 @@ void frmRecords::SetStatus(std::string_view text, Color color, StatusLine::Optio
 void frmRecords::UpdateTimer(std::int64_t start) {
   lblTimer_.SetCaption(FormatElapsed(global_.TheDesktop().TheClock().Milliseconds() - start));
   lblTimer_.SetVisible(true);
+}
+
+/// The box opens the Records menu below itself, and never stays checked.
+void frmRecords::chkRecords_Click() {
+  if (!chkRecords_.Value()) return;
+  chkRecords_.SetValue(false);
+  window_->PopupMenu(window_->Menu("menuRecords"), &chkRecords_, 0, chkRecords_.Bounds().height);
 }
 
 void frmRecords::chkLock_Click() {

@@ -13,6 +13,7 @@
 #include "platform/Label.h"
 #include "platform/ListControls.h"
 #include "results/QueryHistory.h"
+#include "results/RecordConversion.h"
 #include "results/RecordsHost.h"
 #include "results/StatusLine.h"
 #include "schema/TagScanner.h"
@@ -111,6 +112,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   void UpdateTimer(std::int64_t start);
 
   void chkLock_Click();
+  void chkRecords_Click();
   void cmdCnErrors_Click();
   void ShowProperties();
 
@@ -145,6 +147,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   MenuItem& menuRecords_;
   StatusLine status_;
   QueryHistory history_;
+  RecordConversion conversion_;
 
   int windowID_ = -1;
   std::shared_ptr<Connection> mCn_;

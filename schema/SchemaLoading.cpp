@@ -56,7 +56,7 @@ class Loading {
       connection_->ClearErrors();
       hasViews_ = false;
     }
-    return connection_->OpenSchema(SchemaRowset::Tables, {"", "", "", "TABLE"});
+    return async_.ReadSchema(*connection_, SchemaRowset::Tables, {"", "", "", "TABLE"});
   }
 
   Rows OpenFields() {
@@ -66,8 +66,8 @@ class Loading {
       connection_->ClearErrors();
       if (!AskForSecondWay()) return nullptr;
     }
-    Rows rows = connection_->OpenSchema(SchemaRowset::Columns, {});
-    rows->SetSort("TABLE_NAME, ORDINAL_POSITION");
+    Rows rows = async_.ReadSchema(*connection_, SchemaRowset::Columns, {});
+    if (rows != nullptr) rows->SetSort("TABLE_NAME, ORDINAL_POSITION");
     return rows;
   }
 

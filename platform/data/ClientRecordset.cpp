@@ -56,7 +56,8 @@ void ClientRecordset::Open(int options) {
   const std::shared_ptr<DataConnection> connection = connection_.lock();
   if (!connection)
     throw Error(errorNumber::objectClosed, "Tessel", "The recordset's connection is gone.");
-  connection->Execute(shared_from_this(), source_, options);
+  if (schema_) connection->ReadSchema(shared_from_this(), *schema_, options);
+  else connection->Execute(shared_from_this(), source_, options);
 }
 
 void ClientRecordset::Cancel() {

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Recordset.h"
@@ -70,10 +71,14 @@ class ClientRecordset : public Recordset,
   void Delete(int options) override;
   [[nodiscard]] const Properties& RecordsetProperties() const override { return rows_->properties; }
 
+  /// Its rows, in the order of arrival.
+  [[nodiscard]] const RowStore& Store() const { return rows_->store; }
   /// Bytes that its rows take, as allocated.
   [[nodiscard]] std::size_t HeldBytes() const { return rows_->store.HeldBytes(); }
 
   // --- for the connection ----------------------------------------------------------------------
+  /// Open reads this, not the source.
+  void SetSchema(SchemaRequest request) { schema_ = std::move(request); }
   /// A command runs for this recordset.
   void BeginExecute(std::shared_ptr<Task> task);
   /// The command has a result with these fields; its rows follow.
@@ -112,6 +117,7 @@ class ClientRecordset : public Recordset,
 
   std::weak_ptr<DataConnection> connection_;
   std::string source_;
+  std::optional<SchemaRequest> schema_;  ///< What Open reads in place of the source.
   LockType lock_ = LockType::ReadOnly;
   int state_ = objectState::closed;
   std::shared_ptr<Task> task_;    ///< What fetches for it, else null.

@@ -7,6 +7,7 @@
 
 #include "platform/Value.h"
 #include "platform/data/GrowBuffer.h"
+#include "platform/data/SpillFile.h"
 
 namespace tessel {
 
@@ -77,7 +78,9 @@ struct Chunk {
 
   std::vector<ColumnChunk> columns;
   std::size_t rows = 0;
+  std::shared_ptr<const FilePart> part;  ///< Where its cells stand; null: in memory.
 
+  /// Bytes of memory, as allocated; a chunk that stands in a file has none.
   [[nodiscard]] std::size_t HeldBytes() const;
 };
 

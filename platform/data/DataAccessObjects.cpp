@@ -20,8 +20,9 @@ std::shared_ptr<const ProviderRegistry> AllProviders() {
 
 }  // namespace
 
-DataAccessObjects::DataAccessObjects(EventQueue& queue, FailureSink* failures)
-    : services_{queue, failures, AllProviders(), std::make_shared<LeftBehind>()} {}
+DataAccessObjects::DataAccessObjects(EventQueue& queue, FailureSink* failures, RowMemory memory)
+    : services_{queue, failures, AllProviders(), std::make_shared<LeftBehind>(),
+                std::move(memory)} {}
 
 std::shared_ptr<Connection> DataAccessObjects::CreateConnection() {
   return std::make_shared<DataConnection>(services_);

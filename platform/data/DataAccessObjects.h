@@ -15,7 +15,9 @@ class DataAccessObjects : public DataAccess {
  public:
   /// `queue` carries the notices; `failures` gets what event handlers throw (null: it passes
   /// through, out of the notice). Both outlive this and all connections.
-  explicit DataAccessObjects(EventQueue& queue, FailureSink* failures = nullptr);
+  /// `memory` is what the rows of each result may take.
+  explicit DataAccessObjects(EventQueue& queue, FailureSink* failures = nullptr,
+                             RowMemory memory = RowMemory::OfMachine());
 
   [[nodiscard]] std::shared_ptr<Connection> CreateConnection() override;
   [[nodiscard]] std::vector<std::string> ProviderNames() const override;

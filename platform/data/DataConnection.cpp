@@ -194,6 +194,14 @@ DataConnection::OpenSchema(SchemaRowset schema, const std::vector<std::string>& 
   return recordset;
 }
 
+std::shared_ptr<Recordset>
+DataConnection::CreateSchemaRecordset(SchemaRowset schema,
+                                      const std::vector<std::string>& restrictions) {
+  auto recordset = std::make_shared<ClientRecordset>(weak_from_this());
+  recordset->SetSchema({schema, restrictions});
+  return recordset;
+}
+
 std::shared_ptr<Recordset> DataConnection::CreateRecordset() {
   return std::make_shared<ClientRecordset>(weak_from_this());
 }
@@ -204,8 +212,19 @@ void DataConnection::Execute(const std::shared_ptr<ClientRecordset>& recordset,
                              const std::string& sql, int options) {
   RequireIdle();
   if (IsBlank(sql)) throw Error(errorNumber::application, "Tessel", "The command text is empty.");
+  Start(recordset, std::make_shared<ExecuteTask>(sql, services_.rowMemory), options);
+}
+
+void DataConnection::ReadSchema(const std::shared_ptr<ClientRecordset>& recordset,
+                                const SchemaRequest& request, int options) {
+  RequireIdle();
+  Start(recordset, std::make_shared<SchemaTask>(request), options);
+}
+
+void DataConnection::Start(const std::shared_ptr<ClientRecordset>& recordset,
+                           std::shared_ptr<Task> task, int options) {
   const auto execution = std::make_shared<Execution>();
-  execution->task = std::make_shared<ExecuteTask>(sql);
+  execution->task = std::move(task);
   execution->recordset = runningFor_ = recordset;
   const auto deliver = [execution](DataConnection& self) { self.DeliverExecution(*execution); };
   recordset->BeginExecute(execution->task);

@@ -11,6 +11,7 @@
 #include "platform/data/ClientRecordset.h"
 #include "platform/data/LeftBehind.h"
 #include "platform/data/Provider.h"
+#include "platform/data/RowMemory.h"
 #include "platform/data/RowWriter.h"
 #include "platform/data/SessionHost.h"
 #include "platform/data/Task.h"
@@ -23,6 +24,7 @@ struct ConnectionServices {
   FailureSink* failures = nullptr;  ///< May be null: what a handler throws then passes through.
   std::shared_ptr<const ProviderRegistry> providers;
   std::shared_ptr<LeftBehind> leftBehind;
+  RowMemory rowMemory = RowMemory::OfMachine();  ///< Of each result.
 };
 
 /// A row that is being changed, among those it belongs to.
@@ -62,6 +64,8 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   void SetDefaultDatabase(const std::string& name) override;
   [[nodiscard]] std::shared_ptr<Recordset>
   OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
+  [[nodiscard]] std::shared_ptr<Recordset>
+  CreateSchemaRecordset(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
   [[nodiscard]] std::shared_ptr<Recordset> CreateRecordset() override;
 
   // --- for its recordsets ----------------------------------------------------------------------
@@ -73,13 +77,16 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
              int options);
   /// Announces the end of a change that was nothing to write.
   void AnnounceChange(const std::shared_ptr<ClientRecordset>& recordset);
+  /// Reads a schema rowset for `recordset`, in the same way.
+  void ReadSchema(const std::shared_ptr<ClientRecordset>& recordset, const SchemaRequest& request,
+                  int options);
   /// Asks `task` to stop, if it is the one that runs.
   void CancelTask(const std::shared_ptr<Task>& task);
 
  private:
   /// A command from its start to the delivery of its end, as the UI thread sees it.
   struct Execution {
-    std::shared_ptr<ExecuteTask> task;
+    std::shared_ptr<Task> task;
     std::weak_ptr<ClientRecordset> recordset;
     bool asyncFetch = false;
     bool hasRows = false;  ///< ExecuteComplete was raised for a result with columns.
@@ -98,6 +105,8 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   void Begin(const std::shared_ptr<Task>& task, int stateBits);
   void SetNotices(Task& task, std::function<void(DataConnection&)> deliver);
   void Call(CallTask::Body body);
+  void Start(const std::shared_ptr<ClientRecordset>& recordset, std::shared_ptr<Task> task,
+             int options);
   void DropHost();
   void ReleaseRunning();
 

@@ -26,7 +26,17 @@ class GrowBuffer {
     std::swap(capacity_, other.capacity_);
     return *this;
   }
-  ~GrowBuffer() { std::free(data_); }
+  ~GrowBuffer() {
+    if (capacity_ != 0) std::free(data_);
+  }
+  /// Bytes of somebody else, who keeps them for as long as the buffer lives: they take no memory of
+  /// its own, and it must not be changed.
+  [[nodiscard]] static GrowBuffer Over(const std::byte* bytes, std::size_t size) {
+    GrowBuffer buffer;
+    buffer.data_ = const_cast<std::byte*>(bytes);
+    buffer.size_ = size;
+    return buffer;
+  }
 
   [[nodiscard]] std::size_t Size() const { return size_; }
   [[nodiscard]] std::size_t Capacity() const { return capacity_; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -8,8 +9,8 @@
 
 namespace tessel {
 
-/// The rows of one result: chunks in order, only ever added to. Row numbers count from 0. UI
-/// thread.
+/// The rows of one result: chunks in order, only ever added to. Row numbers count from 0. Of the
+/// chunks that stand in a file those not looked at lately give their memory back. UI thread.
 class RowStore {
  public:
   void Add(ChunkPtr chunk);
@@ -21,15 +22,24 @@ class RowStore {
     return chunks_[index]->columns[column].At(static_cast<std::size_t>(row - starts_[index]));
   }
   [[nodiscard]] const std::vector<ChunkPtr>& Chunks() const { return chunks_; }
-  /// Bytes of all cells, as allocated.
+  /// Bytes of memory that all cells take, as allocated; cells that stand in a file take none.
   [[nodiscard]] std::size_t HeldBytes() const;
 
  private:
+  /// Of the chunks in a file so much may stay in memory.
+  static constexpr std::size_t residentBytes = std::size_t{64} << 20U;
+  static constexpr std::chrono::milliseconds trimInterval{50};
+  using Time = std::chrono::steady_clock::time_point;
+
   [[nodiscard]] std::size_t ChunkOf(std::int64_t row) const;
+  void NoteLook(std::size_t chunk) const;
+  void LetGoOfOthers(Time now) const;
 
   std::vector<ChunkPtr> chunks_;
   std::vector<std::int64_t> starts_;
   std::int64_t rows_ = 0;
+  mutable std::vector<Time> looked_;  ///< At each chunk in a file that may be in memory.
+  mutable Time trimmed_;
   mutable std::size_t lastChunk_ =
       0;  ///< Where the last look was: most looks go to the same chunk again.
 };

@@ -10,6 +10,12 @@
 
 namespace tessel {
 
+/// A schema rowset that is asked for; `restrictions` as of Connection::OpenSchema.
+struct SchemaRequest {
+  SchemaRowset schema = SchemaRowset::Tables;
+  std::vector<std::string> restrictions;
+};
+
 /// A text that the database may leave out (null).
 using OptionalText = std::optional<std::string>;
 

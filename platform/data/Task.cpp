@@ -15,6 +15,10 @@ std::vector<ErrorInfo>& operator+=(std::vector<ErrorInfo>& list, std::vector<Err
   return list;
 }
 
+void ThrowIfAny(const std::optional<Error>& error) {
+  if (error) throw Error(*error);
+}
+
 }  // namespace
 
 void Task::End(std::optional<ErrorInfo> failure, bool sessionLost) {
@@ -115,6 +119,20 @@ void CallTask::Run(ProviderSession& session) {
   Tell([&](TaskNews& news) { news.catalog = std::move(catalog); }, false);
 }
 
+void SchemaTask::Run(ProviderSession& session) {
+  SchemaRows rows(request_.schema, request_.restrictions);
+  session.ReadSchema(rows, *this);
+  rows.Sink().CloseChunk();
+  Tell(
+      [&](TaskNews& news) {
+        news.executed = true;
+        news.fields = rows.Fields();
+        news.chunks = rows.Sink().TakeChunks();
+        news.rowsFetched = rows.Sink().Rows();
+      },
+      false);
+}
+
 void ExecuteTask::Run(ProviderSession& session) {
   try {
     RunCommand(session);
@@ -178,10 +196,10 @@ void ExecuteTask::FetchAll(ProviderSession& session, std::size_t columns) {
       OfferRows(rows);
     }
   } catch (...) {
-    HandOverLast(rows);
+    (void)HandOverLast(rows);
     throw;
   }
-  HandOverLast(rows);
+  ThrowIfAny(HandOverLast(rows));
 }
 
 /// Now and then gives what was fetched to the UI thread: so that it can be seen, and is not lost
@@ -201,22 +219,26 @@ void ExecuteTask::OfferRows(RowSink& rows) {
     lastChunk_ = now;
     rows.CloseChunk();
   }
-  HandOver(rows, tell);
+  ThrowIfAny(HandOver(rows, tell));
 }
 
-void ExecuteTask::HandOver(RowSink& rows, bool tell) {
+/// Rows for which there is no room are handed over all the same: they are there.
+std::optional<Error> ExecuteTask::HandOver(RowSink& rows, bool tell) {
+  std::vector<ChunkPtr> chunks = rows.TakeChunks();
+  std::optional<Error> noRoom = keeper_.Keep(chunks);
   Tell(
       [&](TaskNews& news) {
-        std::ranges::move(rows.TakeChunks(), std::back_inserter(news.chunks));
+        std::ranges::move(chunks, std::back_inserter(news.chunks));
         news.rowsFetched = rows.Rows();
         news.progress = news.progress || tell;
       },
       tell);
+  return noRoom;
 }
 
-void ExecuteTask::HandOverLast(RowSink& rows) {
+std::optional<Error> ExecuteTask::HandOverLast(RowSink& rows) {
   rows.CloseChunk();
-  HandOver(rows, false);
+  return HandOver(rows, false);
 }
 
 void ExecuteTask::Drain(ProviderSession& session) {

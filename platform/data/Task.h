@@ -13,6 +13,7 @@
 #include "platform/data/ColumnChunk.h"
 #include "platform/data/Operation.h"
 #include "platform/data/Provider.h"
+#include "platform/data/RowMemory.h"
 
 namespace tessel {
 
@@ -124,6 +125,17 @@ class CallTask : public Task {
   Body body_;
 };
 
+/// Reads a schema rowset.
+class SchemaTask : public Task {
+ public:
+  explicit SchemaTask(SchemaRequest request) : request_(std::move(request)) {}
+
+  void Run(ProviderSession& session) override;
+
+ private:
+  SchemaRequest request_;
+};
+
 /// Runs a command and fetches its rows.
 class ExecuteTask : public Task {
  public:
@@ -136,7 +148,8 @@ class ExecuteTask : public Task {
   /// The worker looks up from fetching after so many rows; sooner where rows come slowly.
   static constexpr std::size_t mostRowsAtOnce = 256;
 
-  explicit ExecuteTask(std::string sql) : sql_(std::move(sql)) {}
+  explicit ExecuteTask(std::string sql, RowMemory memory = RowMemory::OfMachine())
+      : sql_(std::move(sql)), keeper_(std::move(memory)) {}
 
   void Run(ProviderSession& session) override;
 
@@ -144,13 +157,14 @@ class ExecuteTask : public Task {
   void RunCommand(ProviderSession& session);
   void FetchAll(ProviderSession& session, std::size_t columns);
   void OfferRows(RowSink& rows);
-  void HandOver(RowSink& rows, bool tell);
-  void HandOverLast(RowSink& rows);
+  [[nodiscard]] std::optional<Error> HandOver(RowSink& rows, bool tell);
+  [[nodiscard]] std::optional<Error> HandOverLast(RowSink& rows);
   void Drain(ProviderSession& session);
   void LeaveCommand(ProviderSession& session) noexcept;
   void TellFields(ProviderSession& session);
 
   std::string sql_;
+  ChunkKeeper keeper_;
   std::vector<FieldInfo> fields_;
   std::chrono::steady_clock::time_point lastLook_;
   std::chrono::steady_clock::time_point lastHandOver_;

@@ -86,7 +86,17 @@ std::unique_ptr<Window> QtDesktop::MakeWindow(std::string_view formName) {
 }
 
 MessageResult QtDesktop::ShowMessage(const Message& message) {
-  return ShowMessageBox(message, QApplication::activeWindow(), parts_->core.loops);
+  Message guarded = message;
+  if (message.help) {
+    guarded.help = [this, help = message.help] {
+      try {
+        help();
+      } catch (...) {
+        parts_->core.showFailure(std::current_exception());
+      }
+    };
+  }
+  return ShowMessageBox(guarded, QApplication::activeWindow(), parts_->core.loops);
 }
 
 Clipboard& QtDesktop::TheClipboard() { return parts_->clipboard; }

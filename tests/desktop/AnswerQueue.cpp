@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QDialog>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QMenu>
@@ -10,6 +11,8 @@
 #include <QPushButton>
 #include <QTest>
 #include <algorithm>
+#include <cstdlib>
+#include <iostream>
 
 #include <gtest/gtest.h>
 
@@ -23,6 +26,8 @@ namespace {
 constexpr int lookMilliseconds = 2;
 /// A window that ends by itself is not unexpected; one that stays so long is.
 constexpr int patience = 1500;
+/// A test that brings up more of them would never end.
+constexpr int mostRefused = 10;
 
 QDialogButtonBox::StandardButton ButtonOf(MessageResult answer) {
   switch (answer) {
@@ -67,7 +72,7 @@ void AnswerQueue::OnDialog(std::function<void(QWidget&)> step) {
   answers_.push_back({"dialog", "", std::move(step)});
 }
 
-/// Each window that has come up is answered once.
+/// A window is not answered while its last answer still runs: that may have opened another one.
 void AnswerQueue::Look() {
   ForgetHidden();
   QWidget* shown = QApplication::activePopupWidget();
@@ -89,10 +94,8 @@ void AnswerQueue::Give(const std::string& kind, const std::string& name, QWidget
       !answers_.empty() && answers_.front().kind == kind && answers_.front().name == name;
   if (!expected) {
     if (++unexpectedLooks_ * lookMilliseconds < patience) return;
-    ADD_FAILURE() << "Unexpected " << kind << ": " << name;
     unexpectedLooks_ = 0;
-    shown.hide();
-    return;
+    return Refuse(kind + ": " + name, shown);
   }
   unexpectedLooks_ = 0;
   const Answer answer = std::move(answers_.front());
@@ -100,8 +103,18 @@ void AnswerQueue::Give(const std::string& kind, const std::string& name, QWidget
   answered_.emplace_back(&shown);
   QTimer::singleShot(0, &shown, [this, answer, window = QPointer<QWidget>(&shown)] {
     answer.step(*window);
-    ForgetHidden();
+    std::erase(answered_, window);
   });
+}
+
+void AnswerQueue::Refuse(const std::string& what, QWidget& shown) {
+  ADD_FAILURE() << "Unexpected " << what;
+  if (++refused_ > mostRefused) {
+    std::cerr << "Windows keep coming up that nobody answers, such as " << what << std::endl;
+    std::abort();
+  }
+  if (auto* dialog = qobject_cast<QDialog*>(&shown)) return dialog->reject();
+  shown.close();
 }
 
 void AnswerQueue::ForgetHidden() {

@@ -38,12 +38,15 @@ class AnswerQueue {
 
   void Look();
   void Give(const std::string& kind, const std::string& name, QWidget& shown);
+  /// Fails the test and closes the window; ends the program when that leads nowhere.
+  void Refuse(const std::string& what, QWidget& shown);
   void ForgetHidden();
 
   std::deque<Answer> answers_;
   QTimer timer_;
-  std::vector<QPointer<QWidget>> answered_;  ///< Answered and perhaps still shown.
+  std::vector<QPointer<QWidget>> answered_;  ///< Those whose answer runs.
   int unexpectedLooks_ = 0;
+  int refused_ = 0;
 };
 
 /// Chooses a command of an open menu with the mouse.

@@ -35,7 +35,10 @@ class FrameTest : public DesktopFixture {
   }
   [[nodiscard]] QMainWindow& Main() { return dynamic_cast<QMainWindow&>(AsQt(*frame).Root()); }
   [[nodiscard]] QRect PlaceOf(Window& window) { return AsQt(window).Outer().geometry(); }
-  [[nodiscard]] QRect Room() { return Main().findChild<QMdiArea*>()->viewport()->rect(); }
+  /// Where documents may stand when none needs to be scrolled to.
+  [[nodiscard]] QRect Room() {
+    return {QPoint(), Main().findChild<QMdiArea*>()->maximumViewportSize()};
+  }
 
   std::unique_ptr<Window> frame = ShowForm("frmMDI");
   std::unique_ptr<Window> query = ShowForm("frmMain");

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QMenu>
 #include <QMimeData>
@@ -77,21 +76,14 @@ class GridTest : public DesktopFixture {
 
 TEST_F(GridTest, ReadsOnlyWhatItShows) {
   const auto fresh = OrdersOf(million);
-  QElapsedTimer timer;
-  timer.start();
   grid.SetDataSource(fresh);
   host.Settle();
   static_cast<void>(view.grab());
-  EXPECT_LT(timer.elapsed(), 1500);
   EXPECT_LT(fresh->Reads(), 10'000);
-  std::cout << "a million rows shown in " << timer.elapsed() << " ms with " << fresh->Reads()
-            << " reads\n";
 }
 
-TEST_F(GridTest, GoesToTheEndAndBackAtOnce) {
+TEST_F(GridTest, GoesToTheEndAndBackReadingLittle) {
   const std::int64_t before = rows->Reads();
-  QElapsedTimer timer;
-  timer.start();
   PressKeyCode(key::end, shiftState::ctrl);
   host.Settle();
   EXPECT_EQ(CurrentRow(), million - 1);
@@ -101,7 +93,6 @@ TEST_F(GridTest, GoesToTheEndAndBackAtOnce) {
   host.Settle();
   EXPECT_EQ(CurrentRow(), 0);
   EXPECT_EQ(grid.CurrentColumn(), 0);
-  EXPECT_LT(timer.elapsed(), 1000);
   EXPECT_LT(rows->Reads() - before, 10'000);
 }
 
@@ -207,15 +198,11 @@ TEST_F(GridTest, AnHtmlTableIsCopiedToo) {
   grid.SetDataSource(nullptr);
 }
 
-TEST_F(GridTest, AWholeColumnIsCopiedWithoutDelay) {
+TEST_F(GridTest, AMillionCellsAreCopiedAsText) {
   grid.SetSelColumns(0, 0);
-  QElapsedTimer timer;
-  timer.start();
   const std::string text = Copied();
   EXPECT_TRUE(text.ends_with("\r\n999999\r\n1000000"));
   EXPECT_FALSE(QApplication::clipboard()->mimeData()->hasHtml()) << "too many cells for a table";
-  EXPECT_LT(timer.elapsed(), 10'000);
-  std::cout << "a million cells copied in " << timer.elapsed() << " ms\n";
 }
 
 TEST_F(GridTest, CtrlCCopies) {
@@ -330,12 +317,9 @@ TEST_F(GridTest, ShowsTheColoursItIsGiven) {
 
 TEST_F(GridTest, AMillionRowsAreSelectedWithShift) {
   ClickRow(0);
-  QElapsedTimer timer;
-  timer.start();
   view.scrollToBottom();
   ClickRow(static_cast<int>(million) - 1, Qt::ShiftModifier);
   EXPECT_EQ(grid.SelBookmarks().size(), static_cast<std::size_t>(million));
-  EXPECT_LT(timer.elapsed(), 3000);
 }
 
 }  // namespace

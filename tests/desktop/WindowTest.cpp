@@ -189,6 +189,7 @@ TEST_F(MessageTest, AFailingHelpIsShownAndTheBoxStays) {
   QTimer::singleShot(20, qApp, [&] {
     auto* box = qobject_cast<MessageDialog*>(QApplication::activeModalWidget());
     ASSERT_NE(box, nullptr);
+    host.OnMessage("No help.", MessageResult::Ok);
     QTest::mouseClick(box->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Help),
                       Qt::LeftButton);
     EXPECT_TRUE(box->isVisible());

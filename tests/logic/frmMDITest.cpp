@@ -346,12 +346,13 @@ TEST_F(frmMDITest, WindowsAreTiled) {
   EXPECT_EQ(mdi().Arranged(), Tiling::Vertical);
 }
 
-TEST_F(frmMDITest, TheFirstConnectionStandsBelowTheQueryWindowAndLaterOnesMoveNothing) {
+TEST_F(frmMDITest, EachConnectionIsTiledAsTheUserTiledLast) {
   Start();
   EXPECT_EQ(mdi().Arranged(), std::nullopt);
   Connect("A");
   EXPECT_EQ(mdi().Arranged(), Tiling::Horizontal);
   mdi().ChooseMenu("mnuWindowTileVert");
+  mdi().Arrange(Tiling::Horizontal);
   Connect("B");
   EXPECT_EQ(mdi().Arranged(), Tiling::Vertical);
 }

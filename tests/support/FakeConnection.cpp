@@ -178,17 +178,32 @@ void FakeConnection::End(Operation& operation) {
 // --- commands
 // ----------------------------------------------------------------------------------------
 
-void FakeConnection::Execute(const std::shared_ptr<FakeRecordset>& recordset, int options) {
-  RequireIdle();
-  const std::string& sql = recordset->Source();
+FakeResult FakeConnection::AnswerFor(const FakeRecordset& recordset, int options) {
+  if (const auto& schema = recordset.Schema()) {
+    try {
+      FakeResult rows = server_->SchemaRows(schema->first, schema->second);
+      rows.holdExecuting = server_->holdSchemas.contains(schema->first);
+      return rows;
+    } catch (const Error& error) {
+      FakeResult failed;
+      failed.failure = error.Info();
+      return failed;
+    }
+  }
+  const std::string& sql = recordset.Source();
   if (IsBlank(sql))
     throw Error(errorNumber::application, "FakeServer", "The command text is empty.");
+  log_->executed.push_back({connectionString_, sql, (options & openOption::asyncExecute) != 0});
+  return server_->TakeAnswer(sql);
+}
+
+void FakeConnection::Execute(const std::shared_ptr<FakeRecordset>& recordset, int options) {
+  RequireIdle();
   const auto operation = std::make_shared<Operation>();
   operation->stage = objectState::executing;
   operation->async = (options & openOption::asyncExecute) != 0;
   operation->recordset = recordset;
-  log_->executed.push_back({connectionString_, sql, operation->async});
-  operation->result = server_->TakeAnswer(sql);
+  operation->result = AnswerFor(*recordset, options);
   recordset->BeginExecute(operation.get());
   Begin(operation);
   RunOn(operation);
@@ -268,6 +283,14 @@ FakeConnection::OpenSchema(SchemaRowset schema, const std::vector<std::string>& 
   errors_.clear();
   const auto recordset = std::make_shared<FakeRecordset>(weak_from_this());
   recordset->Fill(server_->SchemaRows(schema, restrictions));
+  return recordset;
+}
+
+std::shared_ptr<Recordset>
+FakeConnection::CreateSchemaRecordset(SchemaRowset schema,
+                                      const std::vector<std::string>& restrictions) {
+  auto recordset = std::make_shared<FakeRecordset>(weak_from_this());
+  recordset->SetSchema(schema, restrictions);
   return recordset;
 }
 

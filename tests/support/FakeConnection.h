@@ -60,6 +60,8 @@ class FakeConnection final : public Connection,
   void SetDefaultDatabase(const std::string& name) override;
   [[nodiscard]] std::shared_ptr<Recordset>
   OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
+  [[nodiscard]] std::shared_ptr<Recordset>
+  CreateSchemaRecordset(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
   [[nodiscard]] std::shared_ptr<Recordset> CreateRecordset() override;
 
   // --- for recordsets
@@ -93,6 +95,7 @@ class FakeConnection final : public Connection,
   using OperationPtr = std::shared_ptr<Operation>;
 
   void RequireIdle() const;
+  [[nodiscard]] FakeResult AnswerFor(const FakeRecordset& recordset, int options);
   void Begin(const OperationPtr& operation);
   void RunOn(const OperationPtr& operation);
   void Step(const OperationPtr& operation);

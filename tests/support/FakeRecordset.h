@@ -2,9 +2,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "platform/Connection.h"
 #include "platform/Recordset.h"
 #include "tests/support/FakeServer.h"
 
@@ -66,6 +69,13 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
     return store_->properties;
   }
 
+  /// What Open reads in place of the source; nothing: the source.
+  using SchemaRequest = std::pair<SchemaRowset, std::vector<std::string>>;
+  [[nodiscard]] const std::optional<SchemaRequest>& Schema() const { return schema_; }
+  void SetSchema(SchemaRowset schema, std::vector<std::string> restrictions) {
+    schema_.emplace(schema, std::move(restrictions));
+  }
+
   // --- for the connection; `operation` is the one that the rows come from
   // --------------------------
   void BeginExecute(const void* operation);
@@ -88,6 +98,7 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
 
   std::weak_ptr<FakeConnection> connection_;
   std::string source_;
+  std::optional<SchemaRequest> schema_;
   LockType lock_ = LockType::ReadOnly;
   int state_ = objectState::closed;
   const void* operation_ = nullptr;

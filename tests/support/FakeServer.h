@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -93,6 +94,7 @@ class FakeServer {
   std::optional<ErrorInfo> closeFailure;
   std::map<std::string, ErrorInfo> catalogFailures;  ///< By the name as given.
   std::map<SchemaRowset, ErrorInfo> schemaFailures;
+  std::set<SchemaRowset> holdSchemas;  ///< Reading these goes on until it is cancelled or resumed.
 
   FakeServer();
 

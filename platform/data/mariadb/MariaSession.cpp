@@ -65,6 +65,12 @@ void MariaSession::Open(const Login& login, Operation& operation) {
   target_.AddLogin(login);
   connection_ = std::make_unique<MariaConnection>();
   connection_->Open(target_.login, target_.limit, operation);
+  // The client library goes on in the clear when the server has no TLS, whatever was demanded.
+  if (target_.login.useSsl && connection_->Cipher().empty()) {
+    connection_.reset();
+    throw Error(errorNumber::database, std::string(source),
+                "SSL is required by the connection string, but the server does not offer it.");
+  }
   ChooseDialect();
 }
 

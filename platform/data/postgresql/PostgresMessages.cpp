@@ -43,7 +43,7 @@ ErrorInfo ToErrorInfo(const PqMessage& message, std::int32_t number, const std::
   AddLine(info.description, "DETAIL", message.detail);
   AddLine(info.description, "HINT", message.hint);
   AddLine(info.description, "QUERY", message.innerQuery);
-  AddLine(info.description, "CONTEXT", message.context);
+  if (number != errorNumber::information) AddLine(info.description, "CONTEXT", message.context);
   if (message.position > 0) info.description += "\n" + Place(sql, message.position);
   if (message.innerPosition > 0)
     info.description += "\n" + Place(message.innerQuery, message.innerPosition) + " of the query";

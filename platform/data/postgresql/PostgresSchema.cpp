@@ -61,19 +61,25 @@ void AddColumn(const PqResult& row, const std::string& catalog, SchemaRows& rows
 
 }  // namespace
 
+std::string PostgresSchemaQuery(SchemaRowset kind) {
+  const std::string from = fromTables;
+  if (kind == SchemaRowset::Catalogs) return catalogs;
+  if (kind == SchemaRowset::Tables) return tables + from + whereTables;
+  return columns + from + joinColumns + whereTables + ", a.attnum";
+}
+
 void ReadPostgresSchema(PqConnection& connection, SchemaRows& rows) {
   const std::string catalog = connection.Database();
   if (rows.Kind() == SchemaRowset::Catalogs)
-    return ForEachRow(connection, catalogs, {}, [&](const PqResult& row) {
+    return ForEachRow(connection, PostgresSchemaQuery(rows.Kind()), {}, [&](const PqResult& row) {
       rows.AddCatalog(TextAt(row, 0), OptionalTextAt(row, 1));
     });
+  const bool ofTables = rows.Kind() == SchemaRowset::Tables;
   const std::vector<std::string> names = {rows.Restriction(1), rows.Restriction(2)};
-  const std::string from = fromTables;
-  if (rows.Kind() == SchemaRowset::Tables)
-    return ForEachRow(connection, tables + from + whereTables, names,
-                      [&](const PqResult& row) { AddTable(row, catalog, rows); });
-  ForEachRow(connection, columns + from + joinColumns + whereTables + ", a.attnum", names,
-             [&](const PqResult& row) { AddColumn(row, catalog, rows); });
+  ForEachRow(connection, PostgresSchemaQuery(rows.Kind()), names, [&](const PqResult& row) {
+    if (ofTables) AddTable(row, catalog, rows);
+    else AddColumn(row, catalog, rows);
+  });
 }
 
 }  // namespace tessel

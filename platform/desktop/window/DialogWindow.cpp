@@ -38,6 +38,7 @@ DialogWindow::DialogWindow(std::string formName, std::unique_ptr<QWidget> form, 
 void DialogWindow::ShowModal(Window* owner) {
   QWidget* above = owner != nullptr ? WindowOf(owner) : QApplication::activeWindow();
   Dialog().hide();
+  if (above != nullptr) core_.loops.AwaitPlace(*above);
   PutAbove(above);
   OuterActivated();
   TellFirstSize();

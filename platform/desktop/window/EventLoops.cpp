@@ -133,4 +133,11 @@ void EventLoops::ProcessPending() {
   GiveUpWaiting();
 }
 
+void EventLoops::AwaitPlace(const QWidget& window) {
+  QWindow* handle = window.windowHandle();
+  if (handle == nullptr || !IsAwaited(*handle)) return;
+  const AllInputBlock block;
+  ProcessPending();
+}
+
 }  // namespace tessel

@@ -6,6 +6,7 @@
 class QDialog;
 class QEventLoop;
 class QMenu;
+class QWidget;
 
 namespace tessel {
 
@@ -31,6 +32,9 @@ class EventLoops {
   /// Processes what is pending, once. A window that was shown since the last time is given the
   /// chance to be painted.
   void ProcessPending();
+  /// A window manager places a new window in its own time; a dialog that is to stand in its middle
+  /// waits for that, without input, for a moment at most.
+  void AwaitPlace(const QWidget& window);
 
  private:
   class Running;

@@ -22,7 +22,7 @@ QRect Part(const QRect& whole, int n, int count, Tiling tiling) {
 
 void Tile(QMdiArea& area, Tiling tiling) {
   QList<QMdiSubWindow*> tiles;
-  QRect room = area.viewport()->rect();
+  QRect room(QPoint(), area.maximumViewportSize());  // Once tiled, nothing needs to scroll.
   int minimizedHeight = 0;
   for (QMdiSubWindow* window : area.subWindowList(QMdiArea::CreationOrder)) {
     if (window->isHidden()) continue;

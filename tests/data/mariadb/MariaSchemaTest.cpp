@@ -88,8 +88,8 @@ TEST_F(MariaSchema, ColumnsHaveTheTypesThatResultsHave) {
   const auto columns = connection_->OpenSchema(SchemaRowset::Columns, {"lib", "", "every"});
   std::vector<std::string> types;
   std::vector<std::string> names;
-  const auto every = Run("select * from lib.every");
-  for (const FieldInfo& field : every->Fields()) {
+  const auto rows = Run("select * from lib.every");
+  for (const FieldInfo& field : rows->Fields()) {
     types.push_back(std::to_string(static_cast<int>(field.type)));
     names.push_back(field.typeName);
   }

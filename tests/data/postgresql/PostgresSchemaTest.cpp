@@ -15,7 +15,8 @@ class PostgresSchema : public PostgresTest {
     Run("create table lib.a_b (id int not null primary key, name varchar(20), amount "
         "decimal(10,2) not null, gone int, tags text[])");
     Run("alter table lib.a_b drop gone; comment on table lib.a_b is 'first; table'");
-    Run("create table lib.axb (other int); create table public.axb (n int)");
+    Run("create table lib.axb (other int); drop table if exists public.axb; create table "
+        "public.axb (n int)");
     Run("create view lib.seen as select id from lib.a_b");
     Run("create materialized view lib.kept as select id from lib.a_b");
     Run("create domain lib.small as int; create table lib.parts (n lib.small) partition by list "

@@ -11,9 +11,13 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "tests/data/servers/Sockets.h"
+
 namespace tessel::test {
 
 namespace {
+
+constexpr int backlog = 64;
 
 sockaddr_in Loopback(int port) {
   sockaddr_in address{};
@@ -41,6 +45,25 @@ bool Connect(int socket, int port) {
 
 }  // namespace
 
+int ListenOnLoopback(int& port) {
+  const int listener = NewSocket();
+  sockaddr_in address = Loopback(0);
+  socklen_t size = sizeof address;
+  if (bind(listener, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
+      listen(listener, backlog) != 0)
+    throw std::runtime_error("Cannot listen on the loopback interface.");
+  getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size);
+  port = ntohs(address.sin_port);
+  return listener;
+}
+
+int ConnectToLoopback(int port) {
+  const int client = NewSocket();
+  if (Connect(client, port)) return client;
+  close(client);
+  return -1;
+}
+
 int FreePort() { return Listener(Listener::Behaviour::Refuse).Port(); }
 
 // The system completes connections of a listening socket by itself, up to the backlog; one that is
@@ -49,7 +72,7 @@ Listener::Listener(Behaviour behaviour) : socket_(NewSocket()) {
   sockaddr_in address = Loopback(0);
   socklen_t size = sizeof address;
   const bool bound = bind(socket_, reinterpret_cast<sockaddr*>(&address), size) == 0;
-  const bool listens = behaviour == Behaviour::Refuse || listen(socket_, 64) == 0;
+  const bool listens = behaviour == Behaviour::Refuse || listen(socket_, backlog) == 0;
   if (!bound || !listens) throw std::runtime_error("Cannot listen on the loopback interface.");
   getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size);
   port_ = ntohs(address.sin_port);

@@ -1,0 +1,380 @@
+#!/usr/bin/env python3
+"""Runs the measurements of the programs in this folder, ours and the raw one in turns, and prints
+one line a row: medians, ratio, aim, and "ok" or "short". To be started by bench/compare.sh."""
+import argparse
+import contextlib
+import os
+import pathlib
+import statistics
+import subprocess
+import sys
+import tempfile
+
+MEGABYTE = 1e6
+QUERY = "select * from orders"
+
+
+class Failed(Exception):
+    """A measurement that gave no figures."""
+
+
+def figures(command, environment=None):
+    """What a program told, by name."""
+    done = subprocess.run(command, capture_output=True, text=True, check=False, timeout=900,
+                          env={**os.environ, **(environment or {})})
+    if done.returncode != 0:
+        raise Failed("%s: %s" % (" ".join(command[:2]), done.stderr.strip() or done.returncode))
+    told = {}
+    for line in done.stdout.splitlines():
+        name, _, value = line.partition(" ")
+        told[name] = value if name == "file" else float(value)
+    return told
+
+
+class Setting:
+    """The programs, servers and tables that the rows measure with, each made at its first use."""
+
+    def __init__(self, arguments, stack):
+        self.arguments = arguments
+        self.programs = arguments.programs.resolve()
+        self.stack = stack
+        self.made = {}
+
+    def program(self, name, *arguments, environment=None):
+        return figures([str(self.programs / name), *map(str, arguments)], environment)
+
+    def data(self, *arguments, environment=None):
+        return self.program("compare_data", *arguments, environment=environment)
+
+    def once(self, name, make):
+        if name not in self.made:
+            self.made[name] = make()
+        return self.made[name]
+
+    # --- databases --------------------------------------------------------------------------------
+
+    def servers(self):
+        """Host, port, user, password and database by the server's name."""
+        def start():
+            process = self.stack.enter_context(subprocess.Popen(
+                [str(self.programs / "compare_servers")], stdin=subprocess.PIPE,
+                stdout=subprocess.PIPE, text=True))
+            self.stack.callback(process.stdin.close)
+            told = {}
+            while "folder" not in told:
+                line = process.stdout.readline()
+                if not line:
+                    raise Failed("The servers do not start.")
+                name, *rest = line.split()
+                told[name] = rest
+            # The drivers of ODBC as the tests define them.
+            os.environ["ODBCSYSINI"] = told["folder"][0]
+            return told
+        return self.once("servers", start)
+
+    def native(self, server):
+        host, port, user, password, database = self.servers()[server]
+        provider = {"postgresql": "PostgreSQL", "mariadb": "MariaDB"}[server]
+        return ("Provider=%s;Server=%s;Port=%s;Database=%s;User ID=%s;Password=%s"
+                % (provider, host, port, database, user, password))
+
+    def odbc(self, server):
+        host, port, user, password, database = self.servers()[server]
+        driver = {"postgresql": "PostgreSQL Unicode", "mariadb": "MariaDB Unicode"}[server]
+        return ("Driver={%s};Server=%s;Port=%s;Database=%s;UID=%s;PWD=%s"
+                % (driver, host, port, database, user, password))
+
+    def raw_odbc(self, server):
+        """With the options that the provider adds by itself."""
+        options = {"postgresql": "Protocol=7.4-0;BoolsAsChar=0",
+                   "mariadb": "OPTION=67108866;CONN_TIMEOUT=15;CHARSET=utf8mb4"}[server]
+        return self.odbc(server) + ";" + options
+
+    def orders(self, server):
+        """The native connection string of a server that has the table."""
+        def make():
+            self.data("make-" + server, self.native(server), self.arguments.rows)
+            return self.native(server)
+        return self.once("orders " + server, make)
+
+    def file(self, rows):
+        return self.once("file %d" % rows, lambda: self.data("make-file", rows)["file"])
+
+    def sqlite(self, rows=None):
+        return "Provider=SQLite;Data Source=" + self.file(rows or self.arguments.rows)
+
+    def catalog(self):
+        def make():
+            self.data("make-catalog", self.native("postgresql"), self.arguments.tables)
+            return self.native("postgresql")
+        return self.once("catalog", make)
+
+    # --- a display --------------------------------------------------------------------------------
+
+    def display(self):
+        """A bare one without a window manager, and a home folder without settings."""
+        def start():
+            ends = os.pipe()
+            process = self.stack.enter_context(subprocess.Popen(
+                ["Xvfb", "-displayfd", str(ends[1]), "-screen", "0", "1280x900x24", "-nolisten",
+                 "tcp"], pass_fds=[ends[1]], stderr=subprocess.DEVNULL))
+            self.stack.callback(process.terminate)
+            os.close(ends[1])
+            with os.fdopen(ends[0]) as numbers:
+                number = numbers.readline().strip()
+            home = self.stack.enter_context(tempfile.TemporaryDirectory())
+            return {"DISPLAY": ":" + number, "QT_QPA_PLATFORM": "xcb", "HOME": home,
+                    "XDG_CONFIG_HOME": home, "WAYLAND_DISPLAY": ""}
+        return self.once("display", start)
+
+    def window(self, *arguments):
+        return self.program("compare_window", *arguments, environment=self.display())
+
+    def until_shown(self, program):
+        return self.program("compare_until_shown", self.programs / program,
+                            environment=self.display())
+
+
+# --- the table ------------------------------------------------------------------------------------
+
+ROWS = {}
+
+
+def row(name):
+    """Registers what measures one or more lines of the table, in order."""
+    def register(measure):
+        ROWS[name] = measure
+        return measure
+    return register
+
+
+class Table:
+    def __init__(self):
+        self.short = 0
+        print("%-58s %10s %10s %8s %9s" % ("", "raw", "program", "ratio", "aim"))
+
+    def line(self, text, raw, ours, value, aim, unit="x"):
+        reached = value <= aim
+        self.short += not reached
+        print("%-58s %10s %10s %7s%s %8s%s  %s"
+              % (text, raw, ours, "%.2f" % value if unit == "x" else "%.0f" % value, unit,
+                 "%g" % aim, unit, "ok" if reached else "short"), flush=True)
+
+    def fail(self, text, reason):
+        self.short += 1
+        print("%-58s %s  short" % (text, reason), flush=True)
+
+
+def seconds(value):
+    return "%.3f s" % value
+
+
+def megabytes(value):
+    return "%.0f MB" % (value / MEGABYTE)
+
+
+def rounds_of(setting, *measures):
+    """The figures of each measure, one after the other in each round; the first round only warms
+    up."""
+    told = [[] for _ in measures]
+    for count in range(setting.arguments.rounds + 1):
+        for number, measure in enumerate(measures):
+            result = measure()
+            if count > 0:
+                told[number].append(result)
+    return told
+
+
+def median(results, name):
+    return statistics.median(result[name] for result in results)
+
+
+def ratio(ours, raw, name="seconds"):
+    """The median of the ratios within one round: the machine's speed changes from round to
+    round."""
+    return statistics.median(a[name] / b[name] for a, b in zip(ours, raw))
+
+
+def compare(setting, table, text, raw, ours, aim):
+    raws, own = rounds_of(setting, raw, ours)
+    table.line(text, seconds(median(raws, "seconds")), seconds(median(own, "seconds")),
+               ratio(own, raws), aim)
+    return raws, own
+
+
+# --- rows -----------------------------------------------------------------------------------------
+
+@row("sqlite")
+def sqlite(setting, table):
+    file = setting.file(setting.arguments.rows)
+    raws, own = compare(setting, table, "SQLite: execute to last row",
+                        lambda: setting.data("raw-sqlite", file),
+                        lambda: setting.data("fetch", setting.sqlite(), QUERY), 1.15)
+    table.line("SQLite: memory held", megabytes(median(raws, "held")),
+               megabytes(median(own, "held")), ratio(own, raws, "held"), 1.1)
+
+
+@row("postgresql")
+def postgresql(setting, table):
+    target = setting.orders("postgresql")
+    _, own = compare(setting, table, "PostgreSQL native: execute to last row",
+                     lambda: setting.data("raw-postgresql", target),
+                     lambda: setting.data("fetch", target, QUERY), 1.2)
+    peak = statistics.median(result["peak"] / result["held"] for result in own)
+    table.line("PostgreSQL native: peak memory against what is held",
+               megabytes(median(own, "held")), megabytes(median(own, "peak")), peak, 1.2)
+
+
+@row("mariadb")
+def mariadb(setting, table):
+    target = setting.orders("mariadb")
+    compare(setting, table, "MariaDB native: execute to last row",
+            lambda: setting.data("raw-mariadb", target),
+            lambda: setting.data("fetch", target, QUERY), 1.2)
+
+
+def odbc(setting, table, server, name):
+    setting.orders(server)
+    compare(setting, table, "%s over ODBC: execute to last row" % name,
+            lambda: setting.data("raw-odbc", setting.raw_odbc(server)),
+            lambda: setting.data("fetch", setting.odbc(server), QUERY), 1.15)
+
+
+@row("odbc-postgresql")
+def odbc_postgresql(setting, table):
+    odbc(setting, table, "postgresql", "PostgreSQL")
+
+
+@row("odbc-mariadb")
+def odbc_mariadb(setting, table):
+    odbc(setting, table, "mariadb", "MariaDB")
+
+
+def targets(setting):
+    """Every provider, on the table of orders."""
+    setting.orders("postgresql")
+    setting.orders("mariadb")
+    return {"SQLite": setting.sqlite(), "PostgreSQL native": setting.native("postgresql"),
+            "MariaDB native": setting.native("mariadb"),
+            "PostgreSQL over ODBC": setting.odbc("postgresql"),
+            "MariaDB over ODBC": setting.odbc("mariadb")}
+
+
+@row("stall")
+def stall(setting, table):
+    for name, target in targets(setting).items():
+        own, = rounds_of(setting, lambda to=target: setting.window("stall", to, QUERY))
+        table.line("Longest stall of the event loop: " + name, "-",
+                   "%.1f ms" % (1000 * median(own, "stall")), 1000 * median(own, "stall"), 50, "ms")
+
+
+# What runs for long without a row, and what gives rows for long.
+NUMBERS = "with recursive c(n) as (select 1 union all select n + 1 from c) select "
+LONG = {"SQLite": (NUMBERS + "n from c where n < 0", NUMBERS + "n, 'row ' || n from c"),
+        "PostgreSQL native": ("select pg_sleep(60)",
+                              "select generate_series(1, 1000000000), repeat('x', 20)"),
+        "MariaDB native": ("select sleep(60)",
+                           "select seq, repeat('x', 20) from seq_1_to_1000000000"),
+        "PostgreSQL over ODBC": ("select pg_sleep(60)", QUERY),
+        "MariaDB over ODBC": ("select sleep(60)", QUERY)}
+
+
+@row("cancel")
+def cancel(setting, table):
+    for name, target in targets(setting).items():
+        for phase, sql in zip(("execute", "fetch"), LONG[name]):
+            text = "Cancel until usable: %s, %s" % (name, phase)
+            own, = rounds_of(setting, lambda to=target, what=sql, when=phase:
+                             setting.data("cancel", to, what, when))
+            if not all(result["cancelled"] for result in own):
+                table.fail(text, "ended before it was cancelled")
+                continue
+            kept = all(result["open"] for result in own)
+            table.line(text + ("" if kept else " (lost)"), "-", seconds(median(own, "seconds")),
+                       1000 * median(own, "seconds"), 200, "ms")
+
+
+@row("show")
+def show(setting, table):
+    own, = rounds_of(setting, lambda: setting.window("show", setting.sqlite(), QUERY))
+    for figure, text in (("first", "Rows shown: model set to first paint"),
+                         ("end", "Rows shown: jump to the end")):
+        table.line(text, "-", "%.1f ms" % (1000 * median(own, figure)),
+                   1000 * median(own, figure), 50, "ms")
+
+
+@row("big")
+def big(setting, table):
+    target = setting.sqlite(setting.arguments.big_rows)
+    rounds = min(setting.arguments.rounds, 3)
+    budget = {"TESSEL_ROW_MEMORY": "512"}
+    free, kept = [], []
+    setting.data("fetch", target, "select count(*) from orders")
+    for _ in range(rounds):
+        free.append(setting.data("fetch", target, QUERY,
+                                 environment={"TESSEL_ROW_MEMORY": "100000"}))
+        kept.append(setting.data("fetch", target, QUERY, environment=budget))
+    text = "%d rows with a budget of 512 MB: " % setting.arguments.big_rows
+    if any(result["rows"] != setting.arguments.big_rows for result in kept):
+        return table.fail(text, "rows are missing")
+    table.line(text + "time", seconds(median(free, "seconds")), seconds(median(kept, "seconds")),
+               ratio(kept, free), 1.5)
+    table.line(text + "resident", megabytes(median(free, "peak")), megabytes(median(kept, "peak")),
+               median(kept, "peak") / MEGABYTE, 700, "MB")
+
+
+@row("start")
+def start(setting, table):
+    compare(setting, table, "Start of the program until its window is on the screen",
+            lambda: setting.until_shown("compare_start_floor"),
+            lambda: setting.until_shown("Tessel"), 3)
+
+
+@row("catalog")
+def catalog(setting, table):
+    target = setting.catalog()
+    compare(setting, table, "Catalog of %d tables x 20 columns" % setting.arguments.tables,
+            lambda: setting.data("raw-catalog", target),
+            lambda: setting.data("catalog", target), 1.3)
+
+
+# The conversion of rows to CSV, against a tight loop of formatting, stands here.
+
+
+def read_arguments():
+    parser = argparse.ArgumentParser(prog="bench/compare.sh", description=__doc__)
+    parser.add_argument("--programs", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
+    parser.add_argument("--rows", type=int, default=1_000_000, help="rows of the table")
+    parser.add_argument("--big-rows", type=int, default=10_000_000,
+                        help="rows of the table that does not fit into its budget")
+    parser.add_argument("--tables", type=int, default=10_000, help="tables of the catalog")
+    parser.add_argument("--rounds", type=int, default=5, help="counted rounds of each row")
+    parser.add_argument("--only", help="names of rows, with commas between them")
+    parser.add_argument("--list", action="store_true", help="only list the names of the rows")
+    return parser.parse_args()
+
+
+def main():
+    arguments = read_arguments()
+    if arguments.list:
+        print("\n".join(ROWS))
+        return 0
+    names = arguments.only.split(",") if arguments.only else list(ROWS)
+    unknown = [name for name in names if name not in ROWS]
+    if unknown:
+        print("compare: there is no row " + ", ".join(unknown), file=sys.stderr)
+        return 2
+    table = Table()
+    with contextlib.ExitStack() as stack:
+        setting = Setting(arguments, stack)
+        for name in names:
+            try:
+                ROWS[name](setting, table)
+            except (Failed, subprocess.TimeoutExpired) as failure:
+                table.fail(name, str(failure))
+    print("every row is ok" if table.short == 0 else "%d short" % table.short)
+    return 0 if table.short == 0 else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,205 @@
+// One measurement of the data layer, or of the raw loop that it is held against, in a process of
+// its own. Prints lines of a figure's name and its value.
+// usage: compare_data <case> [argument...]
+
+#include <functional>
+#include <map>
+#include <span>
+#include <stdexcept>
+
+#include "bench/OrdersFile.h"
+#include "bench/OrdersSql.h"
+#include "bench/RawOrders.h"
+#include "bench/compare/RawLoops.h"
+#include "bench/compare/Say.h"
+#include "platform/data/ClientRecordset.h"
+#include "platform/data/DataAccessObjects.h"
+#include "tests/data/support/EventLog.h"
+#include "tests/data/support/PumpQueue.h"
+
+namespace tessel::bench {
+
+namespace {
+
+using Arguments = std::span<const std::string>;
+
+constexpr int asyncOptions = openOption::text | openOption::asyncExecute | openOption::asyncFetch;
+constexpr std::chrono::minutes limit{10};
+
+/// The data layer, its notices delivered on this thread as the program does it.
+struct Platform {
+  test::PumpQueue queue;
+  DataAccessObjects data{queue};
+
+  std::shared_ptr<Connection> Connect(const std::string& connectionString) {
+    auto connection = data.CreateConnection();
+    connection->SetConnectionString(connectionString);
+    connection->Open({}, {}, 0);
+    return connection;
+  }
+  static std::shared_ptr<Recordset> Start(Connection& connection, const std::string& sql,
+                                          test::EventLog& log) {
+    auto recordset = connection.CreateRecordset();
+    log.Watch(connection);
+    log.Watch(*recordset);
+    recordset->SetSource(sql);
+    recordset->Open(asyncOptions);
+    return recordset;
+  }
+  void WaitForEnd(const test::EventLog& log) {
+    if (!queue.PumpUntil([&] { return log.Ends() > 0; }, limit))
+      throw std::runtime_error("It does not come to an end.");
+  }
+};
+
+void Run(Connection& connection, const std::string& sql) {
+  const auto recordset = connection.CreateRecordset();
+  recordset->SetSource(sql);
+  recordset->Open(openOption::text);
+}
+
+void SayHeld(const RawBlocks& blocks) {
+  Say("held", blocks.Bytes());
+  Say("rows", blocks.Rows());
+  Say("peak", PeakBytes());
+}
+
+/// <connection string> <query>: from the start of the command until its end is announced.
+void Fetch(Arguments arguments) {
+  Platform platform;
+  const auto connection = platform.Connect(arguments[0]);
+  test::EventLog log;
+  const Stopwatch watch;
+  const auto recordset = Platform::Start(*connection, arguments[1], log);
+  platform.WaitForEnd(log);
+  Say("seconds", watch.Seconds());
+  if (log.LastError()) throw std::runtime_error(log.LastError()->description);
+  Say("held", static_cast<const ClientRecordset&>(*recordset).HeldBytes());
+  Say("rows", recordset->RecordCount());
+  Say("peak", PeakBytes());
+  Say("present", PresentBytes());
+}
+
+/// <connection string> <query> execute|fetch: from a cancel until its end is announced.
+void Cancel(Arguments arguments) {
+  constexpr std::chrono::milliseconds executing{400};
+  Platform platform;
+  const auto connection = platform.Connect(arguments[0]);
+  test::EventLog log;
+  const auto recordset = Platform::Start(*connection, arguments[1], log);
+  if (arguments[2] == "execute") {
+    (void)platform.queue.PumpUntil([] { return false; }, executing);
+    if (log.Ends() > 0) throw std::runtime_error("It had ended before the cancel.");
+  } else if (!platform.queue.PumpUntil([&] { return log.ProgressCount() > 0; }, limit)) {
+    throw std::runtime_error("No row came.");
+  }
+  const Stopwatch watch;
+  recordset->Cancel();
+  platform.WaitForEnd(log);
+  Say("seconds", watch.Seconds());
+  const bool cancelled = log.LastError() && log.LastError()->number == errorNumber::cancelled;
+  Say("cancelled", cancelled ? 1 : 0);
+  Say("open", connection->State() == objectState::open ? 1 : 0);
+}
+
+/// <connection string>: all tables and columns.
+void Catalog(Arguments arguments) {
+  Platform platform;
+  const auto connection = platform.Connect(arguments[0]);
+  const Stopwatch watch;
+  const auto tables = connection->OpenSchema(SchemaRowset::Tables, {});
+  const auto columns = connection->OpenSchema(SchemaRowset::Columns, {});
+  Say("seconds", watch.Seconds());
+  Say("rows", tables->RecordCount() + columns->RecordCount());
+}
+
+void RawCatalog(Arguments arguments) { Say("rows", ReadPostgresCatalog(arguments[0])); }
+
+void RawSqlite(Arguments arguments) {
+  const Stopwatch watch;
+  const std::size_t bytes = ReadOrdersRaw(arguments[0]);
+  Say("seconds", watch.Seconds());
+  Say("held", bytes);
+  Say("peak", PeakBytes());
+}
+
+void RawPostgres(Arguments arguments) { SayHeld(ReadPostgresOrders(arguments[0])); }
+void RawMaria(Arguments arguments) { SayHeld(ReadMariaOrders(arguments[0])); }
+void RawOdbc(Arguments arguments) { SayHeld(ReadOdbcOrders(arguments[0])); }
+
+// --- setting up ----------------------------------------------------------------------------------
+
+/// <rows>: tells where the file with so many orders is.
+void MakeFile(Arguments arguments) { Say("file", OrdersFile(std::stoll(arguments[0]))); }
+
+/// <connection string> <rows>: the table `orders` on a server.
+void MakePostgres(Arguments arguments) {
+  Platform platform;
+  const auto connection = platform.Connect(arguments[0]);
+  Run(*connection, PostgresOrders(std::stoll(arguments[1])));
+  Run(*connection, "vacuum analyze orders");
+}
+
+void MakeMaria(Arguments arguments) {
+  Platform platform;
+  Run(*platform.Connect(arguments[0]), MariaOrders(std::stoll(arguments[1])));
+}
+
+/// <connection string> <tables>: so many tables of 20 columns, in a schema of their own.
+void MakeCatalog(Arguments arguments) {
+  Platform platform;
+  const auto connection = platform.Connect(arguments[0]);
+  Run(*connection, "create schema many");
+  const int tables = std::stoi(arguments[1]);
+  constexpr int batch = 100;  // A transaction holds a lock for every table.
+  for (int first = 0; first < tables; first += batch)
+    Run(*connection,
+        "do $$ begin for t in " + std::to_string(first) + ".." +
+            std::to_string(std::min(first + batch, tables) - 1) +
+            " loop execute 'create table many.table_' || t || ' (id integer not null, ' || "
+            "(select string_agg('column_' || c || case c % 3 when 0 then ' text' when 1 then "
+            "' numeric(10,2)' else ' timestamp' end, ', ') from generate_series(2, 20) c) || ')';"
+            " end loop; end $$");
+  Run(*connection, "vacuum analyze");
+}
+
+const std::map<std::string, std::pair<std::size_t, std::function<void(Arguments)>>>& Cases() {
+  static const std::map<std::string, std::pair<std::size_t, std::function<void(Arguments)>>> cases =
+      {{"fetch", {2, Fetch}},
+       {"cancel", {3, Cancel}},
+       {"catalog", {1, Catalog}},
+       {"raw-sqlite", {1, RawSqlite}},
+       {"raw-postgresql", {1, RawPostgres}},
+       {"raw-mariadb", {1, RawMaria}},
+       {"raw-odbc", {1, RawOdbc}},
+       {"raw-catalog", {1, RawCatalog}},
+       {"make-file", {1, MakeFile}},
+       {"make-postgresql", {2, MakePostgres}},
+       {"make-mariadb", {2, MakeMaria}},
+       {"make-catalog", {2, MakeCatalog}}};
+  return cases;
+}
+
+int Main(Arguments arguments) {
+  const auto found = arguments.empty() ? Cases().end() : Cases().find(arguments[0]);
+  if (found == Cases().end() || arguments.size() != found->second.first + 1) {
+    std::cerr << "usage: compare_data <case> [argument...]\n";
+    return 2;
+  }
+  try {
+    found->second.second(arguments.subspan(1));
+    return 0;
+  } catch (const std::exception& error) {
+    std::cerr << arguments[0] << ": " << error.what() << '\n';
+    return 1;
+  }
+}
+
+}  // namespace
+
+}  // namespace tessel::bench
+
+int main(int argc, char* argv[]) {
+  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  return tessel::bench::Main(arguments);
+}

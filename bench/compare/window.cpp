@@ -1,0 +1,144 @@
+// Measurements that need the event loop of the desktop, each in a process of its own. Prints lines
+// of a figure's name and its value.
+// usage: compare_window stall|show <connection string> <query>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QTimer>
+#include <algorithm>
+#include <stdexcept>
+
+#include "bench/compare/Say.h"
+#include "platform/data/DataAccessObjects.h"
+#include "platform/desktop/QtDesktop.h"
+#include "platform/desktop/grid/RecordGrid.h"
+
+namespace tessel::bench {
+
+namespace {
+
+constexpr double second = 1;
+
+/// Beats once a millisecond as long as the event loop comes round, and keeps the longest time
+/// between two beats.
+class Heartbeat {
+ public:
+  Heartbeat() {
+    timer_.setTimerType(Qt::PreciseTimer);
+    timer_.setInterval(1);
+    QObject::connect(&timer_, &QTimer::timeout, [this] { Beat(); });
+    timer_.start();
+  }
+  [[nodiscard]] double Longest() const { return std::max(longest_, last_.Seconds()); }
+
+ private:
+  void Beat() {
+    longest_ = std::max(longest_, last_.Seconds());
+    last_ = Stopwatch();
+  }
+
+  QTimer timer_;
+  Stopwatch last_;
+  double longest_ = 0;
+};
+
+/// Tells when a widget has been painted.
+class PaintWatch final : public QObject {
+ public:
+  explicit PaintWatch(QWidget& widget) { widget.installEventFilter(this); }
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    painted_ = painted_ || event->type() == QEvent::Paint;
+    return false;
+  }
+  /// Lets the event loop run until the widget has been painted once more.
+  void Await() {
+    const Stopwatch watch;
+    painted_ = false;
+    while (!painted_ && watch.Seconds() < 60 * second) QApplication::processEvents();
+    if (!painted_) throw std::runtime_error("Nothing was painted.");
+  }
+
+ private:
+  bool painted_ = false;
+};
+
+void RunFor(double seconds) {
+  const Stopwatch watch;
+  while (watch.Seconds() < seconds) QApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+}
+
+struct Program {
+  DataAccessObjects data;
+  std::shared_ptr<Connection> connection;
+  std::shared_ptr<Recordset> recordset;
+  RecordGrid grid;
+
+  explicit Program(QtDesktop& desktop, const std::string& connectionString,
+                   const std::string& query)
+      : data(desktop.Events()), connection(data.CreateConnection()) {
+    connection->SetConnectionString(connectionString);
+    connection->Open({}, {}, 0);
+    recordset = connection->CreateRecordset();
+    recordset->SetSource(query);
+    grid.resize(1000, 700);
+    grid.show();
+    RunFor(second / 2);
+  }
+};
+
+/// The longest time that the event loop did not come round while a command was run and its rows
+/// were fetched, to the last.
+void MeasureStall(Program& program) {
+  bool ended = false;
+  program.recordset->FetchComplete = [&](const ErrorInfo*, EventStatus) { ended = true; };
+  const Heartbeat heart;
+  program.recordset->Open(openOption::text | openOption::asyncExecute | openOption::asyncFetch);
+  while (!ended) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  Say("stall", heart.Longest());
+  Say("rows", program.recordset->RecordCount());
+}
+
+/// From the moment that the grid is given the rows to its first picture, and from the keys Ctrl+End
+/// to the picture of the last rows.
+void MeasureShow(Program& program) {
+  program.recordset->Open(openOption::text);
+  PaintWatch painted(*program.grid.viewport());
+  const Stopwatch first;
+  program.grid.Bind(program.recordset);
+  painted.Await();
+  Say("first", first.Seconds());
+  RunFor(second / 4);
+  QKeyEvent key(QEvent::KeyPress, Qt::Key_End, Qt::ControlModifier);
+  const Stopwatch end;
+  QApplication::sendEvent(&program.grid, &key);
+  painted.Await();
+  Say("end", end.Seconds());
+  if (program.grid.currentIndex().row() != program.grid.model()->rowCount() - 1)
+    throw std::runtime_error("The grid is not at its end.");
+}
+
+int Measure(QtDesktop& desktop, int argc, char** argv) {
+  const std::string what = argc == 4 ? argv[1] : "";
+  if (what != "stall" && what != "show") {
+    std::cerr << "usage: compare_window stall|show <connection string> <query>\n";
+    return 2;
+  }
+  Program program(desktop, argv[2], argv[3]);
+  if (what == "stall") MeasureStall(program);
+  else MeasureShow(program);
+  return 0;
+}
+
+}  // namespace
+
+}  // namespace tessel::bench
+
+int main(int argc, char* argv[]) {
+  tessel::QtDesktop desktop(argc, argv);
+  try {
+    return tessel::bench::Measure(desktop, argc, argv);
+  } catch (const std::exception& error) {
+    std::cerr << "compare_window: " << error.what() << '\n';
+    return 1;
+  }
+}

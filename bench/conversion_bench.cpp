@@ -1,0 +1,120 @@
+#include <benchmark/benchmark.h>
+
+#include <malloc.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <string>
+
+#include "app/Global.h"
+#include "bench/Orders.h"
+#include "bench/RawCsv.h"
+#include "connections/dlgAsync.h"
+#include "platform/DataGrid.h"
+#include "platform/data/ClientRecordset.h"
+#include "platform/data/DataAccessObjects.h"
+#include "platform/desktop/QtDesktop.h"
+#include "platform/system/PosixFiles.h"
+#include "query/SqlTarget.h"
+#include "results/RecordConversion.h"
+
+namespace tessel::bench {
+
+namespace {
+
+constexpr std::int64_t rows = 1'000'000;
+constexpr double megabyte = 1e6;
+
+/// A line of the process's status in kilobytes, in bytes.
+double StatusBytes(const std::string& name) {
+  std::ifstream status("/proc/self/status");
+  std::string word;
+  while (status >> word)
+    if (word == name + ":") break;
+  double kilobytes = 0;
+  status >> kilobytes;
+  return kilobytes * 1024;
+}
+
+/// The most memory that a piece of work takes beyond what there is when this is made.
+class PeakMemory {
+ public:
+  PeakMemory() {
+    malloc_trim(0);
+    std::ofstream("/proc/self/clear_refs") << 5;
+    before_ = StatusBytes("VmRSS");
+  }
+  [[nodiscard]] double Bytes() const { return StatusBytes("VmHWM") - before_; }
+
+ private:
+  double before_ = 0;
+};
+
+class NoSqlWindow final : public SqlTarget {
+ public:
+  void InsertText(std::string_view /*text*/) override {}
+};
+
+/// A records window on the screen, if there is one, that shows a million orders.
+struct Program {
+  int argc = 1;
+  char name[7] = "Tessel";
+  char* argv[2] = {name, nullptr};
+  QtDesktop desktop{argc, argv};
+  PosixFiles files;
+  DataAccessObjects data{desktop.Events()};
+  Global global{Platform{desktop, data, files, "/tmp", "/tmp/Tessel", "", {}}};
+  std::unique_ptr<Window> frame = desktop.MakeWindow("frmMDI");
+  std::unique_ptr<Window> window = desktop.MakeWindow("frmRecords");
+  dlgAsync async{desktop, *frame};
+  NoSqlWindow sqlWindow;
+  RecordConversion conversion{global, *window, async, sqlWindow};
+  std::shared_ptr<Connection> connection = OpenOrders(data, rows);
+  std::shared_ptr<Recordset> recordset = ReadOrders(*connection);
+
+  Program() {
+    frame->Show();
+    window->Show();
+    window->Find<DataGrid>("DataGrid").SetDataSource(recordset);
+  }
+};
+
+/// Made once: there can be one desktop only.
+Program& TheProgram() {
+  setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  static Program program;
+  return program;
+}
+
+void Report(benchmark::State& state, std::size_t bytes, double peak) {
+  state.counters["MB"] = static_cast<double>(bytes) / megabyte;
+  state.counters["peak/text"] = peak / static_cast<double>(bytes);
+}
+
+void CsvRawLoop(benchmark::State& state) {
+  const auto& store = static_cast<const ClientRecordset&>(*TheProgram().recordset).Store();
+  std::size_t bytes = RawCsv(store, 0).size();
+  const PeakMemory peak;
+  for (auto _ : state) bytes = RawCsv(store, bytes).size();
+  Report(state, bytes, peak.Bytes());
+}
+BENCHMARK(CsvRawLoop)->Unit(benchmark::kMillisecond);
+
+/// With the progress window and its Cancel button, as the user runs it.
+void Convert(benchmark::State& state, const char* command) {
+  Program& program = TheProgram();
+  std::size_t bytes = 0;
+  const PeakMemory peak;
+  for (auto _ : state) bytes = program.conversion.ConvertedText(command)->size();
+  Report(state, bytes, peak.Bytes());
+}
+BENCHMARK_CAPTURE(Convert, csv, "mnuCvtCSV")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Convert, quotedCsv, "mnuCvtQuotedCSV")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Convert, insert, "mnuCvtInsertSQL")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Convert, html, "mnuCvtHTMLTable")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Convert, arrayC, "mnuCvtArrayC")->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+}  // namespace tessel::bench

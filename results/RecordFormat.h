@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Recordset.h"
+#include "query/Misc.h"
+
+namespace tessel {
+
+/// The columns that a conversion takes, both ends included; column i is field i.
+struct ColumnRange {
+  int first = 0;
+  int last = -1;
+
+  [[nodiscard]] bool Several() const { return last > first; }
+};
+
+/// How records are written.
+struct RecordFormat {
+  ValueFormat field;   ///< Its delimiters' separator stands between the fields of a record.
+  PieceFormat record;  ///< Its separator stands between the records.
+};
+
+/// Appends the current record of `rows` to `out`. Raises Error when there is none.
+void FormatRecord(std::string& out, const Recordset& rows, ColumnRange columns,
+                  const RecordFormat& format);
+
+/// The names of the fields in one line, as they are; in brackets where QuoteIdentifier says so when
+/// `bracketNames`.
+[[nodiscard]] std::string FormatHeader(const std::vector<FieldInfo>& fields, ColumnRange columns,
+                                       const PieceFormat& format, bool bracketNames);
+
+/// The word behind the first " FROM " of a query, up to a semicolon, comma or blank; tabs and line
+/// ends count as blanks. Empty when there is none.
+[[nodiscard]] std::string TableNameIn(std::string_view sql);
+
+}  // namespace tessel

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "platform/Recordset.h"
+
+namespace tessel::test {
+
+/// What a column of hard values holds; each database declares it in its own way.
+enum class ValueKind { Text, Whole, Floating, Exact, Date, TimeStamp, Flag, Bytes };
+
+/// A value that conversions get wrong easily.
+struct HardValue {
+  std::string name;
+  ValueKind kind;
+  Value value;
+};
+
+/// All of them; no two of one name.
+[[nodiscard]] const std::vector<HardValue>& HardValues();
+
+inline void PrintTo(const HardValue& value, std::ostream* out) { *out << value.name; }
+
+/// A recordset in memory of rows of values, with fields "c1", "c2"...
+[[nodiscard]] std::shared_ptr<Recordset> RecordsetOf(const std::vector<std::vector<Value>>& rows);
+
+/// The text of a conversion (its menu item) of all rows. The table of an INSERT is `tableName`.
+[[nodiscard]] std::string Converted(Recordset& rows, const std::string& command,
+                                    const std::string& tableName = {});
+
+}  // namespace tessel::test
