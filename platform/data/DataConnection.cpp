@@ -102,6 +102,8 @@ void DataConnection::ReleaseRunning() {
     recordset->EndRows(running_.get());
     recordset->EndChange(running_.get());
   }
+  const std::shared_ptr<ResultRows> rows = runningRows_.lock();
+  if (rows && running_) rows->EndWriting(running_.get());
   running_.reset();
 }
 
@@ -300,6 +302,7 @@ void DataConnection::Write(const std::shared_ptr<ClientRecordset>& recordset, Ch
   RequireIdle();
   const Writing writing{std::make_shared<WriteTask>(std::move(change)), recordset, std::move(row)};
   runningFor_ = recordset;
+  runningRows_ = writing.row.rows;
   recordset->BeginChange(writing.task);
   Begin(writing.task, objectState::executing);
   if ((options & openOption::asyncExecute) != 0)
@@ -316,6 +319,7 @@ void DataConnection::FinishChange(const Writing& writing, const TaskNews& news) 
   Finish(*writing.task, news);
   const auto recordset = writing.recordset.lock();
   if (recordset) recordset->EndChange(writing.task.get());
+  writing.row.rows->EndWriting(writing.task.get());
   if (!news.failure)
     writing.row.rows->Accept(writing.task->Kind(), writing.row.number, writing.task->TakeWritten());
 }

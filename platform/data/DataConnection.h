@@ -130,6 +130,7 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   std::shared_ptr<Task> running_;      ///< Until its end is delivered.
   int runningState_ = 0;               ///< The state bits of what runs.
   std::weak_ptr<ClientRecordset> runningFor_;
+  std::weak_ptr<ResultRows> runningRows_;  ///< Of which one is being written.
   bool sessionOpen_ = false;
   bool givenUp_ = false;  ///< The connection closed by itself.
 };

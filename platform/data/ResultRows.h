@@ -35,17 +35,16 @@ struct PendingChange {
   std::int64_t row = 0;
   FieldValues values;                  ///< What was set.
   const RowWatcher* owner = nullptr;   ///< The cursor it was begun with.
-  std::shared_ptr<const Task> writer;  ///< Writes it, or did so last; may be null.
+  std::shared_ptr<const Task> writer;  ///< Writes it; null while nothing does.
 
   [[nodiscard]] bool IsNew() const { return mode == EditMode::Add; }
-  [[nodiscard]] bool IsBeingWritten() const { return writer && !writer->Ended(); }
+  [[nodiscard]] bool IsBeingWritten() const { return writer != nullptr; }
 };
 
 /// What a recordset and its clones share: fields, rows, properties, the pending change.
 ///
-/// The store is never changed: what was written since lies in an overlay.
-/// Rows are named by numbers from 0; those added here go on behind the store's, and no number is
-/// given twice. UI thread.
+/// The store is never changed: what was written since lies in an overlay. Rows are named by numbers
+/// from 0; those added here go on behind the store's, and no number is given twice. UI thread.
 class ResultRows {
  public:
   ResultRows();
@@ -94,6 +93,10 @@ class ResultRows {
   }
 
   void DropPending();
+  /// `task` does not write any more, whatever came of it.
+  void EndWriting(const Task* task) {
+    if (pending && pending->writer.get() == task) pending->writer.reset();
+  }
   /// What the database is to be asked for so that the pending change is written, or the row
   /// deleted.
   [[nodiscard]] RowChange PendingAsChange() const;

@@ -120,13 +120,15 @@ std::vector<MariaColumn> MariaStatement::Columns() const {
   return columns;
 }
 
-/// Without room: a row then tells the lengths of its cells, which are fetched one by one.
+/// As ones that take nothing: a row then tells the lengths of its cells, which are fetched one by
+/// one.
 void MariaStatement::BindCells() {
   cells_.assign(ColumnCount(), MYSQL_BIND());
   lengths_.assign(ColumnCount(), 0);
   nulls_.assign(ColumnCount(), 0);
   for (std::size_t i = 0; i < cells_.size(); ++i) {
     cells_[i].buffer_type = MYSQL_TYPE_STRING;
+    cells_[i].flags = MADB_BIND_DUMMY;
     cells_[i].length = &lengths_[i];
     cells_[i].is_null = &nulls_[i];
   }

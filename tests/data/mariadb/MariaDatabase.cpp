@@ -84,7 +84,6 @@ const std::vector<TypeCase> numbers = {
     {"double", "2.2250738585072014e-308", DataType::Double, std::numeric_limits<double>::min()},
     {"float", "-3.40282e38", DataType::Single, -3.40282e38F},
     {"double", "0", DataType::Double, 0.0},
-    {"decimal(10,0)", "null", DataType::Numeric, Value()},
     {"bit(64)", "b'1111111111111111111111111111111111111111111111111111111111111111'",
      DataType::Binary, Octets("\xff\xff\xff\xff\xff\xff\xff\xff")},
     {"bit(1)", "b'1'", DataType::Boolean, true},
