@@ -12,18 +12,17 @@ WriteDialect SqliteDialect() {
           .lastKey = "select last_insert_rowid()"};
 }
 
-/// Of types that have no "=", or one that does not say that two values are the same, the texts are
-/// compared; "unknown" is what the ODBC driver calls many of them.
+/// What is shown as text is compared as such: many types have no "=", or one that does not say that
+/// two values are the same. Blanks at the end of a "character" are no part of its text.
 WriteDialect PostgresDialect() {
   WriteDialect dialect = {.sameOrNull = "{column} is not distinct from {value}",
                           .returnsInserted = true,
                           .returnsUpdated = true,
                           .begin = "begin"};
-  for (const std::string_view type :
-       {"json", "xml", "point", "line", "lseg", "box", "path", "polygon", "circle", "citext",
-        "jsonpath", "pg_snapshot", "txid_snapshot", "unknown"})
+  for (const DataType type :
+       {DataType::VarChar, DataType::VarWChar, DataType::LongVarChar, DataType::LongVarWChar})
     dialect.comparisons.push_back(
-        {.typeName = type, .pattern = "{column}::text is not distinct from {value}"});
+        {.type = type, .pattern = "{column}::text is not distinct from {value}"});
   return dialect;
 }
 
@@ -49,6 +48,8 @@ WriteDialect MariaDialect() {
        .pattern = "cast(cast({column} as char) as float) <=> cast({value} as float)"});
   dialect.comparisons.push_back(
       {.type = DataType::Numeric, .pattern = "cast({column} as char) <=> {value}"});
+  dialect.comparisons.push_back(
+      {.type = DataType::Binary, .pattern = "cast({column} as binary) <=> {value}"});
   for (const DataType type : {DataType::Char, DataType::WChar, DataType::VarChar,
                               DataType::VarWChar, DataType::LongVarChar, DataType::LongVarWChar})
     dialect.comparisons.push_back({.type = type, .pattern = byBytes});

@@ -107,8 +107,9 @@ StatementResult OdbcSession::RunStatement(const RowStatement& text, Operation& o
     Parameters parameters(profile_);
     parameters.Bind(statement, text.parameters);
     Diagnostics notices;
-    statement.Execute(text.sql, gate_, notices);
+    const Outcome outcome = statement.Execute(text.sql, gate_, notices);
     if (gate_.Reached()) throw CancelledError();
+    if (outcome == Outcome::NoData) return StatementResult();
     for (ErrorInfo& notice : ToNotices(notices, driver_, profile_))
       operation.Report(std::move(notice));
     return ReadResult(statement);
