@@ -11,7 +11,7 @@
 
 #include <sqlite3.h>
 
-#include "platform/Error.h"
+#include "platform/data/Operation.h"
 
 namespace tessel {
 
@@ -61,7 +61,17 @@ class SqliteStatement {
   /// False for the nothing that a comment or an empty text is compiled to.
   explicit operator bool() const { return statement_ != nullptr; }
 
-  void Bind(int parameter, const std::string& text);
+  void Bind(int parameter, const std::string& text) { BindText(parameter, text); }
+  // Texts and blobs are copied.
+  void BindNull(int parameter) { CheckBound(sqlite3_bind_null(statement_.get(), parameter)); }
+  void BindInteger(int parameter, std::int64_t number) {
+    CheckBound(sqlite3_bind_int64(statement_.get(), parameter, number));
+  }
+  void BindReal(int parameter, double number) {
+    CheckBound(sqlite3_bind_double(statement_.get(), parameter, number));
+  }
+  void BindText(int parameter, std::string_view text);
+  void BindBlob(int parameter, std::span<const std::byte> bytes);
   /// To the next row; false when there is none.
   [[nodiscard]] bool Step();
   /// Back to before the first row; parameters stay.
@@ -97,6 +107,7 @@ class SqliteStatement {
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
   };
 
+  void CheckBound(int code) const;
   [[nodiscard]] std::string_view EmptyOrNoMemory() const;
   [[nodiscard]] sqlite3* Database() const { return sqlite3_db_handle(statement_.get()); }
 
@@ -127,6 +138,8 @@ class SqliteDatabase {
   void SetWatch(std::function<bool()> shouldStop, std::chrono::milliseconds lockPatience);
 
   [[nodiscard]] std::int64_t TotalChanges() const { return sqlite3_total_changes64(handle_.get()); }
+  /// Of the last statement that changed rows, without those of triggers.
+  [[nodiscard]] std::int64_t Changes() const { return sqlite3_changes64(handle_.get()); }
   [[nodiscard]] bool IsReadOnly() const { return sqlite3_db_readonly(handle_.get(), "main") == 1; }
   [[nodiscard]] static std::string LibraryVersion() { return sqlite3_libversion(); }
 
@@ -147,6 +160,12 @@ class SqliteDatabase {
 /// True when `error` came from SQLite with that primary code, such as SQLITE_BUSY.
 [[nodiscard]] inline bool HasCode(const Error& error, int code) {
   return (error.Info().nativeError & 0xFF) == code;
+}
+
+/// `error` as the cancel that it comes from, if it does.
+[[nodiscard]] inline Error AsCancelled(const Error& error, const Operation& operation) {
+  const bool interrupted = HasCode(error, SQLITE_INTERRUPT) || HasCode(error, SQLITE_BUSY);
+  return interrupted && operation.StopAsked() ? CancelledError() : error;
 }
 
 }  // namespace tessel
