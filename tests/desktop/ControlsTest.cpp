@@ -170,6 +170,7 @@ TEST_F(ServiceTest, TheTimeIsTheLocales) {
 class MenuTest : public DesktopFixture {};
 
 TEST_F(MenuTest, AMenuThatItsFormDisablesOpensOnceItIsEnabled) {
+  const auto frame = TheDesktop().MakeWindow("frmMDI");
   const auto window = TheDesktop().MakeWindow("frmRecords");
   const auto* menu = AsQt(*window).Root().findChild<QMenu*>("menuRecords");
   ASSERT_NE(menu, nullptr);

@@ -146,6 +146,7 @@ void HelpWindow::ShowIndex() {
 void HelpWindow::ShowPage(const QString& page) {
   Open(page);
   ComeUp();
+  browser_->scrollToAnchor(QUrl(page).fragment());  // Once more, in the window's size.
 }
 
 void HelpWindow::Open(const QString& page) {
