@@ -26,7 +26,7 @@ void Complete(benchmark::State& state, const char* typed, CompletionMode mode) {
   std::size_t found = 0;
   for (auto _ : state) {
     const Completions completions = FindCompletions(section, typed, mode);
-    found = completions.entries.size();
+    found = completions.entries.Size();
     benchmark::DoNotOptimize(completions);
   }
   state.counters["words"] = words;

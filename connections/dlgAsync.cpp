@@ -120,14 +120,14 @@ std::shared_ptr<Recordset> dlgAsync::Read(Connection& connection, std::shared_pt
 }
 
 bool dlgAsync::ForEach(const std::string& message, std::int64_t count,
-                       const std::function<void(std::int64_t)>& step) {
+                       const std::function<void(std::int64_t)>& step, std::int64_t atOnce) {
   if (count == 0) return true;
   InitProgress(message, static_cast<double>(count));
   bool goesOn = true;
   try {
     for (std::int64_t i = 0; i < count && goesOn; ++i) {
       step(i);
-      goesOn = DoProgress(1);
+      if ((i + 1) % atOnce == 0) goesOn = DoProgress(static_cast<double>(atOnce));
     }
   } catch (...) {
     Unload();

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/Control.h"
+#include "platform/TextLines.h"
 
 namespace tessel {
 
@@ -19,9 +20,9 @@ class ListControl : public Control {
   virtual void RemoveItem(int index) = 0;           ///< Raises nothing.
   virtual void Clear() = 0;  ///< Raises nothing; a combo box's text becomes empty.
   /// Clears and adds all of `items`; hundreds of thousands come without delay. Raises nothing.
-  virtual void SetItems(std::vector<std::string> items) {
+  virtual void SetItems(TextLines items) {
     Clear();
-    for (const std::string& item : items) AddItem(item);
+    for (std::size_t i = 0; i < items.Size(); ++i) AddItem(items[i]);
   }
 
   [[nodiscard]] int ListIndex() const { return ReadIndex(); }

@@ -12,6 +12,8 @@ namespace tessel {
 
 namespace {
 
+constexpr std::size_t ordinaryLength = 32;  ///< Bytes of an entry, as a rule.
+
 /// Whether a word in upper case begins with `typed`, which is in upper case. Words of other
 /// characters than ASCII alone need all of it.
 bool BeginsWith(std::string_view word, std::string_view typed) {
@@ -37,7 +39,7 @@ class Collector {
   /// Of `mostWords` words at most.
   explicit Collector(std::size_t mostWords)
       : marks_(std::bit_ceil(mostWords * 2 + 1)), entryAt_(marks_.size()) {
-    found_.entries.reserve(mostWords);
+    found_.entries.Reserve(mostWords, mostWords * ordinaryLength);
     found_.wordAt.reserve(mostWords);
   }
 
@@ -47,8 +49,8 @@ class Collector {
     const std::size_t place = Find(hash, word);
     if (marks_[place] != 0) return;
     marks_[place] = MarkOf(hash);
-    entryAt_[place] = static_cast<std::uint32_t>(found_.entries.size());
-    found_.entries.emplace_back(entry);
+    entryAt_[place] = static_cast<std::uint32_t>(found_.entries.Size());
+    found_.entries.Add(entry);
     found_.wordAt.push_back(static_cast<std::uint32_t>(entry.size() - word.size()));
   }
   [[nodiscard]] Completions Take() { return std::move(found_); }
@@ -61,7 +63,7 @@ class Collector {
 
   [[nodiscard]] bool Holds(std::size_t place, std::string_view word) const {
     const std::uint32_t entry = entryAt_[place];
-    return std::string_view(found_.entries[entry]).substr(found_.wordAt[entry]) == word;
+    return found_.entries[entry].substr(found_.wordAt[entry]) == word;
   }
 
   /// The place of an equal word, or the free one where it belongs.

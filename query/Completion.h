@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/TextLines.h"
 #include "query/vocab.h"
 
 namespace tessel {
@@ -21,7 +22,7 @@ struct CompletionMode {
 
 /// The words that a typed text may stand for.
 struct Completions {
-  std::vector<std::string> entries;   ///< As shown: the word, or its initials, ": " and the word.
+  TextLines entries;                  ///< As shown: the word, or its initials, ": " and the word.
   std::vector<std::uint32_t> wordAt;  ///< Of each entry: where the word begins in it.
 };
 

@@ -85,9 +85,8 @@ void CompletionList::Complete(Vocabulary::Section& section, CompletionMode mode)
   section_ = &section;
   mode_ = mode;
   Completions found = Search();
-  if (found.entries.empty()) return Close();
-  if (found.entries.size() == 1)
-    return Accept(std::string_view(found.entries.front()).substr(found.wordAt.front()));
+  if (found.entries.Size() == 0) return Close();
+  if (found.entries.Size() == 1) return Accept(found.entries[0].substr(found.wordAt[0]));
   Show(std::move(found));
   lstOptions_.SetVisible(true);
   lstOptions_.SetFocus();
@@ -156,7 +155,7 @@ bool CompletionList::lstOptions_KeyPress(const std::string& text) {
 /// Shows what matches now. A single match stays to be chosen, for the user is typing.
 void CompletionList::Narrow() {
   Completions found = Search();
-  if (found.entries.empty()) Close();
+  if (found.entries.Size() == 0) Close();
   else Show(std::move(found));
 }
 

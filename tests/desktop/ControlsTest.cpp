@@ -127,7 +127,7 @@ TEST_F(LargeControlTest, AListTakesManyEntriesAtOnce) {
   list.SetVisible(true);
   std::vector<std::string> items;
   for (int item = 0; item < 300'000; ++item) items.push_back("entry " + std::to_string(item));
-  list.SetItems(items);
+  list.SetItems(TextLines(items));
   list.SetListIndex(299'999);
   host.Settle();
   EXPECT_EQ(list.ListCount(), 300'000);

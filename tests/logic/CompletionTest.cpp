@@ -18,9 +18,25 @@ constexpr CompletionMode byCapitals{.keepCapitals = true, .splitWords = false};
 constexpr CompletionMode byWords{.keepCapitals = false, .splitWords = true};
 constexpr CompletionMode byBoth{.keepCapitals = true, .splitWords = true};
 
+std::vector<std::string> AllOf(const TextLines& lines) {
+  std::vector<std::string> all;
+  for (std::size_t i = 0; i < lines.Size(); ++i) all.emplace_back(lines[i]);
+  return all;
+}
+
 std::vector<std::string> Found(const Vocabulary::Section& section, std::string_view typed,
                                CompletionMode mode) {
-  return FindCompletions(section, typed, mode).entries;
+  return AllOf(FindCompletions(section, typed, mode).entries);
+}
+
+TEST(TextLinesTest, HoldsLinesAndLetsThemGo) {
+  TextLines lines({"one", "", "three"});
+  lines.Add("four");
+  lines.Remove(0);
+  EXPECT_THAT(AllOf(lines), ElementsAre("", "three", "four"));
+  lines.Remove(2);
+  lines.Remove(0);
+  EXPECT_THAT(AllOf(lines), ElementsAre("three"));
 }
 
 TEST(TypedWordTest, IsTheRunOfIdentifierCharactersThatEndsAtTheCaret) {
@@ -83,7 +99,7 @@ TEST(FindCompletionsTest, BothKindsOfInitialsTogether) {
 TEST(FindCompletionsTest, TellsWhereTheWordBeginsInItsEntry) {
   const Vocabulary::Section section = {{"d1", {"odd: name"}}};
   const Completions found = FindCompletions(section, "", byWords);
-  ASSERT_THAT(found.entries, ElementsAre("ON: odd: name"));
+  ASSERT_THAT(AllOf(found.entries), ElementsAre("ON: odd: name"));
   EXPECT_EQ(found.entries[0].substr(found.wordAt[0]), "odd: name");
 }
 

@@ -208,6 +208,20 @@ TEST_F(SchemaLoadingTest, CancellingTheFieldNamesKeepsThoseRead) {
   EXPECT_TRUE(view.Expanded("d1"));
 }
 
+TEST_F(SchemaLoadingTest, ThousandsOfNamesLeaveTheInterfaceItsTurnsAndCanBeCancelled) {
+  Schema schema;
+  for (int i = 0; i < 3'000; ++i) schema.push_back({"t" + std::to_string(10'000 + i), {}});
+  AnswerViews(data, schema);
+  int turns = 0;
+  desktop.OnProcessPending([&](int number) {
+    turns = number;
+    if (number == 5) desktop.WindowOf("dlgAsync").Click("cmdCancel");
+  });
+  EXPECT_TRUE(Load());
+  EXPECT_EQ(turns, 5);
+  EXPECT_EQ(Tables().size(), 5U * 256U);
+}
+
 TEST_F(SchemaLoadingTest, CancellingTheQueryForTablesLeavesTheTree) {
   tree.AddTables("d1", {"Earlier"});
   data.Answer(test::tablesQuery, FakeFields({"TABLE_NAME"}), {{std::string("Orders")}})

@@ -42,10 +42,6 @@ class HeadlessListControl : public Headless<Kind>, public EntryPicker {
     entries_.clear();
     selected_ = -1;
   }
-  void SetItems(std::vector<std::string> items) override {
-    this->Clear();
-    entries_ = std::move(items);
-  }
 
   void PickEntry(int index) override { this->SetListIndex(static_cast<int>(Checked(index))); }
 

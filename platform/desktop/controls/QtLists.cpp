@@ -8,10 +8,10 @@ namespace tessel {
 
 namespace {
 
-QStringList AsStringList(const std::vector<std::string>& items) {
+QStringList AsStringList(const TextLines& items) {
   QStringList list;
-  list.reserve(static_cast<qsizetype>(items.size()));
-  for (const std::string& item : items) list.append(ToQt(item));
+  list.reserve(static_cast<qsizetype>(items.Size()));
+  for (std::size_t i = 0; i < items.Size(); ++i) list.append(ToQt(items[i]));
   return list;
 }
 
@@ -31,7 +31,7 @@ QtListBox::QtListBox(QListView& widget, const ControlSite& site)
 /// The view outlives the model.
 QtListBox::~QtListBox() { TheWidget().setModel(nullptr); }
 
-void QtListBox::AddItem(std::string_view text) { model_->Add(std::string(text)); }
+void QtListBox::AddItem(std::string_view text) { model_->Add(text); }
 
 /// The toolkit would select a neighbour of the removed entry.
 void QtListBox::RemoveItem(int index) {
@@ -42,7 +42,7 @@ void QtListBox::RemoveItem(int index) {
   --quiet_;
 }
 
-void QtListBox::SetItems(std::vector<std::string> items) {
+void QtListBox::SetItems(TextLines items) {
   ++quiet_;
   model_->SetAll(std::move(items));
   --quiet_;
@@ -52,7 +52,7 @@ int QtListBox::RowHeight() const { return Face().TheScale().Twips(TheWidget().si
 
 void QtListBox::WriteIndex(int index) {
   ++quiet_;
-  TheWidget().setCurrentIndex(model_->index(index));
+  TheWidget().setCurrentIndex(model_->index(index, 0, {}));
   --quiet_;
 }
 
@@ -93,7 +93,7 @@ void QtComboBox::Clear() {
   if (Editable()) TheWidget().clearEditText();
 }
 
-void QtComboBox::SetItems(std::vector<std::string> items) {
+void QtComboBox::SetItems(TextLines items) {
   const QSignalBlocker silence(TheWidget());
   Clear();
   TheWidget().addItems(AsStringList(items));

@@ -18,7 +18,7 @@ class QtListBox final : public ControlOf<ListBox, QListView> {
   void AddItem(std::string_view text) override;
   void RemoveItem(int index) override;
   void Clear() override { SetItems({}); }
-  void SetItems(std::vector<std::string> items) override;
+  void SetItems(TextLines items) override;
   [[nodiscard]] int RowHeight() const override;
 
  protected:
@@ -38,7 +38,7 @@ class QtComboBox final : public ControlOf<ComboBox, QComboBox> {
   void AddItem(std::string_view text) override;
   void RemoveItem(int index) override;
   void Clear() override;
-  void SetItems(std::vector<std::string> items) override;
+  void SetItems(TextLines items) override;
   [[nodiscard]] bool Editable() const override { return TheWidget().isEditable(); }
   void SelectAllText() override;
 

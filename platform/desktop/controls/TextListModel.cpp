@@ -7,23 +7,23 @@
 namespace tessel {
 
 std::string TextListModel::Text(int line) const {
-  return Holds(line) ? lines_[static_cast<std::size_t>(line)] : std::string();
+  return Holds(line) ? std::string(lines_[static_cast<std::size_t>(line)]) : std::string();
 }
 
-void TextListModel::Add(std::string text) {
+void TextListModel::Add(std::string_view text) {
   beginInsertRows({}, Count(), Count());
-  lines_.push_back(std::move(text));
+  lines_.Add(text);
   endInsertRows();
 }
 
 void TextListModel::Remove(int line) {
   if (!Holds(line)) return;
   beginRemoveRows({}, line, line);
-  lines_.erase(lines_.begin() + line);
+  lines_.Remove(static_cast<std::size_t>(line));
   endRemoveRows();
 }
 
-void TextListModel::SetAll(std::vector<std::string> lines) {
+void TextListModel::SetAll(TextLines lines) {
   beginResetModel();
   lines_ = std::move(lines);
   endResetModel();
