@@ -44,11 +44,11 @@ class Heartbeat {
   double longest_ = 0;
 };
 
-/// Lets the event loop run until `QApplication::quit`, or for so many seconds.
+/// Lets the event loop run until `QApplication::exit`, or for so many seconds.
 void RunFor(double seconds) {
   QTimer end;
   end.setSingleShot(true);
-  QObject::connect(&end, &QTimer::timeout, [] { QApplication::quit(); });
+  QObject::connect(&end, &QTimer::timeout, [] { QApplication::exit(); });
   end.start(static_cast<int>(seconds * 1000));
   QApplication::exec();
 }
@@ -60,7 +60,7 @@ class PaintWatch final : public QObject {
   bool eventFilter(QObject* /*watched*/, QEvent* event) override {
     if (event->type() != QEvent::Paint || !std::exchange(waits_, false)) return false;
     QMetaObject::invokeMethod(
-        this, [] { QApplication::quit(); }, Qt::QueuedConnection);
+        this, [] { QApplication::exit(); }, Qt::QueuedConnection);
     return false;
   }
   /// Lets the event loop run until the widget has been painted once more.
@@ -99,7 +99,7 @@ void MeasureStall(Program& program) {
   bool ended = false;
   program.recordset->FetchComplete = [&](const ErrorInfo*, EventStatus) {
     ended = true;
-    QApplication::quit();
+    QApplication::exit();
   };
   const Heartbeat heart;
   program.recordset->Open(openOption::text | openOption::asyncExecute | openOption::asyncFetch);

@@ -78,21 +78,17 @@ SpillFile::SpillFile(const std::filesystem::path& folder) : file_(OpenUnnamed(fo
 
 SpillFile::~SpillFile() { close(file_); }
 
-/// The room is asked for first: a file with holes could fail when it is read.
+/// Written, not mapped: so a disk without room says so here, and not when a row is looked at.
 std::shared_ptr<const FilePart>
 SpillFile::Write(const std::vector<std::span<const std::byte>>& pieces) {
   const LimitIsAnError limitIsAnError;
-  std::size_t size = 0;
-  for (const auto& piece : pieces) size += piece.size();
-  const int denied = posix_fallocate(file_, static_cast<off_t>(end_),
-                                     static_cast<off_t>(std::max<std::size_t>(size, 1)));
-  if (denied != 0) throw std::system_error(denied, std::generic_category());
   std::size_t offset = end_;
   for (const auto& piece : pieces) {
     WriteAll(piece, offset);
     offset += piece.size();
   }
-  auto part = std::make_shared<const FilePart>(file_, end_, std::max<std::size_t>(size, 1));
+  const std::size_t size = std::max<std::size_t>(offset - end_, 1);  // Nothing cannot be mapped.
+  auto part = std::make_shared<const FilePart>(file_, end_, size);
   end_ = (offset + PageSize()) / PageSize() * PageSize();
   return part;
 }

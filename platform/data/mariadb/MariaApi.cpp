@@ -63,10 +63,13 @@ std::string ExtendedTypeOf(const MYSQL_FIELD& field) {
 
 }  // namespace
 
+/// After those of the network the server closes the connection as well.
 bool SaysSessionIsLost(const ErrorInfo& error) {
   return IsOneOf(error, {CR_SERVER_GONE_ERROR, CR_SERVER_LOST, CR_SERVER_LOST_EXTENDED,
                          CR_MALFORMED_PACKET, CR_COMMANDS_OUT_OF_SYNC, ER_SERVER_SHUTDOWN,
-                         ER_CONNECTION_KILLED});
+                         ER_CONNECTION_KILLED, ER_NET_PACKET_TOO_LARGE, ER_NET_PACKETS_OUT_OF_ORDER,
+                         ER_NET_UNCOMPRESS_ERROR, ER_NET_READ_ERROR, ER_NET_READ_INTERRUPTED,
+                         ER_NET_ERROR_ON_WRITE, ER_NET_WRITE_INTERRUPTED});
 }
 
 bool SaysInterrupted(const ErrorInfo& error) { return IsOneOf(error, {ER_QUERY_INTERRUPTED}); }

@@ -54,6 +54,13 @@ std::string NameOf(Kind kind) {
 
 using FaultCase = std::tuple<FaultClient, FaultPoint, Kind>;
 
+/// MariaDB's ODBC driver (3.1.15) crashes inside SQLExecDirect when the connection breaks while it
+/// reads what the columns are.
+bool DriverCrashes(const FaultCase& fault) {
+  const auto& [client, point, kind] = fault;
+  return client.name == "MariaOdbc" && point.name == "Columns" && kind != Kind::Stall;
+}
+
 std::string NameOfCase(const testing::TestParamInfo<FaultCase>& info) {
   const auto& [client, point, kind] = info.param;
   return client.name + "_" + point.name + "_" + NameOf(kind);
@@ -176,6 +183,7 @@ INSTANTIATE_TEST_SUITE_P(
 using FaultsInCommands = FaultPoints;
 
 TEST_P(FaultsInCommands, EndWithTheRowsSoFar) {
+  if (DriverCrashes(GetParam())) GTEST_SKIP() << "The driver crashes.";
   const auto connection = Connect(proxy_.Port());
   EventLog log;
   proxy_.Set(TheFault());
@@ -209,6 +217,7 @@ class FaultsElsewhere : public FaultTest, public testing::WithParamInterface<Fau
 
   /// Starts a transaction with one row, whose commit then meets `fault`; returns how that ended.
   std::optional<ErrorInfo> CommitInto(Fault fault, const std::string& table) {
+    proxy_.Clear();  // Drivers say "commit" while they connect, too.
     const auto connection = Connect(proxy_.Port());
     Run(*connection, "begin");
     Run(*connection, "insert into " + table + " values (1)");
