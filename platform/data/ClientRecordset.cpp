@@ -10,9 +10,19 @@ namespace tessel {
 
 namespace {
 
-Error NoCurrentRecord() {
+[[gnu::cold, gnu::noinline]] Error NoCurrentRecord() {
   return {errorNumber::noCurrentRecord, "Tessel",
           "There is no current record: the position is before the first or behind the last one."};
+}
+
+[[gnu::cold, gnu::noinline]] Error NotOpen() {
+  return {errorNumber::objectClosed, "Tessel",
+          "This is not possible while the recordset is closed."};
+}
+
+[[gnu::cold, gnu::noinline]] Error NoField(std::size_t field) {
+  return {errorNumber::itemNotFound, "Tessel",
+          "There is no field number " + std::to_string(field) + "."};
 }
 
 struct ByteCount {
@@ -92,16 +102,12 @@ void ClientRecordset::UseRows(std::shared_ptr<ResultRows> rows) {
 
 // --- its rows --------------------------------------------------------------------------------
 
-void ClientRecordset::RequireOpen() const {
-  if ((state_ & objectState::open) == 0)
-    throw Error(errorNumber::objectClosed, "Tessel",
-                "This is not possible while the recordset is closed.");
+inline void ClientRecordset::RequireOpen() const {
+  if ((state_ & objectState::open) == 0) throw NotOpen();
 }
 
-void ClientRecordset::RequireField(std::size_t field) const {
-  if (field >= rows_->fields.size())
-    throw Error(errorNumber::itemNotFound, "Tessel",
-                "There is no field number " + std::to_string(field) + ".");
+inline void ClientRecordset::RequireField(std::size_t field) const {
+  if (field >= rows_->fields.size()) throw NoField(field);
 }
 
 const std::vector<FieldInfo>& ClientRecordset::Fields() const {
@@ -146,6 +152,13 @@ std::optional<std::int64_t> ClientRecordset::PositionOf(Bookmark bookmark) const
 
 // --- its current record ----------------------------------------------------------------------
 
+std::int64_t ClientRecordset::CurrentRow() const {
+  RequireOpen();
+  if (atNew_) return rows_->pending->row;
+  if (position_ < 0 || position_ >= rows_->Count()) throw NoCurrentRecord();
+  return order_.RowAt(position_);
+}
+
 bool ClientRecordset::Bof() const { return (RecordCount() == 0 && !atNew_) || position_ < 0; }
 
 bool ClientRecordset::Eof() const { return position_ >= RecordCount() && !atNew_; }
@@ -173,11 +186,6 @@ void ClientRecordset::MovePrevious() {
   --position_;
 }
 
-std::int64_t ClientRecordset::CurrentRow() const {
-  if (Bof() || Eof()) throw NoCurrentRecord();
-  return atNew_ ? rows_->pending->row : order_.RowAt(position_);
-}
-
 Bookmark ClientRecordset::CurrentBookmark() const { return CurrentRow() + 1; }
 
 void ClientRecordset::MoveTo(Bookmark bookmark) {
@@ -188,7 +196,8 @@ void ClientRecordset::MoveTo(Bookmark bookmark) {
   atNew_ = position_ == rows_->Count();
 }
 
-ValueView ClientRecordset::FieldValue(std::size_t field) const {
+/// Asked for every cell that is converted: without a call inside.
+[[gnu::flatten]] ValueView ClientRecordset::FieldValue(std::size_t field) const {
   const std::int64_t row = CurrentRow();
   RequireField(field);
   return rows_->At(row, field);

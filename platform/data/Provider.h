@@ -95,6 +95,10 @@ class ProviderSession {
   /// cancelled where the database then undoes it.
   virtual void RunControl(std::string_view sql, const Operation* operation);
 
+  /// Called when the end of an operation has been announced: for what takes long and nobody needs
+  /// to wait for.
+  virtual void TidyUp() noexcept {}
+
   /// The catalog in use, empty when there is none; read after Open and after each command.
   [[nodiscard]] virtual std::string CurrentCatalog() = 0;
   /// Changes the catalog in use; raises Error and leaves it as it was on failure.

@@ -58,6 +58,7 @@ DriverProfile PostgreSql() {
           .hangsOn = "copy",
           .hangsWith = {"stdin", "stdout"},
           .joinsNotices = true,
+          .isSlowToDropResults = true,
           .tellsBaseColumns = true,
           .madeUpSizes = {255, 8190},
           .typeRules = {{"money", {DataType::VarChar, CellForm::Text}}},

@@ -46,6 +46,7 @@ struct DriverProfile {
   bool zeroIsNoCount = true;
 
   // --- results --------------------------------------------------------------------------------
+  bool isSlowToDropResults = false;       ///< It holds them whole; others may be open beside them.
   bool tellsBaseColumns = false;          ///< Base table and column are told, also behind an alias.
   std::vector<SQLULEN> madeUpSizes = {};  ///< Column sizes that say nothing.
   std::vector<TypeRule> typeRules = {};

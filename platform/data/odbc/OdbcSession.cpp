@@ -104,6 +104,7 @@ void OdbcSession::CheckFile() const {
 
 void OdbcSession::Close() noexcept {
   CloseResult();
+  TidyUp();
   dbc_.reset();
   alive_ = false;
 }
@@ -227,7 +228,14 @@ void OdbcSession::DrainResults(Operation& operation) {
 
 void OdbcSession::CloseResult() noexcept {
   reader_.reset();
+  if (profile_.isSlowToDropResults) dropped_ = std::move(statement_);
   statement_.reset();
+  if (!dropped_) patience_ = executePatience;
+}
+
+void OdbcSession::TidyUp() noexcept {
+  if (!dropped_) return;
+  dropped_.reset();
   patience_ = executePatience;
 }
 

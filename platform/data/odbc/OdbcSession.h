@@ -34,6 +34,7 @@ class OdbcSession : public ProviderSession {
   [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) override;
   void DrainResults(Operation& operation) override;
   void CloseResult() noexcept override;
+  void TidyUp() noexcept override;
   void CompleteFields(std::vector<FieldInfo>& fields) override;
   [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
 
@@ -93,7 +94,8 @@ class OdbcSession : public ProviderSession {
   bool canReadBoundCells_ = false;
 
   std::unique_ptr<Statement> statement_;
-  std::unique_ptr<RowReader> reader_;  ///< While there are rows to read.
+  std::unique_ptr<Statement> dropped_;  ///< With a result to drop when nobody waits.
+  std::unique_ptr<RowReader> reader_;   ///< While there are rows to read.
   Diagnostics lastNotices_;
   std::string sql_;             ///< The last command.
   bool wantsWarnings_ = false;  ///< Of the present command.

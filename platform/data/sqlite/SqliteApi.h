@@ -26,6 +26,32 @@ enum class SqliteStorage {
   Null = SQLITE_NULL
 };
 
+/// A cell of a statement's current row, found once and then looked at: valid until the next Step.
+class SqliteCell {
+ public:
+  explicit SqliteCell(sqlite3_value* value) : value_(value) {}
+
+  [[nodiscard]] SqliteStorage Storage() const {
+    return static_cast<SqliteStorage>(sqlite3_value_type(value_));
+  }
+  [[nodiscard]] std::int64_t Integer() const { return sqlite3_value_int64(value_); }
+  [[nodiscard]] double Real() const { return sqlite3_value_double(value_); }
+  /// Its data is null when there was no memory.
+  [[nodiscard]] std::string_view Text() const {
+    const unsigned char* text = sqlite3_value_text(value_);
+    return {reinterpret_cast<const char*>(text),
+            static_cast<std::size_t>(text == nullptr ? 0 : sqlite3_value_bytes(value_))};
+  }
+  [[nodiscard]] std::span<const std::byte> Blob() const {
+    const void* blob = sqlite3_value_blob(value_);
+    return {static_cast<const std::byte*>(blob),
+            static_cast<std::size_t>(sqlite3_value_bytes(value_))};
+  }
+
+ private:
+  sqlite3_value* value_;
+};
+
 /// A compiled statement. Not to outlive its database. Columns count from 0, parameters from 1.
 class SqliteStatement {
  public:
@@ -65,25 +91,15 @@ class SqliteStatement {
   [[nodiscard]] std::string OriginColumn(int column) const;
 
   // Cells of the current row. Texts and blobs are valid until the next Step.
-  [[nodiscard]] SqliteStorage StorageAt(int column) const {
-    return static_cast<SqliteStorage>(sqlite3_column_type(statement_.get(), column));
+  [[nodiscard]] SqliteCell CellAt(int column) const {
+    return SqliteCell(sqlite3_column_value(statement_.get(), column));
   }
-  [[nodiscard]] std::int64_t IntegerAt(int column) const {
-    return sqlite3_column_int64(statement_.get(), column);
-  }
-  [[nodiscard]] double RealAt(int column) const {
-    return sqlite3_column_double(statement_.get(), column);
-  }
-  [[nodiscard]] std::string_view TextAt(int column) const {
-    const unsigned char* text = sqlite3_column_text(statement_.get(), column);
-    if (text == nullptr) return EmptyOrNoMemory();
-    return {reinterpret_cast<const char*>(text),
-            static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column))};
-  }
-  [[nodiscard]] std::span<const std::byte> BlobAt(int column) const {
-    const void* blob = sqlite3_column_blob(statement_.get(), column);
-    return {static_cast<const std::byte*>(blob),
-            static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column))};
+  [[nodiscard]] SqliteStorage StorageAt(int column) const { return CellAt(column).Storage(); }
+  [[nodiscard]] std::int64_t IntegerAt(int column) const { return CellAt(column).Integer(); }
+  [[nodiscard]] std::string_view TextAt(int column) const { return Checked(CellAt(column).Text()); }
+  /// `text` of a cell; raises Error when there was no memory for it.
+  [[nodiscard]] std::string_view Checked(std::string_view text) const {
+    return text.data() == nullptr ? EmptyOrNoMemory() : text;
   }
 
  private:
