@@ -20,6 +20,7 @@ WriteDialect PostgresDialect() {
                           .returnsInserted = true,
                           .returnsUpdated = true,
                           .begin = "begin"};
+  dialect.comparisons.push_back({.typeName = "inet", .pattern = dialect.sameOrNull});
   for (const DataType type :
        {DataType::VarChar, DataType::VarWChar, DataType::LongVarChar, DataType::LongVarWChar})
     dialect.comparisons.push_back(
