@@ -13,12 +13,14 @@ WriteDialect SqliteDialect() {
 }
 
 /// What is shown as text is compared as such: many types have no "=", or one that does not say that
-/// two values are the same. Blanks at the end of a "character" are no part of its text.
+/// two values are the same. Blanks at the end of a "character" are no part of its text, and an
+/// address is shown without what its text says of its net.
 WriteDialect PostgresDialect() {
   WriteDialect dialect = {.sameOrNull = "{column} is not distinct from {value}",
                           .returnsInserted = true,
                           .returnsUpdated = true,
                           .begin = "begin"};
+  dialect.comparisons.push_back({.typeName = "inet", .pattern = dialect.sameOrNull});
   for (const DataType type :
        {DataType::VarChar, DataType::VarWChar, DataType::LongVarChar, DataType::LongVarWChar})
     dialect.comparisons.push_back(
