@@ -100,19 +100,21 @@ std::string_view WithoutIdleFraction(std::string_view text) {
   return text;
 }
 
-std::string NormalMoment(std::string_view text) {
-  std::string moment(WithoutIdleFraction(text));
-  constexpr std::size_t dateSize = 10;
-  if (moment.size() > dateSize && moment[dateSize] == 'T' &&
-      HasShape(std::string_view(moment).substr(0, dateSize), "dddd-dd-dd"))
-    moment[dateSize] = ' ';
-  return moment;
+constexpr std::size_t dateSize = 10;
+
+bool HasTBehindDate(std::string_view text) {
+  return text.size() > dateSize && text[dateSize] == 'T' &&
+         HasShape(text.substr(0, dateSize), "dddd-dd-dd");
 }
 
 void AppendMoment(CellForm form, std::string_view text, ColumnBuilder& column) {
   if (!LooksLikeMoment(text)) return column.AppendText(text);
   if (form == CellForm::Date && text.ends_with(" 00:00:00")) text.remove_suffix(9);
-  column.AppendMoment(NormalMoment(text));
+  text = WithoutIdleFraction(text);
+  if (!HasTBehindDate(text)) return column.AppendMoment(text);
+  std::string moment(text);
+  moment[dateSize] = ' ';
+  column.AppendMoment(moment);
 }
 
 void AppendBoolean(std::string_view text, ColumnBuilder& column) {
