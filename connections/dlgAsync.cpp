@@ -160,8 +160,7 @@ bool dlgAsync::DoQuery(const std::shared_ptr<Recordset>& recordset, std::int64_t
   std::exception_ptr pending;
   try {
     Reset();
-    connection_ = recordset->ActiveConnection();
-    recordset_ = recordset;
+    Hold(recordset);
     connection_->ExecuteComplete = [this](std::int64_t affected, const ErrorInfo* error,
                                           EventStatus status, Recordset*) {
       mCn_ExecuteComplete(affected, error, status);
@@ -178,7 +177,7 @@ bool dlgAsync::DoQuery(const std::shared_ptr<Recordset>& recordset, std::int64_t
       WaitModally();
       while (!HasSettled(recordset->State())) Yield();
     } else {
-      WaitBlocked(*recordset);
+      WaitBlocked([&] { recordset->Open(openOption::text); });
     }
   } catch (const Error&) {
     pending = std::current_exception();
@@ -187,19 +186,57 @@ bool dlgAsync::DoQuery(const std::shared_ptr<Recordset>& recordset, std::int64_t
   return Finish(pending);
 }
 
+bool dlgAsync::DoUpdate(const std::shared_ptr<Recordset>& recordset, bool async) {
+  return DoChange(recordset, "Saving the record...", async,
+                  [&](int options) { recordset->Update(options); });
+}
+
+bool dlgAsync::DoDelete(const std::shared_ptr<Recordset>& recordset, bool async) {
+  return DoChange(recordset, "Deleting the record...", async,
+                  [&](int options) { recordset->Delete(options); });
+}
+
+bool dlgAsync::DoChange(const std::shared_ptr<Recordset>& recordset, const std::string& message,
+                        bool async, const std::function<void(int options)>& change) {
+  std::exception_ptr pending;
+  try {
+    Reset();
+    Hold(recordset);
+    recordset->ChangeComplete = [this](const ErrorInfo* error, EventStatus status) {
+      Complete(error, status);
+    };
+    window_->Find<Label>("lblMessage").SetCaption("\n" + message);
+    if (async) {
+      change(openOption::asyncExecute);
+      WaitModally();
+      while (!HasSettled(recordset->State())) Yield();
+    } else {
+      WaitBlocked([&] { change(0); });
+    }
+  } catch (const Error&) {
+    pending = std::current_exception();
+  }
+  return Finish(pending);
+}
+
+void dlgAsync::Hold(const std::shared_ptr<Recordset>& recordset) {
+  connection_ = recordset->ActiveConnection();
+  recordset_ = recordset;
+}
+
 /// Shows the window until the operation is done; it may have ended already.
 void dlgAsync::WaitModally() {
   if (!done_) window_->ShowModal(&frame_);
 }
 
 /// The clock cannot tick while the provider blocks: a word stands in its place.
-void dlgAsync::WaitBlocked(Recordset& recordset) {
+void dlgAsync::WaitBlocked(const std::function<void()>& operation) {
   clockRuns_ = false;
   window_->Find<Label>("lblTimer").SetCaption("wait...");
   window_->Find<Button>("cmdCancel").SetEnabled(false);
   window_->ShowAbove(frame_);
   Yield();
-  recordset.Open(openOption::text);
+  operation();
 }
 
 void dlgAsync::Complete(const ErrorInfo* error, EventStatus status) {
@@ -252,6 +289,7 @@ void dlgAsync::Release() {
   if (recordset_ != nullptr) {
     recordset_->FetchProgress = nullptr;
     recordset_->FetchComplete = nullptr;
+    recordset_->ChangeComplete = nullptr;
   }
   if (connection_ != nullptr) {
     connection_->ConnectComplete = nullptr;

@@ -43,6 +43,12 @@ class dlgAsync {
   bool DoQuery(const std::shared_ptr<Recordset>& recordset, std::int64_t& recordsAffected,
                bool async);
 
+  /// Writes the recordset's pending change, or deletes its current record. Not `async`: waits
+  /// inside the provider, and cannot be cancelled. False when cancelled, and the change is still
+  /// pending then; raises the failure otherwise.
+  bool DoUpdate(const std::shared_ptr<Recordset>& recordset, bool async);
+  bool DoDelete(const std::shared_ptr<Recordset>& recordset, bool async);
+
   /// The rows of a query, to be read only; asynchronously where the provider can. They are closed
   /// when the query returns none. Null when cancelled; raises the failure otherwise.
   [[nodiscard]] std::shared_ptr<Recordset> ReadRows(Connection& connection, const std::string& sql);
@@ -75,7 +81,10 @@ class dlgAsync {
   void Reset();
   void ShowElapsed();
   void WaitModally();
-  void WaitBlocked(Recordset& recordset);
+  void WaitBlocked(const std::function<void()>& operation);
+  void Hold(const std::shared_ptr<Recordset>& recordset);
+  bool DoChange(const std::shared_ptr<Recordset>& recordset, const std::string& message, bool async,
+                const std::function<void(int options)>& change);
   void Complete(const ErrorInfo* error, EventStatus status);
   bool Finish(std::exception_ptr pending);
   void Release();

@@ -3,6 +3,7 @@
 #include <exception>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/Color.h"
 #include "platform/Event.h"
@@ -67,6 +68,8 @@ class Control {
   void Raise(const Event<Args...>& event, Given&&... args) const {
     event.Raise(failures_, std::forward<Given>(args)...);
   }
+  /// Hands a failure of what the user did to the window, as that of a handler.
+  void Fail(std::exception_ptr failure) const { failures_->HandlerFailed(std::move(failure)); }
 
  private:
   std::string name_;

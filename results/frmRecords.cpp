@@ -56,6 +56,8 @@ frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
       menuRecords_(window_->Menu("menuRecords")),
       status_(global.TheDesktop().TheClock(), txtStatus_, cmdCnErrors_),
       history_(global.TheDesktop(), *window_, *this),
+      editing_(global, async, host, *window_, [this] { FocusRecords(); }),
+      blobs_(global, *window_, editing_),
       conversion_(global, *window_, async, host) {
   Form_Load();
 }
@@ -81,11 +83,9 @@ void frmRecords::WireControls() {
   cmdCnErrors_.Click = [this] { cmdCnErrors_Click(); };
   cmdReconnect_.Click = [this] { cmdReconnect_Click(); };
   cboCatalog_.Click = [this] { cboCatalog_Click(); };
-  chkLock_.Click = [this] { chkLock_Click(); };
   chkRecords_.Click = [this] { chkRecords_Click(); };
-  blobDataFormat_.Format = [](const ValueView& value, std::string& shown) {
-    BLOBDataFormat_Format(value, shown);
-  };
+  dataGrid_.KeyDown = [this](KeyEvent& event) { DataGrid_KeyDown(event); };
+  dataGrid_.KeyUp = [this](KeyEvent& event) { DataGrid_KeyUp(event); };
 }
 
 /// The Window and Help commands are the frame's.
@@ -280,7 +280,7 @@ bool frmRecords::Run(const Execution& execution, std::int64_t start) {
   const std::shared_ptr<Recordset> recordset = mCn_->CreateRecordset();
   recordset->SetSource(execution.sql);
   recordset->SetCursorType(CursorType::Static);
-  recordset->SetLockType(locked_ ? LockType::ReadOnly : LockType::Optimistic);
+  recordset->SetLockType(editing_.Locked() ? LockType::ReadOnly : LockType::Optimistic);
   std::int64_t recordsAffected = -3;
   const bool interrupted = !async_.DoQuery(recordset, recordsAffected, freeThreaded_);
   UpdateTimer(start);
@@ -344,46 +344,17 @@ void frmRecords::ShowSQL(const std::string& sql) {
 
 void frmRecords::ShowRecordset(const std::shared_ptr<Recordset>& recordset) {
   SetStatus(std::to_string(recordset->RecordCount()) + " record(s).", statusColor::records);
-  const bool unique = recordset->RecordsetProperties().Number("Unique Rows", 0) != 0 || locked_;
-  lblWarning_.SetVisible(!unique);
+  editing_.ShowRecordset(*recordset, freeThreaded_);
   PlaceGrid(window_->ScaleWidth(), window_->ScaleHeight());
-  window_->Menu("mnuBLOBLoad").SetEnabled(!locked_);
-  window_->Menu("mnuBLOBNull").SetEnabled(!locked_);
-  dataGrid_.SetAllowUpdate(!locked_);
-  dataGrid_.SetAllowDelete(!locked_);
-  dataGrid_.SetAllowAddNew(!locked_);
   dataGrid_.SetDataSource(recordset);
-  ShowBinaryColumns(*recordset);
-}
-
-void frmRecords::ShowBinaryColumns(const Recordset& recordset) {
-  for (std::size_t field = 0; field < recordset.Fields().size(); ++field) {
-    if (!IsBinaryType(recordset.Fields()[field].type)) continue;
-    const int column = static_cast<int>(field);
-    dataGrid_.SetColumnFormat(column, &blobDataFormat_);
-    dataGrid_.SetColumnLocked(column, true);
-    dataGrid_.SetColumnButton(column, true);
-  }
-}
-
-/// A binary value shows as its size in bytes; null stays as it is.
-void frmRecords::BLOBDataFormat_Format(const ValueView& value, std::string& shown) {
-  if (const auto* binary = std::get_if<BinaryView>(&value))
-    shown = "[" + std::to_string(binary->bytes.size()) + "]";
+  blobs_.ShowRecordset(*recordset);
 }
 
 void frmRecords::EnableRecords(bool on) {
   menuRecords_.SetEnabled(on);
   chkRecords_.SetEnabled(on);
   dataGrid_.SetVisible(on);
-  if (on) return;
-  ShowEditButtons(false);
-  lblWarning_.SetVisible(false);
-}
-
-void frmRecords::ShowEditButtons(bool visible) {
-  cmdAccept_.SetVisible(visible);
-  cmdReject_.SetVisible(visible);
+  if (!on) editing_.HideRecordset();
 }
 
 void frmRecords::FocusRecords() {
@@ -406,13 +377,6 @@ void frmRecords::chkRecords_Click() {
   if (!chkRecords_.Value()) return;
   chkRecords_.SetValue(false);
   window_->PopupMenu(window_->Menu("menuRecords"), &chkRecords_, 0, chkRecords_.Bounds().height);
-}
-
-void frmRecords::chkLock_Click() {
-  locked_ = chkLock_.Value();
-  const std::string next = locked_ ? "editable" : "read-only";
-  chkLock_.SetToolTip("Click to make records " + next + " on subsequent queries (Ctrl+L)");
-  FocusRecords();
 }
 
 void frmRecords::cmdCnErrors_Click() {

@@ -12,8 +12,10 @@
 #include "platform/DataGrid.h"
 #include "platform/Label.h"
 #include "platform/ListControls.h"
+#include "results/BlobTransfer.h"
 #include "results/QueryHistory.h"
 #include "results/RecordConversion.h"
+#include "results/RecordEditing.h"
 #include "results/RecordsHost.h"
 #include "results/StatusLine.h"
 #include "schema/TagScanner.h"
@@ -104,15 +106,14 @@ class frmRecords : private QueryRunner, private TagResolver {
   void ReportErrors();
   bool ConfirmSQL(std::string& sql);
   void ShowRecordset(const std::shared_ptr<Recordset>& recordset);
-  void ShowBinaryColumns(const Recordset& recordset);
   void EnableRecords(bool on);
-  void ShowEditButtons(bool visible);
   void SetStatus(std::string_view text, Color color,
                  StatusLine::Options options = {false, false, false});
   void UpdateTimer(std::int64_t start);
 
-  void chkLock_Click();
   void chkRecords_Click();
+  void DataGrid_KeyDown(KeyEvent& event);
+  void DataGrid_KeyUp(KeyEvent& event);
   void cmdCnErrors_Click();
   void ShowProperties();
 
@@ -124,7 +125,6 @@ class frmRecords : private QueryRunner, private TagResolver {
   // TagResolver
   [[nodiscard]] bool Yield() override { return async_.Yield(); }
   [[nodiscard]] std::string Resolve(const Tag& tag) override;
-  static void BLOBDataFormat_Format(const ValueView& value, std::string& shown);
   [[nodiscard]] std::string ListOfValues(Recordset& rows, std::size_t field, bool quoted);
 
   const Global& global_;
@@ -147,6 +147,8 @@ class frmRecords : private QueryRunner, private TagResolver {
   MenuItem& menuRecords_;
   StatusLine status_;
   QueryHistory history_;
+  RecordEditing editing_;
+  BlobTransfer blobs_;
   RecordConversion conversion_;
 
   int windowID_ = -1;
@@ -154,10 +156,8 @@ class frmRecords : private QueryRunner, private TagResolver {
   std::string userName_;
   std::string password_;
   bool freeThreaded_ = false;
-  bool locked_ = true;
   bool choosingCatalog_ = false;
   bool unloaded_ = false;
-  DataFormat blobDataFormat_;
 };
 
 }  // namespace tessel

@@ -68,6 +68,16 @@ void frmRecords::Form_KeyDown(KeyEvent& event) {
   event.handled = HandleKey(event.keyCode, event.shift);
 }
 
+/// The window has had the key before.
+void frmRecords::DataGrid_KeyDown(KeyEvent& event) {
+  event.handled = editing_.HandleGridKey(event.keyCode, event.shift);
+}
+
+void frmRecords::DataGrid_KeyUp(KeyEvent& event) {
+  if (event.keyCode == key::contextMenu && event.shift == shiftState::none)
+    event.handled = blobs_.PopupAtCell();
+}
+
 bool frmRecords::HandleKey(int keyCode, int shift) {
   if (history_.HandleKey(keyCode, shift)) return true;
   switch (shift) {

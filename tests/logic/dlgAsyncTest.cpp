@@ -232,6 +232,69 @@ TEST_F(dlgAsyncTest, ABlockingActionStatementGivesItsCount) {
   EXPECT_EQ(affected, 9);
 }
 
+// --- changing rows
+// ----------------------------------------------------------------------
+
+class dlgAsyncChangeTest : public dlgAsyncTest {
+ protected:
+  dlgAsyncChangeTest() {
+    OpenConnection();
+    table = data.Answer("rows", {FakeField("n", DataType::Integer)}, Rows(3)).rows;
+    rows = Query("rows");
+    rows->SetLockType(LockType::Optimistic);
+    rows->Open(openOption::text);
+  }
+
+  std::shared_ptr<FakeRows> table;
+  std::shared_ptr<Recordset> rows;
+};
+
+TEST_F(dlgAsyncChangeTest, WritesAndDeletes) {
+  for (const bool asynchronously : {true, false}) {
+    rows->SetFieldValue(0, Value(std::int64_t{asynchronously ? 10 : 20}));
+    EXPECT_TRUE(async.DoUpdate(rows, asynchronously));
+    EXPECT_EQ(table->at(0).at(0), Value(std::int64_t{asynchronously ? 10 : 20}));
+    EXPECT_TRUE(frame->Enabled());
+  }
+  EXPECT_TRUE(async.DoDelete(rows, true));
+  EXPECT_EQ(table->size(), 2U);
+  EXPECT_EQ(rows->State(), objectState::open);
+}
+
+TEST_F(dlgAsyncChangeTest, WithNothingPendingItIsOverAtOnce) {
+  EXPECT_TRUE(async.DoUpdate(rows, true));
+  EXPECT_EQ(data.Log().changes, 0);
+}
+
+TEST_F(dlgAsyncChangeTest, AFailureIsRaisedAndTheChangeStaysPending) {
+  data.changeFailure = FakeError("constraint failed");
+  rows->SetFieldValue(0, Value(std::int64_t{10}));
+  for (const bool asynchronously : {true, false}) try {
+      static_cast<void>(async.DoUpdate(rows, asynchronously));
+      FAIL() << "nothing was raised";
+    } catch (const Error& error) {
+      EXPECT_EQ(error.Description(), "constraint failed");
+    }
+  EXPECT_EQ(rows->Editing(), EditMode::InProgress);
+}
+
+TEST_F(dlgAsyncChangeTest, ACancelReturnsFalseAndTheChangeStaysPending) {
+  data.holdChanges = true;
+  rows->SetFieldValue(0, Value(std::int64_t{10}));
+  desktop.OnModal("dlgAsync", [this](test::HeadlessWindow& w) {
+    EXPECT_EQ(Message(), "\nSaving the record...");
+    Cancel(w);
+  });
+  EXPECT_FALSE(async.DoUpdate(rows, true));
+  EXPECT_EQ(rows->Editing(), EditMode::InProgress);
+  desktop.OnModal("dlgAsync", [this](test::HeadlessWindow& w) {
+    EXPECT_EQ(Message(), "\nDeleting the record...");
+    Cancel(w);
+  });
+  EXPECT_FALSE(async.DoDelete(rows, true));
+  EXPECT_EQ(table->size(), 3U);
+}
+
 // --- the program's own loops
 // ----------------------------------------------------------------------
 

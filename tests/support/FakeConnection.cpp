@@ -133,7 +133,10 @@ void FakeConnection::Step(const OperationPtr& operation) {
   const std::weak_ptr<FakeConnection> alive = weak_from_this();
   switch (operation->stage) {
     case objectState::connecting: StepConnecting(*operation); break;
-    case objectState::executing: StepExecuting(*operation); break;
+    case objectState::executing:
+      if (operation->write) StepWriting(*operation);
+      else StepExecuting(*operation);
+      break;
     default: StepFetching(*operation); break;
   }
   if (operation->async && !operation->ended && !operation->held && !alive.expired())
@@ -265,6 +268,49 @@ void FakeConnection::EndCommand(Operation& operation) {
                           StatusOf(failure), recordset.get());
   else if (operation.async)
     recordset->FetchComplete.Raise(nullptr, Pointer(failure), StatusOf(failure));
+}
+
+// --- changes
+// -----------------------------------------------------------------------------------------
+
+void FakeConnection::Write(const std::shared_ptr<FakeRecordset>& recordset, int options,
+                           std::function<void()> write) {
+  RequireIdle();
+  const auto operation = std::make_shared<Operation>();
+  operation->stage = objectState::executing;
+  operation->async = (options & openOption::asyncExecute) != 0;
+  operation->recordset = recordset;
+  operation->write = std::move(write);
+  ++log_->changes;
+  recordset->BeginChange(operation.get());
+  Begin(operation);
+  RunOn(operation);
+  if (!operation->async && operation->failure) throw Error(*operation->failure);
+}
+
+void FakeConnection::StepWriting(Operation& operation) {
+  if (!operation.cancelled && HoldsAt(operation, server_->holdChanges)) return;
+  const auto recordset = operation.recordset.lock();
+  if (operation.cancelled) Fail(operation, Cancelled());
+  else if (server_->changeFailure && server_->changesBeforeFailure-- <= 0)
+    Fail(operation, *server_->changeFailure);
+  if (recordset == nullptr) return End(operation);
+  try {
+    if (!operation.failure) operation.write();
+  } catch (const Error& error) {
+    Fail(operation, error.Info());
+  }
+  recordset->EndChange(&operation);
+  End(operation);
+  if (operation.async)
+    recordset->ChangeComplete.Raise(nullptr, Pointer(operation.failure),
+                                    StatusOf(operation.failure));
+}
+
+void FakeConnection::AnnounceChange(const std::shared_ptr<FakeRecordset>& recordset) {
+  queue_.Post(recordset, [changed = recordset.get()] {
+    changed->ChangeComplete.Raise(nullptr, nullptr, EventStatus::Ok);
+  });
 }
 
 // --- catalogs and schema

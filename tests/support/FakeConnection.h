@@ -31,6 +31,7 @@ struct FakeLog {
   std::vector<std::string> closed;  ///< Connection strings of sessions that ended.
   std::vector<Command> executed;
   std::vector<std::string> catalogs;  ///< Every name given to SetDefaultDatabase.
+  int changes = 0;                    ///< Rows written or deleted, also those that failed.
   int cancels = 0;                    ///< Requests to stop something that ran.
   int openSessions = 0;               ///< Sessions that are open now.
 };
@@ -68,6 +69,12 @@ class FakeConnection final : public Connection,
   // --------------------------------------------------------------------------------
   void Execute(const std::shared_ptr<FakeRecordset>& recordset, int options);
   void CancelOperation(const void* operation);
+  /// Runs `write` as an operation of the connection; ChangeComplete of the recordset follows when
+  /// asynchronous.
+  void Write(const std::shared_ptr<FakeRecordset>& recordset, int options,
+             std::function<void()> write);
+  /// The end of a change that there was nothing to do for.
+  void AnnounceChange(const std::shared_ptr<FakeRecordset>& recordset);
 
   // --- for tests
   // -------------------------------------------------------------------------------------
@@ -88,6 +95,7 @@ class FakeConnection final : public Connection,
     bool resumed = false;
     FakeResult result;
     std::weak_ptr<FakeRecordset> recordset;
+    std::function<void()> write;  ///< Empty: it is no change.
     std::size_t fetched = 0;
     std::optional<ErrorInfo> failure;
     bool ended = false;
@@ -104,6 +112,7 @@ class FakeConnection final : public Connection,
   void StepConnecting(Operation& operation);
   void StepExecuting(Operation& operation);
   void StepFetching(Operation& operation);
+  void StepWriting(Operation& operation);
   [[nodiscard]] std::size_t NextBlockEnd(const Operation& operation) const;
   void EndOpen(Operation& operation);
   void EndCommand(Operation& operation);

@@ -91,7 +91,9 @@ void FakeRecordset::Close() {
   store_ = std::make_shared<FakeStore>();
   sort_.clear();
   order_.clear();
+  version_ = 0;
   position_ = 0;
+  atNew_ = false;
 }
 
 void FakeRecordset::RequireOpen() const {
@@ -113,19 +115,40 @@ std::optional<std::size_t> FakeRecordset::FindField(std::string_view name) const
 
 std::int64_t FakeRecordset::RecordCount() const {
   RequireOpen();
-  return static_cast<std::int64_t>(store_->fetched);
+  SyncOrder();
+  return static_cast<std::int64_t>(order_.size());
+}
+
+/// New rows stand behind the others until the next sort. When the current row goes the one behind
+/// it becomes current.
+void FakeRecordset::SyncOrder() const {
+  if (std::exchange(version_, store_->version) == store_->version) return;
+  for (std::size_t i = order_.size(); i-- > 0;) {
+    if (!store_->gone.contains(order_[i])) continue;
+    order_.erase(order_.begin() + static_cast<std::ptrdiff_t>(i));
+    if (static_cast<std::int64_t>(i) < position_) --position_;
+  }
+  const std::set<std::int64_t> known(order_.begin(), order_.end());
+  for (std::int64_t row = 0; row < static_cast<std::int64_t>(store_->fetched); ++row)
+    if (!known.contains(row) && !store_->gone.contains(row)) order_.push_back(row);
 }
 
 std::int64_t FakeRecordset::RowAt(std::int64_t position) const {
-  if (position < 0 || position >= RecordCount()) throw NoCurrentRecord();
-  const auto index = static_cast<std::size_t>(position);
-  return index < order_.size() ? order_[index] : position;
+  const std::int64_t count = RecordCount();
+  if (position == count && Editing() == EditMode::Add) return store_->pending->row;
+  if (position < 0 || position >= count) throw NoCurrentRecord();
+  return order_[static_cast<std::size_t>(position)];
 }
 
 ValueView FakeRecordset::ValueAt(std::int64_t position, std::size_t field) const {
   if (field >= Fields().size())
     throw Error(errorNumber::itemNotFound, "FakeServer", "There is no such field.");
-  return ToView((*store_->rows)[static_cast<std::size_t>(RowAt(position))][field]);
+  const std::int64_t row = RowAt(position);
+  if (store_->pending && store_->pending->row == row) {
+    const auto set = store_->pending->values.find(field);
+    if (set != store_->pending->values.end()) return ToView(set->second);
+  }
+  return ToView(store_->rows[static_cast<std::size_t>(row)][field]);
 }
 
 Bookmark FakeRecordset::BookmarkAt(std::int64_t position) const { return RowAt(position) + 1; }
@@ -139,29 +162,41 @@ std::optional<std::int64_t> FakeRecordset::PositionOf(Bookmark bookmark) const {
 void FakeRecordset::MoveFirst() {
   RequireOpen();
   position_ = 0;
+  atNew_ = false;
 }
 
-void FakeRecordset::MoveLast() { position_ = std::max<std::int64_t>(RecordCount() - 1, 0); }
+void FakeRecordset::MoveLast() {
+  position_ = std::max<std::int64_t>(RecordCount() - 1, 0);
+  atNew_ = false;
+}
 
 void FakeRecordset::MoveNext() {
   if (Eof()) throw NoCurrentRecord();
-  ++position_;
+  if (!std::exchange(atNew_, false)) ++position_;
 }
 
 void FakeRecordset::MovePrevious() {
   if (Bof()) throw NoCurrentRecord();
+  atNew_ = false;
   --position_;
 }
 
-Bookmark FakeRecordset::CurrentBookmark() const { return BookmarkAt(position_); }
+Bookmark FakeRecordset::CurrentBookmark() const {
+  SyncOrder();
+  return BookmarkAt(position_);
+}
 
 void FakeRecordset::MoveTo(Bookmark bookmark) {
   const auto position = PositionOf(bookmark);
   if (!position) throw NoCurrentRecord();
   position_ = *position;
+  atNew_ = false;
 }
 
-ValueView FakeRecordset::FieldValue(std::size_t field) const { return ValueAt(position_, field); }
+ValueView FakeRecordset::FieldValue(std::size_t field) const {
+  SyncOrder();
+  return ValueAt(position_, field);
+}
 
 std::int64_t FakeRecordset::ActualSize(std::size_t field) const {
   const ValueView value = FieldValue(field);
@@ -207,15 +242,19 @@ std::vector<FakeRecordset::SortField> FakeRecordset::ParseSort(std::string_view 
 }
 
 void FakeRecordset::ApplySort() {
-  const bool hasCurrent = !Bof() && !Eof();
+  SyncOrder();
+  const bool hasCurrent = !atNew_ && !Bof() && !Eof();
   const Bookmark current = hasCurrent ? CurrentBookmark() : 0;
-  order_.clear();
-  std::vector<std::int64_t> rows(sort_.empty() ? 0 : store_->fetched);
-  std::iota(rows.begin(), rows.end(), 0);
+  std::vector<std::int64_t> rows = order_;
+  std::ranges::sort(rows);
+  order_ = rows;
   std::ranges::stable_sort(rows, [&](std::int64_t a, std::int64_t b) {
     for (const SortField& by : sort_) {
-      const ValueView first = ValueAt(by.descending ? b : a, by.field);
-      const ValueView second = ValueAt(by.descending ? a : b, by.field);
+      const auto cell = [&](std::int64_t row) {
+        return ToView(store_->rows[static_cast<std::size_t>(row)][by.field]);
+      };
+      const ValueView first = cell(by.descending ? b : a);
+      const ValueView second = cell(by.descending ? a : b);
       if (ComesBefore(first, second)) return true;
       if (ComesBefore(second, first)) return false;
     }
@@ -234,11 +273,15 @@ void FakeRecordset::BeginRows(const void* operation, const FakeResult& result) {
   if (operation != operation_) return;
   Fill(result);
   store_->fetched = 0;
+  ++store_->version;
+  order_.clear();
   state_ = objectState::open | objectState::fetching;
 }
 
 void FakeRecordset::AddRows(const void* operation, std::size_t fetched) {
-  if (operation == operation_) store_->fetched = fetched;
+  if (operation != operation_) return;
+  store_->fetched = fetched;
+  ++store_->version;
 }
 
 void FakeRecordset::EndRows(const void* operation, const FakeResult& result) {
@@ -253,25 +296,13 @@ void FakeRecordset::EndRows(const void* operation, const FakeResult& result) {
 void FakeRecordset::Fill(const FakeResult& result) {
   store_ = std::make_shared<FakeStore>();
   store_->fields = result.fields;
-  store_->rows = result.rows;
+  store_->rows = *result.rows;
   store_->fetched = result.rows->size();
+  store_->origin = result;
+  store_->version = 1;
+  version_ = 0;
+  order_.clear();
   state_ = objectState::open;
 }
-
-// --- changes ---------------------------------------------------------------------------------
-
-void FakeRecordset::AddNew() {
-  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
-}
-void FakeRecordset::SetFieldValue(std::size_t /*field*/, Value /*value*/) {
-  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
-}
-void FakeRecordset::Update(int /*options*/) {
-  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
-}
-void FakeRecordset::Delete(int /*options*/) {
-  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
-}
-void FakeRecordset::CancelUpdate() {}
 
 }  // namespace tessel::test

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,12 +17,23 @@ namespace tessel::test {
 
 class FakeConnection;
 
-/// The rows that a recordset and its clones share. Row i has the bookmark i + 1.
+/// The rows that a recordset and its clones share, and the change that waits to be written. Row i
+/// has the bookmark i + 1.
 struct FakeStore {
+  struct Pending {
+    EditMode mode = EditMode::InProgress;
+    std::int64_t row = 0;
+    std::map<std::size_t, Value> values;
+  };
+
   std::vector<FieldInfo> fields;
-  std::shared_ptr<FakeRows> rows = std::make_shared<FakeRows>();  ///< All that the server has.
-  std::size_t fetched = 0;                                        ///< Those that arrived.
+  FakeRows rows;  ///< As they were read; a new one stands behind them, and is gone until written.
+  std::size_t fetched = 0;  ///< Those that arrived.
+  std::set<std::int64_t> gone;
+  std::optional<Pending> pending;
+  FakeResult origin;  ///< What the server has of them.
   Properties properties;
+  int version = 0;  ///< Grows when rows come or go.
 };
 
 class FakeRecordset final : public Recordset, public std::enable_shared_from_this<FakeRecordset> {
@@ -46,8 +59,10 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
   [[nodiscard]] Bookmark BookmarkAt(std::int64_t position) const override;
   [[nodiscard]] std::optional<std::int64_t> PositionOf(Bookmark bookmark) const override;
 
-  [[nodiscard]] bool Bof() const override { return RecordCount() == 0 || position_ < 0; }
-  [[nodiscard]] bool Eof() const override { return position_ >= RecordCount(); }
+  [[nodiscard]] bool Bof() const override {
+    return !atNew_ && (RecordCount() == 0 || position_ < 0);
+  }
+  [[nodiscard]] bool Eof() const override { return !atNew_ && position_ >= RecordCount(); }
   void MoveFirst() override;
   void MoveLast() override;
   void MoveNext() override;
@@ -59,7 +74,7 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
 
   [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType lock) override;
   void SetSort(const std::string& order) override;
-  [[nodiscard]] EditMode Editing() const override { return EditMode::None; }
+  [[nodiscard]] EditMode Editing() const override;
   void AddNew() override;
   void SetFieldValue(std::size_t field, Value value) override;
   void Update(int options) override;
@@ -82,6 +97,8 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
   void BeginRows(const void* operation, const FakeResult& result);
   void AddRows(const void* operation, std::size_t fetched);
   void EndRows(const void* operation, const FakeResult& result);
+  void BeginChange(const void* operation);
+  void EndChange(const void* operation);
   /// Opens with rows that are all there.
   void Fill(const FakeResult& result);
 
@@ -92,9 +109,20 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
   };
 
   void RequireOpen() const;
+  void RequireChangeable() const;
+  /// Takes in the rows that came and went.
+  void SyncOrder() const;
   [[nodiscard]] std::int64_t RowAt(std::int64_t position) const;
   [[nodiscard]] std::vector<SortField> ParseSort(std::string_view order) const;
   void ApplySort();
+  [[nodiscard]] Value Fitting(const FieldInfo& field, Value value) const;
+  void Announce(int options);
+  void WritePending();
+  void DeleteFromServer(std::int64_t row);
+  [[nodiscard]] FakeRow& FindOnServer(std::int64_t row) const;
+  void RequireUnchanged(const FakeRow& onServer) const;
+  void RequireConstraints(const FakeRow& row, const FakeRow* changed) const;
+  void GiveNumbers(FakeRow& row) const;
 
   std::weak_ptr<FakeConnection> connection_;
   std::string source_;
@@ -104,8 +132,11 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
   const void* operation_ = nullptr;
   std::shared_ptr<FakeStore> store_ = std::make_shared<FakeStore>();
   std::vector<SortField> sort_;
-  std::vector<std::int64_t> order_;  ///< Row numbers by position; empty: as they arrived.
-  std::int64_t position_ = 0;
+  mutable std::vector<std::int64_t> order_;  ///< Row numbers by position.
+  mutable int version_ = 0;
+  mutable std::int64_t position_ = 0;
+  bool atNew_ = false;
+  std::int64_t positionBeforeNew_ = 0;
 };
 
 }  // namespace tessel::test

@@ -48,6 +48,7 @@ FieldInfo FakeField(std::string name, DataType type) {
   FieldInfo field;
   field.name = std::move(name);
   field.type = type;
+  field.updatable = true;
   return field;
 }
 
@@ -89,6 +90,11 @@ FakeResult& FakeResult::UniqueRows(bool unique) {
 
 FakeResult& FakeResult::WithoutProperties() {
   hasUniqueRowsProperty = false;
+  return *this;
+}
+
+FakeResult& FakeResult::Writable(bool canBeWritten) {
+  writable = canBeWritten;
   return *this;
 }
 

@@ -22,6 +22,7 @@ namespace tessel::test {
 using FakeRow = std::vector<Value>;
 using FakeRows = std::vector<FakeRow>;
 
+/// A field that can be written.
 [[nodiscard]] FieldInfo FakeField(std::string name, DataType type = DataType::VarWChar);
 /// Fields of text.
 [[nodiscard]] std::vector<FieldInfo> FakeFields(const std::vector<std::string>& names);
@@ -40,6 +41,7 @@ struct FakeResult {
   std::size_t block = 100;               ///< Rows to one FetchProgress.
   bool uniqueRows = true;
   bool hasUniqueRowsProperty = true;
+  bool writable = true;  ///< The rows come from one table; the first field is its key when unique.
   std::optional<std::string> newCatalog;  ///< The command changes the catalog in use.
   bool holdExecuting = false;             ///< Runs until it is cancelled or resumed.
   std::optional<std::size_t> holdAtRow;   ///< The fetch stops here until cancelled or resumed.
@@ -49,6 +51,7 @@ struct FakeResult {
   FakeResult& Block(std::size_t size);
   FakeResult& UniqueRows(bool unique);
   FakeResult& WithoutProperties();
+  FakeResult& Writable(bool canBeWritten);
   FakeResult& NewCatalog(std::string name);
   FakeResult& HoldExecuting();
   FakeResult& HoldAtRow(std::size_t row);
@@ -95,6 +98,9 @@ class FakeServer {
   std::map<std::string, ErrorInfo> catalogFailures;  ///< By the name as given.
   std::map<SchemaRowset, ErrorInfo> schemaFailures;
   std::set<SchemaRowset> holdSchemas;  ///< Reading these goes on until it is cancelled or resumed.
+  std::optional<ErrorInfo> changeFailure;  ///< Writing and deleting a row fail...
+  int changesBeforeFailure = 0;            ///< ... after so many that succeed.
+  bool holdChanges = false;                ///< They go on until cancelled or resumed.
 
   FakeServer();
 

@@ -7,10 +7,11 @@
 #include "platform/DataGrid.h"
 #include "platform/Desktop.h"
 #include "tests/support/HeadlessControl.h"
+#include "tests/support/HeadlessText.h"
 
 namespace tessel::test {
 
-class HeadlessGrid final : public Headless<DataGrid> {
+class HeadlessGrid final : public Headless<DataGrid>, public Typist {
  public:
   HeadlessGrid(const FormWidget& widget, FailureSink& failures, FocusKeeper& keeper,
                HeadlessControl* container, Clipboard& clipboard)
@@ -34,7 +35,7 @@ class HeadlessGrid final : public Headless<DataGrid> {
   [[nodiscard]] bool AllowDelete() const override { return allowDelete_; }
   void SetAllowDelete(bool allow) override { allowDelete_ = allow; }
   [[nodiscard]] bool AllowAddNew() const override { return allowAddNew_; }
-  void SetAllowAddNew(bool allow) override { allowAddNew_ = allow; }
+  void SetAllowAddNew(bool allow) override;
 
   [[nodiscard]] std::vector<Bookmark> SelBookmarks() const override { return selected_; }
   void SetSelBookmarks(const std::vector<Bookmark>& bookmarks) override { selected_ = bookmarks; }
@@ -46,17 +47,37 @@ class HeadlessGrid final : public Headless<DataGrid> {
   void SetCurrentColumn(int column) override;
   [[nodiscard]] bool OnNewRow() const override { return onNewRow_; }
   [[nodiscard]] std::string ShownText(std::int64_t position, int column) const override;
+  [[nodiscard]] Rect CellBounds() const override;
   void Copy() override;
+  [[nodiscard]] bool EditActive() const override { return editing_; }
+  void Refresh() override;
+
+  // --- what the user sees of the cell being edited: the part of its text that is selected, else
+  // where the caret stands
+  // -----------------------------------------------------------------------------------------
+  [[nodiscard]] std::size_t EditorSelStart() const { return editor_.Start(); }
+  [[nodiscard]] std::size_t EditorSelLength() const { return editor_.Length(); }
 
   // --- what a user does; positions are 0-based
   // -----------------------------------------------------
   void ClickCell(std::int64_t position, int column);
+  void DoubleClickCell(std::int64_t position, int column);
+  /// Types into the current cell, character by character.
+  void TypeText(std::string_view text) override;
   void ClickButton(std::int64_t position, int column);
   /// Clicks row headers one after another: the first selects, the others add (Ctrl).
   void SelectRows(const std::vector<std::int64_t>& positions);
   void SelectColumns(int first, int last) { SetSelColumns(first, last); }
   void GoToNewRow();
   bool TakeKey(int keyCode, int shift) override;
+
+ protected:
+  [[nodiscard]] std::int64_t CellPosition() const override;
+  [[nodiscard]] std::string EditorText() const override { return editor_.Text(); }
+  [[nodiscard]] bool EditorChanged() const override { return edited_; }
+  void OpenEditor(const std::string& text, bool select) override;
+  void CloseEditor() override { editing_ = edited_ = false; }
+  void SelectCellAlone() override;
 
  private:
   struct Column {
@@ -67,7 +88,12 @@ class HeadlessGrid final : public Headless<DataGrid> {
 
   [[nodiscard]] const Column& At(int column) const;
   [[nodiscard]] Column& At(int column);
-  void MoveTo(std::int64_t position, int column);
+  [[nodiscard]] std::int64_t LastPosition() const;
+  [[nodiscard]] bool MoveTo(std::int64_t position, int column);
+  bool MoveToNext(int step);
+  bool TakeEditorKey(int keyCode);
+  bool Erase(bool backwards);
+  void TypeCharacter(std::string_view character);
   [[nodiscard]] std::vector<std::int64_t> RowsToCopy() const;
   [[nodiscard]] std::int64_t CurrentPosition() const;
 
@@ -83,6 +109,10 @@ class HeadlessGrid final : public Headless<DataGrid> {
   int lastColumn_ = -1;
   int currentColumn_ = -1;
   bool onNewRow_ = false;
+  std::int64_t knownCount_ = 0;
+  TextBuffer editor_;
+  bool editing_ = false;
+  bool edited_ = false;
 };
 
 }  // namespace tessel::test

@@ -89,6 +89,7 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   void CheckNode(std::string_view tree, const std::string& key);
   void ExpandNode(std::string_view tree, const std::string& key, bool expanded = true);
   void ClickGridCell(std::string_view grid, std::int64_t position, int column);
+  void DoubleClickGridCell(std::string_view grid, std::int64_t position, int column);
   void ClickGridButton(std::string_view grid, std::int64_t position, int column);
   void SelectGridRows(std::string_view grid, const std::vector<std::int64_t>& positions);
   void SelectGridColumns(std::string_view grid, int first, int last);

@@ -175,6 +175,10 @@ void HeadlessWindow::ClickGridCell(std::string_view name, std::int64_t position,
   On<HeadlessGrid>(name, [&](HeadlessGrid& grid) { grid.ClickCell(position, column); });
 }
 
+void HeadlessWindow::DoubleClickGridCell(std::string_view name, std::int64_t position, int column) {
+  On<HeadlessGrid>(name, [&](HeadlessGrid& grid) { grid.DoubleClickCell(position, column); });
+}
+
 void HeadlessWindow::ClickGridButton(std::string_view name, std::int64_t position, int column) {
   On<HeadlessGrid>(name, [&](HeadlessGrid& grid) { grid.ClickButton(position, column); });
 }

@@ -34,6 +34,7 @@ class ControlOf : public Kind {
 
  protected:
   [[nodiscard]] Widget& TheWidget() const { return *widget_; }
+  [[nodiscard]] Widget* WidgetIfAlive() const { return widget_; }
   [[nodiscard]] WidgetFace& Face() { return face_; }
   [[nodiscard]] const WidgetFace& Face() const { return face_; }
 

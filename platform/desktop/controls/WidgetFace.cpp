@@ -101,7 +101,8 @@ void WidgetFace::SetFocus() {
 
 bool WidgetFace::HasFocus() const {
   const QWidget* holder = QApplication::focusWidget();
-  return holder != nullptr && (holder == widget_ || holder->focusProxy() == widget_);
+  if (holder == nullptr) return false;
+  return holder == widget_ || holder->focusProxy() == widget_ || holder == widget_->focusProxy();
 }
 
 bool WidgetFace::eventFilter(QObject* watched, QEvent* event) {

@@ -37,8 +37,9 @@ void GridHeader::paintSection(QPainter* painter, const QRect& rect, int section)
     overlay.setAlpha(overlayStrength);
     painter->fillRect(rect, overlay);
   }
-  if (orientation() == Qt::Vertical && section == grid_.currentIndex().row())
-    PaintMark(*painter, rect);
+  if (orientation() != Qt::Vertical || section != grid_.currentIndex().row()) return;
+  if (grid_.RowIsBeingChanged()) PaintPencil(*painter, rect);
+  else PaintMark(*painter, rect);
 }
 
 bool GridHeader::IsSelected(int section) const {
@@ -56,6 +57,22 @@ void GridHeader::PaintMark(QPainter& painter, const QRect& rect) const {
   painter.setBrush(palette().color(QPalette::ButtonText));
   painter.drawPolygon(
       QPolygonF({top, top + QPointF(0, side), top + QPointF(side * 0.75, side / 2)}));
+  painter.restore();
+}
+
+/// The row holds something that is not written yet.
+void GridHeader::PaintPencil(QPainter& painter, const QRect& rect) const {
+  const qreal side = MarkSide() + 2;
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.translate(rect.left() + padding, rect.center().y() + side / 2 + 0.5);
+  painter.rotate(-45);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(palette().color(QPalette::ButtonText));
+  const qreal half = side / 5;
+  painter.drawPolygon(
+      QPolygonF({QPointF(0, 0), QPointF(side * 0.4, -half), QPointF(side * 0.4, half)}));
+  painter.drawRect(QRectF(side * 0.5, -half, side * 0.8, 2 * half));
   painter.restore();
 }
 

@@ -20,6 +20,7 @@ class GridHeader final : public QHeaderView {
   [[nodiscard]] bool IsSelected(int section) const;
   [[nodiscard]] int MarkSide() const { return fontMetrics().ascent() / 2 + 1; }
   void PaintMark(QPainter& painter, const QRect& rect) const;
+  void PaintPencil(QPainter& painter, const QRect& rect) const;
 
   RecordGrid& grid_;
 };

@@ -6,12 +6,28 @@ namespace tessel {
 
 QtDataGrid::QtDataGrid(RecordGrid& widget, const ControlSite& site) : ControlOf(widget, site) {
   Face().applyColors = [this] { ShowColors(); };
+  widget.SetUser(this);
   widget.failed = [sink = &site.failures](std::exception_ptr failure) {
     sink->HandlerFailed(std::move(failure));
   };
   QObject::connect(&widget, &RecordGrid::currentCellMoved, &Face(), [this] { CellMoved(); });
   QObject::connect(&widget, &RecordGrid::buttonPressed, &Face(),
                    [this](int column) { Raise(ButtonClick, column); });
+}
+
+QtDataGrid::~QtDataGrid() {
+  if (RecordGrid* widget = WidgetIfAlive()) widget->SetUser(nullptr);
+}
+
+void QtDataGrid::SetAllowAddNew(bool allow) {
+  allowAddNew_ = allow;
+  TheWidget().SetAllowsNew(allow);
+  Refresh();
+}
+
+void QtDataGrid::Refresh() {
+  if (DataSource() == nullptr || (DataSource()->State() & objectState::open) == 0) return;
+  TheWidget().Refresh();
 }
 
 void QtDataGrid::SetDataSource(std::shared_ptr<Recordset> recordset) {
@@ -42,15 +58,45 @@ void QtDataGrid::SetSelColumns(int first, int last) {
 void QtDataGrid::SetCurrentColumn(int column) {
   static_cast<void>(Model().ColumnAt(column));
   if (column == column_) return;
+  EndEdit();
   column_ = column;
   TheWidget().SetCurrentColumnQuietly(column);
   Raise(RowColChange);
 }
 
 std::string QtDataGrid::ShownText(std::int64_t position, int column) const {
+  if (Model().IsEmptyRow(static_cast<int>(position))) return {};
   const ValueView value = DataSource()->ValueAt(position, static_cast<std::size_t>(column));
   const std::string text = Model().FullText(position, column);
   return text.empty() && IsNull(value) ? "NULL" : text;
+}
+
+Rect QtDataGrid::CellBounds() const {
+  const QRect cell = TheWidget().CurrentCell();
+  return cell.isEmpty() ? Rect() : Face().TheScale().Twips(cell);
+}
+
+std::int64_t QtDataGrid::CellPosition() const {
+  const std::shared_ptr<Recordset> source = DataSource();
+  if (OnNewRow()) return source->RecordCount();
+  if (source->Bof() || source->Eof()) return -1;
+  return source->PositionOf(source->CurrentBookmark()).value_or(-1);
+}
+
+std::string QtDataGrid::EditorText() const { return FromQt(TheWidget().Editor().text()); }
+
+void QtDataGrid::OpenEditor(const std::string& text, bool select) {
+  TheWidget().OpenEditor(ToQt(text), select);
+}
+
+void QtDataGrid::SelectCellAlone() {
+  TheWidget().Selection().Clear();
+  TheWidget().ShowSelection();
+}
+
+void QtDataGrid::Typed() {
+  TheWidget().ShowSelection();
+  UserTyped();
 }
 
 /// The headers keep the colours of the desktop.

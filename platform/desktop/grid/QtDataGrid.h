@@ -2,15 +2,15 @@
 
 #include "platform/DataGrid.h"
 #include "platform/desktop/controls/ControlOf.h"
+#include "platform/desktop/grid/CellEditor.h"
 #include "platform/desktop/grid/RecordGrid.h"
 
 namespace tessel {
 
-/// Cells are not edited yet: the permissions are kept and have no effect, and there is no row for a
-/// new record.
-class QtDataGrid final : public ControlOf<DataGrid, RecordGrid> {
+class QtDataGrid final : public ControlOf<DataGrid, RecordGrid>, private GridUser {
  public:
   QtDataGrid(RecordGrid& widget, const ControlSite& site);
+  ~QtDataGrid() override;
 
   [[nodiscard]] std::shared_ptr<Recordset> DataSource() const override { return Model().Source(); }
   void SetDataSource(std::shared_ptr<Recordset> recordset) override;
@@ -38,7 +38,7 @@ class QtDataGrid final : public ControlOf<DataGrid, RecordGrid> {
   [[nodiscard]] bool AllowDelete() const override { return allowDelete_; }
   void SetAllowDelete(bool allow) override { allowDelete_ = allow; }
   [[nodiscard]] bool AllowAddNew() const override { return allowAddNew_; }
-  void SetAllowAddNew(bool allow) override { allowAddNew_ = allow; }
+  void SetAllowAddNew(bool allow) override;
 
   [[nodiscard]] std::vector<Bookmark> SelBookmarks() const override;
   void SetSelBookmarks(const std::vector<Bookmark>& bookmarks) override;
@@ -47,11 +47,29 @@ class QtDataGrid final : public ControlOf<DataGrid, RecordGrid> {
   void SetSelColumns(int first, int last) override;
   [[nodiscard]] int CurrentColumn() const override { return column_; }
   void SetCurrentColumn(int column) override;
-  [[nodiscard]] bool OnNewRow() const override { return false; }
+  [[nodiscard]] bool OnNewRow() const override { return TheWidget().OnNewRow(); }
   [[nodiscard]] std::string ShownText(std::int64_t position, int column) const override;
+  [[nodiscard]] Rect CellBounds() const override;
   void Copy() override { TheWidget().Copy(); }
+  [[nodiscard]] bool EditActive() const override { return TheWidget().Editor().IsOpen(); }
+  void Refresh() override;
+
+ protected:
+  [[nodiscard]] std::int64_t CellPosition() const override;
+  [[nodiscard]] std::string EditorText() const override;
+  [[nodiscard]] bool EditorChanged() const override { return TheWidget().Editor().Changed(); }
+  void OpenEditor(const std::string& text, bool select) override;
+  void CloseEditor() override { TheWidget().Editor().Close(); }
+  void SelectCellAlone() override;
 
  private:
+  // GridUser
+  [[nodiscard]] bool MayEdit() const override { return CanEditCell(); }
+  [[nodiscard]] bool Leaves(bool row) override { return UserLeaves(row); }
+  bool TurnsOver() override { return UserTurnsOver(); }
+  void OpensCell() override { EditCell(); }
+  void Typed() override;
+
   [[nodiscard]] RecordsModel& Model() const { return TheWidget().Model(); }
   void ShowColors();
   void CellMoved();

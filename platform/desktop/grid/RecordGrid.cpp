@@ -8,6 +8,7 @@
 
 #include "platform/desktop/base/Icons.h"
 #include "platform/desktop/grid/CellDelegate.h"
+#include "platform/desktop/grid/CellEditor.h"
 #include "platform/desktop/grid/CellText.h"
 #include "platform/desktop/grid/GridHeader.h"
 
@@ -29,6 +30,7 @@ RecordGrid::RecordGrid(QWidget* parent)
     : QTableView(parent),
       model_(new RecordsModel(this)),
       rowHeader_(new GridHeader(Qt::Vertical, *this)),
+      editor_(new CellEditor(*this)),
       selection_([this](int row) { return model_->Source()->BookmarkAt(row); }) {
   setSelectionMode(NoSelection);
   setEditTriggers(NoEditTriggers);
@@ -38,6 +40,9 @@ RecordGrid::RecordGrid(QWidget* parent)
   SetUpHeaders();
   setModel(model_);
   SizeRows();
+  connect(editor_, &CellEditor::typed, this, [this] {
+    if (user_ != nullptr) user_->Typed();
+  });
   dragTimer_.setInterval(dragInterval);
   connect(&dragTimer_, &QTimer::timeout, this, [this] { DragTo(dragPlace_); });
 }
@@ -59,7 +64,7 @@ void RecordGrid::SetUpHeaders() {
   });
   connect(rowHeader_, &QHeaderView::sectionPressed, this, [this](int row) { PressRow(row); });
   connect(rowHeader_, &QHeaderView::sectionEntered, this, [this](int row) {
-    selection_.DragToRow(row);
+    selection_.DragToRow(std::min(row, model_->Records() - 1));
     ShowSelection();
     scrollTo(model_->index(row, std::max(currentIndex().column(), 0)));
   });
@@ -68,6 +73,7 @@ void RecordGrid::SetUpHeaders() {
 void RecordGrid::Bind(const std::shared_ptr<Recordset>& source) {
   ++quiet_;
   dragging_ = false;
+  editor_->Close();
   selection_.Clear();
   model_->SetSource(source);
   rowHeader_->setFixedWidth(rowHeader_->WidthForRows(model_->RowCount()));
@@ -89,6 +95,8 @@ bool RecordGrid::RowSelected(int row) {
 }
 
 void RecordGrid::GoTo(int row, int column, bool extend) {
+  if (!MayGoTo(row, column)) return;
+  row = std::min(row, model_->RowCount() - 1);
   if (extend) selection_.ExtendTo(row, column);
   else selection_.StartAt(row, column);
   selectionModel()->setCurrentIndex(model_->index(row, column), QItemSelectionModel::NoUpdate);
@@ -103,7 +111,7 @@ void RecordGrid::SetCurrentColumnQuietly(int column) {
 }
 
 void RecordGrid::Copy() {
-  if (!currentIndex().isValid()) return;
+  if (!currentIndex().isValid() || SelectedCells().rowCount <= 0) return;
   QApplication::setOverrideCursor(Qt::WaitCursor);
   try {
     CopyToClipboard(*model_, SelectedCells());
@@ -123,10 +131,11 @@ void RecordGrid::ShowSelection() {
 void RecordGrid::FollowRecord() {
   const auto& source = model_->Source();
   if (source == nullptr || (source->State() & objectState::open) == 0) return;
-  if (quiet_ > 0 || source->Bof() || source->Eof()) return;
+  if (quiet_ > 0 || OnNewRow() || source->Bof() || source->Eof()) return;
   const auto position = source->PositionOf(source->CurrentBookmark());
   if (!position || *position == currentIndex().row() || *position >= model_->RowCount()) return;
   ++quiet_;
+  editor_->Close();
   const int column = std::max(currentIndex().column(), 0);
   selectionModel()->setCurrentIndex(model_->index(static_cast<int>(*position), column),
                                     QItemSelectionModel::NoUpdate);
@@ -135,8 +144,8 @@ void RecordGrid::FollowRecord() {
 }
 
 void RecordGrid::selectAll() {
-  if (model_->RowCount() == 0) return;
-  selection_.SetCells({0, 0, model_->RowCount() - 1, model_->ColumnCount() - 1});
+  if (model_->Records() == 0) return;
+  selection_.SetCells({0, 0, model_->Records() - 1, model_->ColumnCount() - 1});
   ShowSelection();
 }
 
@@ -144,13 +153,16 @@ void RecordGrid::currentChanged(const QModelIndex& current, const QModelIndex& p
   QTableView::currentChanged(current, previous);
   rowHeader_->viewport()->update();
   if (quiet_ > 0 || !current.isValid()) return;
-  if (current.row() != previous.row()) MoveRecord(current.row());
+  setAttribute(Qt::WA_InputMethodEnabled);
+  if (current.row() != previous.row() && !model_->IsNewRow(current.row()))
+    MoveRecord(current.row());
   emit currentCellMoved();
 }
 
 void RecordGrid::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::Copy)) return Copy();
   if (event->matches(QKeySequence::SelectAll)) return selectAll();
+  if (StartTyping(*event)) return;
   const QModelIndex target = TargetOf(*event);
   if (!target.isValid()) return event->ignore();
   const bool tab = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
@@ -189,7 +201,13 @@ void RecordGrid::mouseReleaseEvent(QMouseEvent* event) {
     emit buttonPressed(index.column());
 }
 
-void RecordGrid::mouseDoubleClickEvent(QMouseEvent* event) { mousePressEvent(event); }
+void RecordGrid::mouseDoubleClickEvent(QMouseEvent* event) {
+  mousePressEvent(event);
+  const bool onCell = indexAt(event->position().toPoint()) == currentIndex();
+  if (event->button() != Qt::LeftButton || buttonDown_ || !onCell || user_ == nullptr) return;
+  dragging_ = false;
+  user_->OpensCell();
+}
 
 /// On a column with a button the context-menu key belongs to the button.
 void RecordGrid::contextMenuEvent(QContextMenuEvent* event) {
@@ -258,6 +276,8 @@ QModelIndex RecordGrid::TargetOf(const QKeyEvent& event) const {
       return cell(std::min(row, lastRow - RowsOnPage()) + RowsOnPage(), column);
     case Qt::Key_Home: return cell(ctrl ? 0 : row, 0);
     case Qt::Key_End: return cell(ctrl ? lastRow : row, lastColumn);
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
     case Qt::Key_Tab: return NextCell(1);
     case Qt::Key_Backtab: return NextCell(-1);
     default: return {};
@@ -300,6 +320,9 @@ void RecordGrid::PressRow(int row) {
   setFocus(Qt::MouseFocusReason);
   const Qt::KeyboardModifiers keys = QApplication::keyboardModifiers();
   const int column = std::max(currentIndex().column(), 0);
+  if (model_->IsNewRow(row)) return GoTo(row, column, false);
+  if (!MayGoTo(row, column)) return;
+  row = std::min(row, model_->Records() - 1);
   selectionModel()->setCurrentIndex(model_->index(row, column), QItemSelectionModel::NoUpdate);
   selection_.PressRow(row, keys.testFlag(Qt::ControlModifier), keys.testFlag(Qt::ShiftModifier));
   ShowSelection();
@@ -336,11 +359,12 @@ CellsToCopy RecordGrid::SelectedCells() const {
             },
             0, lastColumn};
   if (selection_.FirstColumn() >= 0)
-    return {model_->RowCount(), [](std::int64_t at) { return at; }, selection_.FirstColumn(),
+    return {model_->Records(), [](std::int64_t at) { return at; }, selection_.FirstColumn(),
             selection_.LastColumn()};
   CellRange cells = selection_.Cells();
   const QModelIndex current = currentIndex();
   if (cells.IsEmpty()) cells = {current.row(), current.column(), current.row(), current.column()};
+  cells.lastRow = std::min(cells.lastRow, model_->Records() - 1);
   return {cells.lastRow - cells.firstRow + 1,
           [first = cells.firstRow](std::int64_t at) { return first + at; }, cells.firstColumn,
           cells.lastColumn};

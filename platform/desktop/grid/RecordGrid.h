@@ -12,7 +12,23 @@
 
 namespace tessel {
 
+class CellEditor;
 class GridHeader;
+
+/// Who decides about the editing when the user works in the table.
+class GridUser {
+ public:
+  [[nodiscard]] virtual bool MayEdit() const = 0;
+  /// The user is about to leave the cell, and the row too when `row`. False: stays.
+  [[nodiscard]] virtual bool Leaves(bool row) = 0;
+  /// The space bar; false when it means nothing special to the cell.
+  virtual bool TurnsOver() = 0;
+  virtual void OpensCell() = 0;
+  virtual void Typed() = 0;
+
+ protected:
+  ~GridUser() = default;
+};
 
 /// The table widget of a data grid. Its current cell's row is the recordset's current record.
 class RecordGrid : public QTableView {
@@ -28,12 +44,30 @@ class RecordGrid : public QTableView {
   void Bind(const std::shared_ptr<Recordset>& source);
   /// Where a failure inside a Qt event goes (a record that cannot be moved to, too much to copy).
   std::function<void(std::exception_ptr)> failed;
+  /// Without one no cell is edited. It lives as long as the widget is used.
+  void SetUser(GridUser* user) { user_ = user; }
 
   [[nodiscard]] bool ShowsSelected(int row, int column);
   [[nodiscard]] bool RowSelected(int row);
-  /// Makes a cell the current one; `extend` selects the cells from where the selection began up to
-  /// it.
+  /// Makes a cell the current one unless the user has to stay; `extend` selects the cells from
+  /// where the selection began up to it.
   void GoTo(int row, int column, bool extend);
+  [[nodiscard]] bool OnNewRow() const;
+  /// Whether something was typed into the current row, or changed in its record, and is not
+  /// written.
+  [[nodiscard]] bool RowIsBeingChanged() const;
+  /// Where the current cell stands in this widget; empty when there is none.
+  [[nodiscard]] QRect CurrentCell() const;
+
+  [[nodiscard]] CellEditor& Editor() const { return *editor_; }
+  void OpenEditor(const QString& text, bool select);
+  /// A key in the editor that goes to another cell.
+  void MoveFromEditor(QKeyEvent& event);
+  /// False when the focus is to leave the grid.
+  bool TabFromEditor(bool next);
+  /// Takes in the rows as they are now and goes to the current record.
+  void Refresh();
+  void SetAllowsNew(bool allows);
   /// Makes the cell of a column current in the present row, silently.
   void SetCurrentColumnQuietly(int column);
   void Copy();
@@ -57,6 +91,11 @@ class RecordGrid : public QTableView {
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
+  [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+  void focusInEvent(QFocusEvent* event) override;
+  void scrollContentsBy(int dx, int dy) override;
+  void updateGeometries() override;
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
 
@@ -70,6 +109,12 @@ class RecordGrid : public QTableView {
   [[nodiscard]] int RowsOnPage() const;
   [[nodiscard]] QModelIndex NearestCell(const QPoint& place) const;
   [[nodiscard]] bool OnButton(const QModelIndex& index, const QPoint& place) const;
+  [[nodiscard]] bool MayGoTo(int row, int column);
+  bool StartTyping(const QKeyEvent& event);
+  void TypeIntoCell(const QString& text);
+  void PlaceEditor();
+  void ForgetGoneRows();
+  [[nodiscard]] int RowOfRecord();
   void PressRow(int row);
   void PressColumn(int column);
   void DragTo(const QPoint& place);
@@ -78,6 +123,8 @@ class RecordGrid : public QTableView {
 
   RecordsModel* model_;
   GridHeader* rowHeader_;
+  CellEditor* editor_;
+  GridUser* user_ = nullptr;
   GridSelection selection_;
   QTimer dragTimer_;  ///< Scrolls on while the pointer is dragged beyond the edge.
   QPoint dragPlace_;

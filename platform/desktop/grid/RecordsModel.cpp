@@ -11,7 +11,7 @@ namespace tessel {
 namespace {
 
 std::int64_t RowsThatFit(const Recordset& recordset) {
-  return std::min<std::int64_t>(recordset.RecordCount(), std::numeric_limits<int>::max() - 1);
+  return std::min<std::int64_t>(recordset.RecordCount(), std::numeric_limits<int>::max() - 3);
 }
 
 }  // namespace
@@ -19,12 +19,40 @@ std::int64_t RowsThatFit(const Recordset& recordset) {
 void RecordsModel::SetSource(std::shared_ptr<Recordset> source) {
   beginResetModel();
   source_ = std::move(source);
-  rows_ = source_ == nullptr ? 0 : static_cast<int>(RowsThatFit(*source_));
+  Look();
+  rows_ = source_ == nullptr ? 0 : RowsWanted();
   columns_.assign(source_ == nullptr ? 0 : source_->Fields().size(), {});
   endResetModel();
 }
 
+void RecordsModel::SetAllowsNew(bool allows) {
+  allowsNew_ = allows;
+  Refresh();
+}
+
+/// Rows come and go at the end as far as a view is concerned: it reads every cell anew in any case.
+void RecordsModel::Refresh() {
+  if (source_ == nullptr || (source_->State() & objectState::open) == 0) return;
+  Look();
+  const int wanted = RowsWanted();
+  if (wanted > rows_) {
+    beginInsertRows({}, rows_, wanted - 1);
+    rows_ = wanted;
+    endInsertRows();
+  } else if (wanted < rows_) {
+    beginRemoveRows({}, wanted, rows_ - 1);
+    rows_ = wanted;
+    endRemoveRows();
+  }
+}
+
+void RecordsModel::Look() {
+  records_ = source_ == nullptr ? 0 : static_cast<int>(RowsThatFit(*source_));
+  adding_ = source_ != nullptr && source_->Editing() == EditMode::Add;
+}
+
 ShownCell RecordsModel::CellAt(int row, int column) const {
+  if (IsEmptyRow(row)) return {};
   try {
     return ReadCell(row, column);
   } catch (const std::exception&) {
@@ -44,6 +72,7 @@ std::string RecordsModel::FieldName(int column) const {
 }
 
 std::optional<Bookmark> RecordsModel::BookmarkAt(int row) const {
+  if (IsNewRow(row)) return std::nullopt;
   try {
     return source_->BookmarkAt(row);
   } catch (const std::exception&) {
@@ -67,8 +96,10 @@ QVariant RecordsModel::data(const QModelIndex& index, int role) const {
 
 QVariant RecordsModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (source_ == nullptr) return {};
-  if (orientation == Qt::Vertical)
-    return role == Qt::DisplayRole ? QVariant(section + 1) : QVariant();
+  if (orientation == Qt::Vertical) {
+    if (role != Qt::DisplayRole) return {};
+    return IsNewRow(section) ? QVariant(QStringLiteral("*")) : QVariant(section + 1);
+  }
   if (role == Qt::DisplayRole) return AsShown(std::string_view(FieldName(section)));
   if (role != Qt::ToolTipRole) return {};
   return AsPlainToolTip(FieldName(section));

@@ -31,7 +31,18 @@ class RecordsModel final : public QAbstractTableModel {
 
   [[nodiscard]] const std::shared_ptr<Recordset>& Source() const { return source_; }
   void SetSource(std::shared_ptr<Recordset> source);
+  /// Rows shown: the records, one that is begun, and an empty one behind them where records may be
+  /// added.
   [[nodiscard]] int RowCount() const { return rows_; }
+  /// Records that there were when last looked.
+  [[nodiscard]] int Records() const { return records_; }
+  [[nodiscard]] bool IsNewRow(int row) const { return row >= records_; }
+  /// Whether the row shows nothing, being that of a record not begun.
+  [[nodiscard]] bool IsEmptyRow(int row) const { return row >= records_ + (adding_ ? 1 : 0); }
+  [[nodiscard]] bool Adding() const { return adding_; }
+  void SetAllowsNew(bool allows);
+  /// Looks how many records there are.
+  void Refresh();
   [[nodiscard]] int ColumnCount() const { return static_cast<int>(columns_.size()); }
   /// Raises std::out_of_range for a column that is not there.
   [[nodiscard]] Column& ColumnAt(int column) {
@@ -57,11 +68,18 @@ class RecordsModel final : public QAbstractTableModel {
                                     int role) const override;
 
  private:
+  void Look();
+  [[nodiscard]] int RowsWanted() const {
+    return records_ + (adding_ ? 1 : 0) + (allowsNew_ ? 1 : 0);
+  }
   [[nodiscard]] ShownCell ReadCell(int row, int column) const;
   [[nodiscard]] std::string Formatted(const ValueView& value, int column) const;
 
   std::shared_ptr<Recordset> source_;
   int rows_ = 0;
+  int records_ = 0;
+  bool adding_ = false;
+  bool allowsNew_ = false;
   std::vector<Column> columns_;
 };
 

@@ -34,7 +34,7 @@ InputRouter::InputRouter(QtWindow& window, QWidget& root, DesktopCore& core)
 }
 
 /// The mouse reaches the viewport of a scroll area and the text field of a combo box in place of
-/// the widget itself.
+/// the widget itself, and the keys of a grid the line in which a cell is edited.
 void InputRouter::Add(QWidget& widget, Control& control) {
   core_.focus.Add(widget, control, window_);
   widget.installEventFilter(this);
@@ -42,6 +42,8 @@ void InputRouter::Add(QWidget& widget, Control& control) {
   if (const auto* area = qobject_cast<QAbstractScrollArea*>(&widget)) inner = area->viewport();
   if (const auto* combo = qobject_cast<QComboBox*>(&widget)) inner = combo->lineEdit();
   if (inner != nullptr) inner->installEventFilter(this);
+  for (auto* line : widget.findChildren<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly))
+    line->installEventFilter(this);
 }
 
 bool InputRouter::eventFilter(QObject* watched, QEvent* event) {

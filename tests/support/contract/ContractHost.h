@@ -98,6 +98,7 @@ std::string ContractCaseName(const Info& info) {
 [[nodiscard]] std::vector<ContractCase> ListViewContract();
 [[nodiscard]] std::vector<ContractCase> TreeContract();
 [[nodiscard]] std::vector<ContractCase> GridContract();
+[[nodiscard]] std::vector<ContractCase> GridEditingContract();
 [[nodiscard]] std::vector<ContractCase> MenuContract();
 [[nodiscard]] std::vector<ContractCase> KeyContract();
 [[nodiscard]] std::vector<ContractCase> WindowContract();

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "app/Help.h"
+#include "connections/dlgAsync.h"
+#include "platform/Button.h"
+#include "platform/DataGrid.h"
+#include "platform/Label.h"
+#include "results/RecordsHost.h"
+
+namespace tessel {
+
+/// The editing of the rows on show in a records window: the lock, the buttons that accept and
+/// reject a change, the warning, the keys of the grid, deleting.
+///
+/// A change lies in the grid's cell and in the recordset until it is written: by the accept button,
+/// or because the user goes to another row. One that cannot be written is shown with the reason and
+/// stays.
+class RecordEditing {
+ public:
+  /// All outlive it; `focusRecords` gives the keyboard back to the rows.
+  RecordEditing(const Global& global, dlgAsync& async, RecordsHost& host, Window& window,
+                std::function<void()> focusRecords);
+
+  /// Whether the rows of the next query are to be read only.
+  [[nodiscard]] bool Locked() const { return locked_; }
+  /// Sets what the user may do with the rows that a query gave, before the grid is bound to them.
+  /// `async`: their provider can write asynchronously.
+  void ShowRecordset(const Recordset& recordset, bool async);
+  /// The rows on show go away, and what was not written with them.
+  void HideRecordset();
+
+  void ShowEditButtons(bool visible);
+  /// On the row of a new record there are none: it is written when the user goes on.
+  void ShowEditButtonsUnlessNew();
+  /// Keys of the grid that concern the current cell; true when one was taken.
+  bool HandleGridKey(int keyCode, int shift);
+
+ private:
+  void chkLock_Click();
+  void cmdAccept_Click();
+  void cmdReject_Click();
+  void lblWarning_DblClick();
+  void DataGrid_RowColChange();
+
+  bool HandlePlainKey(int keyCode);
+  bool HandleControlKey(int keyCode);
+  bool TakeBack();
+  void Reject();
+  void EnterNull();
+  void ViewCell();
+  void EditCellInWindow();
+  bool ShowCellText(std::string& text, bool editable);
+  bool Write();
+  bool TryTo(const std::function<void()>& action);
+  bool DeleteSelected();
+  void DeleteRows(const std::vector<Bookmark>& rows);
+
+  const Global& global_;
+  dlgAsync& async_;
+  RecordsHost& host_;
+  Help help_;
+  Window& window_;
+  DataGrid& dataGrid_;
+  CheckBox& chkLock_;
+  Button& cmdAccept_;
+  Button& cmdReject_;
+  Label& lblWarning_;
+  std::function<void()> focusRecords_;
+  bool locked_ = true;
+  bool writesAsync_ = false;
+};
+
+}  // namespace tessel
