@@ -8,7 +8,8 @@ namespace {
 
 constexpr int closeButtonFromRight = 315;
 constexpr int frameNarrower = 300;
-constexpr int nameColumnWidth = 1020;
+constexpr int valueColumnNarrower = 1020;
+constexpr int nameColumnWidth = 960;  ///< A little less: the list has a border.
 constexpr int usableHeightLess = 480;
 constexpr int framesTop = 360;
 constexpr int frameLeft = 120;
@@ -64,7 +65,7 @@ void Sidebar::PlaceTags(int width, int top, int height) {
   cmdAddTag_.SetBounds(button);
   Place(lsvTags_, 0, headingHeight, width, height - headingHeight);
   lsvTags_.SetColumnWidth(0, nameColumnWidth);
-  lsvTags_.SetColumnWidth(1, width - nameColumnWidth);
+  lsvTags_.SetColumnWidth(1, width - valueColumnNarrower);
 }
 
 void Sidebar::PlaceBrowser(int width, int top, int height) {

@@ -1,7 +1,7 @@
 # The benchmarks: tessel_bench, on Google Benchmark, and the programs of bench/compare.sh, which
 # measure one thing in one process each.
 find_package(benchmark REQUIRED)
-tessel_executable(tessel_bench EXCEPT /compare/ bench/*.cpp)
+tessel_executable(tessel_bench EXCEPT "/(compare|workbench)/" bench/*.cpp)
 if(TARGET tessel_bench)
   target_link_libraries(tessel_bench PRIVATE tessel_logic benchmark::benchmark benchmark::benchmark_main)
   if(NOT TESSEL_LOGIC_ONLY)
@@ -33,4 +33,10 @@ if(NOT TESSEL_LOGIC_ONLY)
   tessel_compare(compare_servers tessel_test_servers SOURCES bench/compare/servers.cpp)
   tessel_compare(compare_start_floor Qt6::Widgets ${TESSEL_QSCINTILLA} SOURCES bench/compare/start_floor.cpp)
   tessel_compare(compare_until_shown X11::X11 SOURCES bench/compare/until_shown.cpp)
+endif()
+
+# The sidebar and the completion list on real windows.
+if(NOT TESSEL_LOGIC_ONLY)
+  tessel_executable(workbench_bench bench/workbench/*.cpp)
+  target_link_libraries(workbench_bench PRIVATE tessel_logic tessel_data tessel_desktop tessel_system)
 endif()

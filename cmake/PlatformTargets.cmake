@@ -37,3 +37,18 @@ if(TARGET Tessel)
   target_link_libraries(Tessel PRIVATE tessel_logic tessel_desktop tessel_data tessel_system)
   target_compile_definitions(Tessel PRIVATE TESSEL_VERSION="${PROJECT_VERSION}")
 endif()
+
+# The help book for help viewers of other makers, beside the program; its own viewer needs no file.
+find_program(TESSEL_CHMCMD chmcmd)
+find_package(Python3 COMPONENTS Interpreter)
+if(TESSEL_CHMCMD AND Python3_FOUND)
+  file(GLOB help_book CONFIGURE_DEPENDS help/*)
+  set(help_file ${CMAKE_BINARY_DIR}/bin/Tessel.chm)
+  add_custom_command(OUTPUT ${help_file}
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_BINARY_DIR}/bin
+    COMMAND ${Python3_EXECUTABLE} ${CMAKE_SOURCE_DIR}/tools/make_chm.py ${TESSEL_CHMCMD}
+            ${CMAKE_SOURCE_DIR}/help ${CMAKE_BINARY_DIR}/help ${help_file}
+    DEPENDS ${help_book} tools/make_chm.py
+    COMMENT "Making Tessel.chm")
+  add_custom_target(tessel_help ALL DEPENDS ${help_file})
+endif()

@@ -93,8 +93,9 @@ bool dlgAsync::Yield() {
 }
 
 bool dlgAsync::DoProgress(double increment) {
-  if (std::llround(bar_->Value()) % progressStep_ == 0) Yield();
-  bar_->SetValue(bar_->Value() + increment);
+  const double value = bar_->Value();
+  if (std::llround(value) % progressStep_ == 0) Yield();
+  bar_->SetValue(value + increment);
   return !cancelled_;
 }
 

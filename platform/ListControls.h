@@ -42,6 +42,8 @@ class ListControl : public Control {
 class ListBox : public ListControl {
  public:
   using ListControl::ListControl;
+  /// Twips that an entry takes from top to bottom: 195 at the small font it was drawn for.
+  [[nodiscard]] virtual int RowHeight() const = 0;
 };
 
 /// A drop-down list, editable or not, as the form says.

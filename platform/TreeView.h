@@ -11,6 +11,7 @@ struct TreeNode {
   std::string key;  ///< Unique in the tree, not empty.
   std::string text;
   int image = 0;
+  bool checkBox = true;  ///< Whether it shows one that the user can check.
 };
 
 /// A tree of nodes named by their keys. Operations on a key that is not there raise

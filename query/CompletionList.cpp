@@ -10,7 +10,6 @@ namespace tessel {
 namespace {
 
 constexpr int mostRows = 7;
-constexpr int rowHeight = 13 * twipsPerPixel;
 constexpr int listMargin = 4 * twipsPerPixel;
 
 /// A list just below the caret line, above it when it would pass the bottom of the text, moved left
@@ -20,7 +19,8 @@ Rect PlaceAtCaret(Rect list, const Rect& text, const Rect& caret) {
   list.left = std::max(list.left, text.left);
   list.top = text.top + caret.top + caret.height;
   if (list.top + list.height > text.top + text.height)
-    list.top = std::max(text.top + caret.top - list.height, text.top);
+    list.top = text.top + caret.top - list.height;
+  list.top = std::max(list.top, text.top);
   return list;
 }
 
@@ -40,12 +40,16 @@ CompletionList::CompletionList(Window& window, Vocabulary& vocabulary)
 // ----------------------------------------------------------------------------------------------
 
 void CompletionList::txtQuery_KeyDown(KeyEvent& event) {
-  const bool onlyControl = event.shift == shiftState::ctrl;
-  if (onlyControl && event.keyCode == key::apostrophe) QuoteSelection();
-  else if (onlyControl && event.keyCode == '6')
-    txtQuery_.SetSelText(MakeTagText("", 0, tagType::clipboard));
-  else if (!TakeCompletionKey(event)) return;
-  event.handled = true;
+  event.handled = TakeCompletionKey(event) || TakeInsertionKey(event);
+}
+
+/// With Shift as well: on some keyboards these characters need it.
+bool CompletionList::TakeInsertionKey(const KeyEvent& event) {
+  if ((event.shift & shiftState::ctrl) == 0) return false;
+  if (event.keyCode == key::apostrophe) QuoteSelection();
+  else if (event.keyCode == '6') txtQuery_.SetSelText(MakeTagText("", 0, tagType::clipboard));
+  else return false;
+  return true;
 }
 
 bool CompletionList::TakeCompletionKey(const KeyEvent& event) {
@@ -106,7 +110,7 @@ void CompletionList::Show(Completions found) {
 
 void CompletionList::Place() {
   Rect list = lstOptions_.Bounds();
-  list.height = std::min(lstOptions_.ListCount(), mostRows) * rowHeight + listMargin;
+  list.height = std::min(lstOptions_.ListCount(), mostRows) * lstOptions_.RowHeight() + listMargin;
   lstOptions_.SetBounds(PlaceAtCaret(list, txtQuery_.Bounds(), txtQuery_.CaretBounds()));
 }
 

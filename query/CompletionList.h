@@ -30,6 +30,7 @@ class CompletionList {
   void lstOptions_LostFocus() { lstOptions_.SetVisible(false); }
 
   [[nodiscard]] bool TakeCompletionKey(const KeyEvent& event);
+  [[nodiscard]] bool TakeInsertionKey(const KeyEvent& event);
   [[nodiscard]] bool TakeListKey(int keyCode);
   [[nodiscard]] Vocabulary::Section* SectionOf(int keyCode);
   void QuoteSelection();

@@ -76,7 +76,8 @@ void AppendEscaped(std::string& out, std::string_view text, IsSpecial isSpecial,
   out.append(text.substr(from));
 }
 
-void AppendQuoted(std::string& out, std::string_view text, const ValueFormat& format) {
+[[gnu::noinline]] void AppendEscapedAndQuoted(std::string& out, std::string_view text,
+                                              const ValueFormat& format) {
   out += format.quote;
   if (format.escapeStyle.empty()) AppendDoubled(out, text, format.quote);
   else if (format.escapeStyle == "\\") AppendEscaped(out, text, IsCSpecial, AppendCEscaped);
@@ -85,7 +86,13 @@ void AppendQuoted(std::string& out, std::string_view text, const ValueFormat& fo
   out += format.quote;
 }
 
-void AppendHexBytes(std::string& out, BinaryView binary) {
+/// A text that needs neither is appended at once.
+inline void AppendQuoted(std::string& out, std::string_view text, const ValueFormat& format) {
+  if (format.quote.empty() && format.escapeStyle.empty()) out += text;
+  else AppendEscapedAndQuoted(out, text, format);
+}
+
+[[gnu::noinline]] void AppendHexBytes(std::string& out, BinaryView binary) {
   out += "0x";
   for (const std::byte byte : binary.bytes) {
     const auto code = std::to_integer<unsigned>(byte);
@@ -194,14 +201,17 @@ std::string MakeInitials(std::string_view name, bool keepCapitals, bool splitWor
 
 std::string ByteToHex(unsigned char byte) { return {hexDigits[byte >> 4U], hexDigits[byte & 15U]}; }
 
-void AppendFormattedValue(std::string& out, const ValueView& value, const ValueFormat& format) {
+/// Asked for every cell that is converted: with as few calls inside as can be.
+[[gnu::flatten]] void AppendFormattedValue(std::string& out, const ValueView& value,
+                                           const ValueFormat& format) {
   if (IsNull(value)) {
     out += format.nullText;
     return;
   }
-  out += format.delimiters.prefix;
+  const PieceFormat& around = format.delimiters;
+  if (!around.prefix.empty()) out += around.prefix;
   std::visit(ValueAppender{out, format}, value);
-  out += format.delimiters.suffix;
+  if (!around.suffix.empty()) out += around.suffix;
 }
 
 std::string FormatValue(const ValueView& value, const ValueFormat& format) {

@@ -13,6 +13,7 @@ namespace {
 
 constexpr int clientSideCursors = 3;
 constexpr int confirmContext = 8203;
+constexpr int windowContext = 8400;
 constexpr int errorsContext = 8403;
 constexpr int propertiesContext = 8404;
 constexpr int propertiesOfQueryContext = 8405;
@@ -69,6 +70,7 @@ frmRecords::~frmRecords() {
 
 void frmRecords::Form_Load() {
   host_.CountRecordsWindow(1);
+  window_->SetHelpContext(windowContext);
   mCn_ = global_.Data().CreateConnection();
   mCn_->SetCursorLocation(clientSideCursors);
   WireControls();

@@ -45,7 +45,7 @@ int WindowNumberOf(std::string_view databaseKey) {
 }
 
 void SchemaTree::AddDatabase(const std::string& key, const std::string& text) {
-  view_.Add("", {key, text, databaseImage});
+  view_.Add("", {key, text, databaseImage, false});
 }
 
 void SchemaTree::RemoveDatabase(const std::string& key) {

@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "bench/compare/Say.h"
 #include "platform/data/DataAccessObjects.h"
@@ -18,6 +19,7 @@ namespace tessel::bench {
 namespace {
 
 constexpr double second = 1;
+constexpr double longest = 600 * second;
 
 /// Beats once a millisecond as long as the event loop comes round, and keeps the longest time
 /// between two beats.
@@ -42,30 +44,35 @@ class Heartbeat {
   double longest_ = 0;
 };
 
-/// Tells when a widget has been painted.
+/// Lets the event loop run until `QApplication::quit`, or for so many seconds.
+void RunFor(double seconds) {
+  QTimer end;
+  end.setSingleShot(true);
+  QObject::connect(&end, &QTimer::timeout, [] { QApplication::quit(); });
+  end.start(static_cast<int>(seconds * 1000));
+  QApplication::exec();
+}
+
+/// Ends RunFor when a widget has been painted.
 class PaintWatch final : public QObject {
  public:
   explicit PaintWatch(QWidget& widget) { widget.installEventFilter(this); }
   bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-    painted_ = painted_ || event->type() == QEvent::Paint;
+    if (event->type() != QEvent::Paint || !std::exchange(waits_, false)) return false;
+    QMetaObject::invokeMethod(
+        this, [] { QApplication::quit(); }, Qt::QueuedConnection);
     return false;
   }
   /// Lets the event loop run until the widget has been painted once more.
   void Await() {
-    const Stopwatch watch;
-    painted_ = false;
-    while (!painted_ && watch.Seconds() < 60 * second) QApplication::processEvents();
-    if (!painted_) throw std::runtime_error("Nothing was painted.");
+    waits_ = true;
+    RunFor(longest);
+    if (waits_) throw std::runtime_error("Nothing was painted.");
   }
 
  private:
-  bool painted_ = false;
+  bool waits_ = false;
 };
-
-void RunFor(double seconds) {
-  const Stopwatch watch;
-  while (watch.Seconds() < seconds) QApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-}
 
 struct Program {
   DataAccessObjects data;
@@ -90,10 +97,14 @@ struct Program {
 /// were fetched, to the last.
 void MeasureStall(Program& program) {
   bool ended = false;
-  program.recordset->FetchComplete = [&](const ErrorInfo*, EventStatus) { ended = true; };
+  program.recordset->FetchComplete = [&](const ErrorInfo*, EventStatus) {
+    ended = true;
+    QApplication::quit();
+  };
   const Heartbeat heart;
   program.recordset->Open(openOption::text | openOption::asyncExecute | openOption::asyncFetch);
-  while (!ended) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  RunFor(longest);
+  if (!ended) throw std::runtime_error("It does not come to an end.");
   Say("stall", heart.Longest());
   Say("rows", program.recordset->RecordCount());
 }

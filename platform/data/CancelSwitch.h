@@ -19,6 +19,18 @@ class CancelSwitch {
   /// It has ended: waits for a request that is on its way. Worker.
   void TurnOff();
 
+  /// A command runs while it lives. Worker.
+  class On {
+   public:
+    explicit On(CancelSwitch& cancel) : cancel_(cancel) { cancel_.TurnOn(); }
+    On(const On&) = delete;
+    On& operator=(const On&) = delete;
+    ~On() { cancel_.TurnOff(); }
+
+   private:
+    CancelSwitch& cancel_;
+  };
+
   /// Asks the database, if a command runs. To be called again and again until it ends, for a
   /// request may come before the database has begun; they are sent in growing intervals. Blocks
   /// when the database does. Any thread.

@@ -10,9 +10,19 @@ namespace tessel {
 
 namespace {
 
-Error NoCurrentRecord() {
+[[gnu::cold, gnu::noinline]] Error NoCurrentRecord() {
   return {errorNumber::noCurrentRecord, "Tessel",
           "There is no current record: the position is before the first or behind the last one."};
+}
+
+[[gnu::cold, gnu::noinline]] Error NotOpen() {
+  return {errorNumber::objectClosed, "Tessel",
+          "This is not possible while the recordset is closed."};
+}
+
+[[gnu::cold, gnu::noinline]] Error NoField(std::size_t field) {
+  return {errorNumber::itemNotFound, "Tessel",
+          "There is no field number " + std::to_string(field) + "."};
 }
 
 struct ByteCount {
@@ -27,18 +37,17 @@ struct ByteCount {
   }
 };
 
-std::shared_ptr<ResultRows> NoRows() {
-  auto rows = std::make_shared<ResultRows>();
-  rows->properties.Set("Unique Rows", false);
-  return rows;
-}
-
 }  // namespace
 
 ClientRecordset::ClientRecordset(std::weak_ptr<DataConnection> connection)
-    : connection_(std::move(connection)), rows_(NoRows()) {}
+    : connection_(std::move(connection)) {
+  UseRows(std::make_shared<ResultRows>());
+}
 
-ClientRecordset::~ClientRecordset() { ClientRecordset::Cancel(); }
+ClientRecordset::~ClientRecordset() {
+  ClientRecordset::Cancel();
+  UseRows(nullptr);
+}
 
 // --- what to open ----------------------------------------------------------------------------
 
@@ -63,31 +72,42 @@ void ClientRecordset::Open(int options) {
 
 void ClientRecordset::Cancel() {
   const std::shared_ptr<DataConnection> connection = connection_.lock();
-  if (task_ && connection) connection->CancelTask(task_);
+  if (!connection) return;
+  if (task_) connection->CancelTask(task_);
+  if (change_) connection->CancelTask(change_);
 }
 
 void ClientRecordset::Close() {
   Cancel();
   task_.reset();
+  change_.reset();
   state_ = objectState::closed;
-  rows_ = NoRows();
-  order_.Set({});
+  UseRows(std::make_shared<ResultRows>());
   sort_.clear();
+}
+
+/// What was begun here and is pending goes with the rows before.
+void ClientRecordset::UseRows(std::shared_ptr<ResultRows> rows) {
+  if (rows_) {
+    rows_->Unwatch(this);
+    const auto& pending = rows_->pending;
+    if (pending && pending->owner == this && !pending->IsBeingWritten()) rows_->DropPending();
+  }
+  rows_ = std::move(rows);
+  if (rows_) rows_->Watch(this);
+  order_.Set({}, 0);
   position_ = 0;
+  atNew_ = false;
 }
 
 // --- its rows --------------------------------------------------------------------------------
 
-void ClientRecordset::RequireOpen() const {
-  if ((state_ & objectState::open) == 0)
-    throw Error(errorNumber::objectClosed, "Tessel",
-                "This is not possible while the recordset is closed.");
+inline void ClientRecordset::RequireOpen() const {
+  if ((state_ & objectState::open) == 0) throw NotOpen();
 }
 
-void ClientRecordset::RequireField(std::size_t field) const {
-  if (field >= rows_->fields.size())
-    throw Error(errorNumber::itemNotFound, "Tessel",
-                "There is no field number " + std::to_string(field) + ".");
+inline void ClientRecordset::RequireField(std::size_t field) const {
+  if (field >= rows_->fields.size()) throw NoField(field);
 }
 
 const std::vector<FieldInfo>& ClientRecordset::Fields() const {
@@ -105,51 +125,65 @@ std::optional<std::size_t> ClientRecordset::FindField(std::string_view name) con
 
 std::int64_t ClientRecordset::RecordCount() const {
   RequireOpen();
-  return rows_->store.Rows();
+  return rows_->Count();
+}
+
+std::int64_t ClientRecordset::RowAt(std::int64_t position) const {
+  const std::int64_t count = RecordCount();
+  if (position >= 0 && position < count) return order_.RowAt(position);
+  if (position == count && HasNewRow()) return rows_->pending->row;
+  throw NoCurrentRecord();
 }
 
 ValueView ClientRecordset::ValueAt(std::int64_t position, std::size_t field) const {
   RequireField(field);
-  if (position < 0 || position >= RecordCount()) throw NoCurrentRecord();
-  return rows_->store.At(order_.RowAt(position), field);
+  return rows_->At(RowAt(position), field);
 }
 
-Bookmark ClientRecordset::BookmarkAt(std::int64_t position) const {
-  if (position < 0 || position >= RecordCount()) throw NoCurrentRecord();
-  return order_.RowAt(position) + 1;
-}
+Bookmark ClientRecordset::BookmarkAt(std::int64_t position) const { return RowAt(position) + 1; }
 
 std::optional<std::int64_t> ClientRecordset::PositionOf(Bookmark bookmark) const {
-  if (bookmark < 1 || bookmark > RecordCount()) return std::nullopt;
-  return order_.PositionOf(bookmark - 1);
+  RequireOpen();
+  const std::int64_t row = bookmark - 1;
+  if (HasNewRow() && rows_->pending->row == row) return rows_->Count();
+  if (!rows_->Contains(row)) return std::nullopt;
+  return order_.PositionOf(row);
 }
 
 // --- its current record ----------------------------------------------------------------------
 
-bool ClientRecordset::Bof() const { return RecordCount() == 0 || position_ < 0; }
+std::int64_t ClientRecordset::CurrentRow() const {
+  RequireOpen();
+  if (atNew_) return rows_->pending->row;
+  if (position_ < 0 || position_ >= rows_->Count()) throw NoCurrentRecord();
+  return order_.RowAt(position_);
+}
 
-bool ClientRecordset::Eof() const { return position_ >= RecordCount(); }
+bool ClientRecordset::Bof() const { return (RecordCount() == 0 && !atNew_) || position_ < 0; }
+
+bool ClientRecordset::Eof() const { return position_ >= RecordCount() && !atNew_; }
 
 void ClientRecordset::MoveFirst() {
   RequireOpen();
+  atNew_ = false;
   position_ = 0;
 }
 
-void ClientRecordset::MoveLast() { position_ = std::max<std::int64_t>(RecordCount() - 1, 0); }
+void ClientRecordset::MoveLast() {
+  position_ = std::max<std::int64_t>(RecordCount() - 1, 0);
+  atNew_ = false;
+}
 
+/// From the new row to EOF, which has its position.
 void ClientRecordset::MoveNext() {
   if (Eof()) throw NoCurrentRecord();
-  ++position_;
+  if (!std::exchange(atNew_, false)) ++position_;
 }
 
 void ClientRecordset::MovePrevious() {
   if (Bof()) throw NoCurrentRecord();
+  atNew_ = false;
   --position_;
-}
-
-std::int64_t ClientRecordset::CurrentRow() const {
-  if (Bof() || Eof()) throw NoCurrentRecord();
-  return order_.RowAt(position_);
 }
 
 Bookmark ClientRecordset::CurrentBookmark() const { return CurrentRow() + 1; }
@@ -159,12 +193,14 @@ void ClientRecordset::MoveTo(Bookmark bookmark) {
   if (!position)
     throw Error(errorNumber::noCurrentRecord, "Tessel", "The record is not there any more.");
   position_ = *position;
+  atNew_ = position_ == rows_->Count();
 }
 
-ValueView ClientRecordset::FieldValue(std::size_t field) const {
+/// Asked for every cell that is converted: without a call inside.
+[[gnu::flatten]] ValueView ClientRecordset::FieldValue(std::size_t field) const {
   const std::int64_t row = CurrentRow();
   RequireField(field);
-  return rows_->store.At(row, field);
+  return rows_->At(row, field);
 }
 
 std::int64_t ClientRecordset::ActualSize(std::size_t field) const {
@@ -179,7 +215,7 @@ std::shared_ptr<Recordset> ClientRecordset::Clone(LockType lock) {
   auto clone = std::make_shared<ClientRecordset>(connection_);
   clone->source_ = source_;
   clone->lock_ = lock;
-  clone->rows_ = rows_;
+  clone->UseRows(rows_);
   clone->state_ = objectState::open;
   return clone;
 }
@@ -193,7 +229,15 @@ void ClientRecordset::SetSort(const std::string& order) {
 void ClientRecordset::ApplySort() {
   const bool hasCurrent = !Bof() && !Eof();
   const Bookmark current = hasCurrent ? CurrentBookmark() : 0;
-  order_.Set(sort_.empty() ? std::vector<std::int64_t>() : SortedRows(rows_->store, sort_));
+  const std::int64_t next = rows_->NextNumber();
+  if (sort_.empty() && next == rows_->Count()) {
+    order_.Set({}, 0);
+  } else {
+    std::vector<std::int64_t> numbers = rows_->Numbers();
+    SortRows(numbers, sort_,
+             [&](std::int64_t row, std::size_t field) { return rows_->At(row, field); });
+    order_.Set(std::move(numbers), next);
+  }
   if (hasCurrent) MoveTo(current);
 }
 
@@ -206,7 +250,7 @@ void ClientRecordset::BeginExecute(std::shared_ptr<Task> task) {
 
 void ClientRecordset::BeginRows(const Task* task, std::vector<FieldInfo> fields) {
   if (task != task_.get()) return;
-  rows_ = NoRows();
+  UseRows(std::make_shared<ResultRows>());
   rows_->fields = std::move(fields);
   state_ = objectState::open | objectState::fetching;
 }
@@ -217,37 +261,22 @@ void ClientRecordset::AddRows(const Task* task, std::vector<ChunkPtr> chunks) {
 }
 
 /// Each field is changed in its place: who holds a reference to it keeps a good one.
-void ClientRecordset::EndRows(const Task* task, bool uniqueRows, std::vector<FieldInfo> fields) {
+void ClientRecordset::EndRows(const Task* task, std::vector<std::size_t> key,
+                              std::vector<FieldInfo> fields) {
   if (task != task_.get()) return;
   task_.reset();
   state_ &= objectState::open;
   if (state_ == objectState::closed) return;
-  rows_->properties.Set("Unique Rows", uniqueRows);
+  rows_->SetKey(std::move(key));
   if (fields.size() == rows_->fields.size()) std::ranges::move(fields, rows_->fields.begin());
   if (!sort_.empty()) ApplySort();
 }
 
 void ClientRecordset::Fill(std::vector<FieldInfo> fields, std::vector<ChunkPtr> chunks) {
-  rows_ = NoRows();
+  UseRows(std::make_shared<ResultRows>());
   rows_->fields = std::move(fields);
   for (ChunkPtr& chunk : chunks) rows_->store.Add(std::move(chunk));
   state_ = objectState::open;
 }
-
-// --- changes ---------------------------------------------------------------------------------
-
-void ClientRecordset::AddNew() {
-  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
-}
-void ClientRecordset::SetFieldValue(std::size_t /*field*/, Value /*value*/) {
-  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
-}
-void ClientRecordset::Update(int /*options*/) {
-  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
-}
-void ClientRecordset::Delete(int /*options*/) {
-  throw Error(errorNumber::readOnly, "Tessel", "The records cannot be changed.");
-}
-void ClientRecordset::CancelUpdate() {}
 
 }  // namespace tessel

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "platform/Recordset.h"
+#include "platform/data/ResultRows.h"
 #include "platform/data/RowOrder.h"
-#include "platform/data/RowStore.h"
 #include "platform/data/SortOrder.h"
 #include "platform/data/Task.h"
 
@@ -16,19 +16,17 @@ namespace tessel {
 
 class DataConnection;
 
-/// What a recordset and its clones share: fields, rows, properties.
-struct ResultRows {
-  std::vector<FieldInfo> fields;
-  RowStore store;
-  Properties properties;
-};
-
 /// The recordset of this data layer: a static cursor over rows in memory. UI thread.
 ///
 /// The bookmark of a row is its number from 1 in the order of arrival. MoveFirst and MoveLast do
 /// nothing on a recordset without rows. Rows that arrive after a sort stand behind the sorted ones
 /// until the fetch is complete; then all are sorted.
-class ClientRecordset : public Recordset, public std::enable_shared_from_this<ClientRecordset> {
+///
+/// A row that was added stands behind the others until the next sort, and a changed one where it
+/// stood. While rows are being fetched, or a change is being written, none can be begun.
+class ClientRecordset : public Recordset,
+                        public std::enable_shared_from_this<ClientRecordset>,
+                        private RowWatcher {
  public:
   explicit ClientRecordset(std::weak_ptr<DataConnection> connection);
   ~ClientRecordset() override;
@@ -65,7 +63,7 @@ class ClientRecordset : public Recordset, public std::enable_shared_from_this<Cl
 
   [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType lock) override;
   void SetSort(const std::string& order) override;
-  [[nodiscard]] EditMode Editing() const override { return EditMode::None; }
+  [[nodiscard]] EditMode Editing() const override;
   void AddNew() override;
   void SetFieldValue(std::size_t field, Value value) override;
   void Update(int options) override;
@@ -86,29 +84,52 @@ class ClientRecordset : public Recordset, public std::enable_shared_from_this<Cl
   /// The command has a result with these fields; its rows follow.
   void BeginRows(const Task* task, std::vector<FieldInfo> fields);
   void AddRows(const Task* task, std::vector<ChunkPtr> chunks);
-  /// The command has ended, well or not. `fields` are those of BeginRows with all that is known of
-  /// them now, or empty.
-  void EndRows(const Task* task, bool uniqueRows, std::vector<FieldInfo> fields = {});
+  /// The command has ended, well or not. `key` is what ResultRows calls so, `fields` are those of
+  /// BeginRows with all that is known of them now, or empty.
+  void EndRows(const Task* task, std::vector<std::size_t> key = {},
+               std::vector<FieldInfo> fields = {});
+  /// A change is being written for this recordset, until EndChange.
+  void BeginChange(std::shared_ptr<Task> task);
+  void EndChange(const Task* task);
   /// Fills a closed recordset and opens it.
   void Fill(std::vector<FieldInfo> fields, std::vector<ChunkPtr> chunks);
 
  private:
   void RequireOpen() const;
-  [[nodiscard]] std::int64_t CurrentRow() const;
   void RequireField(std::size_t field) const;
+  void RequireChangeable() const;
+  void UseRows(std::shared_ptr<ResultRows> rows);
   void ApplySort();
+
+  /// The row that is current; raises Error when none is.
+  [[nodiscard]] std::int64_t CurrentRow() const;
+  [[nodiscard]] bool HasNewRow() const { return rows_->pending && rows_->pending->IsNew(); }
+  /// The row at a position, that of a new row included; raises Error when there is none.
+  [[nodiscard]] std::int64_t RowAt(std::int64_t position) const;
+  void LeaveNewRow();
+  [[nodiscard]] Value Fitting(const FieldInfo& field, Value value) const;
+  void Write(RowChange change, std::int64_t row, int options);
+  void CompleteAtOnce(int options);
+
+  void RowComes(std::int64_t row) override;
+  void RowGoes(std::int64_t row) override;
+  void NewRowDropped() override;
 
   std::weak_ptr<DataConnection> connection_;
   std::string source_;
   std::optional<SchemaRequest> schema_;  ///< What Open reads in place of the source.
   LockType lock_ = LockType::ReadOnly;
   int state_ = objectState::closed;
-  std::shared_ptr<Task> task_;  ///< What runs for it, else null.
+  std::shared_ptr<Task> task_;    ///< What fetches for it, else null.
+  std::shared_ptr<Task> change_;  ///< What writes for it, else null.
 
   std::shared_ptr<ResultRows> rows_;
   RowOrder order_;
   std::vector<SortField> sort_;
   std::int64_t position_ = 0;  ///< -1: BOF; RecordCount: EOF.
+  bool atNew_ = false;         ///< On the new row that is pending; position_ is then RecordCount.
+  std::optional<std::int64_t> rowBeforeNew_;  ///< None: positionBeforeNew_ counts.
+  std::int64_t positionBeforeNew_ = 0;
 };
 
 }  // namespace tessel

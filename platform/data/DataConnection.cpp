@@ -98,7 +98,12 @@ void DataConnection::Close() {
 /// for a notice that may never come.
 void DataConnection::ReleaseRunning() {
   const std::shared_ptr<ClientRecordset> recordset = runningFor_.lock();
-  if (recordset && running_) recordset->EndRows(running_.get(), false);
+  if (recordset && running_) {
+    recordset->EndRows(running_.get());
+    recordset->EndChange(running_.get());
+  }
+  const std::shared_ptr<ResultRows> rows = runningRows_.lock();
+  if (rows && running_) rows->EndWriting(running_.get());
   running_.reset();
 }
 
@@ -272,7 +277,7 @@ void DataConnection::DeliverEnd(Execution& execution, const TaskNews& news, Fail
   execution.ended = true;
   execution.failure = news.failure;
   const auto recordset = execution.recordset.lock();
-  if (recordset) recordset->EndRows(execution.task.get(), news.uniqueRows, news.fields);
+  if (recordset) recordset->EndRows(execution.task.get(), news.key, news.fields);
   if (!execution.hasRows) {
     RaiseExecuted(execution, news, failures);
   } else if (recordset && execution.asyncFetch) {
@@ -288,6 +293,53 @@ void DataConnection::RaiseExecuted(const Execution& execution, const TaskNews& n
   const std::optional<ErrorInfo>& failure = execution.failure;
   ExecuteComplete.Raise(&failures, news.recordsAffected, Pointer(failure), StatusOf(failure),
                         recordset.get());
+}
+
+// --- changes ---------------------------------------------------------------------------------
+
+void DataConnection::Write(const std::shared_ptr<ClientRecordset>& recordset, ChangedRow row,
+                           RowChange change, int options) {
+  RequireIdle();
+  const Writing writing{std::make_shared<WriteTask>(std::move(change)), recordset, std::move(row)};
+  runningFor_ = recordset;
+  runningRows_ = writing.row.rows;
+  recordset->BeginChange(writing.task);
+  Begin(writing.task, objectState::executing);
+  if ((options & openOption::asyncExecute) != 0)
+    return SetNotices(*writing.task,
+                      [writing](DataConnection& self) { self.DeliverChange(writing); });
+  writing.task->WaitForEnd();
+  const TaskNews news = writing.task->TakeNews();
+  FinishChange(writing, news);
+  if (news.failure) throw Error(*news.failure);
+}
+
+/// What was written is taken down even when the recordset is closed by now: clones show the row.
+void DataConnection::FinishChange(const Writing& writing, const TaskNews& news) {
+  Finish(*writing.task, news);
+  const auto recordset = writing.recordset.lock();
+  if (recordset) recordset->EndChange(writing.task.get());
+  writing.row.rows->EndWriting(writing.task.get());
+  if (!news.failure)
+    writing.row.rows->Accept(writing.task->Kind(), writing.row.number, writing.task->TakeWritten());
+}
+
+void DataConnection::DeliverChange(const Writing& writing) {
+  const auto self = shared_from_this();
+  const TaskNews news = writing.task->TakeNews();
+  if (!news.ended) return;
+  FinishChange(writing, news);
+  if (const auto recordset = writing.recordset.lock())
+    recordset->ChangeComplete.Raise(services_.failures, Pointer(news.failure),
+                                    StatusOf(news.failure));
+}
+
+void DataConnection::AnnounceChange(const std::shared_ptr<ClientRecordset>& recordset) {
+  const std::weak_ptr<ClientRecordset> weak = recordset;
+  services_.queue.Post(weak, [weak, failures = services_.failures] {
+    if (const auto told = weak.lock())
+      told->ChangeComplete.Raise(failures, nullptr, EventStatus::Ok);
+  });
 }
 
 }  // namespace tessel

@@ -12,6 +12,7 @@
 #include "platform/data/LeftBehind.h"
 #include "platform/data/Provider.h"
 #include "platform/data/RowMemory.h"
+#include "platform/data/RowWriter.h"
 #include "platform/data/SessionHost.h"
 #include "platform/data/Task.h"
 
@@ -24,6 +25,12 @@ struct ConnectionServices {
   std::shared_ptr<const ProviderRegistry> providers;
   std::shared_ptr<LeftBehind> leftBehind;
   RowMemory rowMemory = RowMemory::OfMachine();  ///< Of each result.
+};
+
+/// A row that is being changed, among those it belongs to.
+struct ChangedRow {
+  std::shared_ptr<ResultRows> rows;
+  std::int64_t number = 0;
 };
 
 /// The connection of this data layer. UI thread.
@@ -65,6 +72,11 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   /// Runs `sql` for `recordset`, whose rows it becomes. Raises what Recordset::Open says.
   void Execute(const std::shared_ptr<ClientRecordset>& recordset, const std::string& sql,
                int options);
+  /// Writes `change` of `row` for `recordset`. Raises what Recordset::Update says.
+  void Write(const std::shared_ptr<ClientRecordset>& recordset, ChangedRow row, RowChange change,
+             int options);
+  /// Announces the end of a change that was nothing to write.
+  void AnnounceChange(const std::shared_ptr<ClientRecordset>& recordset);
   /// Reads a schema rowset for `recordset`, in the same way.
   void ReadSchema(const std::shared_ptr<ClientRecordset>& recordset, const SchemaRequest& request,
                   int options);
@@ -82,6 +94,13 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
     std::optional<ErrorInfo> failure;  ///< After `ended`.
   };
 
+  /// A change from its start to the delivery of its end.
+  struct Writing {
+    std::shared_ptr<WriteTask> task;
+    std::weak_ptr<ClientRecordset> recordset;
+    ChangedRow row;
+  };
+
   void RequireIdle() const;
   void Begin(const std::shared_ptr<Task>& task, int stateBits);
   void SetNotices(Task& task, std::function<void(DataConnection&)> deliver);
@@ -97,6 +116,8 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   void DeliverRows(Execution& execution, TaskNews& news, FailureSink& failures);
   void DeliverEnd(Execution& execution, const TaskNews& news, FailureSink& failures);
   void RaiseExecuted(const Execution& execution, const TaskNews& news, FailureSink& failures);
+  void DeliverChange(const Writing& writing);
+  void FinishChange(const Writing& writing, const TaskNews& news);
   void Finish(const Task& task, const TaskNews& news);
 
   ConnectionServices services_;
@@ -109,6 +130,7 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   std::shared_ptr<Task> running_;      ///< Until its end is delivered.
   int runningState_ = 0;               ///< The state bits of what runs.
   std::weak_ptr<ClientRecordset> runningFor_;
+  std::weak_ptr<ResultRows> runningRows_;  ///< Of which one is being written.
   bool sessionOpen_ = false;
   bool givenUp_ = false;  ///< The connection closed by itself.
 };

@@ -16,6 +16,15 @@ bool Serves(std::string_view pattern, std::string_view name) {
 
 }  // namespace
 
+StatementResult ProviderSession::RunStatement(const RowStatement& /*statement*/,
+                                              Operation& /*operation*/) {
+  throw Error(errorNumber::notSupported, "Tessel", "This provider cannot change records.");
+}
+
+void ProviderSession::RunControl(std::string_view /*sql*/, const Operation* /*operation*/) {
+  throw Error(errorNumber::notSupported, "Tessel", "This provider cannot change records.");
+}
+
 void ProviderRegistry::Add(std::unique_ptr<Provider> provider, bool isDefault) {
   if (isDefault) default_ = provider.get();
   providers_.push_back(std::move(provider));

@@ -14,6 +14,7 @@
 #include "platform/data/ConnectionKeys.h"
 #include "platform/data/Operation.h"
 #include "platform/data/RowSink.h"
+#include "platform/data/RowStatement.h"
 #include "platform/data/SchemaRows.h"
 
 namespace tessel {
@@ -35,9 +36,9 @@ struct ExecuteResult {
 ///
 /// Every function but Cancel and CancelPatience is called on the connection's worker thread only,
 /// one at a time, in this order: Open; then any number of commands (ExecuteCommand, FetchRows until
-/// it returns false, DrainResults, CloseResult, CompleteFields, HasUniqueRows), schema rowsets and
-/// catalog changes; Close; destructor. All may raise Error, except Cancel, CancelPatience,
-/// CloseResult, Close and the destructor.
+/// it returns false, DrainResults, CloseResult, CompleteFields, FindKey), changes of rows, schema
+/// rowsets and catalog changes; Close; destructor. All may raise Error, except Cancel,
+/// CancelPatience, CloseResult, Close and the destructor.
 ///
 /// Cancelling: the core sets Operation::StopAsked and then calls Cancel from a helper thread, again
 /// every few milliseconds, until the running function returns. A function that ends because of it
@@ -76,12 +77,27 @@ class ProviderSession {
   /// after one that failed.
   virtual void CloseResult() noexcept = 0;
   /// Adds what could not be asked for while the rows of the command just closed were on their way,
-  /// such as base names; names and types stay. Must be quick, as HasUniqueRows.
+  /// such as base names; names and types stay. Must be quick, as FindKey.
   virtual void CompleteFields(std::vector<FieldInfo>& /*fields*/) {}
-  /// True when `fields`, those of the command just closed, hold a whole primary key or unique
-  /// not-null index of their one base table. Also asked after a fetch that was cancelled; must be
-  /// quick.
-  [[nodiscard]] virtual bool HasUniqueRows(const std::vector<FieldInfo>& fields) = 0;
+  /// The fields that make a whole primary key, or a unique not-null index, of the one base table of
+  /// `fields`, those of the command just closed; none when they hold no such key. Also asked after
+  /// a fetch that was cancelled; must be quick.
+  [[nodiscard]] virtual std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) = 0;
+
+  /// How statements that change rows are to be written for this database; null: it cannot be done.
+  [[nodiscard]] virtual const WriteDialect* Writing() { return nullptr; }
+  /// Whether the user has a transaction open on this session.
+  [[nodiscard]] virtual UserTransaction Transaction() { return UserTransaction::None; }
+  /// Runs one statement with its parameters, to its end.
+  [[nodiscard]] virtual StatementResult RunStatement(const RowStatement& statement,
+                                                     Operation& operation);
+  /// Runs a statement that begins or ends a transaction or savepoint. With an operation it may be
+  /// cancelled where the database then undoes it.
+  virtual void RunControl(std::string_view sql, const Operation* operation);
+
+  /// Called when the end of an operation has been announced: for what takes long and nobody needs
+  /// to wait for.
+  virtual void TidyUp() noexcept {}
 
   /// The catalog in use, empty when there is none; read after Open and after each command.
   [[nodiscard]] virtual std::string CurrentCatalog() = 0;

@@ -13,14 +13,10 @@ void RowStore::Add(ChunkPtr chunk) {
   chunks_.push_back(std::move(chunk));
 }
 
-std::size_t RowStore::ChunkOf(std::int64_t row) const {
-  const std::int64_t offset = row - starts_[lastChunk_];
-  if (offset >= 0 && offset < static_cast<std::int64_t>(chunks_[lastChunk_]->rows))
-    return lastChunk_;
+void RowStore::Look(std::int64_t row) const {
   const auto after = std::ranges::upper_bound(starts_, row);
   lastChunk_ = static_cast<std::size_t>(after - starts_.begin()) - 1;
   if (chunks_[lastChunk_]->part) NoteLook(lastChunk_);
-  return lastChunk_;
 }
 
 /// Once in a while only: who jumps from chunk to chunk, such as a sort, must not read the file

@@ -31,7 +31,13 @@ class RowStore {
   static constexpr std::chrono::milliseconds trimInterval{50};
   using Time = std::chrono::steady_clock::time_point;
 
-  [[nodiscard]] std::size_t ChunkOf(std::int64_t row) const;
+  [[nodiscard]] std::size_t ChunkOf(std::int64_t row) const {
+    const std::int64_t offset = row - starts_[lastChunk_];
+    if (offset < 0 || offset >= static_cast<std::int64_t>(chunks_[lastChunk_]->rows)) Look(row);
+    return lastChunk_;
+  }
+  /// Makes the chunk that holds the row the last one looked at.
+  void Look(std::int64_t row) const;
   void NoteLook(std::size_t chunk) const;
   void LetGoOfOthers(Time now) const;
 

@@ -105,6 +105,7 @@ void SessionHost::RunTask(Task& task) {
   const bool lost = SessionIsLost(failure.has_value());
   task.End(std::move(failure), lost);
   SetRunning(nullptr);
+  session_->TidyUp();
 }
 
 bool SessionHost::SessionIsLost(bool failed) { return failed && opened_ && !session_->IsAlive(); }

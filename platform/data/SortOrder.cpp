@@ -4,7 +4,6 @@
 #include <charconv>
 #include <cmath>
 #include <compare>
-#include <numeric>
 
 #include "platform/Ascii.h"
 #include "platform/Error.h"
@@ -203,24 +202,26 @@ ParseSort(std::string_view text,
   return fields;
 }
 
-std::vector<std::int64_t> SortedRows(const RowStore& store, const std::vector<SortField>& fields) {
-  std::vector<std::int64_t> rows(static_cast<std::size_t>(store.Rows()));
-  std::iota(rows.begin(), rows.end(), 0);
-  if (fields.empty()) return rows;
-  std::vector<ValueView> keys;  // Of the first field: most comparisons end there.
-  keys.reserve(rows.size());
-  for (const std::int64_t row : rows) keys.push_back(store.At(row, fields[0].field));
-  const auto order = [&](std::int64_t a, std::int64_t b, std::size_t i) {
-    if (i == 0)
-      return CompareValues(keys[static_cast<std::size_t>(a)], keys[static_cast<std::size_t>(b)]);
-    return CompareValues(store.At(a, fields[i].field), store.At(b, fields[i].field));
+void SortRows(std::vector<std::int64_t>& rows, const std::vector<SortField>& fields,
+              const std::function<ValueView(std::int64_t, std::size_t)>& at) {
+  if (fields.empty()) return;
+  struct Key {
+    ValueView first;  ///< Of the first field: most comparisons end there.
+    std::int64_t row;
   };
-  std::ranges::stable_sort(rows, [&](std::int64_t a, std::int64_t b) {
+  std::vector<Key> keys;
+  keys.reserve(rows.size());
+  for (const std::int64_t row : rows) keys.push_back({at(row, fields[0].field), row});
+  const auto order = [&](const Key& a, const Key& b, std::size_t i) {
+    if (i == 0) return CompareValues(a.first, b.first);
+    return CompareValues(at(a.row, fields[i].field), at(b.row, fields[i].field));
+  };
+  std::ranges::stable_sort(keys, [&](const Key& a, const Key& b) {
     for (std::size_t i = 0; i < fields.size(); ++i)
       if (const int way = order(a, b, i)) return fields[i].descending ? way > 0 : way < 0;
     return false;
   });
-  return rows;
+  std::ranges::transform(keys, rows.begin(), &Key::row);
 }
 
 }  // namespace tessel

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "platform/Value.h"
-#include "platform/data/RowStore.h"
 
 namespace tessel {
 
@@ -30,8 +29,9 @@ struct SortField {
 ParseSort(std::string_view text,
           const std::function<std::optional<std::size_t>(std::string_view)>& find);
 
-/// The row numbers of `store` in sorted order. Rows that compare equal keep their order.
-[[nodiscard]] std::vector<std::int64_t> SortedRows(const RowStore& store,
-                                                   const std::vector<SortField>& fields);
+/// Sorts `rows`, numbers that go up, by the fields of what `at` gives; rows that compare equal keep
+/// their order.
+void SortRows(std::vector<std::int64_t>& rows, const std::vector<SortField>& fields,
+              const std::function<ValueView(std::int64_t, std::size_t)>& at);
 
 }  // namespace tessel

@@ -4,6 +4,8 @@
 #include <iterator>
 #include <utility>
 
+#include "platform/data/UniqueRows.h"
+
 namespace tessel {
 
 namespace {
@@ -155,13 +157,16 @@ void ExecuteTask::LeaveCommand(ProviderSession& session) noexcept {
   }
 }
 
+/// Where rows come from several tables no change could tell which row it is to hit.
 void ExecuteTask::TellFields(ProviderSession& session) {
   session.CompleteFields(fields_);
-  const bool unique = session.HasUniqueRows(fields_);
+  std::vector<std::size_t> key = session.FindKey(fields_);
+  if (OneBaseTable(fields_) == nullptr)
+    for (FieldInfo& field : fields_) field.updatable = false;
   Tell(
       [&](TaskNews& news) {
         news.fields = fields_;
-        news.uniqueRows = unique;
+        news.key = std::move(key);
       },
       false);
 }

@@ -33,7 +33,7 @@ struct TaskNews {
   std::optional<ErrorInfo> failure;
   bool sessionLost = false;
   std::optional<std::string> catalog;  ///< The one in use, where it is known.
-  bool uniqueRows = false;
+  std::vector<std::size_t> key;        ///< The fields of a whole unique key.
 };
 
 /// One piece of work for a connection's worker, and what worker, cancelling threads and UI thread

@@ -20,14 +20,16 @@ const FieldInfo* OneBaseTable(const std::vector<FieldInfo>& fields) {
   return first;
 }
 
-bool HoldsKey(const std::vector<FieldInfo>& fields, const std::vector<TableKey>& keys) {
-  const auto isShown = [&](const std::string& column) {
-    return std::ranges::any_of(fields, [&](const FieldInfo& field) {
-      return !field.baseTable.empty() && field.baseColumn == column;
-    });
-  };
-  return std::ranges::any_of(
-      keys, [&](const TableKey& key) { return !key.empty() && std::ranges::all_of(key, isShown); });
+std::vector<std::size_t> KeyFields(const std::vector<FieldInfo>& fields,
+                                   const std::vector<TableKey>& keys) {
+  for (const TableKey& key : keys) {
+    std::vector<std::size_t> found;
+    for (std::size_t i = 0; i < fields.size(); ++i)
+      if (!fields[i].baseTable.empty() && std::ranges::count(key, fields[i].baseColumn) != 0)
+        found.push_back(i);
+    if (!key.empty() && found.size() == key.size()) return found;
+  }
+  return {};
 }
 
 }  // namespace tessel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -14,8 +15,9 @@ using TableKey = std::vector<std::string>;
 /// are several, or when a column of it is among the fields more than once.
 [[nodiscard]] const FieldInfo* OneBaseTable(const std::vector<FieldInfo>& fields);
 
-/// True when all columns of one of `keys`, those of the one base table, are among the fields.
-[[nodiscard]] bool HoldsKey(const std::vector<FieldInfo>& fields,
-                            const std::vector<TableKey>& keys);
+/// The fields that all columns of one of `keys`, those of the one base table, are shown by; none
+/// when no key is shown whole. The first such key counts.
+[[nodiscard]] std::vector<std::size_t> KeyFields(const std::vector<FieldInfo>& fields,
+                                                 const std::vector<TableKey>& keys);
 
 }  // namespace tessel

@@ -1,6 +1,7 @@
 #include "platform/desktop/QtDesktop.h"
 
 #include <QApplication>
+#include <QPointer>
 
 #include "platform/Error.h"
 #include "platform/Keys.h"
@@ -9,6 +10,7 @@
 #include "platform/desktop/base/Text.h"
 #include "platform/desktop/base/Theme.h"
 #include "platform/desktop/dialogs/MessageDialog.h"
+#include "platform/desktop/help/HelpWindow.h"
 #include "platform/desktop/services/QtServices.h"
 #include "platform/desktop/window/DesktopCore.h"
 #include "platform/desktop/window/DialogWindow.h"
@@ -18,6 +20,11 @@
 namespace tessel {
 
 namespace {
+
+/// Commands of ShowHelp.
+constexpr int contentsCommand = 1;
+constexpr int indexCommand = 2;
+constexpr int topicCommand = 15;
 
 std::unique_ptr<QApplication> ApplicationUnlessMade(int& argc, char** argv) {
   if (QCoreApplication::instance() != nullptr) return nullptr;
@@ -41,7 +48,25 @@ std::string DescriptionOf(const std::exception_ptr& failure) {
 /// In the order in which they are made; gone in the opposite order.
 struct QtDesktop::Parts {
   Parts(int& argc, char** argv, std::function<void(std::exception_ptr)> showFailure)
-      : application(ApplicationUnlessMade(argc, argv)), core(std::move(showFailure)) {}
+      : application(ApplicationUnlessMade(argc, argv)), core(std::move(showFailure)) {
+    core.showHelp = [this](const std::string& form, int context) { ShowTopic(form, context); };
+  }
+  ~Parts() { delete help; }
+  Parts(const Parts&) = delete;
+  Parts& operator=(const Parts&) = delete;
+
+  HelpWindow& Help() {
+    if (help == nullptr) help = new HelpWindow;
+    return *help;
+  }
+  /// The page of a context number, else that of a form, else the contents.
+  void ShowTopic(const std::string& form, int context) {
+    const HelpBook& book = Help().Book();
+    QString page = book.PageOfContext(context);
+    if (page.isEmpty()) page = book.PageOfForm(ToQt(form));
+    if (page.isEmpty()) Help().ShowContents();
+    else Help().ShowPage(page);
+  }
 
   std::unique_ptr<QApplication> application;
   DesktopCore core;
@@ -49,6 +74,7 @@ struct QtDesktop::Parts {
   QtClipboard clipboard;
   QtClock clock;
   QtEventQueue events;
+  QPointer<HelpWindow> help;  ///< Made at its first use.
 };
 
 QtDesktop::QtDesktop(int& argc, char** argv)
@@ -123,8 +149,13 @@ void QtDesktop::Defer(std::function<void()> action) {
 
 void QtDesktop::StartProcess(const std::string& path) { StartDetached(path); }
 
-bool QtDesktop::ShowHelp(const std::string& /*helpFile*/, int /*command*/, int /*data*/) {
-  return false;
+bool QtDesktop::ShowHelp(const std::string& /*helpFile*/, int command, int data) {
+  switch (command) {
+    case contentsCommand: parts_->Help().ShowContents(); return true;
+    case indexCommand: parts_->Help().ShowIndex(); return true;
+    case topicCommand: parts_->ShowTopic({}, data); return true;
+    default: return false;
+  }
 }
 
 }  // namespace tessel

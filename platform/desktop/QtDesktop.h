@@ -29,7 +29,8 @@ class QtDesktop final : public Desktop {
   void ProcessPending() override;
   void Defer(std::function<void()> action) override;
   void StartProcess(const std::string& path) override;
-  /// There is no help viewer yet: always false.
+  /// The book is built into the program and shown in a window of its own; the file is for other
+  /// viewers.
   bool ShowHelp(const std::string& helpFile, int command, int data) override;
 
  private:

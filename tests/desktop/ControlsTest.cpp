@@ -1,6 +1,7 @@
 // Single controls and services beyond the contract: colours, large trees and lists, processes.
 
 #include <QApplication>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTreeView>
@@ -164,6 +165,20 @@ TEST_F(ServiceTest, TheTimeIsTheLocales) {
   const std::string time = TheDesktop().TheClock().LongTime();
   EXPECT_EQ(std::ranges::count(time, ':'), 2) << time;
   EXPECT_EQ(time.find("UTC"), std::string::npos) << time;
+}
+
+class MenuTest : public DesktopFixture {};
+
+TEST_F(MenuTest, AMenuThatItsFormDisablesOpensOnceItIsEnabled) {
+  const auto window = TheDesktop().MakeWindow("frmRecords");
+  const auto* menu = AsQt(*window).Root().findChild<QMenu*>("menuRecords");
+  ASSERT_NE(menu, nullptr);
+  EXPECT_FALSE(menu->isEnabled());
+  window->Menu("menuRecords").SetEnabled(true);
+  EXPECT_TRUE(menu->isEnabled());
+  EXPECT_TRUE(menu->menuAction()->isEnabled());
+  window->Menu("menuRecords").SetEnabled(false);
+  EXPECT_FALSE(menu->isEnabled());
 }
 
 TEST(TextTest, OffsetsCountBytesAndUnits) {

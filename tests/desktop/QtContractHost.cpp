@@ -5,7 +5,7 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QListWidget>
+#include <QListView>
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QRadioButton>
@@ -148,8 +148,8 @@ void QtContractHost::SelectEntry(Window& window, std::string_view list, int inde
     ClickAt(*view.viewport(), view.visualRect(entry).center());
     if (view.isVisible()) combo->hidePopup();
   } else {
-    auto& box = dynamic_cast<QListWidget&>(widget);
-    ClickAt(*box.viewport(), box.visualItemRect(box.item(index)).center());
+    auto& box = dynamic_cast<QListView&>(widget);
+    ClickAt(*box.viewport(), box.visualRect(box.model()->index(index, 0)).center());
   }
   Settle();
 }

@@ -60,7 +60,7 @@ class Album {
 
   void FillSidebar(Window& frame) {
     auto& tree = frame.Find<TreeView>("trvBrowser");
-    tree.Add("", {"d1", "Shop", 1});
+    tree.Add("", {"d1", "Shop", 1, false});
     tree.Add("d1", {"t1", "customers", 2});
     tree.Add("d1", {"t2", "orders", 2});
     tree.AddChildren("t2", {{"f1", "id", 3}, {"f2", "customer", 3}, {"f3", "Order Date", 3}});

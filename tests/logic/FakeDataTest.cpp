@@ -131,6 +131,18 @@ TEST_F(FakeDataTest, AHeldOpeningEndsByCancel) {
   EXPECT_THAT(seen_, ElementsAre("connect: The operation was cancelled."));
 }
 
+TEST_F(FakeDataTest, ASchemaRowsetIsReadAsACommandIs) {
+  data_.tables = {{"shop", "", "item", "TABLE", IdAndName()}};
+  const auto connection = Connect();
+  const auto tables = connection->CreateSchemaRecordset(SchemaRowset::Tables, {});
+  EXPECT_EQ(tables->State(), objectState::closed);
+  tables->Open(openOption::text | openOption::asyncExecute | openOption::asyncFetch);
+  EXPECT_EQ(tables->State(), objectState::executing);
+  Drain();
+  EXPECT_EQ(tables->State(), objectState::open);
+  EXPECT_EQ(tables->RecordCount(), 1);
+}
+
 TEST_F(FakeDataTest, AHeldOpeningGoesOnWhenResumed) {
   data_.holdConnecting = true;
   const auto connection = data_.CreateConnection();

@@ -82,13 +82,20 @@ TEST_F(SchemaBrowserTest, CheckingATableChecksAllItsFieldsAndUncheckingUnchecksT
   EXPECT_TRUE(tree.CheckedFields(details).empty());
 }
 
-TEST_F(SchemaBrowserTest, CheckingAFieldOrADatabaseChecksNothingElse) {
+TEST_F(SchemaBrowserTest, CheckingAFieldChecksNothingElse) {
   Check(price);
   EXPECT_EQ(tree.CheckedFields(details), (std::vector<std::string>{"price"}));
   EXPECT_FALSE(view.Checked(details));
-  Check("d1");
-  EXPECT_TRUE(tree.CheckedFields("td1.ORDERS").empty());
-  EXPECT_FALSE(view.Checked("td1.ORDERS"));
+}
+
+TEST_F(SchemaBrowserTest, ADatabaseHasNoCheckBox) {
+  W().ClickNode("trvBrowser", "d1");
+  W().PressKey(key::space);
+  EXPECT_FALSE(view.Checked("d1"));
+  W().ClickNode("trvBrowser", details);
+  W().PressKey(key::space);
+  EXPECT_TRUE(view.Checked(details));
+  EXPECT_EQ(tree.CheckedFields(details).size(), 3U);
 }
 
 // --- table commands

@@ -82,6 +82,28 @@ TEST_F(frmRecordsTest, AProviderWithoutAListOfCatalogsStillConnects) {
   EXPECT_EQ(W().Find<ComboBox>("cboCatalog").ListCount(), 1);
 }
 
+/// A server that stops answering right after the connect does not hold the window.
+TEST_F(frmRecordsTest, ReadingTheCatalogsCanBeCancelled) {
+  data.defaultDatabase = "shop";
+  data.catalogs = {"archive"};
+  data.holdSchemas = {SchemaRowset::Catalogs};
+  desktop.OnModal("dlgAsync", [](test::HeadlessWindow& w) { w.Click("cmdCancel"); });
+  ASSERT_TRUE(Connect());
+  EXPECT_EQ(data.Log().cancels, 1);
+  EXPECT_EQ(W().Find<ComboBox>("cboCatalog").ListCount(), 1);
+  EXPECT_EQ(Status(), "[12:00:00]  Connected.");
+}
+
+TEST_F(frmRecordsTest, ACancelThatCostsTheConnectionIsACancelledConnect) {
+  data.defaultDatabase = "shop";
+  data.holdSchemas = {SchemaRowset::Catalogs};
+  desktop.OnModal("dlgAsync", [this](test::HeadlessWindow& w) {
+    data.Connections().at(0)->LoseSession();
+    w.Click("cmdCancel");
+  });
+  EXPECT_FALSE(Connect());
+}
+
 TEST_F(frmRecordsTest, ChoosingACatalogUsesItInBracketsOrBare) {
   data.defaultDatabase = "shop";
   data.catalogs = {"shop", "test"};

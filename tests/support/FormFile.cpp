@@ -26,7 +26,7 @@ constexpr std::array<std::pair<std::string_view, ControlKind>, 16> kinds{{
     {"QPlainTextEdit", ControlKind::TextBox},
     {"QsciScintilla", ControlKind::RichTextBox},
     {"QComboBox", ControlKind::ComboBox},
-    {"QListWidget", ControlKind::ListBox},
+    {"QListView", ControlKind::ListBox},
     {"QTreeWidget", ControlKind::ListView},
     {"QTreeView", ControlKind::TreeView},
     {"QTableView", ControlKind::DataGrid},

@@ -81,6 +81,7 @@ class HeadlessListControl : public Headless<Kind>, public EntryPicker {
 class HeadlessListBox final : public HeadlessListControl<ListBox> {
  public:
   using HeadlessListControl::HeadlessListControl;
+  [[nodiscard]] int RowHeight() const override { return 195; }
 };
 
 /// An editable box's text is its own: picking an entry sets it, other texts leave no entry

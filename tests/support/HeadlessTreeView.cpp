@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/Error.h"
+#include "tests/support/TestStop.h"
 
 namespace tessel::test {
 
@@ -16,7 +17,8 @@ bool HeadlessTreeView::Add(std::string_view parentKey, TreeNode node) {
   std::vector<std::string>& siblings = ChildList(parentKey);
   if (Exists(node.key)) return false;
   siblings.push_back(node.key);
-  nodes_[node.key] = {std::move(node.text), node.image, std::string(parentKey), {}, false, false};
+  nodes_[node.key] = {std::move(node.text), node.image, std::string(parentKey), {}, false, false,
+                      node.checkBox};
   return true;
 }
 
@@ -88,6 +90,7 @@ void HeadlessTreeView::ClickNode(const std::string& key) {
 
 void HeadlessTreeView::ClickCheck(const std::string& key) {
   Node& node = At(key);
+  if (!node.checkBox) StopTest("The node '" + key + "' has no check box.");
   node.checked = !node.checked;
   Raise(NodeCheck, key);
 }
@@ -95,6 +98,7 @@ void HeadlessTreeView::ClickCheck(const std::string& key) {
 bool HeadlessTreeView::TakeKey(int keyCode, int shift) {
   if (shift != shiftState::none || nodes_.empty()) return false;
   if (keyCode == key::space && !selected_.empty()) {
+    if (!At(selected_).checkBox) return false;
     ClickCheck(std::string(selected_));
     return true;
   }

@@ -50,6 +50,7 @@ class HeadlessTreeView final : public Headless<TreeView> {
     std::vector<std::string> children;
     bool checked = false;
     bool expanded = false;
+    bool checkBox = true;
   };
 
   [[nodiscard]] const Node& At(std::string_view key) const;

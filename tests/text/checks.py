@@ -3,6 +3,8 @@ import re
 import shutil
 import subprocess
 
+import helpbook
+
 LOGIC = ("app", "query", "connections", "results", "schema")
 IMPLEMENTATIONS = ("platform/data", "platform/desktop", "platform/system")
 LOGIC_LIBRARIES = {"pugixml.hpp", "utf8proc.h"}
@@ -181,5 +183,11 @@ def icons(tree):
     return missing + unknown
 
 
+def help_book(tree):
+    """The help book is whole, and has a topic for every number and form of the program."""
+    return helpbook.help_book(tree, LOGIC)
+
+
 ALL = (logic_includes, contract_includes, platform_includes, odbc_door, postgresql_door, mariadb_door,
-       event_pump, forbidden_words, include_cycles, formatting, guard_headers, icons)
+       event_pump, forbidden_words, include_cycles, formatting, guard_headers, icons,
+       help_book)

@@ -76,8 +76,7 @@ bool SaysEmpty(const ErrorInfo& error) { return IsOneOf(error, {ER_EMPTY_QUERY})
 // --- results -------------------------------------------------------------------------------------
 
 /// An expression may have a column's name, but it has no table.
-MariaColumn MariaResult::Column(unsigned column) const {
-  const MYSQL_FIELD& field = *mysql_fetch_field_direct(result_.get(), column);
+MariaColumn MariaResult::Describe(const MYSQL_FIELD& field) {
   MariaColumn told;
   told.name = TextOf(field.name);
   told.baseTable = TextOf(field.org_table);
@@ -189,6 +188,12 @@ std::int64_t MariaConnection::AffectedRows() const {
 
 void MariaConnection::SelectDatabase(const std::string& name) {
   if (mysql_select_db(connection_.get(), name.c_str()) != 0) Raise(connection_.get());
+}
+
+bool MariaConnection::InTransaction() const {
+  unsigned status = 0;
+  mariadb_get_infov(connection_.get(), MARIADB_CONNECTION_SERVER_STATUS, &status);
+  return (status & SERVER_STATUS_IN_TRANS) != 0 || (status & SERVER_STATUS_AUTOCOMMIT) == 0;
 }
 
 std::string MariaConnection::Quoted(const std::string& text) const {

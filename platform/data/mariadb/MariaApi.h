@@ -4,12 +4,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <mysql.h>
 
+#include "platform/Value.h"
 #include "platform/data/Operation.h"
 
 namespace tessel {
@@ -52,6 +54,9 @@ struct MariaColumn {
 /// its connection; its destructor reads what is left.
 class MariaResult {
  public:
+  /// What is told of a column.
+  [[nodiscard]] static MariaColumn Describe(const MYSQL_FIELD& field);
+
   MariaResult() = default;
   MariaResult(MYSQL_RES* result, MYSQL* connection) : result_(result), connection_(connection) {}
 
@@ -59,7 +64,9 @@ class MariaResult {
   explicit operator bool() const { return result_ != nullptr; }
 
   [[nodiscard]] unsigned ColumnCount() const { return mysql_num_fields(result_.get()); }
-  [[nodiscard]] MariaColumn Column(unsigned column) const;
+  [[nodiscard]] MariaColumn Column(unsigned column) const {
+    return Describe(*mysql_fetch_field_direct(result_.get(), column));
+  }
 
   /// To the next row; false when there is none. Raises Error.
   [[nodiscard]] bool Fetch() {
@@ -88,6 +95,37 @@ class MariaResult {
   MYSQL* connection_ = nullptr;
   MYSQL_ROW row_ = nullptr;
   unsigned long* lengths_ = nullptr;
+};
+
+/// A statement with parameters "?", run once. Not to outlive its connection.
+class MariaStatement {
+ public:
+  /// Prepares it. Raises Error, as the others do.
+  MariaStatement(MYSQL* connection, const std::string& sql);
+
+  /// Runs it with the parameters, which are looked at until it has run.
+  void Run(const std::vector<ValueView>& parameters);
+  /// Of a statement without columns.
+  [[nodiscard]] std::int64_t AffectedRows() const;
+
+  [[nodiscard]] unsigned ColumnCount() const { return mysql_stmt_field_count(statement_.get()); }
+  [[nodiscard]] std::vector<MariaColumn> Columns() const;
+  /// To the next row; false when there is none.
+  [[nodiscard]] bool Fetch();
+  /// A cell of the current row, as text; nothing when it is null.
+  [[nodiscard]] std::optional<std::string> CellAt(unsigned column);
+
+ private:
+  struct Close {
+    void operator()(MYSQL_STMT* statement) const { mysql_stmt_close(statement); }
+  };
+  void Check(bool failed) const;
+  void BindCells();
+
+  std::unique_ptr<MYSQL_STMT, Close> statement_;
+  std::vector<MYSQL_BIND> cells_;
+  std::vector<unsigned long> lengths_;
+  std::vector<my_bool> nulls_;
 };
 
 /// A session with a server. It does not load files of this machine, whatever the server asks for.
@@ -120,6 +158,12 @@ class MariaConnection {
   void SelectDatabase(const std::string& name);
   /// The database in use, as the server has told it; empty when there is none.
   [[nodiscard]] std::string Database() const;
+
+  [[nodiscard]] MariaStatement Prepare(const std::string& sql) {
+    return MariaStatement(connection_.get(), sql);
+  }
+  /// A transaction is open, or will be with the next statement.
+  [[nodiscard]] bool InTransaction() const;
 
   /// `text` as a literal, within quotes.
   [[nodiscard]] std::string Quoted(const std::string& text) const;

@@ -34,28 +34,7 @@ ErrorInfo Warning(std::string text) {
 
 }  // namespace
 
-/// While it lives, Cancel has an effect.
-class MariaSession::Cancellable {
- public:
-  explicit Cancellable(CancelSwitch& cancel) : cancel_(cancel) { cancel_.TurnOn(); }
-  Cancellable(const Cancellable&) = delete;
-  Cancellable& operator=(const Cancellable&) = delete;
-  ~Cancellable() { cancel_.TurnOff(); }
-
- private:
-  CancelSwitch& cancel_;
-};
-
 // --- errors --------------------------------------------------------------------------------------
-
-template <class Work>
-auto MariaSession::Guarded(Operation& operation, Work work) {
-  try {
-    return work();
-  } catch (const Error& error) {
-    RaiseFailure(error, operation);
-  }
-}
 
 /// An error ends the whole text.
 void MariaSession::RaiseFailure(const Error& error, const Operation& operation) {
@@ -92,6 +71,7 @@ void MariaSession::Open(const Login& login, Operation& operation) {
     throw Error(errorNumber::database, std::string(source),
                 "SSL is required by the connection string, but the server does not offer it.");
   }
+  ChooseDialect();
 }
 
 void MariaSession::Close() noexcept {
@@ -259,12 +239,18 @@ void MariaSession::CloseResult() noexcept {
   cancel_.TurnOff();
 }
 
-bool MariaSession::HasUniqueRows(const std::vector<FieldInfo>& fields) try {
+/// The alias of a query is told like a table: where there is no such table, nothing can be written.
+void MariaSession::CompleteFields(std::vector<FieldInfo>& fields) {
+  if (keepsFoundRows_ || !IsAlive()) return;
+  CompleteMariaFields(*connection_, fields);
+}
+
+std::vector<std::size_t> MariaSession::FindKey(const std::vector<FieldInfo>& fields) try {
   const FieldInfo* base = OneBaseTable(fields);
-  if (base == nullptr || keepsFoundRows_ || !IsAlive()) return false;
-  return HoldsKey(fields, ReadMariaKeys(*connection_, *base));
+  if (base == nullptr || keepsFoundRows_ || !IsAlive()) return {};
+  return KeyFields(fields, ReadMariaKeys(*connection_, *base));
 } catch (const Error&) {
-  return false;  // The alias of a query is told like a table.
+  return {};  // The alias of a query is told like a table.
 }
 
 // --- catalogs and schema -------------------------------------------------------------------------
@@ -278,7 +264,7 @@ void MariaSession::SetCatalog(const std::string& name, Operation& operation) {
 }
 
 void MariaSession::ReadSchema(SchemaRows& rows, Operation& operation) {
-  const Cancellable scope(cancel_);
+  const CancelSwitch::On scope(cancel_);
   Guarded(operation, [&] { ReadMariaSchema(*connection_, rows); });
 }
 

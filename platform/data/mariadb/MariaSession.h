@@ -29,7 +29,14 @@ class MariaSession : public ProviderSession {
   [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) override;
   void DrainResults(Operation& operation) override;
   void CloseResult() noexcept override;
-  [[nodiscard]] bool HasUniqueRows(const std::vector<FieldInfo>& fields) override;
+  void CompleteFields(std::vector<FieldInfo>& fields) override;
+  [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
+
+  [[nodiscard]] const WriteDialect* Writing() override { return &dialect_; }
+  [[nodiscard]] UserTransaction Transaction() override;
+  [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
+                                             Operation& operation) override;
+  void RunControl(std::string_view sql, const Operation* operation) override;
 
   [[nodiscard]] std::string CurrentCatalog() override;
   void SetCatalog(const std::string& name, Operation& operation) override;
@@ -41,11 +48,17 @@ class MariaSession : public ProviderSession {
   }
 
  private:
-  class Cancellable;
-
+  /// Does `work`; what it raises is raised as what it means.
   template <class Work>
-  auto Guarded(Operation& operation, Work work);
+  auto Guarded(Operation& operation, Work work) {
+    try {
+      return work();
+    } catch (const Error& error) {
+      RaiseFailure(error, operation);
+    }
+  }
   [[noreturn]] void RaiseFailure(const Error& error, const Operation& operation);
+  void ChooseDialect();
   [[nodiscard]] bool RunText(const std::string& sql);
   [[nodiscard]] bool NextStatement();
   [[nodiscard]] ExecuteResult FindRows();
@@ -58,6 +71,7 @@ class MariaSession : public ProviderSession {
 
   MariaTarget target_;
   std::unique_ptr<MariaConnection> connection_;
+  WriteDialect dialect_;
   bool lost_ = false;
   CancelSwitch cancel_{[this] { SendKill(); }};
 

@@ -1,6 +1,7 @@
 #include "platform/data/mariadb/MariaTables.h"
 
 #include <map>
+#include <set>
 #include <string>
 
 namespace tessel {
@@ -25,7 +26,48 @@ bool IsWhole(const MariaResult& row) {
   return !row.IsNullAt(columnName) && row.IsNullAt(subPart) && row.TextAt(nullable) != "YES";
 }
 
+std::string TableName(const FieldInfo& field) {
+  return QuotedName(field.baseCatalog) + "." + QuotedName(field.baseTable);
+}
+
+/// The columns of a table that are not computed from others; none when there is no such table.
+std::set<std::string> WritableColumns(MariaConnection& connection, const FieldInfo& field) try {
+  constexpr unsigned name = 0;
+  constexpr unsigned extra = 5;
+  connection.Run("show columns from " + TableName(field));
+  MariaResult rows = connection.Result();
+  std::set<std::string> columns;
+  while (rows.Fetch())
+    if (rows.TextAt(extra).find("GENERATED") == std::string_view::npos)
+      columns.emplace(rows.TextAt(name));
+  return columns;
+} catch (const Error& error) {
+  if (SaysSessionIsLost(error.Info())) throw;
+  return {};
+}
+
+/// False for a view that cannot be; true for a table.
+bool CanBeWritten(MariaConnection& connection, const FieldInfo& field) {
+  connection.Run("select 1 from information_schema.views where is_updatable = 'NO' and "
+                 "table_schema = " +
+                 connection.Quoted(field.baseCatalog) +
+                 " and table_name = " + connection.Quoted(field.baseTable));
+  MariaResult rows = connection.Result();
+  bool found = false;
+  while (rows.Fetch()) found = true;
+  return !found;
+}
+
 }  // namespace
+
+void CompleteMariaFields(MariaConnection& connection, std::vector<FieldInfo>& fields) {
+  const FieldInfo* base = OneBaseTable(fields);
+  if (base == nullptr) return;
+  std::set<std::string> columns = WritableColumns(connection, *base);
+  if (!columns.empty() && !CanBeWritten(connection, *base)) columns.clear();
+  for (FieldInfo& field : fields)
+    field.updatable = !field.baseTable.empty() && columns.contains(field.baseColumn);
+}
 
 /// SHOW KEYS knows temporary tables too.
 std::vector<TableKey> ReadMariaKeys(MariaConnection& connection, const FieldInfo& field) {
@@ -33,8 +75,7 @@ std::vector<TableKey> ReadMariaKeys(MariaConnection& connection, const FieldInfo
     TableKey columns;
     bool whole = true;
   };
-  connection.Run("show keys from " + QuotedName(field.baseCatalog) + "." +
-                 QuotedName(field.baseTable));
+  connection.Run("show keys from " + TableName(field));
   MariaResult rows = connection.Result();
   std::map<std::string, Key> found;
   while (rows.Fetch()) {

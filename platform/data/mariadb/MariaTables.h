@@ -12,4 +12,8 @@ namespace tessel {
 [[nodiscard]] std::vector<TableKey> ReadMariaKeys(MariaConnection& connection,
                                                   const FieldInfo& field);
 
+/// Says of each field whether its column can be written, as far as the tables tell it. Raises
+/// nothing but what says that the session is lost.
+void CompleteMariaFields(MariaConnection& connection, std::vector<FieldInfo>& fields);
+
 }  // namespace tessel

@@ -240,6 +240,15 @@ std::optional<bool> Dbc::IsDead() const noexcept {
 Statement::Statement(const Dbc& dbc)
     : handle_(SQL_HANDLE_STMT, dbc.Get().Raw(), dbc.Get().TraceSink()) {}
 
+/// Of a null, or an empty value, the size may not be 0.
+void Statement::BindParameter(SQLUSMALLINT number, SQLSMALLINT cType, SQLSMALLINT sqlType,
+                              void* buffer, SQLLEN* indicator) {
+  const SQLLEN size = std::max<SQLLEN>(*indicator, 1);
+  handle_.Check("SQLBindParameter",
+                SQLBindParameter(handle_.Raw(), number, SQL_PARAM_INPUT, cType, sqlType,
+                                 static_cast<SQLULEN>(size), 0, buffer, size, indicator));
+}
+
 Outcome Statement::Execute(const std::string& sql, CancelGate& gate, Diagnostics& notices) {
   const SQLRETURN code = gate.Run(handle_.Raw(), [&] {
     return SQLExecDirect(handle_.Raw(), Text(sql), static_cast<SQLINTEGER>(sql.size()));

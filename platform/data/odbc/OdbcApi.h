@@ -164,6 +164,10 @@ class Statement {
  public:
   explicit Statement(const Dbc& dbc);
 
+  /// The value of a "?" in what is run next, from 1 on. `buffer` and `indicator` must stay where
+  /// they are until it has run.
+  void BindParameter(SQLUSMALLINT number, SQLSMALLINT cType, SQLSMALLINT sqlType, void* buffer,
+                     SQLLEN* indicator);
   /// Runs `sql`; adds what the driver remarked to `notices`. NoData: it ran and touched no row.
   Outcome Execute(const std::string& sql, CancelGate& gate, Diagnostics& notices);
   /// False when there are no more results, or the driver knows of no more than one.

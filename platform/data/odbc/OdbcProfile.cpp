@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/Ascii.h"
+#include "platform/data/WriteDialects.h"
 
 namespace tessel::odbc {
 
@@ -21,6 +22,34 @@ constexpr std::string_view uniqueIndexesOfPostgreSql =
     " where i.indisunique and i.indisvalid and i.indpred is null and i.indexprs is null"
     " and n.nspname = {schema} and c.relname = {table}";
 
+constexpr std::string_view readOnlyColumnsOfPostgreSql =
+    "select a.attname"
+    " from pg_catalog.pg_class c"
+    " join pg_catalog.pg_namespace n on n.oid = c.relnamespace"
+    " join pg_catalog.pg_attribute a on a.attrelid = c.oid and a.attnum > 0"
+    " where n.nspname = {schema} and c.relname = {table}"
+    " and (a.attgenerated <> '' or a.attidentity = 'a'"
+    " or not pg_catalog.pg_column_is_updatable(c.oid, a.attnum, false))";
+
+constexpr std::string_view readOnlyColumnsOfMariaDb =
+    "select c.column_name"
+    " from information_schema.columns c"
+    " left join information_schema.views v"
+    " on v.table_schema = c.table_schema and v.table_name = c.table_name"
+    " where c.table_schema = {catalog} and c.table_name = {table}"
+    " and (c.extra like '%GENERATED%' or v.is_updatable = 'NO')";
+
+constexpr std::string_view readOnlyColumnsOfSqlite =
+    "select name from pragma_table_xinfo({table}) where hidden > 1";
+
+/// Returns no rows of a statement that changes some.
+WriteDialect SqliteWriting() {
+  WriteDialect dialect = SqliteDialect();
+  dialect.returnsInserted = false;
+  dialect.returnsUpdated = false;
+  return dialect;
+}
+
 /// Protocol: with its default the driver rolls the user's transaction back after any error.
 DriverProfile PostgreSql() {
   return {.name = "PostgreSQL",
@@ -29,10 +58,16 @@ DriverProfile PostgreSql() {
           .hangsOn = "copy",
           .hangsWith = {"stdin", "stdout"},
           .joinsNotices = true,
+          .isSlowToDropResults = true,
           .tellsBaseColumns = true,
           .madeUpSizes = {255, 8190},
           .typeRules = {{"money", {DataType::VarChar, CellForm::Text}}},
           .uniqueIndexQuery = uniqueIndexesOfPostgreSql,
+          .readOnlyColumnsQuery = readOnlyColumnsOfPostgreSql,
+          .writing = PostgresDialect(),
+          .noTransactionState = "25P01",
+          .failedTransactionState = "25P02",
+          .textEndsAtZero = true,
           .catalogChange = CatalogChange::Reconnect,
           .catalogQuery = "select datname from pg_catalog.pg_database"
                           " where datallowconn and not datistemplate order by datname",
@@ -53,6 +88,10 @@ DriverProfile MariaDb() {
           .looksBackWith = {"show", "diagnostics", "found_rows", "row_count", "warning_count"},
           .zeroIsNoCount = false,
           .tellsBaseColumns = true,
+          .readOnlyColumnsQuery = readOnlyColumnsOfMariaDb,
+          .writing = MariaDialect(),
+          .transactionQuery = "select @@in_transaction or not @@autocommit",
+          .takesNumbers = true,
           .noCatalog = "null",
           .needsCatalog = true};
 }
@@ -61,7 +100,13 @@ DriverProfile MariaDb() {
 DriverProfile Sqlite() {
   return {.name = "SQLite",
           .marks = {"sqlite"},
+          .tellsBaseColumns = true,
           .madeUpSizes = {255, 65536},
+          .aliasHidesColumn = true,
+          .readOnlyColumnsQuery = readOnlyColumnsOfSqlite,
+          .writing = SqliteWriting(),
+          .takesNumbers = true,
+          .textEndsAtZero = true,
           .catalogChange = CatalogChange::None};
 }
 

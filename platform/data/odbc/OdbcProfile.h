@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/data/RowStatement.h"
 #include "platform/data/odbc/OdbcTypes.h"
 
 namespace tessel::odbc {
@@ -44,12 +46,30 @@ struct DriverProfile {
   bool zeroIsNoCount = true;
 
   // --- results --------------------------------------------------------------------------------
+  bool isSlowToDropResults = false;       ///< It holds them whole; others may be open beside them.
   bool tellsBaseColumns = false;          ///< Base table and column are told, also behind an alias.
   std::vector<SQLULEN> madeUpSizes = {};  ///< Column sizes that say nothing.
   std::vector<TypeRule> typeRules = {};
   /// Lists name and column of each unique index, where SQLStatistics tells too little of it.
   /// {schema} and {table} stand for the quoted names.
   std::string_view uniqueIndexQuery = {};
+
+  /// An alias is told as the base column's name: columns are believed where a query can have none.
+  bool aliasHidesColumn = false;
+  /// Lists the columns of a table that cannot be written. {catalog}, {schema} and {table} stand for
+  /// the quoted names.
+  std::string_view readOnlyColumnsQuery = {};
+
+  // --- changing rows --------------------------------------------------------------------------
+  std::optional<WriteDialect> writing = {};  ///< None: it cannot be done.
+  /// Tells 1 while the user's transaction is open, else 0.
+  std::string_view transactionQuery = {};
+  /// Where there is no such query: a savepoint is tried, and fails with this SQLSTATE outside of a
+  /// transaction, with the other in one that failed.
+  std::string_view noTransactionState = {};
+  std::string_view failedTransactionState = {};
+  bool takesNumbers = false;    ///< Parameters that are numbers are told apart from texts.
+  bool textEndsAtZero = false;  ///< A text with a zero character in it would be cut short.
 
   // --- catalogs and schema --------------------------------------------------------------------
   enum class CatalogChange { None, Attribute, Reconnect };

@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "platform/Ascii.h"
+#include "platform/data/UniqueRows.h"
 #include "platform/data/odbc/OdbcRows.h"
 
 namespace tessel::odbc {
@@ -134,33 +135,6 @@ std::string SchemaReader::TypeList() const {
   return plain ? "'" + type + "'" : std::string();
 }
 
-/// The one base table of all fields that have one, and the fields' columns in it.
-struct BaseTable {
-  CatalogName name;
-  std::vector<std::string> columns;
-};
-
-std::optional<BaseTable> OneBaseTable(const std::vector<FieldInfo>& fields) {
-  BaseTable base;
-  for (const FieldInfo& field : fields) {
-    if (field.baseTable.empty()) continue;
-    const CatalogName name{Named(field.baseCatalog), Named(field.baseSchema), field.baseTable};
-    if (base.columns.empty()) base.name = name;
-    if (base.name != name) return std::nullopt;
-    if (std::ranges::find(base.columns, field.baseColumn) != base.columns.end())
-      return std::nullopt;
-    base.columns.push_back(field.baseColumn);
-  }
-  if (base.columns.empty()) return std::nullopt;
-  return base;
-}
-
-bool HoldsAll(const BaseTable& base, const std::vector<std::string>& key) {
-  return !key.empty() && std::ranges::all_of(key, [&](const std::string& column) {
-    return std::ranges::find(base.columns, column) != base.columns.end();
-  });
-}
-
 std::vector<std::string> PrimaryKey(const Dbc& dbc, const CatalogName& table) {
   Statement statement(dbc);
   statement.PrimaryKeys(table);
@@ -190,20 +164,32 @@ std::string QuotedText(std::string_view text) {
   return quoted + "'";
 }
 
+/// Fills the names of the table in.
+std::string WithNames(std::string_view query, const CatalogName& table) {
+  std::string sql(query);
+  for (const auto& [mark, name] : {std::pair("{catalog}", table.catalog.value_or("")),
+                                   std::pair("{schema}", table.schema.value_or("")),
+                                   std::pair("{table}", table.table.value_or(""))}) {
+    const std::size_t at = sql.find(mark);
+    if (at != std::string::npos) sql.replace(at, std::string_view(mark).size(), QuotedText(name));
+  }
+  return sql;
+}
+
 Indexes QueriedIndexes(const Dbc& dbc, std::string_view query, CancelGate& gate,
                        const CatalogName& table) {
-  std::string sql(query);
-  for (const auto& [mark, name] : {std::pair("{schema}", table.schema.value_or("")),
-                                   std::pair("{table}", table.table.value_or(""))})
-    sql.replace(sql.find(mark), std::string_view(mark).size(), QuotedText(name));
   Diagnostics unused;
   Statement statement(dbc);
-  statement.Execute(sql, gate, unused);
+  statement.Execute(WithNames(query, table), gate, unused);
   Indexes indexes;
   ForEachRow(statement, 2, [&](const TextRow& row) {
     indexes[row[0].value_or("")].push_back(row[1].value_or(""));
   });
   return indexes;
+}
+
+CatalogName NameOf(const FieldInfo& base) {
+  return {Named(base.baseCatalog), Named(base.baseSchema), base.baseTable};
 }
 
 /// Of the columns of an index, those that are among the fields are not null.
@@ -225,17 +211,32 @@ void ReadSchemaRows(const Dbc& dbc, const DriverProfile& profile, CancelGate& ga
   }
 }
 
-bool HoldsUniqueKey(const Dbc& dbc, const DriverProfile& profile, CancelGate& gate,
-                    const std::vector<FieldInfo>& fields) {
-  const std::optional<BaseTable> base = OneBaseTable(fields);
-  if (!base) return false;
-  const std::vector<std::string> primary = PrimaryKey(dbc, base->name);
-  if (!primary.empty()) return HoldsAll(*base, primary);
+std::vector<std::size_t> FindUniqueKey(const Dbc& dbc, const DriverProfile& profile,
+                                       CancelGate& gate, const std::vector<FieldInfo>& fields) {
+  const FieldInfo* base = OneBaseTable(fields);
+  if (base == nullptr) return {};
+  const CatalogName table = NameOf(*base);
+  const TableKey primary = PrimaryKey(dbc, table);
+  if (!primary.empty()) return KeyFields(fields, {primary});
   const Indexes indexes = profile.uniqueIndexQuery.empty()
-                              ? UniqueIndexes(dbc, base->name)
-                              : QueriedIndexes(dbc, profile.uniqueIndexQuery, gate, base->name);
-  return std::ranges::any_of(indexes, [&](const auto& index) {
-    return HoldsAll(*base, index.second) && NeverNull(fields, index.second);
+                              ? UniqueIndexes(dbc, table)
+                              : QueriedIndexes(dbc, profile.uniqueIndexQuery, gate, table);
+  std::vector<TableKey> keys;
+  for (const auto& [name, columns] : indexes)
+    if (NeverNull(fields, columns)) keys.push_back(columns);
+  return KeyFields(fields, keys);
+}
+
+void FindReadOnlyColumns(const Dbc& dbc, const DriverProfile& profile, CancelGate& gate,
+                         std::vector<FieldInfo>& fields) {
+  const FieldInfo* base = OneBaseTable(fields);
+  if (base == nullptr || profile.readOnlyColumnsQuery.empty()) return;
+  Diagnostics unused;
+  Statement statement(dbc);
+  statement.Execute(WithNames(profile.readOnlyColumnsQuery, NameOf(*base)), gate, unused);
+  ForEachRow(statement, 1, [&](const TextRow& row) {
+    for (FieldInfo& field : fields)
+      if (!field.baseTable.empty() && field.baseColumn == row[0]) field.updatable = false;
   });
 }
 

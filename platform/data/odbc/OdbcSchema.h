@@ -13,9 +13,15 @@ namespace tessel::odbc {
 void ReadSchemaRows(const Dbc& dbc, const DriverProfile& profile, CancelGate& gate,
                     SchemaRows& rows);
 
-/// True when `fields` hold the whole primary key, or a whole unique index of columns that are never
-/// null, of their one base table, each column once. Throws Failure.
-[[nodiscard]] bool HoldsUniqueKey(const Dbc& dbc, const DriverProfile& profile, CancelGate& gate,
-                                  const std::vector<FieldInfo>& fields);
+/// The fields that make the whole primary key, or a whole unique index of columns that are never
+/// null, of their one base table, each column once; none when they hold no such key. Throws
+/// Failure.
+[[nodiscard]] std::vector<std::size_t> FindUniqueKey(const Dbc& dbc, const DriverProfile& profile,
+                                                     CancelGate& gate,
+                                                     const std::vector<FieldInfo>& fields);
+
+/// Says of the fields of one base table which of them cannot be written. Throws Failure.
+void FindReadOnlyColumns(const Dbc& dbc, const DriverProfile& profile, CancelGate& gate,
+                         std::vector<FieldInfo>& fields);
 
 }  // namespace tessel::odbc

@@ -5,8 +5,10 @@
 #include <utility>
 
 #include "platform/Ascii.h"
+#include "platform/data/UniqueRows.h"
 #include "platform/data/odbc/OdbcErrors.h"
 #include "platform/data/odbc/OdbcKeys.h"
+#include "platform/data/odbc/OdbcPlainQuery.h"
 #include "platform/data/odbc/OdbcProperties.h"
 #include "platform/data/odbc/OdbcScan.h"
 #include "platform/data/odbc/OdbcSchema.h"
@@ -48,15 +50,6 @@ OdbcSession::OdbcSession(Target target, std::shared_ptr<const Trace> trace)
       keys_(std::move(target.keys)) {}
 
 // --- errors --------------------------------------------------------------------------------------
-
-template <class Work>
-auto OdbcSession::Guarded(Operation& operation, Work work) {
-  try {
-    return work();
-  } catch (const Failure& failure) {
-    RaiseFailure(failure, operation);
-  }
-}
 
 /// Whatever the driver calls it, what fails after a cancel reached it was cancelled.
 void OdbcSession::RaiseFailure(const Failure& failure, Operation& operation) {
@@ -111,6 +104,7 @@ void OdbcSession::CheckFile() const {
 
 void OdbcSession::Close() noexcept {
   CloseResult();
+  TidyUp();
   dbc_.reset();
   alive_ = false;
 }
@@ -121,6 +115,7 @@ Properties OdbcSession::ReadProperties() { return ReadDriverProperties(*dbc_); }
 
 ExecuteResult OdbcSession::ExecuteCommand(const std::string& sql, Operation& operation) {
   RefuseWhatHangs(sql);
+  sql_ = sql;
   lastNotices_.clear();
   wantsWarnings_ = !profile_.warningsQuery.empty() && !HasWord(sql, profile_.looksBackWith);
   return Guarded(operation, [&] { return Run(sql, operation); });
@@ -233,12 +228,32 @@ void OdbcSession::DrainResults(Operation& operation) {
 
 void OdbcSession::CloseResult() noexcept {
   reader_.reset();
+  if (profile_.isSlowToDropResults) dropped_ = std::move(statement_);
   statement_.reset();
+  if (!dropped_) patience_ = executePatience;
+}
+
+void OdbcSession::TidyUp() noexcept {
+  if (!dropped_) return;
+  dropped_.reset();
   patience_ = executePatience;
 }
 
-bool OdbcSession::HasUniqueRows(const std::vector<FieldInfo>& fields) {
-  return profile_.tellsBaseColumns && HoldsUniqueKey(*dbc_, profile_, gate_, fields);
+void OdbcSession::CompleteFields(std::vector<FieldInfo>& fields) {
+  const FieldInfo* base = OneBaseTable(fields);
+  if (base == nullptr) return;
+  if (profile_.aliasHidesColumn && !NamesPlainColumns(sql_, base->baseTable)) {
+    for (FieldInfo& field : fields) field.updatable = false;
+    return;
+  }
+  FindReadOnlyColumns(*dbc_, profile_, gate_, fields);
+}
+
+std::vector<std::size_t> OdbcSession::FindKey(const std::vector<FieldInfo>& fields) {
+  const FieldInfo* base = OneBaseTable(fields);
+  if (base == nullptr) return {};
+  if (profile_.aliasHidesColumn && !NamesPlainColumns(sql_, base->baseTable)) return {};
+  return FindUniqueKey(*dbc_, profile_, gate_, fields);
 }
 
 // --- catalogs and schema -------------------------------------------------------------------------

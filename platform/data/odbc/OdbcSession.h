@@ -34,7 +34,15 @@ class OdbcSession : public ProviderSession {
   [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) override;
   void DrainResults(Operation& operation) override;
   void CloseResult() noexcept override;
-  [[nodiscard]] bool HasUniqueRows(const std::vector<FieldInfo>& fields) override;
+  void TidyUp() noexcept override;
+  void CompleteFields(std::vector<FieldInfo>& fields) override;
+  [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
+
+  [[nodiscard]] const WriteDialect* Writing() override;
+  [[nodiscard]] UserTransaction Transaction() override;
+  [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
+                                             Operation& operation) override;
+  void RunControl(std::string_view sql, const Operation* operation) override;
 
   [[nodiscard]] std::string CurrentCatalog() override;
   void SetCatalog(const std::string& name, Operation& operation) override;
@@ -48,7 +56,13 @@ class OdbcSession : public ProviderSession {
  private:
   /// Does `work`. A Failure in it is raised as the Error that it means.
   template <class Work>
-  auto Guarded(Operation& operation, Work work);
+  auto Guarded(Operation& operation, Work work) {
+    try {
+      return work();
+    } catch (const Failure& failure) {
+      RaiseFailure(failure, operation);
+    }
+  }
   [[noreturn]] void RaiseFailure(const Failure& failure, Operation& operation);
   void NoteHealth(const Failure& failure);
 
@@ -63,6 +77,8 @@ class OdbcSession : public ProviderSession {
   [[nodiscard]] bool NextResult(Operation& operation);
   [[nodiscard]] std::int64_t Count(Outcome outcome) const;
   void ReportNotices(const Diagnostics& notices, Operation& operation);
+  [[nodiscard]] StatementResult ReadResult(Statement& statement);
+  [[nodiscard]] UserTransaction TransactionBySavepoint();
   void ForgetWarnings();
   void ReportWarnings(Operation& operation);
 
@@ -78,8 +94,10 @@ class OdbcSession : public ProviderSession {
   bool canReadBoundCells_ = false;
 
   std::unique_ptr<Statement> statement_;
-  std::unique_ptr<RowReader> reader_;  ///< While there are rows to read.
+  std::unique_ptr<Statement> dropped_;  ///< With a result to drop when nobody waits.
+  std::unique_ptr<RowReader> reader_;   ///< While there are rows to read.
   Diagnostics lastNotices_;
+  std::string sql_;             ///< The last command.
   bool wantsWarnings_ = false;  ///< Of the present command.
   bool hasWarnings_ = false;    ///< The database still tells those of an earlier command.
 };

@@ -169,11 +169,11 @@ void PostgresSession::CompleteFields(std::vector<FieldInfo>& fields) {
     CompletePostgresFields(*connection_, columns_, fields);
 }
 
-bool PostgresSession::HasUniqueRows(const std::vector<FieldInfo>& fields) {
+std::vector<std::size_t> PostgresSession::FindKey(const std::vector<FieldInfo>& fields) {
   const FieldInfo* base = OneBaseTable(fields);
-  if (base == nullptr || !IsAlive() || connection_->InFailedTransaction()) return false;
+  if (base == nullptr || !IsAlive() || connection_->InFailedTransaction()) return {};
   const Oid table = columns_[static_cast<std::size_t>(base - fields.data())].table;
-  return HoldsKey(fields, ReadPostgresKeys(*connection_, table));
+  return KeyFields(fields, ReadPostgresKeys(*connection_, table));
 }
 
 // --- catalogs and schema -------------------------------------------------------------------------

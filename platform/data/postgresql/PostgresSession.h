@@ -31,7 +31,13 @@ class PostgresSession : public ProviderSession {
   void DrainResults(Operation& operation) override;
   void CloseResult() noexcept override;
   void CompleteFields(std::vector<FieldInfo>& fields) override;
-  [[nodiscard]] bool HasUniqueRows(const std::vector<FieldInfo>& fields) override;
+  [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
+
+  [[nodiscard]] const WriteDialect* Writing() override;
+  [[nodiscard]] UserTransaction Transaction() override;
+  [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
+                                             Operation& operation) override;
+  void RunControl(std::string_view sql, const Operation* operation) override;
 
   [[nodiscard]] std::string CurrentCatalog() override;
   void SetCatalog(const std::string& name, Operation& operation) override;

@@ -32,6 +32,7 @@ std::string FieldsQuery(int serverVersion) {
       "select f.place, pg_catalog.format_type(f.type, null), n.nspname, c.relname, a.attname,"
       " a.attnotnull, pg_catalog.pg_column_is_updatable(c.oid, a.attnum, false)";
   if (serverVersion >= version12) sql += " and a.attgenerated = ''";
+  if (serverVersion >= version10) sql += " and a.attidentity <> 'a'";
   sql += ", coalesce(pg_catalog.pg_get_expr(d.adbin, d.adrelid) like 'nextval(%', false)";
   if (serverVersion >= version10) sql += " or a.attidentity <> ''";
   return sql +

@@ -177,6 +177,19 @@ void PqConnection::Send(const std::string& sql, const std::vector<std::string>& 
                               nullptr, values.data(), nullptr, nullptr, 0));
 }
 
+void PqConnection::Send(const std::string& sql, const std::vector<PqParameter>& parameters) {
+  std::vector<const char*> values;
+  std::vector<int> lengths;
+  std::vector<int> formats;
+  for (const PqParameter& parameter : parameters) {
+    values.push_back(parameter.value ? parameter.value->c_str() : nullptr);
+    lengths.push_back(parameter.value ? static_cast<int>(parameter.value->size()) : 0);
+    formats.push_back(parameter.isBinary ? 1 : 0);
+  }
+  CheckSent(PQsendQueryParams(connection_.get(), sql.c_str(), static_cast<int>(values.size()),
+                              nullptr, values.data(), lengths.data(), formats.data(), 0));
+}
+
 /// Sends what is left to send, and reads when there is something to read. False when the connection
 /// is lost.
 bool PqConnection::Receive() {

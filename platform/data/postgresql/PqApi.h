@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -47,6 +48,12 @@ struct PqColumn {
   int modifier = -1;
   Oid table = 0;  ///< 0: an expression.
   int number = 0;
+};
+
+/// What a parameter of a statement stands for.
+struct PqParameter {
+  std::optional<std::string> value;  ///< None: null. Of text no byte is 0.
+  bool isBinary = false;             ///< The bytes of the type's binary form.
 };
 
 enum class PqKind {
@@ -129,6 +136,8 @@ class PqConnection {
   void Send(const std::string& sql);
   /// Sends one statement whose $1, $2... stand for texts.
   void Send(const std::string& sql, const std::vector<std::string>& parameters);
+  /// Sends one statement whose $1, $2... stand for values.
+  void Send(const std::string& sql, const std::vector<PqParameter>& parameters);
   [[nodiscard]] PqResult Next();
   /// Ends a COPY with the client: as failed when it waits for data; data sent are dropped.
   void LeaveCopy(PqKind kind);
@@ -140,6 +149,10 @@ class PqConnection {
   /// Notices since the last call, and notifications as such.
   [[nodiscard]] std::vector<PqMessage> TakeNotices();
 
+  /// True in a transaction.
+  [[nodiscard]] bool InTransaction() const {
+    return PQtransactionStatus(connection_.get()) == PQTRANS_INTRANS;
+  }
   /// True in a transaction that failed: the server refuses every command but its end.
   [[nodiscard]] bool InFailedTransaction() const {
     return PQtransactionStatus(connection_.get()) == PQTRANS_INERROR;

@@ -37,10 +37,20 @@ std::string TextOf(const char* text) { return text == nullptr ? std::string() : 
 
 // --- statements ------------------------------------------------------------------------------
 
-void SqliteStatement::Bind(int parameter, const std::string& text) {
-  const int code = sqlite3_bind_text64(statement_.get(), parameter, text.data(), text.size(),
-                                       SQLITE_TRANSIENT, SQLITE_UTF8);
+void SqliteStatement::CheckBound(int code) const {
   if (code != SQLITE_OK) Raise(Database(), code);
+}
+
+void SqliteStatement::BindText(int parameter, std::string_view text) {
+  const char* data = text.empty() ? "" : text.data();  // Null would be the database's null.
+  CheckBound(sqlite3_bind_text64(statement_.get(), parameter, data, text.size(), SQLITE_TRANSIENT,
+                                 SQLITE_UTF8));
+}
+
+void SqliteStatement::BindBlob(int parameter, std::span<const std::byte> bytes) {
+  const void* data = bytes.empty() ? static_cast<const void*>("") : bytes.data();
+  CheckBound(
+      sqlite3_bind_blob64(statement_.get(), parameter, data, bytes.size(), SQLITE_TRANSIENT));
 }
 
 bool SqliteStatement::Step() {

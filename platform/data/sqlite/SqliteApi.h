@@ -11,7 +11,7 @@
 
 #include <sqlite3.h>
 
-#include "platform/Error.h"
+#include "platform/data/Operation.h"
 
 namespace tessel {
 
@@ -26,6 +26,32 @@ enum class SqliteStorage {
   Null = SQLITE_NULL
 };
 
+/// A cell of a statement's current row, found once and then looked at: valid until the next Step.
+class SqliteCell {
+ public:
+  explicit SqliteCell(sqlite3_value* value) : value_(value) {}
+
+  [[nodiscard]] SqliteStorage Storage() const {
+    return static_cast<SqliteStorage>(sqlite3_value_type(value_));
+  }
+  [[nodiscard]] std::int64_t Integer() const { return sqlite3_value_int64(value_); }
+  [[nodiscard]] double Real() const { return sqlite3_value_double(value_); }
+  /// Its data is null when there was no memory.
+  [[nodiscard]] std::string_view Text() const {
+    const unsigned char* text = sqlite3_value_text(value_);
+    return {reinterpret_cast<const char*>(text),
+            static_cast<std::size_t>(text == nullptr ? 0 : sqlite3_value_bytes(value_))};
+  }
+  [[nodiscard]] std::span<const std::byte> Blob() const {
+    const void* blob = sqlite3_value_blob(value_);
+    return {static_cast<const std::byte*>(blob),
+            static_cast<std::size_t>(sqlite3_value_bytes(value_))};
+  }
+
+ private:
+  sqlite3_value* value_;
+};
+
 /// A compiled statement. Not to outlive its database. Columns count from 0, parameters from 1.
 class SqliteStatement {
  public:
@@ -35,7 +61,17 @@ class SqliteStatement {
   /// False for the nothing that a comment or an empty text is compiled to.
   explicit operator bool() const { return statement_ != nullptr; }
 
-  void Bind(int parameter, const std::string& text);
+  void Bind(int parameter, const std::string& text) { BindText(parameter, text); }
+  // Texts and blobs are copied.
+  void BindNull(int parameter) { CheckBound(sqlite3_bind_null(statement_.get(), parameter)); }
+  void BindInteger(int parameter, std::int64_t number) {
+    CheckBound(sqlite3_bind_int64(statement_.get(), parameter, number));
+  }
+  void BindReal(int parameter, double number) {
+    CheckBound(sqlite3_bind_double(statement_.get(), parameter, number));
+  }
+  void BindText(int parameter, std::string_view text);
+  void BindBlob(int parameter, std::span<const std::byte> bytes);
   /// To the next row; false when there is none.
   [[nodiscard]] bool Step();
   /// Back to before the first row; parameters stay.
@@ -55,25 +91,15 @@ class SqliteStatement {
   [[nodiscard]] std::string OriginColumn(int column) const;
 
   // Cells of the current row. Texts and blobs are valid until the next Step.
-  [[nodiscard]] SqliteStorage StorageAt(int column) const {
-    return static_cast<SqliteStorage>(sqlite3_column_type(statement_.get(), column));
+  [[nodiscard]] SqliteCell CellAt(int column) const {
+    return SqliteCell(sqlite3_column_value(statement_.get(), column));
   }
-  [[nodiscard]] std::int64_t IntegerAt(int column) const {
-    return sqlite3_column_int64(statement_.get(), column);
-  }
-  [[nodiscard]] double RealAt(int column) const {
-    return sqlite3_column_double(statement_.get(), column);
-  }
-  [[nodiscard]] std::string_view TextAt(int column) const {
-    const unsigned char* text = sqlite3_column_text(statement_.get(), column);
-    if (text == nullptr) return EmptyOrNoMemory();
-    return {reinterpret_cast<const char*>(text),
-            static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column))};
-  }
-  [[nodiscard]] std::span<const std::byte> BlobAt(int column) const {
-    const void* blob = sqlite3_column_blob(statement_.get(), column);
-    return {static_cast<const std::byte*>(blob),
-            static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column))};
+  [[nodiscard]] SqliteStorage StorageAt(int column) const { return CellAt(column).Storage(); }
+  [[nodiscard]] std::int64_t IntegerAt(int column) const { return CellAt(column).Integer(); }
+  [[nodiscard]] std::string_view TextAt(int column) const { return Checked(CellAt(column).Text()); }
+  /// `text` of a cell; raises Error when there was no memory for it.
+  [[nodiscard]] std::string_view Checked(std::string_view text) const {
+    return text.data() == nullptr ? EmptyOrNoMemory() : text;
   }
 
  private:
@@ -81,6 +107,7 @@ class SqliteStatement {
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
   };
 
+  void CheckBound(int code) const;
   [[nodiscard]] std::string_view EmptyOrNoMemory() const;
   [[nodiscard]] sqlite3* Database() const { return sqlite3_db_handle(statement_.get()); }
 
@@ -111,6 +138,8 @@ class SqliteDatabase {
   void SetWatch(std::function<bool()> shouldStop, std::chrono::milliseconds lockPatience);
 
   [[nodiscard]] std::int64_t TotalChanges() const { return sqlite3_total_changes64(handle_.get()); }
+  /// Of the last statement that changed rows, without those of triggers.
+  [[nodiscard]] std::int64_t Changes() const { return sqlite3_changes64(handle_.get()); }
   [[nodiscard]] bool IsReadOnly() const { return sqlite3_db_readonly(handle_.get(), "main") == 1; }
   [[nodiscard]] static std::string LibraryVersion() { return sqlite3_libversion(); }
 
@@ -131,6 +160,12 @@ class SqliteDatabase {
 /// True when `error` came from SQLite with that primary code, such as SQLITE_BUSY.
 [[nodiscard]] inline bool HasCode(const Error& error, int code) {
   return (error.Info().nativeError & 0xFF) == code;
+}
+
+/// `error` as the cancel that it comes from, if it does.
+[[nodiscard]] inline Error AsCancelled(const Error& error, const Operation& operation) {
+  const bool interrupted = HasCode(error, SQLITE_INTERRUPT) || HasCode(error, SQLITE_BUSY);
+  return interrupted && operation.StopAsked() ? CancelledError() : error;
 }
 
 }  // namespace tessel

@@ -6,6 +6,7 @@
 
 #include "platform/Ascii.h"
 #include "platform/data/CommandText.h"
+#include "platform/data/UniqueRows.h"
 #include "platform/data/odbc/OdbcScan.h"
 #include "platform/data/sqlite/SqliteFile.h"
 #include "platform/data/sqlite/SqliteSchema.h"
@@ -23,29 +24,7 @@ bool IsCounted(const SqliteStatement& statement) {
   return std::ranges::any_of(words, [&](const char* word) { return EqualNoCase(word, first); });
 }
 
-Error AsCancelled(const Error& error, const Operation& operation) {
-  const bool interrupted = HasCode(error, SQLITE_INTERRUPT) || HasCode(error, SQLITE_BUSY);
-  return interrupted && operation.StopAsked() ? CancelledError() : error;
-}
-
 }  // namespace
-
-/// While it lives, Cancel interrupts; at its end no interrupt is under way.
-class SqliteSession::Cancellable {
- public:
-  Cancellable(SqliteSession& session, Operation& operation) : session_(session) { Set(&operation); }
-  Cancellable(const Cancellable&) = delete;
-  Cancellable& operator=(const Cancellable&) = delete;
-  ~Cancellable() { Set(nullptr); }
-
- private:
-  void Set(Operation* operation) {
-    const std::lock_guard lock(session_.cancelMutex_);
-    session_.operation_ = operation;
-  }
-
-  SqliteSession& session_;
-};
 
 void SqliteSession::Cancel() noexcept {
   const std::lock_guard lock(cancelMutex_);
@@ -207,16 +186,16 @@ void SqliteSession::CloseResult() noexcept {
   rest_ = {};
 }
 
-bool SqliteSession::HasUniqueRows(const std::vector<FieldInfo>& fields) {
-  if (tables_.size() != 1) return false;
-  const auto& [name, table] = *tables_.begin();
-  const auto isShown = [&](const std::string& column) {
-    return std::ranges::any_of(
-        fields, [&](const FieldInfo& field) { return EqualNoCase(field.baseColumn, column); });
-  };
-  const bool hasKey = std::ranges::any_of(
-      table.keys, [&](const auto& key) { return std::ranges::all_of(key, isShown); });
-  return hasKey && ReadsOneTable(*database_, query_);
+/// A column of a union, and the like, is told as one of a table that its row may not come from.
+void SqliteSession::CompleteFields(std::vector<FieldInfo>& fields) {
+  if (tables_.empty() || ReadsOneTable(*database_, query_)) return;
+  for (FieldInfo& field : fields) field.updatable = false;
+}
+
+std::vector<std::size_t> SqliteSession::FindKey(const std::vector<FieldInfo>& fields) {
+  if (tables_.size() != 1 || OneBaseTable(fields) == nullptr) return {};
+  if (!ReadsOneTable(*database_, query_)) return {};
+  return KeyFields(fields, tables_.begin()->second.keys);
 }
 
 // --- catalogs and schema ---------------------------------------------------------------------

@@ -33,7 +33,13 @@ class SqliteSession : public ProviderSession {
   [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) override;
   void DrainResults(Operation& operation) override;
   void CloseResult() noexcept override;
-  [[nodiscard]] bool HasUniqueRows(const std::vector<FieldInfo>& fields) override;
+  void CompleteFields(std::vector<FieldInfo>& fields) override;
+  [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
+
+  [[nodiscard]] const WriteDialect* Writing() override;
+  [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
+                                             Operation& operation) override;
+  void RunControl(std::string_view sql, const Operation* operation) override;
 
   [[nodiscard]] std::string CurrentCatalog() override { return {}; }
   void SetCatalog(const std::string& name, Operation& operation) override;
@@ -47,7 +53,26 @@ class SqliteSession : public ProviderSession {
   }
 
  private:
-  class Cancellable;
+  /// While it lives, Cancel interrupts; at its end no interrupt is under way.
+  class Cancellable {
+   public:
+    Cancellable(SqliteSession& session, const Operation* operation) : session_(session) {
+      Set(operation);
+    }
+    Cancellable(SqliteSession& session, const Operation& operation)
+        : Cancellable(session, &operation) {}
+    Cancellable(const Cancellable&) = delete;
+    Cancellable& operator=(const Cancellable&) = delete;
+    ~Cancellable() { Set(nullptr); }
+
+   private:
+    void Set(const Operation* operation) {
+      const std::lock_guard lock(session_.cancelMutex_);
+      session_.operation_ = operation;
+    }
+
+    SqliteSession& session_;
+  };
 
   void OpenFile(const std::string& file);
   [[nodiscard]] SqliteStatement NextStatement(Operation& operation);
@@ -70,7 +95,8 @@ class SqliteSession : public ProviderSession {
   std::map<std::pair<std::string, std::string>, SqliteTable> tables_;
 
   std::mutex cancelMutex_;
-  Operation* operation_ = nullptr;  ///< What may be cancelled now. Changed by the worker, locked.
+  const Operation* operation_ =
+      nullptr;  ///< What may be cancelled now. Changed by the worker, locked.
 };
 
 }  // namespace tessel

@@ -134,11 +134,12 @@ DataType TypeOfStorage(SqliteStorage storage) {
 
 void AppendSqliteCell(const SqliteStatement& statement, int column, SqliteForm form,
                       ColumnBuilder& cells) {
-  switch (statement.StorageAt(column)) {
-    case SqliteStorage::Integer: return AppendInteger(statement.IntegerAt(column), form, cells);
-    case SqliteStorage::Real: return cells.AppendDouble(statement.RealAt(column));
-    case SqliteStorage::Text: return AppendText(statement.TextAt(column), form, cells);
-    case SqliteStorage::Blob: return cells.AppendBinary(statement.BlobAt(column));
+  const SqliteCell cell = statement.CellAt(column);
+  switch (cell.Storage()) {
+    case SqliteStorage::Integer: return AppendInteger(cell.Integer(), form, cells);
+    case SqliteStorage::Real: return cells.AppendDouble(cell.Real());
+    case SqliteStorage::Text: return AppendText(statement.Checked(cell.Text()), form, cells);
+    case SqliteStorage::Blob: return cells.AppendBinary(cell.Blob());
     default: return cells.AppendNull();
   }
 }

@@ -13,6 +13,7 @@ struct KeyedTreeModel::Node {
   int image = 0;
   Node* parent = nullptr;
   int row = 0;
+  bool checkBox = true;
   bool checked = false;
   std::vector<std::unique_ptr<Node>> children;
 };
@@ -30,11 +31,13 @@ int KeyedTreeModel::Append(std::string_view parentKey, std::vector<TreeNode> nod
   std::vector<std::unique_ptr<Node>> added;
   const auto first = static_cast<int>(parent.children.size());
   for (TreeNode& node : nodes) {
+    if (Find(node.key) != nullptr) continue;
     auto fresh = std::make_unique<Node>();
-    if (!byKey_.emplace(node.key, fresh.get()).second) continue;
     fresh->key = std::move(node.key);
+    byKey_.emplace(fresh->key, fresh.get());
     fresh->text = std::move(node.text);
     fresh->image = node.image;
+    fresh->checkBox = node.checkBox;
     fresh->parent = &parent;
     fresh->row = first + static_cast<int>(added.size());
     added.push_back(std::move(fresh));
@@ -111,7 +114,9 @@ QVariant KeyedTreeModel::data(const QModelIndex& index, int role) const {
   const Node& node = NodeOf(index);
   switch (role) {
     case Qt::DisplayRole: return ToQt(node.text);
-    case Qt::CheckStateRole: return node.checked ? Qt::Checked : Qt::Unchecked;
+    case Qt::CheckStateRole:
+      if (!node.checkBox) return {};
+      return node.checked ? Qt::Checked : Qt::Unchecked;
     case Qt::DecorationRole:
       return icons_[node.image >= 1 && node.image <= 3 ? static_cast<std::size_t>(node.image) : 0];
     default: return {};
@@ -128,7 +133,8 @@ bool KeyedTreeModel::setData(const QModelIndex& index, const QVariant& value, in
 
 Qt::ItemFlags KeyedTreeModel::flags(const QModelIndex& index) const {
   if (!index.isValid()) return Qt::NoItemFlags;
-  return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable;
+  const Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+  return NodeOf(index).checkBox ? flags | Qt::ItemIsUserCheckable : flags;
 }
 
 KeyedTreeModel::Node* KeyedTreeModel::Find(std::string_view key) const {

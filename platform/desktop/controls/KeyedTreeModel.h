@@ -51,13 +51,6 @@ class KeyedTreeModel final : public QAbstractItemModel {
 
  private:
   struct Node;
-  struct KeyHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view key) const {
-      return std::hash<std::string_view>()(key);
-    }
-  };
-
   [[nodiscard]] Node* Find(std::string_view key) const;
   [[nodiscard]] Node& At(std::string_view key) const;
   [[nodiscard]] Node& NodeOf(const QModelIndex& index) const;
@@ -65,7 +58,7 @@ class KeyedTreeModel final : public QAbstractItemModel {
   void Forget(const Node& node);
 
   std::unique_ptr<Node> root_;
-  std::unordered_map<std::string, Node*, KeyHash, std::equal_to<>> byKey_;
+  std::unordered_map<std::string_view, Node*> byKey_;  ///< The keys lie in the nodes.
   std::array<QIcon, 4> icons_;
 };
 

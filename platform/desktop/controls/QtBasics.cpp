@@ -1,7 +1,7 @@
 #include "platform/desktop/controls/QtBasics.h"
 
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
 #include "platform/desktop/base/Icons.h"
 
@@ -53,8 +53,10 @@ void QtProgressBar::SetValue(double value) {
 }
 
 void QtProgressBar::Show() {
+  const int step = max_ > 0 ? static_cast<int>(value_ / max_ * barSteps + 0.5) : 0;
+  if (std::exchange(step_, step) == step) return;
   TheWidget().setRange(0, barSteps);
-  TheWidget().setValue(max_ > 0 ? static_cast<int>(std::lround(value_ / max_ * barSteps)) : 0);
+  TheWidget().setValue(step);
 }
 
 QtTimer::QtTimer(FailureSink& failures) {

@@ -39,6 +39,7 @@ class QtProgressBar final : public ControlOf<ProgressBar, QProgressBar> {
 
   double max_;
   double value_;
+  int step_ = -1;  ///< Of the bar as shown; -1: not shown yet.
 };
 
 class QtTimer final : public Timer {

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <numeric>
@@ -160,12 +161,14 @@ void QtListView::Sort(int column, bool descending) {
   header.setSortIndicatorShown(true);
 }
 
+/// Taking the flag back makes the toolkit fill the editor anew: its text is selected after that.
 void QtListView::StartLabelEdit(int index) {
   QTreeWidgetItem* item = TheWidget().topLevelItem(index);
   const QSignalBlocker silence(TheWidget());
   item->setFlags(item->flags() | Qt::ItemIsEditable);
   TheWidget().editItem(item, 0);
   item->setFlags(item->flags() & ~Qt::ItemIsEditable);
+  if (auto* editor = TheWidget().viewport()->findChild<QLineEdit*>()) editor->selectAll();
 }
 
 void QtListView::ShowRow(QTreeWidgetItem& item, const ListRow& row) {

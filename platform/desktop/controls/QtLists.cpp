@@ -1,5 +1,6 @@
 #include "platform/desktop/controls/QtLists.h"
 
+#include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QSignalBlocker>
 
@@ -16,45 +17,43 @@ QStringList AsStringList(const std::vector<std::string>& items) {
 
 }  // namespace
 
-QtListBox::QtListBox(QListWidget& widget, const ControlSite& site) : ControlOf(widget, site) {
+QtListBox::QtListBox(QListView& widget, const ControlSite& site)
+    : ControlOf(widget, site), model_(std::make_unique<TextListModel>()) {
   widget.setUniformItemSizes(true);
-  QObject::connect(&widget, &QListWidget::currentRowChanged, &Face(), [this](int row) {
-    if (row >= 0) Raise(Click);
-  });
+  widget.setEditTriggers(QAbstractItemView::NoEditTriggers);
+  widget.setModel(model_.get());
+  QObject::connect(widget.selectionModel(), &QItemSelectionModel::currentRowChanged, &Face(),
+                   [this](const QModelIndex& current) {
+                     if (quiet_ == 0 && current.isValid()) Raise(Click);
+                   });
 }
 
-std::string QtListBox::List(int index) const {
-  const QListWidgetItem* item = TheWidget().item(index);
-  return item == nullptr ? std::string() : FromQt(item->text());
-}
+/// The view outlives the model.
+QtListBox::~QtListBox() { TheWidget().setModel(nullptr); }
 
-void QtListBox::AddItem(std::string_view text) {
-  const QSignalBlocker silence(TheWidget());
-  TheWidget().addItem(ToQt(text));
-}
+void QtListBox::AddItem(std::string_view text) { model_->Add(std::string(text)); }
 
 /// The toolkit would select a neighbour of the removed entry.
 void QtListBox::RemoveItem(int index) {
-  const QSignalBlocker silence(TheWidget());
   const bool selected = index == ReadIndex();
-  delete TheWidget().takeItem(index);
+  ++quiet_;
+  model_->Remove(index);
   if (selected) WriteIndex(-1);
-}
-
-void QtListBox::Clear() {
-  const QSignalBlocker silence(TheWidget());
-  TheWidget().clear();
+  --quiet_;
 }
 
 void QtListBox::SetItems(std::vector<std::string> items) {
-  const QSignalBlocker silence(TheWidget());
-  TheWidget().clear();
-  TheWidget().addItems(AsStringList(items));
+  ++quiet_;
+  model_->SetAll(std::move(items));
+  --quiet_;
 }
 
+int QtListBox::RowHeight() const { return Face().TheScale().Twips(TheWidget().sizeHintForRow(0)); }
+
 void QtListBox::WriteIndex(int index) {
-  const QSignalBlocker silence(TheWidget());
-  TheWidget().setCurrentRow(index);
+  ++quiet_;
+  TheWidget().setCurrentIndex(model_->index(index));
+  --quiet_;
 }
 
 QtComboBox::QtComboBox(QComboBox& widget, const ControlSite& site) : ControlOf(widget, site) {

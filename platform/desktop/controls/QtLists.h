@@ -1,26 +1,33 @@
 #pragma once
 
 #include <QComboBox>
-#include <QListWidget>
+#include <QListView>
 
 #include "platform/ListControls.h"
 #include "platform/desktop/controls/ControlOf.h"
+#include "platform/desktop/controls/TextListModel.h"
 
 namespace tessel {
 
-class QtListBox final : public ControlOf<ListBox, QListWidget> {
+class QtListBox final : public ControlOf<ListBox, QListView> {
  public:
-  QtListBox(QListWidget& widget, const ControlSite& site);
-  [[nodiscard]] int ListCount() const override { return TheWidget().count(); }
-  [[nodiscard]] std::string List(int index) const override;
+  QtListBox(QListView& widget, const ControlSite& site);
+  ~QtListBox() override;
+  [[nodiscard]] int ListCount() const override { return model_->Count(); }
+  [[nodiscard]] std::string List(int index) const override { return model_->Text(index); }
   void AddItem(std::string_view text) override;
   void RemoveItem(int index) override;
-  void Clear() override;
+  void Clear() override { SetItems({}); }
   void SetItems(std::vector<std::string> items) override;
+  [[nodiscard]] int RowHeight() const override;
 
  protected:
-  [[nodiscard]] int ReadIndex() const override { return TheWidget().currentRow(); }
+  [[nodiscard]] int ReadIndex() const override { return TheWidget().currentIndex().row(); }
   void WriteIndex(int index) override;
+
+ private:
+  std::unique_ptr<TextListModel> model_;
+  int quiet_ = 0;  ///< More than 0 while the program itself selects or changes the entries.
 };
 
 class QtComboBox final : public ControlOf<ComboBox, QComboBox> {

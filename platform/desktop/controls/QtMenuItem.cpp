@@ -28,6 +28,12 @@ void QtMenuItem::SetCaption(std::string_view caption) {
   action_->setText(ToQt(caption));
 }
 
+/// A menu whose form disables it is itself disabled, not only its title: it would not open.
+void QtMenuItem::SetEnabled(bool enabled) {
+  if (QMenu* menu = action_->menu()) menu->setEnabled(enabled);
+  action_->setEnabled(enabled);
+}
+
 /// The toolkit flips a checkable command by itself; here only the handler sets the mark.
 void QtMenuItem::Chosen(bool checked) {
   if (action_->isCheckable()) action_->setChecked(!checked);

@@ -17,7 +17,7 @@ class QtMenuItem final : public MenuItem {
   [[nodiscard]] bool Checked() const override { return action_->isChecked(); }
   void SetChecked(bool checked) override { action_->setChecked(checked); }
   [[nodiscard]] bool Enabled() const override { return action_->isEnabled(); }
-  void SetEnabled(bool enabled) override { action_->setEnabled(enabled); }
+  void SetEnabled(bool enabled) override;
   [[nodiscard]] bool Visible() const override { return action_->isVisible(); }
   void SetVisible(bool visible) override { action_->setVisible(visible); }
   [[nodiscard]] QAction& Action() const { return *action_; }

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStyle>
 #include <algorithm>
 
@@ -114,6 +115,8 @@ QDialogButtonBox* MessageDialog::MakeButtons(const Message& message) {
   if (!message.help) return box;
   const QPushButton* help = box->addButton(QDialogButtonBox::Help);
   connect(help, &QPushButton::clicked, this, [action = message.help] { action(); });
+  const auto* key = new QShortcut(QKeySequence(Qt::Key_F1), this);
+  connect(key, &QShortcut::activated, help, &QPushButton::click);
   return box;
 }
 

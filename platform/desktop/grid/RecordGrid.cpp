@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QMenu>
 #include <algorithm>
+#include <functional>
 
 #include "platform/desktop/base/Icons.h"
 #include "platform/desktop/grid/CellDelegate.h"
@@ -22,6 +23,7 @@ constexpr int narrowestColumn = 48;
 constexpr int widestColumn = 320;
 constexpr int sampleRowsMost = 100;
 constexpr int sampleCellsMost = 20'000;
+constexpr std::ptrdiff_t textsMeasured = 10;
 constexpr int dragInterval = 50;
 
 }  // namespace
@@ -246,11 +248,16 @@ void RecordGrid::SizeColumns() {
     horizontalHeader()->resizeSection(column, WidthOf(column, sampleRows));
 }
 
+/// Of the texts only the longest are measured: that takes much longer than to read them.
 int RecordGrid::WidthOf(int column, int sampleRows) const {
   const QFontMetrics metrics = fontMetrics();
   int width = metrics.horizontalAdvance(AsShown(std::string_view(model_->FieldName(column))));
-  for (int row = 0; row < sampleRows && width < widestColumn; ++row)
-    width = std::max(width, metrics.horizontalAdvance(model_->CellAt(row, column).text));
+  std::vector<QString> texts;
+  for (int row = 0; row < sampleRows; ++row) texts.push_back(model_->CellAt(row, column).text);
+  const auto longest = texts.begin() + std::min<std::ptrdiff_t>(std::ssize(texts), textsMeasured);
+  std::ranges::partial_sort(texts, longest, std::greater(), &QString::size);
+  for (auto text = texts.begin(); text != longest && width < widestColumn; ++text)
+    width = std::max(width, metrics.horizontalAdvance(*text));
   return std::clamp(width + cellPadding, narrowestColumn, widestColumn);
 }
 

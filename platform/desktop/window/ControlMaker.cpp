@@ -35,7 +35,7 @@ using Maker = std::unique_ptr<Control> (*)(const ControlSite&);
 constexpr Maker makers[] = {
     &As<QtRichTextBox, SqlEditor>,    &As<QtDataGrid, RecordGrid>,
     &As<QtListView, QTreeWidget>,     &As<QtTreeView, QTreeView>,
-    &As<QtListBox, QListWidget>,      &As<QtLinesBox, QPlainTextEdit>,
+    &As<QtListBox, QListView>,        &As<QtLinesBox, QPlainTextEdit>,
     &As<QtLineBox, QLineEdit>,        &As<QtComboBox, QComboBox>,
     &As<QtCheckBox, QCheckBox>,       &As<QtOptionButton, QRadioButton>,
     &As<QtButton, QAbstractButton>,   &As<QtLabel, QLabel>,

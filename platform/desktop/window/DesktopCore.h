@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <functional>
+#include <string>
 
 #include "platform/desktop/base/Scale.h"
 #include "platform/desktop/services/DeferQueue.h"
@@ -23,6 +24,8 @@ struct DesktopCore {
   /// Shows what a handler let out.
   std::function<void(std::exception_ptr)> showFailure;
   DeferQueue deferred;
+  /// Shows help on a context number, or, when that is 0, on the form of that name.
+  std::function<void(const std::string& form, int context)> showHelp;
   FrameWindow* frame = nullptr;  ///< The frame that is loaded, if any.
 };
 

@@ -77,6 +77,7 @@ bool DialogWindow::TakesUnusedKey(QKeyEvent& event) {
 void DialogWindow::ShowOuter(QtWindow* owner) {
   if (owner != nullptr) PutAbove(WindowOf(owner));
   if (!Visible()) OuterActivated();
+  core_.loops.NoteShown();
   Outer().show();
 }
 

@@ -20,6 +20,8 @@ namespace {
 
 /// How long a new window may take to come up on the screen before the program goes on without it.
 constexpr int exposeMilliseconds = 200;
+/// Milliseconds from one round of pending events to the next: a loop may ask after every record.
+constexpr qint64 betweenRounds = 4;
 constexpr const char* awaitedProperty = "tesselAwaited";
 
 bool IsAwaited(QWindow& window) {
@@ -124,6 +126,7 @@ void EventLoops::Run(QMenu& menu, const QPoint& place) {
 }
 
 void EventLoops::ProcessPending() {
+  if (sinceRound_.isValid() && sinceRound_.elapsed() < betweenRounds) return;
   const Running running(*this);
   QCoreApplication::processEvents();
   const QDeadlineTimer deadline(exposeMilliseconds);
@@ -131,6 +134,7 @@ void EventLoops::ProcessPending() {
     QCoreApplication::processEvents(QEventLoop::AllEvents,
                                     static_cast<int>(deadline.remainingTime()));
   GiveUpWaiting();
+  sinceRound_.start();
 }
 
 void EventLoops::AwaitPlace(const QWidget& window) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QPoint>
 #include <functional>
 
@@ -29,9 +30,11 @@ class EventLoops {
   void EndWait(const QDialog& dialog);
   /// Shows the menu at a place of the screen and returns when it has closed.
   void Run(QMenu& menu, const QPoint& place);
-  /// Processes what is pending, once. A window that was shown since the last time is given the
-  /// chance to be painted.
+  /// Processes what is pending, once, unless it has done so only milliseconds ago. A window that
+  /// was shown since the last time is given the chance to be painted.
   void ProcessPending();
+  /// A window was shown: the next round of pending events is due at once.
+  void NoteShown() { sinceRound_.invalidate(); }
   /// A window manager places a new window in its own time; a dialog that is to stand in its middle
   /// waits for that, without input, for a moment at most.
   void AwaitPlace(const QWidget& window);
@@ -40,6 +43,7 @@ class EventLoops {
   class Running;
 
   int depth_ = 0;
+  QElapsedTimer sinceRound_;  ///< Since the end of the last round of pending events.
   const QDialog* awaited_ = nullptr;
   QEventLoop* wait_ = nullptr;
 };

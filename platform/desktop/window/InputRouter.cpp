@@ -78,7 +78,16 @@ bool InputRouter::KeyDown(QWidget& widget, QKeyEvent& event) {
     if (alive == nullptr || key.handled) return true;
     if (window_.TakesKey(widget, event)) return true;
   }
-  return &widget == root_ && window_.TakesUnusedKey(event);
+  if (&widget != root_) return false;
+  return TakesHelpKey(event) || window_.TakesUnusedKey(event);
+}
+
+/// F1 that nobody took is help on the window.
+bool InputRouter::TakesHelpKey(const QKeyEvent& event) {
+  if (event.key() != Qt::Key_F1 || event.modifiers() != Qt::NoModifier || !core_.showHelp)
+    return false;
+  core_.showHelp(window_.FormName(), window_.HelpContext());
+  return true;
 }
 
 bool InputRouter::KeyUp(QWidget& widget, QKeyEvent& event) {

@@ -28,6 +28,7 @@ class InputRouter final : public QObject {
 
  private:
   bool KeyDown(QWidget& widget, QKeyEvent& event);
+  bool TakesHelpKey(const QKeyEvent& event);
   bool KeyUp(QWidget& widget, QKeyEvent& event);
   void Mouse(QWidget& widget, const QMouseEvent& event);
   [[nodiscard]] bool IsWhereKeysGo(const QWidget& widget) const;

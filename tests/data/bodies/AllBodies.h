@@ -1,5 +1,10 @@
 #pragma once
 
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
 #include "tests/data/support/DataTest.h"
 
 namespace tessel::test {
@@ -12,6 +17,47 @@ class CursorBodies : public DatabaseTest {};
 class ValueBodies : public DatabaseTest {};
 class FieldBodies : public DatabaseTest {};
 class SchemaBodies : public DatabaseTest {};
+
+/// Records that can be changed, of a table "id, name, data, n"; a second connection looks at them
+/// from outside.
+class WriteTest : public DatabaseTest {
+ protected:
+  void SetUp() override;
+
+  /// Rows that may be written; waits for them.
+  [[nodiscard]] static std::shared_ptr<Recordset> OpenToWrite(Connection& connection,
+                                                              const std::string& sql);
+  [[nodiscard]] std::shared_ptr<Recordset> OpenAll() {
+    return OpenToWrite(*connection_,
+                       "select id, name, data, n from " + table_->Name() + " order by id");
+  }
+  /// The texts of a query on the other connection, row by row, joined by "|".
+  [[nodiscard]] std::vector<std::string> Outside(const std::string& sql);
+  [[nodiscard]] std::vector<std::string> Names() {
+    return Outside("select id, name from " + table_->Name() + " order by id");
+  }
+  void RunOutside(const std::string& sql) { Run(*other_, sql); }
+
+  std::shared_ptr<Connection> connection_;
+  std::shared_ptr<Connection> other_;
+  std::unique_ptr<ScratchTable> table_;
+};
+
+/// Every type that a database has, in tables "id, v" with a value and a null.
+class TypeBodies : public DatabaseTest {
+ protected:
+  void SetUp() override;
+
+  /// Calls `check` with each type and the name of its table.
+  void ForEachType(const std::function<void(const TypeCase&, const std::string&)>& check);
+  [[nodiscard]] std::shared_ptr<Recordset> Open(const std::string& sql);
+
+  std::shared_ptr<Connection> connection_;
+};
+
+class EditBodies : public WriteTest {};
+class WriteBodies : public WriteTest {};
+class WriteFaultBodies : public WriteTest {};
 
 /// The name of a database as a part of the names of its tests.
 inline std::string DatabaseName(const testing::TestParamInfo<DatabaseParam>& info) {
@@ -30,3 +76,10 @@ inline std::string DatabaseName(const testing::TestParamInfo<DatabaseParam>& inf
   INSTANTIATE_TEST_SUITE_P(prefix, ValueBodies, params, DatabaseName);                             \
   INSTANTIATE_TEST_SUITE_P(prefix, FieldBodies, params, DatabaseName);                             \
   INSTANTIATE_TEST_SUITE_P(prefix, SchemaBodies, params, DatabaseName)
+
+/// Runs those that change records.
+#define TESSEL_RUN_WRITE_BODIES(prefix, params)                                                    \
+  INSTANTIATE_TEST_SUITE_P(prefix, EditBodies, params, DatabaseName);                              \
+  INSTANTIATE_TEST_SUITE_P(prefix, TypeBodies, params, DatabaseName);                              \
+  INSTANTIATE_TEST_SUITE_P(prefix, WriteBodies, params, DatabaseName);                             \
+  INSTANTIATE_TEST_SUITE_P(prefix, WriteFaultBodies, params, DatabaseName)

@@ -18,6 +18,7 @@ std::string Quoted(std::string text) {
 
 TEST_P(ValueBodies, EveryTypeKeepsItsValue) {
   const auto connection = Connect();
+  for (const std::string& statement : Db().TypeSetup()) Run(*connection, statement);
   for (const TypeCase& type : Db().TypeCases()) {
     SCOPED_TRACE(type.declaration + " " + type.literal);
     const ScratchTable table(connection, "id " + Db().KeyType() + ", v " + type.declaration);

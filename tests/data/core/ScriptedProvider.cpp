@@ -45,8 +45,10 @@ class ScriptedSession : public ProviderSession {
     current_ = nullptr;
     if (!std::exchange(resultOpen_, false)) ++script_->wrongCalls;
   }
-  [[nodiscard]] bool HasUniqueRows(const std::vector<FieldInfo>& /*fields*/) override {
-    return script_->unique && script_->unique();
+  [[nodiscard]] std::vector<std::size_t>
+  FindKey(const std::vector<FieldInfo>& /*fields*/) override {
+    return script_->unique && script_->unique() ? std::vector<std::size_t>{0}
+                                                : std::vector<std::size_t>();
   }
   [[nodiscard]] std::string CurrentCatalog() override {
     return script_->catalog ? script_->catalog() : std::string();

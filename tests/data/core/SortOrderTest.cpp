@@ -3,10 +3,12 @@
 
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <random>
 
 #include "platform/Error.h"
 #include "platform/data/RowSink.h"
+#include "platform/data/RowStore.h"
 #include "platform/data/SortOrder.h"
 
 namespace tessel::test {
@@ -30,7 +32,11 @@ std::vector<std::int64_t> Sorted(const std::vector<std::vector<Value>>& rows,
   sink.CloseChunk();
   RowStore store;
   for (ChunkPtr& chunk : sink.TakeChunks()) store.Add(std::move(chunk));
-  return SortedRows(store, fields);
+  std::vector<std::int64_t> numbers(static_cast<std::size_t>(store.Rows()));
+  std::iota(numbers.begin(), numbers.end(), 0);
+  SortRows(numbers, fields,
+           [&](std::int64_t row, std::size_t field) { return store.At(row, field); });
+  return numbers;
 }
 
 std::optional<std::size_t> FindField(std::string_view name) {

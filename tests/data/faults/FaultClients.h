@@ -14,7 +14,7 @@ struct FaultClient {
   std::string (*stringAt)(int port);  ///< A connection string to a port of the loopback interface.
   /// A query of `rows` rows: n (a whole number from 1 on) and "row " and the number.
   std::string (*series)(std::int64_t rows);
-  std::string sleep;        ///< A statement of a minute.
+  std::string sleep;  ///< A statement of a minute.
 };
 
 inline void PrintTo(const FaultClient& client, std::ostream* out) { *out << client.name; }

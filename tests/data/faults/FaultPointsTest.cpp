@@ -29,6 +29,8 @@ struct FaultPoint {
   Fault where;
 };
 
+void PrintTo(const FaultPoint& point, std::ostream* out) { *out << point.name; }
+
 FaultPoint InConnect() { return {"Connect", {.answerBytes = 0}}; }
 FaultPoint InLogin() { return {"Login", {.answerBytes = 10}}; }
 FaultPoint LateInLogin() { return {"LateLogin", {.answerBytes = 110}}; }

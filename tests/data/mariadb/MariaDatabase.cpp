@@ -43,6 +43,13 @@ class MariaDatabase : public Database {
            ", 0, (select seq from seq_1_to_2)) as q from seq_1_to_" + std::to_string(2 * goodRows);
   }
   [[nodiscard]] std::vector<TypeCase> TypeCases() const override;
+  [[nodiscard]] std::string CountedKeyType() const override {
+    return "integer not null auto_increment primary key";
+  }
+  [[nodiscard]] std::string BinaryType() const override { return "longblob"; }
+  [[nodiscard]] std::string LongTextType() const override { return "longtext"; }
+  void KillServer() override { MariaNative().server().Kill(); }
+  void RestartServer() override { MariaNative().server().Restart(); }
   [[nodiscard]] std::string TableCatalog() const override { return "shop"; }
 };
 
@@ -64,6 +71,9 @@ const std::vector<TypeCase> numbers = {
     {"bigint unsigned", "18446744073709551615", DataType::UnsignedBigInt,
      std::numeric_limits<std::uint64_t>::max()},
     {"decimal(12,3)", "12.340", DataType::Numeric, Digits("12.340")},
+    {"decimal(65,0)", "99999999999999999999999999999999999999999999999999999999999999999",
+     DataType::Numeric,
+     Digits("99999999999999999999999999999999999999999999999999999999999999999")},
     {"decimal(38,0)", digits38, DataType::Numeric, Digits(digits38)},
     {"decimal(65,38)", "0.00000000000000000000000000000000000001", DataType::Numeric,
      Digits("0.00000000000000000000000000000000000001")},
@@ -72,6 +82,10 @@ const std::vector<TypeCase> numbers = {
     {"double", "0.1", DataType::Double, 0.1},
     {"double", "-1.7976931348623157e308", DataType::Double, std::numeric_limits<double>::lowest()},
     {"double", "2.2250738585072014e-308", DataType::Double, std::numeric_limits<double>::min()},
+    {"float", "-3.40282e38", DataType::Single, -3.40282e38F},
+    {"double", "0", DataType::Double, 0.0},
+    {"bit(64)", "b'1111111111111111111111111111111111111111111111111111111111111111'",
+     DataType::Binary, Octets("\xff\xff\xff\xff\xff\xff\xff\xff")},
     {"bit(1)", "b'1'", DataType::Boolean, true},
     {"bit(1)", "b'0'", DataType::Boolean, false},
     {"bit(8)", "b'10100001'", DataType::Binary, Octets("\xa1")},
@@ -93,6 +107,15 @@ const std::vector<TypeCase> moments = {
     {"datetime(6)", "'2024-01-02 03:04:05'", DataType::DBTimeStamp, At("2024-01-02 03:04:05")},
     {"datetime", "'0000-00-00 00:00:00'", DataType::DBTimeStamp, At("0000-00-00 00:00:00")},
     {"timestamp null", "'2024-01-02 03:04:05'", DataType::DBTimeStamp, At("2024-01-02 03:04:05")},
+    {"date", "'1000-01-01'", DataType::DBDate, At("1000-01-01")},
+    {"time(6)", "'-838:59:59.999999'", DataType::DBTime, At("-838:59:59.999999")},
+    {"datetime(6)", "'9999-12-31 23:59:59.999999'", DataType::DBTimeStamp,
+     At("9999-12-31 23:59:59.999999")},
+    {"timestamp null", "'1970-01-01 00:00:01'", DataType::DBTimeStamp, At("1970-01-01 00:00:01")},
+    {"timestamp(6) null", "'2038-01-19 03:14:07.999999'", DataType::DBTimeStamp,
+     At("2038-01-19 03:14:07.999999")},
+    {"year", "1901", DataType::UnsignedSmallInt, Whole(1901)},
+    {"year", "2155", DataType::UnsignedSmallInt, Whole(2155)},
     {"year", "2024", DataType::UnsignedSmallInt, Whole(2024)},
     {"year", "0", DataType::UnsignedSmallInt, Whole(0)},
 };
@@ -113,6 +136,17 @@ const std::vector<TypeCase> others = {
     {"uuid", "'123E4567-e89b-12d3-a456-426614174000'", DataType::Guid,
      Text("123e4567-e89b-12d3-a456-426614174000")},
     {"inet6", "'::1'", DataType::WChar, Text("::1")},
+    {"mediumtext", "'\U0001F418'", DataType::LongVarWChar, Text("\U0001F418")},
+    {"varchar(30)", "' a '", DataType::VarWChar, Text(" a ")},
+    {"set('a','b')", "''", DataType::WChar, Text("")},
+    {"json", "'[]'", DataType::LongVarWChar, Text("[]")},
+    {"inet4", "'10.0.0.1'", DataType::WChar, Text("10.0.0.1")},
+    {"point", "point(1, 2.5)", DataType::LongVarBinary,
+     Octets({"\0\0\0\0\x01\x01\0\0\0\0\0\0\0\0\0\xf0\x3f\0\0\0\0\0\0\x04\x40", 25}), "",
+     "the server cannot tell whether two places are the same"},
+    {"tinyblob", "x'ff'", DataType::LongVarBinary, Octets("\xff")},
+    {"mediumblob", "x'00'", DataType::LongVarBinary, Octets({"\0", 1})},
+    {"varbinary(10)", "''", DataType::VarBinary, Octets("")},
     {"binary(3)", "x'00ff10'", DataType::Binary, Octets({"\x00\xff\x10", 3})},
     {"varbinary(10)", "x'00ff10'", DataType::VarBinary, Octets({"\x00\xff\x10", 3})},
     {"blob", "x'00ff10'", DataType::LongVarBinary, Octets({"\x00\xff\x10", 3})},
@@ -130,6 +164,7 @@ std::vector<TypeCase> MariaDatabase::TypeCases() const {
 const DatabaseParam mariaDb{"MariaDb", [] { return std::make_shared<MariaDatabase>(); }};
 
 TESSEL_RUN_BODIES(NativeMariaDb, testing::Values(mariaDb));
+TESSEL_RUN_WRITE_BODIES(NativeMariaDb, testing::Values(mariaDb));
 
 }  // namespace
 

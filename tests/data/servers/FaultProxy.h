@@ -57,8 +57,8 @@ class FaultProxy {
   void Accept();
 
   int serverPort_;
+  int port_ = 0;  ///< Before the listener, which sets it.
   int listener_ = -1;
-  int port_ = 0;
   mutable std::mutex mutex_;
   mutable std::condition_variable changed_;
   Fault fault_;

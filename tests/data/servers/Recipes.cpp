@@ -99,6 +99,7 @@ ServerRecipe MariaDbRecipe(const fs::path& folder, const ServerLogin& login) {
                     "--innodb-flush-log-at-trx-commit=0",
                     "--innodb-flush-method=nosync",
                     "--innodb-buffer-pool-size=32M",
+                    "--max-allowed-packet=256M",
                     "--default-time-zone=+00:00"};
   recipe.answers = [port = login.port] { return Greets(port); };
   return recipe;

@@ -1,5 +1,8 @@
 #include "tests/data/sqlite/SqliteDatabaseFixture.h"
 
+#include <cstdint>
+#include <limits>
+
 #include "tests/data/bodies/AllBodies.h"
 
 namespace tessel::test {
@@ -68,11 +71,31 @@ std::vector<TypeCase> SqliteScratch::TypeCases() const {
        Value(Moment{"2024-02-29 01:02:03"})},
       {"timestamp", "'2024-02-29 01:02:03.25+02'", DataType::DBTimeStamp,
        Value(Moment{"2024-02-29 01:02:03.25+02"})},
-      {"date", "'soon'", DataType::DBDate, Value(std::string("soon"))},
+      {"date", "'soon'", DataType::DBDate, Value(std::string("soon")),
+       "what is no date is refused where dates are declared"},
       {"date", "1700000000", DataType::DBDate, Value(std::int64_t{1700000000})},
       {"decimal(30,5)", "'12345678901234567890.12345'", DataType::Numeric,
        Value(1.2345678901234567e19)},
-      {"decimal(10,2)", "x'31'", DataType::Numeric, Value(ToBytes({0x31}))},
+      {"decimal(10,2)", "x'31'", DataType::Numeric, Value(ToBytes({0x31})),
+       "bytes are refused where numbers are declared"},
+      {"integer", "-1", DataType::BigInt, Value(std::int64_t{-1})},
+      {"integer", "0.5", DataType::BigInt, Value(0.5)},
+      {"real", "-1.7976931348623157e308", DataType::Double, Value(-1.7976931348623157e308)},
+      {"real", "5e-324", DataType::Double, Value(5e-324)},
+      {"real", "9e999", DataType::Double, Value(std::numeric_limits<double>::infinity())},
+      {"text", "''", DataType::LongVarWChar, Value(std::string())},
+      {"text", "' a '", DataType::LongVarWChar, Value(std::string(" a "))},
+      {"text", "'123'", DataType::LongVarWChar, Value(std::string("123"))},
+      {"text", "'a' || char(0) || 'b'", DataType::LongVarWChar, Value(std::string("a\0b", 3))},
+      {"text", "'\U0001F418'", DataType::LongVarWChar, Value(std::string("\U0001F418"))},
+      {"varchar(5) collate nocase", "'ABC'", DataType::VarWChar, Value(std::string("ABC"))},
+      {"decimal(10,2)", "12.5", DataType::Numeric, Value(12.5)},
+      {"numeric", "'99999999999999999999999999999999999999x'", DataType::Numeric,
+       Value(std::string("99999999999999999999999999999999999999x")),
+       "what is no number is refused where numbers are declared"},
+      {"datetime", "'0000-00-00 00:00:00'", DataType::DBTimeStamp,
+       Value(Moment{"0000-00-00 00:00:00"})},
+      {"", "x'00'", DataType::LongVarBinary, Value(ToBytes({0}))},
       {"", "'no type'", DataType::LongVarWChar, Value(std::string("no type"))},
       {"", "3.5", DataType::Double, Value(3.5)},
       {"whatever", "'x'", DataType::VarWChar, Value(std::string("x"))},
@@ -84,6 +107,7 @@ namespace {
 const DatabaseParam native{"Sqlite", [] { return std::make_shared<SqliteScratch>(); }};
 
 TESSEL_RUN_BODIES(Native, testing::Values(native));
+TESSEL_RUN_WRITE_BODIES(Native, testing::Values(native));
 
 }  // namespace
 

@@ -8,7 +8,9 @@ namespace tessel::test {
 /// A file of the native SQLite provider in a folder of its own.
 class SqliteScratch : public Database {
  public:
-  [[nodiscard]] DatabaseTraits Traits() const override { return {}; }
+  [[nodiscard]] DatabaseTraits Traits() const override {
+    return {.limitsText = false, .hasServer = false};
+  }
   [[nodiscard]] std::string ConnectionString() const override;
   [[nodiscard]] std::string BadConnectionString() const override;
   [[nodiscard]] std::string SlowStatement() const override;
@@ -17,6 +19,8 @@ class SqliteScratch : public Database {
   [[nodiscard]] std::string LongBinary(std::size_t length) const override;
   [[nodiscard]] std::string FailsAfter(std::int64_t goodRows) const override;
   [[nodiscard]] std::vector<TypeCase> TypeCases() const override;
+  [[nodiscard]] std::string CountedKeyType() const override { return "integer primary key"; }
+  [[nodiscard]] std::string BeginStatement() const override { return "begin immediate"; }
   [[nodiscard]] std::string TableCatalog() const override { return "main"; }
 
  private:

@@ -14,10 +14,12 @@ namespace tessel::test {
 
 /// A declared column type, a value of it as SQL and what must arrive.
 struct TypeCase {
-  std::string declaration;  ///< For `create table t (v <declaration>)`.
-  std::string literal;      ///< For `insert into t values (<literal>)`.
-  DataType type;            ///< Of the field.
-  Value value;              ///< Of the cell.
+  std::string declaration;       ///< For `create table t (v <declaration>)`.
+  std::string literal;           ///< For `insert into t values (<literal>)`.
+  DataType type;                 ///< Of the field.
+  Value value;                   ///< Of the cell.
+  std::string notWritten = {};   ///< Why the cell cannot be written back as it was read.
+  std::string notCompared = {};  ///< Why its row cannot be found by it.
 };
 
 /// What a database or its driver cannot do; the bodies that need it are skipped with the reason.
@@ -28,6 +30,9 @@ struct DatabaseTraits {
       true;                 ///< Rows arrive before the database has made the last one (streaming).
   bool baseColumns = true;  ///< FieldInfo::baseTable and baseColumn are told, also behind an alias.
   bool uniqueRows = true;   ///< "Unique Rows" is told.
+  bool limitsText = true;   ///< A text longer than its column is an error.
+  bool holdsLongValues = true;      ///< 100 megabytes in one cell are no matter.
+  bool hasServer = true;            ///< It can be ended while a connection is open.
   bool syntaxErrorHasState = true;  ///< An error carries SQLSTATE or a native code.
 };
 
@@ -64,7 +69,26 @@ class Database {
   [[nodiscard]] virtual std::string KeyType() const { return "integer not null primary key"; }
   [[nodiscard]] virtual std::string TextType() const { return "varchar(200)"; }
   [[nodiscard]] virtual std::string BinaryType() const { return "blob"; }
+  [[nodiscard]] virtual std::string LongTextType() const { return "text"; }
   [[nodiscard]] virtual std::vector<TypeCase> TypeCases() const = 0;
+  /// Makes the types that some cases need; may be run again.
+  [[nodiscard]] virtual std::vector<std::string> TypeSetup() const { return {}; }
+  /// The declaration of a whole-number key that the database counts up by itself.
+  [[nodiscard]] virtual std::string CountedKeyType() const = 0;
+  /// The declaration of a whole number that is 2 * n of the same row, and cannot be written.
+  [[nodiscard]] virtual std::string DoubledType() const {
+    return "integer generated always as (2 * n) stored";
+  }
+  [[nodiscard]] virtual std::string BeginStatement() const { return "begin"; }
+  /// Locks the row 1 of a table for a transaction that was begun.
+  [[nodiscard]] virtual std::string LockStatement(const std::string& table) const {
+    return "update " + table + " set n = n where id = 1";
+  }
+  /// A statement after which what was committed outlives KillServer.
+  [[nodiscard]] virtual std::string FlushStatement() const { return "select 1"; }
+  /// Ends the server at once, and starts it again; not for databases without one.
+  virtual void KillServer() {}
+  virtual void RestartServer() {}
 
   /// The catalog and schema in which a table made without them stands, as the schema rowsets tell
   /// it.

@@ -114,6 +114,19 @@ void ChecksByTheUserAreReported(ContractHost& host) {
   EXPECT_EQ(test.record.Take(), Seen{"check d"});
 }
 
+void WithoutACheckBoxNothingIsChecked(ContractHost& host) {
+  TreeFixture test(host);
+  test.tree.Add("", {"plain", "Without a box", 1, false});
+  test.host.ClickNode(*test.window, treeName, "plain");
+  static_cast<void>(test.record.Take());
+  test.host.PressKey(*test.window, key::space);
+  EXPECT_FALSE(test.tree.Checked("plain"));
+  test.host.ClickNode(*test.window, treeName, "d");
+  test.host.PressKey(*test.window, key::space);
+  EXPECT_TRUE(test.tree.Checked("d"));
+  EXPECT_EQ(test.record.Take(), (Seen{"click d", "check d"}));
+}
+
 void SelectingByTheUserIsReportedOnce(ContractHost& host) {
   TreeFixture test(host);
   test.tree.SetExpanded("d", true);
@@ -173,6 +186,7 @@ std::vector<ContractCase> TreeContract() {
           {"RemovingTheSelectedNodeIsSilent", &RemovingTheSelectedNodeIsSilent},
           {"ChecksByCodeAreSilent", &ChecksByCodeAreSilent},
           {"ChecksByTheUserAreReported", &ChecksByTheUserAreReported},
+          {"WithoutACheckBoxNothingIsChecked", &WithoutACheckBoxNothingIsChecked},
           {"SelectingByTheUserIsReportedOnce", &SelectingByTheUserIsReportedOnce},
           {"SelectingByCodeShowsTheNode", &SelectingByCodeShowsTheNode},
           {"ExpandingIsReportedOnce", &ExpandingIsReportedOnce},

@@ -1,0 +1,103 @@
+#include <benchmark/benchmark.h>
+
+#include <Qsci/qsciscintilla.h>
+
+#include <QApplication>
+#include <QScrollBar>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "platform/TextBox.h"
+#include "platform/desktop/QtDesktop.h"
+#include "query/TextDocument.h"
+
+namespace tessel::bench {
+
+namespace {
+
+/// A text window on the screen, if there is one.
+struct Viewer {
+  int argc = 1;
+  char name[7] = "Tessel";
+  char* argv[2] = {name, nullptr};
+  QtDesktop desktop{argc, argv};
+  std::unique_ptr<Window> window = desktop.MakeWindow("frmText");
+  RichTextBox& box = window->Find<RichTextBox>("txtText");
+
+  Viewer() {
+    box.SetRightMargin(noWrapMargin);
+    window->Show();
+    Settle();
+  }
+  void Settle() { desktop.ProcessPending(); }
+  [[nodiscard]] static QsciScintilla& Editor() {
+    for (QWidget* widget : QApplication::allWidgets())
+      if (auto* editor = qobject_cast<QsciScintilla*>(widget)) return *editor;
+    std::abort();
+  }
+};
+
+Viewer& TheViewer() {
+  setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  static auto* viewer = new Viewer;
+  return *viewer;
+}
+
+/// So many megabytes of CSV in lines of 110 bytes.
+std::string Lines(std::size_t megabytes) {
+  const std::string line = std::string(108, 'x') + "\r\n";
+  std::string text;
+  text.reserve(megabytes * 1'000'000 + line.size());
+  while (text.size() < megabytes * 1'000'000) text += line;
+  return text;
+}
+
+/// So many megabytes of numbers in a single line, as a set for IN has them.
+std::string OneLine(std::size_t megabytes) {
+  std::string text = "(";
+  for (int n = 1; text.size() < megabytes * 1'000'000; ++n) text += std::to_string(n) + ", ";
+  return text + "NULL)";
+}
+
+void Open(benchmark::State& state, std::string (*make)(std::size_t)) {
+  Viewer& viewer = TheViewer();
+  const std::string text = make(static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) {
+    viewer.box.SetText(text);
+    Viewer::Editor().viewport()->repaint();
+    state.PauseTiming();
+    viewer.box.SetText("");
+    state.ResumeTiming();
+  }
+}
+BENCHMARK_CAPTURE(Open, lines, Lines)->Arg(1)->Arg(100)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Open, oneLine, OneLine)->Arg(1)->Arg(8)->Unit(benchmark::kMillisecond);
+
+/// To the end, to the start, and a page each.
+void Scroll(benchmark::State& state, std::string (*make)(std::size_t)) {
+  Viewer& viewer = TheViewer();
+  viewer.box.SetText(make(static_cast<std::size_t>(state.range(0))));
+  QScrollBar& bar = *Viewer::Editor().verticalScrollBar();
+  for (auto _ : state) {
+    for (const int place : {bar.maximum(), bar.maximum() / 2, 0}) {
+      bar.setValue(place);
+      Viewer::Editor().viewport()->repaint();
+    }
+  }
+  viewer.box.SetText("");
+}
+BENCHMARK_CAPTURE(Scroll, lines, Lines)->Arg(1)->Arg(100)->Unit(benchmark::kMillisecond);
+
+/// What Copy and Save take out of the window.
+void TakeText(benchmark::State& state) {
+  Viewer& viewer = TheViewer();
+  viewer.box.SetText(Lines(static_cast<std::size_t>(state.range(0))));
+  for (auto _ : state) benchmark::DoNotOptimize(viewer.box.Text());
+  viewer.box.SetText("");
+}
+BENCHMARK(TakeText)->Arg(100)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+}  // namespace tessel::bench

@@ -1,0 +1,60 @@
+#include "platform/data/WriteDialects.h"
+
+namespace tessel {
+
+/// A savepoint is a transaction of its own where there is none. With the collation of the column
+/// two texts might be the same that are not.
+WriteDialect SqliteDialect() {
+  return {.namesCatalog = true,
+          .sameOrNull = "{column} collate binary is {value}",
+          .returnsInserted = true,
+          .returnsUpdated = true,
+          .lastKey = "select last_insert_rowid()"};
+}
+
+/// What is shown as text is compared as such: many types have no "=", or one that does not say that
+/// two values are the same. Blanks at the end of a "character" are no part of its text, and an
+/// address is shown without what its text says of its net.
+WriteDialect PostgresDialect() {
+  WriteDialect dialect = {.sameOrNull = "{column} is not distinct from {value}",
+                          .returnsInserted = true,
+                          .returnsUpdated = true,
+                          .begin = "begin"};
+  for (const DataType type :
+       {DataType::VarChar, DataType::VarWChar, DataType::LongVarChar, DataType::LongVarWChar})
+    dialect.comparisons.push_back(
+        {.type = type, .pattern = "{column}::text is not distinct from {value}"});
+  return dialect;
+}
+
+/// Texts are compared byte by byte: with the collation of the column two might be the same that are
+/// not. An exact number is compared as one of double precision with anything that is none. Of one
+/// of single precision the server shows fewer digits than it has. Places on a map cannot be
+/// compared. Tables of some engines know no transactions.
+WriteDialect MariaDialect() {
+  constexpr std::string_view byBytes =
+      "cast(convert({column} using utf8mb4) as binary) <=> cast({value} as binary)";
+  WriteDialect dialect = {.quote = '`',
+                          .namesCatalog = true,
+                          .sameOrNull = "{column} <=> {value}",
+                          .insertDefaults = "() values ()",
+                          .returnsInserted = true,
+                          .lastKey = "select last_insert_id()",
+                          .begin = "start transaction",
+                          .countsFirst = true};
+  for (const std::string_view type : {"geometry", "point", "linestring", "polygon"})
+    dialect.comparisons.push_back({.typeName = type, .pattern = {}});
+  dialect.comparisons.push_back(
+      {.type = DataType::Single,
+       .pattern = "cast(cast({column} as char) as float) <=> cast({value} as float)"});
+  dialect.comparisons.push_back(
+      {.type = DataType::Numeric, .pattern = "cast({column} as char) <=> {value}"});
+  dialect.comparisons.push_back(
+      {.type = DataType::Binary, .pattern = "cast({column} as binary) <=> {value}"});
+  for (const DataType type : {DataType::Char, DataType::WChar, DataType::VarChar,
+                              DataType::VarWChar, DataType::LongVarChar, DataType::LongVarWChar})
+    dialect.comparisons.push_back({.type = type, .pattern = byBytes});
+  return dialect;
+}
+
+}  // namespace tessel

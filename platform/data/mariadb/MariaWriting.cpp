@@ -1,0 +1,78 @@
+#include <charconv>
+
+#include "platform/data/WriteDialects.h"
+#include "platform/data/mariadb/MariaSession.h"
+
+namespace tessel {
+
+namespace {
+
+/// INSERT ... RETURNING came with this version of MariaDB.
+constexpr int returningMajor = 10;
+constexpr int returningMinor = 5;
+
+bool KnowsReturning(const MariaConnection& connection) {
+  if (!connection.IsMariaDb()) return false;
+  const std::string version = connection.ServerVersion();
+  const char* end = version.data() + version.size();
+  int major = 0;
+  int minor = 0;
+  const auto [dot, error] = std::from_chars(version.data(), end, major);
+  if (error != std::errc() || dot == end) return false;
+  std::from_chars(dot + 1, end, minor);
+  return major > returningMajor || (major == returningMajor && minor >= returningMinor);
+}
+
+void AddRow(MariaStatement& statement, const std::vector<MariaForm>& forms, RowSink& rows) {
+  for (unsigned i = 0; i < forms.size(); ++i) {
+    const std::optional<std::string> cell = statement.CellAt(i);
+    if (cell) AppendMariaCell(forms[i], *cell, rows.Column(i));
+    else rows.Column(i).AppendNull();
+  }
+  rows.EndRow();
+}
+
+StatementResult ReadRows(MariaStatement& statement) {
+  std::vector<MariaForm> forms;
+  for (const MariaColumn& column : statement.Columns())
+    forms.push_back(DescribeMariaColumn(column).form);
+  StatementResult result;
+  RowSink rows(forms.size());
+  while (statement.Fetch())
+    if (result.rows++ == 0) AddRow(statement, forms, rows);
+  result.first = TakeFirstRow(rows);
+  return result;
+}
+
+}  // namespace
+
+void MariaSession::ChooseDialect() {
+  dialect_ = MariaDialect();
+  dialect_.returnsInserted = KnowsReturning(*connection_);
+}
+
+UserTransaction MariaSession::Transaction() {
+  return connection_->InTransaction() ? UserTransaction::Open : UserTransaction::None;
+}
+
+StatementResult MariaSession::RunStatement(const RowStatement& text, Operation& operation) {
+  const CancelSwitch::On scope(cancel_);
+  return Guarded(operation, [&] {
+    std::vector<ValueView> parameters;
+    for (const auto& [value, field] : text.parameters) parameters.push_back(value);
+    MariaStatement statement = connection_->Prepare(text.sql);
+    statement.Run(parameters);
+    if (statement.ColumnCount() > 0) return ReadRows(statement);
+    return StatementResult{statement.AffectedRows(), {}};
+  });
+}
+
+/// Cannot be cancelled: whoever cancels a commit would not know what came of it.
+void MariaSession::RunControl(std::string_view sql, const Operation* /*operation*/) try {
+  connection_->Run(std::string(sql));
+} catch (const Error& error) {
+  lost_ = lost_ || SaysSessionIsLost(error.Info());
+  throw;
+}
+
+}  // namespace tessel

@@ -1,0 +1,168 @@
+#include <algorithm>
+#include <deque>
+#include <string>
+
+#include "platform/data/odbc/OdbcErrors.h"
+#include "platform/data/odbc/OdbcRows.h"
+#include "platform/data/odbc/OdbcSession.h"
+
+namespace tessel::odbc {
+
+namespace {
+
+/// From this length on a text is a long one to drivers.
+constexpr std::size_t longText = 4000;
+
+/// The parameters of a statement, as the driver gets them. Must stay where it is until the
+/// statement has run.
+class Parameters {
+ public:
+  explicit Parameters(const DriverProfile& profile) : profile_(profile) {}
+
+  void Bind(Statement& statement, const std::vector<RowStatement::Parameter>& parameters) {
+    for (const auto& [value, field] : parameters)
+      std::visit([&](const auto& one) { Add(statement, one); }, value);
+  }
+
+ private:
+  struct Held {
+    std::string text;
+    std::int64_t number = 0;
+    std::uint64_t natural = 0;
+    double real = 0;
+    SQLLEN indicator = 0;
+  };
+
+  void Add(Statement& statement, std::monostate /*null*/) {
+    Bind(statement, SQL_C_CHAR, SQL_VARCHAR, nullptr, Next(SQL_NULL_DATA));
+  }
+  void Add(Statement& statement, bool value) {
+    if (!profile_.takesNumbers) return AddText(statement, value ? "t" : "f");
+    Add(statement, std::int64_t{value ? 1 : 0});
+  }
+  void Add(Statement& statement, std::int64_t value) {
+    if (!profile_.takesNumbers) return AddText(statement, std::to_string(value));
+    Held& held = Next(sizeof value);
+    held.number = value;
+    Bind(statement, SQL_C_SBIGINT, SQL_BIGINT, &held.number, held);
+  }
+  void Add(Statement& statement, std::uint64_t value) {
+    if (!profile_.takesNumbers) return AddText(statement, std::to_string(value));
+    Held& held = Next(sizeof value);
+    held.natural = value;
+    Bind(statement, SQL_C_UBIGINT, SQL_BIGINT, &held.natural, held);
+  }
+  void Add(Statement& statement, double value) {
+    if (!profile_.takesNumbers) return AddText(statement, ToText(value));
+    Held& held = Next(sizeof value);
+    held.real = value;
+    Bind(statement, SQL_C_DOUBLE, SQL_DOUBLE, &held.real, held);
+  }
+  void Add(Statement& statement, float value) { AddText(statement, ToText(value)); }
+  void Add(Statement& statement, DecimalView value) { AddText(statement, value.digits); }
+  void Add(Statement& statement, MomentView value) { AddText(statement, value.text); }
+  void Add(Statement& statement, std::string_view value) { AddText(statement, value); }
+  void Add(Statement& statement, BinaryView value) {
+    Held& held = Next(static_cast<SQLLEN>(value.bytes.size()));
+    held.text.assign(reinterpret_cast<const char*>(value.bytes.data()), value.bytes.size());
+    Bind(statement, SQL_C_BINARY, SQL_LONGVARBINARY, held.text.data(), held);
+  }
+
+  void AddText(Statement& statement, std::string_view text) {
+    if (profile_.textEndsAtZero && text.find('\0') != std::string_view::npos)
+      throw Error(errorNumber::typeMismatch, std::string(profile_.name),
+                  "The ODBC driver cannot write a text with a zero character in it.");
+    Held& held = Next(static_cast<SQLLEN>(text.size()));
+    held.text = text;
+    Bind(statement, SQL_C_CHAR, text.size() < longText ? SQL_VARCHAR : SQL_LONGVARCHAR,
+         held.text.data(), held);
+  }
+
+  Held& Next(SQLLEN indicator) {
+    Held& held = held_.emplace_back();
+    held.indicator = indicator;
+    return held;
+  }
+  void Bind(Statement& statement, SQLSMALLINT cType, SQLSMALLINT sqlType, void* buffer,
+            Held& held) {
+    statement.BindParameter(static_cast<SQLUSMALLINT>(held_.size()), cType, sqlType, buffer,
+                            &held.indicator);
+  }
+
+  const DriverProfile& profile_;
+  std::deque<Held> held_;
+};
+
+}  // namespace
+
+const WriteDialect* OdbcSession::Writing() {
+  return profile_.writing ? &*profile_.writing : nullptr;
+}
+
+/// After a cancel that reached the driver too late its result is gone; the change is undone.
+StatementResult OdbcSession::RunStatement(const RowStatement& text, Operation& operation) {
+  hasWarnings_ = true;
+  return Guarded(operation, [&] {
+    Statement statement(*dbc_);
+    Parameters parameters(profile_);
+    parameters.Bind(statement, text.parameters);
+    Diagnostics notices;
+    const Outcome outcome = statement.Execute(text.sql, gate_, notices);
+    if (gate_.Reached()) throw CancelledError();
+    if (outcome == Outcome::NoData) return StatementResult();
+    for (ErrorInfo& notice : ToNotices(notices, driver_, profile_))
+      operation.Report(std::move(notice));
+    return ReadResult(statement);
+  });
+}
+
+StatementResult OdbcSession::ReadResult(Statement& statement) {
+  const std::vector<ResultField> fields = DescribeFields(statement, profile_);
+  StatementResult result;
+  if (fields.empty()) {
+    result.rows = std::max<std::int64_t>(statement.RowCount(), 0);
+    return result;
+  }
+  RowSink rows(fields.size());
+  RowReader reader(statement, fields, canReadBoundCells_);
+  if (reader.ReadRow(rows)) result.rows = 1;
+  while (result.rows > 0 && statement.Fetch()) ++result.rows;
+  result.first = TakeFirstRow(rows);
+  return result;
+}
+
+/// Where a savepoint does for both, nobody needs to know.
+UserTransaction OdbcSession::Transaction() {
+  if (profile_.transactionQuery.empty())
+    return profile_.noTransactionState.empty() ? UserTransaction::None : TransactionBySavepoint();
+  Operation operation;
+  RowStatement query;
+  query.sql = profile_.transactionQuery;
+  const StatementResult result = RunStatement(query, operation);
+  const bool open = !result.first.empty() && ToText(ToView(result.first.front())) == "1";
+  return open ? UserTransaction::Open : UserTransaction::None;
+}
+
+UserTransaction OdbcSession::TransactionBySavepoint() {
+  try {
+    RunControl("savepoint tessel_look", nullptr);
+  } catch (const Error& error) {
+    if (error.Info().sqlState == profile_.noTransactionState) return UserTransaction::None;
+    if (error.Info().sqlState == profile_.failedTransactionState) return UserTransaction::Failed;
+    throw;
+  }
+  RunControl("release savepoint tessel_look", nullptr);
+  return UserTransaction::Open;
+}
+
+/// Cannot be cancelled: the gate is one that nobody knows.
+void OdbcSession::RunControl(std::string_view sql, const Operation* /*operation*/) try {
+  CancelGate gate;
+  Diagnostics unused;
+  Statement(*dbc_).Execute(std::string(sql), gate, unused);
+} catch (const Failure& failure) {
+  NoteHealth(failure);
+  throw Error(ToErrors(failure.Records(), driver_).front());
+}
+
+}  // namespace tessel::odbc
