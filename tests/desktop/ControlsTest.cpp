@@ -159,8 +159,6 @@ TEST_F(ServiceTest, AMissingProgramIsReported) {
 
 TEST_F(ServiceTest, AProgramIsStarted) { EXPECT_NO_THROW(TheDesktop().StartProcess("/bin/true")); }
 
-TEST_F(ServiceTest, ThereIsNoHelpYet) { EXPECT_FALSE(TheDesktop().ShowHelp("/nowhere.chm", 1, 0)); }
-
 TEST_F(ServiceTest, TheTimeIsTheLocales) {
   const std::string time = TheDesktop().TheClock().LongTime();
   EXPECT_EQ(std::ranges::count(time, ':'), 2) << time;

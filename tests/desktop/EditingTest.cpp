@@ -42,8 +42,9 @@ class EditingTest : public ::testing::Test {
       host.Click(w, "cmdConnect");
     });
     program.Main();
-    host.Settle();
+    WaitForKeyboard(program.Frame().TheWindow());
     records().Activate();
+    program.Frame().RecordsWindows().at(0)->FocusRecords();
     host.Settle();
   }
   ~EditingTest() override { std::filesystem::current_path(before_); }
@@ -82,14 +83,17 @@ class EditingTest : public ::testing::Test {
   void Run(const std::string& sql) {
     program.Frame().RecordsWindows().at(0)->DoQueryTags(sql, false, newQuery);
     host.Settle();
+    WaitForKeyboard(program.Frame().TheWindow());
     grid().SetFocus();
     host.Settle();
   }
   void Press(int keyCode, int shift = shiftState::none) {
+    WaitForKeyboard(program.Frame().TheWindow());
     host.PressKey(records(), keyCode, shift);
     host.Settle();
   }
   void Type(std::string_view text) {
+    WaitForKeyboard(program.Frame().TheWindow());
     TypeText(text);
     host.Settle();
   }

@@ -44,13 +44,7 @@ class ProgramFixture : public ::testing::Test {
     program.Main();
     WaitForKeyboard();
   }
-  /// A window manager hands the keyboard back when a dialog has gone, in its own time; off screen
-  /// there is none.
-  void WaitForKeyboard() {
-    if (QGuiApplication::focusWindow() == nullptr) AsQt(Frame()).Outer().activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&AsQt(Frame()).Outer()));
-    host.Settle();
-  }
+  void WaitForKeyboard() { test::WaitForKeyboard(Frame()); }
   void Connect(const std::string& connectionString, const std::string& caption) {
     if (program.Frame().RecordsWindowCount() == 1)
       host.OnMessage(whichInstance, MessageResult::Yes);

@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include <gtest/gtest.h>
+
 #include "platform/desktop/base/Text.h"
 
 // Exported by QtGui for its own tests: a key as the window system reports it, shortcuts included.
@@ -73,6 +75,13 @@ QWidget& WidgetOf(Window& window, std::string_view name) {
   auto* widget = AsQt(window).Root().findChild<QWidget*>(ToQt(name));
   if (widget == nullptr) throw std::runtime_error("There is no widget " + std::string(name));
   return *widget;
+}
+
+void WaitForKeyboard(Window& frame) {
+  QWidget& outer = AsQt(frame).Outer();
+  if (QGuiApplication::focusWindow() == nullptr) outer.activateWindow();
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&outer));
+  SettleEvents();
 }
 
 void PressQtKey(int qtKey, Qt::KeyboardModifiers modifiers, const QString& text) {

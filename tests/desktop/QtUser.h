@@ -22,6 +22,9 @@ template <class Widget>
   return dynamic_cast<Widget&>(WidgetOf(window, name));
 }
 
+/// Waits until the frame is active: a window manager hands the keyboard back when a dialog has
+/// gone, in its own time; off screen there is none, and the user clicks the frame.
+void WaitForKeyboard(Window& frame);
 /// Presses and releases a key in the active window, as the window system reports it.
 void PressQtKey(int qtKey, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
                 const QString& text = {});

@@ -63,6 +63,7 @@ class WorkbenchTest : public ProgramFixture {
   void TypeOver(int row, const std::string& value) {
     if (TagValue().Visible()) TagValue().SetFocus();
     else host.ClickCell(Frame(), "lsvTags", row, 1);
+    PressKeyCode('A', shiftState::ctrl);
     TypeText(value);
   }
   void TypeValue(int row, const std::string& value) {
@@ -295,6 +296,7 @@ TEST_F(WorkbenchTest, ATaggedQueryIsRunAgainWithItsNewValue) {
   TypeValue(0, "6");
   host.Click(Records(0), "cmdRequeryTags");
   EXPECT_EQ(Grid(0).ShownText(0, 0), "6");
+  WaitForKeyboard();
   host.PressKey(Records(0), key::f5, shiftState::ctrl);
   EXPECT_EQ(Grid(0).ShownText(0, 0), "6");
 }

@@ -80,9 +80,8 @@ def platform_includes(tree):
 
 
 def naked_calls(tree, call, door):
-    """Calls of a C library outside of its door, a header and its source. Benchmarks may call it."""
-    paths = [path for path in tree.code_paths() if path not in (door + ".h", door + ".cpp") and
-             not path.startswith("bench/")]
+    """Calls of a C library outside of its door, a header and its sources. Benchmarks may call it."""
+    paths = [path for path in tree.code_paths() if not path.startswith((door, "bench/"))]
     return [found for path in paths for found in tree.find(call, path, tree.code(path))]
 
 
