@@ -22,6 +22,7 @@ void ThrowIfAny(const std::optional<Error>& error) {
 }  // namespace
 
 void Task::End(std::optional<ErrorInfo> failure, bool sessionLost) {
+  Poster spent;
   const std::lock_guard lock(mutex_);
   if (ended_) return;
   news_.reports += TakeReports();
@@ -29,10 +30,11 @@ void Task::End(std::optional<ErrorInfo> failure, bool sessionLost) {
   news_.failure = std::move(failure);
   news_.sessionLost = sessionLost;
   ended_ = true;
-  PostLocked();
+  spent = PostLocked();
 }
 
 bool Task::Abandon() {
+  Poster spent;
   const std::lock_guard lock(mutex_);
   if (ended_) return false;
   news_.ended = true;
@@ -42,7 +44,7 @@ bool Task::Abandon() {
   }
   news_.sessionLost = true;
   ended_ = true;
-  PostLocked();
+  spent = PostLocked();
   return true;
 }
 
@@ -71,11 +73,12 @@ void Task::WaitForResult() const {
   changed_.wait(lock, [this] { return hasResult_ || ended_; });
 }
 
-void Task::SetPoster(std::function<void()> post) {
+void Task::SetPoster(Poster post) {
+  Poster spent;
   const std::lock_guard lock(mutex_);
-  post_ = std::move(post);
+  std::swap(post_, post);
   posted_ = false;
-  if (hasResult_ || ended_) PostLocked();
+  if (hasResult_ || ended_) spent = PostLocked();
 }
 
 TaskNews Task::TakeNews() {
@@ -95,14 +98,16 @@ void Task::Tell(const std::function<void(TaskNews&)>& change, bool post) {
   change(news_);
   news_.reports += TakeReports();
   hasResult_ = hasResult_ || news_.executed;
-  if (post) PostLocked();
+  if (post) (void)PostLocked();
 }
 
 /// Posts with the lock held: so no notice can be on its way to the queue once SetPoster has
-/// returned.
-void Task::PostLocked() {
+/// returned. After the last notice the poster is given back, to be destroyed when the lock is gone:
+/// it may own this task, which would otherwise keep itself alive.
+Task::Poster Task::PostLocked() {
   changed_.notify_all();
   if (post_ && !std::exchange(posted_, true)) post_();
+  return ended_ ? std::exchange(post_, nullptr) : nullptr;
 }
 
 void OpenTask::Run(ProviderSession& session) {

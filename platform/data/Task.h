@@ -44,6 +44,7 @@ struct TaskNews {
 class Task : public Operation {
  public:
   using Milliseconds = std::chrono::milliseconds;
+  using Poster = std::function<void()>;
 
   virtual ~Task() = default;
 
@@ -69,8 +70,9 @@ class Task : public Operation {
   void WaitForResult() const;
 
   /// From now on `post` is called, from any thread, when there is news; at once if there is some
-  /// already. Null: when this returns, no call is under way and none will come.
-  void SetPoster(std::function<void()> post);
+  /// already. Null: when this returns, no call is under way and none will come. It is let go of
+  /// with the notice of the end, so it may own the task.
+  void SetPoster(Poster post);
   /// UI thread.
   [[nodiscard]] TaskNews TakeNews();
 
@@ -82,12 +84,12 @@ class Task : public Operation {
   void Tell(const std::function<void(TaskNews&)>& change, bool post);
 
  private:
-  void PostLocked();
+  [[nodiscard]] Poster PostLocked();
 
   mutable std::mutex mutex_;
   mutable std::condition_variable changed_;
   TaskNews news_;
-  std::function<void()> post_;
+  Poster post_;
   bool posted_ = false;  ///< A notice is on its way.
   bool hasResult_ = false;
   bool settled_ = false;
