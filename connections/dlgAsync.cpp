@@ -112,6 +112,12 @@ std::shared_ptr<Recordset> dlgAsync::ReadSchema(Connection& connection, SchemaRo
   return Read(connection, connection.CreateSchemaRecordset(schema, restrictions));
 }
 
+bool dlgAsync::UseCatalog(Connection& connection, const std::string& name) {
+  std::int64_t recordsAffected = 0;
+  return DoQuery(connection.CreateCatalogChange(name), recordsAffected,
+                 AllowsAsynchronousWork(connection));
+}
+
 std::shared_ptr<Recordset> dlgAsync::Read(Connection& connection, std::shared_ptr<Recordset> rows) {
   std::int64_t recordsAffected = 0;
   if (DoQuery(rows, recordsAffected, AllowsAsynchronousWork(connection))) return rows;

@@ -57,6 +57,10 @@ class dlgAsync {
   [[nodiscard]] std::shared_ptr<Recordset> ReadSchema(Connection& connection, SchemaRowset schema,
                                                       const std::vector<std::string>& restrictions);
 
+  /// Changes the catalog in use, in the same way. False when cancelled; raises the failure
+  /// otherwise.
+  bool UseCatalog(Connection& connection, const std::string& name);
+
   /// Shows the window modeless, without a bar.
   void InitProcess(const std::string& message);
   /// Shows the window modeless with a bar from 0 to `maximum`, which is more than 0.

@@ -69,7 +69,8 @@ class Connection {
   /// The catalog in use; empty when the database has none. Reading it never waits for a running
   /// command.
   [[nodiscard]] virtual std::string DefaultDatabase() const = 0;
-  /// Changes the catalog in use; raises Error and leaves it as it was on failure.
+  /// Changes the catalog in use; raises Error and leaves it as it was on failure. Waits for the
+  /// database.
   virtual void SetDefaultDatabase(const std::string& name) = 0;
 
   /// A schema rowset, fetched whole. `restrictions` stand in the order given at SchemaRowset; an
@@ -82,6 +83,10 @@ class Connection {
   /// a command: so it can be waited for, and cancelled, as one.
   [[nodiscard]] virtual std::shared_ptr<Recordset>
   CreateSchemaRecordset(SchemaRowset schema, const std::vector<std::string>& restrictions) = 0;
+
+  /// A closed recordset whose Open changes the catalog in use, as SetDefaultDatabase does, in place
+  /// of a command that returns no rows.
+  [[nodiscard]] virtual std::shared_ptr<Recordset> CreateCatalogChange(const std::string& name) = 0;
 
   /// A closed recordset with this connection as its ActiveConnection. One command runs at a time on
   /// a connection.

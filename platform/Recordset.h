@@ -150,9 +150,10 @@ class Recordset {
   // --- changing its rows
   // --------------------------------------------------------------------------------------------
   // One change is pending at a time: of the current record, or of a new one. It lies in memory and
-  // is seen by this recordset and its clones at once; Update writes it to the database. All of them
-  // raise Error(readOnly) when the lock type is ReadOnly and Error(notSupported) when the rows
-  // cannot be written (no base table, several, or none of its fields).
+  // is seen by this recordset and its clones at once; Update writes it to the database. Moving away
+  // leaves it pending. All of them, CancelUpdate too, raise Error(readOnly) when the lock type is
+  // ReadOnly and Error(notSupported) when the rows cannot be written (no base table, several, or
+  // none of its fields), or while rows still arrive.
 
   /// What is pending: None, InProgress (an edited record), Add (a new one).
   [[nodiscard]] virtual EditMode Editing() const = 0;

@@ -199,8 +199,8 @@ void frmRecords::cboCatalog_Click() {
   choosingCatalog_ = true;
   const std::string name = cboCatalog_.Text();
   try {
-    UseCatalog(name);
-    SetStatus("Using '" + mCn_->DefaultDatabase() + "'.", statusColor::plain);
+    if (UseCatalog(name)) SetStatus("Using '" + mCn_->DefaultDatabase() + "'.", statusColor::plain);
+    else cboCatalog_.SetText(mCn_->DefaultDatabase());
   } catch (const Error& error) {
     help_.Show("Error using '" + name + "': " + error.Description(), MessageIcon::Critical);
     cboCatalog_.SetText(mCn_->DefaultDatabase());
@@ -208,12 +208,12 @@ void frmRecords::cboCatalog_Click() {
   choosingCatalog_ = false;
 }
 
-/// Some databases want the name in brackets, others as it is.
-void frmRecords::UseCatalog(const std::string& name) {
+/// Some databases want the name in brackets, others as it is. False when the user cancelled.
+bool frmRecords::UseCatalog(const std::string& name) {
   try {
-    mCn_->SetDefaultDatabase("[" + name + "]");
+    return async_.UseCatalog(*mCn_, "[" + name + "]");
   } catch (const Error&) {
-    mCn_->SetDefaultDatabase(name);
+    return async_.UseCatalog(*mCn_, name);
   }
 }
 

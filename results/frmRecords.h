@@ -96,7 +96,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   void ListCatalogs();
   void AddOtherCatalogs(const std::string& inUse);
   void cboCatalog_Click();
-  void UseCatalog(const std::string& name);
+  [[nodiscard]] bool UseCatalog(const std::string& name);
   void cmdReconnect_Click();
 
   [[nodiscard]] std::optional<SubstitutedText> Preprocess(const std::string& taggedSQL);

@@ -66,7 +66,7 @@ void ClientRecordset::Open(int options) {
   const std::shared_ptr<DataConnection> connection = connection_.lock();
   if (!connection)
     throw Error(errorNumber::objectClosed, "Tessel", "The recordset's connection is gone.");
-  if (schema_) connection->ReadSchema(shared_from_this(), *schema_, options);
+  if (makeTask_) connection->Run(shared_from_this(), makeTask_(), options);
   else connection->Execute(shared_from_this(), source_, options);
 }
 

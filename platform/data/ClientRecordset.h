@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -77,8 +78,9 @@ class ClientRecordset : public Recordset,
   [[nodiscard]] std::size_t HeldBytes() const { return rows_->store.HeldBytes(); }
 
   // --- for the connection ----------------------------------------------------------------------
-  /// Open reads this, not the source.
-  void SetSchema(SchemaRequest request) { schema_ = std::move(request); }
+  /// Open runs what this makes, not the source.
+  using TaskMaker = std::function<std::shared_ptr<Task>()>;
+  void SetTask(TaskMaker makeTask) { makeTask_ = std::move(makeTask); }
   /// A command runs for this recordset.
   void BeginExecute(std::shared_ptr<Task> task);
   /// The command has a result with these fields; its rows follow.
@@ -117,7 +119,7 @@ class ClientRecordset : public Recordset,
 
   std::weak_ptr<DataConnection> connection_;
   std::string source_;
-  std::optional<SchemaRequest> schema_;  ///< What Open reads in place of the source.
+  TaskMaker makeTask_;  ///< Null: Open runs the source.
   LockType lock_ = LockType::ReadOnly;
   int state_ = objectState::closed;
   std::shared_ptr<Task> task_;    ///< What fetches for it, else null.

@@ -21,6 +21,12 @@ EventStatus StatusOf(const std::optional<ErrorInfo>& failure) {
   return failure ? EventStatus::ErrorsOccurred : EventStatus::Ok;
 }
 
+CallTask::Body CatalogChange(const std::string& name) {
+  return [name](ProviderSession& session, Operation& operation) {
+    session.SetCatalog(name, operation);
+  };
+}
+
 /// Where no sink is given: keeps what a handler threw until everything is in order, then lets it
 /// pass.
 class LateFailure : public FailureSink {
@@ -178,11 +184,7 @@ void DataConnection::Call(CallTask::Body body) {
   if (news.failure) throw Error(*news.failure);
 }
 
-void DataConnection::SetDefaultDatabase(const std::string& name) {
-  Call([name](ProviderSession& session, Operation& operation) {
-    session.SetCatalog(name, operation);
-  });
-}
+void DataConnection::SetDefaultDatabase(const std::string& name) { Call(CatalogChange(name)); }
 
 std::shared_ptr<Recordset>
 DataConnection::OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) {
@@ -200,7 +202,15 @@ std::shared_ptr<Recordset>
 DataConnection::CreateSchemaRecordset(SchemaRowset schema,
                                       const std::vector<std::string>& restrictions) {
   auto recordset = std::make_shared<ClientRecordset>(weak_from_this());
-  recordset->SetSchema({schema, restrictions});
+  recordset->SetTask([request = SchemaRequest{schema, restrictions}] {
+    return std::make_shared<SchemaTask>(request);
+  });
+  return recordset;
+}
+
+std::shared_ptr<Recordset> DataConnection::CreateCatalogChange(const std::string& name) {
+  auto recordset = std::make_shared<ClientRecordset>(weak_from_this());
+  recordset->SetTask([name] { return std::make_shared<CallTask>(CatalogChange(name)); });
   return recordset;
 }
 
@@ -214,17 +224,12 @@ void DataConnection::Execute(const std::shared_ptr<ClientRecordset>& recordset,
                              const std::string& sql, int options) {
   RequireIdle();
   if (IsBlank(sql)) throw Error(errorNumber::application, "Tessel", "The command text is empty.");
-  Start(recordset, std::make_shared<ExecuteTask>(sql, services_.rowMemory), options);
+  Run(recordset, std::make_shared<ExecuteTask>(sql, services_.rowMemory), options);
 }
 
-void DataConnection::ReadSchema(const std::shared_ptr<ClientRecordset>& recordset,
-                                const SchemaRequest& request, int options) {
+void DataConnection::Run(const std::shared_ptr<ClientRecordset>& recordset,
+                         std::shared_ptr<Task> task, int options) {
   RequireIdle();
-  Start(recordset, std::make_shared<SchemaTask>(request), options);
-}
-
-void DataConnection::Start(const std::shared_ptr<ClientRecordset>& recordset,
-                           std::shared_ptr<Task> task, int options) {
   const auto execution = std::make_shared<Execution>();
   execution->task = std::move(task);
   execution->recordset = runningFor_ = recordset;

@@ -66,20 +66,21 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
   [[nodiscard]] std::shared_ptr<Recordset>
   CreateSchemaRecordset(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
+  [[nodiscard]] std::shared_ptr<Recordset> CreateCatalogChange(const std::string& name) override;
   [[nodiscard]] std::shared_ptr<Recordset> CreateRecordset() override;
 
   // --- for its recordsets ----------------------------------------------------------------------
   /// Runs `sql` for `recordset`, whose rows it becomes. Raises what Recordset::Open says.
   void Execute(const std::shared_ptr<ClientRecordset>& recordset, const std::string& sql,
                int options);
+  /// Runs what a recordset opens with in place of a command, in the same way.
+  void Run(const std::shared_ptr<ClientRecordset>& recordset, std::shared_ptr<Task> task,
+           int options);
   /// Writes `change` of `row` for `recordset`. Raises what Recordset::Update says.
   void Write(const std::shared_ptr<ClientRecordset>& recordset, ChangedRow row, RowChange change,
              int options);
   /// Announces the end of a change that was nothing to write.
   void AnnounceChange(const std::shared_ptr<ClientRecordset>& recordset);
-  /// Reads a schema rowset for `recordset`, in the same way.
-  void ReadSchema(const std::shared_ptr<ClientRecordset>& recordset, const SchemaRequest& request,
-                  int options);
   /// Asks `task` to stop, if it is the one that runs.
   void CancelTask(const std::shared_ptr<Task>& task);
 
@@ -105,8 +106,6 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   void Begin(const std::shared_ptr<Task>& task, int stateBits);
   void SetNotices(Task& task, std::function<void(DataConnection&)> deliver);
   void Call(CallTask::Body body);
-  void Start(const std::shared_ptr<ClientRecordset>& recordset, std::shared_ptr<Task> task,
-             int options);
   void DropHost();
   void ReleaseRunning();
 

@@ -130,6 +130,21 @@ TEST_F(frmRecordsTest, ACatalogThatCannotBeUsedIsReportedAndTheListGoesBack) {
   EXPECT_EQ(W().Find<ComboBox>("cboCatalog").Text(), "shop");
 }
 
+/// A server that stops answering just then does not hold the window.
+TEST_F(frmRecordsTest, UsingAnotherCatalogCanBeCancelled) {
+  data.defaultDatabase = "shop";
+  data.catalogs = {"shop", "test"};
+  ASSERT_TRUE(Connect());
+  data.holdCatalogChanges = true;
+  data.takesBrackets = true;
+  desktop.OnModal("dlgAsync", [](test::HeadlessWindow& w) { w.Click("cmdCancel"); });
+  W().SelectItem("cboCatalog", 1);
+  EXPECT_EQ(data.Log().cancels, 1);
+  EXPECT_EQ(data.Log().catalogs, (std::vector<std::string>{"[test]"}));
+  EXPECT_EQ(W().Find<ComboBox>("cboCatalog").Text(), "shop");
+  EXPECT_EQ(Status(), "[12:00:00]  Connected.");
+}
+
 TEST_F(frmRecordsTest, ReconnectReopensWithTheSameUserAndKeepsTheCatalogChosen) {
   data.defaultDatabase = "shop";
   data.catalogs = {"shop", "test"};

@@ -182,11 +182,9 @@ void FakeConnection::End(Operation& operation) {
 // ----------------------------------------------------------------------------------------
 
 FakeResult FakeConnection::AnswerFor(const FakeRecordset& recordset, int options) {
-  if (const auto& schema = recordset.Schema()) {
+  if (const auto& request = recordset.RequestInPlace()) {
     try {
-      FakeResult rows = server_->SchemaRows(schema->first, schema->second);
-      rows.holdExecuting = server_->holdSchemas.contains(schema->first);
-      return rows;
+      return request(*server_);
     } catch (const Error& error) {
       FakeResult failed;
       failed.failure = error.Info();
@@ -336,7 +334,23 @@ std::shared_ptr<Recordset>
 FakeConnection::CreateSchemaRecordset(SchemaRowset schema,
                                       const std::vector<std::string>& restrictions) {
   auto recordset = std::make_shared<FakeRecordset>(weak_from_this());
-  recordset->SetSchema(schema, restrictions);
+  recordset->SetRequest([schema, restrictions](FakeServer& server) {
+    FakeResult rows = server.SchemaRows(schema, restrictions);
+    rows.holdExecuting = server.holdSchemas.contains(schema);
+    return rows;
+  });
+  return recordset;
+}
+
+std::shared_ptr<Recordset> FakeConnection::CreateCatalogChange(const std::string& name) {
+  auto recordset = std::make_shared<FakeRecordset>(weak_from_this());
+  recordset->SetRequest([name, log = log_](FakeServer& server) {
+    log->catalogs.push_back(name);
+    FakeResult done;
+    done.newCatalog = server.FindCatalog(name);
+    done.holdExecuting = server.holdCatalogChanges;
+    return done;
+  });
   return recordset;
 }
 

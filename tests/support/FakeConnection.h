@@ -30,7 +30,7 @@ struct FakeLog {
   std::vector<Opening> opened;      ///< Every Open, also those that failed.
   std::vector<std::string> closed;  ///< Connection strings of sessions that ended.
   std::vector<Command> executed;
-  std::vector<std::string> catalogs;  ///< Every name given to SetDefaultDatabase.
+  std::vector<std::string> catalogs;  ///< Every name of a catalog that was to be used.
   int changes = 0;                    ///< Rows written or deleted, also those that failed.
   int cancels = 0;                    ///< Requests to stop something that ran.
   int openSessions = 0;               ///< Sessions that are open now.
@@ -63,6 +63,7 @@ class FakeConnection final : public Connection,
   OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
   [[nodiscard]] std::shared_ptr<Recordset>
   CreateSchemaRecordset(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
+  [[nodiscard]] std::shared_ptr<Recordset> CreateCatalogChange(const std::string& name) override;
   [[nodiscard]] std::shared_ptr<Recordset> CreateRecordset() override;
 
   // --- for recordsets

@@ -84,12 +84,10 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
     return store_->properties;
   }
 
-  /// What Open reads in place of the source; nothing: the source.
-  using SchemaRequest = std::pair<SchemaRowset, std::vector<std::string>>;
-  [[nodiscard]] const std::optional<SchemaRequest>& Schema() const { return schema_; }
-  void SetSchema(SchemaRowset schema, std::vector<std::string> restrictions) {
-    schema_.emplace(schema, std::move(restrictions));
-  }
+  /// What Open runs in place of the source; null: the source.
+  using Request = std::function<FakeResult(FakeServer& server)>;
+  [[nodiscard]] const Request& RequestInPlace() const { return request_; }
+  void SetRequest(Request request) { request_ = std::move(request); }
 
   // --- for the connection; `operation` is the one that the rows come from
   // --------------------------
@@ -126,7 +124,7 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
 
   std::weak_ptr<FakeConnection> connection_;
   std::string source_;
-  std::optional<SchemaRequest> schema_;
+  Request request_;
   LockType lock_ = LockType::ReadOnly;
   int state_ = objectState::closed;
   const void* operation_ = nullptr;

@@ -96,6 +96,7 @@ class FakeServer {
   bool holdConnecting = false;           ///< Opening goes on until it is cancelled or resumed.
   std::optional<ErrorInfo> closeFailure;
   std::map<std::string, ErrorInfo> catalogFailures;  ///< By the name as given.
+  bool holdCatalogChanges = false;                   ///< They go on until cancelled or resumed.
   std::map<SchemaRowset, ErrorInfo> schemaFailures;
   std::set<SchemaRowset> holdSchemas;  ///< Reading these goes on until it is cancelled or resumed.
   std::optional<ErrorInfo> changeFailure;  ///< Writing and deleting a row fail...

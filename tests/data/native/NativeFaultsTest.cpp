@@ -221,6 +221,23 @@ TEST_P(NativeFaults, AStatementOnAFrozenServerIsLeftAtACancel) {
   ExpectUsable(*connection);
 }
 
+TEST_P(NativeFaults, AChangeOfCatalogOnAFrozenServerIsLeftAtACancel) {
+  const auto connection = Connect();
+  EventLog log;
+  {
+    const FrozenServer frozen(GetParam().server());
+    log.Watch(*connection);
+    const auto change = connection->CreateCatalogChange("elsewhere");
+    change->Open(asyncOptions);
+    PumpFor(milliseconds(200));
+    ExpectCancelled(*connection, log);
+  }
+  connection->Close();
+  connection->Open({}, {}, 0);
+  EXPECT_EQ(connection->DefaultDatabase(), "shop");
+  ExpectUsable(*connection);
+}
+
 TEST_P(NativeFaults, AFetchFromAFrozenServerIsLeftAtACancelWithItsRows) {
   const auto connection = Connect();
   EventLog log;

@@ -4,6 +4,7 @@ namespace tessel::test {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsSupersetOf;
 using testing::Not;
 
@@ -50,6 +51,19 @@ TEST_F(PostgresSchema, TheCatalogInUseIsChangedByConnectingAgain) {
   EXPECT_THROW(connection_->SetDefaultDatabase("nowhere"), Error);
   EXPECT_EQ(Cell("select current_database()::text"), Value("postgres"));
   connection_->SetDefaultDatabase("shop");
+  EXPECT_EQ(Cell("select current_database()::text"), Value("shop"));
+}
+
+TEST_F(PostgresSchema, AChangeOfCatalogIsAnnouncedAsACommandIs) {
+  EventLog log;
+  log.Watch(*connection_);
+  connection_->CreateCatalogChange("[postgres]")->Open(0);
+  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=0"));
+  EXPECT_EQ(connection_->DefaultDatabase(), "postgres");
+  const auto refused = connection_->CreateCatalogChange("nowhere");
+  EXPECT_THAT(ErrorOf([&] { refused->Open(0); }).description, HasSubstr("nowhere"));
+  EXPECT_EQ(connection_->DefaultDatabase(), "postgres");
+  connection_->CreateCatalogChange("shop")->Open(0);
   EXPECT_EQ(Cell("select current_database()::text"), Value("shop"));
 }
 
