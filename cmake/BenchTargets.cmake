@@ -1,5 +1,5 @@
 # The benchmarks: tessel_bench, on Google Benchmark, and the programs of bench/compare.sh, which
-# measure one thing in one process each.
+# measure one thing in one process each: ours with the allocator of the program, raw loops without.
 find_package(benchmark REQUIRED)
 tessel_executable(tessel_bench EXCEPT "/(compare|workbench)/" bench/*.cpp)
 if(TARGET tessel_bench)
@@ -25,11 +25,16 @@ if(NOT TESSEL_LOGIC_ONLY)
   find_package(X11 REQUIRED)
   add_custom_target(compare DEPENDS Tessel)
   file(GLOB compare_loops CONFIGURE_DEPENDS bench/compare/Raw*.cpp)
+  set(compare_common bench/compare/Cases.cpp bench/compare/Say.cpp bench/OrdersFile.cpp bench/OrdersSql.cpp)
+  tessel_compare(compare_raw tessel_data
+                 SOURCES bench/compare/raw.cpp ${compare_loops} ${compare_common} bench/RawBlock.cpp
+                         bench/RawOrders.cpp)
   tessel_compare(compare_data tessel_data
-                 SOURCES bench/compare/data.cpp ${compare_loops} bench/compare/Say.cpp bench/RawBlock.cpp
-                         bench/RawOrders.cpp bench/OrdersFile.cpp bench/OrdersSql.cpp
+                 SOURCES bench/compare/data.cpp ${compare_common}
                          tests/data/support/EventLog.cpp tests/data/support/PumpQueue.cpp)
   tessel_compare(compare_window tessel_data tessel_desktop SOURCES bench/compare/window.cpp)
+  tessel_fast_allocator(compare_data)
+  tessel_fast_allocator(compare_window)
   tessel_compare(compare_servers tessel_test_servers SOURCES bench/compare/servers.cpp)
   tessel_compare(compare_start_floor Qt6::Widgets ${TESSEL_QSCINTILLA} SOURCES bench/compare/start_floor.cpp)
   tessel_compare(compare_until_shown X11::X11 SOURCES bench/compare/until_shown.cpp)

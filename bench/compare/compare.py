@@ -46,6 +46,9 @@ class Setting:
     def data(self, *arguments, environment=None):
         return self.program("compare_data", *arguments, environment=environment)
 
+    def raw(self, *arguments):
+        return self.program("compare_raw", *arguments)
+
     def once(self, name, make):
         if name not in self.made:
             self.made[name] = make()
@@ -207,7 +210,7 @@ def compare(setting, table, text, raw, ours, aim):
 def sqlite(setting, table):
     file = setting.file(setting.arguments.rows)
     raws, own = compare(setting, table, "SQLite: execute to last row",
-                        lambda: setting.data("raw-sqlite", file),
+                        lambda: setting.raw("sqlite", file),
                         lambda: setting.data("fetch", setting.sqlite(), QUERY), 1.15)
     table.line("SQLite: memory held", megabytes(median(raws, "held")),
                megabytes(median(own, "held")), ratio(own, raws, "held"), 1.1)
@@ -217,7 +220,7 @@ def sqlite(setting, table):
 def postgresql(setting, table):
     target = setting.orders("postgresql")
     _, own = compare(setting, table, "PostgreSQL native: execute to last row",
-                     lambda: setting.data("raw-postgresql", target),
+                     lambda: setting.raw("postgresql", target),
                      lambda: setting.data("fetch", target, QUERY), 1.2)
     peak = statistics.median(result["peak"] / result["held"] for result in own)
     table.line("PostgreSQL native: peak memory against what is held",
@@ -228,14 +231,14 @@ def postgresql(setting, table):
 def mariadb(setting, table):
     target = setting.orders("mariadb")
     compare(setting, table, "MariaDB native: execute to last row",
-            lambda: setting.data("raw-mariadb", target),
+            lambda: setting.raw("mariadb", target),
             lambda: setting.data("fetch", target, QUERY), 1.2)
 
 
 def odbc(setting, table, server, name):
     setting.orders(server)
     compare(setting, table, "%s over ODBC: execute to last row" % name,
-            lambda: setting.data("raw-odbc", setting.raw_odbc(server)),
+            lambda: setting.raw("odbc", setting.raw_odbc(server)),
             lambda: setting.data("fetch", setting.odbc(server), QUERY), 1.15)
 
 
@@ -333,7 +336,7 @@ def start(setting, table):
 def catalog(setting, table):
     target = setting.catalog()
     compare(setting, table, "Catalog of %d tables x 20 columns" % setting.arguments.tables,
-            lambda: setting.data("raw-catalog", target),
+            lambda: setting.raw("catalog", target),
             lambda: setting.data("catalog", target), 1.3)
 
 

@@ -1,16 +1,10 @@
-// One measurement of the data layer, or of the raw loop that it is held against, in a process of
-// its own. Prints lines of a figure's name and its value.
-// usage: compare_data <case> [argument...]
+// One measurement of the data layer in a process of its own.
 
-#include <functional>
-#include <map>
-#include <span>
 #include <stdexcept>
 
 #include "bench/OrdersFile.h"
 #include "bench/OrdersSql.h"
-#include "bench/RawOrders.h"
-#include "bench/compare/RawLoops.h"
+#include "bench/compare/Cases.h"
 #include "bench/compare/Say.h"
 #include "platform/data/ClientRecordset.h"
 #include "platform/data/DataAccessObjects.h"
@@ -20,8 +14,6 @@
 namespace tessel::bench {
 
 namespace {
-
-using Arguments = std::span<const std::string>;
 
 constexpr int asyncOptions = openOption::text | openOption::asyncExecute | openOption::asyncFetch;
 constexpr std::chrono::minutes limit{10};
@@ -56,12 +48,6 @@ void Run(Connection& connection, const std::string& sql) {
   const auto recordset = connection.CreateRecordset();
   recordset->SetSource(sql);
   recordset->Open(openOption::text);
-}
-
-void SayHeld(const RawBlocks& blocks) {
-  Say("held", blocks.Bytes());
-  Say("rows", blocks.Rows());
-  Say("peak", PeakBytes());
 }
 
 /// <connection string> <query>: from the start of the command until its end is announced.
@@ -113,20 +99,6 @@ void Catalog(Arguments arguments) {
   Say("rows", tables->RecordCount() + columns->RecordCount());
 }
 
-void RawCatalog(Arguments arguments) { Say("rows", ReadPostgresCatalog(arguments[0])); }
-
-void RawSqlite(Arguments arguments) {
-  const Stopwatch watch;
-  const std::size_t bytes = ReadOrdersRaw(arguments[0]);
-  Say("seconds", watch.Seconds());
-  Say("held", bytes);
-  Say("peak", PeakBytes());
-}
-
-void RawPostgres(Arguments arguments) { SayHeld(ReadPostgresOrders(arguments[0])); }
-void RawMaria(Arguments arguments) { SayHeld(ReadMariaOrders(arguments[0])); }
-void RawOdbc(Arguments arguments) { SayHeld(ReadOdbcOrders(arguments[0])); }
-
 // --- setting up ----------------------------------------------------------------------------------
 
 /// <rows>: tells where the file with so many orders is.
@@ -163,43 +135,18 @@ void MakeCatalog(Arguments arguments) {
   Run(*connection, "vacuum analyze");
 }
 
-const std::map<std::string, std::pair<std::size_t, std::function<void(Arguments)>>>& Cases() {
-  static const std::map<std::string, std::pair<std::size_t, std::function<void(Arguments)>>> cases =
-      {{"fetch", {2, Fetch}},
-       {"cancel", {3, Cancel}},
-       {"catalog", {1, Catalog}},
-       {"raw-sqlite", {1, RawSqlite}},
-       {"raw-postgresql", {1, RawPostgres}},
-       {"raw-mariadb", {1, RawMaria}},
-       {"raw-odbc", {1, RawOdbc}},
-       {"raw-catalog", {1, RawCatalog}},
-       {"make-file", {1, MakeFile}},
-       {"make-postgresql", {2, MakePostgres}},
-       {"make-mariadb", {2, MakeMaria}},
-       {"make-catalog", {2, MakeCatalog}}};
-  return cases;
-}
-
-int Main(Arguments arguments) {
-  const auto found = arguments.empty() ? Cases().end() : Cases().find(arguments[0]);
-  if (found == Cases().end() || arguments.size() != found->second.first + 1) {
-    std::cerr << "usage: compare_data <case> [argument...]\n";
-    return 2;
-  }
-  try {
-    found->second.second(arguments.subspan(1));
-    return 0;
-  } catch (const std::exception& error) {
-    std::cerr << arguments[0] << ": " << error.what() << '\n';
-    return 1;
-  }
-}
-
 }  // namespace
 
 }  // namespace tessel::bench
 
 int main(int argc, char* argv[]) {
-  const std::vector<std::string> arguments(argv + 1, argv + argc);
-  return tessel::bench::Main(arguments);
+  using namespace tessel::bench;
+  return RunCase({{"fetch", {2, Fetch}},
+                  {"cancel", {3, Cancel}},
+                  {"catalog", {1, Catalog}},
+                  {"make-file", {1, MakeFile}},
+                  {"make-postgresql", {2, MakePostgres}},
+                  {"make-mariadb", {2, MakeMaria}},
+                  {"make-catalog", {2, MakeCatalog}}},
+                 argc, argv);
 }
