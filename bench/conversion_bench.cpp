@@ -1,14 +1,12 @@
 #include <benchmark/benchmark.h>
 
-#include <malloc.h>
-
 #include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <string>
 
 #include "app/Global.h"
 #include "bench/Orders.h"
+#include "bench/PeakMemory.h"
 #include "bench/RawCsv.h"
 #include "connections/dlgAsync.h"
 #include "platform/DataGrid.h"
@@ -25,31 +23,6 @@ namespace {
 
 constexpr std::int64_t rows = 1'000'000;
 constexpr double megabyte = 1e6;
-
-/// A line of the process's status in kilobytes, in bytes.
-double StatusBytes(const std::string& name) {
-  std::ifstream status("/proc/self/status");
-  std::string word;
-  while (status >> word)
-    if (word == name + ":") break;
-  double kilobytes = 0;
-  status >> kilobytes;
-  return kilobytes * 1024;
-}
-
-/// The most memory that a piece of work takes beyond what there is when this is made.
-class PeakMemory {
- public:
-  PeakMemory() {
-    malloc_trim(0);
-    std::ofstream("/proc/self/clear_refs") << 5;
-    before_ = StatusBytes("VmRSS");
-  }
-  [[nodiscard]] double Bytes() const { return StatusBytes("VmHWM") - before_; }
-
- private:
-  double before_ = 0;
-};
 
 class NoSqlWindow final : public SqlTarget {
  public:

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "bench/PeakMemory.h"
 #include "platform/TextBox.h"
 #include "platform/desktop/QtDesktop.h"
 #include "query/TextDocument.h"
@@ -26,7 +27,7 @@ struct Viewer {
   RichTextBox& box = window->Find<RichTextBox>("txtText");
 
   Viewer() {
-    box.SetRightMargin(noWrapMargin);
+    box.SetLocked(true);
     window->Show();
     Settle();
   }
@@ -60,9 +61,12 @@ std::string OneLine(std::size_t megabytes) {
   return text + "NULL)";
 }
 
-void Open(benchmark::State& state, std::string (*make)(std::size_t)) {
+/// Until the first page is painted.
+void Open(benchmark::State& state, std::string (*make)(std::size_t), int rightMargin) {
   Viewer& viewer = TheViewer();
   const std::string text = make(static_cast<std::size_t>(state.range(0)));
+  viewer.box.SetRightMargin(rightMargin);
+  const PeakMemory peak;
   for (auto _ : state) {
     viewer.box.SetText(text);
     Viewer::Editor().viewport()->repaint();
@@ -70,24 +74,49 @@ void Open(benchmark::State& state, std::string (*make)(std::size_t)) {
     viewer.box.SetText("");
     state.ResumeTiming();
   }
+  state.counters["peak/text"] = peak.Bytes() / static_cast<double>(text.size());
 }
-BENCHMARK_CAPTURE(Open, lines, Lines)->Arg(1)->Arg(100)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Open, oneLine, OneLine)->Arg(1)->Arg(8)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Open, lines, Lines, noWrapMargin)
+    ->Arg(1)
+    ->Arg(100)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Open, oneLine, OneLine, noWrapMargin)
+    ->Arg(1)
+    ->Arg(8)
+    ->Arg(100)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Open, wrappedLines, Lines, 0)->Arg(1)->Arg(100)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Open, wrappedLine, OneLine, 0)
+    ->Arg(1)
+    ->Arg(8)
+    ->Arg(100)
+    ->Unit(benchmark::kMillisecond);
 
-/// To the end, to the start, and a page each.
-void Scroll(benchmark::State& state, std::string (*make)(std::size_t)) {
+/// To the end, to the middle and to the start, with what the editor does meanwhile.
+void Scroll(benchmark::State& state, std::string (*make)(std::size_t), int rightMargin) {
   Viewer& viewer = TheViewer();
+  viewer.box.SetRightMargin(rightMargin);
   viewer.box.SetText(make(static_cast<std::size_t>(state.range(0))));
   QScrollBar& bar = *Viewer::Editor().verticalScrollBar();
   for (auto _ : state) {
     for (const int place : {bar.maximum(), bar.maximum() / 2, 0}) {
       bar.setValue(place);
       Viewer::Editor().viewport()->repaint();
+      viewer.Settle();
     }
   }
   viewer.box.SetText("");
 }
-BENCHMARK_CAPTURE(Scroll, lines, Lines)->Arg(1)->Arg(100)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Scroll, lines, Lines, noWrapMargin)
+    ->Arg(1)
+    ->Arg(100)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Scroll, oneLine, OneLine, noWrapMargin)
+    ->Arg(1)
+    ->Arg(100)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Scroll, wrappedLines, Lines, 0)->Arg(1)->Arg(100)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Scroll, wrappedLine, OneLine, 0)->Arg(1)->Arg(100)->Unit(benchmark::kMillisecond);
 
 /// What Copy and Save take out of the window.
 void TakeText(benchmark::State& state) {

@@ -85,10 +85,9 @@ DecodedText DecodeText(std::string bytes) {
   return {std::move(bytes), TextEncoding::Utf8WithMark};
 }
 
-std::string EncodeText(std::string_view text, TextEncoding encoding) {
-  std::string bytes;
-  if (encoding == TextEncoding::Utf8WithMark) bytes = utf8Mark;
-  return bytes.append(text);
+std::string EncodeText(std::string text, TextEncoding encoding) {
+  if (encoding == TextEncoding::Utf8WithMark) text.insert(0, utf8Mark);
+  return text;
 }
 
 bool ChangesEncoding(TextEncoding encoding) {

@@ -18,7 +18,7 @@ struct DecodedText {
 [[nodiscard]] DecodedText DecodeText(std::string bytes);
 
 /// The bytes that a file of that text gets: UTF-8, with a mark in front when it was read with one.
-[[nodiscard]] std::string EncodeText(std::string_view text, TextEncoding encoding);
+[[nodiscard]] std::string EncodeText(std::string text, TextEncoding encoding);
 
 /// Whether saving would change how the file is encoded.
 [[nodiscard]] bool ChangesEncoding(TextEncoding encoding);

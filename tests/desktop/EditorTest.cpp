@@ -2,7 +2,9 @@
 
 #include <QAction>
 #include <QTest>
+#include <chrono>
 
+#include "platform/Button.h"
 #include "platform/TextBox.h"
 #include "platform/desktop/base/Colors.h"
 #include "platform/desktop/base/Theme.h"
@@ -147,6 +149,86 @@ TEST_F(EditorTest, AGroundOfItsOwnStays) {
   EXPECT_EQ(ColorAt(0), SqlColorsOn(QColor(Qt::black)).keyword) << "readable on it";
   box.SetBackColor(color::windowBackground);
   EXPECT_EQ(Ground(), Editor().palette().color(QPalette::Base));
+}
+
+/// A text window on the screen whose text cannot be edited.
+class ViewerTest : public EditorTest {
+ protected:
+  ViewerTest() {
+    viewer->Find<CheckBox>("chkWordWrap").SetValue(false);
+    view.SetLocked(true);
+  }
+  [[nodiscard]] SqlEditor& View() { return WidgetAs<SqlEditor>(*viewer, "txtText"); }
+  static std::string OneLine(std::size_t bytes) {
+    std::string text = "(";
+    for (int n = 1; text.size() < bytes; ++n) text += std::to_string(n) + ", ";
+    return text + "NULL)";
+  }
+  template <class Action>
+  static std::chrono::milliseconds TimeOf(Action action) {
+    const auto start = std::chrono::steady_clock::now();
+    action();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
+                                                                 start);
+  }
+
+  std::unique_ptr<Window> viewer = ShowForm("frmText");
+  RichTextBox& view = viewer->Find<RichTextBox>("txtText");
+};
+
+TEST_F(ViewerTest, AVeryLongLineIsShownInPiecesAndIsWholeAllTheSame) {
+  const std::string text = "first\r\n" + OneLine(100'000) + "\nlast";
+  view.SetText(text);
+  EXPECT_GT(View().lines(), 20);
+  EXPECT_TRUE(view.Text() == text);
+  view.Select(7, 50'000);
+  EXPECT_EQ(view.SelStart(), 7U);
+  EXPECT_EQ(view.SelLength(), 50'000U);
+  EXPECT_TRUE(view.SelText() == text.substr(7, 50'000));
+  View().copy();
+  EXPECT_TRUE(TheDesktop().TheClipboard().Text() == text.substr(7, 50'000));
+  view.Select(0, text.size() + 1);
+  EXPECT_TRUE(view.SelText() == text);
+}
+
+TEST_F(ViewerTest, AVeryLongLineIsPutTogetherToBeEdited) {
+  const std::string text = OneLine(30'000);
+  view.SetText(text);
+  ASSERT_GT(View().lines(), 1);
+  view.Select(20'000, 4);
+  view.SetSelText("new");
+  EXPECT_TRUE(view.Text() == std::string(text).replace(20'000, 4, "new"));
+  EXPECT_EQ(view.SelStart(), 20'003U);
+  EXPECT_GT(View().lines(), 1);
+  view.SetLocked(false);
+  EXPECT_EQ(View().lines(), 1);
+  EXPECT_TRUE(view.Text() == std::string(text).replace(20'000, 4, "new"));
+  view.SetText(text);
+  EXPECT_EQ(View().lines(), 1);
+}
+
+TEST_F(ViewerTest, ALineOfManyMegabytesShowsWithoutDelay) {
+  const std::string text = OneLine(30'000'000);
+  for (const int margin : {960000, 0}) {
+    view.SetText("");
+    view.SetRightMargin(margin);
+    EXPECT_LT(TimeOf([&] {
+                view.SetText(text);
+                View().viewport()->repaint();
+              }),
+              std::chrono::seconds(8));
+  }
+}
+
+TEST_F(ViewerTest, ManyLinesThatWrapShowWithoutDelay) {
+  std::string text;
+  while (text.size() < 30'000'000) text += std::string(108, 'x') + "\r\n";
+  view.SetRightMargin(0);
+  EXPECT_LT(TimeOf([&] {
+              view.SetText(text);
+              View().viewport()->repaint();
+            }),
+            std::chrono::seconds(8));
 }
 
 TEST_F(EditorTest, PlainTextIsNotColoured) {

@@ -8,6 +8,8 @@
 #include <QTest>
 
 #include "platform/DataGrid.h"
+#include "platform/data/ClientRecordset.h"
+#include "platform/data/DataAccessObjects.h"
 #include "platform/desktop/grid/CellDelegate.h"
 #include "platform/desktop/grid/CellText.h"
 #include "platform/desktop/grid/RecordGrid.h"
@@ -320,6 +322,52 @@ TEST_F(GridTest, AMillionRowsAreSelectedWithShift) {
   view.scrollToBottom();
   ClickRow(static_cast<int>(million) - 1, Qt::ShiftModifier);
   EXPECT_EQ(grid.SelBookmarks().size(), static_cast<std::size_t>(million));
+}
+
+/// The same rows twice: in memory, and nearly all of them in a temporary file.
+class SpilledGridTest : public GridTest {
+ protected:
+  [[nodiscard]] std::shared_ptr<Recordset> RowsWith(std::size_t bytes) {
+    data_ = std::make_unique<DataAccessObjects>(TheDesktop().Events(), nullptr,
+                                                RowMemory{bytes, SpillFolder()});
+    const auto connection = data_->CreateConnection();
+    connection->SetConnectionString("Provider=SQLite;Data Source=:memory:");
+    connection->Open({}, {}, 0);
+    auto recordset = connection->CreateRecordset();
+    recordset->SetSource(
+        "with recursive c(n) as (select 1 union all select n + 1 from c where n < 100000) "
+        "select n, 'name ' || (n * 104729 % 1000003) as name, nullif(n % 5, 3) * 0.25 as price, "
+        "zeroblob(n % 9) as photo from c");
+    recordset->Open(openOption::text);
+    return recordset;
+  }
+  /// What the grid shows, and what it copies, at its start, in its middle and at its end.
+  [[nodiscard]] std::vector<std::pair<QImage, std::string>>
+  Places(const std::shared_ptr<Recordset>& recordset) {
+    grid.SetDataSource(recordset);
+    std::vector<std::pair<QImage, std::string>> places;
+    for (const std::int64_t position : {0, 50'000, 99'999}) {
+      recordset->MoveTo(recordset->BookmarkAt(position));
+      view.viewport()->update();
+      host.Settle();
+      grid.SetSelBookmarks({recordset->BookmarkAt(position), recordset->BookmarkAt(49'999)});
+      places.emplace_back(view.viewport()->grab().toImage(), Copied());
+    }
+    return places;
+  }
+
+ private:
+  std::unique_ptr<DataAccessObjects> data_;
+};
+
+TEST_F(SpilledGridTest, RowsBeyondMemoryShowAndCopyAsThoseInIt) {
+  const auto inMemory = RowsWith(1'000'000'000);
+  const auto expected = Places(inMemory);
+  const auto spilled = RowsWith(100'000);
+  ASSERT_LE(static_cast<const ClientRecordset&>(*spilled).HeldBytes(), 100'000U);
+  EXPECT_EQ(Places(spilled), expected);
+  EXPECT_NE(expected[0].first, expected[1].first) << "the places show different rows";
+  EXPECT_NE(expected[2].second.find("100000\tname 868584"), std::string::npos);
 }
 
 }  // namespace

@@ -5,7 +5,14 @@ import xml.etree.ElementTree as xml
 
 BOOK = "help/book.xml"
 LIST = "platform/desktop/help.qrc"
-CONTEXT = re.compile(r"[cC]ontext\w*\s*=\s*(\d{3,})")
+# A number by its name, or written where one is passed on: to the help, to a window, to a text window.
+CONTEXT = re.compile(r"""[cC]ontext\w*\s*[={(]\s*(\d+)
+                     |\b(?:ShowHelpTopic|SetHelpContext)\s*\(\s*(\d+)
+                     |\bHelpMsgBox\s*\([^;]*,\s*(\d+)\s*\)\s*;
+                     |\bGetText\s*\([^,;]*,\s*(\d+)
+                     |\b(?:ShowText|ViewText)\s*\([^;{]*\{\s*(\d+)
+                     |\bTextViewOptions\s*\w*\s*\{\s*(\d+)""", re.X)
+NO_CONTEXT = 0
 LINK = re.compile(r'(?:href|src)="([^"]*)"')
 PLACE = re.compile(r'\bid="([^"]+)"')
 
@@ -31,8 +38,11 @@ def link_complaints(tree, known):
 
 
 def code_contexts(tree, folders):
-    return {int(number): path for path in tree.code_paths(*folders)
-            for number in CONTEXT.findall(tree.code(path))}
+    """A file of each number that the code uses."""
+    found = {int("".join(groups)): path for path in tree.code_paths(*folders)
+             for groups in CONTEXT.findall(tree.code(path))}
+    found.pop(NO_CONTEXT, None)
+    return found
 
 
 def help_book(tree, folders):

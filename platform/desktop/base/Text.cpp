@@ -1,6 +1,7 @@
 #include "platform/desktop/base/Text.h"
 
 #include <QChar>
+#include <algorithm>
 
 namespace tessel {
 
@@ -19,6 +20,8 @@ Character CharacterAt(QStringView text, qsizetype at) {
                     QChar::isLowSurrogate(text[at + 1].unicode());
   return pair ? Character{2, 4} : Character{1, 3};
 }
+
+bool Continues(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
 
 }  // namespace
 
@@ -57,6 +60,12 @@ qsizetype UnitsBefore(QStringView text, std::size_t bytes) {
     at += next.units;
   }
   return at;
+}
+
+std::size_t CharacterStart(std::string_view text, std::size_t position) {
+  position = std::min(position, text.size());
+  while (position > 0 && position < text.size() && Continues(text[position])) --position;
+  return position;
 }
 
 }  // namespace tessel

@@ -1,7 +1,5 @@
 #include "platform/desktop/controls/QtRichTextBox.h"
 
-#include <algorithm>
-
 #include "platform/desktop/base/Colors.h"
 
 namespace tessel {
@@ -10,16 +8,6 @@ namespace {
 
 constexpr int caretWidth = 1;
 
-bool Continues(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
-
-/// `position` taken back to the start of the character it falls into, at most to the end of the
-/// text.
-std::size_t CharacterStart(std::string_view text, std::size_t position) {
-  position = std::min(position, text.size());
-  while (position > 0 && position < text.size() && Continues(text[position])) --position;
-  return position;
-}
-
 }  // namespace
 
 QtRichTextBox::QtRichTextBox(SqlEditor& widget, const ControlSite& site) : ControlOf(widget, site) {
@@ -27,25 +15,7 @@ QtRichTextBox::QtRichTextBox(SqlEditor& widget, const ControlSite& site) : Contr
   QObject::connect(&widget, &SqlEditor::edited, &Face(), [this] { Raise(Change); });
 }
 
-std::size_t QtRichTextBox::SelStart() const {
-  return Ask(QsciScintillaBase::SCI_GETSELECTIONSTART);
-}
-
-std::size_t QtRichTextBox::SelLength() const {
-  return Ask(QsciScintillaBase::SCI_GETSELECTIONEND) - SelStart();
-}
-
-void QtRichTextBox::Select(std::size_t start, std::size_t length) {
-  const std::string_view text = TheWidget().BytesInPlace();
-  const std::size_t first = CharacterStart(text, start);
-  const std::size_t end = CharacterStart(text, start + std::min(length, text.size()));
-  TheWidget().SendScintilla(QsciScintillaBase::SCI_SETSEL, static_cast<long>(first),
-                            static_cast<long>(end));
-}
-
-std::string QtRichTextBox::SelText() const {
-  return std::string(TheWidget().BytesInPlace().substr(SelStart(), SelLength()));
-}
+std::size_t QtRichTextBox::SelLength() const { return TheWidget().SelectionEnd() - SelStart(); }
 
 void QtRichTextBox::SetRightMargin(int twips) {
   rightMargin_ = twips;
@@ -65,10 +35,6 @@ Rect QtRichTextBox::CaretBounds() const {
       static_cast<int>(editor.SendScintilla(QsciScintillaBase::SCI_TEXTHEIGHT, line));
   const QPoint inside = editor.viewport()->mapTo(&editor, place);
   return Face().TheScale().Twips(QRect(inside, QSize(caretWidth, height)));
-}
-
-std::size_t QtRichTextBox::Ask(unsigned int message) const {
-  return static_cast<std::size_t>(TheWidget().SendScintilla(message));
 }
 
 void QtRichTextBox::ShowColors() {

@@ -9,10 +9,10 @@ namespace tessel {
 class QtRichTextBox final : public ControlOf<RichTextBox, SqlEditor> {
  public:
   QtRichTextBox(SqlEditor& widget, const ControlSite& site);
-  [[nodiscard]] std::size_t SelStart() const override;
+  [[nodiscard]] std::size_t SelStart() const override { return TheWidget().SelectionStart(); }
   [[nodiscard]] std::size_t SelLength() const override;
-  void Select(std::size_t start, std::size_t length) override;
-  [[nodiscard]] std::string SelText() const override;
+  void Select(std::size_t start, std::size_t length) override { TheWidget().Select(start, length); }
+  [[nodiscard]] std::string SelText() const override { return TheWidget().SelectedBytes(); }
   [[nodiscard]] bool Locked() const override { return TheWidget().isReadOnly(); }
   void SetLocked(bool locked) override { TheWidget().setReadOnly(locked); }
   [[nodiscard]] int RightMargin() const override { return rightMargin_; }
@@ -26,7 +26,6 @@ class QtRichTextBox final : public ControlOf<RichTextBox, SqlEditor> {
   void WriteSelText(std::string_view text) override { TheWidget().ReplaceSelection(text); }
 
  private:
-  [[nodiscard]] std::size_t Ask(unsigned int message) const;
   void ShowColors();
 
   int rightMargin_ = 0;

@@ -6,10 +6,12 @@
 #include <QEvent>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QMimeData>
 #include <algorithm>
 #include <array>
 
 #include "platform/desktop/base/Colors.h"
+#include "platform/desktop/base/Text.h"
 #include "platform/desktop/controls/SqlColors.h"
 
 namespace tessel {
@@ -88,6 +90,7 @@ class SqlEditor::Writing {
     editor_.SendScintilla(SCI_SETREADONLY, wasReadOnly_ ? 1UL : 0UL);
     --editor_.writing_;
   }
+  [[nodiscard]] bool WasReadOnly() const { return wasReadOnly_; }
   Writing(const Writing&) = delete;
   Writing& operator=(const Writing&) = delete;
 
@@ -100,6 +103,7 @@ SqlEditor::SqlEditor(QWidget* parent) : QsciScintilla(parent) {
   setUtf8(true);
   setEolMode(EolUnix);
   for (int margin = 0; margin < marginCount; ++margin) setMarginWidth(margin, 0);
+  setAnnotationDisplay(AnnotationHidden);  // Else every line of a new text is laid out to wrap it.
   setWrapMode(WrapWord);
   SendScintilla(SCI_SETWRAPINDENTMODE, SC_WRAPINDENT_FIXED);
   SendScintilla(SCI_SETLAYOUTCACHE, SC_CACHE_PAGE);
@@ -129,37 +133,123 @@ void SqlEditor::SetLanguage(const QString& language) {
   ShowColors();
 }
 
-std::string_view SqlEditor::BytesInPlace() const {
+// --- its text ------------------------------------------------------------------------------------
+
+std::string_view SqlEditor::Shown() const {
   const auto length = static_cast<std::size_t>(SendScintilla(SCI_GETLENGTH));
   const auto* bytes = static_cast<const char*>(SendScintillaPtrResult(SCI_GETCHARACTERPOINTER));
   return {bytes, length};
 }
 
-std::string SqlEditor::Bytes() const { return std::string(BytesInPlace()); }
+std::size_t SqlEditor::Length() const { return Shown().size() - breaks_.Count(); }
 
-/// New lines typed later end as the first one of the text does.
+std::string SqlEditor::BytesBetween(std::size_t start, std::size_t end) const {
+  const std::string_view shown = Shown();
+  std::string bytes;
+  bytes.reserve(end - start);
+  auto next = std::ranges::upper_bound(breaks_.Places(), start);
+  while (start < end) {
+    const std::size_t stop = next == breaks_.Places().end() ? end : std::min(*next++, end);
+    bytes += shown.substr(breaks_.Shown(start), stop - start);
+    start = stop;
+  }
+  return bytes;
+}
+
+std::string SqlEditor::Bytes() const { return BytesBetween(0, Length()); }
+
+/// The caret stays where it is.
+void SqlEditor::Append(std::string_view bytes) {
+  SendScintilla(SCI_APPENDTEXT, static_cast<unsigned long>(bytes.size()), bytes.data());
+}
+
+void SqlEditor::AppendInPieces(std::string_view bytes) {
+  std::size_t start = 0;
+  for (const std::size_t place : breaks_.Places()) {
+    Append(bytes.substr(start, place - start));
+    Append("\n");
+    start = place;
+  }
+  Append(bytes.substr(start));
+}
+
+/// New lines typed later end as the first one of the text does. Nobody is told of the change: the
+/// editor would copy the text and count its characters for that. And moving the caret would lay out
+/// the whole text when lines wrap.
 void SqlEditor::SetBytes(std::string_view bytes) {
   const Writing writing(*this);
+  breaks_ = writing.WasReadOnly() ? LineBreaks(bytes) : LineBreaks();
+  SendScintilla(SCI_SETMODEVENTMASK, 0UL);
   SendScintilla(SCI_SETUNDOCOLLECTION, 0UL);
   SendScintilla(SCI_CLEARALL);
-  SendScintilla(SCI_ALLOCATE, static_cast<unsigned long>(bytes.size() + 1));
-  SendScintilla(SCI_ADDTEXT, static_cast<unsigned long>(bytes.size()), bytes.data());
+  SendScintilla(SCI_ALLOCATE, static_cast<unsigned long>(bytes.size() + breaks_.Count() + 1));
+  AppendInPieces(bytes);
   SendScintilla(SCI_SETUNDOCOLLECTION, 1UL);
   SendScintilla(SCI_EMPTYUNDOBUFFER);
-  SendScintilla(SCI_GOTOPOS, 0UL);
+  SendScintilla(SCI_SETXOFFSET, 0UL);
+  SendScintilla(SCI_SETMODEVENTMASK, static_cast<unsigned long>(SC_MODEVENTMASKALL));
   const std::size_t lineEnd = bytes.find('\n');
   const bool windows =
       lineEnd != std::string_view::npos && lineEnd > 0 && bytes[lineEnd - 1] == '\r';
   setEolMode(windows ? EolWindows : EolUnix);
 }
 
+/// Pieces of lines are put together while the text may be edited.
+void SqlEditor::setReadOnly(bool readOnly) {
+  QsciScintilla::setReadOnly(readOnly);
+  if (!readOnly && !breaks_.Empty()) SetBytes(Bytes());
+}
+
+std::size_t SqlEditor::SelectionStart() const {
+  return breaks_.InText(static_cast<std::size_t>(SendScintilla(SCI_GETSELECTIONSTART)));
+}
+
+std::size_t SqlEditor::SelectionEnd() const {
+  return breaks_.InText(static_cast<std::size_t>(SendScintilla(SCI_GETSELECTIONEND)));
+}
+
+std::string SqlEditor::SelectedBytes() const {
+  return BytesBetween(SelectionStart(), SelectionEnd());
+}
+
+void SqlEditor::Select(std::size_t start, std::size_t length) {
+  const std::size_t whole = Length();
+  const std::size_t first = std::min(start, whole);
+  SelectShown(breaks_.Shown(first), breaks_.Shown(first + std::min(length, whole - first)));
+}
+
+void SqlEditor::SelectShown(std::size_t start, std::size_t end) {
+  const std::string_view shown = Shown();
+  SendScintilla(SCI_SETSEL, static_cast<long>(CharacterStart(shown, start)),
+                static_cast<long>(CharacterStart(shown, end)));
+}
+
+/// The selection, or the line of the caret when there is none.
+QMimeData* SqlEditor::toMimeData(const QByteArray& text, bool rectangular) const {
+  const std::size_t start = SelectionStart();
+  const std::size_t end = SelectionEnd();
+  if (breaks_.Empty() || rectangular || start == end)
+    return QsciScintilla::toMimeData(text, rectangular);
+  return QsciScintilla::toMimeData(QByteArray::fromStdString(BytesBetween(start, end)), false);
+}
+
 void SqlEditor::ReplaceSelection(std::string_view bytes) {
+  if (!breaks_.Empty()) return ReplaceInPieces(bytes);
   const Writing writing(*this);
   SendScintilla(SCI_TARGETFROMSELECTION);
   const auto start = static_cast<std::size_t>(SendScintilla(SCI_GETTARGETSTART));
   SendScintilla(SCI_REPLACETARGET, static_cast<unsigned long>(bytes.size()), bytes.data());
   SendScintilla(SCI_GOTOPOS, static_cast<unsigned long>(start + bytes.size()));
 }
+
+void SqlEditor::ReplaceInPieces(std::string_view bytes) {
+  const std::size_t start = SelectionStart();
+  const std::string behind = BytesBetween(SelectionEnd(), Length());
+  SetBytes(BytesBetween(0, start).append(bytes).append(behind));
+  Select(start + bytes.size(), 0);
+}
+
+// --- its look and its keys -----------------------------------------------------------------------
 
 void SqlEditor::SetColors(const QColor& ground, const QColor& text) {
   ground_ = ground;

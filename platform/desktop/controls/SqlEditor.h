@@ -7,10 +7,16 @@
 #include <string>
 #include <string_view>
 
+#include "platform/desktop/controls/LineBreaks.h"
+
 namespace tessel {
 
 /// The editor widget of a rich-text box: a Scintilla editor of bytes in UTF-8 with ordinary editing
 /// keys only, without margins, coloured for the light or dark ground it stands on.
+///
+/// A very long line of a text that is read-only is shown in pieces, since it cannot be laid out in
+/// useful time; bytes and places given and taken are those of the text itself, and so is what is
+/// copied.
 ///
 /// Its form may give it the text property "language": "sql" colours SQL and matches brackets;
 /// without it the text is plain.
@@ -27,16 +33,22 @@ class SqlEditor : public QsciScintilla {
 
   /// All bytes of the text, NUL included.
   [[nodiscard]] std::string Bytes() const;
-  [[nodiscard]] std::string_view BytesInPlace() const;  ///< Valid until the text changes.
   /// Replaces the whole text, also while it is read-only; forgets what could be undone; the caret
   /// goes to the start.
   void SetBytes(std::string_view bytes);
+  [[nodiscard]] std::size_t SelectionStart() const;
+  [[nodiscard]] std::size_t SelectionEnd() const;
+  [[nodiscard]] std::string SelectedBytes() const;
+  /// Places beyond the end are taken as the end, those inside a character as its start.
+  void Select(std::size_t start, std::size_t length);
   /// Replaces the selection, also while the text is read-only; the caret stands behind the new
   /// bytes.
   void ReplaceSelection(std::string_view bytes);
 
   /// The colours of ground and plain text; an invalid one is the palette's.
   void SetColors(const QColor& ground, const QColor& text);
+
+  void setReadOnly(bool readOnly) override;
 
  signals:
   /// The user changed the text; sent after the change is complete, so the text may be changed
@@ -46,10 +58,20 @@ class SqlEditor : public QsciScintilla {
  protected:
   bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
+  QMimeData* toMimeData(const QByteArray& text, bool rectangular) const override;
 
  private:
   class Writing;
 
+  /// The bytes on the screen, pieces of lines apart. Valid until the text changes.
+  [[nodiscard]] std::string_view Shown() const;
+  /// The text between two places of it.
+  [[nodiscard]] std::string BytesBetween(std::size_t start, std::size_t end) const;
+  [[nodiscard]] std::size_t Length() const;
+  void Append(std::string_view bytes);
+  void AppendInPieces(std::string_view bytes);
+  void ReplaceInPieces(std::string_view bytes);
+  void SelectShown(std::size_t start, std::size_t end);
   void KeepOrdinaryKeys();
   void NoteModified(int type);
   void TellEdited();
@@ -58,6 +80,7 @@ class SqlEditor : public QsciScintilla {
 
   QString language_;
   std::unique_ptr<QsciLexer> lexer_;
+  LineBreaks breaks_;
   QColor ground_;
   QColor text_;
   int writing_ = 0;        ///< More than 0 while the program itself changes the text.

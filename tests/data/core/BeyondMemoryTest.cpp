@@ -9,6 +9,7 @@
 
 #include "platform/data/ClientRecordset.h"
 #include "platform/data/RowMemory.h"
+#include "tests/data/conversion/HardValues.h"
 #include "tests/data/support/DataTest.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -156,6 +157,21 @@ TEST_F(BeyondMemory, SortsAndClonesAsInMemory) {
       ASSERT_EQ(found->BookmarkAt(row), expected->BookmarkAt(row)) << order << ", row " << row;
   }
   EXPECT_EQ(ToValue(clone->ValueAt(rows - 1, 0)), Value(rows));
+}
+
+TEST_F(BeyondMemory, EveryConversionIsThatOfTheSameRowsInMemory) {
+  const auto memory = ConnectWith(1000 * megabyte, "/nowhere");
+  const auto spilling = ConnectWith(megabyte, SpillFolder());
+  const auto expected = Read(*memory);
+  const auto found = Read(*spilling);
+  ASSERT_LE(HeldBytes(*found), megabyte);
+  for (const char* command :
+       {"mnuCvtCSV", "mnuCvtQuotedCSV", "mnuCvtTabDelimited", "mnuCvtInsertSQL", "mnuCvtSetSQL",
+        "mnuCvtHTMLTable", "mnuCvtArrayC"}) {
+    const std::string text = Converted(*expected, command, "t");
+    EXPECT_GT(text.size(), megabyte / 2) << command;
+    EXPECT_TRUE(Converted(*found, command, "t") == text) << command;
+  }
 }
 
 TEST_F(BeyondMemory, AViewStaysGoodWhenItsMemoryWasGivenBack) {
