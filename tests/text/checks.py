@@ -28,6 +28,7 @@ ODBC_FUNCTIONS = (
 ODBC_CALL = re.compile(r"(?<![\w.>])SQL(?:%s)[AW]?\s*\(" % "|".join(ODBC_FUNCTIONS))
 PQ_CALL = re.compile(r"(?<![\w.>])PQ[a-z]\w*\s*\(")
 MARIA_CALL = re.compile(r"(?<![\w.>])(?:mysql|mariadb)_\w+\s*\(")
+INLINE_MEMBER = re.compile(r"^inline\b[^({;=]*\w::~?\w+\(", re.MULTILINE)
 EVENT_PUMP = re.compile(r"\bprocessEvents\b")
 # Built from pieces, so that this file does not hold what it looks for.
 WORDS = re.compile("|".join((
@@ -98,6 +99,13 @@ def postgresql_door(tree):
 def mariadb_door(tree):
     """Every call of libmariadb passes its one door."""
     return naked_calls(tree, MARIA_CALL, MARIA_DOOR)
+
+
+def inline_members(tree):
+    """Members are inline in headers only. In a source another source that calls them does not link,
+    but only where the compiler optimises."""
+    return [found for path in tree.code_paths() if path.endswith(".cpp")
+            for found in tree.find(INLINE_MEMBER, path, tree.code(path))]
 
 
 def event_pump(tree):
@@ -188,5 +196,5 @@ def help_book(tree):
 
 
 ALL = (logic_includes, contract_includes, platform_includes, odbc_door, postgresql_door, mariadb_door,
-       event_pump, forbidden_words, include_cycles, formatting, guard_headers, icons,
+       inline_members, event_pump, forbidden_words, include_cycles, formatting, guard_headers, icons,
        help_book)
