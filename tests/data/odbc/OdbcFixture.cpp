@@ -137,12 +137,16 @@ std::shared_ptr<Pending> OdbcTest::Start(const std::shared_ptr<Connection>& conn
     const bool rowsFollow = opened != nullptr && (opened->State() & objectState::open) != 0;
     if (error != nullptr || !rowsFollow) ++pending->ends;
   };
-  recordset->FetchProgress = [pending](std::int64_t rows, std::int64_t, EventStatus) {
-    pending->fetched = rows;
+  // The recordset is the operation's own: owning it in turn, they would never go.
+  const std::weak_ptr<Pending> weak = pending;
+  recordset->FetchProgress = [weak](std::int64_t rows, std::int64_t, EventStatus) {
+    if (const auto told = weak.lock()) told->fetched = rows;
   };
-  recordset->FetchComplete = [pending](const ErrorInfo* error, EventStatus) {
-    if (error != nullptr) pending->error = *error;
-    ++pending->ends;
+  recordset->FetchComplete = [weak](const ErrorInfo* error, EventStatus) {
+    const auto told = weak.lock();
+    if (told == nullptr) return;
+    if (error != nullptr) told->error = *error;
+    ++told->ends;
   };
   pending->recordset = recordset;
   recordset->SetSource(sql);
