@@ -18,7 +18,7 @@ template <class Number>
 void AppendNumber(Number number, std::string& out) {
   std::array<char, 40> buffer;
   const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
-  out.append(buffer.data(), end);
+  out.append(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
 }
 
 /// Length of the valid UTF-8 sequence at the start of `text`, or 0.

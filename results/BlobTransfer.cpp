@@ -17,11 +17,8 @@ Bytes BytesOf(std::string_view content) {
   return bytes;
 }
 
-/// What a value is as a file. Some databases keep text in binary fields.
-std::string ContentOf(const ValueView& value) {
-  const auto* binary = std::get_if<BinaryView>(&value);
-  if (binary == nullptr) return ToText(value);
-  return {reinterpret_cast<const char*>(binary->bytes.data()), binary->bytes.size()};
+std::string_view ContentOf(const BinaryView& binary) {
+  return {reinterpret_cast<const char*>(binary.bytes.data()), binary.bytes.size()};
 }
 
 }  // namespace
@@ -121,10 +118,14 @@ void BlobTransfer::Load(const std::string& path) {
   editing_.ShowEditButtonsUnlessNew();
 }
 
-/// An existing file is replaced whole, so that it survives when the disk is full.
+/// An existing file is replaced whole, so that it survives when the disk is full. Some databases
+/// keep text in binary fields.
 void BlobTransfer::Save(const std::string& path) {
-  const auto column = static_cast<std::size_t>(dataGrid_.CurrentColumn());
-  global_.TheFiles().ReplaceWhole(path, ContentOf(CurrentValue(column)), false);
+  const ValueView value = CurrentValue(static_cast<std::size_t>(dataGrid_.CurrentColumn()));
+  const auto* binary = std::get_if<BinaryView>(&value);
+  Files& files = global_.TheFiles();
+  if (binary != nullptr) files.ReplaceWhole(path, ContentOf(*binary), false);
+  else files.ReplaceWhole(path, ToText(value), false);
 }
 
 }  // namespace tessel

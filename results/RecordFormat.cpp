@@ -6,11 +6,21 @@
 
 namespace tessel {
 
+namespace {
+
+/// Asked for every cell that is converted: mostly a single character, which needs no call.
+inline void AppendSeparator(std::string& out, const std::string& separator) {
+  if (separator.size() == 1) out += separator.front();
+  else out += separator;
+}
+
+}  // namespace
+
 void FormatRecord(std::string& out, const Recordset& rows, ColumnRange columns,
                   const RecordFormat& format) {
   out += format.record.prefix;
   for (int column = columns.first; column <= columns.last; ++column) {
-    if (column != columns.first) out += format.field.delimiters.separator;
+    if (column != columns.first) AppendSeparator(out, format.field.delimiters.separator);
     AppendFormattedValue(out, rows.FieldValue(static_cast<std::size_t>(column)), format.field);
   }
   out += format.record.suffix;

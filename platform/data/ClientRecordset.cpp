@@ -157,8 +157,11 @@ bool ClientRecordset::Bof() const { return (RecordCount() == 0 && !atNew_) || po
 bool ClientRecordset::Eof() const { return position_ >= RecordCount() && !atNew_; }
 
 std::int64_t ClientRecordset::CurrentRow() const {
-  if (Bof() || Eof()) throw NoCurrentRecord();
-  return atNew_ ? rows_->pending->row : order_.RowAt(position_);
+  const std::int64_t count = RecordCount();
+  if (atNew_) [[unlikely]]
+    return rows_->pending->row;
+  if (position_ < 0 || position_ >= count) throw NoCurrentRecord();
+  return order_.RowAt(position_);
 }
 
 void ClientRecordset::MoveFirst() {

@@ -4,17 +4,6 @@
 
 namespace tessel {
 
-ValueView ColumnChunk::ArenaView(CellKind of, ArenaSlice slice) const {
-  const std::byte* start = arena.Data() + slice.offset;
-  const std::string_view text(reinterpret_cast<const char*>(start), slice.size);
-  switch (of) {
-    case CellKind::Decimal: return DecimalView{text};
-    case CellKind::Moment: return MomentView{text};
-    case CellKind::Text: return text;
-    default: return BinaryView{{start, slice.size}};
-  }
-}
-
 ValueView ColumnChunk::MixedAt(std::size_t row) const {
   const auto cell = kinds.At<CellKind>(row);
   const auto bits = cells.At<std::uint64_t>(row);

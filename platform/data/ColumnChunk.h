@@ -86,6 +86,17 @@ struct Chunk {
 
 using ChunkPtr = std::shared_ptr<const Chunk>;
 
+inline ValueView ColumnChunk::ArenaView(CellKind of, ArenaSlice slice) const {
+  const std::byte* start = arena.Data() + slice.offset;
+  const std::string_view text(reinterpret_cast<const char*>(start), slice.size);
+  switch (of) {
+    case CellKind::Decimal: return DecimalView{text};
+    case CellKind::Moment: return MomentView{text};
+    case CellKind::Text: return text;
+    default: return BinaryView{{start, slice.size}};
+  }
+}
+
 inline ValueView ColumnChunk::At(std::size_t row) const {
   if (kind == CellKind::Mixed) return MixedAt(row);
   if (IsNullAt(row)) return std::monostate{};
