@@ -102,11 +102,11 @@ void ClientRecordset::UseRows(std::shared_ptr<ResultRows> rows) {
 
 // --- its rows --------------------------------------------------------------------------------
 
-inline void ClientRecordset::RequireOpen() const {
+void ClientRecordset::RequireOpen() const {
   if ((state_ & objectState::open) == 0) throw NotOpen();
 }
 
-inline void ClientRecordset::RequireField(std::size_t field) const {
+void ClientRecordset::RequireField(std::size_t field) const {
   if (field >= rows_->fields.size()) throw NoField(field);
 }
 
@@ -156,7 +156,7 @@ bool ClientRecordset::Bof() const { return (RecordCount() == 0 && !atNew_) || po
 
 bool ClientRecordset::Eof() const { return position_ >= RecordCount() && !atNew_; }
 
-inline std::int64_t ClientRecordset::CurrentRow() const {
+std::int64_t ClientRecordset::CurrentRow() const {
   if (Bof() || Eof()) throw NoCurrentRecord();
   return atNew_ ? rows_->pending->row : order_.RowAt(position_);
 }
