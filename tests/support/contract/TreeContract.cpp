@@ -85,6 +85,23 @@ void RemovingTakesWhatIsBelow(ContractHost& host) {
   EXPECT_EQ(test.record.Take(), Seen{});
 }
 
+void RemovingARootNodeLeavesTheOthers(ContractHost& host) {
+  TreeFixture test(host);
+  test.tree.Add("", {"e", "Other", 1});
+  test.tree.AddChildren("e", {{"t3", "Table 3", 2}, {"t4", "Table 4", 2}});
+  test.tree.SetChecked("t4", true);
+  test.tree.Remove("d");
+  EXPECT_EQ(test.tree.Children(""), Seen{"e"});
+  EXPECT_EQ(test.tree.Children("e"), (Seen{"t3", "t4"}));
+  EXPECT_EQ(test.tree.Text("t4"), "Table 4");
+  EXPECT_TRUE(test.tree.Checked("t4"));
+  test.tree.SelectNode("t3");
+  EXPECT_EQ(test.tree.SelectedKey(), "t3");
+  EXPECT_TRUE(test.tree.Add("", {"d", "Again", 1}));
+  EXPECT_FALSE(test.tree.Exists("f1"));
+  EXPECT_EQ(test.tree.Children("d"), Seen{});
+}
+
 void RemovingTheSelectedNodeIsSilent(ContractHost& host) {
   TreeFixture test(host);
   test.tree.SelectNode("f1");
@@ -183,6 +200,7 @@ std::vector<ContractCase> TreeContract() {
           {"KeysAreTakenOnce", &KeysAreTakenOnce},
           {"UnknownKeysRaise", &UnknownKeysRaise},
           {"RemovingTakesWhatIsBelow", &RemovingTakesWhatIsBelow},
+          {"RemovingARootNodeLeavesTheOthers", &RemovingARootNodeLeavesTheOthers},
           {"RemovingTheSelectedNodeIsSilent", &RemovingTheSelectedNodeIsSilent},
           {"ChecksByCodeAreSilent", &ChecksByCodeAreSilent},
           {"ChecksByTheUserAreReported", &ChecksByTheUserAreReported},
