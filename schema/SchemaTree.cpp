@@ -34,7 +34,10 @@ std::string TableNodeKey(std::string_view databaseKey, std::string_view table) {
 }
 
 std::string FieldNodeKey(std::string_view tableKey, std::string_view field) {
-  return "f" + std::string(tableKey.substr(1)) + "." + UpperCase(field);
+  const std::string name = UpperCase(field);
+  std::string key;
+  key.reserve(tableKey.size() + 1 + name.size());
+  return key.append("f").append(tableKey.substr(1)).append(".").append(name);
 }
 
 int WindowNumberOf(std::string_view databaseKey) {
