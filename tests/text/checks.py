@@ -28,6 +28,7 @@ ODBC_FUNCTIONS = (
 ODBC_CALL = re.compile(r"(?<![\w.>])SQL(?:%s)[AW]?\s*\(" % "|".join(ODBC_FUNCTIONS))
 PQ_CALL = re.compile(r"(?<![\w.>])PQ[a-z]\w*\s*\(")
 MARIA_CALL = re.compile(r"(?<![\w.>])(?:mysql|mariadb)_\w+\s*\(")
+INLINE_MEMBER = re.compile(r"^inline\b[^;{}=]*?\w::~?\w+\(", re.M)
 EVENT_PUMP = re.compile(r"\bprocessEvents\b")
 # Built from pieces, so that this file does not hold what it looks for.
 WORDS = re.compile("|".join((
@@ -109,6 +110,12 @@ def event_pump(tree):
             for path in paths if path not in home]
 
 
+def inline_members(tree):
+    """No source file defines a member inline: an optimiser keeps no copy for the other files that call it."""
+    paths = [path for path in tree.code_paths() if path.endswith(".cpp")]
+    return [found for path in paths for found in tree.find(INLINE_MEMBER, path, tree.code(path))]
+
+
 def forbidden_words(tree):
     """Words and machine paths that do not belong into the project."""
     return [found for path in tree.paths if path not in WORDS_FREE and tree.text(path) is not None
@@ -188,5 +195,5 @@ def help_book(tree):
 
 
 ALL = (logic_includes, contract_includes, platform_includes, odbc_door, postgresql_door, mariadb_door,
-       event_pump, forbidden_words, include_cycles, formatting, guard_headers, icons,
+       event_pump, inline_members, forbidden_words, include_cycles, formatting, guard_headers, icons,
        help_book)

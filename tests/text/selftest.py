@@ -50,6 +50,7 @@ BAD = (
     ("mariadb_door", "app/b.cpp", "if (mariadb_connection (c)) Go();\n", "b.cpp:1"),
     ("event_pump", "app/b.cpp", "void F() { processEvents(); }\n", "app/b.cpp pumps events"),
     ("event_pump", "platform/desktop/Second.cpp", "void F() { processEvents(); }\n", "Second.cpp pumps"),
+    ("inline_members", "app/e.cpp", "inline void\nE::F() const { G(); }\n", "app/e.cpp:1"),
     ("help_book", "app/Help.cpp", "constexpr int noticeContext = 9200;", "no topic for 9200"),
     ("help_book", "help/a.html", '<a href="b.html">b</a><h2 id="x">', "help/a.html: there is no b.html"),
     ("help_book", "help/a.html", "<p>no place</p>", "there is no a.html#x"),
