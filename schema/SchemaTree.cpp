@@ -98,11 +98,8 @@ std::string SchemaTree::DatabaseOf(std::string key) const {
 
 Schema SchemaTree::Tables(const std::string& databaseKey) const {
   Schema schema;
-  for (const std::string& tableKey : view_.Children(databaseKey)) {
-    TableSchema& table = schema.emplace_back(TableSchema{view_.Text(tableKey), {}});
-    for (const std::string& fieldKey : view_.Children(tableKey))
-      table.fields.push_back(view_.Text(fieldKey));
-  }
+  for (const std::string& tableKey : view_.Children(databaseKey))
+    schema.push_back({view_.Text(tableKey), view_.ChildTexts(tableKey)});
   return schema;
 }
 

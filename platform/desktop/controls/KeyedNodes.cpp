@@ -91,16 +91,26 @@ KeyedNode* KeyedNodes::Find(std::string_view key, std::size_t hash) const {
 std::vector<KeyedNode*> KeyedNodes::Make(KeyedNode& parent, const std::vector<TreeNode>& nodes) {
   std::vector<KeyedNode*> made;
   made.reserve(nodes.size());
-  for (const TreeNode& node : nodes) {
-    const std::size_t hash = HashOf(node.key);
-    if (Find(node.key, hash) != nullptr) continue;
+  for (const Wanted& wanted : FreeKeys(nodes)) {
+    if (Find(wanted.node->key, wanted.hash) != nullptr) continue;
     Branch& branch = BranchFor(parent);
-    KeyedNode& fresh = MakeNode(node, parent, branch.memory);
-    branch.index.Add(fresh, hash);
+    KeyedNode& fresh = MakeNode(*wanted.node, parent, branch.memory);
+    branch.index.Add(fresh, wanted.hash);
     fresh.row = static_cast<int>(parent.children.size() + made.size());
     made.push_back(&fresh);
   }
   return made;
+}
+
+/// Those whose key no node has yet; one key may still be there twice. A step of its own: the
+/// processor waits for several places of the index at a time.
+std::vector<KeyedNodes::Wanted> KeyedNodes::FreeKeys(const std::vector<TreeNode>& nodes) const {
+  std::vector<Wanted> wanted;
+  wanted.reserve(nodes.size());
+  for (const TreeNode& node : nodes) wanted.push_back({&node, HashOf(node.key)});
+  std::erase_if(wanted,
+                [&](const Wanted& each) { return Find(each.node->key, each.hash) != nullptr; });
+  return wanted;
 }
 
 void KeyedNodes::Hang(KeyedNode& parent, const std::vector<KeyedNode*>& made) {

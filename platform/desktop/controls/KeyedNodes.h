@@ -75,7 +75,14 @@ class KeyedNodes {
     KeyIndex index;
   };
 
+  /// A node to be made.
+  struct Wanted {
+    const TreeNode* node;
+    std::size_t hash;
+  };
+
   [[nodiscard]] KeyedNode* Find(std::string_view key, std::size_t hash) const;
+  [[nodiscard]] std::vector<Wanted> FreeKeys(const std::vector<TreeNode>& nodes) const;
   [[nodiscard]] Branch& BranchFor(const KeyedNode& parent);
   [[nodiscard]] Branch& BranchOf(const KeyedNode& node) const;
   static void Forget(Branch& branch, const KeyedNode& node);

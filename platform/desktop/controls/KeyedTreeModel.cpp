@@ -6,6 +6,17 @@
 
 namespace tessel {
 
+namespace {
+
+std::vector<std::string> OfChildren(const KeyedNode& parent, std::string_view KeyedNode::*text) {
+  std::vector<std::string> texts;
+  texts.reserve(parent.children.size());
+  for (const KeyedNode* child : parent.children) texts.emplace_back(child->*text);
+  return texts;
+}
+
+}  // namespace
+
 KeyedTreeModel::KeyedTreeModel(QObject* parent)
     : QAbstractItemModel(parent),
       icons_{QIcon(), PlainIcon("tessel-database"), PlainIcon("tessel-table"),
@@ -45,11 +56,11 @@ std::string KeyedTreeModel::Parent(std::string_view key) const {
 }
 
 std::vector<std::string> KeyedTreeModel::Children(std::string_view key) const {
-  std::vector<std::string> keys;
-  const KeyedNode& parent = At(key);
-  keys.reserve(parent.children.size());
-  for (const KeyedNode* child : parent.children) keys.emplace_back(child->key);
-  return keys;
+  return OfChildren(At(key), &KeyedNode::key);
+}
+
+std::vector<std::string> KeyedTreeModel::ChildTexts(std::string_view key) const {
+  return OfChildren(At(key), &KeyedNode::text);
 }
 
 bool KeyedTreeModel::Checked(std::string_view key) const { return At(key).checked; }

@@ -28,6 +28,7 @@ class KeyedTreeModel final : public QAbstractItemModel {
   void SetText(std::string_view key, std::string_view text);
   [[nodiscard]] std::string Parent(std::string_view key) const;
   [[nodiscard]] std::vector<std::string> Children(std::string_view key) const;
+  [[nodiscard]] std::vector<std::string> ChildTexts(std::string_view key) const;
   [[nodiscard]] bool Checked(std::string_view key) const;
   void SetChecked(std::string_view key, bool checked);
 

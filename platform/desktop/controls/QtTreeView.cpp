@@ -41,6 +41,10 @@ std::vector<std::string> QtTreeView::Children(std::string_view key) const {
   return model_->Children(key);
 }
 
+std::vector<std::string> QtTreeView::ChildTexts(std::string_view key) const {
+  return model_->ChildTexts(key);
+}
+
 bool QtTreeView::Expanded(std::string_view key) const {
   return TheWidget().isExpanded(model_->IndexOf(key));
 }

@@ -37,6 +37,8 @@ void NodesHangBelowTheirParents(ContractHost& host) {
   EXPECT_EQ(test.tree.Children(""), Seen{"d"});
   EXPECT_EQ(test.tree.Children("d"), (Seen{"t1", "t2"}));
   EXPECT_EQ(test.tree.Children("t2"), Seen{});
+  EXPECT_EQ(test.tree.ChildTexts("d"), (Seen{"Table 1", "Table 2"}));
+  EXPECT_EQ(test.tree.ChildTexts("t2"), Seen{});
   EXPECT_EQ(test.tree.Parent("f1"), "t1");
   EXPECT_EQ(test.tree.Parent("d"), "");
   EXPECT_EQ(test.tree.Text("f2"), "Field 2");
@@ -65,6 +67,7 @@ void UnknownKeysRaise(ContractHost& host) {
   raises([&] { static_cast<void>(test.tree.Text("none")); });
   raises([&] { static_cast<void>(test.tree.Parent("none")); });
   raises([&] { static_cast<void>(test.tree.Children("none")); });
+  raises([&] { static_cast<void>(test.tree.ChildTexts("none")); });
   raises([&] { static_cast<void>(test.tree.Checked("none")); });
   raises([&] { test.tree.SetChecked("none", true); });
   raises([&] { test.tree.SetExpanded("none", true); });
