@@ -34,6 +34,8 @@ class TreeView : public Control {
   Parent(std::string_view key) const = 0;  ///< Empty for a root node.
   /// Keys of the children in order; an empty key gives the root nodes.
   [[nodiscard]] virtual std::vector<std::string> Children(std::string_view key) const = 0;
+  /// Their texts, in the same order.
+  [[nodiscard]] virtual std::vector<std::string> ChildTexts(std::string_view key) const = 0;
 
   [[nodiscard]] virtual bool Checked(std::string_view key) const = 0;
   virtual void SetChecked(std::string_view key, bool checked) = 0;  ///< Raises nothing.

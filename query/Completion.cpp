@@ -25,35 +25,46 @@ bool BeginsWith(std::string_view word, std::string_view typed) {
   return true;
 }
 
-std::size_t CountWords(const Vocabulary::Section& section) {
-  std::size_t count = 0;
-  for (const auto& [name, words] : section) count += words.size();
-  return count;
+/// A word that may stand for what was typed.
+struct Match {
+  std::string_view word;
+  std::size_t hash = 0;
+};
+
+std::vector<Match> FindMatches(const Vocabulary::Section& section, std::string_view wanted,
+                               CompletionMode mode) {
+  std::vector<Match> matches;
+  std::string initials;
+  const auto isMatch = [&](std::string_view word) {
+    if (!mode.Initials() || wanted.empty()) return BeginsWith(word, wanted);
+    initials.clear();
+    AppendInitials(initials, word, mode.keepCapitals, mode.splitWords);
+    return initials.starts_with(wanted);
+  };
+  for (const auto& [name, words] : section) {
+    matches.reserve(matches.size() + (wanted.empty() ? words.size() : 0));
+    for (const std::string& word : words)
+      if (isMatch(word)) matches.push_back({word, std::hash<std::string_view>{}(word)});
+  }
+  return matches;
 }
 
-/// Collects completions, each word once: there may be hundreds of thousands. A hash table, more
-/// than half of its places free, tells the words that are there already; a byte a place keeps most
-/// of the search inside the processor's cache.
-class Collector {
+/// Tells the words that are there already. More than half of the places of the table are free; a
+/// byte a place keeps most of the search inside the processor's cache.
+class SeenWords {
  public:
   /// Of `mostWords` words at most.
-  explicit Collector(std::size_t mostWords)
-      : marks_(std::bit_ceil(mostWords * 2 + 1)), entryAt_(marks_.size()) {
-    found_.entries.Reserve(mostWords, mostWords * ordinaryLength);
-    found_.wordAt.reserve(mostWords);
-  }
+  explicit SeenWords(std::size_t mostWords)
+      : marks_(std::bit_ceil(mostWords * 2 + 1)), matchAt_(marks_.size()) {}
 
-  /// `entry` ends with the word.
-  void Add(std::string_view word, std::string_view entry) {
-    const std::size_t hash = std::hash<std::string_view>{}(word);
-    const std::size_t place = Find(hash, word);
-    if (marks_[place] != 0) return;
-    marks_[place] = MarkOf(hash);
-    entryAt_[place] = static_cast<std::uint32_t>(found_.entries.Size());
-    found_.entries.Add(entry);
-    found_.wordAt.push_back(static_cast<std::uint32_t>(entry.size() - word.size()));
+  /// Whether `match` is a new word; it is to become the one at `index` of `matches` then.
+  bool Take(const Match& match, const std::vector<Match>& matches, std::size_t index) {
+    const std::size_t place = Find(match, matches);
+    if (marks_[place] != 0) return false;
+    marks_[place] = MarkOf(match.hash);
+    matchAt_[place] = static_cast<std::uint32_t>(index);
+    return true;
   }
-  [[nodiscard]] Completions Take() { return std::move(found_); }
 
  private:
   /// A part of the hash that places do not depend on; never 0.
@@ -61,24 +72,47 @@ class Collector {
     return static_cast<std::uint8_t>(hash >> 40U | 1U);
   }
 
-  [[nodiscard]] bool Holds(std::size_t place, std::string_view word) const {
-    const std::uint32_t entry = entryAt_[place];
-    return found_.entries[entry].substr(found_.wordAt[entry]) == word;
-  }
-
   /// The place of an equal word, or the free one where it belongs.
-  [[nodiscard]] std::size_t Find(std::size_t hash, std::string_view word) const {
+  [[nodiscard]] std::size_t Find(const Match& match, const std::vector<Match>& matches) const {
     const std::size_t mask = marks_.size() - 1;
-    std::size_t place = hash & mask;
-    while (marks_[place] != 0 && (marks_[place] != MarkOf(hash) || !Holds(place, word)))
+    const std::uint8_t mark = MarkOf(match.hash);
+    std::size_t place = match.hash & mask;
+    while (marks_[place] != 0 &&
+           (marks_[place] != mark || matches[matchAt_[place]].word != match.word))
       place = (place + 1) & mask;
     return place;
   }
 
   std::vector<std::uint8_t> marks_;  ///< 0: the place is free.
-  std::vector<std::uint32_t> entryAt_;
-  Completions found_;
+  std::vector<std::uint32_t> matchAt_;
 };
+
+/// Keeps each word where it stands first. A step of its own, with little to do for a word: the
+/// processor waits for several places of the table at a time.
+void KeepFirsts(std::vector<Match>& matches) {
+  SeenWords seen(matches.size());
+  std::size_t kept = 0;
+  for (const Match& match : matches)
+    if (seen.Take(match, matches, kept)) matches[kept++] = match;
+  matches.resize(kept);
+}
+
+Completions ToCompletions(const std::vector<Match>& matches, CompletionMode mode) {
+  Completions found;
+  found.entries.Reserve(matches.size(), matches.size() * ordinaryLength);
+  found.wordAt.reserve(matches.size());
+  std::string entry;
+  for (const Match& match : matches) {
+    entry.clear();
+    if (mode.Initials()) {
+      AppendInitials(entry, match.word, mode.keepCapitals, mode.splitWords);
+      entry += ": ";
+    }
+    found.wordAt.push_back(static_cast<std::uint32_t>(entry.size()));
+    found.entries.Add(entry.append(match.word));
+  }
+  return found;
+}
 
 }  // namespace
 
@@ -91,19 +125,9 @@ std::string_view TypedWord(std::string_view text, std::size_t position) {
 
 Completions FindCompletions(const Vocabulary::Section& section, std::string_view typed,
                             CompletionMode mode) {
-  const std::string wanted = UpperCase(typed);
-  Collector collector(CountWords(section));
-  std::string entry;
-  for (const auto& [name, words] : section)
-    for (const std::string& word : words) {
-      if (!mode.Initials()) {
-        if (BeginsWith(word, wanted)) collector.Add(word, word);
-        continue;
-      }
-      entry = MakeInitials(word, mode.keepCapitals, mode.splitWords);
-      if (entry.starts_with(wanted)) collector.Add(word, entry.append(": ").append(word));
-    }
-  return collector.Take();
+  std::vector<Match> matches = FindMatches(section, UpperCase(typed), mode);
+  KeepFirsts(matches);
+  return ToCompletions(matches, mode);
 }
 
 }  // namespace tessel

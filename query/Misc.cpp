@@ -2,6 +2,8 @@
 
 #include <utf8proc.h>
 
+#include <algorithm>
+
 #include "platform/Ascii.h"
 
 namespace tessel {
@@ -138,12 +140,13 @@ Character DecodeFirst(std::string_view text) {
 /// Calls `visit` with each character's code point and bytes.
 template <class Visit>
 void ForEachCharacter(std::string_view text, Visit visit) {
-  while (!text.empty()) {
-    const auto first = static_cast<unsigned char>(text.front());
-    const Character character =
-        IsAscii(first) ? Character{first, text.substr(0, 1)} : DecodeFirst(text);
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  while (at != end) {
+    const auto first = static_cast<unsigned char>(*at);
+    const Character character = IsAscii(first) ? Character{first, {at, 1}} : DecodeFirst({at, end});
     visit(character.code, character.bytes);
-    text.remove_prefix(character.bytes.size());
+    at += character.bytes.size();
   }
 }
 
@@ -181,6 +184,8 @@ bool IsIdentifierChar(char c) {
 std::string_view FirstCharacter(std::string_view text) { return DecodeFirst(text).bytes; }
 
 std::string UpperCase(std::string_view text) {
+  if (std::ranges::all_of(text, [](unsigned char c) { return IsAscii(c); }))
+    return AsciiUpper(text);
   std::string result;
   ForEachCharacter(text, [&](utf8proc_int32_t code, std::string_view bytes) {
     AppendUpper(result, code, bytes);
@@ -188,14 +193,19 @@ std::string UpperCase(std::string_view text) {
   return result;
 }
 
-std::string MakeInitials(std::string_view name, bool keepCapitals, bool splitWords) {
-  std::string result;
+void AppendInitials(std::string& out, std::string_view name, bool keepCapitals, bool splitWords) {
   bool startsWord = true;
   ForEachCharacter(name, [&](utf8proc_int32_t code, std::string_view bytes) {
-    if (startsWord) AppendUpper(result, code, bytes);
-    else if (keepCapitals && code >= 'A' && code <= 'Z') result += bytes;
+    if (startsWord && IsAscii(code)) out += AsciiUpper(bytes.front());
+    else if (startsWord) AppendUpper(out, code, bytes);
+    else if (keepCapitals && code >= 'A' && code <= 'Z') out += bytes.front();
     startsWord = splitWords && (code == '_' || (code >= 0 && code <= ' '));
   });
+}
+
+std::string MakeInitials(std::string_view name, bool keepCapitals, bool splitWords) {
+  std::string result;
+  AppendInitials(result, name, keepCapitals, splitWords);
   return result;
 }
 

@@ -45,9 +45,11 @@ using ConnectionPairs = std::map<std::string, std::string, std::less<>>;
 [[nodiscard]] std::string UpperCase(std::string_view text);
 
 /// An abbreviation of a name: the upper-case first characters of its words. With `splitWords` a
-/// word also starts after
-/// "_", a space or a control character; with `keepCapitals` ASCII capitals inside a word are kept.
+/// word also starts after "_", a space or a control character; with `keepCapitals` ASCII capitals
+/// inside a word are kept.
 [[nodiscard]] std::string MakeInitials(std::string_view name, bool keepCapitals, bool splitWords);
+/// Adds it to the end of `out`.
+void AppendInitials(std::string& out, std::string_view name, bool keepCapitals, bool splitWords);
 
 /// Two upper-case hexadecimal digits.
 [[nodiscard]] std::string ByteToHex(unsigned char byte);

@@ -1,7 +1,7 @@
 #include "schema/SchemaFile.h"
 
 #include <pugixml.hpp>
-#include <sstream>
+#include <utility>
 
 #include "platform/Ascii.h"
 #include "platform/Error.h"
@@ -15,6 +15,18 @@ constexpr std::string_view ending = ".schema.xml";
 constexpr std::uint64_t mostMegabytes = 32;
 constexpr std::uint64_t mostBytes = mostMegabytes << 20U;
 constexpr std::size_t longestName = 4096;
+
+/// Takes what the document writes.
+class TextWriter final : public pugi::xml_writer {
+ public:
+  void write(const void* data, std::size_t size) override {
+    text_.append(static_cast<const char*>(data), size);
+  }
+  [[nodiscard]] std::string Take() { return std::move(text_); }
+
+ private:
+  std::string text_;
+};
 
 void AppendNamed(pugi::xml_node& element, const std::string& name) {
   element.append_attribute("name").set_value(name.c_str());
@@ -84,9 +96,9 @@ std::string SchemaToXML(const Schema& schema) {
       AppendNamed(column, field);
     }
   }
-  std::ostringstream text;
+  TextWriter text;
   document.save(text, "  ", pugi::format_indent | pugi::format_no_declaration);
-  return text.str();
+  return text.Take();
 }
 
 bool SchemaFromXML(std::string_view text, Schema& schema) {

@@ -27,6 +27,14 @@ std::size_t RequireField(const Recordset& rows, std::string_view name) {
   return *field;
 }
 
+/// The name in a row; `buffer` takes one that the database does not give as text.
+std::string_view NameAt(const Recordset& rows, std::int64_t row, std::size_t field,
+                        std::string& buffer) {
+  const ValueView value = rows.ValueAt(row, field);
+  if (const auto* text = std::get_if<std::string_view>(&value)) return *text;
+  return buffer = ToText(value);
+}
+
 /// One load of one database.
 class Loading {
  public:
@@ -98,14 +106,15 @@ class Loading {
     const std::size_t name = RequireField(rows, "COLUMN_NAME");
     const std::size_t tableName = RequireField(rows, "TABLE_NAME");
     TableSchema table;
+    std::string buffer;
     const std::int64_t count = rows.RecordCount();
     const auto take = [&](std::int64_t row) {
-      std::string of = ToText(rows.ValueAt(row, tableName));
+      const std::string_view of = NameAt(rows, row, tableName, buffer);
       if (of != table.name) {
         AddFieldsOf(table);
-        table = {std::move(of), {}};
+        table = {std::string(of), {}};
       }
-      table.fields.push_back(ToText(rows.ValueAt(row, name)));
+      table.fields.emplace_back(NameAt(rows, row, name, buffer));
     };
     async_.ForEach("Reading field names...", count, take, NamesAtOnce(count));
     AddFieldsOf(table);

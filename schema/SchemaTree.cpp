@@ -34,7 +34,10 @@ std::string TableNodeKey(std::string_view databaseKey, std::string_view table) {
 }
 
 std::string FieldNodeKey(std::string_view tableKey, std::string_view field) {
-  return "f" + std::string(tableKey.substr(1)) + "." + UpperCase(field);
+  const std::string name = UpperCase(field);
+  std::string key;
+  key.reserve(tableKey.size() + 1 + name.size());
+  return key.append("f").append(tableKey.substr(1)).append(".").append(name);
 }
 
 int WindowNumberOf(std::string_view databaseKey) {
@@ -95,11 +98,8 @@ std::string SchemaTree::DatabaseOf(std::string key) const {
 
 Schema SchemaTree::Tables(const std::string& databaseKey) const {
   Schema schema;
-  for (const std::string& tableKey : view_.Children(databaseKey)) {
-    TableSchema& table = schema.emplace_back(TableSchema{view_.Text(tableKey), {}});
-    for (const std::string& fieldKey : view_.Children(tableKey))
-      table.fields.push_back(view_.Text(fieldKey));
-  }
+  for (const std::string& tableKey : view_.Children(databaseKey))
+    schema.push_back({view_.Text(tableKey), view_.ChildTexts(tableKey)});
   return schema;
 }
 

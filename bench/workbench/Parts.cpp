@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <fstream>
 
 namespace tessel::bench {
@@ -17,6 +18,12 @@ Parts::Parts(QtDesktop& qtDesktop)
       async(desktop, *frame) {
   vocabulary.LoadVocabulary();
   frame->Show();
+}
+
+double BusyMilliseconds() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
 double Median(std::vector<double> values) {

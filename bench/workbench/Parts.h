@@ -39,6 +39,9 @@ class StopWatch {
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
+/// Milliseconds that the calling thread was at work, without its waits for a processor.
+[[nodiscard]] double BusyMilliseconds();
+
 [[nodiscard]] double Median(std::vector<double> values);
 /// Megabytes that the process holds in memory now.
 [[nodiscard]] double ResidentMegabytes();

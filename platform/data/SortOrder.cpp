@@ -134,6 +134,7 @@ Rank RankOf(const ValueView& value) {
 }
 
 int CompareText(std::string_view a, std::string_view b) {
+  if (a == b) return 0;
   return Sign(std::lexicographical_compare_three_way(
       a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
         return static_cast<unsigned char>(AsciiUpper(x)) <=>
@@ -216,11 +217,13 @@ void SortRows(std::vector<std::int64_t>& rows, const std::vector<SortField>& fie
     if (i == 0) return CompareValues(a.first, b.first);
     return CompareValues(at(a.row, fields[i].field), at(b.row, fields[i].field));
   };
-  std::ranges::stable_sort(keys, [&](const Key& a, const Key& b) {
+  const auto before = [&](const Key& a, const Key& b) {
     for (std::size_t i = 0; i < fields.size(); ++i)
       if (const int way = order(a, b, i)) return fields[i].descending ? way > 0 : way < 0;
     return false;
-  });
+  };
+  if (std::ranges::is_sorted(keys, before)) return;
+  std::ranges::stable_sort(keys, before);
   std::ranges::transform(keys, rows.begin(), &Key::row);
 }
 

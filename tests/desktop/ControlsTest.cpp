@@ -94,6 +94,27 @@ TEST_F(ColorTest, OneLineFitsTheStatusLine) {
   EXPECT_GE(edit.viewport()->height(), edit.fontMetrics().lineSpacing());
 }
 
+TEST_F(ColorTest, OnDarkTheEdgeOfAFieldIsSeenWithTheFocusAndWithout) {
+  SystemTheme::Force(true);
+  const auto frame = ShowForm("frmMDI");
+  const int window = QApplication::palette().color(QPalette::Window).lightness();
+  const auto edge = [&](const char* name) {
+    host.Settle();
+    const QImage picture = WidgetOf(*frame, name).grab().toImage();
+    return picture.pixelColor(0, picture.height() / 2);
+  };
+  for (const char* name : {"trvBrowser", "lsvTags"}) {
+    frame->Find<Control>(name == std::string("lsvTags") ? "trvBrowser" : "lsvTags").SetFocus();
+    const QColor without = edge(name);
+    frame->Find<Control>(name).SetFocus();
+    const QColor with = edge(name);
+    ASSERT_TRUE(WidgetOf(*frame, name).hasFocus()) << name;
+    EXPECT_GT(without.lightness(), window + 40) << name;
+    EXPECT_GT(with.lightness(), window + 40) << name;
+    EXPECT_NE(with, without) << name;
+  }
+}
+
 class LargeControlTest : public DesktopFixture {};
 
 TEST_F(LargeControlTest, ATreeTakesManyNodesAtOnce) {

@@ -47,6 +47,12 @@ std::vector<std::string> HeadlessTreeView::Children(std::string_view key) const 
   return key.empty() ? roots_ : At(key).children;
 }
 
+std::vector<std::string> HeadlessTreeView::ChildTexts(std::string_view key) const {
+  std::vector<std::string> texts;
+  for (const std::string& child : Children(key)) texts.push_back(At(child).text);
+  return texts;
+}
+
 bool HeadlessTreeView::Checked(std::string_view key) const { return At(key).checked; }
 
 void HeadlessTreeView::SetChecked(std::string_view key, bool checked) { At(key).checked = checked; }

@@ -23,6 +23,7 @@ class HeadlessTreeView final : public Headless<TreeView> {
   void SetText(std::string_view key, std::string_view text) override;
   [[nodiscard]] std::string Parent(std::string_view key) const override;
   [[nodiscard]] std::vector<std::string> Children(std::string_view key) const override;
+  [[nodiscard]] std::vector<std::string> ChildTexts(std::string_view key) const override;
 
   [[nodiscard]] bool Checked(std::string_view key) const override;
   void SetChecked(std::string_view key, bool checked) override;

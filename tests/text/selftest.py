@@ -52,6 +52,7 @@ BAD = (
     ("inline_members", "app/b.cpp", "\ninline std::string B::C() const {\n", "app/b.cpp:2: inline std::string"),
     ("event_pump", "app/b.cpp", "void F() { processEvents(); }\n", "app/b.cpp pumps events"),
     ("event_pump", "platform/desktop/Second.cpp", "void F() { processEvents(); }\n", "Second.cpp pumps"),
+    ("inline_members", "app/e.cpp", "inline void\nE::F() const { G(); }\n", "app/e.cpp:1"),
     ("help_book", "app/Help.cpp", "constexpr int noticeContext = 9200;", "no topic for 9200"),
     ("help_book", "app/a.cpp", "constexpr int noticeContext{9201};", "no topic for 9201"),
     ("help_book", "app/a.cpp", "void F() { help.ShowHelpTopic(9202); }", "no topic for 9202"),

@@ -10,12 +10,13 @@ SqliteStatement Catalogs(SqliteDatabase& database) {
   return database.PrepareOne("select name, file from pragma_database_list order by seq");
 }
 
-/// Catalog, name and type of all tables and views.
-SqliteStatement Tables(SqliteDatabase& database) {
+/// Catalog, name and type of all tables and views, in the given order.
+SqliteStatement Tables(SqliteDatabase& database, const std::string& order) {
   return database.PrepareOne(
       "select schema, name, case when name like 'sqlite\\_%' escape '\\' or type = 'shadow' "
       "then 'SYSTEM TABLE' when type = 'view' then 'VIEW' else 'TABLE' end as kind "
-      "from pragma_table_list order by kind, schema, name collate nocase");
+      "from pragma_table_list order by " +
+      order);
 }
 
 std::string Text(const SqliteStatement& statement, int column) {
@@ -42,8 +43,9 @@ void AddColumns(SqliteStatement& columns, const std::string& catalog, const std:
   }
 }
 
+/// By table and column, as who sorts a recordset by these finds them: they are sorted then.
 void ReadColumns(SqliteDatabase& database, SchemaRows& rows, Operation& operation) {
-  SqliteStatement tables = Tables(database);
+  SqliteStatement tables = Tables(database, "upper(name), schema");
   SqliteStatement columns = database.PrepareOne(
       "select name, cid, type, \"notnull\" from pragma_table_xinfo(?1, ?2) where hidden <> 1 "
       "order by cid");
@@ -62,7 +64,7 @@ void ReadColumns(SqliteDatabase& database, SchemaRows& rows, Operation& operatio
 }
 
 void ReadTables(SqliteDatabase& database, SchemaRows& rows) {
-  SqliteStatement tables = Tables(database);
+  SqliteStatement tables = Tables(database, "kind, schema, name collate nocase");
   while (tables.Step())
     rows.AddTable({.catalog = Text(tables, 0),
                    .schema = {},

@@ -6,84 +6,67 @@
 
 namespace tessel {
 
-/// `row` is the node's place among its siblings.
-struct KeyedTreeModel::Node {
-  std::string key;
-  std::string text;
-  int image = 0;
-  Node* parent = nullptr;
-  int row = 0;
-  bool checkBox = true;
-  bool checked = false;
-  std::vector<std::unique_ptr<Node>> children;
-};
+namespace {
+
+std::vector<std::string> OfChildren(const KeyedNode& parent, std::string_view KeyedNode::*text) {
+  std::vector<std::string> texts;
+  texts.reserve(parent.children.size());
+  for (const KeyedNode* child : parent.children) texts.emplace_back(child->*text);
+  return texts;
+}
+
+}  // namespace
 
 KeyedTreeModel::KeyedTreeModel(QObject* parent)
     : QAbstractItemModel(parent),
-      root_(std::make_unique<Node>()),
       icons_{QIcon(), PlainIcon("tessel-database"), PlainIcon("tessel-table"),
              PlainIcon("tessel-field")} {}
 
-KeyedTreeModel::~KeyedTreeModel() = default;
-
-int KeyedTreeModel::Append(std::string_view parentKey, std::vector<TreeNode> nodes) {
-  Node& parent = At(parentKey);
-  std::vector<std::unique_ptr<Node>> added;
-  const auto first = static_cast<int>(parent.children.size());
-  for (TreeNode& node : nodes) {
-    if (Find(node.key) != nullptr) continue;
-    auto fresh = std::make_unique<Node>();
-    fresh->key = std::move(node.key);
-    byKey_.emplace(fresh->key, fresh.get());
-    fresh->text = std::move(node.text);
-    fresh->image = node.image;
-    fresh->checkBox = node.checkBox;
-    fresh->parent = &parent;
-    fresh->row = first + static_cast<int>(added.size());
-    added.push_back(std::move(fresh));
-  }
-  if (added.empty()) return 0;
-  const auto count = static_cast<int>(added.size());
-  beginInsertRows(IndexOf(parent), first, first + count - 1);
-  for (auto& node : added) parent.children.push_back(std::move(node));
+int KeyedTreeModel::Append(std::string_view parentKey, const std::vector<TreeNode>& nodes) {
+  KeyedNode& parent = At(parentKey);
+  const std::vector<KeyedNode*> made = nodes_.Make(parent, nodes);
+  if (made.empty()) return 0;
+  const auto count = static_cast<int>(made.size());
+  beginInsertRows(IndexOf(parent), made.front()->row, made.back()->row);
+  KeyedNodes::Hang(parent, made);
   endInsertRows();
   return count;
 }
 
 void KeyedTreeModel::Remove(std::string_view key) {
-  Node* node = Find(key);
+  KeyedNode* node = nodes_.Find(key);
   if (node == nullptr) return;
-  Node& parent = *node->parent;
-  const int row = node->row;
-  beginRemoveRows(IndexOf(parent), row, row);
-  Forget(*node);
-  parent.children.erase(parent.children.begin() + row);
-  for (auto at = static_cast<std::size_t>(row); at < parent.children.size(); ++at)
-    parent.children[at]->row = static_cast<int>(at);
+  beginRemoveRows(IndexOf(*node->parent), node->row, node->row);
+  nodes_.Remove(*node);
   endRemoveRows();
 }
 
-std::string KeyedTreeModel::Text(std::string_view key) const { return At(key).text; }
+std::string KeyedTreeModel::Text(std::string_view key) const { return std::string(At(key).text); }
 
 void KeyedTreeModel::SetText(std::string_view key, std::string_view text) {
-  Node& node = At(key);
-  node.text = text;
+  KeyedNode& node = At(key);
+  nodes_.SetText(node, text);
   const QModelIndex index = IndexOf(node);
   emit dataChanged(index, index, {Qt::DisplayRole});
 }
 
-std::string KeyedTreeModel::Parent(std::string_view key) const { return At(key).parent->key; }
+std::string KeyedTreeModel::Parent(std::string_view key) const {
+  const KeyedNode* parent = At(key).parent;
+  return parent == nullptr ? std::string() : std::string(parent->key);
+}
 
 std::vector<std::string> KeyedTreeModel::Children(std::string_view key) const {
-  std::vector<std::string> keys;
-  for (const auto& child : At(key).children) keys.push_back(child->key);
-  return keys;
+  return OfChildren(At(key), &KeyedNode::key);
+}
+
+std::vector<std::string> KeyedTreeModel::ChildTexts(std::string_view key) const {
+  return OfChildren(At(key), &KeyedNode::text);
 }
 
 bool KeyedTreeModel::Checked(std::string_view key) const { return At(key).checked; }
 
 void KeyedTreeModel::SetChecked(std::string_view key, bool checked) {
-  Node& node = At(key);
+  KeyedNode& node = At(key);
   if (node.checked == checked) return;
   node.checked = checked;
   const QModelIndex index = IndexOf(node);
@@ -92,12 +75,14 @@ void KeyedTreeModel::SetChecked(std::string_view key, bool checked) {
 
 QModelIndex KeyedTreeModel::IndexOf(std::string_view key) const { return IndexOf(At(key)); }
 
-std::string KeyedTreeModel::KeyOf(const QModelIndex& index) const { return NodeOf(index).key; }
+std::string KeyedTreeModel::KeyOf(const QModelIndex& index) const {
+  return std::string(NodeOf(index).key);
+}
 
 QModelIndex KeyedTreeModel::index(int row, int column, const QModelIndex& parent) const {
-  const Node& holder = NodeOf(parent);
+  const KeyedNode& holder = NodeOf(parent);
   if (column != 0 || row < 0 || row >= static_cast<int>(holder.children.size())) return {};
-  return createIndex(row, 0, holder.children[static_cast<std::size_t>(row)].get());
+  return createIndex(row, 0, holder.children[static_cast<std::size_t>(row)]);
 }
 
 QModelIndex KeyedTreeModel::parent(const QModelIndex& index) const {
@@ -111,7 +96,7 @@ int KeyedTreeModel::rowCount(const QModelIndex& parent) const {
 int KeyedTreeModel::columnCount(const QModelIndex& /*parent*/) const { return 1; }
 
 QVariant KeyedTreeModel::data(const QModelIndex& index, int role) const {
-  const Node& node = NodeOf(index);
+  const KeyedNode& node = NodeOf(index);
   switch (role) {
     case Qt::DisplayRole: return ToQt(node.text);
     case Qt::CheckStateRole:
@@ -137,29 +122,19 @@ Qt::ItemFlags KeyedTreeModel::flags(const QModelIndex& index) const {
   return NodeOf(index).checkBox ? flags | Qt::ItemIsUserCheckable : flags;
 }
 
-KeyedTreeModel::Node* KeyedTreeModel::Find(std::string_view key) const {
-  const auto found = byKey_.find(key);
-  return found == byKey_.end() ? nullptr : found->second;
-}
-
-KeyedTreeModel::Node& KeyedTreeModel::At(std::string_view key) const {
-  if (key.empty()) return *root_;
-  if (Node* node = Find(key)) return *node;
+KeyedNode& KeyedTreeModel::At(std::string_view key) const {
+  if (key.empty()) return nodes_.Root();
+  if (KeyedNode* node = nodes_.Find(key)) return *node;
   throw Error(errorNumber::itemNotFound, "Tessel",
               "The tree has no node '" + std::string(key) + "'.");
 }
 
-KeyedTreeModel::Node& KeyedTreeModel::NodeOf(const QModelIndex& index) const {
-  return index.isValid() ? *static_cast<Node*>(index.internalPointer()) : *root_;
+KeyedNode& KeyedTreeModel::NodeOf(const QModelIndex& index) const {
+  return index.isValid() ? *static_cast<KeyedNode*>(index.internalPointer()) : nodes_.Root();
 }
 
-QModelIndex KeyedTreeModel::IndexOf(Node& node) const {
-  return &node == root_.get() ? QModelIndex() : createIndex(node.row, 0, &node);
-}
-
-void KeyedTreeModel::Forget(const Node& node) {
-  for (const auto& child : node.children) Forget(*child);
-  byKey_.erase(node.key);
+QModelIndex KeyedTreeModel::IndexOf(KeyedNode& node) const {
+  return &node == &nodes_.Root() ? QModelIndex() : createIndex(node.row, 0, &node);
 }
 
 }  // namespace tessel

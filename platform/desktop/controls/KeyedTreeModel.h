@@ -4,13 +4,12 @@
 #include <QIcon>
 #include <array>
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/TreeView.h"
+#include "platform/desktop/controls/KeyedNodes.h"
 
 namespace tessel {
 
@@ -19,17 +18,17 @@ namespace tessel {
 class KeyedTreeModel final : public QAbstractItemModel {
  public:
   explicit KeyedTreeModel(QObject* parent);
-  ~KeyedTreeModel() override;
 
   /// Adds those whose key is free as the last children; an empty parent key is the root. Returns
   /// how many.
-  int Append(std::string_view parentKey, std::vector<TreeNode> nodes);
+  int Append(std::string_view parentKey, const std::vector<TreeNode>& nodes);
   void Remove(std::string_view key);
-  [[nodiscard]] bool Exists(std::string_view key) const { return Find(key) != nullptr; }
+  [[nodiscard]] bool Exists(std::string_view key) const { return nodes_.Find(key) != nullptr; }
   [[nodiscard]] std::string Text(std::string_view key) const;
   void SetText(std::string_view key, std::string_view text);
   [[nodiscard]] std::string Parent(std::string_view key) const;
   [[nodiscard]] std::vector<std::string> Children(std::string_view key) const;
+  [[nodiscard]] std::vector<std::string> ChildTexts(std::string_view key) const;
   [[nodiscard]] bool Checked(std::string_view key) const;
   void SetChecked(std::string_view key, bool checked);
 
@@ -50,15 +49,11 @@ class KeyedTreeModel final : public QAbstractItemModel {
   [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
 
  private:
-  struct Node;
-  [[nodiscard]] Node* Find(std::string_view key) const;
-  [[nodiscard]] Node& At(std::string_view key) const;
-  [[nodiscard]] Node& NodeOf(const QModelIndex& index) const;
-  [[nodiscard]] QModelIndex IndexOf(Node& node) const;
-  void Forget(const Node& node);
+  [[nodiscard]] KeyedNode& At(std::string_view key) const;
+  [[nodiscard]] KeyedNode& NodeOf(const QModelIndex& index) const;
+  [[nodiscard]] QModelIndex IndexOf(KeyedNode& node) const;
 
-  std::unique_ptr<Node> root_;
-  std::unordered_map<std::string_view, Node*> byKey_;  ///< The keys lie in the nodes.
+  mutable KeyedNodes nodes_;  ///< The model interface hands out nodes from constant functions.
   std::array<QIcon, 4> icons_;
 };
 

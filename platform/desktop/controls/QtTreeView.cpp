@@ -19,13 +19,11 @@ QtTreeView::QtTreeView(QTreeView& widget, const ControlSite& site)
 QtTreeView::~QtTreeView() { TheWidget().setModel(nullptr); }
 
 bool QtTreeView::Add(std::string_view parentKey, TreeNode node) {
-  std::vector<TreeNode> nodes;
-  nodes.push_back(std::move(node));
-  return model_->Append(parentKey, std::move(nodes)) == 1;
+  return model_->Append(parentKey, {std::move(node)}) == 1;
 }
 
 void QtTreeView::AddChildren(std::string_view parentKey, std::vector<TreeNode> nodes) {
-  model_->Append(parentKey, std::move(nodes));
+  model_->Append(parentKey, nodes);
 }
 
 /// The toolkit would select a neighbour of a removed node.
@@ -41,6 +39,10 @@ std::string QtTreeView::Parent(std::string_view key) const { return model_->Pare
 
 std::vector<std::string> QtTreeView::Children(std::string_view key) const {
   return model_->Children(key);
+}
+
+std::vector<std::string> QtTreeView::ChildTexts(std::string_view key) const {
+  return model_->ChildTexts(key);
 }
 
 bool QtTreeView::Expanded(std::string_view key) const {

@@ -21,6 +21,7 @@ class QtTreeView final : public ControlOf<TreeView, QTreeView> {
   void SetText(std::string_view key, std::string_view text) override { model_->SetText(key, text); }
   [[nodiscard]] std::string Parent(std::string_view key) const override;
   [[nodiscard]] std::vector<std::string> Children(std::string_view key) const override;
+  [[nodiscard]] std::vector<std::string> ChildTexts(std::string_view key) const override;
   [[nodiscard]] bool Checked(std::string_view key) const override { return model_->Checked(key); }
   void SetChecked(std::string_view key, bool checked) override { model_->SetChecked(key, checked); }
   [[nodiscard]] bool Expanded(std::string_view key) const override;

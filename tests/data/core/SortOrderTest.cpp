@@ -55,6 +55,23 @@ std::vector<std::pair<std::size_t, bool>> Parsed(std::string_view text) {
 
 using P = std::pair<std::size_t, bool>;
 
+TEST(SortOrder, RowsThatStandInOrderAreGoneThroughOnce) {
+  constexpr std::int64_t count = 1000;
+  std::vector<std::int64_t> rows(count);
+  std::iota(rows.begin(), rows.end(), 0);
+  const std::vector<std::int64_t> asTheyStood = rows;
+  std::int64_t looks = 0;
+  const auto at = [&](std::int64_t row, std::size_t field) -> ValueView {
+    ++looks;
+    return field == 0 ? row / 10 : row % 10;
+  };
+  SortRows(rows, {{0, false}, {1, false}}, at);
+  EXPECT_EQ(rows, asTheyStood);
+  EXPECT_LE(looks, 3 * count);
+  SortRows(rows, {{0, true}, {1, false}}, at);
+  EXPECT_EQ(rows.front(), count - 10) << "and others are sorted as ever";
+}
+
 }  // namespace
 
 /// Each stands before the next.

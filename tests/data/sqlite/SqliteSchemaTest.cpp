@@ -5,6 +5,7 @@ namespace tessel::test {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsSupersetOf;
 using testing::Not;
 
 class SqliteFields : public SqliteTest {
@@ -142,6 +143,17 @@ TEST_F(SqliteSchema, AViewThatIsBrokenHidesNoOtherColumns) {
   EXPECT_THAT(TextsOf(*columns, 2), Not(Contains("broken")));
   ASSERT_FALSE(connection->Errors().empty());
   EXPECT_THAT(connection->Errors()[0].description, HasSubstr("no such table"));
+}
+
+TEST_F(SqliteSchema, ColumnsStandInTheOrderThatTheyAreSortedInto) {
+  const auto connection = OpenMemory();
+  Run(*connection, "create table a_b (z, y); create table AB (x, w); create table a (v, u);"
+                   "create table b (t); create view aa as select 1 as s; create index i on b (t)");
+  const auto columns = connection->OpenSchema(SchemaRowset::Columns, {});
+  const auto asRead = TextsOf(*columns, 3);
+  EXPECT_THAT(asRead, IsSupersetOf({"v", "u", "s", "x", "w", "z", "y", "t"}));
+  columns->SetSort("TABLE_NAME, ORDINAL_POSITION");
+  EXPECT_EQ(TextsOf(*columns, 3), asRead);
 }
 
 TEST_F(SqliteSchema, ColumnsTellTheirTypes) {

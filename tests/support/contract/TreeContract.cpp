@@ -37,6 +37,8 @@ void NodesHangBelowTheirParents(ContractHost& host) {
   EXPECT_EQ(test.tree.Children(""), Seen{"d"});
   EXPECT_EQ(test.tree.Children("d"), (Seen{"t1", "t2"}));
   EXPECT_EQ(test.tree.Children("t2"), Seen{});
+  EXPECT_EQ(test.tree.ChildTexts("d"), (Seen{"Table 1", "Table 2"}));
+  EXPECT_EQ(test.tree.ChildTexts("t2"), Seen{});
   EXPECT_EQ(test.tree.Parent("f1"), "t1");
   EXPECT_EQ(test.tree.Parent("d"), "");
   EXPECT_EQ(test.tree.Text("f2"), "Field 2");
@@ -65,6 +67,7 @@ void UnknownKeysRaise(ContractHost& host) {
   raises([&] { static_cast<void>(test.tree.Text("none")); });
   raises([&] { static_cast<void>(test.tree.Parent("none")); });
   raises([&] { static_cast<void>(test.tree.Children("none")); });
+  raises([&] { static_cast<void>(test.tree.ChildTexts("none")); });
   raises([&] { static_cast<void>(test.tree.Checked("none")); });
   raises([&] { test.tree.SetChecked("none", true); });
   raises([&] { test.tree.SetExpanded("none", true); });
@@ -83,6 +86,23 @@ void RemovingTakesWhatIsBelow(ContractHost& host) {
   test.tree.Remove("d");
   EXPECT_EQ(test.tree.Children(""), Seen{});
   EXPECT_EQ(test.record.Take(), Seen{});
+}
+
+void RemovingARootNodeLeavesTheOthers(ContractHost& host) {
+  TreeFixture test(host);
+  test.tree.Add("", {"e", "Other", 1});
+  test.tree.AddChildren("e", {{"t3", "Table 3", 2}, {"t4", "Table 4", 2}});
+  test.tree.SetChecked("t4", true);
+  test.tree.Remove("d");
+  EXPECT_EQ(test.tree.Children(""), Seen{"e"});
+  EXPECT_EQ(test.tree.Children("e"), (Seen{"t3", "t4"}));
+  EXPECT_EQ(test.tree.Text("t4"), "Table 4");
+  EXPECT_TRUE(test.tree.Checked("t4"));
+  test.tree.SelectNode("t3");
+  EXPECT_EQ(test.tree.SelectedKey(), "t3");
+  EXPECT_TRUE(test.tree.Add("", {"d", "Again", 1}));
+  EXPECT_FALSE(test.tree.Exists("f1"));
+  EXPECT_EQ(test.tree.Children("d"), Seen{});
 }
 
 void RemovingTheSelectedNodeIsSilent(ContractHost& host) {
@@ -183,6 +203,7 @@ std::vector<ContractCase> TreeContract() {
           {"KeysAreTakenOnce", &KeysAreTakenOnce},
           {"UnknownKeysRaise", &UnknownKeysRaise},
           {"RemovingTakesWhatIsBelow", &RemovingTakesWhatIsBelow},
+          {"RemovingARootNodeLeavesTheOthers", &RemovingARootNodeLeavesTheOthers},
           {"RemovingTheSelectedNodeIsSilent", &RemovingTheSelectedNodeIsSilent},
           {"ChecksByCodeAreSilent", &ChecksByCodeAreSilent},
           {"ChecksByTheUserAreReported", &ChecksByTheUserAreReported},
