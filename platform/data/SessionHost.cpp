@@ -3,6 +3,8 @@
 #include <new>
 #include <utility>
 
+#include "platform/data/Slowdown.h"
+
 namespace tessel {
 
 namespace {
@@ -45,7 +47,7 @@ void SessionHost::Cancel(const std::shared_ptr<Task>& task) {
   task->AskToStop();
   if (!task->BeginCancel()) return;
   const auto self = shared_from_this();
-  const auto patience = session_->CancelPatience();
+  const auto patience = slowdown * session_->CancelPatience();
   leftBehind_->Keep(WatchedThread([self, task] { self->CancelUntilEnded(*task); }));
   leftBehind_->Keep(WatchedThread([self, task, patience] {
     if (!task->WaitForEnd(patience)) self->GiveUp(*task);
@@ -53,7 +55,7 @@ void SessionHost::Cancel(const std::shared_ptr<Task>& task) {
 }
 
 void SessionHost::Stop(const std::shared_ptr<Task>& running) {
-  const auto patience = session_->CancelPatience();
+  const auto patience = slowdown * session_->CancelPatience();
   if (running) Cancel(running);
   std::unique_lock lock(mutex_);
   quit_ = true;

@@ -2,6 +2,7 @@
 #include <chrono>
 #include <thread>
 
+#include "platform/data/Slowdown.h"
 #include "tests/data/faults/FaultClients.h"
 #include "tests/data/servers/FaultProxy.h"
 #include "tests/data/support/DataTest.h"
@@ -15,7 +16,7 @@ using std::chrono::steady_clock;
 using Kind = Fault::Kind;
 
 /// A cancel must be answered within this, on a machine with other work too.
-constexpr milliseconds soon{2000};
+constexpr milliseconds soon = slowdown * milliseconds(2000);
 /// What is broken must be noticed within this; what is stalled must not have ended before.
 constexpr milliseconds patience{3000};
 /// No call on the UI thread may take longer, on a machine with other work too.

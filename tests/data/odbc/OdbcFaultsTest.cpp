@@ -1,5 +1,6 @@
 #include <thread>
 
+#include "platform/data/Slowdown.h"
 #include "tests/data/odbc/OdbcFixture.h"
 #include "tests/data/servers/Listener.h"
 
@@ -11,7 +12,7 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 /// A cancel must be answered within this, on a machine with other work too.
-constexpr std::int64_t soon = 1000;
+constexpr std::int64_t soon = slowdown * 1000;
 
 struct Server {
   std::string name;
