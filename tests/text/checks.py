@@ -29,6 +29,7 @@ ODBC_CALL = re.compile(r"(?<![\w.>])SQL(?:%s)[AW]?\s*\(" % "|".join(ODBC_FUNCTIO
 PQ_CALL = re.compile(r"(?<![\w.>])PQ[a-z]\w*\s*\(")
 MARIA_CALL = re.compile(r"(?<![\w.>])(?:mysql|mariadb)_\w+\s*\(")
 EVENT_PUMP = re.compile(r"\bprocessEvents\b")
+INLINE_MEMBER = re.compile(r"^inline [^;{(]*::~?\w+\(", re.M)
 # Built from pieces, so that this file does not hold what it looks for.
 WORDS = re.compile("|".join((
     r"\b[Ss]pecific" r"ations?\b", r"\b[Ss]pe" r"c\b", r"\bPart" r"s? \d", r"\bseed doc" r"ument",
@@ -107,6 +108,13 @@ def event_pump(tree):
     home = [path for path in paths if path.startswith("platform/desktop/")][:1]
     return ["%s pumps events%s" % (path, "; so does " + home[0] if home else "")
             for path in paths if path not in home]
+
+
+def inline_members(tree):
+    """A function declared in a header is not inline in a source: others that call it do not link
+    when the compiler optimises."""
+    return [found for path in tree.code_paths() if path.endswith(".cpp")
+            for found in tree.find(INLINE_MEMBER, path, tree.code(path))]
 
 
 def forbidden_words(tree):
@@ -188,5 +196,5 @@ def help_book(tree):
 
 
 ALL = (logic_includes, contract_includes, platform_includes, odbc_door, postgresql_door, mariadb_door,
-       event_pump, forbidden_words, include_cycles, formatting, guard_headers, icons,
+       event_pump, inline_members, forbidden_words, include_cycles, formatting, guard_headers, icons,
        help_book)
