@@ -19,7 +19,10 @@ using Rows = std::shared_ptr<Recordset>;
 
 /// Thousands of names are taken in many at once: the interface takes longer for its turn than a
 /// name takes.
-std::int64_t NamesAtOnce(std::int64_t count) { return count > 512 ? 256 : 1; }
+std::int64_t NamesAtOnce(std::int64_t count) {
+  if (count > 50'000) return 1024;
+  return count > 512 ? 256 : 1;
+}
 
 std::size_t RequireField(const Recordset& rows, std::string_view name) {
   const auto field = rows.FindField(name);
