@@ -23,7 +23,7 @@ endfunction()
 if(NOT TESSEL_LOGIC_ONLY)
   include(cmake/ServerTargets.cmake)
   find_package(X11 REQUIRED)
-  add_custom_target(compare DEPENDS Tessel)
+  add_custom_target(compare DEPENDS Tessel tessel_bench)
   file(GLOB compare_loops CONFIGURE_DEPENDS bench/compare/Raw*.cpp)
   set(compare_common bench/compare/Cases.cpp bench/compare/Say.cpp bench/OrdersFile.cpp bench/OrdersSql.cpp)
   tessel_compare(compare_raw tessel_data

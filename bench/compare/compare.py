@@ -3,6 +3,7 @@
 one line a row: medians, ratio, aim, and "ok" or "short". To be started by bench/compare.sh."""
 import argparse
 import contextlib
+import json
 import os
 import pathlib
 import statistics
@@ -11,6 +12,7 @@ import sys
 import tempfile
 
 MEGABYTE = 1e6
+UNITS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1}
 QUERY = "select * from orders"
 
 
@@ -132,6 +134,23 @@ class Setting:
 
     def window(self, *arguments):
         return self.program("compare_window", *arguments, environment=self.display())
+
+    def benchmarks(self, names):
+        """What Google Benchmark tells of those that match, in turns: a list of figures by the name."""
+        done = subprocess.run(
+            [str(self.programs.parent / "tessel_bench"), "--benchmark_filter=" + names,
+             "--benchmark_format=json", "--benchmark_enable_random_interleaving=true",
+             "--benchmark_repetitions=%d" % (2 * self.arguments.rounds)],
+            capture_output=True, text=True, check=False, timeout=900)
+        if done.returncode != 0:
+            raise Failed("tessel_bench: %s" % (done.stderr.strip() or done.returncode))
+        told = {}
+        for result in json.loads(done.stdout)["benchmarks"]:
+            if result["run_type"] != "iteration":
+                continue
+            result["seconds"] = result["real_time"] * UNITS[result["time_unit"]]
+            told.setdefault(result["run_name"], []).append(result)
+        return told
 
     def until_shown(self, program):
         return self.program("compare_until_shown", self.programs / program,
@@ -303,6 +322,17 @@ def show(setting, table):
                          ("end", "Rows shown: jump to the end")):
         table.line(text, "-", "%.1f ms" % (1000 * median(own, figure)),
                    1000 * median(own, figure), 50, "ms")
+
+
+@row("csv")
+def csv(setting, table):
+    told = setting.benchmarks("CsvRawLoop|Convert/csv$")
+    raw, own = told["CsvRawLoop"], told["Convert/csv"]
+    table.line("CSV of 1000000 records", seconds(median(raw, "seconds")),
+               seconds(median(own, "seconds")), ratio(own, raw), 1.5)
+    peak = max(result["peak/text"] for result in own)
+    table.line("CSV: peak memory against the text", megabytes(own[0]["MB"] * MEGABYTE),
+               megabytes(own[0]["MB"] * MEGABYTE * peak), peak, 1.1)
 
 
 @row("big")
