@@ -19,9 +19,6 @@ constexpr const char* commands[] = {"mnuCvtCSV",       "mnuCvtQuotedCSV", "mnuCv
                                     "mnuCvtInsertSQL", "mnuCvtSetSQL",    "mnuCvtHTMLTable",
                                     "mnuCvtArrayC"};
 
-/// The interface has its turn after so many.
-constexpr std::int64_t recordsAtOnce = 16;
-
 /// Gives a text that grows record by record the room it will need, so that it is not moved again
 /// and again and takes little more memory than it fills.
 class TextRoom {
@@ -107,16 +104,13 @@ void RecordConversion::ConvertRecords(std::string& text, const RecordFormat& for
   const auto count = all ? rows->RecordCount() : static_cast<std::int64_t>(selected.size());
   TextRoom room(text, count);
   if (all) rows->MoveFirst();
-  async_.ForEach(
-      ProgressMessage(count, !all), count,
-      [&](std::int64_t i) {
-        if (!all) rows->MoveTo(selected[static_cast<std::size_t>(i)]);
-        if (i != 0) text += format.record.separator;
-        FormatRecord(text, *rows, columns, format);
-        if (all) rows->MoveNext();
-        room.Note(i + 1);
-      },
-      recordsAtOnce);
+  async_.ForEach(ProgressMessage(count, !all), count, [&](std::int64_t i) {
+    if (!all) rows->MoveTo(selected[static_cast<std::size_t>(i)]);
+    if (i != 0) text += format.record.separator;
+    FormatRecord(text, *rows, columns, format);
+    if (all) rows->MoveNext();
+    room.Note(i + 1);
+  });
   rows->Close();
 }
 

@@ -40,7 +40,13 @@ void DatabaseServer::WaitUntilItAnswers() {
   }
 }
 
-void DatabaseServer::Freeze() const { process_.SignalTree(SIGSTOP); }
+/// The threads of a server stop one after the other: what is asked right after the signal might
+/// still be answered.
+void DatabaseServer::Freeze() const {
+  process_.SignalTree(SIGSTOP);
+  for (int tries = 0; tries < 200 && !process_.IsStopped(); ++tries)
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+}
 
 void DatabaseServer::Thaw() const { process_.SignalTree(SIGCONT); }
 

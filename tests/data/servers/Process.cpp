@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -22,6 +23,17 @@ namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
+
+/// Whether a thread, named by its folder, has neither been stopped nor ended. Its state stands
+/// behind the name of the program, in parentheses: proc(5).
+bool Runs(const std::filesystem::path& thread) {
+  std::ifstream file(thread / "stat");
+  std::string text;
+  std::getline(file, text);
+  const std::size_t name = text.rfind(')');
+  if (name == std::string::npos || name + 2 >= text.size()) return false;
+  return std::string_view("TtZX").find(text[name + 2]) == std::string_view::npos;
+}
 
 class SpawnSettings {
  public:
@@ -121,6 +133,16 @@ std::optional<int> Process::Wait(milliseconds limit) {
 
 void Process::Signal(int signal) const {
   if (pid_ != 0) kill(pid_, signal);
+}
+
+bool Process::IsStopped() const {
+  if (pid_ == 0) return true;
+  return std::ranges::all_of(Tree(pid_), [](pid_t pid) {
+    std::error_code ended;
+    const std::filesystem::directory_iterator threads("/proc/" + std::to_string(pid) + "/task",
+                                                      ended);
+    return std::ranges::all_of(threads, [](const auto& thread) { return !Runs(thread.path()); });
+  });
 }
 
 void Process::SignalTree(int signal) const {

@@ -37,6 +37,9 @@ class Process {
   std::optional<int> Wait(std::chrono::milliseconds limit);
   /// Sends `signal` to the process; nothing happens when it has ended.
   void Signal(int signal) const;
+  /// Whether every thread of the process and of all that descend from it has been stopped by a
+  /// signal, or ended.
+  [[nodiscard]] bool IsStopped() const;
   /// Sends `signal` to the process and all that descend from it.
   void SignalTree(int signal) const;
 
