@@ -125,11 +125,24 @@ class FaultTest : public DataTest {
       ASSERT_EQ(ToText(recordset.ValueAt(row, 1)), "row " + std::to_string(row + 1));
     }
   }
-  /// Once what is in the way is gone.
-  void ExpectGoesOn(Connection& connection) {
+  /// Once what is in the way is gone. Behind a corruption that nobody could see, client or server
+  /// may still wait for what never comes; a cancel and a reconnect help.
+  void ExpectGoesOn(Connection& connection, Kind kind) {
     proxy_.Clear();
     if (connection.State() == objectState::closed) connection.Open({}, {}, 0);
+    if (kind == Kind::Corrupt && !Answers(connection)) {
+      connection.Close();
+      connection.Open({}, {}, 0);
+    }
     EXPECT_EQ(ToText(ToView(Cell(connection, "select 42"))), "42");
+  }
+  /// Whether a command ends before it has to be cancelled.
+  [[nodiscard]] bool Answers(Connection& connection) {
+    EventLog log;
+    const auto answer = Start(connection, "select 42", log);
+    if (PumpFor(log, patience)) return !log.LastError();
+    ExpectCancelled(connection, log);
+    return false;
   }
 
   const FaultClient client_;
@@ -168,7 +181,7 @@ TEST_P(FaultsInConnecting, EndAndLeaveTheConnectionClosed) {
   RecordError(log);
   EXPECT_TRUE(log.LastError());
   EXPECT_EQ(connection->State(), objectState::closed);
-  ExpectGoesOn(*connection);
+  ExpectGoesOn(*connection, TheKind());
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -198,7 +211,7 @@ TEST_P(FaultsInCommands, EndWithTheRowsSoFar) {
     EXPECT_LT(recordset->RecordCount(), rowCount);
     ExpectRightRows(*recordset, TheKind());
   }
-  ExpectGoesOn(*connection);
+  ExpectGoesOn(*connection, TheKind());
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -242,7 +255,7 @@ TEST_P(FaultsElsewhere, ASlowWayChangesNothing) {
   EXPECT_FALSE(log.LastError());
   EXPECT_EQ(recordset->RecordCount(), rowCount);
   ExpectRightRows(*recordset, Kind::None);
-  ExpectGoesOn(*connection);
+  ExpectGoesOn(*connection, Kind::None);
 }
 
 /// A commit that did not reach the server is never called done, and is not.
@@ -277,7 +290,7 @@ TEST_P(FaultsElsewhere, ACancelThatDoesNotGetThroughEndsTheCommandAllTheSame) {
     EXPECT_FALSE(PumpFor(log, milliseconds(200)));
     proxy_.Set({.kind = kind, .fromConnection = proxy_.Connections() + 1});
     ExpectCancelled(*connection, log);
-    ExpectGoesOn(*connection);
+    ExpectGoesOn(*connection, Kind::None);
   }
 }
 
@@ -313,7 +326,7 @@ TEST_P(FaultsElsewhere, AServerThatIsStartedAgainIsReachedAgain) {
   ASSERT_TRUE(log.LastError());
   EXPECT_NE(log.LastError()->number, errorNumber::cancelled);
   EXPECT_EQ(connection->State(), objectState::closed);
-  ExpectGoesOn(*connection);
+  ExpectGoesOn(*connection, Kind::None);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, FaultsElsewhere,
