@@ -67,12 +67,10 @@ void BlobTransfer::BLOBDataFormat_Format(const ValueView& value, std::string& sh
 }
 
 void BlobTransfer::mnuBLOBNull_Click() {
-  try {
+  editing_.TryTo([this] {
     dataGrid_.SetCellText("");
     editing_.ShowEditButtonsUnlessNew();
-  } catch (const Error& error) {
-    help_.Show(error.Description(), MessageIcon::Exclamation);
-  }
+  });
 }
 
 void BlobTransfer::TransferBLOB(bool load) {
@@ -80,12 +78,10 @@ void BlobTransfer::TransferBLOB(bool load) {
   if (rows == nullptr || dataGrid_.CurrentColumn() < 0) return;
   dialog_.fileName = ProposedName();
   if (!AskForFile(load) || dataGrid_.DataSource() != rows) return;
-  try {
+  editing_.TryTo([&] {
     if (load) Load(dialog_.fileName);
     else Save(dialog_.fileName);
-  } catch (const Error& error) {
-    help_.Show(error.Description(), MessageIcon::Exclamation);
-  }
+  });
 }
 
 bool BlobTransfer::AskForFile(bool load) {

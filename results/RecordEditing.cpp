@@ -102,7 +102,6 @@ void RecordEditing::cmdReject_Click() {
   focusRecords_();
 }
 
-/// False when a failure came up and was shown.
 bool RecordEditing::TryTo(const std::function<void()>& action) {
   try {
     action();

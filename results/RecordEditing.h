@@ -39,6 +39,9 @@ class RecordEditing {
   /// Keys of the grid that concern the current cell; true when one was taken.
   bool HandleGridKey(int keyCode, int shift);
 
+  /// Does something to the record; false when a failure came up and was shown.
+  bool TryTo(const std::function<void()>& action);
+
  private:
   void chkLock_Click();
   void cmdAccept_Click();
@@ -55,7 +58,6 @@ class RecordEditing {
   void EditCellInWindow();
   bool ShowCellText(std::string& text, bool editable);
   bool Write();
-  bool TryTo(const std::function<void()>& action);
   bool DeleteSelected();
   void DeleteRows(const std::vector<Bookmark>& rows);
 

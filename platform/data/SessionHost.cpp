@@ -22,6 +22,11 @@ Error CurrentError() {
   }
 }
 
+/// How long what runs now may take to end after a cancel.
+std::chrono::milliseconds PatienceOf(const ProviderSession& session) {
+  return slowdown * session.CancelPatience();
+}
+
 }  // namespace
 
 SessionHost::SessionHost(std::unique_ptr<ProviderSession> session,
@@ -47,7 +52,7 @@ void SessionHost::Cancel(const std::shared_ptr<Task>& task) {
   task->AskToStop();
   if (!task->BeginCancel()) return;
   const auto self = shared_from_this();
-  const auto patience = slowdown * session_->CancelPatience();
+  const auto patience = PatienceOf(*session_);
   leftBehind_->Keep(WatchedThread([self, task] { self->CancelUntilEnded(*task); }));
   leftBehind_->Keep(WatchedThread([self, task, patience] {
     if (!task->WaitForEnd(patience)) self->GiveUp(*task);
@@ -55,7 +60,7 @@ void SessionHost::Cancel(const std::shared_ptr<Task>& task) {
 }
 
 void SessionHost::Stop(const std::shared_ptr<Task>& running) {
-  const auto patience = slowdown * session_->CancelPatience();
+  const auto patience = PatienceOf(*session_);
   if (running) Cancel(running);
   std::unique_lock lock(mutex_);
   quit_ = true;

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/ErrorNumber.h"
 #include "tests/support/FakeData.h"
 #include "tests/support/HeadlessServices.h"
 
@@ -27,15 +28,6 @@ class FakeChangesTest : public testing::Test {
     recordset->Open(openOption::text);
     return recordset;
   }
-  template <class Action>
-  static std::int32_t NumberOf(Action action) {
-    try {
-      action();
-      return 0;
-    } catch (const Error& error) {
-      return error.Number();
-    }
-  }
   [[nodiscard]] FakeRows& Table() const { return *answer->rows; }
 
   HeadlessQueue queue;
@@ -57,17 +49,17 @@ TEST_F(FakeChangesTest, AChangeIsSeenByClonesAtOnceAndByTheServerWhenWritten) {
 
 TEST_F(FakeChangesTest, RowsForReadingRefuseEveryChange) {
   const auto locked = Open(LockType::ReadOnly);
-  EXPECT_EQ(NumberOf([&] { locked->SetFieldValue(1, Value()); }), errorNumber::readOnly);
-  EXPECT_EQ(NumberOf([&] { locked->AddNew(); }), errorNumber::readOnly);
-  EXPECT_EQ(NumberOf([&] { locked->Delete(0); }), errorNumber::readOnly);
-  EXPECT_EQ(NumberOf([&] { locked->Update(0); }), errorNumber::readOnly);
+  EXPECT_EQ(ErrorNumberOf([&] { locked->SetFieldValue(1, Value()); }), errorNumber::readOnly);
+  EXPECT_EQ(ErrorNumberOf([&] { locked->AddNew(); }), errorNumber::readOnly);
+  EXPECT_EQ(ErrorNumberOf([&] { locked->Delete(0); }), errorNumber::readOnly);
+  EXPECT_EQ(ErrorNumberOf([&] { locked->Update(0); }), errorNumber::readOnly);
 }
 
 TEST_F(FakeChangesTest, OneChangeIsPendingAtATime) {
   rows->SetFieldValue(1, Value(std::string("x")));
-  EXPECT_EQ(NumberOf([&] { rows->AddNew(); }), errorNumber::changePending);
+  EXPECT_EQ(ErrorNumberOf([&] { rows->AddNew(); }), errorNumber::changePending);
   rows->MoveNext();
-  EXPECT_EQ(NumberOf([&] { rows->SetFieldValue(1, Value()); }), errorNumber::changePending);
+  EXPECT_EQ(ErrorNumberOf([&] { rows->SetFieldValue(1, Value()); }), errorNumber::changePending);
   rows->CancelUpdate();
   EXPECT_EQ(ToText(rows->ValueAt(0, 1)), "a");
 }
@@ -102,21 +94,21 @@ TEST_F(FakeChangesTest, DeletingMakesTheNextRecordCurrentAndKeepsBookmarks) {
 
 TEST_F(FakeChangesTest, TheServerRefusesWhatBreaksItsRulesOrWasChangedMeanwhile) {
   rows->SetFieldValue(0, Value(std::int64_t{2}));
-  EXPECT_EQ(NumberOf([&] { rows->Update(0); }), errorNumber::database) << "the key is taken";
+  EXPECT_EQ(ErrorNumberOf([&] { rows->Update(0); }), errorNumber::database) << "the key is taken";
   rows->CancelUpdate();
   Table()[0][1] = std::string("theirs");
   rows->SetFieldValue(1, Value(std::string("mine")));
-  EXPECT_EQ(NumberOf([&] { rows->Update(0); }), errorNumber::changeConflict);
+  EXPECT_EQ(ErrorNumberOf([&] { rows->Update(0); }), errorNumber::changeConflict);
   EXPECT_EQ(rows->Editing(), EditMode::InProgress);
   rows->CancelUpdate();
   Table().erase(Table().begin());
-  EXPECT_EQ(NumberOf([&] { rows->Delete(0); }), errorNumber::changeConflict);
+  EXPECT_EQ(ErrorNumberOf([&] { rows->Delete(0); }), errorNumber::changeConflict);
 }
 
 TEST_F(FakeChangesTest, TextIsConvertedToTheFieldsType) {
   rows->SetFieldValue(0, Value(std::string("7")));
   EXPECT_EQ(ToValue(rows->FieldValue(0)), Value(std::int64_t{7}));
-  EXPECT_EQ(NumberOf([&] { rows->SetFieldValue(0, Value(std::string("x"))); }),
+  EXPECT_EQ(ErrorNumberOf([&] { rows->SetFieldValue(0, Value(std::string("x"))); }),
             errorNumber::typeMismatch);
   EXPECT_EQ(ToValue(rows->FieldValue(0)), Value(std::int64_t{7}));
 }

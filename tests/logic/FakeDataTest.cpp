@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/ErrorNumber.h"
 #include "tests/support/FakeFiles.h"
 #include "tests/support/HeadlessServices.h"
 
@@ -62,17 +63,6 @@ class FakeDataTest : public testing::Test {
     while (queue_.RunOne()) continue;
   }
 
-  /// The error number that `action` raises, 0 for none.
-  template <class Action>
-  static std::int32_t NumberOf(Action action) {
-    try {
-      action();
-      return 0;
-    } catch (const Error& error) {
-      return error.Number();
-    }
-  }
-
   HeadlessQueue queue_;
   FakeData data_{queue_};
   std::vector<std::string> seen_;
@@ -103,7 +93,7 @@ TEST_F(FakeDataTest, OpensAtOnceOrInSteps) {
 
 TEST_F(FakeDataTest, OpeningFailsOnDemand) {
   data_.ServerOf("db").openFailure = FakeError("refused");
-  EXPECT_EQ(NumberOf([&] { Connect(); }), errorNumber::database);
+  EXPECT_EQ(ErrorNumberOf([&] { Connect(); }), errorNumber::database);
   const auto later = data_.CreateConnection();
   later->SetConnectionString("db");
   Listen(*later);
@@ -113,7 +103,8 @@ TEST_F(FakeDataTest, OpeningFailsOnDemand) {
   EXPECT_THAT(seen_, ElementsAre("connect: refused"));
   EXPECT_EQ(later->Errors().at(0).description, "refused");
   data_.ServerOf("db").openRefused = FakeError("no provider", errorNumber::providerNotFound);
-  EXPECT_EQ(NumberOf([&] { later->Open("", "", asyncConnect); }), errorNumber::providerNotFound);
+  EXPECT_EQ(ErrorNumberOf([&] { later->Open("", "", asyncConnect); }),
+            errorNumber::providerNotFound);
   EXPECT_EQ(later->State(), objectState::closed);
 }
 
@@ -189,14 +180,14 @@ TEST_F(FakeDataTest, CommandsWithoutRowsLeaveTheRecordsetClosed) {
   recordset->Open(asyncOptions);
   Drain();
   EXPECT_THAT(seen_, ElementsAre("execute 3 state 0", "execute -1 state 0"));
-  EXPECT_EQ(NumberOf([&] { static_cast<void>(recordset->RecordCount()); }),
+  EXPECT_EQ(ErrorNumberOf([&] { static_cast<void>(recordset->RecordCount()); }),
             errorNumber::objectClosed);
 }
 
 TEST_F(FakeDataTest, CommandsFailOnDemand) {
   data_.AnswerError("bad", FakeError("syntax"));
   const auto connection = Connect();
-  EXPECT_EQ(NumberOf([&] { Command(*connection, "bad")->Open(openOption::text); }),
+  EXPECT_EQ(ErrorNumberOf([&] { Command(*connection, "bad")->Open(openOption::text); }),
             errorNumber::database);
   const auto recordset = Command(*connection, "bad");
   recordset->Open(asyncOptions);
@@ -282,9 +273,9 @@ TEST_F(FakeDataTest, OneCommandRunsAtATime) {
   const auto first = Command(*connection, "update");
   first->Open(asyncOptions);
   const auto second = Command(*connection, "update");
-  EXPECT_EQ(NumberOf([&] { second->Open(asyncOptions); }), errorNumber::application);
+  EXPECT_EQ(ErrorNumberOf([&] { second->Open(asyncOptions); }), errorNumber::application);
   Drain();
-  EXPECT_EQ(NumberOf([&] { Command(*connection, " \n")->Open(0); }), errorNumber::application);
+  EXPECT_EQ(ErrorNumberOf([&] { Command(*connection, " \n")->Open(0); }), errorNumber::application);
 }
 
 TEST_F(FakeDataTest, NoticesFollowASuccess) {
@@ -326,7 +317,7 @@ TEST_F(FakeDataTest, ClosingEndsWhatRuns) {
 TEST_F(FakeDataTest, ClosingFailsOnDemand) {
   data_.closeFailure = FakeError("stuck");
   const auto connection = Connect();
-  EXPECT_EQ(NumberOf([&] { connection->Close(); }), errorNumber::database);
+  EXPECT_EQ(ErrorNumberOf([&] { connection->Close(); }), errorNumber::database);
 }
 
 TEST_F(FakeDataTest, AnswersOfOneTextComeInOrder) {
@@ -352,7 +343,8 @@ TEST_F(FakeDataTest, CatalogsAreChanged) {
   data_.defaultDatabase = "shop";
   const auto connection = Connect();
   EXPECT_EQ(connection->DefaultDatabase(), "shop");
-  EXPECT_EQ(NumberOf([&] { connection->SetDefaultDatabase("[archive]"); }), errorNumber::database);
+  EXPECT_EQ(ErrorNumberOf([&] { connection->SetDefaultDatabase("[archive]"); }),
+            errorNumber::database);
   EXPECT_EQ(connection->DefaultDatabase(), "shop");
   connection->SetDefaultDatabase("ARCHIVE");
   EXPECT_EQ(connection->DefaultDatabase(), "archive");
@@ -360,7 +352,8 @@ TEST_F(FakeDataTest, CatalogsAreChanged) {
   connection->SetDefaultDatabase("[shop]");
   EXPECT_EQ(connection->DefaultDatabase(), "shop");
   data_.catalogFailures["archive"] = FakeError("denied");
-  EXPECT_EQ(NumberOf([&] { connection->SetDefaultDatabase("archive"); }), errorNumber::database);
+  EXPECT_EQ(ErrorNumberOf([&] { connection->SetDefaultDatabase("archive"); }),
+            errorNumber::database);
   EXPECT_THAT(data_.Log().catalogs, ElementsAre("[archive]", "ARCHIVE", "[shop]", "archive"));
 }
 
@@ -378,15 +371,16 @@ TEST_F(FakeDataTest, SchemaRowsetsObeyTheirRestrictions) {
   ASSERT_EQ(columns->RecordCount(), 2);
   EXPECT_EQ(ToText(columns->ValueAt(1, *columns->FindField("ORDINAL_POSITION"))), "2");
   data_.schemaFailures[SchemaRowset::Tables] = FakeError("none", errorNumber::notSupported);
-  EXPECT_EQ(NumberOf([&] { static_cast<void>(connection->OpenSchema(SchemaRowset::Tables, {})); }),
-            errorNumber::notSupported);
+  EXPECT_EQ(
+      ErrorNumberOf([&] { static_cast<void>(connection->OpenSchema(SchemaRowset::Tables, {})); }),
+      errorNumber::notSupported);
 }
 
 TEST_F(FakeDataTest, PropertiesCanBeMissing) {
   data_.properties.Clear();
   data_.Answer("select", IdAndName(), threeRows).WithoutProperties();
   const auto connection = Connect();
-  EXPECT_EQ(NumberOf([&] {
+  EXPECT_EQ(ErrorNumberOf([&] {
               static_cast<void>(
                   connection->ProviderProperties().At("Data Source Object Threading Model"));
             }),
@@ -408,8 +402,8 @@ TEST_F(FakeDataTest, RecordsAreWalked) {
   EXPECT_EQ(recordset->ActualSize(1), 0);
   recordset->MoveNext();
   EXPECT_TRUE(recordset->Eof());
-  EXPECT_EQ(NumberOf([&] { recordset->MoveNext(); }), errorNumber::noCurrentRecord);
-  EXPECT_EQ(NumberOf([&] { static_cast<void>(recordset->CurrentBookmark()); }),
+  EXPECT_EQ(ErrorNumberOf([&] { recordset->MoveNext(); }), errorNumber::noCurrentRecord);
+  EXPECT_EQ(ErrorNumberOf([&] { static_cast<void>(recordset->CurrentBookmark()); }),
             errorNumber::noCurrentRecord);
   const auto empty = Command(*connection, "none");
   empty->Open(openOption::text);
@@ -427,7 +421,7 @@ TEST_F(FakeDataTest, SortingKeepsBookmarksAndTheCurrentRecord) {
   EXPECT_EQ(ToText(recordset->ValueAt(1, 1)), "a");
   EXPECT_EQ(recordset->CurrentBookmark(), first);
   EXPECT_EQ(recordset->PositionOf(first), 2);
-  EXPECT_EQ(NumberOf([&] { recordset->SetSort("nothing"); }), errorNumber::itemNotFound);
+  EXPECT_EQ(ErrorNumberOf([&] { recordset->SetSort("nothing"); }), errorNumber::itemNotFound);
   EXPECT_EQ(recordset->PositionOf(first), 2);
   recordset->SetSort("");
   EXPECT_EQ(recordset->PositionOf(first), 0);

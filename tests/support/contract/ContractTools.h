@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Error.h"
+#include "tests/support/ErrorNumber.h"
 #include "tests/support/contract/ContractHost.h"
 
 namespace tessel::test {
@@ -44,16 +44,5 @@ class Record {
 };
 
 using Seen = std::vector<std::string>;
-
-/// The number of the Error that `action` raises; 0 when it raises none.
-template <class Action>
-[[nodiscard]] int ErrorNumberOf(Action action) {
-  try {
-    action();
-  } catch (const Error& error) {
-    return error.Number();
-  }
-  return 0;
-}
 
 }  // namespace tessel::test

@@ -2,61 +2,30 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/DataGrid.h"
-#include "tests/support/FakeData.h"
-#include "tests/support/contract/ContractTools.h"
+#include "tests/support/contract/GridWindow.h"
 
 namespace tessel::test {
 
 namespace {
 
-constexpr const char* gridName = "DataGrid";
-
-/// A records window whose grid is shown and not yet bound, and a recordset of three rows.
-struct GridFixture {
-  explicit GridFixture(ContractHost& contractHost)
-      : host(contractHost),
-        data(host.TheDesktop().Events()),
-        windows(host, "frmRecords"),
-        window(*windows.document),
-        grid(window.Find<DataGrid>(gridName)) {
+/// Two results, one of three rows, neither bound yet.
+struct GridFixture : GridWindow {
+  explicit GridFixture(ContractHost& contractHost) : GridWindow(contractHost) {
     data.Answer("rows", {FakeField("id", DataType::Integer), FakeField("name")},
                 {{1, "one"}, {2, "<b>two</b>"}, {3, Value()}});
     data.Answer("none", FakeFields({"id"}), {});
-    connection = data.CreateConnection();
-    connection->Open("", "", 0);
     recordset = Open("rows");
-    grid.SetBounds({60, 1000, 9000, 4500});
-    grid.SetVisible(true);
     grid.RowColChange = record.Noting("moved");
     grid.ButtonClick = [this](int column) { record.Add("button " + std::to_string(column)); };
     host.Settle();
   }
-  ~GridFixture() { grid.SetDataSource(nullptr); }
-  GridFixture(const GridFixture&) = delete;
-  GridFixture& operator=(const GridFixture&) = delete;
 
-  [[nodiscard]] std::shared_ptr<Recordset> Open(const std::string& sql) const {
-    auto opened = connection->CreateRecordset();
-    opened->SetSource(sql);
-    opened->Open(openOption::text);
-    return opened;
-  }
   void Bind() {
     grid.SetDataSource(recordset);
     host.Settle();
     static_cast<void>(record.Take());
   }
   [[nodiscard]] Bookmark At(std::int64_t position) const { return recordset->BookmarkAt(position); }
-
-  ContractHost& host;
-  FakeData data;
-  Framed windows;
-  Window& window;
-  DataGrid& grid;
-  std::shared_ptr<Connection> connection;
-  std::shared_ptr<Recordset> recordset;
-  Record record;
 };
 
 void BindingShowsTheFirstRow(ContractHost& host) {

@@ -2,43 +2,28 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/DataGrid.h"
-#include "tests/support/FakeData.h"
-#include "tests/support/contract/ContractTools.h"
+#include "tests/support/contract/GridWindow.h"
 
 namespace tessel::test {
 
 namespace {
 
-constexpr const char* gridName = "DataGrid";
 constexpr int id = 0;
 constexpr int name = 1;
 constexpr int flag = 2;
 
 Value Number(std::int64_t number) { return number; }
 
-/// A records window with three rows that can be changed.
-struct EditingFixture {
-  explicit EditingFixture(ContractHost& contractHost)
-      : host(contractHost),
-        data(host.TheDesktop().Events()),
-        windows(host, "frmRecords"),
-        window(*windows.document),
-        grid(window.Find<DataGrid>(gridName)) {
+/// Three rows that can be changed.
+struct EditingFixture : GridWindow {
+  explicit EditingFixture(ContractHost& contractHost) : GridWindow(contractHost) {
     data.Answer("rows",
                 {FakeField("id", DataType::Integer), FakeField("name"),
                  FakeField("flag", DataType::Boolean)},
                 {{Number(1), std::string("one"), true},
                  {Number(2), Value(), Value()},
                  {Number(3), std::string(), false}});
-    connection = data.CreateConnection();
-    connection->Open("", "", 0);
-    recordset = connection->CreateRecordset();
-    recordset->SetSource("rows");
-    recordset->SetLockType(LockType::Optimistic);
-    recordset->Open(openOption::text);
-    grid.SetBounds({60, 1000, 9000, 4500});
-    grid.SetVisible(true);
+    recordset = Open("rows", LockType::Optimistic);
     Allow(true);
     grid.SetDataSource(recordset);
     grid.SetFocus();
@@ -47,10 +32,7 @@ struct EditingFixture {
     grid.RowColChange = record.Noting("moved");
     grid.LeaveRow = [this](bool& stay) { Leave(stay); };
   }
-  ~EditingFixture() {
-    grid.LeaveRow = nullptr;
-    grid.SetDataSource(nullptr);
-  }
+  ~EditingFixture() { grid.LeaveRow = nullptr; }
   EditingFixture(const EditingFixture&) = delete;
   EditingFixture& operator=(const EditingFixture&) = delete;
 
@@ -81,14 +63,6 @@ struct EditingFixture {
     static_cast<void>(record.Take());
   }
 
-  ContractHost& host;
-  FakeData data;
-  Framed windows;
-  Window& window;
-  DataGrid& grid;
-  std::shared_ptr<Connection> connection;
-  std::shared_ptr<Recordset> recordset;
-  Record record;
   bool stays = false;
 };
 
