@@ -25,9 +25,9 @@ void Complete(benchmark::State& state, const char* typed, CompletionMode mode) {
   const Vocabulary::Section section = ManyWords();
   std::size_t found = 0;
   for (auto _ : state) {
-    const Completions completions = FindCompletions(section, typed, mode);
-    found = completions.entries.Size();
-    benchmark::DoNotOptimize(completions);
+    const TextLines words = FindCompletions(section, typed, mode);
+    found = words.Size();
+    benchmark::DoNotOptimize(words);
   }
   state.counters["words"] = words;
   state.counters["found"] = static_cast<double>(found);

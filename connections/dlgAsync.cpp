@@ -52,6 +52,7 @@ void dlgAsync::Reset() {
   window_->Find<Label>("lblMessage").SetCaption("");
   bar_->SetVisible(false);
   bar_->SetValue(0);
+  progress_ = 0;
   window_->Find<Button>("cmdCancel").SetEnabled(true);
   cancelled_ = false;
   done_ = false;
@@ -79,7 +80,7 @@ void dlgAsync::InitProcess(const std::string& message) {
 void dlgAsync::InitProgress(const std::string& message, double maximum) {
   Reset();
   window_->Find<Label>("lblMessage").SetCaption(message);
-  progressStep_ = std::min<std::int64_t>(static_cast<std::int64_t>(std::ceil(maximum / 32)), 16);
+  progressStep_ = static_cast<std::uint32_t>(std::min(std::ceil(maximum / 32), 16.0));
   bar_->SetMax(maximum);
   bar_->SetVisible(true);
   window_->ShowAbove(frame_);
@@ -92,10 +93,13 @@ bool dlgAsync::Yield() {
   return !cancelled_;
 }
 
+/// Called for every record that is converted. The low 32 bits tell whether this is a step, which is
+/// at most 16, and are divided several times as fast as all 64.
 bool dlgAsync::DoProgress(double increment) {
-  const double value = bar_->Value();
-  if (std::llround(value) % progressStep_ == 0) Yield();
-  bar_->SetValue(value + increment);
+  const auto units = static_cast<std::uint32_t>(static_cast<std::int64_t>(progress_ + 0.5));
+  if (units % progressStep_ == 0) Yield();
+  progress_ += increment;
+  bar_->SetValue(progress_);
   return !cancelled_;
 }
 
@@ -131,9 +135,12 @@ bool dlgAsync::ForEach(const std::string& message, std::int64_t count,
   InitProgress(message, static_cast<double>(count));
   bool goesOn = true;
   try {
+    std::int64_t taken = 0;
     for (std::int64_t i = 0; i < count && goesOn; ++i) {
       step(i);
-      if ((i + 1) % atOnce == 0) goesOn = DoProgress(static_cast<double>(atOnce));
+      if (++taken < atOnce) continue;
+      goesOn = DoProgress(static_cast<double>(taken));
+      taken = 0;
     }
   } catch (...) {
     Unload();

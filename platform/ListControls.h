@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Control.h"
@@ -19,11 +21,6 @@ class ListControl : public Control {
   virtual void AddItem(std::string_view text) = 0;  ///< At the end; raises nothing.
   virtual void RemoveItem(int index) = 0;           ///< Raises nothing.
   virtual void Clear() = 0;  ///< Raises nothing; a combo box's text becomes empty.
-  /// Clears and adds all of `items`; hundreds of thousands come without delay. Raises nothing.
-  virtual void SetItems(TextLines items) {
-    Clear();
-    for (std::size_t i = 0; i < items.Size(); ++i) AddItem(items[i]);
-  }
 
   [[nodiscard]] int ListIndex() const { return ReadIndex(); }
   /// Selects an entry; Click follows when another one becomes selected, by the user or by code.
@@ -43,6 +40,15 @@ class ListControl : public Control {
 class ListBox : public ListControl {
  public:
   using ListControl::ListControl;
+
+  /// What is shown of a line; asked for when the entry is looked at.
+  using ShownText = std::function<std::string(std::string_view line)>;
+  /// Clears and adds all of `lines`, shown as they are without `shown`; hundreds of thousands come
+  /// without delay. Raises nothing.
+  virtual void SetLines(TextLines lines, ShownText shown) = 0;
+  /// The line of an entry; List gives what is shown of it.
+  [[nodiscard]] virtual std::string Line(int index) const = 0;
+
   /// Twips that an entry takes from top to bottom: 195 at the small font it was drawn for.
   [[nodiscard]] virtual int RowHeight() const = 0;
 };

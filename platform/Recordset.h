@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -133,6 +134,9 @@ class Recordset {
   virtual void
   MoveTo(Bookmark bookmark) = 0;  ///< Raises noCurrentRecord for a row that is not there.
   [[nodiscard]] virtual ValueView FieldValue(std::size_t field) const = 0;
+  /// The values of as many of its fields as `values` has room for, from field `first` on: the
+  /// record is looked for once, not for each of them.
+  virtual void ReadFields(std::size_t first, std::span<ValueView> values) const = 0;
   /// Length of the current record's value in bytes; 0 for null.
   [[nodiscard]] virtual std::int64_t ActualSize(std::size_t field) const = 0;
 

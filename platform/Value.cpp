@@ -1,7 +1,6 @@
 #include "platform/Value.h"
 
-#include <array>
-#include <charconv>
+#include "platform/NumberText.h"
 
 namespace tessel {
 
@@ -13,13 +12,6 @@ struct Overload : Cases... {
 };
 template <class... Cases>
 Overload(Cases...) -> Overload<Cases...>;  // clang 14 does not deduce it.
-
-template <class Number>
-void AppendNumber(Number number, std::string& out) {
-  std::array<char, 40> buffer;
-  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
-  out.append(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
-}
 
 /// Length of the valid UTF-8 sequence at the start of `text`, or 0.
 std::size_t SequenceLength(std::string_view text) {

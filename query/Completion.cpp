@@ -12,7 +12,7 @@ namespace tessel {
 
 namespace {
 
-constexpr std::size_t ordinaryLength = 32;  ///< Bytes of an entry, as a rule.
+constexpr std::size_t ordinaryLength = 32;  ///< Bytes of a word, as a rule.
 
 /// Whether a word in upper case begins with `typed`, which is in upper case. Words of other
 /// characters than ASCII alone need all of it.
@@ -34,18 +34,16 @@ struct Match {
 std::vector<Match> FindMatches(const Vocabulary::Section& section, std::string_view wanted,
                                CompletionMode mode) {
   std::vector<Match> matches;
-  std::string initials;
   const auto isMatch = [&](std::string_view word) {
-    if (!mode.Initials() || wanted.empty()) return BeginsWith(word, wanted);
-    initials.clear();
-    AppendInitials(initials, word, mode.keepCapitals, mode.splitWords);
-    return initials.starts_with(wanted);
+    return mode.Initials() ? InitialsBeginWith(word, wanted, mode.keepCapitals, mode.splitWords)
+                           : BeginsWith(word, wanted);
   };
-  for (const auto& [name, words] : section) {
-    matches.reserve(matches.size() + (wanted.empty() ? words.size() : 0));
+  std::size_t most = 0;
+  for (const auto& [name, words] : section) most += words.size();
+  matches.reserve(most);  // Room that is never written to takes no memory.
+  for (const auto& [name, words] : section)
     for (const std::string& word : words)
       if (isMatch(word)) matches.push_back({word, std::hash<std::string_view>{}(word)});
-  }
   return matches;
 }
 
@@ -97,23 +95,6 @@ void KeepFirsts(std::vector<Match>& matches) {
   matches.resize(kept);
 }
 
-Completions ToCompletions(const std::vector<Match>& matches, CompletionMode mode) {
-  Completions found;
-  found.entries.Reserve(matches.size(), matches.size() * ordinaryLength);
-  found.wordAt.reserve(matches.size());
-  std::string entry;
-  for (const Match& match : matches) {
-    entry.clear();
-    if (mode.Initials()) {
-      AppendInitials(entry, match.word, mode.keepCapitals, mode.splitWords);
-      entry += ": ";
-    }
-    found.wordAt.push_back(static_cast<std::uint32_t>(entry.size()));
-    found.entries.Add(entry.append(match.word));
-  }
-  return found;
-}
-
 }  // namespace
 
 std::string_view TypedWord(std::string_view text, std::size_t position) {
@@ -123,11 +104,19 @@ std::string_view TypedWord(std::string_view text, std::size_t position) {
   return text.substr(start, end - start);
 }
 
-Completions FindCompletions(const Vocabulary::Section& section, std::string_view typed,
-                            CompletionMode mode) {
+TextLines FindCompletions(const Vocabulary::Section& section, std::string_view typed,
+                          CompletionMode mode) {
   std::vector<Match> matches = FindMatches(section, UpperCase(typed), mode);
   KeepFirsts(matches);
-  return ToCompletions(matches, mode);
+  TextLines words;
+  words.Reserve(matches.size(), matches.size() * ordinaryLength);
+  for (const Match& match : matches) words.Add(match.word);
+  return words;
+}
+
+std::string CompletionEntry(std::string_view word, CompletionMode mode) {
+  if (!mode.Initials()) return std::string(word);
+  return MakeInitials(word, mode.keepCapitals, mode.splitWords).append(": ").append(word);
 }
 
 }  // namespace tessel

@@ -84,25 +84,26 @@ void CompletionList::QuoteSelection() {
 void CompletionList::Complete(Vocabulary::Section& section, CompletionMode mode) {
   section_ = &section;
   mode_ = mode;
-  Completions found = Search();
-  if (found.entries.Size() == 0) return Close();
-  if (found.entries.Size() == 1) return Accept(found.entries[0].substr(found.wordAt[0]));
+  TextLines found = Search();
+  if (found.Size() == 0) return Close();
+  if (found.Size() == 1) return Accept(found[0]);
   Show(std::move(found));
   lstOptions_.SetVisible(true);
   lstOptions_.SetFocus();
 }
 
 /// The typed word is the selected text, or else the run of identifier characters before the caret.
-Completions CompletionList::Search() {
+TextLines CompletionList::Search() {
   std::string typed = txtQuery_.SelText();
   if (typed.empty()) typed = TypedWord(txtQuery_.Text(), txtQuery_.SelStart());
   typedLength_ = typed.size();
   return FindCompletions(*section_, typed, mode_);
 }
 
-void CompletionList::Show(Completions found) {
-  wordAt_ = std::move(found.wordAt);
-  lstOptions_.SetItems(std::move(found.entries));
+void CompletionList::Show(TextLines found) {
+  lstOptions_.SetLines(std::move(found), [mode = mode_](std::string_view word) {
+    return CompletionEntry(word, mode);
+  });
   lstOptions_.SetListIndex(0);
   Place();
 }
@@ -154,8 +155,8 @@ bool CompletionList::lstOptions_KeyPress(const std::string& text) {
 
 /// Shows what matches now. A single match stays to be chosen, for the user is typing.
 void CompletionList::Narrow() {
-  Completions found = Search();
-  if (found.entries.Size() == 0) Close();
+  TextLines found = Search();
+  if (found.Size() == 0) Close();
   else Show(std::move(found));
 }
 
@@ -176,8 +177,7 @@ void CompletionList::Move(int rows) {
 void CompletionList::AcceptSelected() {
   const int index = lstOptions_.ListIndex();
   if (index < 0) return Close();
-  const std::string entry = lstOptions_.List(index);
-  Accept(std::string_view(entry).substr(wordAt_[static_cast<std::size_t>(index)]));
+  Accept(lstOptions_.Line(index));
 }
 
 /// Puts the word in the place of the typed one.

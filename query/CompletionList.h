@@ -1,10 +1,8 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/ListControls.h"
 #include "platform/TextBox.h"
@@ -36,8 +34,8 @@ class CompletionList {
   void QuoteSelection();
 
   void Complete(Vocabulary::Section& section, CompletionMode mode);
-  [[nodiscard]] Completions Search();
-  void Show(Completions found);
+  [[nodiscard]] TextLines Search();
+  void Show(TextLines found);
   void Place();
   void Narrow();
   void Widen();
@@ -51,8 +49,7 @@ class CompletionList {
   Vocabulary& vocabulary_;
   Vocabulary::Section* section_ = nullptr;  ///< Searched last.
   CompletionMode mode_;
-  std::size_t typedLength_ = 0;        ///< Bytes of the typed word before the caret.
-  std::vector<std::uint32_t> wordAt_;  ///< Of each entry shown: where its word begins.
+  std::size_t typedLength_ = 0;  ///< Bytes of the typed word before the caret.
 };
 
 }  // namespace tessel

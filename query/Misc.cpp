@@ -3,8 +3,10 @@
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <array>
 
 #include "platform/Ascii.h"
+#include "platform/NumberText.h"
 
 namespace tessel {
 
@@ -94,13 +96,19 @@ inline void AppendQuoted(std::string& out, std::string_view text, const ValueFor
   else AppendEscapedAndQuoted(out, text, format);
 }
 
-[[gnu::noinline]] void AppendHexBytes(std::string& out, BinaryView binary) {
+void AppendHexBytes(std::string& out, BinaryView binary) {
   out += "0x";
   for (const std::byte byte : binary.bytes) {
     const auto code = std::to_integer<unsigned>(byte);
     out += hexDigits[code >> 4U];
     out += hexDigits[code & 15U];
   }
+}
+
+[[gnu::noinline]] void AppendBinary(std::string& out, BinaryView binary,
+                                    const ValueFormat& format) {
+  if (format.hexBinary) AppendHexBytes(out, binary);
+  else AppendQuoted(out, ToText(binary), format);
 }
 
 /// Appends one value that is not null, by its kind.
@@ -112,13 +120,11 @@ struct ValueAppender {
   void operator()(bool flag) const { out += flag ? '1' : '0'; }
   void operator()(std::string_view text) const { AppendQuoted(out, text, format); }
   void operator()(MomentView moment) const { AppendQuoted(out, moment.text, format); }
-  void operator()(BinaryView binary) const {
-    if (format.hexBinary) AppendHexBytes(out, binary);
-    else AppendQuoted(out, ToText(binary), format);
-  }
+  void operator()(BinaryView binary) const { AppendBinary(out, binary, format); }
+  void operator()(DecimalView decimal) const { out += decimal.digits; }
   template <class Number>
   void operator()(Number number) const {
-    AppendText(number, out);
+    AppendNumber(number, out);
   }
 };
 
@@ -137,28 +143,50 @@ Character DecodeFirst(std::string_view text) {
   return {code, text.substr(0, static_cast<std::size_t>(length))};
 }
 
-/// Calls `visit` with each character's code point and bytes.
-template <class Visit>
-void ForEachCharacter(std::string_view text, Visit visit) {
-  const char* at = text.data();
-  const char* const end = at + text.size();
-  while (at != end) {
-    const auto first = static_cast<unsigned char>(*at);
-    const Character character = IsAscii(first) ? Character{first, {at, 1}} : DecodeFirst({at, end});
-    visit(character.code, character.bytes);
-    at += character.bytes.size();
-  }
+/// Takes the first character off a text that has one.
+Character TakeFirst(std::string_view& text) {
+  const auto byte = static_cast<unsigned char>(text.front());
+  const Character first = IsAscii(byte) ? Character{byte, text.substr(0, 1)} : DecodeFirst(text);
+  text.remove_prefix(first.bytes.size());
+  return first;
 }
 
-void AppendUpper(std::string& out, utf8proc_int32_t code, std::string_view bytes) {
-  if (IsAscii(code)) {
-    out += AsciiUpper(static_cast<char>(code));
-  } else if (code < 0) {
-    out += bytes;
-  } else {
-    utf8proc_uint8_t buffer[4];
-    const auto length = utf8proc_encode_char(utf8proc_toupper(code), buffer);
-    out.append(reinterpret_cast<const char*>(buffer), static_cast<std::size_t>(length));
+/// A character in upper case.
+class UpperCharacter {
+ public:
+  explicit UpperCharacter(const Character& character) {
+    if (IsAscii(character.code)) {
+      bytes_[0] = AsciiUpper(static_cast<char>(character.code));
+    } else if (character.code < 0) {
+      bytes_[0] = character.bytes.front();
+    } else {
+      auto* const start = reinterpret_cast<utf8proc_uint8_t*>(bytes_.data());
+      size_ =
+          static_cast<std::size_t>(utf8proc_encode_char(utf8proc_toupper(character.code), start));
+    }
+  }
+  [[nodiscard]] std::string_view Bytes() const { return {bytes_.data(), size_}; }
+
+ private:
+  std::array<char, 4> bytes_;
+  std::size_t size_ = 1;
+};
+
+bool IsCapital(char c) { return c >= 'A' && c <= 'Z'; }
+bool EndsWord(char c) { return c == '_' || static_cast<unsigned char>(c) <= ' '; }
+
+/// Calls `take` with each initial of a name, until that returns false.
+template <class Take>
+void ForEachInitial(std::string_view name, bool keepCapitals, bool splitWords, Take take) {
+  while (!name.empty()) {
+    const Character character = TakeFirst(name);
+    if (!take(UpperCharacter(character).Bytes())) return;
+    char before = character.bytes.front();
+    while (!name.empty() && !(splitWords && EndsWord(before)) &&
+           !(keepCapitals && IsCapital(name.front()))) {
+      before = name.front();
+      name.remove_prefix(1);
+    }
   }
 }
 
@@ -187,26 +215,30 @@ std::string UpperCase(std::string_view text) {
   if (std::ranges::all_of(text, [](unsigned char c) { return IsAscii(c); }))
     return AsciiUpper(text);
   std::string result;
-  ForEachCharacter(text, [&](utf8proc_int32_t code, std::string_view bytes) {
-    AppendUpper(result, code, bytes);
-  });
+  while (!text.empty()) result += UpperCharacter(TakeFirst(text)).Bytes();
   return result;
-}
-
-void AppendInitials(std::string& out, std::string_view name, bool keepCapitals, bool splitWords) {
-  bool startsWord = true;
-  ForEachCharacter(name, [&](utf8proc_int32_t code, std::string_view bytes) {
-    if (startsWord && IsAscii(code)) out += AsciiUpper(bytes.front());
-    else if (startsWord) AppendUpper(out, code, bytes);
-    else if (keepCapitals && code >= 'A' && code <= 'Z') out += bytes.front();
-    startsWord = splitWords && (code == '_' || (code >= 0 && code <= ' '));
-  });
 }
 
 std::string MakeInitials(std::string_view name, bool keepCapitals, bool splitWords) {
-  std::string result;
-  AppendInitials(result, name, keepCapitals, splitWords);
-  return result;
+  std::string initials;
+  ForEachInitial(name, keepCapitals, splitWords, [&](std::string_view initial) {
+    initials += initial;
+    return true;
+  });
+  return initials;
+}
+
+bool InitialsBeginWith(std::string_view name, std::string_view wanted, bool keepCapitals,
+                       bool splitWords) {
+  std::size_t equal = 0;
+  ForEachInitial(name, keepCapitals, splitWords, [&](std::string_view initial) {
+    for (const char byte : initial) {
+      if (equal == wanted.size() || byte != wanted[equal]) return false;
+      ++equal;
+    }
+    return equal < wanted.size();
+  });
+  return equal == wanted.size();
 }
 
 std::string ByteToHex(unsigned char byte) { return {hexDigits[byte >> 4U], hexDigits[byte & 15U]}; }

@@ -48,8 +48,9 @@ using ConnectionPairs = std::map<std::string, std::string, std::less<>>;
 /// word also starts after "_", a space or a control character; with `keepCapitals` ASCII capitals
 /// inside a word are kept.
 [[nodiscard]] std::string MakeInitials(std::string_view name, bool keepCapitals, bool splitWords);
-/// Adds it to the end of `out`.
-void AppendInitials(std::string& out, std::string_view name, bool keepCapitals, bool splitWords);
+/// Whether MakeInitials gives a text that begins with `wanted`; looks no further than needed.
+[[nodiscard]] bool InitialsBeginWith(std::string_view name, std::string_view wanted,
+                                     bool keepCapitals, bool splitWords);
 
 /// Two upper-case hexadecimal digits.
 [[nodiscard]] std::string ByteToHex(unsigned char byte);

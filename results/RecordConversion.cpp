@@ -103,11 +103,12 @@ void RecordConversion::ConvertRecords(std::string& text, const RecordFormat& for
   const bool all = selected.empty();
   const auto count = all ? rows->RecordCount() : static_cast<std::int64_t>(selected.size());
   TextRoom room(text, count);
+  RecordFormatter formatter(format, columns);
   if (all) rows->MoveFirst();
   async_.ForEach(ProgressMessage(count, !all), count, [&](std::int64_t i) {
     if (!all) rows->MoveTo(selected[static_cast<std::size_t>(i)]);
     if (i != 0) text += format.record.separator;
-    FormatRecord(text, *rows, columns, format);
+    formatter.FormatRecord(text, *rows);
     if (all) rows->MoveNext();
     room.Note(i + 1);
   });

@@ -1,6 +1,7 @@
 #include "results/RecordFormat.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/Ascii.h"
 
@@ -16,14 +17,20 @@ inline void AppendSeparator(std::string& out, const std::string& separator) {
 
 }  // namespace
 
-void FormatRecord(std::string& out, const Recordset& rows, ColumnRange columns,
-                  const RecordFormat& format) {
-  out += format.record.prefix;
-  for (int column = columns.first; column <= columns.last; ++column) {
-    if (column != columns.first) AppendSeparator(out, format.field.delimiters.separator);
-    AppendFormattedValue(out, rows.FieldValue(static_cast<std::size_t>(column)), format.field);
+RecordFormatter::RecordFormatter(const RecordFormat& format, ColumnRange columns)
+    : format_(format),
+      first_(static_cast<std::size_t>(columns.first)),
+      values_(static_cast<std::size_t>(std::max(columns.last - columns.first + 1, 0))) {}
+
+void RecordFormatter::FormatRecord(std::string& out, const Recordset& rows) {
+  rows.ReadFields(first_, values_);
+  out += format_.record.prefix;
+  bool isFirst = true;
+  for (const ValueView& value : values_) {
+    if (!std::exchange(isFirst, false)) AppendSeparator(out, format_.field.delimiters.separator);
+    AppendFormattedValue(out, value, format_.field);
   }
-  out += format.record.suffix;
+  out += format_.record.suffix;
 }
 
 std::string FormatHeader(const std::vector<FieldInfo>& fields, ColumnRange columns,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,9 +24,20 @@ struct RecordFormat {
   PieceFormat record;  ///< Its separator stands between the records.
 };
 
-/// Appends the current record of `rows` to `out`. Raises Error when there is none.
-void FormatRecord(std::string& out, const Recordset& rows, ColumnRange columns,
-                  const RecordFormat& format);
+/// Writes records as text.
+class RecordFormatter {
+ public:
+  /// `format` outlives this object.
+  RecordFormatter(const RecordFormat& format, ColumnRange columns);
+
+  /// Appends the current record of `rows` to `out`. Raises Error when there is none.
+  void FormatRecord(std::string& out, const Recordset& rows);
+
+ private:
+  const RecordFormat& format_;
+  std::size_t first_;
+  std::vector<ValueView> values_;  ///< Of the record that was appended last.
+};
 
 /// The names of the fields in one line, as they are; in brackets where QuoteIdentifier says so when
 /// `bracketNames`.

@@ -197,11 +197,19 @@ void ClientRecordset::MoveTo(Bookmark bookmark) {
   atNew_ = position_ == rows_->Count();
 }
 
-/// Asked for every cell that is converted: without a call inside.
-[[gnu::flatten]] ValueView ClientRecordset::FieldValue(std::size_t field) const {
+ValueView ClientRecordset::FieldValue(std::size_t field) const {
   const std::int64_t row = CurrentRow();
   RequireField(field);
   return rows_->At(row, field);
+}
+
+/// Asked for every record that is converted: without a call inside.
+[[gnu::flatten]] void ClientRecordset::ReadFields(std::size_t first,
+                                                  std::span<ValueView> values) const {
+  const std::int64_t row = CurrentRow();
+  if (values.empty()) return;
+  RequireField(first + values.size() - 1);
+  rows_->Read(row, first, values);
 }
 
 std::int64_t ClientRecordset::ActualSize(std::size_t field) const {

@@ -60,6 +60,7 @@ class ClientRecordset : public Recordset,
   [[nodiscard]] Bookmark CurrentBookmark() const override;
   void MoveTo(Bookmark bookmark) override;
   [[nodiscard]] ValueView FieldValue(std::size_t field) const override;
+  void ReadFields(std::size_t first, std::span<ValueView> values) const override;
   [[nodiscard]] std::int64_t ActualSize(std::size_t field) const override;
 
   [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType lock) override;

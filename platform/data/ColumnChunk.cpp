@@ -4,17 +4,17 @@
 
 namespace tessel {
 
-ValueView ColumnChunk::MixedAt(std::size_t row) const {
+void ColumnChunk::ReadMixed(std::size_t row, ValueView& value) const {
   const auto cell = kinds.At<CellKind>(row);
   const auto bits = cells.At<std::uint64_t>(row);
   switch (cell) {
-    case CellKind::Null: return std::monostate{};
-    case CellKind::Boolean: return bits != 0;
-    case CellKind::Integer: return static_cast<std::int64_t>(bits);
-    case CellKind::Unsigned: return bits;
-    case CellKind::Single: return std::bit_cast<float>(static_cast<std::uint32_t>(bits));
-    case CellKind::Double: return std::bit_cast<double>(bits);
-    default: return ArenaView(cell, std::bit_cast<ArenaSlice>(bits));
+    case CellKind::Null: value = std::monostate{}; return;
+    case CellKind::Boolean: value = bits != 0; return;
+    case CellKind::Integer: value = static_cast<std::int64_t>(bits); return;
+    case CellKind::Unsigned: value = bits; return;
+    case CellKind::Single: value = std::bit_cast<float>(static_cast<std::uint32_t>(bits)); return;
+    case CellKind::Double: value = std::bit_cast<double>(bits); return;
+    default: ReadArena(cell, std::bit_cast<ArenaSlice>(bits), value);
   }
 }
 

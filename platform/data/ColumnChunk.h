@@ -51,7 +51,13 @@ struct ColumnChunk {
   GrowBuffer kinds;  ///< Mixed only.
   GrowBuffer arena;
 
-  [[nodiscard]] ValueView At(std::size_t row) const;
+  [[nodiscard]] ValueView At(std::size_t row) const {
+    ValueView value;
+    Read(row, value);
+    return value;
+  }
+  /// The same, put where it is wanted: a value made elsewhere and moved there takes longer.
+  void Read(std::size_t row, ValueView& value) const;
   [[nodiscard]] bool IsNullAt(std::size_t row) const {
     if (kind == CellKind::Null) return true;
     if (kind == CellKind::Mixed) return kinds.At<CellKind>(row) == CellKind::Null;
@@ -67,8 +73,8 @@ struct ColumnChunk {
   }
 
  private:
-  [[nodiscard]] ValueView MixedAt(std::size_t row) const;
-  [[nodiscard]] ValueView ArenaView(CellKind of, ArenaSlice slice) const;
+  void ReadMixed(std::size_t row, ValueView& value) const;
+  void ReadArena(CellKind of, ArenaSlice slice, ValueView& value) const;
 };
 
 /// Up to `maxRows` rows, never changed once made: handed from the worker to cursors without a copy.
@@ -86,27 +92,31 @@ struct Chunk {
 
 using ChunkPtr = std::shared_ptr<const Chunk>;
 
-inline ValueView ColumnChunk::ArenaView(CellKind of, ArenaSlice slice) const {
+inline void ColumnChunk::ReadArena(CellKind of, ArenaSlice slice, ValueView& value) const {
   const std::byte* start = arena.Data() + slice.offset;
   const std::string_view text(reinterpret_cast<const char*>(start), slice.size);
   switch (of) {
-    case CellKind::Decimal: return DecimalView{text};
-    case CellKind::Moment: return MomentView{text};
-    case CellKind::Text: return text;
-    default: return BinaryView{{start, slice.size}};
+    case CellKind::Decimal: value.emplace<DecimalView>(text); return;
+    case CellKind::Moment: value.emplace<MomentView>(text); return;
+    case CellKind::Text: value.emplace<std::string_view>(text); return;
+    default: value.emplace<BinaryView>(std::span(start, slice.size)); return;
   }
 }
 
-inline ValueView ColumnChunk::At(std::size_t row) const {
-  if (kind == CellKind::Mixed) return MixedAt(row);
-  if (IsNullAt(row)) return std::monostate{};
-  switch (kind) {
-    case CellKind::Boolean: return cells.At<std::uint8_t>(row) != 0;
-    case CellKind::Integer: return cells.At<std::int64_t>(row);
-    case CellKind::Unsigned: return cells.At<std::uint64_t>(row);
-    case CellKind::Single: return cells.At<float>(row);
-    case CellKind::Double: return cells.At<double>(row);
-    default: return ArenaView(kind, SliceAt(row));
+inline void ColumnChunk::Read(std::size_t row, ValueView& value) const {
+  if (kind == CellKind::Mixed) {
+    ReadMixed(row, value);
+  } else if (IsNullAt(row)) {
+    value.emplace<std::monostate>();
+  } else {
+    switch (kind) {
+      case CellKind::Boolean: value.emplace<bool>(cells.At<std::uint8_t>(row) != 0); return;
+      case CellKind::Integer: value.emplace<std::int64_t>(cells.At<std::int64_t>(row)); return;
+      case CellKind::Unsigned: value.emplace<std::uint64_t>(cells.At<std::uint64_t>(row)); return;
+      case CellKind::Single: value.emplace<float>(cells.At<float>(row)); return;
+      case CellKind::Double: value.emplace<double>(cells.At<double>(row)); return;
+      default: ReadArena(kind, SliceAt(row), value); return;
+    }
   }
 }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -90,6 +91,15 @@ class ResultRows {
       if (found != overlay_.end() && found->second[field]) return ToView(*found->second[field]);
     }
     return row < store.Rows() ? store.At(row, field) : std::monostate{};
+  }
+
+  /// As many cells of a row as `values` has room for, from field `first` on, each as by At.
+  void Read(std::int64_t row, std::size_t first, std::span<ValueView> values) const {
+    const bool asStored = overlay_.empty() && !pending && row < store.Rows();
+    if (asStored) [[likely]]
+      store.Read(row, first, values);
+    else
+      for (ValueView& value : values) value = At(row, first++);
   }
 
   void DropPending();

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "platform/data/ColumnChunk.h"
@@ -20,6 +21,13 @@ class RowStore {
   [[nodiscard]] ValueView At(std::int64_t row, std::size_t column) const {
     const std::size_t index = ChunkOf(row);
     return chunks_[index]->columns[column].At(static_cast<std::size_t>(row - starts_[index]));
+  }
+  /// As many cells of a row as `values` has room for, from `column` on.
+  void Read(std::int64_t row, std::size_t column, std::span<ValueView> values) const {
+    const std::size_t index = ChunkOf(row);
+    const ColumnChunk* cells = &chunks_[index]->columns[column];
+    for (ValueView& value : values)
+      (cells++)->Read(static_cast<std::size_t>(row - starts_[index]), value);
   }
   [[nodiscard]] const std::vector<ChunkPtr>& Chunks() const { return chunks_; }
   /// Bytes of memory that all cells take, as allocated; cells that stand in a file take none.

@@ -55,6 +55,9 @@ class GeneratedRows final : public Recordset {
   [[nodiscard]] ValueView FieldValue(std::size_t field) const override {
     return ValueAt(at_, field);
   }
+  void ReadFields(std::size_t first, std::span<ValueView> values) const override {
+    for (ValueView& value : values) value = FieldValue(first++);
+  }
   [[nodiscard]] std::int64_t ActualSize(std::size_t /*field*/) const override { return 0; }
   [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType /*lock*/) override;
   void SetSort(const std::string& /*order*/) override {}

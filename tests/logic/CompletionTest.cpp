@@ -26,7 +26,10 @@ std::vector<std::string> AllOf(const TextLines& lines) {
 
 std::vector<std::string> Found(const Vocabulary::Section& section, std::string_view typed,
                                CompletionMode mode) {
-  return AllOf(FindCompletions(section, typed, mode).entries);
+  const TextLines words = FindCompletions(section, typed, mode);
+  std::vector<std::string> entries;
+  for (std::size_t i = 0; i < words.Size(); ++i) entries.push_back(CompletionEntry(words[i], mode));
+  return entries;
 }
 
 TEST(TextLinesTest, HoldsLinesAndLetsThemGo) {
@@ -96,11 +99,10 @@ TEST(FindCompletionsTest, BothKindsOfInitialsTogether) {
   EXPECT_THAT(Found(section, "fb", byBoth), ElementsAre("FBBQ: fooBar_bazQux", "FB: foo_bar"));
 }
 
-TEST(FindCompletionsTest, TellsWhereTheWordBeginsInItsEntry) {
+TEST(FindCompletionsTest, GivesTheWordsThatTheEntriesStandFor) {
   const Vocabulary::Section section = {{"d1", {"odd: name"}}};
-  const Completions found = FindCompletions(section, "", byWords);
-  ASSERT_THAT(AllOf(found.entries), ElementsAre("ON: odd: name"));
-  EXPECT_EQ(found.entries[0].substr(found.wordAt[0]), "odd: name");
+  EXPECT_THAT(AllOf(FindCompletions(section, "", byWords)), ElementsAre("odd: name"));
+  EXPECT_EQ(CompletionEntry("odd: name", byWords), "ON: odd: name");
 }
 
 /// The rule as it is written down: a key for each word, a scan for each entry.

@@ -198,6 +198,10 @@ ValueView FakeRecordset::FieldValue(std::size_t field) const {
   return ValueAt(position_, field);
 }
 
+void FakeRecordset::ReadFields(std::size_t first, std::span<ValueView> values) const {
+  for (ValueView& value : values) value = FieldValue(first++);
+}
+
 std::int64_t FakeRecordset::ActualSize(std::size_t field) const {
   const ValueView value = FieldValue(field);
   if (IsNull(value)) return 0;

@@ -70,6 +70,7 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
   [[nodiscard]] Bookmark CurrentBookmark() const override;
   void MoveTo(Bookmark bookmark) override;
   [[nodiscard]] ValueView FieldValue(std::size_t field) const override;
+  void ReadFields(std::size_t first, std::span<ValueView> values) const override;
   [[nodiscard]] std::int64_t ActualSize(std::size_t field) const override;
 
   [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType lock) override;

@@ -77,7 +77,25 @@ class HeadlessListControl : public Headless<Kind>, public EntryPicker {
 class HeadlessListBox final : public HeadlessListControl<ListBox> {
  public:
   using HeadlessListControl::HeadlessListControl;
+  void Clear() override {
+    HeadlessListControl::Clear();
+    shown_ = nullptr;
+  }
+  void SetLines(TextLines lines, ShownText shown) override {
+    Clear();
+    for (std::size_t i = 0; i < lines.Size(); ++i) AddItem(lines[i]);
+    shown_ = std::move(shown);
+  }
+  [[nodiscard]] std::string Line(int index) const override {
+    return HeadlessListControl::List(index);
+  }
+  [[nodiscard]] std::string List(int index) const override {
+    return shown_ ? shown_(Line(index)) : Line(index);
+  }
   [[nodiscard]] int RowHeight() const override { return 195; }
+
+ private:
+  ShownText shown_;
 };
 
 /// An editable box's text is its own: picking an entry sets it, other texts leave no entry

@@ -6,17 +6,6 @@
 
 namespace tessel {
 
-namespace {
-
-QStringList AsStringList(const TextLines& items) {
-  QStringList list;
-  list.reserve(static_cast<qsizetype>(items.Size()));
-  for (std::size_t i = 0; i < items.Size(); ++i) list.append(ToQt(items[i]));
-  return list;
-}
-
-}  // namespace
-
 QtListBox::QtListBox(QListView& widget, const ControlSite& site)
     : ControlOf(widget, site), model_(std::make_unique<TextListModel>()) {
   widget.setUniformItemSizes(true);
@@ -42,9 +31,9 @@ void QtListBox::RemoveItem(int index) {
   --quiet_;
 }
 
-void QtListBox::SetItems(TextLines items) {
+void QtListBox::SetLines(TextLines lines, ShownText shown) {
   ++quiet_;
-  model_->SetAll(std::move(items));
+  model_->SetAll(std::move(lines), std::move(shown));
   --quiet_;
 }
 
@@ -91,13 +80,6 @@ void QtComboBox::Clear() {
   const QSignalBlocker silence(TheWidget());
   TheWidget().clear();
   if (Editable()) TheWidget().clearEditText();
-}
-
-void QtComboBox::SetItems(TextLines items) {
-  const QSignalBlocker silence(TheWidget());
-  Clear();
-  TheWidget().addItems(AsStringList(items));
-  TheWidget().setCurrentIndex(-1);
 }
 
 void QtComboBox::SelectAllText() {

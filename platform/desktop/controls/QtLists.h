@@ -17,8 +17,9 @@ class QtListBox final : public ControlOf<ListBox, QListView> {
   [[nodiscard]] std::string List(int index) const override { return model_->Text(index); }
   void AddItem(std::string_view text) override;
   void RemoveItem(int index) override;
-  void Clear() override { SetItems({}); }
-  void SetItems(TextLines items) override;
+  void Clear() override { SetLines({}, nullptr); }
+  void SetLines(TextLines lines, ShownText shown) override;
+  [[nodiscard]] std::string Line(int index) const override { return model_->Line(index); }
   [[nodiscard]] int RowHeight() const override;
 
  protected:
@@ -38,7 +39,6 @@ class QtComboBox final : public ControlOf<ComboBox, QComboBox> {
   void AddItem(std::string_view text) override;
   void RemoveItem(int index) override;
   void Clear() override;
-  void SetItems(TextLines items) override;
   [[nodiscard]] bool Editable() const override { return TheWidget().isEditable(); }
   void SelectAllText() override;
 

@@ -6,8 +6,12 @@
 
 namespace tessel {
 
-std::string TextListModel::Text(int line) const {
+std::string TextListModel::Line(int line) const {
   return Holds(line) ? std::string(lines_[static_cast<std::size_t>(line)]) : std::string();
+}
+
+std::string TextListModel::Text(int line) const {
+  return shown_ && Holds(line) ? shown_(lines_[static_cast<std::size_t>(line)]) : Line(line);
 }
 
 void TextListModel::Add(std::string_view text) {
@@ -23,9 +27,10 @@ void TextListModel::Remove(int line) {
   endRemoveRows();
 }
 
-void TextListModel::SetAll(TextLines lines) {
+void TextListModel::SetAll(TextLines lines, ListBox::ShownText shown) {
   beginResetModel();
   lines_ = std::move(lines);
+  shown_ = std::move(shown);
   endResetModel();
 }
 
@@ -35,7 +40,7 @@ int TextListModel::rowCount(const QModelIndex& parent) const {
 
 QVariant TextListModel::data(const QModelIndex& index, int role) const {
   if (role != Qt::DisplayRole || !Holds(index.row())) return {};
-  return ToQt(lines_[static_cast<std::size_t>(index.row())]);
+  return ToQt(Text(index.row()));
 }
 
 }  // namespace tessel

@@ -4,20 +4,23 @@
 #include <string>
 #include <string_view>
 
+#include "platform/ListControls.h"
 #include "platform/TextLines.h"
 
 namespace tessel {
 
-/// Lines of text. They are turned into the toolkit's own texts only when they are drawn: there may
-/// be hundreds of thousands.
+/// Lines of text. What is shown of them is made only when it is drawn: there may be hundreds of
+/// thousands.
 class TextListModel final : public QAbstractListModel {
  public:
   [[nodiscard]] int Count() const { return static_cast<int>(lines_.Size()); }
   /// Empty for a line that is not there.
-  [[nodiscard]] std::string Text(int line) const;
+  [[nodiscard]] std::string Line(int line) const;
+  [[nodiscard]] std::string Text(int line) const;  ///< What is shown of it.
   void Add(std::string_view text);
   void Remove(int line);
-  void SetAll(TextLines lines);
+  /// Without `shown` the lines are shown as they are.
+  void SetAll(TextLines lines, ListBox::ShownText shown);
 
   /// As of every list, only without a look at the columns: a view asks for each line.
   [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex& parent) const override {
@@ -30,6 +33,7 @@ class TextListModel final : public QAbstractListModel {
   [[nodiscard]] bool Holds(int line) const { return line >= 0 && line < Count(); }
 
   TextLines lines_;
+  ListBox::ShownText shown_;
 };
 
 }  // namespace tessel

@@ -1,3 +1,6 @@
+#include <array>
+#include <span>
+
 #include "tests/data/bodies/AllBodies.h"
 
 namespace tessel::test {
@@ -52,6 +55,25 @@ TEST_P(CursorBodies, WithoutRowsBothEndsAreReached) {
   EXPECT_EQ(ErrorOf([&] { recordset->MovePrevious(); }).number, errorNumber::noCurrentRecord);
   recordset->SetSort("id DESC");
   EXPECT_FALSE(recordset->PositionOf(1));
+}
+
+TEST_P(CursorBodies, ReadsSeveralFieldsOfARecordAtOnce) {
+  const auto connection = Connect();
+  const auto recordset = Run(*connection, Db().Series(3));
+  recordset->MoveLast();
+  std::array<ValueView, 2> values;
+  recordset->ReadFields(0, values);
+  EXPECT_EQ(ToText(values[0]), "3");
+  EXPECT_EQ(ToText(values[1]), "row 3");
+  recordset->ReadFields(1, std::span(values).first(1));
+  EXPECT_EQ(ToText(values[0]), "row 3");
+  const std::size_t last = recordset->Fields().size() - 1;
+  recordset->ReadFields(last + 1, {});
+  EXPECT_EQ(ErrorOf([&] { recordset->ReadFields(last, values); }).number,
+            errorNumber::itemNotFound);
+  recordset->MoveNext();
+  EXPECT_EQ(ErrorOf([&] { recordset->ReadFields(0, values); }).number,
+            errorNumber::noCurrentRecord);
 }
 
 TEST_P(CursorBodies, ABookmarkNamesARowForGood) {

@@ -1,3 +1,7 @@
+#include <array>
+#include <string>
+#include <vector>
+
 #include "tests/data/bodies/AllBodies.h"
 
 namespace tessel::test {
@@ -189,6 +193,28 @@ TEST_P(EditBodies, ChangedAndAddedRowsAreSorted) {
   EXPECT_EQ(ToText(recordset->FieldValue(name)), "ape");
   recordset->SetSort("");
   EXPECT_THAT(TextsOf(*recordset, name), ElementsAre("zebra", "two", "three", "ape"));
+}
+
+TEST_P(EditBodies, FieldsReadAtOnceAreThoseReadOneByOne) {
+  const auto recordset = OpenAll();
+  recordset->SetFieldValue(name, Text("written"));
+  recordset->Update(0);
+  recordset->MoveNext();
+  recordset->SetFieldValue(name, Text("pending"));
+  std::array<ValueView, 2> values;
+  std::vector<std::string> names;
+  for (recordset->MoveFirst(); !recordset->Eof(); recordset->MoveNext()) {
+    recordset->ReadFields(id, values);
+    EXPECT_EQ(ToText(values[0]), ToText(recordset->FieldValue(id)));
+    names.push_back(ToText(values[1]));
+  }
+  EXPECT_THAT(names, ElementsAre("written", "pending", "three"));
+  recordset->CancelUpdate();
+  recordset->AddNew();
+  recordset->SetFieldValue(name, Text("new"));
+  recordset->ReadFields(id, values);
+  EXPECT_TRUE(IsNull(values[0]));
+  EXPECT_EQ(ToText(values[1]), "new");
 }
 
 TEST_P(EditBodies, AViewOfAnotherRowOutlivesAChange) {

@@ -138,10 +138,11 @@ std::string Converted(Recordset& rows, const std::string& command, const std::st
   const Conversion& conversion = ConversionOf(command, columns.Several());
   if (conversion.firstColumnOnly) columns.last = 0;
   const ConversionFrame frame = FrameOf(conversion, fields, columns, tableName);
+  RecordFormatter formatter(frame.format, columns);
   std::string text = frame.opening;
   for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) {
     if (text.size() != frame.opening.size()) text += frame.format.record.separator;
-    FormatRecord(text, rows, columns, frame.format);
+    formatter.FormatRecord(text, rows);
   }
   return text + frame.closing;
 }

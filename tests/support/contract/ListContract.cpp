@@ -143,6 +143,28 @@ void AFixedComboBoxShowsItsEntries(ContractHost& host) {
   });
 }
 
+void AListBoxShowsItsLinesAsTold(ContractHost& host) {
+  ForList(host, "frmMain", "lstOptions", [](ListUnderTest& list) {
+    auto& box = dynamic_cast<ListBox&>(list.control);
+    list.Fill();
+    box.SetLines(TextLines({"one", "two"}),
+                 [](std::string_view line) { return "<" + std::string(line) + ">"; });
+    EXPECT_EQ(box.ListCount(), 2);
+    EXPECT_EQ(box.ListIndex(), -1);
+    EXPECT_EQ(box.List(1), "<two>");
+    EXPECT_EQ(box.Line(1), "two");
+    box.AddItem("three");
+    EXPECT_EQ(box.List(2), "<three>");
+    box.RemoveItem(0);
+    EXPECT_EQ(box.List(0), "<two>");
+    box.SetLines(TextLines({"four"}), nullptr);
+    EXPECT_EQ(box.List(0), "four");
+    box.Clear();
+    EXPECT_EQ(box.ListCount(), 0);
+    EXPECT_EQ(list.record.Take(), Seen{});
+  });
+}
+
 void AnEditableComboBoxHasAnyText(ContractHost& host) {
   ForList(host, "dlgDataLink", "cboProvider", [](ListUnderTest& list) {
     auto& box = dynamic_cast<ComboBox&>(list.control);
@@ -197,6 +219,7 @@ std::vector<ContractCase> ListContract() {
           {"RemovingTheSelectedEntryLeavesNone", &RemovingTheSelectedEntryLeavesNone},
           {"ClearingIsSilent", &ClearingIsSilent},
           {"EntriesArePlainText", &EntriesArePlainText},
+          {"AListBoxShowsItsLinesAsTold", &AListBoxShowsItsLinesAsTold},
           {"AFixedComboBoxShowsItsEntries", &AFixedComboBoxShowsItsEntries},
           {"AnEditableComboBoxHasAnyText", &AnEditableComboBoxHasAnyText},
           {"AnEditableComboBoxTakesAnEntrysText", &AnEditableComboBoxTakesAnEntrysText},
