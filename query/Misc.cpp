@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "platform/Ascii.h"
 #include "platform/NumberText.h"
@@ -109,6 +110,12 @@ void AppendHexBytes(std::string& out, BinaryView binary) {
                                     const ValueFormat& format) {
   if (format.hexBinary) AppendHexBytes(out, binary);
   else AppendQuoted(out, ToText(binary), format);
+}
+
+/// Appends what is mostly nothing or a single character, which needs no call.
+inline void AppendShort(std::string& out, const std::string& piece) {
+  if (piece.size() == 1) out += piece.front();
+  else if (!piece.empty()) out += piece;
 }
 
 /// Appends one value that is not null, by its kind.
@@ -243,22 +250,26 @@ bool InitialsBeginWith(std::string_view name, std::string_view wanted, bool keep
 
 std::string ByteToHex(unsigned char byte) { return {hexDigits[byte >> 4U], hexDigits[byte & 15U]}; }
 
-/// Asked for every cell that is converted: with as few calls inside as can be.
-[[gnu::flatten]] void AppendFormattedValue(std::string& out, const ValueView& value,
-                                           const ValueFormat& format) {
-  if (IsNull(value)) {
-    out += format.nullText;
-    return;
-  }
+/// The work for every record that is converted: with as few calls inside as can be.
+[[gnu::flatten]] void AppendFormattedValues(std::string& out, std::span<const ValueView> values,
+                                            const ValueFormat& format) {
   const PieceFormat& around = format.delimiters;
-  if (!around.prefix.empty()) out += around.prefix;
-  std::visit(ValueAppender{out, format}, value);
-  if (!around.suffix.empty()) out += around.suffix;
+  bool isFirst = true;
+  for (const ValueView& value : values) {
+    if (!std::exchange(isFirst, false)) AppendShort(out, around.separator);
+    if (IsNull(value)) {
+      out += format.nullText;
+      continue;
+    }
+    AppendShort(out, around.prefix);
+    std::visit(ValueAppender{out, format}, value);
+    AppendShort(out, around.suffix);
+  }
 }
 
 std::string FormatValue(const ValueView& value, const ValueFormat& format) {
   std::string text;
-  AppendFormattedValue(text, value, format);
+  AppendFormattedValues(text, {&value, 1}, format);
   return text;
 }
 

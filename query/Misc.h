@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -58,8 +59,9 @@ using ConnectionPairs = std::map<std::string, std::string, std::less<>>;
 /// One field value as text. Only texts, moments and binary values shown as text are escaped and
 /// quoted.
 [[nodiscard]] std::string FormatValue(const ValueView& value, const ValueFormat& format);
-/// The same, appended to `out`.
-void AppendFormattedValue(std::string& out, const ValueView& value, const ValueFormat& format);
+/// Appends several values in this form, the delimiters' separator between them.
+void AppendFormattedValues(std::string& out, std::span<const ValueView> values,
+                           const ValueFormat& format);
 
 /// Splits at every ";" and each piece at its first "="; keys are trimmed and upper-cased, values
 /// kept as they are. Empty keys are skipped and the first of two equal keys wins.

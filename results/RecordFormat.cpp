@@ -1,21 +1,10 @@
 #include "results/RecordFormat.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "platform/Ascii.h"
 
 namespace tessel {
-
-namespace {
-
-/// Asked for every cell that is converted: mostly a single character, which needs no call.
-inline void AppendSeparator(std::string& out, const std::string& separator) {
-  if (separator.size() == 1) out += separator.front();
-  else out += separator;
-}
-
-}  // namespace
 
 RecordFormatter::RecordFormatter(const RecordFormat& format, ColumnRange columns)
     : format_(format),
@@ -25,11 +14,7 @@ RecordFormatter::RecordFormatter(const RecordFormat& format, ColumnRange columns
 void RecordFormatter::FormatRecord(std::string& out, const Recordset& rows) {
   rows.ReadFields(first_, values_);
   out += format_.record.prefix;
-  bool isFirst = true;
-  for (const ValueView& value : values_) {
-    if (!std::exchange(isFirst, false)) AppendSeparator(out, format_.field.delimiters.separator);
-    AppendFormattedValue(out, value, format_.field);
-  }
+  AppendFormattedValues(out, values_, format_.field);
   out += format_.record.suffix;
 }
 
