@@ -42,7 +42,7 @@ SchemaBrowser::SchemaBrowser(const Surroundings& around)
       trvBrowser_(around.frame.Find<TreeView>("trvBrowser")),
       tree_(trvBrowser_, around.vocabulary),
       loading_(around.global, around.async, tree_),
-      file_(around.global, tree_),
+      file_(around.global, around.async, tree_),
       fieldVocabulary_(around.global, around.async, around.vocabulary, around.sqlWindow) {
   trvBrowser_.NodeCheck = [this](const std::string& key) { trvBrowser_NodeCheck(key); };
   trvBrowser_.MouseDown = [this](const MouseEvent& event) { trvBrowser_MouseDown(event); };

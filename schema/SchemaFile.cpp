@@ -15,6 +15,7 @@ constexpr std::string_view ending = ".schema.xml";
 constexpr std::uint64_t mostMegabytes = 32;
 constexpr std::uint64_t mostBytes = mostMegabytes << 20U;
 constexpr std::size_t longestName = 4096;
+constexpr std::int64_t tablesAtOnce = 64;  ///< Before the interface has its turn.
 
 /// Takes what the document writes.
 class TextWriter final : public pugi::xml_writer {
@@ -149,8 +150,12 @@ void SchemaFile::Lay(const std::string& databaseKey, const Schema& schema) {
   std::vector<std::string> names;
   for (const TableSchema& table : schema) names.push_back(table.name);
   tree_.AddTables(databaseKey, names);
-  for (const TableSchema& table : schema)
+  const auto addFields = [&](std::int64_t i) {
+    const TableSchema& table = schema[static_cast<std::size_t>(i)];
     if (!table.fields.empty()) tree_.AddFields(TableNodeKey(databaseKey, table.name), table.fields);
+  };
+  async_.ForEach("Reading schema file...", static_cast<std::int64_t>(schema.size()), addFields,
+                 tablesAtOnce);
   tree_.View().SetExpanded(databaseKey, true);
 }
 

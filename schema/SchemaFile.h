@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "app/Help.h"
+#include "connections/dlgAsync.h"
 #include "schema/SchemaTree.h"
 
 namespace tessel {
@@ -25,14 +26,15 @@ namespace tessel {
 /// Writes the tables and fields of a database node to a file and reads them back.
 class SchemaFile {
  public:
-  /// Both outlive this object.
-  SchemaFile(const Global& global, SchemaTree& tree)
-      : global_(global), help_(global), tree_(tree) {}
+  /// All of them outlive this object.
+  SchemaFile(const Global& global, dlgAsync& async, SchemaTree& tree)
+      : global_(global), help_(global), async_(async), tree_(tree) {}
 
   /// Replaces the file, whole or not at all. A failure is shown when `showErrors`.
   void SaveSchemaXML(const std::string& path, const std::string& databaseKey, bool showErrors);
   /// Replaces what hangs on the database node; a failure, shown when `showMessages`, leaves it as
-  /// it was.
+  /// it was. Serves the interface while the fields of many tables come; cancelling keeps those that
+  /// are there.
   void LoadSchemaXML(const std::string& databaseKey, const std::string& path, bool showMessages);
 
  private:
@@ -42,6 +44,7 @@ class SchemaFile {
 
   const Global& global_;
   Help help_;
+  dlgAsync& async_;
   SchemaTree& tree_;
 };
 

@@ -124,20 +124,24 @@ struct Round {
   double held = 0;
   double written = 0;  ///< Into the schema file, and into the tree from it; in own time.
   double read = 0;
+  double readStall = 0;
   double closing = 0;
 };
 
 /// The schema file beside the program, written when the schema was read and read at the next
 /// connection.
-void MeasureFile(Parts& parts, SchemaTree& tree, Round& round) {
+void MeasureFile(Parts& parts, SchemaTree& tree, StallWatch& stalls, Round& round) {
   const std::string path = std::filesystem::temp_directory_path() / "workbench_bench.schema.xml";
-  SchemaFile file(parts.global, tree);
-  const double start = BusyMilliseconds();
+  SchemaFile file(parts.global, parts.async, tree);
+  double start = BusyMilliseconds();
   file.SaveSchemaXML(path, "d1", false);
-  const double written = BusyMilliseconds();
+  round.written = BusyMilliseconds() - start;
+  stalls.Start();
+  start = BusyMilliseconds();
   file.LoadSchemaXML("d1", path, false);
-  round.written = written - start;
-  round.read = BusyMilliseconds() - written;
+  round.read = BusyMilliseconds() - start;
+  stalls.Stop();
+  round.readStall = stalls.Longest();
   std::filesystem::remove(path);
 }
 
@@ -162,7 +166,7 @@ Round MeasureRound(Parts& parts, SchemaTree& tree, const std::shared_ptr<Connect
   if (!loading.LoadSchemaFromDB("d1", connection)) throw std::runtime_error("not loaded");
   round.reloaded = again.Milliseconds();
   if (tree.View().Children("d1").size() < tables) throw std::runtime_error("tables are missing");
-  MeasureFile(parts, tree, round);
+  MeasureFile(parts, tree, stalls, round);
   const StopWatch closing;
   tree.RemoveDatabase("d1");
   parts.desktop.ProcessPending();
@@ -209,6 +213,7 @@ void MeasureSchema(Parts& parts, const std::string& connectionString) {
   Report(name + "stall, own time", Spread(all, &Round::busyStall));
   Report(name + "file written, own time", Spread(all, &Round::written));
   Report(name + "file read, own time", Spread(all, &Round::read));
+  Report(name + "longest stall reading it", Spread(all, &Round::readStall));
   Report(name + "closed in", Spread(all, &Round::closing));
 }
 

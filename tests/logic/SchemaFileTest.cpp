@@ -61,7 +61,7 @@ class SchemaFileTest : public test::SchemaFixture {
     EXPECT_EQ(Tables(), before);
   }
 
-  SchemaFile file{global, tree};
+  SchemaFile file{global, async, tree};
 };
 
 TEST_F(SchemaFileTest, TheDocumentHoldsTablesAndColumnsWithTheirNamesAndNothingElse) {
@@ -84,6 +84,21 @@ TEST_F(SchemaFileTest, ATreeIsSavedAndReadBackInItsOrder) {
   file.LoadSchemaXML("d1", Path(), true);
   EXPECT_EQ(Tables(), shop);
   EXPECT_TRUE(view.Expanded("d1"));
+}
+
+TEST_F(SchemaFileTest, ManyTablesLeaveTheInterfaceItsTurnsAndCanBeCancelled) {
+  Schema schema;
+  for (int i = 0; i < 3'000; ++i) schema.push_back({"t" + std::to_string(10'000 + i), {"id"}});
+  folder.Write("shop.schema.xml", SchemaToXML(schema));
+  int turns = 0;
+  desktop.OnProcessPending([&](int number) {
+    turns = number;
+    if (number == 5) desktop.WindowOf("dlgAsync").Click("cmdCancel");
+  });
+  file.LoadSchemaXML("d1", Path(), true);
+  EXPECT_EQ(turns, 5);
+  EXPECT_EQ(Tables().size(), 3'000U);
+  EXPECT_EQ(WordsOf(vocabulary.Fields()).size(), 5U * 64U) << "those of the tables before";
 }
 
 TEST_F(SchemaFileTest, AwkwardNamesComeBackUnchanged) {
