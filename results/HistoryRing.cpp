@@ -25,9 +25,8 @@ std::size_t LengthOf(std::string_view text, int characters) {
 std::string ShortenForTip(std::string_view text) {
   std::string line;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool lineEnd = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
-    if (lineEnd) ++i;
-    if (lineEnd) line += "  ";
+    if (text.substr(i, 2) == "\r\n") ++i;
+    if (text[i] == '\n') line += "  ";
     else line += text[i] == '\t' ? ' ' : text[i];
   }
   const std::size_t length = LengthOf(line, longestTip);

@@ -49,8 +49,8 @@ QueryHistory::QueryHistory(const Desktop& desktop, Window& window, QueryRunner& 
   cmdProperties_.Click = [this] { runner_.ShowSQL(ring_.At(ring_.Position()).sql); };
   for (const bool forward : {false, true}) {
     Button& button = forward ? cmdHistoryForward_ : cmdHistoryBack_;
-    button.MouseUp = [this, forward](const MouseEvent& event) {
-      if (event.button == MouseButton::Right) ShowHistoryMenu(forward);
+    button.MouseUp = [this, &button, forward](const MouseEvent& event) {
+      if (event.button == MouseButton::Right) ShowMenuOf(button, forward);
     };
   }
   for (int item = 0; item < menuItems; ++item) {
@@ -143,19 +143,21 @@ bool QueryHistory::ShowMenuOf(Button& button, bool forward) {
 }
 
 bool QueryHistory::HandleKey(int keyCode, int shift) {
+  if (shift == shiftState::ctrl && keyCode == 'Q') return Press(cmdProperties_);
+  if (shift == shiftState::alt && keyCode == key::up) return ShowMenuOf(cmdHistoryBack_, false);
+  if (shift == shiftState::alt && keyCode == key::down) return ShowMenuOf(cmdHistoryForward_, true);
+  return HandleRunningKey(keyCode, shift & ~shiftState::shift);
+}
+
+/// Those that run a query go with Shift as well, which shows it first.
+bool QueryHistory::HandleRunningKey(int keyCode, int shift) {
   using namespace shiftState;
-  if (shift == ctrl && keyCode == 'Q') return Press(cmdProperties_);
+  if (shift == none && keyCode == key::f5) return Press(cmdRequery_);
   if (shift == ctrl && keyCode == key::f5) return Press(cmdRequeryTags_);
-  if ((shift & ~shiftState::shift) == none && keyCode == key::f5) return Press(cmdRequery_);
+  if (shift == alt && keyCode == key::left) return Press(cmdHistoryBack_);
+  if (shift == alt && keyCode == key::right) return Press(cmdHistoryForward_);
   if (shift == (ctrl | alt) && keyCode == key::right) return Press(cmdHistoryForwardTags_);
-  if (shift != alt) return false;
-  switch (keyCode) {
-    case key::left: return Press(cmdHistoryBack_);
-    case key::right: return Press(cmdHistoryForward_);
-    case key::up: return ShowMenuOf(cmdHistoryBack_, false);
-    case key::down: return ShowMenuOf(cmdHistoryForward_, true);
-    default: return false;
-  }
+  return false;
 }
 
 }  // namespace tessel

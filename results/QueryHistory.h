@@ -49,6 +49,7 @@ class QueryHistory {
   void SetTip(Button& button, const char* direction, int position);
   void ShowHistoryMenu(bool forward);
   void FillMenuItem(std::size_t item, int position, int step);
+  bool HandleRunningKey(int keyCode, int shift);
   bool ShowMenuOf(Button& button, bool forward);
 
   const Desktop& desktop_;

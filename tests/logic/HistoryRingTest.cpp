@@ -76,7 +76,8 @@ TEST(ShortenForTipTest, CutsBehind80Characters) {
 }
 
 TEST(ShortenForTipTest, PutsTheTextInOneLine) {
-  EXPECT_EQ(ShortenForTip("a\r\nb\tc\nd"), "a  b c\nd");
+  EXPECT_EQ(ShortenForTip("a\r\nb\tc\nd"), "a  b c  d") << "either line end that the editor has";
+  EXPECT_EQ(ShortenForTip("a\rb\r"), "a\rb\r");
 }
 
 }  // namespace

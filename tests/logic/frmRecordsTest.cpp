@@ -481,6 +481,57 @@ TEST_F(frmRecordsTest, TheHistoryMenuShowsAtMostEightNearestFirst) {
   W().PressKey(key::down, shiftState::alt);
 }
 
+TEST_F(frmRecordsTest, TheHistoryMenuShowsAtMostEightOfThoseAhead) {
+  ASSERT_TRUE(Connect());
+  for (int i = 0; i < 12; ++i) RunThreeRows("select " + std::to_string(i));
+  for (int i = 0; i < 11; ++i) W().PressKey(key::left, shiftState::alt);
+  EXPECT_EQ(data.ExecutedSql().back(), "select 0");
+  desktop.ExpectPopup("menuHistory", "mnuHistorical_7", [this] {
+    EXPECT_EQ(W().Menu("mnuHistorical_0").Caption(), "select 1   [3]");
+    EXPECT_EQ(W().Menu("mnuHistorical_7").Caption(), "select 8   [3]");
+  });
+  W().MouseUp("cmdHistoryForward", MouseButton::Right);
+  EXPECT_EQ(data.ExecutedSql().back(), "select 8");
+}
+
+TEST_F(frmRecordsTest, TheRightButtonOnADisabledHistoryButtonShowsNoMenu) {
+  ASSERT_TRUE(Connect());
+  RunThreeRows("select 1");
+  W().MouseUp("cmdHistoryBack", MouseButton::Right);
+  W().MouseUp("cmdHistoryForward", MouseButton::Right);
+}
+
+TEST_F(frmRecordsTest, ANewQueryAfterSteppingBackLeavesNothingAhead) {
+  ASSERT_TRUE(Connect());
+  for (const char* sql : {"select 1", "select 2", "select 3"}) RunThreeRows(sql);
+  W().PressKey(key::left, shiftState::alt);
+  W().PressKey(key::left, shiftState::alt);
+  EXPECT_TRUE(W().Find<Button>("cmdHistoryForward").Enabled());
+  RunThreeRows("select 4");
+  EXPECT_FALSE(W().Find<Button>("cmdHistoryForward").Enabled());
+  EXPECT_EQ(W().Find<Button>("cmdHistoryBack").ToolTip(), "Back to 3 record(s) of: select 1");
+}
+
+TEST_F(frmRecordsTest, HistoryKeysWithShiftShowTheQueryFirst) {
+  ASSERT_TRUE(Connect());
+  RunThreeRows("select 1");
+  RunThreeRows("select 2");
+  desktop.HoldKey(key::shift);
+  std::vector<std::string> shown;
+  const auto notNow = [&](test::HeadlessWindow& w) {
+    shown.push_back(w.Find<RichTextBox>("txtText").Text());
+    w.Click("cmdCancel");
+  };
+  for (const auto& [keyCode, shift] :
+       {std::pair(int{key::left}, shiftState::alt), std::pair(int{key::f5}, shiftState::none)}) {
+    desktop.OnModal("frmText", notNow);
+    W().PressKey(keyCode, shift | shiftState::shift);
+  }
+  EXPECT_EQ(shown, (std::vector<std::string>{"select 1", "select 2"}));
+  EXPECT_EQ(data.ExecutedSql().back(), "select 2") << "none ran";
+  EXPECT_TRUE(W().Find<Button>("cmdHistoryBack").Enabled());
+}
+
 TEST_F(frmRecordsTest, QueryPropertiesShowTheSqlBehindTheRows) {
   ASSERT_TRUE(Connect());
   RunThreeRows("select 1");
