@@ -131,7 +131,10 @@ std::shared_ptr<Recordset> dlgAsync::Read(Connection& connection, std::shared_pt
 
 bool dlgAsync::ForEach(const std::string& message, std::int64_t count,
                        const std::function<void(std::int64_t)>& step, std::int64_t atOnce) {
-  if (count == 0) return true;
+  if (count < atOnce) {
+    for (std::int64_t i = 0; i < count; ++i) step(i);
+    return true;
+  }
   InitProgress(message, static_cast<double>(count));
   bool goesOn = true;
   try {

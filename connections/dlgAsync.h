@@ -73,9 +73,9 @@ class dlgAsync {
   void Unload();
 
   /// A whole loop under a bar: calls `step` with 0, 1, ... below `count`, ends early once the user
-  /// has cancelled, and unloads in any case. Nothing is shown for a count of 0. False when
-  /// cancelled. Steps that take next to no time are better taken several at once before the
-  /// interface has its turn.
+  /// has cancelled, and unloads in any case. False when cancelled. Steps that take next to no time
+  /// are better taken several at once before the interface has its turn; nothing is shown for fewer
+  /// than these.
   bool ForEach(const std::string& message, std::int64_t count,
                const std::function<void(std::int64_t)>& step, std::int64_t atOnce = 1);
 

@@ -74,11 +74,14 @@ std::shared_ptr<Connection> SchemaBrowser::ConnectionOf(const std::string& key) 
 // --------------------------------------------------------------------------------------------
 
 void SchemaBrowser::trvBrowser_NodeCheck(const std::string& key) {
+  pressedOnNode_ = false;  // It was the check box: a second press checks again.
   if (KindOfNode(key) == NodeKind::Table) tree_.CheckFields(key, trvBrowser_.Checked(key));
 }
 
 void SchemaBrowser::trvBrowser_MouseDown(const MouseEvent& event) {
-  pressedOnNode_ = !trvBrowser_.NodeAt(event.x, event.y).empty();
+  const std::string key = trvBrowser_.NodeAt(event.x, event.y);
+  pressedOnNode_ = event.button == MouseButton::Left && !key.empty() &&
+                   event.x >= trvBrowser_.NodeBounds(key).left;
 }
 
 void SchemaBrowser::trvBrowser_MouseUp(const MouseEvent& event) {

@@ -83,7 +83,7 @@ class SchemaBrowser {
   SchemaLoading loading_;
   SchemaFile file_;
   FieldVocabulary fieldVocabulary_;
-  bool pressedOnNode_ = true;  ///< Where the mouse button went down last.
+  bool pressedOnNode_ = true;  ///< Not beside one, on its arrow or its check box, with the mouse.
 };
 
 }  // namespace tessel

@@ -110,6 +110,19 @@ TEST_F(WorkbenchTest, ADoubleClickTakesTheNameAndLeavesTheNodeAsItWas) {
   EXPECT_EQ(Box().Text(), "CustomersCustomers");
 }
 
+TEST_F(WorkbenchTest, ADoubleClickOnTheArrowOrTheCheckBoxTakesNothing) {
+  StartWithSchema();
+  const QPoint text = TextOf(customers);
+  const int left = Scale().Pixels(Tree().NodeBounds(customers)).left();
+  for (const int beside : {left - 8, left + 8}) {
+    const QPoint place(beside, text.y());
+    QTest::mouseClick(TreeWidget().viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(TreeWidget().viewport(), Qt::LeftButton, {}, place);
+    host.Settle();
+  }
+  EXPECT_EQ(Box().Text(), "");
+}
+
 TEST_F(WorkbenchTest, EnterTakesTheNameAndTurnsTheNode) {
   StartWithSchema();
   Tree().SelectNode("td1.ORDER LINES");

@@ -190,6 +190,17 @@ TEST_F(SchemaBrowserTest, ADoubleClickBesideTheNodesTakesNothing) {
   EXPECT_EQ(host.Taken(), "[Order Details]");
 }
 
+TEST_F(SchemaBrowserTest, ADoubleClickOfAnotherButtonOrOnACheckBoxTakesNothing) {
+  Select(details);
+  const Rect at = view.NodeBounds(details);
+  W().MouseDown("trvBrowser", {MouseButton::Right, 0, at.left, at.top});
+  W().DoubleClick("trvBrowser");
+  W().MouseDown("trvBrowser", {MouseButton::Left, 0, at.left, at.top});
+  Check(details);
+  W().DoubleClick("trvBrowser");
+  EXPECT_EQ(host.Taken(), "");
+}
+
 TEST_F(SchemaBrowserTest, TheEnterKeyTakesTheNameLikeADoubleClick) {
   browser.SetFocus();
   Select("td1.ORDERS");

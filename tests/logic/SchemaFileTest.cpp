@@ -86,6 +86,12 @@ TEST_F(SchemaFileTest, ATreeIsSavedAndReadBackInItsOrder) {
   EXPECT_TRUE(view.Expanded("d1"));
 }
 
+TEST_F(SchemaFileTest, FewTablesAreReadWithoutATurnOfTheInterface) {
+  desktop.OnProcessPending([](int) { FAIL() << "there is nothing to wait for"; });
+  Load(SchemaToXML({{"Orders", {"id"}}}));
+  EXPECT_EQ(Tables(), (Schema{{"Orders", {"id"}}}));
+}
+
 TEST_F(SchemaFileTest, ManyTablesLeaveTheInterfaceItsTurnsAndCanBeCancelled) {
   Schema schema;
   for (int i = 0; i < 3'000; ++i) schema.push_back({"t" + std::to_string(10'000 + i), {"id"}});
