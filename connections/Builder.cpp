@@ -19,9 +19,9 @@ std::string Builder::GetCnStr(Window& owner, const std::string& connectionString
 }
 
 void Builder::cmdOK_Click() {
-  const std::string built = Build();
-  if (built.empty()) return;
-  result_ = built;
+  std::optional<std::string> built = Build();
+  if (!built) return;
+  result_ = *std::move(built);
   window_->Hide();
 }
 

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/Global.h"
@@ -24,9 +25,9 @@ class Builder {
  protected:
   /// Fills the fields.
   virtual void Parse(const std::string& connectionString) = 0;
-  /// The string that the fields describe; empty while a required field is empty: OK then does
+  /// The string that the fields describe; nothing while a required field is empty: OK then does
   /// nothing.
-  [[nodiscard]] virtual std::string Build() const = 0;
+  [[nodiscard]] virtual std::optional<std::string> Build() const = 0;
 
   [[nodiscard]] Window& TheWindow() const { return *window_; }
   [[nodiscard]] TextBox& Box(const char* name) const { return window_->Find<TextBox>(name); }

@@ -22,7 +22,7 @@ void dlgCnAccess::cmdBrowse_Click() {
     Box("txtFile").SetText(dialog.fileName);
 }
 
-std::string dlgCnAccess::Build() const {
+std::optional<std::string> dlgCnAccess::Build() const {
   if (TextOf("txtFile").empty()) return {};
   std::string built = "Provider=" + global_.JetProviderName();
   AppendConnectionStringPair(built, "Data Source", TextOf("txtFile"));

@@ -11,7 +11,7 @@ class dlgCnAccess : public Builder {
 
  private:
   void Parse(const std::string& connectionString) override;
-  [[nodiscard]] std::string Build() const override;
+  [[nodiscard]] std::optional<std::string> Build() const override;
   void cmdBrowse_Click();
 
   const Global& global_;

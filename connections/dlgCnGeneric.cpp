@@ -21,7 +21,7 @@ void dlgCnGeneric::Parse(const std::string& connectionString) {
   Box("txtPassword").SetText(GetConnectionStringValue(pairs, {"Password", "Pwd"}));
 }
 
-std::string dlgCnGeneric::Build() const {
+std::optional<std::string> dlgCnGeneric::Build() const {
   std::string built;
   AppendConnectionStringPair(built, "Provider", cboProvider_.Text());
   AppendConnectionStringPair(built, "Data Source", TextOf("txtDataSource"));

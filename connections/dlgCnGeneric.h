@@ -12,7 +12,7 @@ class dlgCnGeneric : public Builder {
 
  private:
   void Parse(const std::string& connectionString) override;
-  [[nodiscard]] std::string Build() const override;
+  [[nodiscard]] std::optional<std::string> Build() const override;
 
   ComboBox& cboProvider_;
 };

@@ -45,7 +45,7 @@ void dlgCnODBC::ShowMode() {
   SetEditable(Box("txtServer"), optDSNLess_.Value());
 }
 
-std::string dlgCnODBC::Build() const {
+std::optional<std::string> dlgCnODBC::Build() const {
   std::string built;
   if (optDSN_.Value()) {
     AppendConnectionStringPair(built, "DSN", cboDSN_.Text());
@@ -53,7 +53,7 @@ std::string dlgCnODBC::Build() const {
     AppendConnectionStringPair(built, "Driver", "{" + cboDriver_.Text() + "}");
     AppendConnectionStringPair(built, "Server", TextOf("txtServer"));
   }
-  if (built.empty()) return built;
+  if (built.empty()) return std::nullopt;
   AppendConnectionStringPair(built, "Database", TextOf("txtDatabase"));
   AppendConnectionStringPair(built, "UID", TextOf("txtUsername"));
   AppendConnectionStringPair(built, "Pwd", TextOf("txtPassword"));

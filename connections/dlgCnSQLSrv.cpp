@@ -47,7 +47,7 @@ void dlgCnSQLSrv::chkTrusted_Click() {
   SetEditable(Box("txtPassword"), !chkTrusted_.Value());
 }
 
-std::string dlgCnSQLSrv::Build() const {
+std::optional<std::string> dlgCnSQLSrv::Build() const {
   if (TextOf("txtServer").empty()) return {};
   std::string built = "Provider=SQLOLEDB";
   AppendConnectionStringPair(built, "Server", TextOf("txtServer"));

@@ -132,7 +132,7 @@ void RecordEditing::Reject() {
   if (rows == nullptr) return;
   const bool dropped = TryTo([&] {
     dataGrid_.DropEdit();
-    rows->CancelUpdate();
+    if (rows->Editing() != EditMode::None) rows->CancelUpdate();
     dataGrid_.Refresh();
   });
   if (dropped) ShowEditButtons(false);

@@ -211,6 +211,11 @@ TEST_F(RecordConversionTest, TrueIsOneInEveryFormat) {
        "<table border=\"1\">\r\n<tr><th>t</th></tr>\r\n<tr><td>1</td></tr>\r\n</table>\r\n"},
       {"mnuCvtArrayC", "{1}"}};
   for (const auto& [command, text] : expected) EXPECT_EQ(Converted(command.c_str()), text);
+  desktop.OnModal("dlgText", [](test::HeadlessWindow& w) {
+    w.Type("txtText", "flags");
+    w.PressKey(key::enter);
+  });
+  EXPECT_EQ(Converted("mnuCvtInsertSQL"), "INSERT INTO flags(t) VALUES(1)\r\n");
 }
 
 TEST_F(RecordConversionTest, MomentsAreQuotedLikeTexts) {

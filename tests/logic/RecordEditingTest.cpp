@@ -168,6 +168,11 @@ TEST_F(RecordEditingTest, CtrlSAndCtrlRDoNothingWhileTheButtonsAreHidden) {
   Press('R', shiftState::ctrl);
   EXPECT_EQ(data.Log().changes, 0);
   EXPECT_TRUE(NoButtonShows());
+  Grid().DataSource()->SetFieldValue(name, Text("pending, and no button tells it"));
+  Press('S', shiftState::ctrl);
+  EXPECT_EQ(data.Log().changes, 0);
+  Press('R', shiftState::ctrl);
+  EXPECT_EQ(Grid().DataSource()->Editing(), EditMode::InProgress);
 }
 
 TEST_F(RecordEditingTest, MovingWithoutAChangeHidesTheButtons) {
@@ -295,6 +300,10 @@ TEST_F(RecordEditingTest, RowsThatCannotBeWrittenSaySoWhenTheCellIsLeft) {
   EXPECT_TRUE(Grid().EditActive());
   Press(key::escape);
   EXPECT_FALSE(Grid().EditActive());
+  Type("z");
+  W().Click("cmdReject");
+  EXPECT_FALSE(Grid().EditActive());
+  EXPECT_TRUE(NoButtonShows());
 }
 
 TEST_F(RecordEditingTest, AWriteThatIsCancelledStaysPending) {

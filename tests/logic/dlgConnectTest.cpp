@@ -498,6 +498,15 @@ TEST_F(BuilderTest, GenericStringsHoldFiveKeysInOrder) {
   EXPECT_EQ(built, "Provider=SQLite;Data Source=s;Initial Catalog=d;User ID=u");
 }
 
+TEST_F(BuilderTest, AnyProviderNeedsNoField) {
+  const std::string built = Build("cmdDBGeneric", "dlgCnGeneric", "Provider=SQLite", [](Window& w) {
+    w.Find<ComboBox>("cboProvider").SetText("");
+    w.Click("cmdOK");
+    EXPECT_FALSE(w.Visible());
+  });
+  EXPECT_EQ(built, "");
+}
+
 TEST_F(BuilderTest, CancelReturnsTheGivenStringByteForByte) {
   const std::string odd = ";;=;Driver={;é ;x";
   for (const auto& [button, form] :

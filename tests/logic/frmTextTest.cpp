@@ -37,6 +37,9 @@ TEST_F(frmTextTest, AReadOnlyViewerHasNoOkCancelOrOpenAndReturnsFalse) {
     EXPECT_EQ(w.Bounds().width, 9600);
     EXPECT_EQ(w.Bounds().height, 6300);
     w.PressKey('O', shiftState::ctrl);
+    w.Find<RichTextBox>("txtText").SetFocus();
+    w.PressKey(key::enter);
+    EXPECT_TRUE(w.Visible()) << "there is no default button that could be seen";
     w.CloseByControlBox();
   });
   EXPECT_FALSE(accepted);
