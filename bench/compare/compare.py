@@ -45,8 +45,8 @@ class Setting:
     def program(self, name, *arguments, environment=None):
         return figures([str(self.programs / name), *map(str, arguments)], environment)
 
-    def data(self, *arguments, environment=None):
-        return self.program("compare_data", *arguments, environment=environment)
+    def data(self, *arguments):
+        return self.program("compare_data", *arguments)
 
     def raw(self, *arguments):
         return self.program("compare_raw", *arguments)
@@ -339,13 +339,11 @@ def csv(setting, table):
 def big(setting, table):
     target = setting.sqlite(setting.arguments.big_rows)
     rounds = min(setting.arguments.rounds, 3)
-    budget = {"TESSEL_ROW_MEMORY": "512"}
     free, kept = [], []
     setting.data("fetch", target, "select count(*) from orders")
     for _ in range(rounds):
-        free.append(setting.data("fetch", target, QUERY,
-                                 environment={"TESSEL_ROW_MEMORY": "100000"}))
-        kept.append(setting.data("fetch", target, QUERY, environment=budget))
+        free.append(setting.data("fetch-large", target, QUERY, 100000))
+        kept.append(setting.data("fetch-large", target, QUERY, 512))
     text = "%d rows with a budget of 512 MB: " % setting.arguments.big_rows
     if any(result["rows"] != setting.arguments.big_rows for result in kept):
         return table.fail(text, "rows are missing")

@@ -20,8 +20,10 @@ constexpr std::chrono::minutes limit{10};
 
 /// The data layer, its notices delivered on this thread as the program does it.
 struct Platform {
+  explicit Platform(RowMemory memory = RowMemory::OfMachine()) : data(queue, nullptr, memory) {}
+
   test::PumpQueue queue;
-  DataAccessObjects data{queue};
+  DataAccessObjects data;
 
   std::shared_ptr<Connection> Connect(const std::string& connectionString) {
     auto connection = data.CreateConnection();
@@ -50,9 +52,9 @@ void Run(Connection& connection, const std::string& sql) {
   recordset->Open(openOption::text);
 }
 
-/// <connection string> <query>: from the start of the command until its end is announced.
-void Fetch(Arguments arguments) {
-  Platform platform;
+/// From the start of the command until its end is announced.
+void FetchWithin(RowMemory memory, Arguments arguments) {
+  Platform platform(std::move(memory));
   const auto connection = platform.Connect(arguments[0]);
   test::EventLog log;
   const Stopwatch watch;
@@ -64,6 +66,17 @@ void Fetch(Arguments arguments) {
   Say("rows", recordset->RecordCount());
   Say("peak", PeakBytes());
   Say("present", PresentBytes());
+}
+
+/// <connection string> <query>
+void Fetch(Arguments arguments) { FetchWithin(RowMemory::OfMachine(), arguments); }
+
+/// <connection string> <query> <megabytes that the rows may take>
+void FetchLarge(Arguments arguments) {
+  constexpr std::size_t megabyte = 1'000'000;
+  RowMemory memory = RowMemory::OfMachine();
+  memory.bytes = std::stoull(arguments[2]) * megabyte;
+  FetchWithin(std::move(memory), arguments);
 }
 
 /// <connection string> <query> execute|fetch: from a cancel until its end is announced.
@@ -142,6 +155,7 @@ void MakeCatalog(Arguments arguments) {
 int main(int argc, char* argv[]) {
   using namespace tessel::bench;
   return RunCase({{"fetch", {2, Fetch}},
+                  {"fetch-large", {3, FetchLarge}},
                   {"cancel", {3, Cancel}},
                   {"catalog", {1, Catalog}},
                   {"make-file", {1, MakeFile}},

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <system_error>
@@ -25,17 +23,6 @@ std::size_t MemoryOfMachine() {
                                : static_cast<std::size_t>(pages) * static_cast<std::size_t>(size);
 }
 
-/// What the environment asks for, in megabytes; nothing when that is no number.
-std::optional<std::size_t> MegabytesAskedFor() {
-  const char* text = std::getenv("TESSEL_ROW_MEMORY");
-  if (text == nullptr) return std::nullopt;
-  std::size_t number = 0;
-  const char* end = text + std::strlen(text);
-  const auto [stop, error] = std::from_chars(text, end, number);
-  if (error != std::errc() || stop != end || number == 0) return std::nullopt;
-  return number;
-}
-
 using Pieces = std::vector<std::span<const std::byte>>;
 
 /// Every buffer of every column, in a fixed order.
@@ -55,8 +42,7 @@ Error NoRoom(const std::filesystem::path& folder, const std::system_error& reaso
 }  // namespace
 
 RowMemory RowMemory::OfMachine() {
-  const auto asked = MegabytesAskedFor();
-  return {asked ? *asked * megabyte : std::max(MemoryOfMachine() / 4, leastMemory), SpillFolder()};
+  return {std::max(MemoryOfMachine() / 4, leastMemory), SpillFolder()};
 }
 
 std::optional<Error> ChunkKeeper::Keep(std::vector<ChunkPtr>& chunks) {

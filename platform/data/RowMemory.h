@@ -17,8 +17,7 @@ struct RowMemory {
   std::size_t bytes = 0;
   std::filesystem::path folder;
 
-  /// A quarter of the machine's memory, but at least 256 MB, unless the environment variable
-  /// TESSEL_ROW_MEMORY gives a number of megabytes; temporary files go to SpillFolder().
+  /// A quarter of the machine's memory, but at least 256 MB; temporary files go to SpillFolder().
   [[nodiscard]] static RowMemory OfMachine();
 };
 

@@ -1,6 +1,27 @@
 #include "platform/data/WriteDialects.h"
 
+#include <charconv>
+
 namespace tessel {
+
+namespace {
+
+/// INSERT ... RETURNING came with this version of MariaDB.
+constexpr int returningMajor = 10;
+constexpr int returningMinor = 5;
+
+bool KnowsReturning(std::string_view server, std::string_view version) {
+  if (server != "MariaDB") return false;
+  const char* end = version.data() + version.size();
+  int major = 0;
+  int minor = 0;
+  const auto [dot, error] = std::from_chars(version.data(), end, major);
+  if (error != std::errc() || dot == end) return false;
+  std::from_chars(dot + 1, end, minor);
+  return major > returningMajor || (major == returningMajor && minor >= returningMinor);
+}
+
+}  // namespace
 
 /// A savepoint is a transaction of its own where there is none. With the collation of the column
 /// two texts might be the same that are not.
@@ -32,14 +53,14 @@ WriteDialect PostgresDialect() {
 /// not. An exact number is compared as one of double precision with anything that is none. Of one
 /// of single precision the server shows fewer digits than it has. Places on a map cannot be
 /// compared. Tables of some engines know no transactions.
-WriteDialect MariaDialect() {
+WriteDialect MariaDialect(std::string_view server, std::string_view version) {
   constexpr std::string_view byBytes =
       "cast(convert({column} using utf8mb4) as binary) <=> cast({value} as binary)";
   WriteDialect dialect = {.quote = '`',
                           .namesCatalog = true,
                           .sameOrNull = "{column} <=> {value}",
                           .insertDefaults = "() values ()",
-                          .returnsInserted = true,
+                          .returnsInserted = KnowsReturning(server, version),
                           .lastKey = "select last_insert_id()",
                           .begin = "start transaction",
                           .countsFirst = true};

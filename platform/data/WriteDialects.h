@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "platform/data/RowStatement.h"
 
 namespace tessel {
@@ -7,6 +9,7 @@ namespace tessel {
 /// The dialects of the databases that this program knows, for parameters "?".
 [[nodiscard]] WriteDialect SqliteDialect();
 [[nodiscard]] WriteDialect PostgresDialect();
-[[nodiscard]] WriteDialect MariaDialect();
+/// Of a server named `server` ("MariaDB", "MySQL") of `version` ("10.11.4-MariaDB").
+[[nodiscard]] WriteDialect MariaDialect(std::string_view server, std::string_view version);
 
 }  // namespace tessel

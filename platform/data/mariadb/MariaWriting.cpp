@@ -1,27 +1,9 @@
-#include <charconv>
-
 #include "platform/data/WriteDialects.h"
 #include "platform/data/mariadb/MariaSession.h"
 
 namespace tessel {
 
 namespace {
-
-/// INSERT ... RETURNING came with this version of MariaDB.
-constexpr int returningMajor = 10;
-constexpr int returningMinor = 5;
-
-bool KnowsReturning(const MariaConnection& connection) {
-  if (!connection.IsMariaDb()) return false;
-  const std::string version = connection.ServerVersion();
-  const char* end = version.data() + version.size();
-  int major = 0;
-  int minor = 0;
-  const auto [dot, error] = std::from_chars(version.data(), end, major);
-  if (error != std::errc() || dot == end) return false;
-  std::from_chars(dot + 1, end, minor);
-  return major > returningMajor || (major == returningMajor && minor >= returningMinor);
-}
 
 void AddRow(MariaStatement& statement, const std::vector<MariaForm>& forms, RowSink& rows) {
   for (unsigned i = 0; i < forms.size(); ++i) {
@@ -47,8 +29,8 @@ StatementResult ReadRows(MariaStatement& statement) {
 }  // namespace
 
 void MariaSession::ChooseDialect() {
-  dialect_ = MariaDialect();
-  dialect_.returnsInserted = KnowsReturning(*connection_);
+  dialect_ =
+      MariaDialect(connection_->IsMariaDb() ? "MariaDB" : "MySQL", connection_->ServerVersion());
 }
 
 UserTransaction MariaSession::Transaction() {

@@ -39,18 +39,18 @@ const char* NameOf(SQLRETURN code) {
   }
 }
 
-/// Lists what SQLDrivers or SQLDataSources walk over.
+/// Lists what SQLDrivers or SQLDataSources walk over, up to the first failure.
 template <class Function>
-std::vector<NamedItem> Walk(const Handle& environment, const char* name, Function function) {
+std::vector<NamedItem> Walk(const Handle& environment, Function function) {
   std::vector<NamedItem> items;
   for (SQLUSMALLINT direction = SQL_FETCH_FIRST;; direction = SQL_FETCH_NEXT) {
-    TextBuffer<512> first;
+    TextBuffer<1024> first;
     TextBuffer<4096> second;
     SQLSMALLINT firstSize = 0;
     SQLSMALLINT secondSize = 0;
     const SQLRETURN code = function(environment.Raw(), direction, first.Data(), first.Size(),
                                     &firstSize, second.Data(), second.Size(), &secondSize);
-    if (environment.Check(name, code) == Outcome::NoData) return items;
+    if (!SQL_SUCCEEDED(code)) return items;
     items.emplace_back(first.Get(), second.Get());
   }
 }
@@ -130,13 +130,9 @@ Environment::Environment(std::shared_ptr<const Trace> trace)
                               reinterpret_cast<SQLPOINTER>(std::uintptr_t{SQL_OV_ODBC3}), 0));
 }
 
-std::vector<NamedItem> Environment::Drivers() const {
-  return Walk(handle_, "SQLDrivers", SQLDrivers);
-}
+std::vector<NamedItem> Environment::Drivers() const { return Walk(handle_, SQLDrivers); }
 
-std::vector<NamedItem> Environment::DataSources() const {
-  return Walk(handle_, "SQLDataSources", SQLDataSources);
-}
+std::vector<NamedItem> Environment::DataSources() const { return Walk(handle_, SQLDataSources); }
 
 // --- CancelGate ----------------------------------------------------------------------------------
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -61,7 +60,8 @@ struct DriverProfile {
   std::string_view readOnlyColumnsQuery = {};
 
   // --- changing rows --------------------------------------------------------------------------
-  std::optional<WriteDialect> writing = {};  ///< None: it cannot be done.
+  /// How rows are written on a server of this name and version; null: it cannot be done.
+  WriteDialect (*writing)(std::string_view server, std::string_view version) = nullptr;
   /// Tells 1 while the user's transaction is open, else 0.
   std::string_view transactionQuery = {};
   /// Where there is no such query: a savepoint is tried, and fails with this SQLSTATE outside of a

@@ -92,6 +92,7 @@ class OdbcSession : public ProviderSession {
   std::atomic<std::chrono::milliseconds> patience_;  ///< With what runs now.
   bool alive_ = false;
   bool canReadBoundCells_ = false;
+  std::optional<WriteDialect> dialect_;  ///< Once it was asked for.
 
   std::unique_ptr<Statement> statement_;
   std::unique_ptr<Statement> dropped_;  ///< With a result to drop when nobody waits.

@@ -96,7 +96,11 @@ class Parameters {
 }  // namespace
 
 const WriteDialect* OdbcSession::Writing() {
-  return profile_.writing ? &*profile_.writing : nullptr;
+  if (profile_.writing == nullptr) return nullptr;
+  if (!dialect_)
+    dialect_ = profile_.writing(dbc_->InfoText(SQL_DBMS_NAME).value_or(""),
+                                dbc_->InfoText(SQL_DBMS_VER).value_or(""));
+  return &*dialect_;
 }
 
 /// After a cancel that reached the driver too late its result is gone; the change is undone.

@@ -292,16 +292,10 @@ TEST(ChunkKeeper, TellsOnceThatThereIsNoRoomAndKeepsTheRows) {
   EXPECT_EQ(more[0]->part, nullptr);
 }
 
-TEST(RowMemory, IsAQuarterOfTheMachineUnlessTheEnvironmentSaysOtherwise) {
-  unsetenv("TESSEL_ROW_MEMORY");
-  EXPECT_GE(RowMemory::OfMachine().bytes, 256 * megabyte);
-  setenv("TESSEL_ROW_MEMORY", "17", 1);
-  EXPECT_EQ(RowMemory::OfMachine().bytes, 17 * megabyte);
-  for (const char* wrong : {"", "0", "-1", "17x", "lots"}) {
-    setenv("TESSEL_ROW_MEMORY", wrong, 1);
-    EXPECT_GE(RowMemory::OfMachine().bytes, 256 * megabyte) << wrong;
-  }
-  unsetenv("TESSEL_ROW_MEMORY");
+TEST(RowMemory, IsAQuarterOfTheMachineButNotTooLittle) {
+  const auto machine = static_cast<std::size_t>(sysconf(_SC_PHYS_PAGES)) *
+                       static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  EXPECT_EQ(RowMemory::OfMachine().bytes, std::max(machine / 4, 256 * megabyte));
 }
 
 }  // namespace tessel::test

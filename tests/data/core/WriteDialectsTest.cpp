@@ -1,0 +1,15 @@
+#include "platform/data/WriteDialects.h"
+
+#include <gtest/gtest.h>
+
+namespace tessel::test {
+
+TEST(MariaDialect, ReturnsInsertedRowsOnlyFromTheVersionThatKnowsHow) {
+  for (const char* version : {"10.5.0-MariaDB", "10.11.000006", "11.4.2-MariaDB", "12.0"})
+    EXPECT_TRUE(MariaDialect("MariaDB", version).returnsInserted) << version;
+  for (const char* version : {"10.4.34-MariaDB", "5.5.68-MariaDB", "10", "", "x"})
+    EXPECT_FALSE(MariaDialect("MariaDB", version).returnsInserted) << version;
+  EXPECT_FALSE(MariaDialect("MySQL", "10.9").returnsInserted);
+}
+
+}  // namespace tessel::test
