@@ -41,7 +41,7 @@ function(tessel_fast_allocator program)
   endif()
 endfunction()
 
-tessel_executable(Tessel main/*.cpp)
+tessel_executable(Tessel main/*.cpp EXCEPT "^main/allocator/") # tessel_fast_allocator adds that
 if(TARGET Tessel)
   tessel_fast_allocator(Tessel)
   set_target_properties(Tessel PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)

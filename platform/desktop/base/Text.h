@@ -7,6 +7,10 @@
 
 namespace tessel {
 
+/// Most that a field of one line takes: the toolkit's own limit of 32767 is too short for what a
+/// connection string or the value of a tag may hold.
+inline constexpr int longestTypedLine = 1 << 24;
+
 /// UTF-8 as Qt keeps text; a byte that is no valid UTF-8 becomes U+FFFD.
 [[nodiscard]] QString ToQt(std::string_view text);
 /// Qt's text as UTF-8.

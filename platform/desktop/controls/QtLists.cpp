@@ -46,7 +46,10 @@ void QtListBox::WriteIndex(int index) {
 }
 
 QtComboBox::QtComboBox(QComboBox& widget, const ControlSite& site) : ControlOf(widget, site) {
-  if (widget.isEditable()) widget.setCompleter(nullptr);
+  if (widget.isEditable()) {
+    widget.setCompleter(nullptr);
+    widget.lineEdit()->setMaxLength(longestTypedLine);
+  }
   QObject::connect(&widget, &QComboBox::currentIndexChanged, &Face(), [this](int index) {
     if (index >= 0) Raise(Click);
   });

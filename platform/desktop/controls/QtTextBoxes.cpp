@@ -9,14 +9,12 @@ namespace tessel {
 
 namespace {
 
-/// The toolkit's own limit of 32767 is too short for what a connection string may hold.
-constexpr int longestLine = 1 << 24;
 constexpr int narrowMargin = 3;
 
 }  // namespace
 
 QtLineBox::QtLineBox(QLineEdit& widget, const ControlSite& site) : ControlOf(widget, site) {
-  widget.setMaxLength(longestLine);
+  widget.setMaxLength(longestTypedLine);
   QObject::connect(&widget, &QLineEdit::textChanged, &Face(), [this] { Raise(Change); });
 }
 

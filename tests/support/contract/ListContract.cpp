@@ -195,6 +195,15 @@ void AnEditableComboBoxTakesAnEntrysText(ContractHost& host) {
   });
 }
 
+void AnEditableComboBoxHoldsALongText(ContractHost& host) {
+  ForList(host, "dlgDataLink", "cboProvider", [](ListUnderTest& list) {
+    auto& box = dynamic_cast<ComboBox&>(list.control);
+    const std::string longText(100'000, 'x');
+    box.SetText(longText);
+    EXPECT_EQ(box.Text(), longText);
+  });
+}
+
 void TypingIntoAComboBoxChangesItsText(ContractHost& host) {
   ForList(host, "dlgDataLink", "cboProvider", [](ListUnderTest& list) {
     auto& box = dynamic_cast<ComboBox&>(list.control);
@@ -223,6 +232,7 @@ std::vector<ContractCase> ListContract() {
           {"AFixedComboBoxShowsItsEntries", &AFixedComboBoxShowsItsEntries},
           {"AnEditableComboBoxHasAnyText", &AnEditableComboBoxHasAnyText},
           {"AnEditableComboBoxTakesAnEntrysText", &AnEditableComboBoxTakesAnEntrysText},
+          {"AnEditableComboBoxHoldsALongText", &AnEditableComboBoxHoldsALongText},
           {"TypingIntoAComboBoxChangesItsText", &TypingIntoAComboBoxChangesItsText}};
 }
 
