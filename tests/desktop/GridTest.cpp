@@ -161,6 +161,24 @@ TEST_F(GridTest, ColumnsAreSelectedByTheirHeads) {
   EXPECT_EQ(CurrentRow(), 4) << "the record stays where it was";
 }
 
+TEST_F(GridTest, CtrlSelectsColumnsOfTheSelectedRows) {
+  QWidget& head = *view.horizontalHeader()->viewport();
+  ClickRow(2);
+  ClickRow(0, Qt::ControlModifier);
+  QTest::mouseClick(&head, Qt::LeftButton, Qt::ControlModifier, ColumnPlace(0));
+  QTest::mouseClick(&head, Qt::LeftButton, Qt::ControlModifier | Qt::ShiftModifier, ColumnPlace(1));
+  EXPECT_EQ(grid.SelBookmarks(), (std::vector{At(2), At(0)}));
+  EXPECT_EQ(grid.SelEndCol(), 1);
+  EXPECT_EQ(Copied(), "3\tJ\xC3\xBCrgen M\xC3\xBCller\r\n1\tAda Lovelace");
+  EXPECT_TRUE(view.ShowsSelected(2, 1));
+  EXPECT_FALSE(view.ShowsSelected(2, 2)) << "another column";
+  EXPECT_FALSE(view.ShowsSelected(1, 1)) << "another row";
+  ClickRow(3, Qt::ControlModifier);
+  EXPECT_EQ(grid.SelEndCol(), 1) << "a row that is added keeps the columns";
+  ClickRow(4);
+  EXPECT_EQ(grid.SelStartCol(), -1) << "a plain press begins anew";
+}
+
 TEST_F(GridTest, ADraggedRectangleIsCopied) {
   Drag(*view.viewport(), Middle(0, 0), Middle(1, 2));
   EXPECT_EQ(Copied(), "1\tAda Lovelace\t19.90\r\n2\tGrace Hopper\t1250.00");

@@ -12,7 +12,7 @@ void GridSelection::Clear() {
 }
 
 void GridSelection::PressRow(int row, bool add, bool extend) {
-  ForgetAllBut(true, false, false);
+  ForgetAllBut(true, add, false);
   if (extend && anchorRow_ >= 0) {
     if (!add) rowsBefore_.clear();
     return RowsFromAnchorTo(row);
@@ -31,15 +31,15 @@ void GridSelection::DragToRow(int row) {
 }
 
 void GridSelection::SetRows(const std::vector<Bookmark>& rows) {
-  ForgetAllBut(true, false, false);
+  ForgetAllBut(true, true, false);
   rows_ = rows;
   isSelected_ = {rows.begin(), rows.end()};
   rowsBefore_.clear();
   anchorRow_ = -1;
 }
 
-void GridSelection::PressColumn(int column, bool extend) {
-  ForgetAllBut(false, true, false);
+void GridSelection::PressColumn(int column, bool add, bool extend) {
+  ForgetAllBut(add, true, false);
   if (!extend || anchorColumn_ < 0) anchorColumn_ = column;
   DragToColumn(column);
 }
@@ -50,7 +50,7 @@ void GridSelection::DragToColumn(int column) {
 }
 
 void GridSelection::SetColumns(int first, int last) {
-  ForgetAllBut(false, true, false);
+  ForgetAllBut(true, true, false);
   anchorColumn_ = first;
   firstColumn_ = first;
   lastColumn_ = last;

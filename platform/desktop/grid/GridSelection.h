@@ -20,8 +20,8 @@ struct CellRange {
   [[nodiscard]] bool IsEmpty() const { return lastRow < firstRow || lastColumn < firstColumn; }
 };
 
-/// What is selected in a grid: rows in the order of their selection, a range of columns, or a
-/// rectangle of cells; one of the three at a time.
+/// What is selected in a grid: rows in the order of their selection, a range of columns, or both,
+/// which are the cells where they cross; or a rectangle of cells.
 class GridSelection {
  public:
   using BookmarkAt = std::function<Bookmark(int row)>;
@@ -29,15 +29,16 @@ class GridSelection {
 
   void Clear();
 
-  /// A press on a row's header: alone selects that row, `add` (Ctrl) adds it or takes it away,
-  /// `extend` (Shift) selects from the row pressed before up to this one.
+  /// A press on a row's header: alone selects that row, `add` (Ctrl) adds it or takes it away and
+  /// keeps the columns, `extend` (Shift) selects from the row pressed before up to this one.
   void PressRow(int row, bool add, bool extend);
   void DragToRow(int row);
   void SetRows(const std::vector<Bookmark>& rows);
   [[nodiscard]] const std::vector<Bookmark>& Rows() const { return rows_; }
   [[nodiscard]] bool HasRow(Bookmark row) const { return isSelected_.contains(row); }
 
-  void PressColumn(int column, bool extend);
+  /// A press on a column's header; `add` (Ctrl) keeps the rows.
+  void PressColumn(int column, bool add, bool extend);
   void DragToColumn(int column);
   void SetColumns(int first, int last);
   [[nodiscard]] int FirstColumn() const { return firstColumn_; }  ///< -1 when none is selected.

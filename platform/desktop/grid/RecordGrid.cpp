@@ -85,9 +85,12 @@ void RecordGrid::Bind(const std::shared_ptr<Recordset>& source) {
   --quiet_;
 }
 
+/// Of selected rows and columns the cells where they cross.
 bool RecordGrid::ShowsSelected(int row, int column) {
-  return selection_.HasColumn(column) || selection_.Cells().Contains(row, column) ||
-         RowSelected(row);
+  if (selection_.Cells().Contains(row, column)) return true;
+  if (selection_.Rows().empty()) return selection_.HasColumn(column);
+  const bool allColumns = selection_.FirstColumn() < 0;
+  return (allColumns || selection_.HasColumn(column)) && RowSelected(row);
 }
 
 bool RecordGrid::RowSelected(int row) {
@@ -337,7 +340,9 @@ void RecordGrid::PressRow(int row) {
 
 void RecordGrid::PressColumn(int column) {
   setFocus(Qt::MouseFocusReason);
-  selection_.PressColumn(column, QApplication::keyboardModifiers().testFlag(Qt::ShiftModifier));
+  const Qt::KeyboardModifiers keys = QApplication::keyboardModifiers();
+  selection_.PressColumn(column, keys.testFlag(Qt::ControlModifier),
+                         keys.testFlag(Qt::ShiftModifier));
   ShowSelection();
 }
 
@@ -356,7 +361,9 @@ void RecordGrid::MoveRecord(int row) {
 }
 
 CellsToCopy RecordGrid::SelectedCells() const {
-  const int lastColumn = model_->ColumnCount() - 1;
+  const bool hasColumns = selection_.FirstColumn() >= 0;
+  const int firstColumn = hasColumns ? selection_.FirstColumn() : 0;
+  const int lastColumn = hasColumns ? selection_.LastColumn() : model_->ColumnCount() - 1;
   const std::vector<Bookmark>& rows = selection_.Rows();
   if (!rows.empty())
     return {static_cast<std::int64_t>(rows.size()),
@@ -364,10 +371,9 @@ CellsToCopy RecordGrid::SelectedCells() const {
               const Bookmark row = selection_.Rows()[static_cast<std::size_t>(at)];
               return model_->Source()->PositionOf(row).value_or(-1);
             },
-            0, lastColumn};
-  if (selection_.FirstColumn() >= 0)
-    return {model_->Records(), [](std::int64_t at) { return at; }, selection_.FirstColumn(),
-            selection_.LastColumn()};
+            firstColumn, lastColumn};
+  if (hasColumns)
+    return {model_->Records(), [](std::int64_t at) { return at; }, firstColumn, lastColumn};
   CellRange cells = selection_.Cells();
   const QModelIndex current = currentIndex();
   if (cells.IsEmpty()) cells = {current.row(), current.column(), current.row(), current.column()};

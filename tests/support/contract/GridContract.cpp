@@ -104,6 +104,10 @@ void SelectionsAreSetByCode(ContractHost& host) {
   test.grid.SetSelColumns(0, 1);
   EXPECT_EQ(test.grid.SelStartCol(), 0);
   EXPECT_EQ(test.grid.SelEndCol(), 1);
+  test.grid.SetSelBookmarks({test.At(1)});
+  EXPECT_EQ(test.grid.SelEndCol(), 1) << "rows and columns are selected each by themselves";
+  test.grid.SetSelColumns(1, 1);
+  EXPECT_EQ(test.grid.SelBookmarks(), std::vector{test.At(1)});
 }
 
 void ColumnsKeepTheirSettings(ContractHost& host) {
