@@ -236,14 +236,15 @@ bool SqlEditor::WrapsItself(std::size_t length, bool readOnly) const {
   return readOnly && wrap_ != WrapNone && length > longestWrapped;
 }
 
-/// The width is not known before the window is on the screen.
+/// The width is not known before the window is on the screen. The last column is kept for a blank
+/// that ends a line.
 LineBreaks SqlEditor::BreaksOf(std::string_view bytes, bool readOnly) {
   wrapWidth_ = 0;
   if (!readOnly) return {};
   if (!isVisible() || !WrapsItself(bytes.size(), readOnly)) return LineBreaks(bytes);
   wrapWidth_ = WidthForText();
-  return LineBreaks(WrappedPlaces(
-      bytes, wrapWidth_, [this](std::string_view character) { return WidthOf(character); }));
+  const auto widthOf = [this](std::string_view character) { return WidthOf(character); };
+  return LineBreaks(WrappedPlaces(bytes, wrapWidth_ - WidthOf(" "), widthOf));
 }
 
 void SqlEditor::BreakAnew() {
