@@ -3,10 +3,12 @@
 #include <Qsci/qsciscintilla.h>
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QScrollBar>
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "bench/PeakMemory.h"
 #include "platform/TextBox.h"
@@ -117,6 +119,62 @@ BENCHMARK_CAPTURE(Scroll, oneLine, OneLine, noWrapMargin)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Scroll, wrappedLines, Lines, 0)->Arg(1)->Arg(100)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Scroll, wrappedLine, OneLine, 0)->Arg(1)->Arg(100)->Unit(benchmark::kMillisecond);
+
+struct Keys {
+  int key;
+  Qt::KeyboardModifiers with = Qt::ControlModifier;
+};
+
+void Press(const Keys& keys) {
+  QKeyEvent press(QEvent::KeyPress, keys.key, keys.with);
+  QApplication::sendEvent(&Viewer::Editor(), &press);
+  Viewer::Editor().viewport()->repaint();
+}
+
+/// From keys to what the last one shows, with a text that has just come.
+void PressKeys(benchmark::State& state, std::string (*make)(std::size_t), int rightMargin,
+               const std::vector<Keys>& keys) {
+  Viewer& viewer = TheViewer();
+  const std::string text = make(static_cast<std::size_t>(state.range(0)));
+  viewer.box.SetRightMargin(rightMargin);
+  for (auto _ : state) {
+    state.PauseTiming();
+    viewer.box.SetText("");
+    viewer.box.SetText(text);
+    Viewer::Editor().viewport()->repaint();
+    state.ResumeTiming();
+    for (const Keys& each : keys) Press(each);
+  }
+  viewer.box.SetText("");
+}
+
+const std::vector<Keys> toEnd{{Qt::Key_End}};
+const std::vector<Keys> endUpStart{
+    {Qt::Key_End}, {Qt::Key_Up, Qt::NoModifier}, {Qt::Key_PageUp, Qt::NoModifier}, {Qt::Key_Home}};
+const std::vector<Keys> pageDown{{Qt::Key_PageDown, Qt::NoModifier}};
+const std::vector<Keys> all{{Qt::Key_A}};
+
+BENCHMARK_CAPTURE(PressKeys, linesToEnd, Lines, noWrapMargin, toEnd)
+    ->Arg(100)
+    ->Iterations(3)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(PressKeys, wrappedLinesToEnd, Lines, 0, toEnd)
+    ->Arg(10)
+    ->Arg(100)
+    ->Iterations(3)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(PressKeys, wrappedLinesEndUpStart, Lines, 0, endUpStart)
+    ->Arg(100)
+    ->Iterations(3)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(PressKeys, wrappedLinesPageDown, Lines, 0, pageDown)
+    ->Arg(100)
+    ->Iterations(3)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(PressKeys, wrappedLinesAll, Lines, 0, all)
+    ->Arg(100)
+    ->Iterations(3)
+    ->Unit(benchmark::kMillisecond);
 
 /// What Copy and Save take out of the window.
 void TakeText(benchmark::State& state) {

@@ -1,7 +1,10 @@
 // The large editor: every byte, its keys, its colours, its speed.
 
+#include <QAccessible>
 #include <QAction>
+#include <QScrollBar>
 #include <QTest>
+#include <algorithm>
 #include <chrono>
 
 #include "platform/Button.h"
@@ -229,6 +232,134 @@ TEST_F(ViewerTest, ManyLinesThatWrapShowWithoutDelay) {
               View().viewport()->repaint();
             }),
             std::chrono::seconds(8));
+}
+
+/// The same window with many lines in it that are wider than it is, and wrap.
+class WrappedViewerTest : public ViewerTest {
+ protected:
+  WrappedViewerTest() {
+    std::string line = "\xC3\xA9 " + std::string(200, 'x') + ", \xE2\x82\xAC,";
+    for (const char* start : {"\r\n", "\r\nx"}) {  // A blank at every place of a line.
+      line += start;
+      for (int word = 0; word < 100; ++word) line += "x ";
+    }
+    line += "\r\n";
+    while (text.size() < 3'000'000) text += line;
+    view.SetRightMargin(0);
+    view.SetText(text);
+    host.Settle();
+  }
+  [[nodiscard]] bool CaretIsInView() {
+    const Rect caret = view.CaretBounds();
+    return caret.top >= 0 && caret.top + caret.height <= view.Bounds().height;
+  }
+  /// Pixels of the widest of the first lines.
+  [[nodiscard]] int WidestOf(int lines) {
+    int widest = 0;
+    for (int line = 0; line < lines; ++line) {
+      const QByteArray shown = View().text(line).remove('\r').remove('\n').toUtf8();
+      const long width = View().SendScintilla(QsciScintillaBase::SCI_TEXTWIDTH, 0UL,
+                                              static_cast<const char*>(shown.constData()));
+      widest = std::max(widest, static_cast<int>(width));
+    }
+    return widest;
+  }
+  void Press(int key, int shift = shiftState::none) {
+    view.SetFocus();
+    PressKeyCode(key, shift);
+    View().viewport()->repaint();
+  }
+
+  std::string text;
+};
+
+TEST_F(WrappedViewerTest, LinesAreAsWideAsTheWindowAndWholeAllTheSame) {
+  EXPECT_EQ(View().wrapMode(), QsciScintilla::WrapNone) << "nothing is left to be laid out";
+  constexpr int padding = 4;
+  const int width = View().viewport()->width() - padding;
+  EXPECT_LE(WidestOf(50), width);
+  EXPECT_GT(WidestOf(50), width * 3 / 4);
+  EXPECT_FALSE(View().horizontalScrollBar()->isVisible());
+  EXPECT_TRUE(view.Text() == text);
+  view.Select(1'000, 1'000'000);
+  View().copy();
+  EXPECT_TRUE(TheDesktop().TheClipboard().Text() == text.substr(1'000, 1'000'000));
+}
+
+TEST_F(WrappedViewerTest, TheCaretMovesAndStaysInView) {
+  Press(key::end, shiftState::ctrl);
+  EXPECT_EQ(view.SelStart(), text.size());
+  EXPECT_TRUE(CaretIsInView());
+  Press(key::up);
+  Press(key::pageUp);
+  EXPECT_LT(view.SelStart(), text.size());
+  EXPECT_TRUE(CaretIsInView());
+  Press(key::home, shiftState::ctrl);
+  EXPECT_EQ(view.SelStart(), 0U);
+  Press(key::pageDown);
+  EXPECT_GT(view.SelStart(), 0U);
+  EXPECT_TRUE(CaretIsInView());
+  Press('A', shiftState::ctrl);
+  EXPECT_EQ(view.SelLength(), text.size());
+}
+
+TEST_F(WrappedViewerTest, AnotherWidthBreaksAnewAndKeepsThePlace) {
+  view.Select(1'500'000, 20);
+  host.Settle();
+  const std::size_t selected = view.SelStart();
+  const int lines = View().lines();
+  const Rect before = viewer->Bounds();
+  viewer->SetBounds({before.left, before.top, before.width * 2, before.height});
+  EXPECT_TRUE(QTest::qWaitFor([&] { return View().lines() < lines; }, 5'000));
+  EXPECT_LE(WidestOf(50), View().viewport()->width());
+  EXPECT_EQ(view.SelStart(), selected);
+  EXPECT_EQ(view.SelLength(), 20U);
+  EXPECT_TRUE(CaretIsInView());
+  EXPECT_TRUE(view.Text() == text);
+}
+
+TEST_F(WrappedViewerTest, WrappingIsTurnedOffAndOn) {
+  const int wrapped = View().lines();
+  const auto whole = static_cast<int>(std::ranges::count(text, '\n')) + 1;
+  view.SetRightMargin(960'000);
+  EXPECT_EQ(View().lines(), whole);
+  host.Settle();
+  EXPECT_TRUE(View().horizontalScrollBar()->isVisible());
+  view.SetRightMargin(0);
+  host.Settle();
+  EXPECT_EQ(View().lines(), wrapped);
+  EXPECT_FALSE(View().horizontalScrollBar()->isVisible());
+  view.SetLocked(false);
+  EXPECT_EQ(View().lines(), whole);
+  EXPECT_EQ(View().wrapMode(), QsciScintilla::WrapWord);
+  EXPECT_TRUE(view.Text() == text);
+  view.SetLocked(true);
+  EXPECT_EQ(View().lines(), wrapped);
+}
+
+TEST_F(WrappedViewerTest, ATextFilledInBeforeTheWindowShowsIsWrappedToo) {
+  viewer->Hide();
+  view.SetText("");
+  view.SetText(text);
+  viewer->Show();
+  host.Settle();
+  EXPECT_LE(WidestOf(50), View().viewport()->width());
+  EXPECT_EQ(View().wrapMode(), QsciScintilla::WrapNone);
+}
+
+TEST_F(WrappedViewerTest, ShortTextsAreLeftToTheComponent) {
+  view.SetText("short");
+  EXPECT_EQ(View().wrapMode(), QsciScintilla::WrapWord);
+  EXPECT_EQ(View().lines(), 1);
+}
+
+TEST_F(WrappedViewerTest, OnlyShortTextsAreToldToAssistiveTools) {
+  const auto access = [&] { return QAccessible::queryAccessibleInterface(&View()); };
+  EXPECT_EQ(access()->textInterface(), nullptr) << "all characters would be counted for each key";
+  EXPECT_EQ(access()->text(QAccessible::Name).toStdString(), View().accessibleName().toStdString());
+  view.SetText("short");
+  ASSERT_NE(access()->textInterface(), nullptr);
+  EXPECT_EQ(access()->textInterface()->text(0, 5), "short");
 }
 
 TEST_F(EditorTest, PlainTextIsNotColoured) {

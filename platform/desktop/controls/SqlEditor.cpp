@@ -7,11 +7,14 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QMimeData>
+#include <QScrollBar>
 #include <algorithm>
 #include <array>
 
 #include "platform/desktop/base/Colors.h"
 #include "platform/desktop/base/Text.h"
+#include "platform/desktop/controls/LineWrapping.h"
+#include "platform/desktop/controls/LongTextAccess.h"
 #include "platform/desktop/controls/SqlColors.h"
 
 namespace tessel {
@@ -21,6 +24,10 @@ namespace {
 constexpr int marginCount = 5;
 constexpr int ordinaryPoints = 10;
 constexpr long leftPadding = 4;
+constexpr int columnsOfTab = 4;
+constexpr int columnsOfCode = 4;  ///< A control character is shown by its name.
+constexpr std::size_t appendedAtOnce = 1U << 20U;
+constexpr int resizingPause = 100;  ///< Milliseconds.
 
 /// What every editor does; all other commands lose their keys, so that the program's own keys are
 /// not taken.
@@ -77,6 +84,13 @@ QFont FixedFont(QFont wanted) {
   return fixed;
 }
 
+/// A control character, or a byte that is no UTF-8.
+bool ShownByName(std::string_view character) {
+  const auto lead = static_cast<unsigned char>(character.front());
+  if (character.size() == 1) return lead < 0x20 || lead >= 0x7F;
+  return lead == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
+}
+
 }  // namespace
 
 /// While it lives the program itself changes the text, read-only or not.
@@ -111,10 +125,15 @@ SqlEditor::SqlEditor(QWidget* parent) : QsciScintilla(parent) {
   SendScintilla(SCI_SETSCROLLWIDTH, 1UL);
   SendScintilla(SCI_SETMULTIPLESELECTION, 0UL);
   SendScintilla(SCI_SETMARGINLEFT, 0UL, leftPadding);
-  setTabWidth(4);
+  setTabWidth(columnsOfTab);
   KeepOrdinaryKeys();
+  InstallLongTextAccess();
+  wrapAnew_.setSingleShot(true);
+  wrapAnew_.setInterval(resizingPause);
+  connect(&wrapAnew_, &QTimer::timeout, this, &SqlEditor::WrapAnew);
   connect(this, &QsciScintillaBase::SCN_MODIFIED, this,
           [this](int, int type) { NoteModified(type); });
+  connect(this, &QsciScintillaBase::SCN_ZOOM, this, &SqlEditor::MeasureAnew);
   ready_ = true;
 }
 
@@ -164,12 +183,16 @@ void SqlEditor::Append(std::string_view bytes) {
 }
 
 void SqlEditor::AppendInPieces(std::string_view bytes) {
+  std::string block;
   std::size_t start = 0;
   for (const std::size_t place : breaks_.Places()) {
-    Append(bytes.substr(start, place - start));
-    Append("\n");
+    block.append(bytes.substr(start, place - start)) += '\n';
     start = place;
+    if (block.size() < appendedAtOnce) continue;
+    Append(block);
+    block.clear();
   }
+  Append(block);
   Append(bytes.substr(start));
 }
 
@@ -178,27 +201,114 @@ void SqlEditor::AppendInPieces(std::string_view bytes) {
 /// the whole text when lines wrap.
 void SqlEditor::SetBytes(std::string_view bytes) {
   const Writing writing(*this);
-  breaks_ = writing.WasReadOnly() ? LineBreaks(bytes) : LineBreaks();
+  breaks_ = BreaksOf(bytes, writing.WasReadOnly());
   SendScintilla(SCI_SETMODEVENTMASK, 0UL);
   SendScintilla(SCI_SETUNDOCOLLECTION, 0UL);
   SendScintilla(SCI_CLEARALL);
+  const bool wrapsItself = WrapsItself(bytes.size(), writing.WasReadOnly());
+  QsciScintilla::setWrapMode(wrapsItself ? WrapNone : wrap_);
   SendScintilla(SCI_ALLOCATE, static_cast<unsigned long>(bytes.size() + breaks_.Count() + 1));
   AppendInPieces(bytes);
   SendScintilla(SCI_SETUNDOCOLLECTION, 1UL);
   SendScintilla(SCI_EMPTYUNDOBUFFER);
   SendScintilla(SCI_SETXOFFSET, 0UL);
+  SendScintilla(SCI_SETSCROLLWIDTH, 1UL);
   SendScintilla(SCI_SETMODEVENTMASK, static_cast<unsigned long>(SC_MODEVENTMASKALL));
   const std::size_t lineEnd = bytes.find('\n');
   const bool windows =
       lineEnd != std::string_view::npos && lineEnd > 0 && bytes[lineEnd - 1] == '\r';
   setEolMode(windows ? EolWindows : EolUnix);
+  RenewTextAccess(*this);
 }
 
 /// Pieces of lines are put together while the text may be edited.
 void SqlEditor::setReadOnly(bool readOnly) {
+  if (readOnly == isReadOnly()) return;
   QsciScintilla::setReadOnly(readOnly);
-  if (!readOnly && !breaks_.Empty()) SetBytes(Bytes());
+  if (!breaks_.Empty() || WrapsItself(Length(), readOnly)) BreakAnew();
 }
+
+// --- long texts that wrap ------------------------------------------------------------------------
+
+/// The component lays out all lines before it moves the caret to one that it has not wrapped yet,
+/// which takes a minute for 100 MB. A text that is only read can be broken without it.
+bool SqlEditor::WrapsItself(std::size_t length, bool readOnly) const {
+  return readOnly && wrap_ != WrapNone && length > longestWrapped;
+}
+
+/// The width is not known before the window is on the screen. The last column is kept for a blank
+/// that ends a line.
+LineBreaks SqlEditor::BreaksOf(std::string_view bytes, bool readOnly) {
+  wrapWidth_ = 0;
+  if (!readOnly) return {};
+  if (!isVisible() || !WrapsItself(bytes.size(), readOnly)) return LineBreaks(bytes);
+  wrapWidth_ = WidthForText();
+  const auto widthOf = [this](std::string_view character) { return WidthOf(character); };
+  return LineBreaks(WrappedPlaces(bytes, wrapWidth_ - WidthOf(" "), widthOf));
+}
+
+void SqlEditor::BreakAnew() {
+  const auto inText = [this](unsigned int message) {
+    return breaks_.InText(static_cast<std::size_t>(SendScintilla(message)));
+  };
+  const std::size_t anchor = inText(SCI_GETANCHOR);
+  const std::size_t caret = inText(SCI_GETCURRENTPOS);
+  const long topLine =
+      SendScintilla(SCI_DOCLINEFROMVISIBLE, SendScintilla(SCI_GETFIRSTVISIBLELINE));
+  const std::size_t top =
+      breaks_.InText(static_cast<std::size_t>(SendScintilla(SCI_POSITIONFROMLINE, topLine)));
+  SetBytes(Bytes());
+  SendScintilla(SCI_SETANCHOR, static_cast<unsigned long>(breaks_.Shown(anchor)));
+  SendScintilla(SCI_SETCURRENTPOS, static_cast<unsigned long>(breaks_.Shown(caret)));
+  const long line = SendScintilla(SCI_LINEFROMPOSITION, static_cast<long>(breaks_.Shown(top)));
+  SendScintilla(SCI_SETFIRSTVISIBLELINE, SendScintilla(SCI_VISIBLEFROMDOCLINE, line));
+}
+
+void SqlEditor::WrapAnew() {
+  if (WrapsItself(Length(), isReadOnly()) && wrapWidth_ != WidthForText()) BreakAnew();
+}
+
+void SqlEditor::setWrapMode(WrapMode mode) {
+  if (mode == wrap_) return;
+  wrap_ = mode;
+  if (isReadOnly() && Length() > longestWrapped) BreakAnew();
+  else QsciScintilla::setWrapMode(mode);
+}
+
+void SqlEditor::MeasureAnew() {
+  if (wrapWidth_ == 0) return;
+  wrapWidth_ = -1;
+  wrapAnew_.start();
+}
+
+void SqlEditor::resizeEvent(QResizeEvent* event) {
+  QsciScintilla::resizeEvent(event);
+  wrapAnew_.start();
+}
+
+void SqlEditor::showEvent(QShowEvent* event) {
+  QsciScintilla::showEvent(event);
+  WrapAnew();
+}
+
+/// The scroll bar stands there as soon as the text does. A pixel is kept for the caret.
+int SqlEditor::WidthForText() const {
+  const long padding = leftPadding + SendScintilla(SCI_GETMARGINRIGHT) + 1;
+  return contentsRect().width() - verticalScrollBar()->sizeHint().width() -
+         static_cast<int>(padding);
+}
+
+/// Taken from many, as the component counts whole pixels.
+double SqlEditor::WidthOf(std::string_view character) const {
+  constexpr int many = 32;
+  if (character == "\t") return columnsOfTab * WidthOf(" ");
+  if (ShownByName(character)) return columnsOfCode * WidthOf(" ");
+  std::string row;
+  for (int i = 0; i < many; ++i) row += character;
+  return static_cast<double>(SendScintilla(SCI_TEXTWIDTH, STYLE_DEFAULT, row.c_str())) / many;
+}
+
+// --- its selection -------------------------------------------------------------------------------
 
 std::size_t SqlEditor::SelectionStart() const {
   return breaks_.InText(static_cast<std::size_t>(SendScintilla(SCI_GETSELECTIONSTART)));
@@ -268,7 +378,9 @@ bool SqlEditor::event(QEvent* event) {
 void SqlEditor::changeEvent(QEvent* event) {
   QsciScintilla::changeEvent(event);
   if (!ready_) return;
-  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) ShowColors();
+  const bool fontChanged = event->type() == QEvent::FontChange;
+  if (fontChanged || event->type() == QEvent::PaletteChange) ShowColors();
+  if (fontChanged) MeasureAnew();
 }
 
 void SqlEditor::KeepOrdinaryKeys() {
