@@ -37,7 +37,9 @@ Sidebar::Sidebar(Window& frame)
   cmdCloseBox_.Click = [this] { Show(false); };
   box_.Resize = [this] { box_Resize(); };
   box_.MouseMove = [this](const MouseEvent& event) { box_MouseMove(event); };
-  box_.MouseDown = [this](const MouseEvent& event) { box_MouseMove(event); };
+  box_.MouseDown = [this](const MouseEvent& event) {
+    dragging_ = event.button == MouseButton::Left && IsAtEdge(event);
+  };
   box_Resize();
 }
 
@@ -73,12 +75,17 @@ void Sidebar::PlaceBrowser(int width, int top, int height) {
   Place(trvBrowser_, 0, headingHeight, width, height - headingHeight);
 }
 
-/// Over the right edge the pointer shows that it can be moved; dragging moves it.
+bool Sidebar::IsAtEdge(const MouseEvent& event) const {
+  return event.x >= box_.Bounds().width - splitterZone;
+}
+
+/// Over the right edge the pointer shows that it can be moved; dragging it moves it.
 void Sidebar::box_MouseMove(const MouseEvent& event) {
+  const bool isSplitter = dragging_ || IsAtEdge(event);
+  box_.SetMousePointer(isSplitter ? MousePointer::SizeWestEast : MousePointer::Default);
+  dragging_ = dragging_ && event.button == MouseButton::Left;
+  if (!dragging_) return;
   const Rect box = box_.Bounds();
-  const bool atEdge = event.x >= box.width - splitterZone;
-  box_.SetMousePointer(atEdge ? MousePointer::SizeWestEast : MousePointer::Default);
-  if (event.button != MouseButton::Left) return;
   const int most = std::max(frame_.ScaleWidth() - roomForDocuments, minimumWidth);
   box_.SetBounds({box.left, box.top, std::clamp(event.x, minimumWidth, most), box.height});
 }

@@ -27,6 +27,7 @@ class Sidebar {
   void box_Resize();
   void PlaceTags(int width, int top, int height);
   void PlaceBrowser(int width, int top, int height);
+  [[nodiscard]] bool IsAtEdge(const MouseEvent& event) const;
   void box_MouseMove(const MouseEvent& event);
 
   Window& frame_;
@@ -38,6 +39,7 @@ class Sidebar {
   ListView& lsvTags_;
   Button& cmdAddTag_;
   Button& cmdRemoveTag_;
+  bool dragging_ = false;  ///< The left button went down on the edge.
 };
 
 }  // namespace tessel

@@ -332,10 +332,18 @@ TEST_F(frmMDITest, DraggingTheSidebarsRightEdgeSetsItsWidth) {
   EXPECT_EQ(mdi().PointerOver("box"), MousePointer::SizeWestEast);
   mdi().MouseMove("box", {MouseButton::None, 0, 1000, 100});
   EXPECT_EQ(mdi().PointerOver("box"), MousePointer::Default);
+  mdi().MouseDown("box", {MouseButton::Left, 0, 1000, 100});
+  mdi().MouseMove("box", {MouseButton::Left, 0, 1200, 100});
+  EXPECT_EQ(mdi().Find<PictureBox>("box").Bounds().width, 3600) << "not at the edge";
+  mdi().MouseDown("box", {MouseButton::Left, 0, 3590, 100});
+  EXPECT_EQ(mdi().Find<PictureBox>("box").Bounds().width, 3600);
   mdi().MouseMove("box", {MouseButton::Left, 0, 4200, 100});
   EXPECT_EQ(mdi().Find<PictureBox>("box").Bounds().width, 4200);
   mdi().MouseMove("box", {MouseButton::Left, 0, 10, 100});
   EXPECT_EQ(mdi().Find<PictureBox>("box").Bounds().width, 1800);
+  mdi().MouseMove("box", {MouseButton::None, 0, 1790, 100});
+  mdi().MouseMove("box", {MouseButton::Left, 0, 3000, 100});
+  EXPECT_EQ(mdi().Find<PictureBox>("box").Bounds().width, 1800) << "the drag has ended";
 }
 
 TEST_F(frmMDITest, WindowsAreTiled) {
