@@ -52,7 +52,6 @@ void dlgAsync::Reset() {
   window_->Find<Label>("lblMessage").SetCaption("");
   bar_->SetVisible(false);
   bar_->SetValue(0);
-  progress_ = 0;
   window_->Find<Button>("cmdCancel").SetEnabled(true);
   cancelled_ = false;
   done_ = false;
@@ -96,10 +95,10 @@ bool dlgAsync::Yield() {
 /// Called for every record that is converted. The low 32 bits tell whether this is a step, which is
 /// at most 16, and are divided several times as fast as all 64.
 bool dlgAsync::DoProgress(double increment) {
-  const auto units = static_cast<std::uint32_t>(static_cast<std::int64_t>(progress_ + 0.5));
+  const double value = bar_->Value();
+  const auto units = static_cast<std::uint32_t>(static_cast<std::int64_t>(value + 0.5));
   if (units % progressStep_ == 0) Yield();
-  progress_ += increment;
-  bar_->SetValue(progress_);
+  bar_->SetValue(value + increment);
   return !cancelled_;
 }
 

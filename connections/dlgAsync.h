@@ -104,7 +104,6 @@ class dlgAsync {
   Window& frame_;
   std::unique_ptr<Window> window_;
   ProgressBar* bar_ = nullptr;
-  double progress_ = 0;             ///< What the bar shows.
   std::uint32_t progressStep_ = 1;  ///< Units of the bar from one yield to the next.
   std::int64_t start_ = 0;
   bool cancelled_ = false;

@@ -1,6 +1,7 @@
 #include "platform/Value.h"
 
 #include "platform/NumberText.h"
+#include "platform/Utf8.h"
 
 namespace tessel {
 
@@ -17,7 +18,7 @@ Overload(Cases...) -> Overload<Cases...>;  // clang 14 does not deduce it.
 std::size_t SequenceLength(std::string_view text) {
   const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
   const auto continues = [&](std::size_t i) {
-    return i < text.size() && (byte(i) & 0xC0U) == 0x80U;
+    return i < text.size() && ContinuesCharacter(text[i]);
   };
   const unsigned first = byte(0);
   if (first < 0x80) return 1;

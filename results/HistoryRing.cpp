@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "app/Global.h"
+#include "platform/Utf8.h"
 
 namespace tessel {
 
@@ -10,13 +11,11 @@ namespace {
 
 constexpr int longestTip = 80;
 
-bool StartsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }
-
 /// Byte length of the first `characters` characters; the whole length when there are no more.
 std::size_t LengthOf(std::string_view text, int characters) {
   std::size_t at = 0;
   for (; at < text.size(); ++at)
-    if (StartsCharacter(text[at]) && characters-- == 0) break;
+    if (!ContinuesCharacter(text[at]) && characters-- == 0) break;
   return at;
 }
 

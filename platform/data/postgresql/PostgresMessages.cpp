@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <string_view>
 
+#include "platform/Utf8.h"
+
 namespace tessel {
 
 namespace {
 
-bool BeginsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }
+bool BeginsCharacter(char byte) { return !ContinuesCharacter(byte); }
 
 /// The part of `text` before its character number `position`, counted from 1.
 std::string_view Before(std::string_view text, int position) {

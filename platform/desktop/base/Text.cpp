@@ -3,6 +3,8 @@
 #include <QChar>
 #include <algorithm>
 
+#include "platform/Utf8.h"
+
 namespace tessel {
 
 namespace {
@@ -20,8 +22,6 @@ Character CharacterAt(QStringView text, qsizetype at) {
                     QChar::isLowSurrogate(text[at + 1].unicode());
   return pair ? Character{2, 4} : Character{1, 3};
 }
-
-bool Continues(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
 
 }  // namespace
 
@@ -64,7 +64,7 @@ qsizetype UnitsBefore(QStringView text, std::size_t bytes) {
 
 std::size_t CharacterStart(std::string_view text, std::size_t position) {
   position = std::min(position, text.size());
-  while (position > 0 && position < text.size() && Continues(text[position])) --position;
+  while (position > 0 && position < text.size() && ContinuesCharacter(text[position])) --position;
   return position;
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <unordered_map>
 
+#include "platform/Utf8.h"
 #include "platform/desktop/controls/LineBreaks.h"
 
 namespace tessel {
@@ -11,8 +12,6 @@ namespace tessel {
 namespace {
 
 constexpr unsigned char asciiEnd = 0x80;
-
-bool Continues(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
 
 std::size_t LengthSaidBy(unsigned char lead) {
   if (lead >= 0xF0 && lead < 0xF8) return 4;
@@ -25,7 +24,7 @@ std::string_view CharacterAt(std::string_view text, std::size_t place) {
   const std::string_view character =
       text.substr(place, LengthSaidBy(static_cast<unsigned char>(text[place])));
   for (const char byte : character.substr(1))
-    if (!Continues(byte)) return character.substr(0, 1);
+    if (!ContinuesCharacter(byte)) return character.substr(0, 1);
   return character;
 }
 
