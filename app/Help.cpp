@@ -6,9 +6,6 @@ namespace tessel {
 
 namespace {
 
-constexpr int questionContext = 9100;
-constexpr int noticeContext = 9200;
-
 constexpr std::string_view shortcutText =
     "SQL Window\r\n"
     "----------\r\n"
@@ -57,19 +54,22 @@ void Help::ShowHelp(int command, int data) const {
 
 MessageResult Help::HelpMsgBox(const std::string& text, MessageButtons buttons, MessageIcon icon,
                                int context) const {
-  Message message{text, buttons, icon};
+  return Ask({text, buttons, icon}, context);
+}
+
+MessageResult Help::Ask(Message message, int context) const {
   message.help = [this, context] { ShowHelpTopic(context); };
   return global_.TheDesktop().ShowMessage(message);
 }
 
 MessageResult Help::HelpMsgBoxQuestion(const std::string& text, MessageButtons buttons,
                                        MessageIcon icon) const {
-  return HelpMsgBox(text, buttons, icon, questionContext);
+  return HelpMsgBox(text, buttons, icon, helpContext::question);
 }
 
 MessageResult Help::HelpMsgBoxNotice(const std::string& text, MessageButtons buttons,
                                      MessageIcon icon) const {
-  return HelpMsgBox(text, buttons, icon, noticeContext);
+  return HelpMsgBox(text, buttons, icon, helpContext::notice);
 }
 
 void Help::Show(const std::string& text, MessageIcon icon) const {

@@ -6,6 +6,12 @@
 
 namespace tessel {
 
+/// Context numbers of the message boxes that have no topic of their own.
+namespace helpContext {
+inline constexpr int question = 9100;
+inline constexpr int notice = 9200;
+}  // namespace helpContext
+
 /// The help file, and message boxes with a Help button.
 class Help {
  public:
@@ -25,6 +31,10 @@ class Help {
                                    MessageIcon icon) const;
   MessageResult HelpMsgBoxNotice(const std::string& text, MessageButtons buttons,
                                  MessageIcon icon) const;
+
+  /// A question of more than Yes and No, or one whose Enter must not do harm: the message as given,
+  /// with a Help button bound to `context`.
+  MessageResult Ask(Message message, int context) const;
 
   /// A message box with OK alone and no Help button.
   void Show(const std::string& text, MessageIcon icon) const;

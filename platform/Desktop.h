@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Clock.h"
 #include "platform/EventQueue.h"
@@ -24,6 +25,11 @@ struct Message {
   std::string title = "Tessel";
   /// With it the box has a Help button, which calls it and leaves the box open.
   std::function<void()> help = {};
+  /// Words that stand on the buttons in place of their own ("Yes", "No"...), in the order in which
+  /// the set names them; "&" marks the letter that presses the button. Empty: their own words.
+  std::vector<std::string> captions = {};
+  /// The button that Enter presses at first; none: the first of the set.
+  std::optional<MessageResult> defaultAnswer = {};
 };
 
 class Clipboard {
@@ -44,8 +50,9 @@ class Desktop {
   /// or a dialog.
   [[nodiscard]] virtual std::unique_ptr<Window> MakeWindow(std::string_view formName) = 0;
 
-  /// Shows a message box modally. Closing it without a button is Cancel, or No, or Ok, whichever it
-  /// has last.
+  /// Shows a message box modally. Its default button has the focus; the letter of a button presses
+  /// it, with Alt or without. Closing it without a button is Cancel, or No, or Ok, whichever it has
+  /// last.
   virtual MessageResult ShowMessage(const Message& message) = 0;
 
   [[nodiscard]] virtual Clipboard& TheClipboard() = 0;

@@ -212,9 +212,10 @@ bool RecordEditing::ShowCellText(std::string& text, bool editable) {
 bool RecordEditing::DeleteSelected() {
   const std::vector<Bookmark> rows = dataGrid_.SelBookmarks();
   if (rows.empty() || !dataGrid_.AllowDelete() || dataGrid_.EditActive()) return false;
-  const std::string question = "Delete " + std::to_string(rows.size()) + " record(s)?";
-  const MessageResult answer =
-      help_.HelpMsgBoxQuestion(question, MessageButtons::YesNo, MessageIcon::Question);
+  Message question{"Delete " + std::to_string(rows.size()) + " record(s)?", MessageButtons::YesNo,
+                   MessageIcon::Question};
+  question.defaultAnswer = MessageResult::No;
+  const MessageResult answer = help_.Ask(std::move(question), helpContext::question);
   if (answer == MessageResult::Yes) DeleteRows(rows);
   return true;
 }

@@ -578,7 +578,9 @@ TEST_F(RecordEditingTest, DelDeletesTheSelectedRowsAfterAsking) {
 TEST_F(RecordEditingTest, AnsweringNoDeletesNothing) {
   RunUnlocked();
   W().SelectGridRows("DataGrid", {1});
-  desktop.ExpectMessage("Delete 1 record(s)?", MessageResult::No);
+  desktop.ExpectMessage("Delete 1 record(s)?", MessageResult::No, [](const Message& message) {
+    EXPECT_EQ(message.defaultAnswer, MessageResult::No) << "Enter does no harm";
+  });
   Press(key::del);
   EXPECT_EQ(table->size(), 3U);
 }

@@ -1,12 +1,15 @@
 #include "platform/desktop/dialogs/MessageDialog.h"
 
 #include <QGridLayout>
+#include <QKeyEvent>
+#include <QKeySequence>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QShortcut>
 #include <QStyle>
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "platform/desktop/base/Text.h"
 
@@ -21,32 +24,32 @@ constexpr int charactersAcross = 64;
 constexpr int linesDown = 16;
 constexpr int spacing = 16;
 
-QDialogButtonBox::StandardButtons ButtonsFor(MessageButtons buttons) {
+/// The buttons of a set, in the order in which its name has them.
+std::vector<MessageResult> ResultsOf(MessageButtons buttons) {
   switch (buttons) {
-    case MessageButtons::Ok: return QDialogButtonBox::Ok;
-    case MessageButtons::OkCancel: return QDialogButtonBox::Ok | QDialogButtonBox::Cancel;
-    case MessageButtons::YesNo: return QDialogButtonBox::Yes | QDialogButtonBox::No;
+    case MessageButtons::Ok: return {MessageResult::Ok};
+    case MessageButtons::OkCancel: return {MessageResult::Ok, MessageResult::Cancel};
+    case MessageButtons::YesNo: return {MessageResult::Yes, MessageResult::No};
     case MessageButtons::YesNoCancel: break;
   }
-  return QDialogButtonBox::Yes | QDialogButtonBox::No | QDialogButtonBox::Cancel;
+  return {MessageResult::Yes, MessageResult::No, MessageResult::Cancel};
 }
 
-/// What closing the box without a button means.
-MessageResult WithoutButton(MessageButtons buttons) {
-  switch (buttons) {
-    case MessageButtons::Ok: return MessageResult::Ok;
-    case MessageButtons::YesNo: return MessageResult::No;
-    default: return MessageResult::Cancel;
+QDialogButtonBox::StandardButton ButtonOf(MessageResult result) {
+  switch (result) {
+    case MessageResult::Yes: return QDialogButtonBox::Yes;
+    case MessageResult::No: return QDialogButtonBox::No;
+    case MessageResult::Cancel: return QDialogButtonBox::Cancel;
+    case MessageResult::Ok: break;
   }
+  return QDialogButtonBox::Ok;
 }
 
-MessageResult ResultOf(QDialogButtonBox::StandardButton button) {
-  switch (button) {
-    case QDialogButtonBox::Yes: return MessageResult::Yes;
-    case QDialogButtonBox::No: return MessageResult::No;
-    case QDialogButtonBox::Cancel: return MessageResult::Cancel;
-    default: return MessageResult::Ok;
-  }
+/// The letter that presses a button: the marked one, else the first.
+QString LetterOf(const QAbstractButton& button) {
+  const QString text = button.text();
+  const qsizetype mark = text.indexOf(QLatin1Char('&'));
+  return text.mid(mark + 1, 1).toUpper();
 }
 
 bool IsLong(const QString& text) {
@@ -56,7 +59,7 @@ bool IsLong(const QString& text) {
 }  // namespace
 
 MessageDialog::MessageDialog(const Message& message, QWidget* owner)
-    : QDialog(owner), result_(WithoutButton(message.buttons)) {
+    : QDialog(owner), result_(ResultsOf(message.buttons).back()) {
   setWindowTitle(AsWindowTitle(message.title));
   auto* layout = new QGridLayout(this);
   layout->setHorizontalSpacing(spacing);
@@ -100,28 +103,47 @@ QWidget* MessageDialog::MakeIcon(MessageIcon icon) {
   return label;
 }
 
-/// The first button is the default one.
 QDialogButtonBox* MessageDialog::MakeButtons(const Message& message) {
-  auto* box = new QDialogButtonBox(ButtonsFor(message.buttons));
-  for (QAbstractButton* button : box->buttons()) {
-    const auto standard = box->standardButton(button);
-    connect(button, &QAbstractButton::clicked, this, [this, standard] { Pressed(standard); });
+  buttons_ = new QDialogButtonBox;
+  const std::vector<MessageResult> results = ResultsOf(message.buttons);
+  for (std::size_t i = 0; i < results.size(); ++i) {
+    const MessageResult result = results[i];
+    QPushButton* button = buttons_->addButton(ButtonOf(result));
+    if (i < message.captions.size()) button->setText(ToQt(message.captions[i]));
+    connect(button, &QAbstractButton::clicked, this, [this, result] { Pressed(result); });
   }
-  const auto first = (ButtonsFor(message.buttons) & QDialogButtonBox::Yes) != 0
-                         ? QDialogButtonBox::Yes
-                         : QDialogButtonBox::Ok;
-  box->button(first)->setDefault(true);
-  box->button(first)->setFocus();
-  if (!message.help) return box;
-  const QPushButton* help = box->addButton(QDialogButtonBox::Help);
-  connect(help, &QPushButton::clicked, this, [action = message.help] { action(); });
-  const auto* key = new QShortcut(QKeySequence(Qt::Key_F1), this);
-  connect(key, &QShortcut::activated, help, &QPushButton::click);
-  return box;
+  if (message.help) AddHelp(*buttons_, message.help);
+  default_ = buttons_->button(ButtonOf(message.defaultAnswer.value_or(results.front())));
+  return buttons_;
 }
 
-void MessageDialog::Pressed(QDialogButtonBox::StandardButton button) {
-  result_ = ResultOf(button);
+void MessageDialog::AddHelp(QDialogButtonBox& box, std::function<void()> action) {
+  QPushButton* help = box.addButton(QDialogButtonBox::Help);
+  help->setAutoDefault(false);
+  connect(help, &QPushButton::clicked, this, [action = std::move(action)] { action(); });
+  const auto* key = new QShortcut(QKeySequence(Qt::Key_F1), this);
+  connect(key, &QShortcut::activated, help, &QPushButton::click);
+}
+
+/// A platform theme may put the buttons in an order of its own, and Help first: which one Enter
+/// presses is settled when all are in their places.
+void MessageDialog::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  default_->setDefault(true);
+  default_->setFocus();
+}
+
+void MessageDialog::keyPressEvent(QKeyEvent* event) {
+  const QString letter = event->text().toUpper();
+  const bool plain = (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
+  if (plain && letter.size() == 1 && letter[0].isLetter())
+    for (QAbstractButton* button : buttons_->buttons())
+      if (LetterOf(*button) == letter) return button->click();
+  QDialog::keyPressEvent(event);
+}
+
+void MessageDialog::Pressed(MessageResult result) {
+  result_ = result;
   accept();
 }
 

@@ -2,6 +2,8 @@
 
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QPushButton>
+#include <functional>
 
 #include "platform/Desktop.h"
 #include "platform/desktop/window/EventLoops.h"
@@ -16,13 +18,21 @@ class MessageDialog final : public QDialog {
   MessageDialog(const Message& message, QWidget* owner);
   [[nodiscard]] MessageResult Result() const { return result_; }
 
+ protected:
+  /// The letter of a button presses it, with Alt or without.
+  void keyPressEvent(QKeyEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
  private:
   [[nodiscard]] QWidget* MakeText(const Message& message);
   [[nodiscard]] QWidget* MakeIcon(MessageIcon icon);
   [[nodiscard]] QDialogButtonBox* MakeButtons(const Message& message);
-  void Pressed(QDialogButtonBox::StandardButton button);
+  void AddHelp(QDialogButtonBox& box, std::function<void()> action);
+  void Pressed(MessageResult result);
 
   MessageResult result_;
+  QDialogButtonBox* buttons_ = nullptr;  ///< Owned by the dialog.
+  QPushButton* default_ = nullptr;       ///< What Enter presses at first; owned by the dialog.
 };
 
 /// Shows the box modally above `owner`.
