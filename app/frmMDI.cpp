@@ -225,6 +225,11 @@ std::string frmMDI::TestConnection(const std::string& connectionString, const st
   }
 }
 
+void frmMDI::TellListNotSaved(const std::string& reason) {
+  if (!records_.empty())
+    records_.back()->AddNotice("The list of connections was not saved: " + reason + ".");
+}
+
 // --- focus and schema browser
 // -------------------------------------------------------------------------------------
 

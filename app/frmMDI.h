@@ -92,6 +92,7 @@ class frmMDI : private QueryHost,
                          const std::string& password, bool loadSchemaFromDB) override;
   std::string TestConnection(const std::string& connectionString, const std::string& userName,
                              const std::string& password) override;
+  void TellListNotSaved(const std::string& reason) override;
   void ForgetRecordsWindow(frmRecords* closed);
 
   const Global& global_;

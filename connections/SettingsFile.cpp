@@ -4,6 +4,7 @@
 #include <pugixml.hpp>
 #include <sstream>
 
+#include "connections/MergeConnections.h"
 #include "platform/Ascii.h"
 #include "platform/Error.h"
 #include "query/Misc.h"
@@ -12,6 +13,7 @@ namespace tessel {
 
 namespace {
 
+constexpr int lockMilliseconds = 3000;
 constexpr unsigned parseEverything = pugi::parse_full | pugi::parse_ws_pcdata;
 
 /// An attribute that must be there; raises Error(application) when it is not.
@@ -24,6 +26,12 @@ std::string Attribute(const pugi::xml_node& element, const char* name) {
 SavedConnection ReadConnection(const pugi::xml_node& element) {
   return {Attribute(element, "connectionString"), Attribute(element, "caption"),
           HexToColor(Attribute(element, "backColor")), HexToColor(Attribute(element, "foreColor"))};
+}
+
+/// Adds all that could be read to `list`, also when one of them raises.
+void ReadConnections(const pugi::xml_node& connections, std::vector<SavedConnection>& list) {
+  for (const pugi::xml_node element : connections.children("Connection"))
+    list.push_back(ReadConnection(element));
 }
 
 void AppendConnection(pugi::xml_node connections, const SavedConnection& connection) {
@@ -74,10 +82,10 @@ std::vector<SavedConnection> SettingsFile::Load() {
   readable_ = false;
   try {
     if (!FileExists(global_.TheFiles(), global_.SettingsFilePath())) MakeDocument();
-    else if (!LoadDocument()) return list;
-    for (const pugi::xml_node element : Connections().children("Connection"))
-      list.push_back(ReadConnection(element));
+    else if (!ReadDocument(*document_)) return list;
+    ReadConnections(Connections(), list);
     readable_ = true;
+    loaded_ = list;
   } catch (const Error&) {
     // What was read so far is what there is; the file is not written then, so that nothing of it is
     // lost.
@@ -85,10 +93,10 @@ std::vector<SavedConnection> SettingsFile::Load() {
   return list;
 }
 
-bool SettingsFile::LoadDocument() {
+bool SettingsFile::ReadDocument(pugi::xml_document& document) const {
   const std::string text = global_.TheFiles().ReadWhole(global_.SettingsFilePath());
-  return document_->load_buffer(text.data(), text.size(), parseEverything) &&
-         document_->document_element();
+  return document.load_buffer(text.data(), text.size(), parseEverything) &&
+         document.document_element();
 }
 
 void SettingsFile::MakeDocument() {
@@ -120,17 +128,41 @@ pugi::xml_node SettingsFile::Connections() const {
 
 bool SettingsFile::CanSave() const { return readable_ && Connections(); }
 
-void SettingsFile::Save(const std::vector<SavedConnection>& list) {
-  if (!CanSave()) return;
+/// From the reading to the writing no other program has its turn.
+bool SettingsFile::Save(const std::vector<SavedConnection>& list, std::string* reason) {
+  const std::string& path = global_.SettingsFilePath();
+  try {
+    if (!CanSave()) RaiseAppError(path + ": It holds no list of connections that can be read");
+    const auto lock = global_.TheFiles().Lock(path, lockMilliseconds);
+    if (lock == nullptr) RaiseAppError(path + ": Another program is writing it");
+    Write(MergeWithFile(list));
+    return true;
+  } catch (const Error& error) {
+    if (reason != nullptr) *reason = error.Description();
+    return false;
+  }
+}
+
+void SettingsFile::Write(const std::vector<SavedConnection>& list) {
   pugi::xml_node connections = Connections();
   connections.remove_children();
   for (const SavedConnection& connection : list) AppendConnection(connections, connection);
   connections.append_child(pugi::node_pcdata).set_value("\n  ");
-  try {
-    global_.TheFiles().ReplaceWhole(global_.SettingsFilePath(), DocumentText(*document_), true);
-  } catch (const Error&) {
-    // The connection stands; the list is as it was before.
-  }
+  global_.TheFiles().ReplaceWhole(global_.SettingsFilePath(), DocumentText(*document_), true);
+  loaded_ = list;
+}
+
+/// Takes the file as it is now for the document. A file that is gone is written anew; one that can
+/// no longer be understood is left alone.
+std::vector<SavedConnection> SettingsFile::MergeWithFile(const std::vector<SavedConnection>& list) {
+  if (!FileExists(global_.TheFiles(), global_.SettingsFilePath())) return list;
+  auto document = std::make_unique<pugi::xml_document>();
+  if (!ReadDocument(*document) || !document->document_element().child("Connections"))
+    RaiseAppError(global_.SettingsFilePath() + ": It holds no list of connections any more");
+  std::vector<SavedConnection> theirs;
+  ReadConnections(document->document_element().child("Connections"), theirs);
+  document_ = std::move(document);
+  return MergeConnections(loaded_, theirs, list);
 }
 
 }  // namespace tessel

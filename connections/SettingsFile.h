@@ -44,18 +44,23 @@ class SettingsFile {
   /// Whether there is a `Connections` element to keep the list in.
   [[nodiscard]] bool CanSave() const;
 
-  /// Replaces the list and writes the whole file. Failures are not reported; the file then stays as
-  /// it was.
-  void Save(const std::vector<SavedConnection>& connections);
+  /// Replaces the list and writes the whole file, with what other programs wrote into it since it
+  /// was loaded (MergeConnections). False on failure, with `reason` set when given; the file then
+  /// stays as it was.
+  bool Save(const std::vector<SavedConnection>& connections, std::string* reason = nullptr);
 
  private:
-  bool LoadDocument();
+  void Write(const std::vector<SavedConnection>& list);
+  [[nodiscard]] std::vector<SavedConnection>
+  MergeWithFile(const std::vector<SavedConnection>& list);
+  [[nodiscard]] bool ReadDocument(pugi::xml_document& document) const;
   void MakeDocument();
   void ImportLegacy(pugi::xml_node connections);
   [[nodiscard]] pugi::xml_node Connections() const;
 
   const Global& global_;
   std::unique_ptr<pugi::xml_document> document_;
+  std::vector<SavedConnection> loaded_;  ///< The list as it was read or written last.
   bool readable_ = false;
 };
 

@@ -231,7 +231,8 @@ void dlgConnect::SaveList(const SavedConnection& entry, bool addNew) {
     list.push_back(update ? entry : ConnectionOf(lsvConnections_.Row(index)));
   }
   if (addNew) list.push_back(entry);
-  settings_.Save(list);
+  std::string reason;
+  if (!settings_.Save(list, &reason)) opener_.TellListNotSaved(reason);
 }
 
 void dlgConnect::cmdOLEDB_Click() {

@@ -23,6 +23,9 @@ class ConnectionOpener {
   virtual std::string TestConnection(const std::string& connectionString,
                                      const std::string& userName, const std::string& password) = 0;
   virtual void FocusQueryWindow() = 0;
+  /// Says, without a question, that the list could not be saved after the window opened last had
+  /// connected.
+  virtual void TellListNotSaved(const std::string& reason) = 0;
 
  protected:
   ~ConnectionOpener() = default;

@@ -1,10 +1,17 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
 namespace tessel {
+
+/// A lock that is held; destroying it gives it back.
+class FileLock {
+ public:
+  virtual ~FileLock() = default;
+};
 
 /// The files of the program. Paths are in the platform's own form, UTF-8. Failures raise
 /// Error(file) whose description is the system's reason ("No such file or directory"), with the
@@ -28,6 +35,16 @@ class Files {
   /// an existing file are kept; a new one is readable by its owner only when `ownerOnly` (an
   /// existing one too). A symbolic link is followed.
   virtual void ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) = 0;
+
+  /// Removes a file; one that is missing already is no failure.
+  virtual void Remove(const std::string& path) = 0;
+
+  /// Takes the lock that belongs to `path`. It keeps out whoever takes it too, in this process or
+  /// another, and nobody else; the file need not be there and is not touched. Waits at most
+  /// `milliseconds`: null when another one still holds it then. The end of a process gives its
+  /// locks back. Raises when no lock can be made there: an unwritable folder.
+  [[nodiscard]] virtual std::unique_ptr<FileLock> Lock(const std::string& path,
+                                                       int milliseconds) = 0;
 
   [[nodiscard]] virtual std::string CurrentFolder() const = 0;
 };

@@ -364,6 +364,10 @@ void frmRecords::FocusRecords() {
   else if (txtStatus_.Visible()) txtStatus_.SetFocus();
 }
 
+void frmRecords::AddNotice(std::string_view text) {
+  SetStatus(text, statusColor::failure, {true, true, cmdCnErrors_.Visible()});
+}
+
 void frmRecords::SetStatus(std::string_view text, Color color, StatusLine::Options options) {
   status_.SetWindowHeight(window_->ScaleHeight());
   status_.SetStatus(text, color, options);

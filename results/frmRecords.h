@@ -60,6 +60,9 @@ class frmRecords : private QueryRunner, private TagResolver {
   [[nodiscard]] std::string GetTagFieldValue(const std::string& fieldName, bool asList,
                                              bool quoted);
 
+  /// Adds a sentence to the status line, on the ground of a failure.
+  void AddNotice(std::string_view text);
+
   /// Focuses the grid, or the status line while the grid is hidden.
   void FocusRecords() override;
 

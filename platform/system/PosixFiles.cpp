@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstddef>
 #include <cstdio>
@@ -9,9 +10,11 @@
 #include <memory>
 #include <optional>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -171,6 +174,49 @@ void SyncFolder(const std::string& folder, const std::string& path) {
     ThrowSystemError(path, errno);
 }
 
+/// A lock file that is open and locked. It goes with the lock: nothing is left beside the program's
+/// files.
+class PosixLock final : public FileLock {
+ public:
+  PosixLock(std::string name, Descriptor file) : name_(std::move(name)), file_(std::move(file)) {}
+  PosixLock(const PosixLock&) = delete;
+  PosixLock& operator=(const PosixLock&) = delete;
+  ~PosixLock() override { ::unlink(name_.c_str()); }
+
+ private:
+  std::string name_;
+  Descriptor file_;
+};
+
+std::string LockNameOf(const std::string& place) {
+  const std::size_t name = place.rfind(pathSeparator) + 1;
+  return place.substr(0, name) + "." + place.substr(name) + ".lock";
+}
+
+/// Whether the name still belongs to the open file: its holder before may have removed it.
+bool IsNameOf(const std::string& name, const Descriptor& file) {
+  struct stat named {};
+  struct stat opened {};
+  return ::stat(name.c_str(), &named) == 0 && ::fstat(file.Number(), &opened) == 0 &&
+         named.st_ino == opened.st_ino && named.st_dev == opened.st_dev;
+}
+
+/// The lock file, locked; nothing while somebody else holds it. `path` is the name that failures
+/// show.
+std::optional<Descriptor> TryLock(const std::string& name, const std::string& path) {
+  for (;;) {
+    constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    Descriptor file(::open(name.c_str(), flags, ownerOnlyMode));
+    if (!file.IsOpen()) ThrowSystemError(path, errno);
+    if (::flock(file.Number(), LOCK_EX | LOCK_NB) != 0) {
+      if (errno == EWOULDBLOCK) return std::nullopt;
+      if (errno != EINTR) ThrowSystemError(path, errno);
+    } else if (IsNameOf(name, file)) {
+      return file;
+    }
+  }
+}
+
 }  // namespace
 
 bool PosixFiles::Exists(const std::string& path) const {
@@ -212,6 +258,22 @@ void PosixFiles::ReplaceWhole(const std::string& path, std::string_view content,
   if (old) fresh.TakeOver(*old, ownerOnly ? ownerOnlyMode : old->st_mode & permissionBits);
   fresh.Rename();
   SyncFolder(FolderOf(place), path);
+}
+
+void PosixFiles::Remove(const std::string& path) {
+  if (::unlink(path.c_str()) != 0 && errno != ENOENT) ThrowSystemError(path, errno);
+}
+
+std::unique_ptr<FileLock> PosixFiles::Lock(const std::string& path, int milliseconds) {
+  using Clock = std::chrono::steady_clock;
+  constexpr std::chrono::milliseconds pause(2);
+  const std::string name = LockNameOf(FollowLinks(path));
+  const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(milliseconds);
+  for (;;) {
+    if (auto file = TryLock(name, path)) return std::make_unique<PosixLock>(name, std::move(*file));
+    if (Clock::now() >= deadline) return nullptr;
+    std::this_thread::sleep_for(pause);
+  }
 }
 
 std::string PosixFiles::CurrentFolder() const {

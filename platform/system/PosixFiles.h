@@ -11,6 +11,9 @@ class PosixFiles final : public Files {
   [[nodiscard]] std::uint64_t Size(const std::string& path) const override;
   [[nodiscard]] std::string ReadWhole(const std::string& path) const override;
   void ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) override;
+  void Remove(const std::string& path) override;
+  /// A hidden file beside `path` stands for the lock; it goes when the lock is given back.
+  [[nodiscard]] std::unique_ptr<FileLock> Lock(const std::string& path, int milliseconds) override;
   [[nodiscard]] std::string CurrentFolder() const override;
 };
 

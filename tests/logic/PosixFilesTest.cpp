@@ -7,6 +7,7 @@
 
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <gmock/gmock.h>
@@ -21,6 +22,19 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace std::string_literals;
+
+/// What a process killed in its middle leaves behind: it takes the lock and never gives it back.
+void LockAndDie(PosixFiles& files, const std::string& path) {
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    const auto lock = files.Lock(path, 0);
+    ::raise(SIGKILL);
+  }
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFSIGNALED(status));
+}
 
 class PosixFilesTest : public testing::Test {
  protected:
@@ -78,6 +92,42 @@ class FileSizeLimit {
   rlimit old_{};
   void (*oldAction_)(int);
 };
+
+TEST_F(PosixFilesTest, ALockKeepsOutTheNextUntilItIsGivenBack) {
+  auto lock = files_.Lock(File("a"), 0);
+  ASSERT_NE(lock, nullptr);
+  EXPECT_EQ(files_.Lock(File("a"), 20), nullptr);
+  EXPECT_NE(files_.Lock(File("b"), 0), nullptr) << "the lock of another file is another one";
+  lock.reset();
+  EXPECT_NE(files_.Lock(File("a"), 0), nullptr);
+  EXPECT_EQ(FileCount(), 0) << "a lock leaves nothing behind";
+}
+
+TEST_F(PosixFilesTest, TheLockOfALinkIsThatOfItsFile) {
+  fs::create_symlink(File("real"), File("link"));
+  const auto lock = files_.Lock(File("link"), 0);
+  EXPECT_EQ(files_.Lock(File("real"), 0), nullptr);
+}
+
+TEST_F(PosixFilesTest, AKilledProcessGivesItsLockBack) {
+  LockAndDie(files_, File("a"));
+  EXPECT_NE(files_.Lock(File("a"), 0), nullptr);
+  EXPECT_EQ(FileCount(), 0);
+}
+
+TEST_F(PosixFilesTest, NoLockCanBeMadeInAFolderThatIsMissing) {
+  EXPECT_EQ(FailureOf([&] { static_cast<void>(files_.Lock(File("none/a"), 0)); }),
+            File("none/a") + ": No such file or directory");
+}
+
+TEST_F(PosixFilesTest, RemovingAMissingFileIsNoFailure) {
+  files_.ReplaceWhole(File("a"), "x", false);
+  files_.Remove(File("a"));
+  EXPECT_EQ(FileCount(), 0);
+  EXPECT_NO_THROW(files_.Remove(File("a")));
+  fs::create_directory(File("folder"));
+  EXPECT_EQ(FailureOf([&] { files_.Remove(File("folder")); }), File("folder") + ": Is a directory");
+}
 
 }  // namespace
 

@@ -1,6 +1,11 @@
 #include "connections/SettingsFile.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "tests/logic/LogicFixture.h"
 
@@ -119,12 +124,84 @@ TEST_F(SettingsFileTest, ReadingStopsAtAnElementThatLacksAnAttribute) {
   EXPECT_EQ(list[0].caption, "a");
 }
 
-TEST_F(SettingsFileTest, AFullDiskLeavesTheOldFileAndIsNotReported) {
+TEST_F(SettingsFileTest, AFullDiskLeavesTheOldFileAndTellsWhy) {
   const std::string before = "<Tessel><Connections/></Tessel>";
   LoadFrom(before);
   files.FailWrites("No space left on device");
-  EXPECT_NO_THROW(settings.Save({{"Provider=X", "Mine"}}));
+  std::string reason;
+  EXPECT_FALSE(settings.Save({{"Provider=X", "Mine"}}, &reason));
+  EXPECT_EQ(reason, folder.File("Tessel.ini.xml") + ": No space left on device");
   EXPECT_EQ(Content("Tessel.ini.xml"), before);
+}
+
+TEST_F(SettingsFileTest, WhatAnotherProgramAddedMeanwhileStays) {
+  settings.Load();
+  ASSERT_TRUE(settings.Save({{"A", "a"}}));
+  SettingsFile other(global);
+  auto list = other.Load();
+  list.push_back({"B", "b"});
+  ASSERT_TRUE(other.Save(list));
+  EXPECT_TRUE(settings.Save({{"A", "a"}, {"C", "c"}}));
+  const std::vector<SavedConnection> all = {{"A", "a"}, {"B", "b"}, {"C", "c"}};
+  EXPECT_EQ(SettingsFile(global).Load(), all);
+}
+
+TEST_F(SettingsFileTest, WhatAnotherProgramWroteBesideTheListStays) {
+  LoadFrom("<Tessel><Connections/></Tessel>");
+  folder.Write("Tessel.ini.xml", "<Tessel><Connections/><Later x=\"1\"/></Tessel>");
+  EXPECT_TRUE(settings.Save({{"A", "a"}}));
+  EXPECT_NE(Content("Tessel.ini.xml").find("<Later x=\"1\"/>"), std::string::npos);
+}
+
+TEST_F(SettingsFileTest, AFileThatWasDamagedMeanwhileIsLeftAlone) {
+  LoadFrom("<Tessel><Connections/></Tessel>");
+  folder.Write("Tessel.ini.xml", "<Tessel><Conn");
+  EXPECT_FALSE(settings.Save({{"A", "a"}}));
+  EXPECT_EQ(Content("Tessel.ini.xml"), "<Tessel><Conn");
+}
+
+TEST_F(SettingsFileTest, AFileThatWasRemovedMeanwhileIsWrittenAnew) {
+  LoadFrom("<Tessel><Connections/></Tessel>");
+  std::filesystem::remove(folder.File("Tessel.ini.xml"));
+  EXPECT_TRUE(settings.Save({{"A", "a"}}));
+  EXPECT_EQ(SettingsFile(global).Load().size(), 1U);
+}
+
+TEST_F(SettingsFileTest, SavingLeavesNoLockBehind) {
+  settings.Load();
+  settings.Save({{"A", "a"}});
+  const std::filesystem::directory_iterator files(folder.Path());
+  EXPECT_EQ(std::distance(begin(files), end(files)), 1);
+}
+
+constexpr int savesOfEach = 100;
+
+/// What one of two programs does: it reads the list, adds a connection and saves, again and again.
+int SaveOften(const Global& global, const std::string& name) {
+  int failures = 0;
+  for (int i = 0; i < savesOfEach; ++i) {
+    SettingsFile settings(global);
+    auto list = settings.Load();
+    list.push_back({name + std::to_string(i), name});
+    if (!settings.Save(list)) ++failures;
+  }
+  return failures;
+}
+
+TEST_F(SettingsFileTest, TwoRunningProgramsLoseNoneOfTwoHundredSaves) {
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) ::_exit(SaveOften(global, "child"));
+  EXPECT_EQ(SaveOften(global, "parent"), 0);
+  int status = -1;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  const auto list = settings.Load();
+  EXPECT_EQ(list.size(), 2U * savesOfEach);
+  for (int i = 0; i < savesOfEach; ++i)
+    for (const std::string name : {"child", "parent"})
+      EXPECT_EQ(std::ranges::count(list, SavedConnection{name + std::to_string(i), name}), 1)
+          << name << i;
 }
 
 }  // namespace

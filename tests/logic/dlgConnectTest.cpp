@@ -29,11 +29,13 @@ class FakeOpener : public ConnectionOpener {
     return "The connection works.";
   }
   void FocusQueryWindow() override { ++queryFocused; }
+  void TellListNotSaved(const std::string& reason) override { notSaved.push_back(reason); }
 
   bool succeeds = true;
   std::function<void()> duringConnect;
   std::vector<OpenedConnection> opened;
   std::vector<std::string> tested;
+  std::vector<std::string> notSaved;
   int queryFocused = 0;
 };
 
@@ -532,6 +534,19 @@ TEST_F(BuilderTest, TheDataLinkTableEditsKeysAndValuesAndTestsThem) {
       });
   EXPECT_EQ(built, "Provider=SQLite;Data Source=b.db");
   EXPECT_EQ(opener.tested, (std::vector<std::string>{built}));
+}
+
+TEST_F(dlgConnectTest, AListThatCannotBeSavedIsToldOnceAndTheConnectionStands) {
+  files.FailWrites();
+  Go([](Window& w) {
+    Fill(w, "Provider=X", "Mine");
+    w.Click("cmdConnect");
+  });
+  EXPECT_EQ(opener.opened.size(), 1U);
+  EXPECT_EQ(opener.notSaved, (std::vector<std::string>{folder.File("Tessel.ini.xml") +
+                                                       ": No space left on device"}));
+  EXPECT_TRUE(desktop.Messages().empty());
+  EXPECT_EQ(opener.queryFocused, 1);
 }
 
 }  // namespace

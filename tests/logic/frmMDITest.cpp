@@ -507,5 +507,16 @@ TEST_F(frmMDITest, TheDataLinkTestTellsHowItWent) {
   EXPECT_EQ(data.Log().openSessions, 0);
 }
 
+TEST_F(frmMDITest, AConnectionThatCouldNotBeSavedSaysSoOnTheStatusLineOfItsWindow) {
+  Start();
+  files.FailWrites();
+  Connect("A");
+  EXPECT_EQ(frame().RecordsWindowCount(), 1);
+  const std::string status = desktop.WindowOf("frmRecords").Find<TextBox>("txtStatus").Text();
+  EXPECT_TRUE(status.ends_with("Connected. The list of connections was not saved: " +
+                               folder.File("Tessel.ini.xml") + ": No space left on device."))
+      << status;
+}
+
 }  // namespace
 }  // namespace tessel

@@ -10,6 +10,19 @@ namespace {
   throw Error(errorNumber::file, "Tessel", path + ": " + reason);
 }
 
+class FakeLock final : public FileLock {
+ public:
+  FakeLock(std::shared_ptr<std::set<std::string>> locked, std::string path)
+      : locked_(std::move(locked)), path_(std::move(path)) {}
+  FakeLock(const FakeLock&) = delete;
+  FakeLock& operator=(const FakeLock&) = delete;
+  ~FakeLock() override { locked_->erase(path_); }
+
+ private:
+  std::shared_ptr<std::set<std::string>> locked_;
+  std::string path_;
+};
+
 }  // namespace
 
 bool FakeFiles::Exists(const std::string& path) const {
@@ -37,6 +50,19 @@ void FakeFiles::ReplaceWhole(const std::string& path, std::string_view content, 
   if (ownerOnly) ownerOnly_.insert(path);
   if (real_ != nullptr) return real_->ReplaceWhole(path, content, ownerOnly);
   contents_[path] = content;
+}
+
+void FakeFiles::Remove(const std::string& path) {
+  FailIfTold(path, std::nullopt);
+  if (real_ != nullptr) return real_->Remove(path);
+  contents_.erase(path);
+}
+
+std::unique_ptr<FileLock> FakeFiles::Lock(const std::string& path, int milliseconds) {
+  FailIfTold(path, std::nullopt);
+  if (real_ != nullptr) return real_->Lock(path, milliseconds);
+  if (!locked_->insert(path).second) return nullptr;
+  return std::make_unique<FakeLock>(locked_, path);
 }
 
 std::string FakeFiles::CurrentFolder() const {

@@ -22,6 +22,9 @@ class FakeFiles final : public Files {
   [[nodiscard]] std::uint64_t Size(const std::string& path) const override;
   [[nodiscard]] std::string ReadWhole(const std::string& path) const override;
   void ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) override;
+  void Remove(const std::string& path) override;
+  /// Of files in memory the lock is refused at once while another one holds it.
+  [[nodiscard]] std::unique_ptr<FileLock> Lock(const std::string& path, int milliseconds) override;
   [[nodiscard]] std::string CurrentFolder() const override;
 
   /// From now on every write fails for this reason; nothing: none does.
@@ -53,6 +56,7 @@ class FakeFiles final : public Files {
   Files* real_ = nullptr;
   std::map<std::string, std::string> contents_;
   std::set<std::string> ownerOnly_;
+  std::shared_ptr<std::set<std::string>> locked_ = std::make_shared<std::set<std::string>>();
   std::string currentFolder_ = "/home/me";
   std::optional<std::string> writeFailure_;
   std::optional<std::string> readFailure_;
