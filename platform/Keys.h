@@ -54,8 +54,9 @@ struct KeyEvent {
   int keyCode = 0;
   int shift = shiftState::none;
   bool handled = false;
-  /// What a key going down types, UTF-8; empty when it types nothing, or Ctrl or Alt is held. A key
-  /// without a code of its own that types something is reported too, with the code 0.
+  /// What a key going down types, UTF-8; empty when it types nothing, as with Ctrl, Alt or Meta
+  /// held (AltGr types). A key without a code of its own that types something is reported too,
+  /// with the code 0.
   std::string text = {};
 };
 

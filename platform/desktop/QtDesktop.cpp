@@ -9,6 +9,7 @@
 #include "platform/desktop/base/Icons.h"
 #include "platform/desktop/base/Text.h"
 #include "platform/desktop/base/Theme.h"
+#include "platform/desktop/base/Typing.h"
 #include "platform/desktop/dialogs/MessageDialog.h"
 #include "platform/desktop/help/HelpWindow.h"
 #include "platform/desktop/services/QtServices.h"
@@ -50,6 +51,7 @@ struct QtDesktop::Parts {
   Parts(int& argc, char** argv, std::function<void(std::exception_ptr)> showFailure)
       : application(ApplicationUnlessMade(argc, argv)), core(std::move(showFailure)) {
     core.showHelp = [this](const std::string& form, int context) { ShowTopic(form, context); };
+    QCoreApplication::instance()->installEventFilter(&heldKeys);
   }
   ~Parts() { delete help; }
   Parts(const Parts&) = delete;
@@ -70,6 +72,7 @@ struct QtDesktop::Parts {
 
   std::unique_ptr<QApplication> application;
   DesktopCore core;
+  HeldKeysFilter heldKeys;
   SystemTheme theme;
   QtClipboard clipboard;
   QtClock clock;

@@ -57,13 +57,21 @@ Qt::KeyboardModifiers ModifiersOf(int shift) {
   return modifiers;
 }
 
-/// What a key types; nothing with Ctrl or Alt held.
+/// With Ctrl held the window system turns letters and some others into control characters.
+QString TextWithControl(char16_t key) {
+  if (key >= u'@' && key <= u'~') return QChar(static_cast<char16_t>(key & 0x1F));
+  if (key == u' ' || key == u'2' || key == u'/') return {};
+  if (key >= u'3' && key <= u'8') return QChar(static_cast<char16_t>(key - u'3' + 0x1B));
+  return QChar(key);
+}
+
+/// The text that the window system gives a key.
 QString TextOf(int qtKey, Qt::KeyboardModifiers modifiers) {
-  if ((modifiers & (Qt::ControlModifier | Qt::AltModifier)) != 0) return {};
   if (qtKey == Qt::Key_Return) return QStringLiteral("\r");
   if (qtKey == Qt::Key_Backspace) return QStringLiteral("\b");
   if (qtKey < Qt::Key_Space || qtKey > Qt::Key_AsciiTilde) return {};
   const QChar character(static_cast<char16_t>(qtKey));
+  if (modifiers.testFlag(Qt::ControlModifier)) return TextWithControl(character.unicode());
   return modifiers.testFlag(Qt::ShiftModifier) ? character : character.toLower();
 }
 

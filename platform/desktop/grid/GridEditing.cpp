@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <algorithm>
 
+#include "platform/desktop/base/Typing.h"
 #include "platform/desktop/grid/CellEditor.h"
 #include "platform/desktop/grid/GridHeader.h"
 #include "platform/desktop/grid/RecordGrid.h"
@@ -38,8 +39,7 @@ QRect RecordGrid::CurrentCell() const {
 bool RecordGrid::StartTyping(const QKeyEvent& event) {
   if (user_ == nullptr || editor_->IsOpen()) return false;
   const bool paste = event.matches(QKeySequence::Paste);
-  const auto held = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
-  if (held != 0 && !paste) return false;
+  if (!TypesText(event) && !paste) return false;
   if (event.key() == Qt::Key_Space && user_->TurnsOver()) return true;
   if (!user_->MayEdit()) return false;
   const bool empties = event.key() == Qt::Key_Delete || event.key() == Qt::Key_Backspace;

@@ -9,6 +9,7 @@
 
 #include "platform/desktop/base/QtKeys.h"
 #include "platform/desktop/base/Text.h"
+#include "platform/desktop/base/Typing.h"
 #include "platform/desktop/window/DesktopCore.h"
 #include "platform/desktop/window/QtWindow.h"
 
@@ -20,7 +21,7 @@ constexpr char16_t deleteCharacter = 0x7F;
 
 /// What a key types; keys that act (Enter, Tab) type nothing in this sense.
 std::string TypedText(const QKeyEvent& event) {
-  if ((event.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) != 0) return {};
+  if (!TypesText(event)) return {};
   const QString text = event.text();
   const bool acts = !text.isEmpty() && (text[0] < QLatin1Char(' ') || text[0] == deleteCharacter);
   return acts ? std::string() : FromQt(text);

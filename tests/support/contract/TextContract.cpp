@@ -159,6 +159,27 @@ void ALockedTextIsChangedByCodeOnly(ContractHost& host) {
   });
 }
 
+void KeysHeldWithCtrlOrAltTypeNothing(ContractHost& host) {
+  ForEachBox(host, [](Box& box) {
+    constexpr int shifted = shiftState::ctrl | shiftState::shift;
+    box.control.SetText("select 1");
+    box.control.SetFocus();
+    box.control.Select(0, 8);
+    box.changes = 0;
+    for (int digit = '0'; digit <= '9'; ++digit)
+      for (const int held : {shiftState::ctrl, shifted, shiftState::alt})
+        box.host.PressKey(box.window, digit, held);
+    for (const int keyCode : {key::equals, key::fullStop, key::apostrophe, key::space})
+      for (const int held : {shiftState::ctrl, shifted, shiftState::ctrl | shiftState::alt})
+        box.host.PressKey(box.window, keyCode, held);
+    for (const char letter : {'G', 'J', 'Q'})
+      box.host.PressKey(box.window, letter, shiftState::alt);
+    EXPECT_EQ(box.control.Text(), "select 1");
+    EXPECT_EQ(box.control.SelText(), "select 1");
+    EXPECT_EQ(box.TakeChanges(), 0);
+  });
+}
+
 void BackspaceTakesAWholeCharacter(ContractHost& host) {
   ForEachBox(host, [](Box& box) {
     box.control.SetText("a\xF0\x9F\x98\x80");
@@ -238,6 +259,7 @@ std::vector<ContractCase> TextContract() {
           {"PositionsBeyondTheEndAreTheEnd", &PositionsBeyondTheEndAreTheEnd},
           {"ReplacingPutsTheCaretBehind", &ReplacingPutsTheCaretBehind},
           {"ALockedTextIsChangedByCodeOnly", &ALockedTextIsChangedByCodeOnly},
+          {"KeysHeldWithCtrlOrAltTypeNothing", &KeysHeldWithCtrlOrAltTypeNothing},
           {"BackspaceTakesAWholeCharacter", &BackspaceTakesAWholeCharacter},
           {"TheEditorKeepsEveryByte", &TheEditorKeepsEveryByte},
           {"TheEditorKeepsItsMargin", &TheEditorKeepsItsMargin},
