@@ -14,6 +14,7 @@ constexpr const char* cellTextFilter =
     "Common Files|*.txt;*.xml;*.html;*.htm|HTML Files (*.html,*.htm)|*.html;*.htm|"
     "XML Files (*.xml)|*.xml";
 
+constexpr const char* saveQuestion = "Save the change to this record?";
 constexpr const char* uniqueRowsWarning =
     "The recordset properties indicate that the field values of a record may or may not identify "
     "it uniquely. This means that when trying to update or delete an existing record, there is no "
@@ -98,7 +99,7 @@ void RecordEditing::cmdAccept_Click() {
 
 void RecordEditing::cmdReject_Click() {
   cmdReject_.SetFocus();
-  Reject();
+  DropChange();
   focusRecords_();
 }
 
@@ -127,22 +128,34 @@ bool RecordEditing::Write() {
   return true;
 }
 
-void RecordEditing::Reject() {
+bool RecordEditing::DropChange() {
   const std::shared_ptr<Recordset> rows = dataGrid_.DataSource();
-  if (rows == nullptr) return;
+  if (rows == nullptr) return true;
   const bool dropped = TryTo([&] {
     dataGrid_.DropEdit();
     if (rows->Editing() != EditMode::None) rows->CancelUpdate();
     dataGrid_.Refresh();
   });
   if (dropped) ShowEditButtons(false);
+  return dropped;
+}
+
+/// The record that is asked about is to be seen. What the user lets go of stays until the rows go:
+/// the flow may be stopped yet.
+bool RecordEditing::MayLeaveRows() {
+  if (dataGrid_.DataSource() == nullptr || !dataGrid_.ChangePending()) return true;
+  if (!window_.Active()) window_.Activate();
+  const MessageResult answer = help_.Ask(
+      {saveQuestion, MessageButtons::YesNoCancel, MessageIcon::Question}, helpContext::question);
+  if (answer == MessageResult::Yes) return Write();
+  return answer == MessageResult::No;
 }
 
 /// What was typed into the cell first, then the change of the whole row.
 bool RecordEditing::TakeBack() {
   if (!dataGrid_.EditActive() && !dataGrid_.ChangePending()) return false;
   if (!dataGrid_.EditActive()) {
-    Reject();
+    DropChange();
     return true;
   }
   dataGrid_.DropEdit();

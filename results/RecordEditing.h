@@ -30,8 +30,13 @@ class RecordEditing {
   /// Sets what the user may do with the rows that a query gave, before the grid is bound to them.
   /// `async`: their provider can write asynchronously.
   void ShowRecordset(const Recordset& recordset, bool async);
+  /// To be asked before the rows go away, or can no longer be written. Where a change is pending
+  /// the user says what becomes of it; saving it is done here. False: the rows stay as they are.
+  [[nodiscard]] bool MayLeaveRows();
   /// The rows on show go away, and what was not written with them.
   void HideRecordset();
+  /// Drops a change that is pending; false when it could not be, which has been shown.
+  bool DropChange();
 
   void ShowEditButtons(bool visible);
   /// On the row of a new record there are none: it is written when the user goes on.
@@ -52,7 +57,6 @@ class RecordEditing {
   bool HandlePlainKey(int keyCode);
   bool HandleControlKey(int keyCode);
   bool TakeBack();
-  void Reject();
   void EnterNull();
   void ViewCell();
   void EditCellInWindow();

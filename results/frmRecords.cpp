@@ -81,6 +81,7 @@ void frmRecords::Form_Load() {
 void frmRecords::WireControls() {
   window_->KeyDown = [this](KeyEvent& event) { Form_KeyDown(event); };
   window_->Resize = [this] { Form_Resize(); };
+  window_->QueryUnload = [this](bool& refuse, UnloadReason) { refuse = !MayEndSession(); };
   window_->Unloaded = [this] { Form_Unload(); };
   cmdCnErrors_.Click = [this] { cmdCnErrors_Click(); };
   cmdReconnect_.Click = [this] { cmdReconnect_Click(); };
@@ -107,6 +108,9 @@ void frmRecords::WireMenus() {
     window_->Menu("mnuWindowSidebar").SetChecked(host_.SidebarShown());
   };
 }
+
+/// What would be lost with the rows is asked about first.
+bool frmRecords::MayEndSession() { return editing_.MayLeaveRows(); }
 
 void frmRecords::Form_Unload() {
   if (unloaded_) return;
@@ -199,7 +203,8 @@ void frmRecords::cboCatalog_Click() {
   choosingCatalog_ = true;
   const std::string name = cboCatalog_.Text();
   try {
-    if (UseCatalog(name)) SetStatus("Using '" + mCn_->DefaultDatabase() + "'.", statusColor::plain);
+    if (MayChangeCatalog() && UseCatalog(name))
+      SetStatus("Using '" + mCn_->DefaultDatabase() + "'.", statusColor::plain);
     else cboCatalog_.SetText(mCn_->DefaultDatabase());
   } catch (const Error& error) {
     help_.Show("Error using '" + name + "': " + error.Description(), MessageIcon::Critical);
@@ -207,6 +212,9 @@ void frmRecords::cboCatalog_Click() {
   }
   choosingCatalog_ = false;
 }
+
+/// The rows stay on show, but they are the former catalog's.
+bool frmRecords::MayChangeCatalog() { return editing_.MayLeaveRows() && editing_.DropChange(); }
 
 /// Some databases want the name in brackets, others as it is. False when the user cancelled.
 bool frmRecords::UseCatalog(const std::string& name) {
@@ -218,6 +226,7 @@ bool frmRecords::UseCatalog(const std::string& name) {
 }
 
 void frmRecords::cmdReconnect_Click() {
+  if (!MayEndSession()) return FocusRecords();
   dataGrid_.SetDataSource(nullptr);
   EnableRecords(false);
   cboCatalog_.SetVisible(false);
@@ -261,6 +270,7 @@ std::optional<SubstitutedText> frmRecords::Preprocess(const std::string& taggedS
 
 bool frmRecords::ExecuteSQL(Execution execution) {
   if (execution.confirmFirst && !ConfirmSQL(execution.sql)) return false;
+  if (!editing_.MayLeaveRows()) return false;
   const std::int64_t start = global_.TheDesktop().TheClock().Milliseconds();
   try {
     return Run(execution, start);
@@ -284,16 +294,20 @@ bool frmRecords::Run(const Execution& execution, std::int64_t start) {
   recordset->SetCursorType(CursorType::Static);
   recordset->SetLockType(editing_.Locked() ? LockType::ReadOnly : LockType::Optimistic);
   std::int64_t recordsAffected = -3;
-  const bool interrupted = !async_.DoQuery(recordset, recordsAffected, freeThreaded_);
-  UpdateTimer(start);
-  if (recordset->State() != objectState::closed) {
-    ShowRecordset(recordset);
-    EnableRecords(true);
-    history_.Record(
-        {execution.taggedSQL, execution.tagKind, execution.sql, recordset->RecordCount()},
-        execution.historyPosition);
-  } else if (!ReportNoRows(recordsAffected, interrupted)) {
+  bool interrupted = false;
+  try {
+    interrupted = !async_.DoQuery(recordset, recordsAffected, freeThreaded_);
+  } catch (const Error& error) {
+    if (recordset->State() == objectState::closed) throw;
+    ShowRowsOf(execution, recordset, start);
+    ReportBrokenFetch(*recordset, error);
     return false;
+  }
+  if (recordset->State() != objectState::closed) {
+    ShowRowsOf(execution, recordset, start);
+  } else {
+    UpdateTimer(start);
+    if (!ReportNoRows(recordsAffected, interrupted)) return false;
   }
   if (interrupted) {
     SetStatus("[Interrupted]", statusColor::interrupted, {true, false, false});
@@ -301,6 +315,21 @@ bool frmRecords::Run(const Execution& execution, std::int64_t start) {
   }
   ReportErrors();
   return true;
+}
+
+void frmRecords::ShowRowsOf(const Execution& execution, const std::shared_ptr<Recordset>& recordset,
+                            std::int64_t start) {
+  UpdateTimer(start);
+  ShowRecordset(recordset);
+  EnableRecords(true);
+  history_.Record({execution.taggedSQL, execution.tagKind, execution.sql, recordset->RecordCount()},
+                  execution.historyPosition);
+}
+
+/// The rows that came before the failure are there and stay.
+void frmRecords::ReportBrokenFetch(const Recordset& recordset, const Error& error) {
+  SetStatus(std::to_string(recordset.RecordCount()) + " record(s). " + error.Description(),
+            statusColor::failure, {false, true, !mCn_->Errors().empty()});
 }
 
 /// False when the statement was cancelled before anything came of it.

@@ -86,6 +86,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   void Form_Load();
   void WireControls();
   void WireMenus();
+  [[nodiscard]] bool MayEndSession();
   void Form_Unload();
   void Form_Resize();
   void PlaceTopRow(int width);
@@ -99,12 +100,16 @@ class frmRecords : private QueryRunner, private TagResolver {
   void ListCatalogs();
   void AddOtherCatalogs(const std::string& inUse);
   void cboCatalog_Click();
+  [[nodiscard]] bool MayChangeCatalog();
   [[nodiscard]] bool UseCatalog(const std::string& name);
   void cmdReconnect_Click();
 
   [[nodiscard]] std::optional<SubstitutedText> Preprocess(const std::string& taggedSQL);
   bool ExecuteSQL(Execution execution);
   bool Run(const Execution& execution, std::int64_t start);
+  void ShowRowsOf(const Execution& execution, const std::shared_ptr<Recordset>& recordset,
+                  std::int64_t start);
+  void ReportBrokenFetch(const Recordset& recordset, const Error& error);
   bool ReportNoRows(std::int64_t recordsAffected, bool interrupted);
   void ReportErrors();
   bool ConfirmSQL(std::string& sql);

@@ -310,10 +310,16 @@ TEST_F(EditingTest, TheContextMenuKeyOpensTheMenuOfABinaryCell) {
   EXPECT_EQ(grid().ShownText(0, photo), "NULL");
 }
 
-TEST_F(EditingTest, AQueryWhileACellIsEditedDropsIt) {
+TEST_F(EditingTest, AQueryWhileACellIsEditedAsksWhatBecomesOfIt) {
   RunUnlocked();
   Click(0, name);
   Type("x");
+  host.Answers().OnMessage("Save the change to this record?", MessageResult::Cancel);
+  Run("SELECT id FROM item");
+  EXPECT_TRUE(grid().EditActive());
+  EXPECT_EQ(grid().CellText(), "x");
+  EXPECT_TRUE(ButtonsShow());
+  host.Answers().OnMessage("Save the change to this record?", MessageResult::No);
   Run("SELECT id FROM item");
   EXPECT_FALSE(grid().EditActive());
   EXPECT_FALSE(ButtonsShow());

@@ -92,12 +92,14 @@ TEST_F(RecordEditingTest, ANewQueryAndAReconnectionHideTheButtonsAndTheWarning) 
   EXPECT_TRUE(ButtonsShow());
   EXPECT_TRUE(Shows("lblWarning"));
   data.AnswerNothing("other");
+  desktop.ExpectMessage("Save the change to this record?", MessageResult::No);
   ASSERT_TRUE(Run("other"));
   EXPECT_TRUE(NoButtonShows());
   EXPECT_FALSE(Shows("lblWarning"));
   RunUnlocked("third");
   ClickCell(0, name);
   Type("x");
+  desktop.ExpectMessage("Save the change to this record?", MessageResult::No);
   W().Click("cmdReconnect");
   EXPECT_TRUE(NoButtonShows());
 }
@@ -628,6 +630,7 @@ TEST_F(RecordEditingTest, UnloadingTheWindowWithAPendingChangeIsSafe) {
   RunUnlocked();
   ClickCell(0, name);
   Type("b");
+  desktop.ExpectMessage("Save the change to this record?", MessageResult::No);
   W().CloseByControlBox();
   EXPECT_EQ(Stored(0, name), Text("one"));
 }

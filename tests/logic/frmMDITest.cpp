@@ -148,6 +148,32 @@ TEST_F(frmMDITest, AFailureOnTheSecondOfThreeAsksByItsCaptionAndCancelLeavesTheT
   EXPECT_EQ(Executed("C").size(), 1U);
 }
 
+/// What is pending in the rows of a connection is asked about before they go.
+TEST_F(frmMDITest, AChangeThatIsToStayCountsAsAQueryThatDidNotComplete) {
+  Start();
+  for (const char* name : {"A", "B"}) {
+    data.ServerOf(name).Answer("select", FakeFields({"a"}), {{Value(std::string("x"))}});
+    Connect(name);
+  }
+  Window& first = *desktop.WindowsOf("frmRecords").front();
+  first.PressKey('L', shiftState::ctrl);
+  Select("select");
+  mdi().ChooseMenu("mnuDBExecute");
+  first.Activate();
+  first.ClickGridCell("DataGrid", 0, 0);
+  first.Type("DataGrid", "typed");
+  desktop.ExpectMessage("Save the change to this record?", MessageResult::Cancel);
+  desktop.ExpectMessage("The query did not complete successfully on:-\r\n    A "
+                        "caption\r\n\r\nContinue executing on the remaining "
+                        "connections?",
+                        MessageResult::Ok);
+  mdi().ChooseMenu("mnuDBExecute");
+  EXPECT_EQ(Executed("A").size(), 1U);
+  EXPECT_EQ(Executed("B").size(), 2U);
+  EXPECT_EQ(first.Find<DataGrid>("DataGrid").CellText(), "typed");
+  first.PressKey('R', shiftState::ctrl);
+}
+
 TEST_F(frmMDITest, AFailureOnTheLastConnectionAsksNothing) {
   Start();
   Connect("A");
