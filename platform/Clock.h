@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 
@@ -14,6 +15,9 @@ class Clock {
   [[nodiscard]] virtual std::int64_t Milliseconds() const = 0;
   /// The local time of day in the system's long time format, for example "14:03:59".
   [[nodiscard]] virtual std::string LongTime() const = 0;
+  /// The local time of day of a moment in hours and minutes, for example "14:03".
+  [[nodiscard]] virtual std::string
+  ShortTimeOf(std::chrono::system_clock::time_point moment) const = 0;
 };
 
 }  // namespace tessel

@@ -120,6 +120,8 @@ void DataConnection::DropHost() {
   sessionOpen_ = false;
   catalog_.clear();
   properties_.Clear();
+  transaction_ = {};
+  AnnounceTransaction();
 }
 
 int DataConnection::State() const {
@@ -169,9 +171,24 @@ void DataConnection::Finish(const Task& task, const TaskNews& news) {
   if (!news.ended) return;
   running_.reset();
   if (news.catalog) catalog_ = *news.catalog;
+  if (news.transaction) NoteTransaction(*news.transaction);
   if (!news.sessionLost) return;
   givenUp_ = true;
   DropHost();
+}
+
+void DataConnection::NoteTransaction(UserTransaction state) {
+  const UserTransaction before = std::exchange(transaction_.state, state);
+  if (before == state) return;
+  if (!IsUnderWay(before)) transaction_.since = std::chrono::system_clock::now();
+  AnnounceTransaction();
+}
+
+void DataConnection::AnnounceTransaction() {
+  const std::weak_ptr<DataConnection> weak = weak_from_this();
+  services_.queue.Post(weak, [weak, failures = services_.failures] {
+    if (const auto self = weak.lock()) self->TransactionChanged.Raise(failures);
+  });
 }
 
 void DataConnection::Call(CallTask::Body body) {

@@ -33,13 +33,6 @@ struct WriteDialect {
   bool countsFirst = false;       ///< There are tables whose changes cannot be undone.
 };
 
-/// What the user's own transaction is like.
-enum class UserTransaction {
-  None,
-  Open,
-  Failed  ///< Nothing but its end is accepted.
-};
-
 /// A statement that changes rows or reads some back.
 struct RowStatement {
   /// A value and the field whose column it is written to or compared with.

@@ -17,7 +17,8 @@ class RowTransaction {
   RowTransaction(ProviderSession& session, const WriteDialect& dialect) : session_(session) {
     const UserTransaction users = session.Transaction();
     if (users == UserTransaction::Failed) RaiseFailed();
-    isSavepoint_ = users == UserTransaction::Open || dialect.begin.empty();
+    const bool joins = users == UserTransaction::Open || users == UserTransaction::Waiting;
+    isSavepoint_ = joins || dialect.begin.empty();
     session_.RunControl(isSavepoint_ ? "savepoint tessel_change" : dialect.begin, nullptr);
   }
   RowTransaction(const RowTransaction&) = delete;

@@ -33,6 +33,10 @@ void Task::End(std::optional<ErrorInfo> failure, bool sessionLost) {
   spent = PostLocked();
 }
 
+void Task::TellTransaction(UserTransaction state) {
+  Tell([state](TaskNews& news) { news.transaction = state; }, false);
+}
+
 bool Task::Abandon() {
   Poster spent;
   const std::lock_guard lock(mutex_);

@@ -22,6 +22,9 @@ class HeadlessClock final : public Clock {
   [[nodiscard]] std::int64_t Milliseconds() const override { return now_; }
   /// "HH:MM:SS" of a day that began 12 hours before the clock's zero.
   [[nodiscard]] std::string LongTime() const override;
+  /// The twin lives in universal time.
+  [[nodiscard]] std::string
+  ShortTimeOf(std::chrono::system_clock::time_point moment) const override;
   void Set(std::int64_t milliseconds) { now_ = milliseconds; }
 
  private:

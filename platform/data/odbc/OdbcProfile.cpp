@@ -50,7 +50,8 @@ WriteDialect SqliteWriting() {
   return dialect;
 }
 
-/// Protocol: with its default the driver rolls the user's transaction back after any error.
+/// Protocol: with its default the driver rolls the user's transaction back after any error. What
+/// runs alone begins with its transaction; within the user's own it begins later.
 DriverProfile PostgreSql() {
   return {.name = "PostgreSQL",
           .marks = {"postgres", "psqlodbc"},
@@ -65,7 +66,7 @@ DriverProfile PostgreSql() {
           .uniqueIndexQuery = uniqueIndexesOfPostgreSql,
           .readOnlyColumnsQuery = readOnlyColumnsOfPostgreSql,
           .writing = [](auto, auto) { return PostgresDialect(); },
-          .noTransactionState = "25P01",
+          .transactionQuery = "select case when now() = statement_timestamp() then 0 else 1 end",
           .failedTransactionState = "25P02",
           .textEndsAtZero = true,
           .catalogChange = CatalogChange::Reconnect,
@@ -90,7 +91,8 @@ DriverProfile MariaDb() {
           .tellsBaseColumns = true,
           .readOnlyColumnsQuery = readOnlyColumnsOfMariaDb,
           .writing = &MariaDialect,
-          .transactionQuery = "select @@in_transaction or not @@autocommit",
+          .transactionQuery = "select case when @@in_transaction then 1"
+                              " when @@autocommit then 0 else 2 end",
           .takesNumbers = true,
           .noCatalog = "null",
           .needsCatalog = true};

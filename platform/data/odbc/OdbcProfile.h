@@ -62,12 +62,10 @@ struct DriverProfile {
   // --- changing rows --------------------------------------------------------------------------
   /// How rows are written on a server of this name and version; null: it cannot be done.
   WriteDialect (*writing)(std::string_view server, std::string_view version) = nullptr;
-  /// Tells 1 while the user's transaction is open, else 0.
+  /// Tells 1 while the user's transaction is open, 2 while autocommit is off and none is begun,
+  /// else 0; changes nothing. Empty: the database does not tell.
   std::string_view transactionQuery = {};
-  /// Where there is no such query: a savepoint is tried, and fails with this SQLSTATE outside of a
-  /// transaction, with the other in one that failed.
-  std::string_view noTransactionState = {};
-  std::string_view failedTransactionState = {};
+  std::string_view failedTransactionState = {};  ///< SQLSTATE of that query in one that failed.
   bool takesNumbers = false;    ///< Parameters that are numbers are told apart from texts.
   bool textEndsAtZero = false;  ///< A text with a zero character in it would be cut short.
 

@@ -109,7 +109,12 @@ void OdbcSession::Close() noexcept {
   alive_ = false;
 }
 
-Properties OdbcSession::ReadProperties() { return ReadDriverProperties(*dbc_); }
+Properties OdbcSession::ReadProperties() {
+  Properties properties = ReadDriverProperties(*dbc_);
+  properties.Set("Catalog Change Ends Session",
+                 profile_.catalogChange == DriverProfile::CatalogChange::Reconnect);
+  return properties;
+}
 
 // --- commands ------------------------------------------------------------------------------------
 

@@ -78,7 +78,6 @@ class OdbcSession : public ProviderSession {
   [[nodiscard]] std::int64_t Count(Outcome outcome) const;
   void ReportNotices(const Diagnostics& notices, Operation& operation);
   [[nodiscard]] StatementResult ReadResult(Statement& statement);
-  [[nodiscard]] UserTransaction TransactionBySavepoint();
   void ForgetWarnings();
   void ReportWarnings(Operation& operation);
 

@@ -135,28 +135,22 @@ StatementResult OdbcSession::ReadResult(Statement& statement) {
   return result;
 }
 
-/// Where a savepoint does for both, nobody needs to know.
-UserTransaction OdbcSession::Transaction() {
-  if (profile_.transactionQuery.empty())
-    return profile_.noTransactionState.empty() ? UserTransaction::None : TransactionBySavepoint();
-  Operation operation;
-  RowStatement query;
-  query.sql = profile_.transactionQuery;
-  const StatementResult result = RunStatement(query, operation);
-  const bool open = !result.first.empty() && ToText(ToView(result.first.front())) == "1";
-  return open ? UserTransaction::Open : UserTransaction::None;
-}
-
-UserTransaction OdbcSession::TransactionBySavepoint() {
-  try {
-    RunControl("savepoint tessel_look", nullptr);
-  } catch (const Error& error) {
-    if (error.Info().sqlState == profile_.noTransactionState) return UserTransaction::None;
-    if (error.Info().sqlState == profile_.failedTransactionState) return UserTransaction::Failed;
-    throw;
-  }
-  RunControl("release savepoint tessel_look", nullptr);
-  return UserTransaction::Open;
+/// Asked of the server: a driver knows what it was told to do, not what the user's text did.
+UserTransaction OdbcSession::Transaction() try {
+  if (profile_.transactionQuery.empty()) return UserTransaction::Unknown;
+  CancelGate gate;
+  Diagnostics unused;
+  Statement query(*dbc_);
+  query.Execute(std::string(profile_.transactionQuery), gate, unused);
+  std::int64_t answer = 0;
+  ForEachRow(query, 1, [&](const TextRow& row) { answer = ToNumber(row[0], 0); });
+  if (answer == 2) return UserTransaction::Waiting;
+  return answer == 1 ? UserTransaction::Open : UserTransaction::None;
+} catch (const Failure& failure) {
+  NoteHealth(failure);
+  const ErrorInfo error = ToErrors(failure.Records(), driver_).front();
+  if (error.sqlState == profile_.failedTransactionState) return UserTransaction::Failed;
+  throw Error(error);
 }
 
 /// Cannot be cancelled: the gate is one that nobody knows.

@@ -58,6 +58,7 @@ Properties ReadPostgresProperties(const PqConnection& connection) {
   properties.Set("User Name", connection.User());
   properties.Set("Encrypted", connection.UsesSsl());
   properties.Set("Multiple Results", true);
+  properties.Set("Catalog Change Ends Session", true);
   properties.Set("Maximum Identifier Length", std::int64_t{63});
   for (const Fact& setting : settings)
     properties.Set(setting.name, connection.Setting(setting.value));

@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QLocale>
@@ -41,6 +42,12 @@ std::string QtClock::LongTime() const {
   QString format = QLocale::system().timeFormat(QLocale::LongFormat);
   format.remove(QLatin1Char('t')).remove(QLatin1String("()"));
   return FromQt(QLocale::system().toString(QTime::currentTime(), format.trimmed()));
+}
+
+std::string QtClock::ShortTimeOf(std::chrono::system_clock::time_point moment) const {
+  const QDateTime time =
+      QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(moment));
+  return FromQt(time.toString(QStringLiteral("HH:mm")));
 }
 
 void QtEventQueue::Post(std::weak_ptr<const void> owner, std::function<void()> notice) {

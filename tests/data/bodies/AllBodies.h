@@ -58,6 +58,16 @@ class TypeBodies : public DatabaseTest {
 class EditBodies : public WriteTest {};
 class WriteBodies : public WriteTest {};
 class WriteFaultBodies : public WriteTest {};
+/// What is told of the user's own transaction.
+class TransactionBodies : public WriteTest {
+ protected:
+  void SetUp() override;
+  [[nodiscard]] UserTransaction State() const { return connection_->Transaction().state; }
+  void Insert(int id) {
+    Run(*connection_,
+        "insert into " + table_->Name() + " (id) values (" + std::to_string(id) + ")");
+  }
+};
 
 /// The name of a database as a part of the names of its tests.
 inline std::string DatabaseName(const testing::TestParamInfo<DatabaseParam>& info) {
@@ -82,4 +92,5 @@ inline std::string DatabaseName(const testing::TestParamInfo<DatabaseParam>& inf
   INSTANTIATE_TEST_SUITE_P(prefix, EditBodies, params, DatabaseName);                              \
   INSTANTIATE_TEST_SUITE_P(prefix, TypeBodies, params, DatabaseName);                              \
   INSTANTIATE_TEST_SUITE_P(prefix, WriteBodies, params, DatabaseName);                             \
-  INSTANTIATE_TEST_SUITE_P(prefix, WriteFaultBodies, params, DatabaseName)
+  INSTANTIATE_TEST_SUITE_P(prefix, WriteFaultBodies, params, DatabaseName);                        \
+  INSTANTIATE_TEST_SUITE_P(prefix, TransactionBodies, params, DatabaseName)

@@ -200,7 +200,8 @@ class SqliteOdbc : public OdbcDatabase {
             .uniqueRows = false,
             .limitsText = false,
             .holdsLongValues = false,
-            .hasServer = false};
+            .hasServer = false,
+            .tellsTransaction = false};
   }
   [[nodiscard]] std::string ConnectionString() const override { return SqliteString("shared.db"); }
   [[nodiscard]] std::string BadConnectionString() const override {

@@ -33,6 +33,7 @@ struct DatabaseTraits {
   bool limitsText = true;   ///< A text longer than its column is an error.
   bool holdsLongValues = true;      ///< 100 megabytes in one cell are no matter.
   bool hasServer = true;            ///< It can be ended while a connection is open.
+  bool tellsTransaction = true;     ///< What the user's own transaction is like.
   bool syntaxErrorHasState = true;  ///< An error carries SQLSTATE or a native code.
 };
 

@@ -52,6 +52,13 @@ void TheClockGoesOn(ContractHost& host) {
   host.PassTime(50);
   EXPECT_GE(clock.Milliseconds() - before, 50);
   EXPECT_NE(clock.LongTime().find(':'), std::string::npos) << clock.LongTime();
+  using std::chrono::minutes;
+  const std::chrono::system_clock::time_point moment(minutes(1000));
+  const std::string time = clock.ShortTimeOf(moment);
+  ASSERT_EQ(time.size(), 5U) << time;
+  EXPECT_EQ(time.substr(2), clock.ShortTimeOf(moment + minutes(60)).substr(2)) << "an hour later";
+  EXPECT_NE(time, clock.ShortTimeOf(moment + minutes(60)));
+  EXPECT_EQ(time, clock.ShortTimeOf(moment + minutes(24 * 60))) << "a day later";
 }
 
 void ProgressStaysWithinItsBounds(ContractHost& host) {
