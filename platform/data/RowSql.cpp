@@ -58,6 +58,7 @@ std::string RowSql::Parameter(RowStatement& statement, std::size_t field,
 }
 
 std::string_view RowSql::PatternOf(const FieldInfo& field) const {
+  if (!field.searchable) return {};
   for (const WriteDialect::Comparison& rule : dialect_.comparisons) {
     const bool named = !rule.typeName.empty();
     if (named ? EqualNoCase(rule.typeName, ElementType(field.typeName)) : rule.type == field.type)
@@ -80,12 +81,17 @@ void RowSql::AddComparison(RowStatement& statement, std::size_t field, const Val
   statement.sql += Replaced(column, "{value}", Parameter(statement, field, value));
 }
 
+/// Whether its original value must still be there, beside the key that finds the row.
+bool RowSql::IsCompared(std::size_t field) const {
+  return change_.key.empty() || change_.changes[field] || change_.kind == RowChange::Kind::Delete;
+}
+
 void RowSql::AddWhere(RowStatement& statement) const {
   statement.sql += " where";
   for (const std::size_t field : change_.key)
     AddComparison(statement, field, *change_.originals[field], true);
   for (std::size_t i = 0; i < change_.fields.size(); ++i)
-    if (change_.originals[i] && (change_.key.empty() || change_.changes[i]))
+    if (change_.originals[i] && IsCompared(i))
       AddComparison(statement, i, *change_.originals[i], false);
   if (statement.sql.ends_with(" where"))
     throw Error(errorNumber::notSupported, "Tessel",

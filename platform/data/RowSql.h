@@ -38,6 +38,7 @@ class RowSql {
   [[nodiscard]] std::string_view PatternOf(const FieldInfo& field) const;
   void AddComparison(RowStatement& statement, std::size_t field, const Value& value,
                      bool byKey) const;
+  [[nodiscard]] bool IsCompared(std::size_t field) const;
   void AddWhere(RowStatement& statement) const;
   void AddColumns(RowStatement& statement) const;
   void AddReturning(RowStatement& statement) const;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/data/RowOrigin.h"
 #include "platform/data/RowSql.h"
 
 namespace tessel {
@@ -199,6 +200,8 @@ FieldValues WriteRow(ProviderSession& session, const RowChange& change, Operatio
   if (dialect == nullptr)
     throw Error(errorNumber::notSupported, "Tessel", "This provider cannot change records.");
   RowTransaction transaction(session, *dialect);
+  if (const auto reason = WhyOtherCatalog(change.catalog, session.CurrentCatalog()))
+    throw Error(*reason);
   FieldValues written = ChangeWriter(session, *dialect, change, operation).Write();
   operation.ThrowIfStopped();
   transaction.Keep(operation);
