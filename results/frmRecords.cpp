@@ -401,6 +401,7 @@ void frmRecords::ShowRecordset(const std::shared_ptr<Recordset>& recordset) {
   editing_.ShowRecordset(*recordset, freeThreaded_);
   PlaceGrid(window_->ScaleWidth(), window_->ScaleHeight());
   dataGrid_.SetDataSource(recordset);
+  editing_.LockColumns(*recordset);
   blobs_.ShowRecordset(*recordset);
 }
 
