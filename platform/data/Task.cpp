@@ -171,7 +171,9 @@ void ExecuteTask::LeaveCommand(ProviderSession& session) noexcept {
 void ExecuteTask::TellFields(ProviderSession& session) {
   session.CompleteFields(fields_);
   std::vector<std::size_t> key = session.FindKey(fields_);
-  if (OneBaseTable(fields_) == nullptr || session.Writing() == nullptr)
+  const WriteDialect* writing = session.Writing();
+  const bool canWrite = writing != nullptr && !(writing->needsKey && key.empty());
+  if (OneBaseTable(fields_) == nullptr || !canWrite)
     for (FieldInfo& field : fields_) field.updatable = false;
   Tell(
       [&](TaskNews& news) {
