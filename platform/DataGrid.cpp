@@ -12,6 +12,10 @@ bool DataGrid::CanEditCell() const {
   return AllowUpdate() && !DataSource()->Bof() && !DataSource()->Eof();
 }
 
+bool DataGrid::CanEmptyCell() const {
+  return CanEditCell() && (OnNewRow() || !CurrentField()->isKey);
+}
+
 bool DataGrid::ChangePending() const {
   if (CurrentField() == nullptr) return false;
   return (EditActive() && EditorChanged()) || DataSource()->Editing() != EditMode::None;

@@ -26,12 +26,14 @@ class DataFormat {
 /// Values are read from the recordset when they are painted, never copied. Null looks different
 /// from an empty text, numbers stand at the right, long values are shown shortened. Rows are
 /// selected by their headers, in the order selected (Ctrl adds, Shift extends); a range of columns
-/// by theirs. Copy puts the selected cells on the clipboard as tab-separated text and as an HTML
-/// table. Tab and Enter go to the next cell, Shift+Tab to the one before.
+/// by theirs. By keys Shift+Space selects the current row or takes that back, Ctrl+Space adds it to
+/// those selected or takes it away, and Shift with a key that moves extends the rows. Copy puts the
+/// selected cells on the clipboard as tab-separated text and as an HTML table. Tab and Enter go to
+/// the next cell, Shift+Tab to the one before.
 ///
 /// Cells are edited in place where CanEditCell says so. Typing on a cell replaces its text, the
-/// Delete and Backspace keys empty it, a double click opens it, the space bar turns a boolean over.
-/// Where WhyNotInPlace has a reason nothing of that begins, and the reason is shown by the window's
+/// Delete and Backspace keys empty it (not a key of its row, CanEmptyCell), a double click opens
+/// it, the space bar turns a boolean over. Where WhyNotInPlace has a reason nothing of that begins, and the reason is shown by the window's
 /// rule.
 /// What is typed lies in the cell until the editing ends, by EndEdit or because the user goes on to
 /// another cell; it then becomes the field's value as Recordset::SetFieldValue converts text, and
@@ -92,6 +94,8 @@ class DataGrid : public Control {
   /// cannot be changed now (Recordset::WhyNotChangeable), or its text holds bytes that are no valid
   /// UTF-8 and would be lost on the way through an editor. Nothing when he can.
   [[nodiscard]] std::optional<ErrorInfo> WhyNotInPlace() const;
+  /// Whether one key may empty it: not when the row of an existing record is found by it.
+  [[nodiscard]] bool CanEmptyCell() const;
   /// Whether its text is being edited.
   [[nodiscard]] virtual bool EditActive() const = 0;
   /// Whether the current row has something to write: a change pending in the recordset, or a text

@@ -276,9 +276,9 @@ void ClientRecordset::EndRows(const Task* task, RowFacts facts) {
   state_ &= objectState::open;
   if (state_ == objectState::closed) return;
   rows_->origin = std::move(facts.origin);
-  rows_->SetKey(std::move(facts.key));
   if (facts.fields.size() == rows_->fields.size())
     std::ranges::move(facts.fields, rows_->fields.begin());
+  rows_->SetKey(std::move(facts.key));
   if (!sort_.empty()) ApplySort();
 }
 

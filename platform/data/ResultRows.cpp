@@ -22,6 +22,7 @@ ResultRows::ResultRows() { SetKey({}); }
 
 void ResultRows::SetKey(std::vector<std::size_t> keyFields) {
   key = std::move(keyFields);
+  for (const std::size_t field : key) fields.at(field).isKey = true;
   properties.Set("Unique Rows", !key.empty());
 }
 

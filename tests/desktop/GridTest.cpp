@@ -189,6 +189,47 @@ TEST_F(GridTest, ADraggedRectangleIsCopied) {
   EXPECT_EQ(Copied(), "4\t\xE6\x9D\xB1\xE4\xBA\xAC\r\n5\tAda Lovelace");
 }
 
+TEST_F(GridTest, ShiftSelectsFromTheCellThatIsCurrent) {
+  Click(5, 2);
+  PressKeyCode(key::down, shiftState::shift);
+  grid.SetDataSource(OrdersOf(10));
+  host.Settle();
+  PressKeyCode(key::down, shiftState::shift);
+  EXPECT_TRUE(view.ShowsSelected(0, 0)) << "the first row of another query";
+  EXPECT_TRUE(view.ShowsSelected(1, 0));
+  EXPECT_FALSE(view.ShowsSelected(2, 0));
+  EXPECT_FALSE(view.ShowsSelected(1, 1));
+  grid.SetDataSource(rows);
+  PressKeyCode(key::down);
+  grid.SetDataSource(OrdersOf(10));
+  host.Settle();
+  PressKeyCode(key::down, shiftState::shift);
+  EXPECT_TRUE(view.ShowsSelected(0, 0)) << "after a move to the second row before";
+  grid.SetCurrentColumn(3);
+  grid.SetSelBookmarks({});
+  PressKeyCode(key::right, shiftState::shift);
+  EXPECT_TRUE(view.ShowsSelected(1, 3));
+  EXPECT_FALSE(view.ShowsSelected(1, 2)) << "another column, set by the program";
+}
+
+TEST_F(GridTest, SelectedRowsAreExtendedByEveryKeyThatMoves) {
+  PressKeyCode(key::pageDown);
+  const auto start = static_cast<int>(CurrentRow());
+  PressKeyCode(key::space, shiftState::shift);
+  PressKeyCode(key::pageDown, shiftState::shift);
+  EXPECT_GT(CurrentRow(), start + 3);
+  EXPECT_EQ(grid.SelBookmarks().size(), static_cast<std::size_t>(CurrentRow() - start) + 1);
+  PressKeyCode(key::home, shiftState::ctrl | shiftState::shift);
+  EXPECT_EQ(grid.SelBookmarks().size(), static_cast<std::size_t>(start) + 1);
+  PressKeyCode(key::right, shiftState::shift);
+  EXPECT_EQ(grid.SelBookmarks().size(), static_cast<std::size_t>(start) + 1);
+  ClickRow(2);
+  PressKeyCode(key::down, shiftState::shift);
+  EXPECT_EQ(grid.SelBookmarks(), (std::vector{At(2), At(3)})) << "from a head that was pressed";
+  PressKeyCode(key::down);
+  EXPECT_TRUE(grid.SelBookmarks().empty());
+}
+
 TEST_F(GridTest, SelectedRowsAreCopiedInTheirOrder) {
   grid.SetSelBookmarks({At(2), At(0)});
   const std::string text = Copied();

@@ -110,6 +110,7 @@ void HeadlessGrid::SelectRows(const std::vector<std::int64_t>& positions) {
   for (const std::int64_t position : positions) {
     if (!MoveTo(position, currentColumn_)) return;
     selected_.push_back(source_->BookmarkAt(position));
+    anchor_ = position;
   }
 }
 
@@ -121,6 +122,11 @@ void HeadlessGrid::GoToNewRow() {
 bool HeadlessGrid::TakeKey(int keyCode, int shift) {
   if (source_ == nullptr || currentColumn_ < 0) return false;
   if (keyCode == key::tab) return MoveToNext(shift == shiftState::shift ? -1 : 1);
+  const bool held = shift == shiftState::shift || shift == shiftState::ctrl;
+  if (keyCode == key::space && held && !editing_) return SelectRowByKey(shift == shiftState::ctrl);
+  const bool extends = shift == shiftState::shift && !selected_.empty() && anchor_ >= 0;
+  if (extends && keyCode == key::up) return ExtendRows(-1);
+  if (extends && keyCode == key::down) return ExtendRows(1);
   const std::string typed = CharacterOfKey(keyCode, shift);
   if (!typed.empty()) {
     TypeText(typed);
@@ -162,9 +168,32 @@ bool HeadlessGrid::TakeEditorKey(int keyCode) {
   return true;
 }
 
+/// The row alone, which is taken back when it is that already; `add` keeps the others.
+bool HeadlessGrid::SelectRowByKey(bool add) {
+  if (onNewRow_ || CurrentPosition() < 0) return true;
+  anchor_ = CurrentPosition();
+  const bool had = std::erase(selected_, source_->CurrentBookmark()) > 0;
+  if (had && (add || selected_.empty())) return true;
+  if (!add) SelectCellAlone();
+  selected_.push_back(source_->CurrentBookmark());
+  return true;
+}
+
+bool HeadlessGrid::ExtendRows(int step) {
+  const std::int64_t last = source_->RecordCount() - 1;
+  const std::int64_t to = std::clamp<std::int64_t>(CurrentPosition() + step, 0, last);
+  if (!MoveTo(to, currentColumn_)) return true;
+  const std::int64_t direction = to < anchor_ ? -1 : 1;
+  SelectCellAlone();
+  for (std::int64_t at = anchor_; at != to + direction; at += direction)
+    selected_.push_back(source_->BookmarkAt(at));
+  return true;
+}
+
 bool HeadlessGrid::Erase(bool backwards) {
   if (!CanEditCell()) return false;
   if (!UserBegins()) return true;
+  if (!editing_ && !CanEmptyCell()) return true;
   if (!editing_) {
     OpenEditor(CellText(), true);
   } else if (backwards) {

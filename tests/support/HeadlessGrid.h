@@ -38,7 +38,10 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   void SetAllowAddNew(bool allow) override;
 
   [[nodiscard]] std::vector<Bookmark> SelBookmarks() const override { return selected_; }
-  void SetSelBookmarks(const std::vector<Bookmark>& bookmarks) override { selected_ = bookmarks; }
+  void SetSelBookmarks(const std::vector<Bookmark>& bookmarks) override {
+    selected_ = bookmarks;
+    anchor_ = -1;
+  }
   [[nodiscard]] int SelStartCol() const override { return firstColumn_; }
   [[nodiscard]] int SelEndCol() const override { return lastColumn_; }
   void SetSelColumns(int first, int last) override;
@@ -92,6 +95,8 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   [[nodiscard]] bool MoveTo(std::int64_t position, int column);
   bool MoveToNext(int step);
   bool TakeEditorKey(int keyCode);
+  bool SelectRowByKey(bool add);
+  bool ExtendRows(int step);
   bool Erase(bool backwards);
   void TypeCharacter(std::string_view character);
   [[nodiscard]] std::vector<std::int64_t> RowsToCopy() const;
@@ -105,6 +110,7 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   bool allowDelete_ = false;
   bool allowAddNew_ = false;
   std::vector<Bookmark> selected_;
+  std::int64_t anchor_ = -1;  ///< Position of the row that Shift extends from; -1 without one.
   int firstColumn_ = -1;
   int lastColumn_ = -1;
   int currentColumn_ = -1;

@@ -75,6 +75,8 @@ void GridSelection::ExtendTo(int row, int column) {
 void GridSelection::SetCells(const CellRange& cells) {
   ForgetAllBut(false, false, true);
   cells_ = cells;
+  startRow_ = cells.firstRow;
+  startColumn_ = cells.firstColumn;
 }
 
 /// Those selected before, then the rows from the anchor on in the direction of the drag.

@@ -33,6 +33,8 @@ class GridSelection {
   /// keeps the columns, `extend` (Shift) selects from the row pressed before up to this one.
   void PressRow(int row, bool add, bool extend);
   void DragToRow(int row);
+  /// Whether rows are selected that a further press with `extend` goes on from.
+  [[nodiscard]] bool ExtendsRows() const { return !rows_.empty() && anchorRow_ >= 0; }
   void SetRows(const std::vector<Bookmark>& rows);
   [[nodiscard]] const std::vector<Bookmark>& Rows() const { return rows_; }
   [[nodiscard]] bool HasRow(Bookmark row) const { return isSelected_.contains(row); }

@@ -66,6 +66,7 @@ class QtDataGrid final : public ControlOf<DataGrid, RecordGrid>, private GridUse
   // GridUser
   [[nodiscard]] bool MayEdit() const override { return CanEditCell(); }
   [[nodiscard]] bool Begins() override { return UserBegins(); }
+  [[nodiscard]] bool MayEmpty() const override { return CanEmptyCell(); }
   [[nodiscard]] bool Leaves(bool row) override { return UserLeaves(row); }
   bool TurnsOver() override { return UserTurnsOver(); }
   void OpensCell() override { EditCell(); }

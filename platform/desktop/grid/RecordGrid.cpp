@@ -102,6 +102,8 @@ bool RecordGrid::RowSelected(int row) {
 void RecordGrid::GoTo(int row, int column, bool extend) {
   if (!MayGoTo(row, column)) return;
   row = std::min(row, model_->RowCount() - 1);
+  if (extend && selection_.Cells().IsEmpty())
+    selection_.StartAt(currentIndex().row(), currentIndex().column());
   if (extend) selection_.ExtendTo(row, column);
   else selection_.StartAt(row, column);
   selectionModel()->setCurrentIndex(model_->index(row, column), QItemSelectionModel::NoUpdate);
@@ -167,11 +169,13 @@ void RecordGrid::currentChanged(const QModelIndex& current, const QModelIndex& p
 void RecordGrid::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::Copy)) return Copy();
   if (event->matches(QKeySequence::SelectAll)) return selectAll();
-  if (StartTyping(*event)) return;
+  if (SelectRowByKey(*event) || StartTyping(*event)) return;
   const QModelIndex target = TargetOf(*event);
   if (!target.isValid()) return event->ignore();
   const bool tab = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
-  GoTo(target.row(), target.column(), !tab && event->modifiers().testFlag(Qt::ShiftModifier));
+  const bool extend = !tab && event->modifiers().testFlag(Qt::ShiftModifier);
+  if (extend && selection_.ExtendsRows()) SelectRow(target.row(), target.column(), false, true);
+  else GoTo(target.row(), target.column(), extend);
 }
 
 void RecordGrid::mousePressEvent(QMouseEvent* event) {
@@ -331,11 +335,31 @@ void RecordGrid::PressRow(int row) {
   const Qt::KeyboardModifiers keys = QApplication::keyboardModifiers();
   const int column = std::max(currentIndex().column(), 0);
   if (model_->IsNewRow(row)) return GoTo(row, column, false);
-  if (!MayGoTo(row, column)) return;
+  SelectRow(row, column, keys.testFlag(Qt::ControlModifier), keys.testFlag(Qt::ShiftModifier));
+}
+
+/// Leaving the current row may write it, and there are other rows then.
+void RecordGrid::SelectRow(int row, int column, bool add, bool extend) {
   row = std::min(row, model_->Records() - 1);
+  if (row < 0 || !MayGoTo(row, column)) return;
+  row = std::min(row, model_->Records() - 1);
+  if (row < 0) return;
   selectionModel()->setCurrentIndex(model_->index(row, column), QItemSelectionModel::NoUpdate);
-  selection_.PressRow(row, keys.testFlag(Qt::ControlModifier), keys.testFlag(Qt::ShiftModifier));
+  selection_.PressRow(row, add, extend);
   ShowSelection();
+}
+
+/// Space with Shift selects the current row alone, and takes that back; with Ctrl it adds the row
+/// to those selected or takes it away. The row for a new record is none.
+bool RecordGrid::SelectRowByKey(const QKeyEvent& event) {
+  const auto held = event.modifiers() & ~Qt::KeypadModifier;
+  if (event.key() != Qt::Key_Space) return false;
+  if (held != Qt::ShiftModifier && held != Qt::ControlModifier) return false;
+  const QModelIndex current = currentIndex();
+  if (!current.isValid() || model_->IsNewRow(current.row())) return true;
+  const bool alone = selection_.Rows().size() == 1 && RowSelected(current.row());
+  SelectRow(current.row(), current.column(), alone || held == Qt::ControlModifier, false);
+  return true;
 }
 
 void RecordGrid::PressColumn(int column) {

@@ -22,6 +22,8 @@ class GridUser {
   /// The user is about to edit the current cell. False: it cannot be, and he was shown why if he
   /// may.
   [[nodiscard]] virtual bool Begins() = 0;
+  /// Whether one key may empty the current cell.
+  [[nodiscard]] virtual bool MayEmpty() const = 0;
   /// The user is about to leave the cell, and the row too when `row`. False: stays.
   [[nodiscard]] virtual bool Leaves(bool row) = 0;
   /// The space bar; false when it means nothing special to the cell.
@@ -119,6 +121,9 @@ class RecordGrid : public QTableView {
   void ForgetGoneRows();
   [[nodiscard]] int RowOfRecord();
   void PressRow(int row);
+  /// Makes a record's cell current and selects rows as a press on the row's header does.
+  void SelectRow(int row, int column, bool add, bool extend);
+  bool SelectRowByKey(const QKeyEvent& event);
   void PressColumn(int column);
   void DragTo(const QPoint& place);
   void MoveRecord(int row);

@@ -91,6 +91,31 @@ void RowsAreSelectedInTheUsersOrder(ContractHost& host) {
   EXPECT_EQ(test.grid.SelStartCol(), -1);
 }
 
+void RowsAreSelectedByKeys(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  test.grid.SetFocus();
+  const auto press = [&](int keyCode, int shift) { host.PressKey(test.window, keyCode, shift); };
+  press(key::space, shiftState::shift);
+  EXPECT_EQ(test.grid.SelBookmarks(), std::vector{test.At(0)});
+  press(key::space, shiftState::shift);
+  EXPECT_TRUE(test.grid.SelBookmarks().empty()) << "taken back";
+  press(key::space, shiftState::ctrl);
+  press(key::down, shiftState::shift);
+  press(key::down, shiftState::shift);
+  EXPECT_EQ(test.grid.SelBookmarks(), (std::vector{test.At(0), test.At(1), test.At(2)}));
+  EXPECT_EQ(test.recordset->CurrentBookmark(), test.At(2));
+  press(key::down, shiftState::shift);
+  EXPECT_EQ(test.grid.SelBookmarks().size(), 3U) << "there are no more";
+  press(key::up, shiftState::shift);
+  EXPECT_EQ(test.grid.SelBookmarks(), (std::vector{test.At(0), test.At(1)}));
+  press(key::space, shiftState::ctrl);
+  EXPECT_EQ(test.grid.SelBookmarks(), std::vector{test.At(0)}) << "the current row taken away";
+  press(key::space, shiftState::shift);
+  press(key::up, shiftState::shift);
+  EXPECT_EQ(test.grid.SelBookmarks(), (std::vector{test.At(1), test.At(0)}));
+}
+
 void SelectionsAreSetByCode(ContractHost& host) {
   GridFixture test(host);
   test.Bind();
@@ -180,6 +205,7 @@ std::vector<ContractCase> GridContract() {
           {"MovingInTheGridMovesTheRecord", &MovingInTheGridMovesTheRecord},
           {"ChangingTheColumnByCodeMovesOnce", &ChangingTheColumnByCodeMovesOnce},
           {"RowsAreSelectedInTheUsersOrder", &RowsAreSelectedInTheUsersOrder},
+          {"RowsAreSelectedByKeys", &RowsAreSelectedByKeys},
           {"SelectionsAreSetByCode", &SelectionsAreSetByCode},
           {"ColumnsKeepTheirSettings", &ColumnsKeepTheirSettings},
           {"EditingIsAllowedByFlags", &EditingIsAllowedByFlags},

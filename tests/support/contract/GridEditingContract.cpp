@@ -20,9 +20,9 @@ Value Number(std::int64_t number) { return number; }
 /// Three rows that can be changed.
 struct EditingFixture : GridWindow {
   explicit EditingFixture(ContractHost& contractHost) : GridWindow(contractHost) {
-    data.Answer("rows",
-                {FakeField("id", DataType::Integer), FakeField("name"),
-                 FakeField("flag", DataType::Boolean)},
+    FieldInfo keyField = FakeField("id", DataType::Integer);
+    keyField.isKey = true;
+    data.Answer("rows", {keyField, FakeField("name"), FakeField("flag", DataType::Boolean)},
                 {{Number(1), std::string("one"), true},
                  {Number(2), Value(), Value()},
                  {Number(3), std::string(), false}});
@@ -293,6 +293,41 @@ void DeleteAndBackspaceEmptyTheCell(ContractHost& host) {
   }
 }
 
+void AKeyIsNotEmptiedByOneKey(ContractHost& host) {
+  EditingFixture test(host);
+  for (const int keyCode : {key::del, key::back}) {
+    test.Click(0, id);
+    test.Press(keyCode);
+    EXPECT_FALSE(test.grid.EditActive());
+    EXPECT_EQ(test.record.Take(), Seen{});
+  }
+  EXPECT_TRUE(test.grid.CanEditCell());
+  EXPECT_FALSE(test.grid.CanEmptyCell());
+  test.Type("7");
+  test.Press(key::back);
+  EXPECT_EQ(test.grid.CellText(), "") << "what was typed";
+  test.grid.DropEdit();
+  test.GoToNewRow();
+  test.Click(3, id);
+  EXPECT_TRUE(test.grid.CanEmptyCell()) << "a record that is not there yet";
+}
+
+void ShiftAndSpaceTypeNothingIntoTheCell(ContractHost& host) {
+  EditingFixture test(host);
+  test.Click(0, name);
+  for (const int shift : {shiftState::shift, shiftState::ctrl}) test.Press(key::space, shift);
+  EXPECT_FALSE(test.grid.EditActive());
+  test.Type("a");
+  test.Press(key::space, shiftState::shift);
+  test.Type("b");
+  EXPECT_EQ(test.grid.CellText(), "a b") << "inside a text it is a blank";
+  test.grid.DropEdit();
+  test.GoToNewRow();
+  test.Press(key::space, shiftState::shift);
+  EXPECT_TRUE(test.grid.SelBookmarks().empty()) << "no record";
+  EXPECT_FALSE(test.grid.EditActive());
+}
+
 void ACellThatIsOnlyOpenedKeepsItsNull(ContractHost& host) {
   EditingFixture test(host);
   test.Click(1, name);
@@ -363,6 +398,8 @@ std::vector<ContractCase> GridEditingContract() {
           {"EditingBeginsAtTheEndOrWithEverythingSelected",
            &EditingBeginsAtTheEndOrWithEverythingSelected},
           {"DeleteAndBackspaceEmptyTheCell", &DeleteAndBackspaceEmptyTheCell},
+          {"AKeyIsNotEmptiedByOneKey", &AKeyIsNotEmptiedByOneKey},
+          {"ShiftAndSpaceTypeNothingIntoTheCell", &ShiftAndSpaceTypeNothingIntoTheCell},
           {"ACellThatIsOnlyOpenedKeepsItsNull", &ACellThatIsOnlyOpenedKeepsItsNull},
           {"TheSpaceBarTurnsBooleansOver", &TheSpaceBarTurnsBooleansOver},
           {"DeletedRowsAreForgotten", &DeletedRowsAreForgotten},
