@@ -17,8 +17,9 @@ struct ListRow {
   Color foreColor = color::windowText;
 };
 
-/// A report-style list with columns; one row selected at a time. Rows and columns are 0-based; -1
-/// is "none". A sorted list keeps its rows in sorted order (text, without regard to case), and a
+/// A report-style list with columns; one row selected at a time, which the user can change and not
+/// take away. DblClick comes of the left button on a row. Rows and columns are 0-based; -1 is
+/// "none". A sorted list keeps its rows in sorted order (text, without regard to case), and a
 /// row added goes to its place.
 class ListView : public Control {
  public:
@@ -36,7 +37,8 @@ class ListView : public Control {
   virtual void Clear() = 0;
 
   [[nodiscard]] virtual int SelectedIndex() const = 0;
-  virtual void SetSelectedIndex(int index) = 0;  ///< Scrolls it into view; raises nothing.
+  /// Scrolls it into view; raises nothing but Scrolled.
+  virtual void SetSelectedIndex(int index) = 0;
 
   [[nodiscard]] int FindKey(std::string_view key) const;  ///< Index of that key, or -1.
   [[nodiscard]] int FindText(
@@ -61,6 +63,7 @@ class ListView : public Control {
   Event<int> ItemClick;    ///< A row was clicked or reached by the keyboard; its index.
   Event<int> ColumnClick;  ///< A column header was clicked; its number.
   Event<int, int, const MouseEvent&> CellClick;  ///< Row, column of a click.
+  Event<> Scrolled;                              ///< The rows show at another place now.
   /// Row, the new text, and a flag that the handler sets to keep the old one.
   Event<int, const std::string&, bool&> AfterLabelEdit;
 };

@@ -52,6 +52,7 @@ void TagsPanel::WireControls() {
     lsvTags_CellClick(row, column, event);
   };
   lsvTags_.GotFocus = [this] { lsvTags_GotFocus(); };
+  lsvTags_.Scrolled = [this] { lsvTags_Scrolled(); };
   lsvTags_.KeyDown = [this](KeyEvent& event) { lsvTags_KeyDown(event); };
   lsvTags_.KeyUp = [this](KeyEvent& event) { lsvTags_KeyUp(event); };
   lsvTags_.MouseUp = [this](const MouseEvent& event) { lsvTags_MouseUp(event); };
@@ -103,6 +104,10 @@ bool TagsPanel::MayRemove(const ListRow& tag) const {
                                   MessageIcon::Question) == MessageResult::Ok;
 }
 
+void TagsPanel::EditValue() {
+  if (lsvTags_.SelectedIndex() >= 0) OpenEditor(lsvTags_.SelectedIndex());
+}
+
 void TagsPanel::StartRename() {
   if (lsvTags_.SelectedIndex() >= 0) lsvTags_.StartLabelEdit(lsvTags_.SelectedIndex());
 }
@@ -136,6 +141,7 @@ void TagsPanel::Notice(const std::string& text) const {
 void TagsPanel::lsvTags_KeyDown(KeyEvent& event) {
   if (event.shift != shiftState::none) return;
   switch (event.keyCode) {
+    case key::enter: EditValue(); break;
     case key::f2: StartRename(); break;
     case key::insert: cmdAddTag_Click(); break;
     case key::del: cmdRemoveTag_Click(); break;
@@ -185,6 +191,17 @@ void TagsPanel::lsvTags_GotFocus() {
   if (EditorOpen()) cboTagValue_.SetFocus();
 }
 
+/// The editor goes with its tag. Where that is out of sight it closes, with its text as the tag's
+/// value, as when the user goes to another tag.
+void TagsPanel::lsvTags_Scrolled() {
+  if (!EditorOpen()) return;
+  const Rect cell = EditedCell();
+  if (cell.height > 0) return PlaceEditorOver(cell);
+  const bool hadFocus = cboTagValue_.HasFocus();
+  CloseEditor(true);
+  if (hadFocus) lsvTags_.SetFocus();
+}
+
 void TagsPanel::OpenEditor(int row) {
   const std::string key = lsvTags_.Row(row).key;
   if (EditorOpenOn(key)) return;
@@ -197,13 +214,19 @@ void TagsPanel::OpenEditor(int row) {
   cboTagValue_.SelectAllText();
 }
 
-/// Over the value of its tag, which is brought into sight; never lower than the form has it, so
-/// that its text is not cut off.
+/// Over the value of its tag, which is brought into sight.
 void TagsPanel::PlaceEditor() {
-  const int row = lsvTags_.FindKey(editedKey_);
-  lsvTags_.SetSelectedIndex(row);
+  lsvTags_.SetSelectedIndex(lsvTags_.FindKey(editedKey_));
+  PlaceEditorOver(EditedCell());
+}
+
+Rect TagsPanel::EditedCell() const {
+  return lsvTags_.CellBounds(lsvTags_.FindKey(editedKey_), valueColumn);
+}
+
+/// Never lower than the form has it, so that its text is not cut off.
+void TagsPanel::PlaceEditorOver(const Rect& cell) {
   const Rect list = lsvTags_.Bounds();
-  const Rect cell = lsvTags_.CellBounds(row, valueColumn);
   const int height = std::max(cell.height, editorHeight_);
   const int top = list.top + cell.top - (height - cell.height) / 2;
   cboTagValue_.SetBounds({list.left + cell.left, top, cell.width, height});

@@ -46,6 +46,7 @@ class TagsPanel {
   void lsvTags_ItemClick(int row);
   void lsvTags_CellClick(int row, int column, const MouseEvent& event);
   void lsvTags_GotFocus();
+  void lsvTags_Scrolled();
   void lsvTags_KeyDown(KeyEvent& event);
   void lsvTags_KeyUp(KeyEvent& event);
   void lsvTags_MouseUp(const MouseEvent& event);
@@ -55,6 +56,7 @@ class TagsPanel {
   [[nodiscard]] std::string FreeName() const;
   [[nodiscard]] bool MayRemove(const ListRow& tag) const;
   void RenameTag(int row, const std::string& name);
+  void EditValue();
   void StartRename();
   void ShowMenu(Control* at, int x, int y);
   void Notice(const std::string& text) const;
@@ -63,6 +65,8 @@ class TagsPanel {
   [[nodiscard]] bool EditorOpenOn(const std::string& key) const;
   void OpenEditor(int row);
   void PlaceEditor();
+  void PlaceEditorOver(const Rect& cell);
+  [[nodiscard]] Rect EditedCell() const;
   void CloseEditor(bool commit);
   void CommitValue();
   void CommitTypedValue(const std::string& key);

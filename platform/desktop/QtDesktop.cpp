@@ -7,6 +7,7 @@
 #include "platform/Keys.h"
 #include "platform/desktop/FormRegistry.h"
 #include "platform/desktop/base/Icons.h"
+#include "platform/desktop/base/MenuKey.h"
 #include "platform/desktop/base/Text.h"
 #include "platform/desktop/base/Theme.h"
 #include "platform/desktop/base/Typing.h"
@@ -52,6 +53,7 @@ struct QtDesktop::Parts {
       : application(ApplicationUnlessMade(argc, argv)), core(std::move(showFailure)) {
     core.showHelp = [this](const std::string& form, int context) { ShowTopic(form, context); };
     QCoreApplication::instance()->installEventFilter(&heldKeys);
+    QCoreApplication::instance()->installEventFilter(&menuKey);
   }
   ~Parts() { delete help; }
   Parts(const Parts&) = delete;
@@ -73,6 +75,7 @@ struct QtDesktop::Parts {
   std::unique_ptr<QApplication> application;
   DesktopCore core;
   HeldKeysFilter heldKeys;
+  MenuKeyFilter menuKey;
   SystemTheme theme;
   QtClipboard clipboard;
   QtClock clock;

@@ -310,6 +310,47 @@ TEST_F(EditingTest, TheContextMenuKeyOpensTheMenuOfABinaryCell) {
   EXPECT_EQ(grid().ShownText(0, photo), "NULL");
 }
 
+TEST_F(EditingTest, ShiftF10OpensTheMenuOfTheCell) {
+  RunUnlocked();
+  Click(0, photo);
+  host.OnPopup("menuBLOB", "mnuBLOBNull");
+  Press(key::f10, shiftState::shift);
+  EXPECT_EQ(grid().ShownText(0, photo), "NULL");
+  Click(0, name);
+  PressKeyCode(key::f10, shiftState::shift);
+  QWidget* menu = QApplication::activePopupWidget();
+  ASSERT_NE(menu, nullptr);
+  EXPECT_NE(menu, &view());
+  menu->close();
+}
+
+TEST_F(EditingTest, RowsAreSelectedAndDeletedByKeysAlone) {
+  RunUnlocked();
+  Press(key::down);
+  Press(key::space, shiftState::shift);
+  Press(key::down, shiftState::shift);
+  EXPECT_EQ(grid().SelBookmarks().size(), 2U);
+  host.OnMessage("Delete 2 record(s)?", MessageResult::Yes);
+  Press(key::del);
+  EXPECT_EQ(Ask("SELECT count(*) || min(id) FROM item"), "11");
+}
+
+TEST_F(EditingTest, DelEmptiesNoKey) {
+  RunUnlocked();
+  Click(1, id);
+  Press(key::del);
+  Press(key::back);
+  EXPECT_FALSE(ButtonsShow());
+  Press(key::down);
+  EXPECT_EQ(Ask("SELECT group_concat(id) FROM item"), "1,2,3");
+  Click(1, name);
+  Press(key::del);
+  EXPECT_TRUE(ButtonsShow());
+  Press(key::escape);
+  EXPECT_FALSE(ButtonsShow());
+  EXPECT_EQ(grid().ShownText(1, name), "nut");
+}
+
 TEST_F(EditingTest, AQueryWhileACellIsEditedAsksWhatBecomesOfIt) {
   RunUnlocked();
   Click(0, name);

@@ -108,8 +108,19 @@ void QtContractHost::Click(Window& window, std::string_view control) {
 }
 
 void QtContractHost::DoubleClick(Window& window, std::string_view control) {
-  QWidget& target = MouseTarget(WidgetOf(window, control));
-  QTest::mouseDClick(&target, Qt::LeftButton);
+  QWidget& widget = WidgetOf(window, control);
+  QWidget& target = MouseTarget(widget);
+  const bool list = qobject_cast<QTreeWidget*>(&widget) != nullptr;
+  const QPoint place = list ? target.rect().bottomLeft() + QPoint(2, -2) : target.rect().center();
+  QTest::mouseDClick(&target, Qt::LeftButton, {}, place);
+  Settle();
+}
+
+void QtContractHost::DoubleClickRow(Window& window, std::string_view listView, int row,
+                                    MouseButton button) {
+  auto& tree = WidgetAs<QTreeWidget>(window, listView);
+  const QPoint place = tree.visualRect(tree.model()->index(row, 0)).center();
+  QTest::mouseDClick(tree.viewport(), ButtonOf(button), {}, place);
   Settle();
 }
 

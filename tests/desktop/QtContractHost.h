@@ -53,6 +53,8 @@ class QtContractHost final : public ContractHost {
   void SelectEntry(Window& window, std::string_view list, int index) override;
   void ClickCell(Window& window, std::string_view listView, int row, int column) override;
   void ClickColumn(Window& window, std::string_view listView, int column) override;
+  void DoubleClickRow(Window& window, std::string_view listView, int row,
+                      MouseButton button) override;
   void EndLabelEdit(Window& window, std::string_view listView, const std::string& text) override;
   void ClickNode(Window& window, std::string_view tree, const std::string& key) override;
   void CheckNode(Window& window, std::string_view tree, const std::string& key) override;

@@ -2,8 +2,11 @@
 // the other windows.
 
 #include <QAbstractItemView>
+#include <QApplication>
+#include <QScrollBar>
 #include <QTest>
 #include <QTreeView>
+#include <QTreeWidget>
 
 #include "platform/TreeView.h"
 #include "platform/desktop/base/Scale.h"
@@ -241,6 +244,44 @@ TEST_F(WorkbenchTest, KeysOfTheTagsList) {
   EXPECT_TRUE(InQuery());
 }
 
+TEST_F(WorkbenchTest, TheValueBoxGoesWithItsTagWhenTheListIsScrolled) {
+  Start();
+  for (int tag = 0; tag < 40; ++tag) AddTag("t" + std::to_string(tag));
+  Tags().SetSelectedIndex(0);
+  host.Settle();
+  TypeOver(3, "three");
+  QScrollBar& bar = *WidgetAs<QTreeWidget>(Frame(), "lsvTags").verticalScrollBar();
+  const int before = TagValue().Bounds().top;
+  bar.setValue(bar.value() + bar.singleStep() * 2);
+  host.Settle();
+  ASSERT_TRUE(TagValue().Visible());
+  EXPECT_LT(TagValue().Bounds().top, before);
+  const Rect cell = Tags().CellBounds(3, 1);
+  const int middle = Tags().Bounds().top + cell.top + cell.height / 2;
+  EXPECT_NEAR(TagValue().Bounds().top + TagValue().Bounds().height / 2, middle, 30);
+  bar.setValue(bar.maximum());
+  host.Settle();
+  EXPECT_FALSE(TagValue().Visible());
+  EXPECT_TRUE(Tags().HasFocus());
+  EXPECT_EQ(Tags().Row(3).subItems.at(0), "three");
+  for (int tag = 4; tag < 40; ++tag) EXPECT_EQ(Tags().Row(tag).subItems.at(0), "");
+}
+
+TEST_F(WorkbenchTest, EnterOpensTheValueOfATag) {
+  Start();
+  AddTag("a");
+  AddTag("b");
+  Tags().SetFocus();
+  host.PressKey(Frame(), key::up);
+  host.PressKey(Frame(), key::enter);
+  ASSERT_TRUE(TagValue().Visible());
+  EXPECT_TRUE(TagValue().HasFocus());
+  TypeText("typed");
+  host.PressKey(Frame(), key::enter);
+  EXPECT_EQ(Tags().Row(0).subItems.at(0), "typed");
+  EXPECT_EQ(Tags().Row(1).subItems.at(0), "");
+}
+
 TEST_F(WorkbenchTest, ANameThatIsNoneOrTakenIsRefused) {
   Start();
   AddTag("a");
@@ -271,6 +312,33 @@ TEST_F(WorkbenchTest, TheTagsMenuWritesTheTag) {
   host.OnPopup("menuTags", "mnuTag_1");
   host.PressKey(Frame(), key::contextMenu);
   EXPECT_EQ(Box().Text(), "<*?n*>");
+}
+
+TEST_F(WorkbenchTest, ShiftF10OpensTheMenusOfTheSidebar) {
+  StartWithSchema();
+  AddTag("n");
+  Box().SetText("");
+  Tags().SetFocus();
+  host.OnPopup("menuTags", "mnuTag_1");
+  host.PressKey(Frame(), key::f10, shiftState::shift);
+  EXPECT_EQ(Box().Text(), "<*?n*>");
+  Box().SetText("");
+  Tree().SelectNode(customers);
+  Tree().SetFocus();
+  host.OnPopup("menuTable", "mnuTableName");
+  host.PressKey(Frame(), key::f10, shiftState::shift);
+  EXPECT_EQ(Box().Text(), "customers");
+}
+
+TEST_F(WorkbenchTest, ShiftF10OpensTheMenuOfATextBox) {
+  Start();
+  Box().SetFocus();
+  host.Settle();
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+  host.PressKey(Query(), key::f10, shiftState::shift);
+  QWidget* menu = QApplication::activePopupWidget();
+  ASSERT_NE(menu, nullptr);
+  menu->close();
 }
 
 TEST_F(WorkbenchTest, AnUndefinedTagRunsNothing) {

@@ -38,6 +38,10 @@ class HeadlessContractHost final : public ContractHost {
   void ClickCell(Window& window, std::string_view listView, int row, int column) override {
     At(window).ClickCell(listView, row, column, {MouseButton::Left, shiftState::none, 0, 0});
   }
+  void DoubleClickRow(Window& window, std::string_view listView, int row,
+                      MouseButton button) override {
+    At(window).DoubleClickRow(listView, row, button);
+  }
   void ClickColumn(Window& window, std::string_view listView, int column) override {
     At(window).ClickColumn(listView, column);
   }

@@ -394,6 +394,51 @@ TEST_F(TagsPanelTest, TheEditorFollowsTheSizeOfTheList) {
   EXPECT_EQ(Editor().Bounds(), (Rect{before.left - 840, before.top, 2000, before.height}));
 }
 
+TEST_F(TagsPanelTest, TheEditorGoesWithItsTagWhenTheListIsScrolled) {
+  for (int tag = 0; tag < 40; ++tag) AddTag("t" + std::to_string(tag));
+  W().ScrollTo("lsvTags", 0);
+  TypeValue(3, "three");
+  const int before = Editor().Bounds().top;
+  W().ScrollTo("lsvTags", 2);
+  ASSERT_TRUE(EditorShows());
+  EXPECT_EQ(Editor().Bounds().top, before - 2 * List().CellBounds(3, 1).height);
+  EXPECT_EQ(Editor().Text(), "three") << "what was typed stays";
+  EXPECT_EQ(ShownValue(3), "") << "and is not confirmed";
+  W().PressKey(key::enter);
+  EXPECT_EQ(ShownValue(3), "three");
+}
+
+TEST_F(TagsPanelTest, TheEditorClosesWhenItsTagIsScrolledOutOfSight) {
+  for (int tag = 0; tag < 40; ++tag) AddTag("t" + std::to_string(tag));
+  W().ScrollTo("lsvTags", 0);
+  TypeValue(3, "three");
+  W().ScrollTo("lsvTags", 10);
+  EXPECT_FALSE(EditorShows());
+  EXPECT_EQ(W().FocusName(), "lsvTags");
+  EXPECT_EQ(ValueOf("t3"), "three") << "its own tag has what was typed";
+  for (int tag = 0; tag < 40; ++tag)
+    if (tag != 3) EXPECT_EQ(ShownValue(tag), "") << tag;
+}
+
+TEST_F(TagsPanelTest, EnterInTheListOpensTheEditor) {
+  List().SetFocus();
+  W().PressKey(key::enter);
+  EXPECT_FALSE(EditorShows()) << "there is no tag";
+  AddTag("a");
+  AddTag("b");
+  GiveValue(1, "old");
+  W().PressKey(key::escape);
+  W().PressKey(key::enter);
+  ASSERT_TRUE(EditorShows());
+  EXPECT_EQ(W().FocusName(), "cboTagValue");
+  EXPECT_EQ(Editor().Text(), "old");
+  EXPECT_TRUE(Editor().AllTextSelected());
+  Editor().SetText("");
+  W().Type("cboTagValue", "new");
+  W().PressKey(key::enter);
+  EXPECT_EQ(ShownValue(1), "new");
+}
+
 TEST_F(TagsPanelTest, AFilledEditorShowsTheStoresValues) {
   AddTag("a");
   TypeValue(0, "typed");
@@ -424,7 +469,8 @@ TEST_F(TagsPanelTest, KeysAddRenameRemoveAndLeave) {
 TEST_F(TagsPanelTest, KeysWithAModifierAreNotTaken) {
   AddTag("a");
   for (const int shift : {shiftState::shift, shiftState::ctrl, shiftState::alt})
-    for (const int code : {key::insert, key::del, key::f2, key::f7}) W().PressKey(code, shift);
+    for (const int code : {key::enter, key::insert, key::del, key::f2, key::f7})
+      W().PressKey(code, shift);
   EXPECT_EQ(Names(), std::vector<std::string>{"a"});
   EXPECT_EQ(List().EditedRow(), -1);
   EXPECT_EQ(host.focused, 0);
@@ -437,6 +483,8 @@ TEST_F(TagsPanelTest, TheMenuInsertsTheTagInEitherForm) {
   EXPECT_EQ(desktop.Popups().back().at, "lsvTags");
   EXPECT_EQ(desktop.Popups().back().x, 75);
   EXPECT_EQ(desktop.Popups().back().y, 75);
+  desktop.ExpectPopup("menuTags", "");
+  W().PressKey(key::f10, shiftState::shift);
   desktop.ExpectPopup("menuTags", "mnuTag_1");
   W().MouseUp("lsvTags", MouseButton::Right);
   EXPECT_EQ(desktop.Popups().back().at, "");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 #include "platform/Ascii.h"
 #include "platform/Error.h"
@@ -179,8 +180,12 @@ int HeadlessListView::PlaceOf(const ListRow& row) const {
 }
 
 void HeadlessListView::ScrollTo(int row) {
-  firstShown_ = std::min(firstShown_, row);
-  firstShown_ = std::max(firstShown_, row - RowsInSight() + 1);
+  const int first = std::min(firstShown_, row);
+  ScrollUntilFirst(std::max(first, row - RowsInSight() + 1));
+}
+
+void HeadlessListView::ScrollUntilFirst(int row) {
+  if (std::exchange(firstShown_, row) != row) Raise(Scrolled);
 }
 
 int HeadlessListView::RowsInSight() const {

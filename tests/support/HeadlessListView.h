@@ -45,6 +45,7 @@ class HeadlessListView final : public Headless<ListView> {
   /// Ends the open editor with a text, or without.
   void EndLabelEdit(const std::string& text);
   void CancelLabelEdit() { edited_ = -1; }
+  void ScrollUntilFirst(int row);
   bool TakeKey(int keyCode, int shift) override;
 
  private:

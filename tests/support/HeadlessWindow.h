@@ -71,6 +71,7 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   // --- what a user does (UserActions.cpp) --------------------------------------------------------
   /// Clicks with the left button; `shift` keys are held meanwhile.
   void Click(std::string_view control, int shift = shiftState::none);
+  /// In a list view this is beside its rows.
   void DoubleClick(std::string_view control);
   /// Moves the focus there and types at the caret, character by character.
   void Type(std::string_view control, std::string_view text);
@@ -80,7 +81,9 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   void SelectItem(std::string_view listOrCombo, int index);
   void SelectRow(std::string_view listView, int row);
   void ClickCell(std::string_view listView, int row, int column, const MouseEvent& event);
-  void DoubleClickRow(std::string_view listView, int row);
+  void DoubleClickRow(std::string_view listView, int row, MouseButton button = MouseButton::Left);
+  /// Scrolls until the row is the first one in sight.
+  void ScrollTo(std::string_view listView, int row);
   void ClickColumn(std::string_view listView, int column);
   /// Ends the open label editor with a text.
   void EditLabel(std::string_view listView, const std::string& text);

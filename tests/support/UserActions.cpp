@@ -112,7 +112,9 @@ void HeadlessWindow::Click(std::string_view name, int shift) {
 }
 
 void HeadlessWindow::DoubleClick(std::string_view name) {
-  On<HeadlessControl>(name, [](HeadlessControl& control) { control.RaiseDblClick(); });
+  On<HeadlessControl>(name, [](HeadlessControl& control) {
+    if (dynamic_cast<HeadlessListView*>(&control) == nullptr) control.RaiseDblClick();
+  });
 }
 
 void HeadlessWindow::Type(std::string_view name, std::string_view text) {
@@ -141,10 +143,15 @@ void HeadlessWindow::ClickCell(std::string_view name, int row, int column,
   });
 }
 
-void HeadlessWindow::DoubleClickRow(std::string_view name, int row) {
+void HeadlessWindow::DoubleClickRow(std::string_view name, int row, MouseButton button) {
   const std::weak_ptr<const void> token = Token();
-  SelectRow(name, row);
-  if (!token.expired()) DoubleClick(name);
+  ClickCell(name, row, 0, {button, shiftState::none, 0, 0});
+  if (token.expired() || button != MouseButton::Left) return;
+  On<HeadlessListView>(name, [](HeadlessListView& list) { list.RaiseDblClick(); });
+}
+
+void HeadlessWindow::ScrollTo(std::string_view name, int row) {
+  On<HeadlessListView>(name, [&](HeadlessListView& list) { list.ScrollUntilFirst(row); });
 }
 
 void HeadlessWindow::ClickColumn(std::string_view name, int column) {
@@ -272,6 +279,8 @@ void HeadlessWindow::PressKey(int keyCode, int shift) {
 }
 
 void HeadlessWindow::HandleKey(int keyCode, int shift) {
+  if (keyCode == key::f10 && shift == shiftState::shift)
+    return HandleKey(key::contextMenu, shiftState::none);
   const HeldKeys held(desktop_, shift);
   if (TakeShortcut(keyCode, shift) || TakeMnemonic(keyCode, shift)) return;
   const std::weak_ptr<const void> token = Token();

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <numeric>
@@ -65,6 +66,10 @@ void QtListView::Connect() {
                    [this](QTreeWidgetItem* item, int column) {
                      Clicked(TheWidget().indexOfTopLevelItem(item), column);
                    });
+  QObject::connect(tree.verticalScrollBar(), &QScrollBar::valueChanged, &Face(),
+                   [this] { Raise(Scrolled); });
+  QObject::connect(tree.horizontalScrollBar(), &QScrollBar::valueChanged, &Face(),
+                   [this] { Raise(Scrolled); });
   QObject::connect(tree.header(), &QHeaderView::sectionClicked, &Face(),
                    [this](int column) { Raise(ColumnClick, column); });
 }
@@ -205,7 +210,12 @@ void QtListView::Select(int index) {
   if (index < 0) tree.clearSelection();
 }
 
+/// The user may not take the selection away, as Ctrl with a click or the space bar would.
 void QtListView::SelectionChanged() {
+  if (QTreeWidgetItem* left = TheWidget().currentItem(); left != nullptr && SelectedIndex() < 0) {
+    const QSignalBlocker silence(TheWidget());
+    return left->setSelected(true);
+  }
   told_ = true;
   QMetaObject::invokeMethod(
       &Face(), [this] { told_ = false; }, Qt::QueuedConnection);

@@ -1,5 +1,6 @@
 #include "platform/desktop/window/InputRouter.h"
 
+#include <QAbstractItemView>
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QComboBox>
@@ -25,6 +26,13 @@ std::string TypedText(const QKeyEvent& event) {
   const QString text = event.text();
   const bool acts = !text.isEmpty() && (text[0] < QLatin1Char(' ') || text[0] == deleteCharacter);
   return acts ? std::string() : FromQt(text);
+}
+
+/// Of the left button, and in a list on one of its entries.
+bool IsDoubleClick(const QWidget& control, const QMouseEvent& event) {
+  const auto* list = qobject_cast<const QAbstractItemView*>(&control);
+  const bool beside = list != nullptr && !list->indexAt(event.position().toPoint()).isValid();
+  return event.button() == Qt::LeftButton && !beside;
 }
 
 }  // namespace
@@ -114,7 +122,8 @@ void InputRouter::Mouse(QWidget& widget, const QMouseEvent& event) {
     case QEvent::MouseButtonPress: return control->MouseDown.Raise(&window_, told);
     case QEvent::MouseButtonRelease: return control->MouseUp.Raise(&window_, told);
     case QEvent::MouseMove: return control->MouseMove.Raise(&window_, told);
-    default: return control->DblClick.Raise(&window_);
+    default:
+      if (IsDoubleClick(*frame, event)) control->DblClick.Raise(&window_);
   }
 }
 

@@ -26,6 +26,7 @@ class ContractHost {
 
   // --- keyboard and mouse ----------------------------------------------------------------------
   virtual void Click(Window& window, std::string_view control) = 0;
+  /// In the middle of the control; in a list view beside its rows.
   virtual void DoubleClick(Window& window, std::string_view control) = 0;
   /// Presses and releases a button of the mouse over the control's upper left corner.
   virtual void ClickMouse(Window& window, std::string_view control, MouseButton button,
@@ -40,6 +41,8 @@ class ContractHost {
   virtual void SelectEntry(Window& window, std::string_view list, int index) = 0;
   virtual void ClickCell(Window& window, std::string_view listView, int row, int column) = 0;
   virtual void ClickColumn(Window& window, std::string_view listView, int column) = 0;
+  virtual void DoubleClickRow(Window& window, std::string_view listView, int row,
+                              MouseButton button) = 0;
   /// Types a text into the label editor that is open and ends it with the Enter key.
   virtual void EndLabelEdit(Window& window, std::string_view listView, const std::string& text) = 0;
   virtual void ClickNode(Window& window, std::string_view tree, const std::string& key) = 0;

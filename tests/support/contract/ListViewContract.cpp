@@ -1,5 +1,7 @@
 // The report list with columns.
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "platform/ListView.h"
@@ -26,6 +28,7 @@ struct ListFixture {
       record.Add("cell " + std::to_string(row) + " " + std::to_string(column) +
                  (event.button == MouseButton::Left ? " left" : " other"));
     };
+    list.DblClick = record.Noting("double");
     host.Settle();
   }
 
@@ -93,6 +96,51 @@ void AClickSelectsAndIsReported(ContractHost& host) {
   EXPECT_EQ(test.record.Take(), (Seen{"item 1", "cell 1 1 left"}));
   test.host.ClickCell(*test.window, listName, 1, 0);
   EXPECT_EQ(test.record.Take(), (Seen{"item 1", "cell 1 0 left"})) << "the same row again";
+}
+
+void ADoubleClickIsOneOfTheLeftButtonOnARow(ContractHost& host) {
+  ListFixture test(host);
+  const auto doubles = [&] {
+    const Seen seen = test.record.Take();
+    return std::ranges::count(seen, "double");
+  };
+  test.host.DoubleClickRow(*test.window, listName, 1, MouseButton::Left);
+  EXPECT_EQ(doubles(), 1);
+  test.host.DoubleClickRow(*test.window, listName, 1, MouseButton::Right);
+  test.host.DoubleClickRow(*test.window, listName, 1, MouseButton::Middle);
+  EXPECT_EQ(doubles(), 0) << "another button";
+  test.host.DoubleClick(*test.window, listName);
+  EXPECT_EQ(doubles(), 0) << "beside the rows";
+  EXPECT_EQ(test.SelectedText(), "A");
+}
+
+void TheUserCannotUnselectTheRow(ContractHost& host) {
+  ListFixture test(host);
+  test.host.ClickCell(*test.window, listName, 0, 0);
+  static_cast<void>(test.record.Take());
+  test.host.ClickMouse(*test.window, listName, MouseButton::Left, shiftState::ctrl);
+  EXPECT_EQ(test.SelectedText(), "b");
+  test.list.SetFocus();
+  test.host.PressKey(*test.window, key::space, shiftState::ctrl);
+  EXPECT_EQ(test.SelectedText(), "b");
+  test.host.PressKey(*test.window, key::down);
+  EXPECT_EQ(test.SelectedText(), "A");
+}
+
+void ScrollingIsReported(ContractHost& host) {
+  ListFixture test(host);
+  test.list.SetBounds({0, 0, 6000, 1500});
+  for (int more = 0; more < 50; ++more)
+    test.list.Insert(test.list.Count(), {"", "more", {""}, "", 0, 0});
+  test.list.SetSelectedIndex(0);
+  host.Settle();
+  int scrolled = 0;
+  test.list.Scrolled = [&] { ++scrolled; };
+  test.list.SetSelectedIndex(0);
+  EXPECT_EQ(scrolled, 0);
+  test.list.SetSelectedIndex(52);
+  EXPECT_EQ(scrolled, 1);
+  EXPECT_EQ(test.list.CellBounds(0, 0), Rect());
 }
 
 void TheKeyboardReachesRows(ContractHost& host) {
@@ -228,6 +276,9 @@ std::vector<ContractCase> ListViewContract() {
           {"KeysAreUnique", &KeysAreUnique},
           {"SelectingByCodeIsSilent", &SelectingByCodeIsSilent},
           {"AClickSelectsAndIsReported", &AClickSelectsAndIsReported},
+          {"ADoubleClickIsOneOfTheLeftButtonOnARow", &ADoubleClickIsOneOfTheLeftButtonOnARow},
+          {"TheUserCannotUnselectTheRow", &TheUserCannotUnselectTheRow},
+          {"ScrollingIsReported", &ScrollingIsReported},
           {"TheKeyboardReachesRows", &TheKeyboardReachesRows},
           {"RemovingTheSelectedRowSelectsTheNext", &RemovingTheSelectedRowSelectsTheNext},
           {"OtherChangesKeepTheSelectedRow", &OtherChangesKeepTheSelectedRow},
