@@ -79,9 +79,11 @@ TEST_F(RecordEditingTest, TheWarningTellsMoreWhenItIsDoubleClicked) {
       "the provider, you may also need to select all fields that constitute the primary key.",
       MessageResult::Ok, [](const Message& message) {
         EXPECT_EQ(message.icon, MessageIcon::Exclamation);
-        EXPECT_TRUE(message.help) << "a Help button";
+        ASSERT_TRUE(message.help) << "a Help button";
+        message.help();
       });
   W().DoubleClick("lblWarning");
+  EXPECT_EQ(desktop.HelpRequests().back().data, 1304);
 }
 
 TEST_F(RecordEditingTest, ANewQueryAndAReconnectionHideTheButtonsAndTheWarning) {
@@ -178,6 +180,29 @@ TEST_F(RecordEditingTest, CtrlSAndCtrlRDoNothingWhileTheButtonsAreHidden) {
 }
 
 TEST_F(RecordEditingTest, MovingWithoutAChangeHidesTheButtons) {
+  RunUnlocked();
+  for (const auto& [row, column] : {std::pair(0, active), std::pair(1, name)}) {
+    ClickCell(0, name);
+    Type("b");
+    Grid().EndEdit();
+    Grid().DataSource()->CancelUpdate();
+    EXPECT_TRUE(ButtonsShow()) << "nobody has told the window";
+    ClickCell(row, column);
+    EXPECT_TRUE(NoButtonShows());
+  }
+}
+
+TEST_F(RecordEditingTest, MovingInsideTheRowKeepsTheButtonsOfAChange) {
+  RunUnlocked();
+  ClickCell(0, name);
+  Type("b");
+  ClickCell(0, active);
+  EXPECT_TRUE(ButtonsShow());
+  Press(key::left);
+  EXPECT_TRUE(ButtonsShow());
+}
+
+TEST_F(RecordEditingTest, EscapeTakesBackTheOnlyChangeAndHidesTheButtons) {
   RunUnlocked();
   ClickCell(0, name);
   Type("b");
@@ -448,6 +473,7 @@ TEST_F(RecordEditingTest, F3ShowsTheTextOfTheCellAndChangesNothing) {
   desktop.OnModal("frmText", [](HeadlessWindow& w) {
     EXPECT_EQ(w.Find<TextControl>("txtText").Text(), "one");
     EXPECT_TRUE(w.Find<TextControl>("txtText").Locked());
+    EXPECT_EQ(w.HelpContext(), 8602);
     EXPECT_EQ(w.Bounds().width, 9600);
     EXPECT_EQ(w.Bounds().height, 6300);
     EXPECT_TRUE(w.FileDialogNamed("dlgCommon")
@@ -464,6 +490,7 @@ TEST_F(RecordEditingTest, F4WritesTheConfirmedTextIntoTheCell) {
   ClickCell(0, name);
   desktop.OnModal("frmText", [](HeadlessWindow& w) {
     EXPECT_EQ(w.Find<TextControl>("txtText").Text(), "one");
+    EXPECT_EQ(w.HelpContext(), 8602);
     w.Find<TextControl>("txtText").SetText("line 1\r\nline 2");
     w.Click("cmdOK");
   });

@@ -151,6 +151,22 @@ TEST_F(dlgAsyncTest, AnOperationThatIsOverBeforeTheWindowShowsEndsAtOnce) {
   EXPECT_EQ(affected, 3);
 }
 
+TEST_F(dlgAsyncTest, AWindowThatBecomesActiveWhenTheWorkIsDoneHidesAtOnce) {
+  data.holdConnecting = true;
+  desktop.OnModal("dlgAsync", [this](test::HeadlessWindow& w) {
+    frame->Activate();
+    w.Activate();
+    EXPECT_TRUE(w.Visible()) << "the work goes on";
+    data.Resume();
+    desktop.ProcessPending();
+    EXPECT_FALSE(w.Visible());
+    w.Show();
+    EXPECT_FALSE(w.Visible()) << "active once more";
+    w.Hide();
+  });
+  EXPECT_TRUE(async.DoConnect(connection, "", ""));
+}
+
 TEST_F(dlgAsyncTest, CancelDuringALongFetchReturnsFalseAndKeepsTheRowsSoFar) {
   OpenConnection();
   data.Answer("select", {FakeField("n", DataType::Integer)}, Rows(1000)).HoldAtRow(300);

@@ -251,17 +251,25 @@ TEST_F(dlgConnectTest, ACaptionAlreadyUsedIsAskedAboutWhateverItsCase) {
 
 TEST_F(dlgConnectTest, AFailedConnectionBringsTheDialogBackAsItWas) {
   opener.succeeds = false;
-  desktop.OnModal("dlgConnect", [](Window& w) {
+  bool checkedAtFirst = false;
+  desktop.OnModal("dlgConnect", [&](Window& w) {
+    checkedAtFirst = w.Find<CheckBox>("chkLoadSchemaFromDB").Value();
     Fill(w, "DSN=b", "B");
     w.Type("txtUsername", "me");
+    w.Type("txtPassword", "secret");
+    w.Click("chkLoadSchemaFromDB");
     w.Find<Label>("labColor").SetBackColor(0x123456);
+    w.Find<Label>("labColor").SetForeColor(0x654321);
     w.Click("cmdConnect");
   });
-  Go([](Window& w) {
+  Go([&](Window& w) {
     EXPECT_EQ(w.Find<TextBox>("txtCnStr").Text(), "DSN=b");
     EXPECT_EQ(w.Find<TextBox>("txtCaption").Text(), "B");
     EXPECT_EQ(w.Find<TextBox>("txtUsername").Text(), "me");
+    EXPECT_EQ(w.Find<TextBox>("txtPassword").Text(), "secret");
+    EXPECT_NE(w.Find<CheckBox>("chkLoadSchemaFromDB").Value(), checkedAtFirst);
     EXPECT_EQ(w.Find<Label>("labColor").BackColor(), 0x123456U);
+    EXPECT_EQ(w.Find<Label>("labColor").ForeColor(), 0x654321U);
     w.Click("cmdCancel");
   });
   EXPECT_FALSE(files.Exists(global.SettingsFilePath()));
@@ -349,6 +357,19 @@ TEST_F(dlgConnectTest, DoubleClickingARowConnects) {
   Go([](Window& w) { w.DoubleClickRow("lsvConnections", 1); });
   ASSERT_EQ(opener.opened.size(), 1U);
   EXPECT_EQ(opener.opened[0].connection.connectionString, "DSN=a");
+}
+
+TEST_F(dlgConnectTest, ADoubleClickBesideTheRowsOrOfAnotherButtonDoesNotConnect) {
+  WriteList({{"DSN=a", "A"}});
+  Go([](Window& w) {
+    w.SelectRow("lsvConnections", 1);
+    w.DoubleClick("lsvConnections");
+    w.DoubleClickRow("lsvConnections", 1, MouseButton::Right);
+    w.DoubleClickRow("lsvConnections", 1, MouseButton::Middle);
+    EXPECT_TRUE(w.Visible());
+    w.Click("cmdCancel");
+  });
+  EXPECT_TRUE(opener.opened.empty());
 }
 
 TEST_F(dlgConnectTest, MouseAndKeysChooseTheColours) {
@@ -455,6 +476,42 @@ TEST_F(BuilderTest, OkWithARequiredFieldEmptyDoesNothing) {
     w.Click("cmdCancel");
   });
   EXPECT_EQ(built, "x=1");
+}
+
+TEST_F(BuilderTest, OkWithoutTheServerOrTheFileDoesNothing) {
+  for (const auto& [button, form, box] : {std::tuple("cmdDBSQLServer", "dlgCnSQLSrv", "txtServer"),
+                                          std::tuple("cmdDBAccess", "dlgCnAccess", "txtFile")}) {
+    const std::string given = "x=1;UID=u";
+    EXPECT_EQ(Build(button, form, given,
+                    [](Window& w) {
+                      w.Click("cmdOK");
+                      EXPECT_TRUE(w.Visible());
+                      w.Click("cmdCancel");
+                    }),
+              given)
+        << form;
+    EXPECT_NE(Build(button, form, given,
+                    [&](Window& w) {
+                      w.Type(box, "given");
+                      w.Click("cmdOK");
+                      EXPECT_FALSE(w.Visible());
+                    }),
+              given)
+        << form;
+  }
+}
+
+TEST_F(BuilderTest, TheDriverIsRequiredAndNotTheServer) {
+  const std::string built = Build("cmdODBC", "dlgCnODBC", "DSN=d", [](Window& w) {
+    w.Click("optDSNLess");
+    w.Type("txtServer", "s");
+    w.Click("cmdOK");
+    EXPECT_TRUE(w.Visible()) << "the other choice has no driver";
+    w.Find<ComboBox>("cboDriver").SetText("Other");
+    w.Click("cmdOK");
+    EXPECT_FALSE(w.Visible());
+  });
+  EXPECT_EQ(built, "Driver={Other};Server=s");
 }
 
 TEST_F(BuilderTest, TrustedSqlServerStringsRebuildTrusted) {

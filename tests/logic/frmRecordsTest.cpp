@@ -465,6 +465,17 @@ TEST_F(frmRecordsTest, AFailedRerunLeavesThePositionWhereItWas) {
   EXPECT_FALSE(W().Find<Button>("cmdHistoryForward").Enabled());
 }
 
+TEST_F(frmRecordsTest, TheTipsOfTheHistoryShowEightyCharactersOfAQuery) {
+  ASSERT_TRUE(Connect());
+  const std::string eighty = "select '" + std::string(71, 'x') + "'";
+  RunThreeRows(eighty);
+  RunThreeRows(eighty + "y");
+  const auto tip = [&](const char* button) { return W().Find<Button>(button).ToolTip(); };
+  EXPECT_EQ(tip("cmdHistoryBack"), "Back to 3 record(s) of: " + eighty);
+  W().Click("cmdHistoryBack");
+  EXPECT_EQ(tip("cmdHistoryForward"), "Forward to 3 record(s) of: " + eighty + "...");
+}
+
 TEST_F(frmRecordsTest, TheHistoryMenuShowsAtMostEightNearestFirst) {
   ASSERT_TRUE(Connect());
   for (int i = 0; i < 12; ++i) RunThreeRows("select\t" + std::to_string(i) + " & x");
