@@ -327,7 +327,7 @@ TEST_F(WorkbenchTest, ShiftF10OpensTheMenusOfTheSidebar) {
   Tree().SetFocus();
   host.OnPopup("menuTable", "mnuTableName");
   host.PressKey(Frame(), key::f10, shiftState::shift);
-  EXPECT_EQ(Box().Text(), "customers");
+  EXPECT_EQ(Box().Text(), "Customers");
 }
 
 TEST_F(WorkbenchTest, ShiftF10OpensTheMenuOfATextBox) {
