@@ -99,6 +99,8 @@ class frmRecords : private QueryRunner, private TagResolver {
   bool OpenConnection();
   void ListCatalogs();
   void AddOtherCatalogs(const std::string& inUse);
+  void FollowCatalog();
+  void FollowCommand();
   void cboCatalog_Click();
   [[nodiscard]] bool MayChangeCatalog();
   [[nodiscard]] bool UseCatalog(const std::string& name);
@@ -165,6 +167,8 @@ class frmRecords : private QueryRunner, private TagResolver {
   std::string password_;
   bool freeThreaded_ = false;
   bool choosingCatalog_ = false;
+  bool loadSchemaFromDB_ = false;
+  std::string catalogInTree_;  ///< Whose tables the schema browser shows.
   bool unloaded_ = false;
 };
 

@@ -109,7 +109,11 @@ void OdbcSession::Close() noexcept {
   alive_ = false;
 }
 
-Properties OdbcSession::ReadProperties() { return ReadDriverProperties(*dbc_); }
+Properties OdbcSession::ReadProperties() {
+  Properties properties = ReadDriverProperties(*dbc_);
+  if (!profile_.takesBrackets) properties.Set("Bracket Identifiers", std::int64_t{0});
+  return properties;
+}
 
 // --- commands ------------------------------------------------------------------------------------
 

@@ -43,6 +43,10 @@ std::string QtClock::LongTime() const {
   return FromQt(QLocale::system().toString(QTime::currentTime(), format.trimmed()));
 }
 
+std::string QtClock::UtcStamp() const {
+  return FromQt(QDateTime::currentDateTimeUtc().toString(Qt::ISODate));
+}
+
 void QtEventQueue::Post(std::weak_ptr<const void> owner, std::function<void()> notice) {
   QCoreApplication::postEvent(this, new NoticeEvent(std::move(owner), std::move(notice)));
 }
