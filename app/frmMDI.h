@@ -79,6 +79,10 @@ class frmMDI : private QueryHost,
                   bool fromDatabase) override {
     browser_.LoadSchema(key, connection, fromDatabase);
   }
+  void FollowCatalog(const std::string& key, const std::shared_ptr<Connection>& connection,
+                     bool fromDatabase) override {
+    browser_.FollowCatalog(key, connection, fromDatabase);
+  }
   void FocusQueryWindow() override;
   [[nodiscard]] bool SidebarShown() const override { return sidebar_.Shown(); }
   void InsertText(std::string_view text) override { main_->InsertText(text); }

@@ -22,6 +22,9 @@ class RecordsHost : public SqlTarget {
   /// Fills that node: from the database when asked to, else from the schema file kept of it.
   virtual void LoadSchema(const std::string& key, const std::shared_ptr<Connection>& connection,
                           bool fromDatabase) = 0;
+  /// Fills the node anew, in the same way, when the connection uses another catalog.
+  virtual void FollowCatalog(const std::string& key, const std::shared_ptr<Connection>& connection,
+                             bool fromDatabase) = 0;
   virtual void FocusQueryWindow() = 0;
   /// What a named tag stands for. Raises Error(application) when there is no such tag or it has no
   /// value.

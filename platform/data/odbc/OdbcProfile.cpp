@@ -74,7 +74,8 @@ DriverProfile PostgreSql() {
           .catalogQuery = "select datname from pg_catalog.pg_database"
                           " where datallowconn and not datistemplate order by datname",
           .schemaPattern = true,
-          .hiddenSchemas = {"pg_catalog", "information_schema", "pg_toast", "pg_temp"}};
+          .hiddenSchemas = {"pg_catalog", "information_schema", "pg_toast", "pg_temp"},
+          .takesBrackets = false};
 }
 
 /// Bit 2: counts are of the rows found, not of those changed. Bit 67108864: several statements in
@@ -96,7 +97,8 @@ DriverProfile MariaDb() {
                               " when @@autocommit then 0 else 2 end",
           .takesNumbers = true,
           .noCatalog = "null",
-          .needsCatalog = true};
+          .needsCatalog = true,
+          .takesBrackets = false};
 }
 
 /// Takes the alias for the base column's name.

@@ -86,6 +86,7 @@ struct DriverProfile {
   bool schemaPattern = false;  ///< "%" for all schemas; null would mean the search path.
   bool needsCatalog = false;   ///< Without a catalog the schema of all catalogs would be told.
   std::vector<std::string_view> hiddenSchemas = {};  ///< First letters; shown when asked for.
+  bool takesBrackets = true;                         ///< Around names; or it is not known.
   bool canListKeys = true;                           ///< SQLPrimaryKeys and SQLStatistics.
 };
 

@@ -114,6 +114,7 @@ Properties OdbcSession::ReadProperties() {
   Properties properties = ReadDriverProperties(*dbc_);
   properties.Set("Catalog Change Ends Session",
                  profile_.catalogChange == DriverProfile::CatalogChange::Reconnect);
+  if (!profile_.takesBrackets) properties.Set("Bracket Identifiers", std::int64_t{0});
   return properties;
 }
 

@@ -50,6 +50,10 @@ std::string QtClock::ShortTimeOf(std::chrono::system_clock::time_point moment) c
   return FromQt(time.toString(QStringLiteral("HH:mm")));
 }
 
+std::string QtClock::UtcStamp() const {
+  return FromQt(QDateTime::currentDateTimeUtc().toString(Qt::ISODate));
+}
+
 void QtEventQueue::Post(std::weak_ptr<const void> owner, std::function<void()> notice) {
   QCoreApplication::postEvent(this, new NoticeEvent(std::move(owner), std::move(notice)));
 }

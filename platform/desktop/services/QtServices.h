@@ -22,6 +22,7 @@ class QtClock final : public Clock {
   [[nodiscard]] std::string LongTime() const override;
   [[nodiscard]] std::string
   ShortTimeOf(std::chrono::system_clock::time_point moment) const override;
+  [[nodiscard]] std::string UtcStamp() const override;
 
  private:
   QElapsedTimer timer_;

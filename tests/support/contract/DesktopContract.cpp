@@ -59,6 +59,9 @@ void TheClockGoesOn(ContractHost& host) {
   EXPECT_EQ(time.substr(2), clock.ShortTimeOf(moment + minutes(60)).substr(2)) << "an hour later";
   EXPECT_NE(time, clock.ShortTimeOf(moment + minutes(60)));
   EXPECT_EQ(time, clock.ShortTimeOf(moment + minutes(24 * 60))) << "a day later";
+  const std::string stamp = clock.UtcStamp();
+  EXPECT_EQ(stamp.size(), std::string("2026-11-22T14:03:59Z").size()) << stamp;
+  EXPECT_EQ(stamp.substr(10, 1) + stamp.substr(stamp.size() - 1), "TZ") << stamp;
 }
 
 void ProgressStaysWithinItsBounds(ContractHost& host) {
