@@ -5,10 +5,12 @@
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTreeView>
+#include <QTreeWidget>
 
 #include "platform/Error.h"
 #include "platform/Label.h"
 #include "platform/ListControls.h"
+#include "platform/ListView.h"
 #include "platform/TextBox.h"
 #include "platform/TreeView.h"
 #include "platform/desktop/base/Colors.h"
@@ -47,6 +49,45 @@ TEST_F(ColorTest, SystemColoursFollowTheTheme) {
     EXPECT_EQ(picture.pixelColor(4, picture.height() / 2),
               QApplication::palette().color(QPalette::Base));
   }
+}
+
+/// As a connection's colours come: often only one of the two is the user's own.
+TEST_F(ColorTest, TextCanBeReadWhereOneOfTheTwoColoursIsTheUsers) {
+  const auto own = [](Color back, Color fore) {
+    const QPalette palette = QApplication::palette();
+    const Color ground = FromQColor(ToQColor(back, palette));
+    return Contrast(FromQColor(TextColor(fore, back, palette)), ground);
+  };
+  for (const bool dark : {false, true}) {
+    SystemTheme::Force(dark);
+    for (const Color chosen : {0x000000U, 0xFFFFFFU, 0x400000U, 0x00FFFFU, 0x808080U, 0xC0FFC0U}) {
+      EXPECT_GE(own(chosen, color::windowText), readableContrast) << std::hex << chosen << dark;
+      EXPECT_GE(own(color::windowBackground, chosen), readableContrast)
+          << std::hex << chosen << dark;
+    }
+    const QPalette palette = QApplication::palette();
+    EXPECT_EQ(TextColor(0x808080, 0x888888, palette), QColor(0x80, 0x80, 0x80)) << "his own two";
+    EXPECT_EQ(TextColor(color::windowText, color::windowBackground, palette),
+              palette.color(QPalette::Text));
+  }
+}
+
+TEST_F(ColorTest, TheGridTheListAndTheLabelsChooseTheirTextByTheirGround) {
+  const auto frame = ShowForm("frmMDI");
+  const auto records = ShowForm("frmRecords");
+  for (const char* name : {"DataGrid", "lblTimer", "cboCatalog"}) {
+    auto& control = records->Find<Control>(name);
+    control.SetBackColor(0x400000);
+    control.SetForeColor(color::windowText);
+    const QWidget& widget = WidgetOf(*records, name);
+    EXPECT_EQ(widget.palette().color(QPalette::Active, widget.foregroundRole()), QColor(Qt::white))
+        << name;
+  }
+  const auto connections = ShowForm("dlgConnect");
+  auto& list = connections->Find<ListView>("lsvConnections");
+  list.Insert(0, {"", "pale", {"x"}, "", 0xF0F0F0, 0});
+  EXPECT_EQ(WidgetAs<QTreeWidget>(*connections, "lsvConnections").topLevelItem(0)->foreground(0),
+            QBrush(Qt::black));
 }
 
 TEST_F(ColorTest, ADisabledFieldMayBeGrey) {
