@@ -97,6 +97,7 @@ class Loading {
     const std::size_t name = RequireField(rows, "TABLE_NAME");
     std::vector<std::string> names;
     const std::int64_t count = rows.RecordCount();
+    async_.WorkFor(rows.ActiveConnection().get());
     async_.ForEach(
         "Reading table names...", count,
         [&](std::int64_t row) { names.push_back(ToText(rows.ValueAt(row, name))); },
@@ -119,6 +120,7 @@ class Loading {
       }
       table.fields.emplace_back(NameAt(rows, row, name, buffer));
     };
+    async_.WorkFor(rows.ActiveConnection().get());
     async_.ForEach("Reading field names...", count, take, NamesAtOnce(count));
     AddFieldsOf(table);
   }
