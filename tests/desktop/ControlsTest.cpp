@@ -1,9 +1,11 @@
 // Single controls and services beyond the contract: colours, large trees and lists, processes.
 
 #include <QApplication>
+#include <QHelpEvent>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QToolTip>
 #include <QTreeView>
 #include <QTreeWidget>
 
@@ -212,6 +214,31 @@ TEST_F(LargeControlTest, NodesAreFoundWhereTheyShow) {
   const Rect second = tree.NodeBounds("d2");
   EXPECT_EQ(tree.NodeAt(second.left + second.width / 2, second.top + second.height / 2), "d2");
   EXPECT_EQ(tree.NodeAt(30, 100'000), "");
+}
+
+class TreeTest : public DesktopFixture {};
+
+TEST_F(TreeTest, ANameThatIsCutIsShownWholeInAToolTip) {
+  const auto frame = ShowForm("frmMDI");
+  auto& tree = frame->Find<TreeView>("trvBrowser");
+  const std::string name = "customer_" + std::string(200, 'x') + "<b>_archive";
+  tree.Add("", {"d1", "shop", 1});
+  tree.Add("d1", {"t1", name, 2});
+  tree.SetExpanded("d1", true);
+  host.Settle();
+  auto& widget = WidgetAs<QTreeView>(*frame, "trvBrowser");
+  EXPECT_EQ(widget.textElideMode(), Qt::ElideMiddle);
+  const auto tipAt = [&](const std::string& key) {
+    const QPoint place = Scale().Pixels(tree.NodeBounds(key)).center();
+    const QPoint inside(widget.viewport()->mapFrom(&widget, place));
+    QToolTip::hideText();
+    QHelpEvent event(QEvent::ToolTip, inside, widget.viewport()->mapToGlobal(inside));
+    QCoreApplication::sendEvent(widget.viewport(), &event);
+    return QToolTip::text();
+  };
+  EXPECT_EQ(tipAt("t1"), AsPlainToolTip(name));
+  EXPECT_NE(tipAt("d1"), QStringLiteral("shop"));
+  EXPECT_FALSE(widget.horizontalScrollBar()->isVisible());
 }
 
 class ServiceTest : public DesktopFixture {};
