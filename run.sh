@@ -90,7 +90,17 @@ wait_for_port() {
     return 1
 }
 
-# Shows the program in a browser: a display in memory, handed on by VNC, on this machine only.
+# Eight characters, which is all that VNC looks at, in a file for its owner only.
+write_password() (
+    umask 077
+    python3 -c 'import secrets, string
+letters = string.ascii_letters + string.digits
+print("".join(secrets.choice(letters) for _ in range(8)))' >"$1"
+)
+
+# Shows the program in a browser: a display in memory, handed on by VNC, on this machine only and
+# to those only who know the password. It stands behind the "#" of the address: what stands there
+# is not sent to the server.
 run_in_browser() {
     local folder screen_port web_port result=0
     say "There is no display here (DISPLAY and WAYLAND_DISPLAY are empty)."
@@ -100,21 +110,22 @@ run_in_browser() {
     trap 'exit 130' INT
     trap 'exit 143' TERM HUP
     if [[ -z ${XDG_RUNTIME_DIR:-} ]]; then export XDG_RUNTIME_DIR=$folder; fi
-    start_display 1440x900 "$folder/display.log" || {
+    start_display 1440x900 "$folder/display.log" "$folder/authority" || {
         cat "$folder/display.log" >&2
         exit 1
     }
+    write_password "$folder/password"
     screen_port=$(free_port)
     start x11vnc -display "$DISPLAY" -localhost -no6 -rfbport "$screen_port" -forever -shared \
-        -nopw -noxdamage -quiet >"$folder/vnc.log" 2>&1
+        -passwdfile "$folder/password" -noxdamage -quiet >"$folder/vnc.log" 2>&1
     wait_for_port "$screen_port" "$folder/vnc.log"
     web_port=$(free_port)
     start websockify --web /usr/share/novnc "127.0.0.1:$web_port" "127.0.0.1:$screen_port" \
         >"$folder/web.log" 2>&1
     wait_for_port "$web_port" "$folder/web.log"
-    say "Open this address in a browser on this machine:"
+    say "Open this address in a browser on this machine (it holds the password of the display):"
     echo
-    echo "   http://127.0.0.1:$web_port/vnc.html?autoconnect=1&resize=scale"
+    echo "   http://127.0.0.1:$web_port/vnc.html#autoconnect=1&resize=scale&password=$(<"$folder/password")"
     echo
     say "Closing the program, or Ctrl+C here, ends everything."
     start "$program_folder/Tessel"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/WindowMenu.h"
 #include "app/dlgAbout.h"
 #include "platform/Error.h"
 #include "query/frmText.h"
@@ -45,6 +46,7 @@ void frmMDI::Show() {
 
 void frmMDI::MDIForm_Load() {
   main_->TheWindow().Show();
+  Arrange(tiling_);
   main_->FocusText();
   mnuDBConnect_Click();
 }
@@ -78,6 +80,7 @@ void frmMDI::WireFileMenu() {
 void frmMDI::WireWindowMenu() {
   window_->Menu("menuWindow").Click = [this] {
     window_->Menu("mnuWindowSidebar").SetChecked(sidebar_.Shown());
+    ListWindowsIn(*window_);
   };
   window_->Menu("mnuNewInstance").Click = [this] { mnuNewInstance_Click(); };
   window_->Menu("mnuWindowSidebar").Click = [this] { mnuWindowSidebar_Click(); };
@@ -135,10 +138,16 @@ void frmMDI::DoSQL(bool preview) {
   std::size_t remaining = windows.size();
   for (frmRecords* window : windows) {
     --remaining;
-    if (!window->DoQueryTags(sql, preview, newQuery) && remaining != 0 && !AskToContinue(*window))
-      break;
+    const bool succeeded = window->DoQueryTags(sql, preview, newQuery);
+    ShowResults();
+    if (!succeeded && remaining != 0 && !AskToContinue(*window)) break;
   }
   FocusQueryWindow();
+}
+
+/// A window that fills the frame hides what the others have to show.
+void frmMDI::ShowResults() {
+  if (std::ranges::any_of(DocumentWindows(), &Window::Maximized)) Arrange(tiling_);
 }
 
 bool frmMDI::AskToContinue(frmRecords& failed) {
@@ -193,11 +202,10 @@ bool frmMDI::OpenRecordsWindow(const SavedConnection& connection, const std::str
   window->onUnloaded = [this, closed = window.get()] { ForgetRecordsWindow(closed); };
   records_.push_back(std::move(window));
   main_->ShowConnectionColor(connection.backColor);
-  Arrange(tiling_);
   return true;
 }
 
-/// Windows that connect later are tiled in the same way: none hides another's failure.
+/// The frame tiles windows that connect later in the same way: none hides another's failure.
 void frmMDI::Arrange(Tiling tiling) {
   tiling_ = tiling;
   window_->Arrange(tiling);
@@ -233,16 +241,30 @@ void frmMDI::TellListNotSaved(const std::string& reason) {
 // --- focus and schema browser
 // -------------------------------------------------------------------------------------
 
-void frmMDI::FocusFirstRecordsWindow() {
-  const std::vector<frmRecords*> windows = RecordsWindows();
-  if (windows.empty()) return;
-  windows.front()->TheWindow().Activate();
-  windows.front()->FocusRecords();
-}
+void frmMDI::FocusFirstRecordsWindow() { ChooseWindow(1); }
 
 void frmMDI::FocusQueryWindow() {
   main_->TheWindow().Activate();
   main_->FocusText();
+}
+
+std::vector<Window*> frmMDI::DocumentWindows() const {
+  std::vector<Window*> windows{&main_->TheWindow()};
+  for (frmRecords* records : RecordsWindows()) windows.push_back(&records->TheWindow());
+  return windows;
+}
+
+void frmMDI::ListWindowsIn(Window& window) {
+  ListWindows(window, DocumentWindows(), [this](std::size_t index) { ChooseWindow(index); });
+}
+
+/// The first one listed is the query window.
+void frmMDI::ChooseWindow(std::size_t index) {
+  const std::vector<frmRecords*> records = RecordsWindows();
+  if (index == 0) return FocusQueryWindow();
+  if (index > records.size()) return;
+  records[index - 1]->TheWindow().Activate();
+  records[index - 1]->FocusRecords();
 }
 
 void frmMDI::FocusBrowser() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -63,6 +64,9 @@ class frmMDI : private QueryHost,
   void mnuEditWordWrap_Click();
 
   void Arrange(Tiling tiling);
+  void ShowResults();
+  void ChooseWindow(std::size_t index);
+  [[nodiscard]] std::vector<Window*> DocumentWindows() const;
   [[nodiscard]] bool AskWhichInstance();
   [[nodiscard]] bool AskToContinue(frmRecords& failed);
 
@@ -84,6 +88,7 @@ class frmMDI : private QueryHost,
     browser_.FollowCatalog(key, connection, fromDatabase);
   }
   void FocusQueryWindow() override;
+  void ListWindowsIn(Window& window) override;
   [[nodiscard]] bool SidebarShown() const override { return sidebar_.Shown(); }
   void InsertText(std::string_view text) override { main_->InsertText(text); }
   std::string GetTagValue(const std::string& name, bool parenthesised, bool quoted) override {

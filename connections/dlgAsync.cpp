@@ -13,6 +13,7 @@ namespace {
 
 constexpr int tickMilliseconds = 500;
 constexpr std::int64_t noExecution = -2;
+constexpr const char* programName = "Tessel";
 
 bool HasSettled(int state) { return state == objectState::closed || state == objectState::open; }
 
@@ -47,8 +48,22 @@ void dlgAsync::Load() {
   timer.Tick = [this] { ShowElapsed(); };
 }
 
+void dlgAsync::NameConnection(const std::shared_ptr<Connection>& connection, std::string name) {
+  std::erase_if(names_, [&](const Name& named) {
+    return named.connection.expired() || named.connection.lock() == connection;
+  });
+  names_.push_back({connection, std::move(name)});
+}
+
+void dlgAsync::WorkFor(const Connection* connection) {
+  const auto named = std::ranges::find_if(
+      names_, [&](const Name& name) { return name.connection.lock().get() == connection; });
+  title_ = connection == nullptr || named == names_.end() ? std::string() : named->text;
+}
+
 void dlgAsync::Reset() {
   Load();
+  window_->SetCaption(title_.empty() ? programName : title_);
   window_->Find<Label>("lblMessage").SetCaption("");
   bar_->SetVisible(false);
   bar_->SetValue(0);
@@ -73,7 +88,7 @@ void dlgAsync::ShowElapsed() {
 void dlgAsync::InitProcess(const std::string& message) {
   Reset();
   window_->Find<Label>("lblMessage").SetCaption("\n" + message);
-  window_->ShowAbove(frame_);
+  window_->ShowAboveSoon(frame_);
 }
 
 void dlgAsync::InitProgress(const std::string& message, double maximum) {
@@ -82,7 +97,7 @@ void dlgAsync::InitProgress(const std::string& message, double maximum) {
   progressStep_ = static_cast<std::uint32_t>(std::min(std::ceil(maximum / 32), 16.0));
   bar_->SetMax(maximum);
   bar_->SetVisible(true);
-  window_->ShowAbove(frame_);
+  window_->ShowAboveSoon(frame_);
 }
 
 bool dlgAsync::Yield() {
@@ -156,6 +171,7 @@ bool dlgAsync::DoConnect(const std::shared_ptr<Connection>& connection, const st
                          const std::string& password) {
   std::exception_ptr pending;
   try {
+    WorkFor(connection.get());
     Reset();
     connection_ = connection;
     connection->ConnectComplete = [this](const ErrorInfo* error, EventStatus status) {
@@ -175,6 +191,7 @@ bool dlgAsync::DoQuery(const std::shared_ptr<Recordset>& recordset, std::int64_t
                        bool async) {
   std::exception_ptr pending;
   try {
+    WorkFor(recordset->ActiveConnection().get());
     Reset();
     Hold(recordset);
     connection_->ExecuteComplete = [this](std::int64_t affected, const ErrorInfo* error,
@@ -216,6 +233,7 @@ bool dlgAsync::DoChange(const std::shared_ptr<Recordset>& recordset, const std::
                         bool async, const std::function<void(int options)>& change) {
   std::exception_ptr pending;
   try {
+    WorkFor(recordset->ActiveConnection().get());
     Reset();
     Hold(recordset);
     recordset->ChangeComplete = [this](const ErrorInfo* error, EventStatus status) {
@@ -319,6 +337,7 @@ void dlgAsync::Unload() {
   if (window_ == nullptr) return;
   window_->TimerNamed("tmrTimer").SetEnabled(false);
   storedError_.reset();
+  title_.clear();
   Release();
   window_->Unload();
 }

@@ -32,6 +32,12 @@ class dlgAsync {
   /// `frame` is the window it shows above and disables while it yields; it outlives this object.
   dlgAsync(Desktop& desktop, Window& frame) : desktop_(desktop), frame_(frame) {}
 
+  /// What the window's title calls that connection from now on. What runs on a connection without
+  /// a name has the program's own name as its title.
+  void NameConnection(const std::shared_ptr<Connection>& connection, std::string name);
+  /// The loop that follows works for that connection; the other operations know theirs.
+  void WorkFor(const Connection* connection);
+
   /// Opens the connection, whose connection string is set. False when cancelled; raises the failure
   /// otherwise.
   bool DoConnect(const std::shared_ptr<Connection>& connection, const std::string& user,
@@ -61,7 +67,7 @@ class dlgAsync {
   /// otherwise.
   bool UseCatalog(Connection& connection, const std::string& name);
 
-  /// Shows the window modeless, without a bar.
+  /// Shows the window modeless, without a bar; as with InitProgress, not before 150 ms have passed.
   void InitProcess(const std::string& message);
   /// Shows the window modeless with a bar from 0 to `maximum`, which is more than 0.
   void InitProgress(const std::string& message, double maximum);
@@ -100,8 +106,15 @@ class dlgAsync {
                            EventStatus status);
   void mRs_FetchProgress(std::int64_t progress);
 
+  struct Name {
+    std::weak_ptr<Connection> connection;
+    std::string text;
+  };
+
   Desktop& desktop_;
   Window& frame_;
+  std::vector<Name> names_;
+  std::string title_;  ///< Of the connection worked for; empty: the program's own name.
   std::unique_ptr<Window> window_;
   ProgressBar* bar_ = nullptr;
   std::uint32_t progressStep_ = 1;  ///< Units of the bar from one yield to the next.

@@ -51,6 +51,9 @@ class ListBox : public ListControl {
 
   /// Twips that an entry takes from top to bottom: 195 at the small font it was drawn for.
   [[nodiscard]] virtual int RowHeight() const = 0;
+  /// Twips that the box needs from side to side to show the longest entry whole while `rows` rows
+  /// are in sight. Of very many entries only the longest ones, counted in bytes, are measured.
+  [[nodiscard]] virtual int WidthFor(int rows) const = 0;
 };
 
 /// A drop-down list, editable or not, as the form says.

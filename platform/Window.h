@@ -24,7 +24,8 @@ enum class Tiling { Horizontal, Vertical };
 ///
 /// A document's own menus show in the frame's menu bar while it is active: one that bears the name
 /// of a frame's menu stands in its place, the others before the Window menu. The frame's shortcuts
-/// reach only documents without menus of their own.
+/// reach only documents without menus of their own, except those of the commands that the form
+/// marks as "everywhere".
 ///
 /// A window is loaded from creation until Unload succeeds; its controls may be used for as long as
 /// the object lives. What a handler throws is shown in a message box with the exclamation icon, in
@@ -58,6 +59,9 @@ class Window : public FailureSink {
   virtual void Show() = 0;
   /// Shows modeless above `owner`.
   virtual void ShowAbove(Window& owner) = 0;
+  /// The same for a window that only concerns the user when the work takes long: it comes up after
+  /// 150 ms, unless it has been hidden or unloaded by then. It counts as visible meanwhile.
+  virtual void ShowAboveSoon(Window& owner) = 0;
   /// Shows modally above `owner` (null: the active window) and returns when the window is hidden or
   /// unloaded.
   virtual void ShowModal(Window* owner) = 0;
@@ -79,13 +83,18 @@ class Window : public FailureSink {
   [[nodiscard]] virtual int ScaleWidth() const = 0;
   [[nodiscard]] virtual int ScaleHeight() const = 0;
   [[nodiscard]] virtual bool Minimized() const = 0;
+  /// Whether the window fills the screen, or as a document the frame, in front of all others.
+  [[nodiscard]] virtual bool Maximized() const = 0;
   [[nodiscard]] virtual bool Enabled() const = 0;
   virtual void SetEnabled(bool enabled) = 0;
 
   /// Pops up one of the form's menus at a place in twips inside `at`, or at the pointer when `at`
   /// is null. Returns when it has closed; the chosen command's Click has then been raised.
   virtual void PopupMenu(MenuItem& menu, Control* at, int x, int y) = 0;
-  /// Arranges the documents of a frame.
+  /// Tiles the documents of a frame, maximised ones too, and keeps them tiled: again whenever the
+  /// frame's inside changes its size and whenever a document is shown or goes. As soon as one has
+  /// been moved, sized, minimised or maximised otherwise, they are left as they stand until the
+  /// next call.
   virtual void Arrange(Tiling tiling) = 0;
 
   Event<> Activated;

@@ -110,8 +110,10 @@ void CompletionList::Show(TextLines found) {
 
 void CompletionList::Place() {
   Rect list = lstOptions_.Bounds();
+  const Rect text = txtQuery_.Bounds();
+  list.width = std::min(lstOptions_.WidthFor(mostRows), text.width);
   list.height = std::min(lstOptions_.ListCount(), mostRows) * lstOptions_.RowHeight() + listMargin;
-  lstOptions_.SetBounds(PlaceAtCaret(list, txtQuery_.Bounds(), txtQuery_.CaretBounds()));
+  lstOptions_.SetBounds(PlaceAtCaret(list, text, txtQuery_.CaretBounds()));
 }
 
 // --- keys in the list

@@ -273,6 +273,12 @@ std::string FormatValue(const ValueView& value, const ValueFormat& format) {
   return text;
 }
 
+std::string PlainCaption(std::string_view text) {
+  std::string caption;
+  for (const char c : text) caption.append(c == '&' ? 2 : 1, c);
+  return caption;
+}
+
 ConnectionPairs ParseConnectionString(std::string_view connectionString) {
   ConnectionPairs pairs;
   while (!connectionString.empty()) {

@@ -63,6 +63,9 @@ using ConnectionPairs = std::map<std::string, std::string, std::less<>>;
 void AppendFormattedValues(std::string& out, std::span<const ValueView> values,
                            const ValueFormat& format);
 
+/// A menu caption of plain text: "&" would mark a mnemonic.
+[[nodiscard]] std::string PlainCaption(std::string_view text);
+
 /// Splits at every ";" and each piece at its first "="; keys are trimmed and upper-cased, values
 /// kept as they are. Empty keys are skipped and the first of two equal keys wins.
 [[nodiscard]] ConnectionPairs ParseConnectionString(std::string_view connectionString);

@@ -22,13 +22,6 @@ bool Press(Button& button) {
   return true;
 }
 
-/// A menu caption of plain text: "&" would mark a mnemonic.
-std::string PlainCaption(const std::string& text) {
-  std::string caption;
-  for (const char c : text) caption.append(c == '&' ? 2 : 1, c);
-  return caption;
-}
-
 }  // namespace
 
 QueryHistory::QueryHistory(const Desktop& desktop, Window& window, QueryRunner& runner)

@@ -105,6 +105,7 @@ void RecordConversion::ConvertRecords(std::string& text, const RecordFormat& for
   TextRoom room(text, count);
   RecordFormatter formatter(format, columns);
   if (all) rows->MoveFirst();
+  async_.WorkFor(rows->ActiveConnection().get());
   async_.ForEach(ProgressMessage(count, !all), count, [&](std::int64_t i) {
     if (!all) rows->MoveTo(selected[static_cast<std::size_t>(i)]);
     if (i != 0) text += format.record.separator;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/Connection.h"
+#include "platform/Window.h"
 #include "query/SqlTarget.h"
 
 namespace tessel {
@@ -26,6 +27,8 @@ class RecordsHost : public SqlTarget {
   virtual void FollowCatalog(const std::string& key, const std::shared_ptr<Connection>& connection,
                              bool fromDatabase) = 0;
   virtual void FocusQueryWindow() = 0;
+  /// Lists the program's windows in the Window menu of that one, which is about to open.
+  virtual void ListWindowsIn(Window& window) = 0;
   /// What a named tag stands for. Raises Error(application) when there is no such tag or it has no
   /// value.
   virtual std::string GetTagValue(const std::string& name, bool parenthesised, bool quoted) = 0;

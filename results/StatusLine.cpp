@@ -15,6 +15,7 @@ constexpr int roomBelow = 240;
 
 void StatusLine::SetStatus(std::string_view text, Color color, Options options) {
   box_.SetBackColor(options.append ? box_.BackColor() | color : color);
+  box_.SetForeColor(TextOn(box_.BackColor()));
   const std::string before = options.append ? box_.Text() + " " : "[" + clock_.LongTime() + "]  ";
   box_.SetText(before + std::string(text));
   Rect bounds = box_.Bounds();

@@ -22,6 +22,13 @@ constexpr const char* sqlFilter = "SQL Files (*.sql)|*.sql";
 
 bool IsNoInterface(const ErrorInfo& error) { return error.number == errorNumber::noInterface; }
 
+/// What the progress window calls the connection: a string may hold a password.
+std::string ShownName(const ConnectRequest& request) {
+  if (!request.caption.empty()) return request.caption;
+  return GetConnectionStringValue(ParseConnectionString(request.connectionString),
+                                  {"DATABASE", "INITIAL CATALOG", "DATA SOURCE", "DSN"});
+}
+
 /// The progress window without a bar, for as long as this lives.
 class ProcessShown {
  public:
@@ -113,6 +120,7 @@ void frmRecords::WireMenus() {
   forward("mnuHelpAbout", &RecordsHost::mnuHelpAbout_Click);
   window_->Menu("menuWindow").Click = [this] {
     window_->Menu("mnuWindowSidebar").SetChecked(host_.SidebarShown());
+    host_.ListWindowsIn(*window_);
   };
 }
 
@@ -148,6 +156,7 @@ void frmRecords::Form_Unload() {
 
 bool frmRecords::Connect(const ConnectRequest& request) {
   mCn_->SetConnectionString(request.connectionString);
+  async_.NameConnection(mCn_, ShownName(request));
   userName_ = request.userName;
   password_ = request.password;
   bool connected = false;
@@ -309,7 +318,9 @@ bool frmRecords::DoQueryTags(const std::string& taggedSQL, bool confirmFirst, in
 
 /// Nothing when the tags could not be filled in; the reason has been shown then.
 std::optional<SubstitutedText> frmRecords::Preprocess(const std::string& taggedSQL) {
+  if (!MayHoldTags(taggedSQL)) return SubstitutedText{taggedSQL};
   try {
+    async_.WorkFor(mCn_.get());
     const ProcessShown shown(async_, "Preprocessing SQL...");
     return SubstituteTags(taggedSQL, *this);
   } catch (const Error& error) {

@@ -82,6 +82,7 @@ bool frmRecords::HandleControlKey(int keyCode) {
     case 'L': chkLock_.SetValue(!chkLock_.Value()); return true;
     case 'S': return PressShown(cmdAccept_);
     case 'R': return PressShown(cmdReject_);
+    case key::f4: window_->Unload(UnloadReason::ControlBox); return true;
     default: return false;
   }
 }

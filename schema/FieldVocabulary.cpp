@@ -35,6 +35,7 @@ std::optional<FieldVocabulary::Values> FieldVocabulary::Read(const std::string& 
 
 std::string FieldVocabulary::TextOf(const Recordset& rows) {
   std::string text;
+  async_.WorkFor(rows.ActiveConnection().get());
   async_.ForEach("Reading vocabulary...", rows.RecordCount(), [&](std::int64_t row) {
     const std::string value = ToText(rows.ValueAt(row, 0));
     const std::size_t start = std::min(value.find_first_not_of(' '), value.size());

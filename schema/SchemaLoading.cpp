@@ -146,6 +146,7 @@ class Loading {
     TableNames names(rows, tree_.QuotingOf(databaseKey_), rowsetsKnowBetter_);
     std::vector<std::string> listed;
     const std::int64_t count = rows.RecordCount();
+    async_.WorkFor(rows.ActiveConnection().get());
     ForEach("Reading table names...", count,
             [&](std::int64_t row) { listed.emplace_back(names.At(row)); });
     tree_.AddTables(databaseKey_, listed);
@@ -166,6 +167,7 @@ class Loading {
       }
       table.fields.emplace_back(NameAt(rows, row, name, buffer));
     };
+    async_.WorkFor(rows.ActiveConnection().get());
     ForEach("Reading field names...", count, take);
     AddFieldsOf(table);
   }

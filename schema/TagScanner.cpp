@@ -85,6 +85,12 @@ SubstitutedText SubstituteTags(std::string_view sql, TagResolver& resolver) {
   return Scanner(sql, resolver).Run();
 }
 
+bool MayHoldTags(std::string_view sql) {
+  for (std::size_t i = 0; i + headLength <= sql.size(); ++i)
+    if (IsOpening(sql[i]) && IsMarker(sql[i + 1])) return true;
+  return false;
+}
+
 std::string MakeTagText(std::string_view name, int flags, char type) {
   const char opening = (flags & tagFlag::list) != 0 ? '{' : '<';
   const char marker = (flags & tagFlag::quoted) != 0 ? '*' : '%';

@@ -62,6 +62,9 @@ struct SubstitutedText {
 /// or is cancelled.
 [[nodiscard]] SubstitutedText SubstituteTags(std::string_view sql, TagResolver& resolver);
 
+/// Whether something in the text opens like a tag; without it there is nothing to fill in.
+[[nodiscard]] bool MayHoldTags(std::string_view sql);
+
 /// The text of a tag; `flags` are bits of tagFlag, `type` is one of tagType.
 [[nodiscard]] std::string MakeTagText(std::string_view name, int flags, char type);
 

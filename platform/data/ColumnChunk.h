@@ -96,10 +96,10 @@ inline void ColumnChunk::ReadArena(CellKind of, ArenaSlice slice, ValueView& val
   const std::byte* start = arena.Data() + slice.offset;
   const std::string_view text(reinterpret_cast<const char*>(start), slice.size);
   switch (of) {
-    case CellKind::Decimal: value.emplace<DecimalView>(text); return;
-    case CellKind::Moment: value.emplace<MomentView>(text); return;
+    case CellKind::Decimal: value.emplace<DecimalView>(DecimalView{text}); return;
+    case CellKind::Moment: value.emplace<MomentView>(MomentView{text}); return;
     case CellKind::Text: value.emplace<std::string_view>(text); return;
-    default: value.emplace<BinaryView>(std::span(start, slice.size)); return;
+    default: value.emplace<BinaryView>(BinaryView{std::span(start, slice.size)}); return;
   }
 }
 

@@ -1,11 +1,16 @@
 // Completion in the query window: real keys, the list at the caret, its size and its speed.
 
 #include <QElapsedTimer>
+#include <QHelpEvent>
 #include <QListView>
+#include <QScrollBar>
 #include <QTest>
+#include <QToolTip>
 #include <iostream>
 
 #include "platform/desktop/base/Scale.h"
+#include "platform/desktop/base/Text.h"
+#include "platform/desktop/controls/CutTextDelegate.h"
 #include "platform/desktop/controls/SqlEditor.h"
 #include "query/CompletionList.h"
 #include "tests/desktop/DesktopFixture.h"
@@ -238,6 +243,45 @@ TEST_F(CompletionTest, SevenEntriesOfALongListAreInSight) {
   };
   EXPECT_TRUE(shows(6));
   EXPECT_FALSE(shows(7));
+}
+
+TEST_F(CompletionTest, TheListIsAsWideAsItsLongestEntry) {
+  WordList& words = Vocabulary::ListNamed(vocabulary.Tables(), "d1");
+  words = {"a", std::string(60, 'W'), "b"};
+  Typed("");
+  Press('T', ctrl);
+  const QModelIndex longest = List().model()->index(1, 0);
+  const auto& delegate = dynamic_cast<CutTextDelegate&>(*List().itemDelegate());
+  const int whole = delegate.WholeWidth(longest);
+  EXPECT_GE(whole, List().fontMetrics().horizontalAdvance(QString(60, u'W')));
+  EXPECT_GE(List().visualRect(longest).width(), whole) << "nothing is cut";
+  EXPECT_NEAR(List().width(), whole + 2 * List().frameWidth(), 2);
+  EXPECT_FALSE(List().horizontalScrollBar()->isVisible());
+  Press(key::escape);
+  for (int i = 0; i < 20; ++i) words.push_back("c");
+  for (int i = 0; i < 20; ++i) words.push_back("c" + std::to_string(i));
+  Press('T', ctrl);
+  EXPECT_TRUE(List().verticalScrollBar()->isVisible());
+  EXPECT_GE(List().visualRect(List().model()->index(1, 0)).width(), whole);
+}
+
+TEST_F(CompletionTest, AnEntryThatIsCutIsShownWholeInAToolTip) {
+  const std::string name = std::string(400, 'x') + "<b>end";
+  Vocabulary::ListNamed(vocabulary.Tables(), "d1") = {"a", name};
+  Typed("");
+  Press('T', ctrl);
+  EXPECT_TRUE(Editor().geometry().contains(List().geometry()));
+  const auto tipAt = [this](int row) {
+    QToolTip::hideText();
+    const QPoint place = List().visualRect(List().model()->index(row, 0)).center();
+    QHelpEvent event(QEvent::ToolTip, place, List().viewport()->mapToGlobal(place));
+    QCoreApplication::sendEvent(List().viewport(), &event);
+    return QToolTip::text();
+  };
+  EXPECT_EQ(tipAt(1), AsPlainToolTip(name));
+  EXPECT_FALSE(List().horizontalScrollBar()->isVisible());
+  EXPECT_EQ(List().visualRect(List().model()->index(1, 0)).width(), List().viewport()->width());
+  EXPECT_NE(tipAt(0), QStringLiteral("a"));
 }
 
 TEST_F(CompletionTest, TheListStandsBelowTheCaretsLine) {

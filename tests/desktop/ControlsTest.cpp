@@ -1,14 +1,18 @@
 // Single controls and services beyond the contract: colours, large trees and lists, processes.
 
 #include <QApplication>
+#include <QHelpEvent>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QToolTip>
 #include <QTreeView>
+#include <QTreeWidget>
 
 #include "platform/Error.h"
 #include "platform/Label.h"
 #include "platform/ListControls.h"
+#include "platform/ListView.h"
 #include "platform/TextBox.h"
 #include "platform/TreeView.h"
 #include "platform/desktop/base/Colors.h"
@@ -47,6 +51,45 @@ TEST_F(ColorTest, SystemColoursFollowTheTheme) {
     EXPECT_EQ(picture.pixelColor(4, picture.height() / 2),
               QApplication::palette().color(QPalette::Base));
   }
+}
+
+/// As a connection's colours come: often only one of the two is the user's own.
+TEST_F(ColorTest, TextCanBeReadWhereOneOfTheTwoColoursIsTheUsers) {
+  const auto own = [](Color back, Color fore) {
+    const QPalette palette = QApplication::palette();
+    const Color ground = FromQColor(ToQColor(back, palette));
+    return Contrast(FromQColor(TextColor(fore, back, palette)), ground);
+  };
+  for (const bool dark : {false, true}) {
+    SystemTheme::Force(dark);
+    for (const Color chosen : {0x000000U, 0xFFFFFFU, 0x400000U, 0x00FFFFU, 0x808080U, 0xC0FFC0U}) {
+      EXPECT_GE(own(chosen, color::windowText), readableContrast) << std::hex << chosen << dark;
+      EXPECT_GE(own(color::windowBackground, chosen), readableContrast)
+          << std::hex << chosen << dark;
+    }
+    const QPalette palette = QApplication::palette();
+    EXPECT_EQ(TextColor(0x808080, 0x888888, palette), QColor(0x80, 0x80, 0x80)) << "his own two";
+    EXPECT_EQ(TextColor(color::windowText, color::windowBackground, palette),
+              palette.color(QPalette::Text));
+  }
+}
+
+TEST_F(ColorTest, TheGridTheListAndTheLabelsChooseTheirTextByTheirGround) {
+  const auto frame = ShowForm("frmMDI");
+  const auto records = ShowForm("frmRecords");
+  for (const char* name : {"DataGrid", "lblTimer", "cboCatalog"}) {
+    auto& control = records->Find<Control>(name);
+    control.SetBackColor(0x400000);
+    control.SetForeColor(color::windowText);
+    const QWidget& widget = WidgetOf(*records, name);
+    EXPECT_EQ(widget.palette().color(QPalette::Active, widget.foregroundRole()), QColor(Qt::white))
+        << name;
+  }
+  const auto connections = ShowForm("dlgConnect");
+  auto& list = connections->Find<ListView>("lsvConnections");
+  list.Insert(0, {"", "pale", {"x"}, "", 0xF0F0F0, 0});
+  EXPECT_EQ(WidgetAs<QTreeWidget>(*connections, "lsvConnections").topLevelItem(0)->foreground(0),
+            QBrush(Qt::black));
 }
 
 TEST_F(ColorTest, ADisabledFieldMayBeGrey) {
@@ -171,6 +214,31 @@ TEST_F(LargeControlTest, NodesAreFoundWhereTheyShow) {
   const Rect second = tree.NodeBounds("d2");
   EXPECT_EQ(tree.NodeAt(second.left + second.width / 2, second.top + second.height / 2), "d2");
   EXPECT_EQ(tree.NodeAt(30, 100'000), "");
+}
+
+class TreeTest : public DesktopFixture {};
+
+TEST_F(TreeTest, ANameThatIsCutIsShownWholeInAToolTip) {
+  const auto frame = ShowForm("frmMDI");
+  auto& tree = frame->Find<TreeView>("trvBrowser");
+  const std::string name = "customer_" + std::string(200, 'x') + "<b>_archive";
+  tree.Add("", {"d1", "shop", 1});
+  tree.Add("d1", {"t1", name, 2});
+  tree.SetExpanded("d1", true);
+  host.Settle();
+  auto& widget = WidgetAs<QTreeView>(*frame, "trvBrowser");
+  EXPECT_EQ(widget.textElideMode(), Qt::ElideMiddle);
+  const auto tipAt = [&](const std::string& key) {
+    const QPoint place = Scale().Pixels(tree.NodeBounds(key)).center();
+    const QPoint inside(widget.viewport()->mapFrom(&widget, place));
+    QToolTip::hideText();
+    QHelpEvent event(QEvent::ToolTip, inside, widget.viewport()->mapToGlobal(inside));
+    QCoreApplication::sendEvent(widget.viewport(), &event);
+    return QToolTip::text();
+  };
+  EXPECT_EQ(tipAt("t1"), AsPlainToolTip(name));
+  EXPECT_NE(tipAt("d1"), QStringLiteral("shop"));
+  EXPECT_FALSE(widget.horizontalScrollBar()->isVisible());
 }
 
 class ServiceTest : public DesktopFixture {};

@@ -153,6 +153,16 @@ TEST_F(EditorTest, AGroundOfItsOwnStays) {
   EXPECT_EQ(Ground(), Editor().palette().color(QPalette::Base));
 }
 
+TEST_F(EditorTest, TextCanBeReadOnAConnectionsGround) {
+  box.SetText("SELECT 'text', 1 FROM \"t\" -- remark");
+  for (const Color ground : {0x000000U, 0x400000U, 0x808080U, 0x0000C0U, 0x00C000U, 0xC0FFFFU}) {
+    box.SetBackColor(ground);
+    for (const int at : {0, 8, 13, 15, 22, 28})
+      EXPECT_GE(Contrast(FromQColor(ColorAt(at)), ground), readableContrast)
+          << std::hex << ground << " at " << at;
+  }
+}
+
 /// A text window on the screen whose text cannot be edited.
 class ViewerTest : public EditorTest {
  protected:

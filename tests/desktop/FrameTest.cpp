@@ -1,9 +1,11 @@
 // The frame: whose keys and menus are in force, how documents are tiled and closed.
 
+#include <QCoreApplication>
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QMouseEvent>
 
 #include "platform/Button.h"
 #include "platform/Error.h"
@@ -142,6 +144,83 @@ TEST_F(FrameTest, AMinimizedWindowIsNotTiled) {
   EXPECT_TRUE(query->Minimized());
   EXPECT_LT(PlaceOf(*records).bottom(), Room().height() - 10)
       << "room is left for the minimised one";
+}
+
+/// Rows that together fill the place for documents.
+TEST_F(FrameTest, TiledWindowsFollowTheFrameAndTheSidebar) {
+  frame->Arrange(Tiling::Horizontal);
+  const auto fill = [this] {
+    host.Settle();
+    return PlaceOf(*query).topLeft() == QPoint() &&
+           PlaceOf(*query).bottom() + 1 == PlaceOf(*records).top() &&
+           PlaceOf(*records).bottomRight() == Room().bottomRight() &&
+           PlaceOf(*query).width() == Room().width();
+  };
+  ASSERT_TRUE(fill());
+  const QRect before = Room();
+  Main().resize(Main().size() + QSize(120, 90));
+  EXPECT_TRUE(fill());
+  EXPECT_GT(Room().height(), before.height());
+  auto& box = frame->Find<PictureBox>("box");
+  box.SetVisible(false);
+  EXPECT_TRUE(fill()) << "the sidebar is hidden";
+  box.SetVisible(true);
+  EXPECT_TRUE(fill());
+  Rect wider = box.Bounds();
+  wider.width += 1500;
+  box.SetBounds(wider);
+  EXPECT_TRUE(fill()) << "its edge was moved";
+  frame->Arrange(Tiling::Vertical);
+  records->Unload();
+  host.Settle();
+  EXPECT_EQ(PlaceOf(*query), Room());
+}
+
+/// By its title bar, as a user does.
+TEST_F(FrameTest, AWindowDraggedByTheUserIsLeftAlone) {
+  frame->Arrange(Tiling::Horizontal);
+  host.Settle();
+  QWidget& title = AsQt(*records).Outer();
+  const QRect tile = title.geometry();
+  const QPoint grip(title.width() / 2, 8);
+  const QPoint screen = title.mapToGlobal(grip);
+  const auto send = [&](QEvent::Type type, const QPoint& by) {
+    QMouseEvent event(type, title.mapFromGlobal(screen + by), screen + by, Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&title, &event);
+  };
+  send(QEvent::MouseButtonPress, {});
+  send(QEvent::MouseMove, {40, -10});
+  send(QEvent::MouseMove, {40, -20});
+  send(QEvent::MouseButtonRelease, {40, -20});
+  host.Settle();
+  const QRect dragged = PlaceOf(*records);
+  ASSERT_NE(dragged, tile);
+  Main().resize(Main().size() + QSize(120, 90));
+  const auto third = ShowForm("frmRecords");
+  EXPECT_EQ(PlaceOf(*records), dragged);
+}
+
+TEST_F(FrameTest, AWindowRestoredToItsTileFollowsAgain) {
+  frame->Arrange(Tiling::Horizontal);
+  host.Settle();
+  query->Activate();
+  AsQt(*query).Outer().showMaximized();
+  host.Settle();
+  Main().resize(Main().size() + QSize(120, 90));
+  host.Settle();
+  EXPECT_TRUE(query->Maximized());
+  AsQt(*query).Outer().showNormal();
+  host.Settle();
+  EXPECT_EQ(PlaceOf(*records).bottomRight(), Room().bottomRight());
+  EXPECT_EQ(PlaceOf(*query).width(), Room().width());
+  AsQt(*query).Outer().showMinimized();
+  host.Settle();
+  const QRect place = PlaceOf(*records);
+  Main().resize(Main().size() + QSize(120, 90));
+  host.Settle();
+  EXPECT_TRUE(query->Minimized());
+  EXPECT_EQ(PlaceOf(*records), place);
 }
 
 TEST_F(FrameTest, ACloseWaitsUntilAModalWindowIsOver) {

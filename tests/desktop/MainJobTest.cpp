@@ -1,6 +1,7 @@
 // The main job on real windows and real databases: connect, select, run, see the rows; several
 // connections; failure, cancel, reconnect, save, close.
 
+#include <QEvent>
 #include <QFileDialog>
 #include <QLineEdit>
 
@@ -14,6 +15,23 @@ namespace {
 
 class MainJobTest : public ProgramFixture {};
 
+/// Counts how often a progress window comes up.
+class ProgressCounter final : public QObject {
+ public:
+  ProgressCounter() { qApp->installEventFilter(this); }
+  [[nodiscard]] int Count() const { return count_; }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Show && watched->objectName() == QLatin1String("dlgAsync"))
+      ++count_;
+    return false;
+  }
+
+ private:
+  int count_ = 0;
+};
+
 TEST_F(MainJobTest, ConnectingSelectingAndF5ShowTheRows) {
   Start();
   EXPECT_EQ(Records(0).Caption(), "Shop");
@@ -26,6 +44,31 @@ TEST_F(MainJobTest, ConnectingSelectingAndF5ShowTheRows) {
   EXPECT_TRUE(Query().Find<RichTextBox>("txtQuery").HasFocus());
   EXPECT_NE(files.ReadWhole(folder.File("Tessel.ini.xml")).find("caption=\"Shop\""),
             std::string::npos);
+}
+
+TEST_F(MainJobTest, AShortRunShowsNoProgressWindow) {
+  Start();
+  const ProgressCounter progress;
+  Run("SELECT 1 AS one");
+  EXPECT_EQ(Status(0), "1 record(s).");
+  host.TheDesktop().TheClipboard().SetText("3");
+  Run("SELECT <%^%> AS three");
+  EXPECT_EQ(Status(0), "1 record(s).");
+  EXPECT_EQ(progress.Count(), 0);
+}
+
+TEST_F(MainJobTest, AResultIsInSightWhereTheQueryWindowFilledTheFrame) {
+  Start();
+  host.Maximize(Query());
+  ASSERT_TRUE(Query().Maximized());
+  Run("SELECT x FROM nowhere");
+  EXPECT_FALSE(Query().Maximized());
+  auto& status = WidgetOf(Records(0), "txtStatus");
+  const QPoint place = status.mapTo(status.window(), status.rect().center());
+  EXPECT_EQ(status.window()->childAt(place)->window(), status.window());
+  EXPECT_TRUE(AsQt(Records(0)).Outer().isAncestorOf(status.window()->childAt(place)))
+      << "nothing stands before it";
+  EXPECT_TRUE(Query().Find<RichTextBox>("txtQuery").HasFocus());
 }
 
 TEST_F(MainJobTest, NamesWithSpacesPicturesAndCountsWork) {

@@ -250,6 +250,11 @@ void QtContractHost::CloseByControlBox(Window& window) {
   Settle();
 }
 
+void QtContractHost::Maximize(Window& document) {
+  AsQt(document).Outer().showMaximized();
+  Settle();
+}
+
 void QtContractHost::OnModal(const std::string& form, std::function<void(Window&)> step) {
   answers_.OnModal(form, [this, step = std::move(step)](const QWidget& shown) {
     Window* window = desktop_.WindowOf(shown);

@@ -65,6 +65,7 @@ class QtContractHost final : public ContractHost {
                       const std::vector<std::int64_t>& positions) override;
   void ChooseMenu(Window& window, std::string_view command) override;
   void CloseByControlBox(Window& window) override;
+  void Maximize(Window& document) override;
   void OnModal(const std::string& form, std::function<void(Window&)> step) override;
   void OnMessage(const std::string& text, MessageResult answer) override;
   void OnPopup(const std::string& menu, const std::string& command) override;

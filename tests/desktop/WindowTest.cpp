@@ -4,7 +4,10 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 
 #include "platform/Button.h"
@@ -13,6 +16,7 @@
 #include "platform/TextBox.h"
 #include "platform/desktop/base/Text.h"
 #include "platform/desktop/dialogs/MessageDialog.h"
+#include "platform/desktop/window/ScreenRoom.h"
 #include "tests/desktop/DesktopFixture.h"
 
 namespace tessel::test {
@@ -80,6 +84,47 @@ TEST_F(WindowTest, AnOwnerMayGoBeforeTheWindowAboveIt) {
   EXPECT_EQ(above->Find<Label>("lblMessage").Caption(), "still there");
 }
 
+TEST_F(WindowTest, AWindowShownSoonLeavesShortWorkAlone) {
+  const auto owner = ShowForm("dlgConnect");
+  const auto window = TheDesktop().MakeWindow("dlgAsync");
+  const QWidget& shown = AsQt(*window).Outer();
+  window->ShowAboveSoon(*owner);
+  QTest::qWait(60);
+  EXPECT_FALSE(shown.isVisible());
+  QTest::qWait(200);
+  EXPECT_TRUE(shown.isVisible());
+  EXPECT_EQ(shown.parentWidget(), &AsQt(*owner).Outer());
+  window->Hide();
+  window->ShowAboveSoon(*owner);
+  QTest::qWait(60);
+  window->Unload();
+  QTest::qWait(200);
+  EXPECT_FALSE(shown.isVisible());
+}
+
+TEST_F(WindowTest, ALoopShowsItsWindowOnceItTakesLong) {
+  const auto owner = ShowForm("dlgConnect");
+  const auto window = TheDesktop().MakeWindow("dlgAsync");
+  window->ShowAboveSoon(*owner);
+  QElapsedTimer timer;
+  timer.start();
+  while (!AsQt(*window).Outer().isVisible() && timer.elapsed() < 5000)
+    TheDesktop().ProcessPending();
+  EXPECT_GE(timer.elapsed(), 145);
+  EXPECT_LT(timer.elapsed(), 5000);
+}
+
+TEST_F(WindowTest, EnterPressesCancelOnceAndNotByItsRepetition) {
+  const auto window = ShowForm("dlgAsync");
+  int cancels = 0;
+  window->Find<Button>("cmdCancel").Click = [&] { ++cancels; };
+  QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+  QCoreApplication::sendEvent(&WidgetOf(*window, "cmdCancel"), &held);
+  EXPECT_EQ(cancels, 0) << "the key was pressed for what came before";
+  PressKeyCode(key::enter);
+  EXPECT_EQ(cancels, 1);
+}
+
 TEST_F(WindowTest, AnExceptionOfAnyKindIsShown) {
   const auto window = ShowForm("dlgText");
   window->Find<Button>("cmdOK").Click = [] { throw std::runtime_error("It broke."); };
@@ -108,6 +153,24 @@ TEST_F(WindowTest, MnemonicsGoToTheirFields) {
   EXPECT_TRUE(window->Find<Control>("txtUsername").HasFocus());
   PressKeyCode('N', shiftState::alt);
   EXPECT_TRUE(window->Find<Control>("txtCaption").HasFocus());
+}
+
+TEST_F(WindowTest, AWindowLeavesATenthOfTheScreenFree) {
+  EXPECT_EQ(Within({1024, 768}, {1040, 720}), QSize(921, 691));
+  EXPECT_EQ(Within({512, 384}, {400, 300}), QSize(400, 300));
+  const auto frame = ShowForm("frmMDI");
+  const auto list = ShowForm("dlgConnect");
+  const auto text = TheDesktop().MakeWindow("frmText");
+  text->SetBounds({0, 0, 60000, 60000});
+  text->Show();
+  host.Settle();
+  for (Window* window : {frame.get(), list.get(), text.get()}) {
+    const QWidget& shown = AsQt(*window).Outer();
+    const QSize most = shown.screen()->availableSize() * 9 / 10;
+    EXPECT_LE(shown.width(), most.width()) << window->FormName();
+    EXPECT_LE(shown.height(), most.height()) << window->FormName();
+  }
+  EXPECT_LT(text->Bounds().width, 60000) << "it tells the size it has";
 }
 
 TEST_F(WindowTest, ToolTipsAreNoMarkup) {

@@ -196,6 +196,19 @@ TEST_F(CompletionListTest, TheListFitsItsEntriesUpToSevenRows) {
   EXPECT_EQ(list.Bounds().height, 7 * rowHeight + listMargin);
 }
 
+TEST_F(CompletionListTest, TheListIsAsWideAsItsLongestEntryAndNoWiderThanTheText) {
+  Press('T');
+  EXPECT_EQ(list.Bounds().width, list.WidthFor(7));
+  PressPlain(key::escape);
+  vocabulary.GlobalWords() = {std::string(50, 'x'), "y"};
+  Press(key::fullStop);
+  EXPECT_EQ(list.Bounds().width, 50 * 120);
+  PressPlain(key::escape);
+  vocabulary.GlobalWords().push_back(std::string(500, 'x'));
+  Press(key::fullStop);
+  EXPECT_EQ(list.Bounds().width, box.Bounds().width);
+}
+
 TEST_F(CompletionListTest, TheListStandsJustBelowTheLineOfTheCaret) {
   Typed("a\nbc ");
   Press('T');

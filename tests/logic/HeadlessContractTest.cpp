@@ -69,6 +69,7 @@ class HeadlessContractHost final : public ContractHost {
     At(window).ChooseMenu(command);
   }
   void CloseByControlBox(Window& window) override { At(window).CloseByControlBox(); }
+  void Maximize(Window& document) override { At(document).Maximize(true); }
   void OnModal(const std::string& form, std::function<void(Window&)> step) override {
     desktop_.OnModal(form, std::move(step));
   }

@@ -31,6 +31,7 @@ class FakeRecordsHost : public RecordsHost {
                     (fromDatabase ? " from the database" : " from the file"));
   }
   void FocusQueryWindow() override { commands.emplace_back("focus query"); }
+  void ListWindowsIn(Window& window) override { listedIn = &window; }
   void mnuNewInstance_Click() override { commands.emplace_back("new instance"); }
   void mnuWindowSidebar_Click() override { commands.emplace_back("sidebar"); }
   void mnuWindowTileHoriz_Click() override { commands.emplace_back("tile horizontally"); }
@@ -50,6 +51,7 @@ class FakeRecordsHost : public RecordsHost {
   int lastID = 0;
   int count = 0;
   bool sidebarShown = true;
+  Window* listedIn = nullptr;
   std::map<std::string, std::string> nodes;
   std::vector<std::string> loads;
   std::vector<std::string> commands;

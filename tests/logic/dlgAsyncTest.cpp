@@ -102,6 +102,35 @@ TEST_F(dlgAsyncTest, ClosingTheWindowOrPressingEscapeCancels) {
   EXPECT_EQ(data.Log().cancels, 2);
 }
 
+TEST_F(dlgAsyncTest, EnterOnCancelCancels) {
+  data.holdConnecting = true;
+  desktop.OnModal("dlgAsync", [](test::HeadlessWindow& w) { w.PressKey(key::enter); });
+  EXPECT_FALSE(async.DoConnect(connection, "", ""));
+  EXPECT_EQ(data.Log().cancels, 1);
+}
+
+TEST_F(dlgAsyncTest, ItsTitleNamesTheConnectionOfTheOperation) {
+  const auto title = [&] { return desktop.WindowOf("dlgAsync").Caption(); };
+  async.InitProcess("x");
+  EXPECT_EQ(title(), "Tessel");
+  async.Unload();
+  async.NameConnection(connection, "first");
+  async.NameConnection(connection, "Shop");
+  async.WorkFor(connection.get());
+  async.InitProgress("x", 1);
+  EXPECT_EQ(title(), "Shop");
+  async.Unload();
+  async.InitProcess("x");
+  EXPECT_EQ(title(), "Tessel") << "it may be for another one";
+  async.Unload();
+  data.holdConnecting = true;
+  desktop.OnModal("dlgAsync", [&](test::HeadlessWindow& w) {
+    EXPECT_EQ(title(), "Shop");
+    Cancel(w);
+  });
+  EXPECT_FALSE(async.DoConnect(connection, "", ""));
+}
+
 TEST_F(dlgAsyncTest, AnErrorOfTheCompletionIsRaisedWithItsPartsAfterTheWindowHasGone) {
   ErrorInfo failure = FakeError("password authentication failed");
   failure.sqlState = "28P01";

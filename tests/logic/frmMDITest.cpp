@@ -433,15 +433,126 @@ TEST_F(frmMDITest, WindowsAreTiled) {
   EXPECT_EQ(mdi().Arranged(), Tiling::Vertical);
 }
 
+TEST_F(frmMDITest, TheProgressWindowNamesTheConnectionItWorksFor) {
+  Start();
+  for (const char* name : {"A", "B"}) {
+    data.ServerOf(name).AnswerNothing("select 1").HoldExecuting();
+    Connect(name);
+  }
+  std::vector<std::string> titles;
+  for (int i = 0; i < 2; ++i)
+    desktop.OnModal("dlgAsync", [&](Window& w) {
+      titles.push_back(w.Caption());
+      data.Resume();
+    });
+  Select("select 1");
+  query().PressKey(key::f5);
+  EXPECT_EQ(titles, (std::vector<std::string>{"A caption", "B caption"}));
+}
+
 TEST_F(frmMDITest, EachConnectionIsTiledAsTheUserTiledLast) {
   Start();
-  EXPECT_EQ(mdi().Arranged(), std::nullopt);
+  EXPECT_EQ(mdi().Arranged(), Tiling::Horizontal);
   Connect("A");
   EXPECT_EQ(mdi().Arranged(), Tiling::Horizontal);
+  EXPECT_EQ(query().Bounds().height, mdi().Bounds().height / 2);
   mdi().ChooseMenu("mnuWindowTileVert");
-  mdi().Arrange(Tiling::Horizontal);
   Connect("B");
   EXPECT_EQ(mdi().Arranged(), Tiling::Vertical);
+  EXPECT_EQ(query().Bounds().width, mdi().Bounds().width / 3);
+}
+
+TEST_F(frmMDITest, AHandMadeLayoutIsLeftAloneByANewConnection) {
+  Start();
+  Connect("A");
+  query().ResizeTo(4000, 3000);
+  const Rect placed = query().Bounds();
+  Connect("B");
+  EXPECT_EQ(query().Bounds(), placed);
+  EXPECT_EQ(mdi().Arranged(), std::nullopt);
+  query().Maximize(true);
+  Connect("C");
+  EXPECT_TRUE(query().Maximized());
+}
+
+TEST_F(frmMDITest, ARunShowsItsResultWhereADocumentFilledTheFrame) {
+  Start();
+  data.ServerOf("A").AnswerError("select 1", FakeError("no such table"));
+  Connect("A");
+  Connect("B");
+  mdi().ChooseMenu("mnuWindowTileVert");
+  Select("select 1");
+  query().Maximize(true);
+  desktop.ExpectMessage("The query did not complete successfully on:-\r\n    A caption\r\n\r\n"
+                        "Continue executing on the remaining connections?",
+                        MessageResult::Cancel,
+                        [this](const Message&) { EXPECT_FALSE(query().Maximized()); });
+  query().PressKey(key::f5);
+  EXPECT_EQ(mdi().Arranged(), Tiling::Vertical);
+  EXPECT_EQ(query().FocusName(), "txtQuery");
+}
+
+TEST_F(frmMDITest, ARunLeavesAHandMadeLayoutInWhichNoDocumentFillsTheFrame) {
+  Start();
+  Connect("A");
+  data.AnswerNothing("select 1");
+  query().ResizeTo(4000, 3000);
+  const Rect placed = query().Bounds();
+  Select("select 1");
+  query().PressKey(key::f5);
+  EXPECT_EQ(query().Bounds(), placed);
+}
+
+TEST_F(frmMDITest, TheWindowMenuListsTheWindows) {
+  Start();
+  Connect("A&B");
+  Connect("C");
+  Window& records = *desktop.WindowsOf("frmRecords").front();
+  records.PressKey(key::f6);
+  mdi().Menu("menuWindow").Choose();
+  EXPECT_EQ(mdi().Menu("mnuWindowList_0").Caption(), "&1 SQL [untitled]");
+  EXPECT_EQ(mdi().Menu("mnuWindowList_1").Caption(), "&2 A&&B caption");
+  EXPECT_EQ(mdi().Menu("mnuWindowList_2").Caption(), "&3 C caption");
+  EXPECT_TRUE(mdi().Menu("mnuWindowList_0").Checked());
+  EXPECT_FALSE(mdi().Menu("mnuWindowList_1").Checked());
+  EXPECT_FALSE(mdi().Menu("mnuWindowList_3").Visible());
+  mdi().ChooseMenu("mnuWindowList_1");
+  EXPECT_TRUE(records.Active());
+  records.Menu("menuWindow").Choose();
+  EXPECT_TRUE(records.Menu("mnuWindowList_1").Checked());
+  records.ChooseMenu("mnuWindowList_0");
+  EXPECT_EQ(query().FocusName(), "txtQuery");
+}
+
+TEST_F(frmMDITest, NoMoreThanNineWindowsAreListed) {
+  Start();
+  for (int i = 0; i < 9; ++i) Connect("C" + std::to_string(i));
+  mdi().Menu("menuWindow").Choose();
+  EXPECT_EQ(mdi().Menu("mnuWindowList_8").Caption(), "&9 C7 caption");
+}
+
+TEST_F(frmMDITest, CtrlF4ClosesARecordsWindowAndNoOther) {
+  Start();
+  Connect("A");
+  desktop.WindowOf("frmRecords").PressKey(key::f4, shiftState::ctrl);
+  desktop.RunDeferred();
+  EXPECT_EQ(frame().RecordsWindowCount(), 0);
+  EXPECT_EQ(data.Log().openSessions, 0);
+  query().PressKey(key::f4, shiftState::ctrl);
+  EXPECT_TRUE(query().Visible());
+}
+
+TEST_F(frmMDITest, NewAndOpenHaveTheirKeysInARecordsWindowToo) {
+  folder.Write("a.sql", "select 2");
+  Start();
+  Connect("A");
+  query().Find<RichTextBox>("txtQuery").SetText("x");
+  desktop.ExpectMessage("Save changes to SQL?", MessageResult::No);
+  desktop.WindowOf("frmRecords").PressKey('N', shiftState::ctrl);
+  EXPECT_EQ(query().Find<RichTextBox>("txtQuery").Text(), "");
+  desktop.AnswerFile(folder.File("a.sql"));
+  desktop.WindowOf("frmRecords").PressKey('O', shiftState::ctrl);
+  EXPECT_EQ(query().Find<RichTextBox>("txtQuery").Text(), "select 2");
 }
 
 TEST_F(frmMDITest, TheQueryTextShowsTheColourOfTheConnectionConnectedLast) {

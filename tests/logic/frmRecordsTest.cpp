@@ -336,6 +336,18 @@ TEST_F(frmRecordsTest, ACancelDuringTheFetchShowsTheRowsSoFarAsInterrupted) {
   EXPECT_TRUE(Shows("DataGrid"));
 }
 
+TEST_F(frmRecordsTest, TheStatusLinesTextIsBlackOrWhiteByItsGround) {
+  ASSERT_TRUE(Connect());
+  const auto text = [this] { return W().Find<TextBox>("txtStatus").ForeColor(); };
+  EXPECT_EQ(text(), color::white);
+  data.AnswerCount("update", 3);
+  EXPECT_TRUE(Run("update"));
+  EXPECT_EQ(text(), color::black) << "on bright green";
+  data.AnswerError("bad", FakeError("no such table"));
+  EXPECT_FALSE(Run("bad"));
+  EXPECT_EQ(text(), color::white);
+}
+
 TEST_F(frmRecordsTest, ErrorsBesideASuccessAreCountedWithoutTheNoInterfaceOnes) {
   ASSERT_TRUE(Connect());
   const std::vector<ErrorInfo> notices = {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -93,6 +94,12 @@ class HeadlessListBox final : public HeadlessListControl<ListBox> {
     return shown_ ? shown_(Line(index)) : Line(index);
   }
   [[nodiscard]] int RowHeight() const override { return 195; }
+  /// As if each byte were of the same width.
+  [[nodiscard]] int WidthFor(int rows) const override {
+    std::size_t longest = 0;
+    for (int i = 0; i < ListCount(); ++i) longest = std::max(longest, List(i).size());
+    return static_cast<int>(longest) * 120 + (ListCount() > rows ? 240 : 0);
+  }
 
  private:
   ShownText shown_;

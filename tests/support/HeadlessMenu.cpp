@@ -13,6 +13,7 @@ HeadlessMenuItem::HeadlessMenuItem(const FormMenuItem& item, FailureSink& failur
       visible_(item.properties.Flag("visible", true)),
       isTitle_(item.isTitle),
       inMenuBar_(item.inMenuBar),
+      everywhere_(item.properties.Flag("everywhere", false)),
       shortcut_(item.shortcut) {}
 
 void HeadlessMenuItem::Append(HeadlessMenuItem& entry) {

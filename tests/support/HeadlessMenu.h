@@ -34,6 +34,8 @@ class HeadlessMenuItem final : public MenuItem {
   [[nodiscard]] const std::vector<HeadlessMenuItem*>& Entries() const { return entries_; }
   void Append(HeadlessMenuItem& entry);
 
+  /// Whether the frame's documents leave it its shortcut.
+  [[nodiscard]] bool WorksEverywhere() const { return everywhere_; }
   [[nodiscard]] bool HasShortcut(int keyCode, int shift) const;
   /// Whether this and the titles above it, up to `root` (null: the last one), show and are enabled.
   [[nodiscard]] bool CanBeChosen(const HeadlessMenuItem* root) const;
@@ -53,6 +55,7 @@ class HeadlessMenuItem final : public MenuItem {
   bool visible_;
   bool isTitle_;
   bool inMenuBar_;
+  bool everywhere_;
   std::optional<FormShortcut> shortcut_;
   std::vector<HeadlessMenuItem*> parents_;
   std::vector<HeadlessMenuItem*> entries_;

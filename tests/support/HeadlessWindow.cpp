@@ -1,5 +1,7 @@
 #include "tests/support/HeadlessWindow.h"
 
+#include <algorithm>
+
 #include "platform/Error.h"
 #include "tests/support/HeadlessDesktop.h"
 
@@ -85,8 +87,11 @@ HeadlessWindow::HeadlessWindow(HeadlessDesktop& desktop, FormFile form, Headless
 
 HeadlessWindow::~HeadlessWindow() {
   token_.reset();
+  const bool arranged = frame_ != nullptr && frame_->StandAsArranged();
   visible_ = false;
   desktop_.Stack().Remove(*this);
+  if (frame_ != nullptr) frame_->places_.erase(this);
+  if (arranged) frame_->KeepArranged(true);
   for (HeadlessWindow* window : desktop_.Stack().Windows()) {
     if (window->frame_ == this) window->ForgetFrame();
     window->ForgetOwner(this);
@@ -132,6 +137,7 @@ void HeadlessWindow::ShowModal(Window* owner) {
 void HeadlessWindow::ShowOver(Window* owner) {
   if (!loaded_) StopTest(form_.name + " is shown after it was unloaded.");
   owner_ = dynamic_cast<HeadlessWindow*>(owner);
+  const bool arranged = frame_ != nullptr && frame_->StandAsArranged();
   visible_ = true;
   const std::weak_ptr<const void> token = Token();
   if (!std::exchange(shownBefore_, true)) RaiseFirstResize();
@@ -139,6 +145,7 @@ void HeadlessWindow::ShowOver(Window* owner) {
     if (frame_ != nullptr) frame_->keepsOwnFocus_ = false;
     desktop_.Stack().BringToFront(*this, false);
   }
+  if (!token.expired() && frame_ != nullptr) frame_->KeepArranged(arranged);
 }
 
 /// A window and its containers get their size when they are first shown.
@@ -194,13 +201,47 @@ void HeadlessWindow::Close() {
   closing_ = false;
   loaded_ = false;
   for (const auto& [name, timer] : timers_) timer->SetEnabled(false);
+  const bool arranged = frame_ != nullptr && frame_->StandAsArranged();
   Hide();
+  if (frame_ != nullptr) frame_->KeepArranged(arranged);
 }
 
 void HeadlessWindow::SetBounds(const Rect& bounds) {
   const bool resized = bounds.width != bounds_.width || bounds.height != bounds_.height;
   bounds_ = bounds;
+  if (resized) KeepArranged(StandAsArranged());
   if (resized) Resize.Raise(this);
+}
+
+/// Rows one below another, or columns side by side, over the whole inside.
+void HeadlessWindow::Arrange(Tiling tiling) {
+  arranged_ = tiling;
+  std::vector<HeadlessWindow*> tiles = Documents();
+  std::erase_if(tiles, [](const auto* tile) { return !tile->visible_ || tile->minimized_; });
+  const int count = static_cast<int>(tiles.size());
+  for (int n = 0; n < count; ++n) {
+    HeadlessWindow& tile = *tiles[static_cast<std::size_t>(n)];
+    tile.maximized_ = false;
+    if (tiling == Tiling::Horizontal)
+      tile.SetBounds({0, bounds_.height / count * n, bounds_.width, bounds_.height / count});
+    else tile.SetBounds({bounds_.width / count * n, 0, bounds_.width / count, bounds_.height});
+  }
+  places_.clear();
+  for (const HeadlessWindow* tile : tiles) places_[tile] = tile->bounds_;
+}
+
+bool HeadlessWindow::StandAsArranged() const {
+  return arranged_ && std::ranges::all_of(Documents(), [this](const HeadlessWindow* document) {
+           if (!document->visible_) return true;
+           const auto place = places_.find(document);
+           if (place == places_.end()) return !document->maximized_;
+           return document->bounds_ == place->second && !document->maximized_ &&
+                  !document->minimized_;
+         });
+}
+
+void HeadlessWindow::KeepArranged(bool arranged) {
+  if (arranged) Arrange(*arranged_);
 }
 
 void HeadlessWindow::PopupMenu(MenuItem& menu, Control* at, int x, int y) {

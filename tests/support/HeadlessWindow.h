@@ -40,6 +40,7 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   void SetHelpContext(int context) override { helpContext_ = context; }
   void Show() override { ShowOver(nullptr); }
   void ShowAbove(Window& owner) override;
+  void ShowAboveSoon(Window& owner) override { ShowAbove(owner); }
   void ShowModal(Window* owner) override;
   void Hide() override;
   [[nodiscard]] bool Visible() const override { return visible_; }
@@ -52,10 +53,11 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   [[nodiscard]] int ScaleWidth() const override { return bounds_.width; }
   [[nodiscard]] int ScaleHeight() const override { return bounds_.height; }
   [[nodiscard]] bool Minimized() const override { return minimized_; }
+  [[nodiscard]] bool Maximized() const override { return maximized_; }
   [[nodiscard]] bool Enabled() const override { return enabled_; }
   void SetEnabled(bool enabled) override { enabled_ = enabled; }
   void PopupMenu(MenuItem& menu, Control* at, int x, int y) override;
-  void Arrange(Tiling tiling) override { arranged_ = tiling; }
+  void Arrange(Tiling tiling) override;
   void HandlerFailed(std::exception_ptr failure) noexcept override;
 
   // --- what a user sees
@@ -65,7 +67,10 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   [[nodiscard]] bool VisibleInFact() const;
   /// Name of the control of this window that has the keyboard focus; empty when none has.
   [[nodiscard]] std::string FocusName() const;
-  [[nodiscard]] std::optional<Tiling> Arranged() const { return arranged_; }
+  /// How the documents of this frame are tiled; nothing when they are not, or not any more.
+  [[nodiscard]] std::optional<Tiling> Arranged() const {
+    return StandAsArranged() ? arranged_ : std::nullopt;
+  }
   [[nodiscard]] MousePointer PointerOver(std::string_view control) const;
 
   // --- what a user does (UserActions.cpp) --------------------------------------------------------
@@ -108,6 +113,7 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   /// As the form's layout does when there is more or less room.
   void ResizeControl(std::string_view control, int width, int height);
   void Minimize(bool minimized);
+  void Maximize(bool maximized);
 
   // --- for the twin itself
   // ---------------------------------------------------------------------------
@@ -142,6 +148,8 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   void RaiseFirstResize();
   [[nodiscard]] bool AskToUnload(UnloadReason reason);
   [[nodiscard]] std::vector<HeadlessWindow*> Documents() const;
+  [[nodiscard]] bool StandAsArranged() const;
+  void KeepArranged(bool arranged);
   void Close();
 
   void Act(const std::function<void()>& action);
@@ -176,10 +184,12 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   bool closing_ = false;
   bool enabled_ = true;
   bool minimized_ = false;
+  bool maximized_ = false;
   bool shownBefore_ = false;
   bool keepsOwnFocus_ = false;
   HeadlessControl* lastFocus_ = nullptr;
   std::optional<Tiling> arranged_;
+  std::map<const HeadlessWindow*, Rect> places_;  ///< Of the documents, as arranged.
   std::shared_ptr<const int> token_ = std::make_shared<const int>();
 };
 

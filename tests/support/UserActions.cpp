@@ -266,6 +266,12 @@ void HeadlessWindow::Minimize(bool minimized) {
   });
 }
 
+void HeadlessWindow::Maximize(bool maximized) {
+  Act([&] {
+    if (std::exchange(maximized_, maximized) != maximized) Resize.Raise(this);
+  });
+}
+
 void HeadlessWindow::PressKey(int keyCode, int shift) {
   Act([&] {
     if (frame_ != nullptr || !IsFrame()) {
@@ -314,6 +320,10 @@ HeadlessWindow& HeadlessWindow::MenuHolder() {
 
 bool HeadlessWindow::TakeShortcut(int keyCode, int shift) {
   HeadlessMenuItem* command = MenuHolder().controls_.FindShortcut(keyCode, shift);
+  if (command == nullptr && frame_ != nullptr) {
+    command = frame_->controls_.FindShortcut(keyCode, shift);
+    if (command != nullptr && !command->WorksEverywhere()) command = nullptr;
+  }
   if (command == nullptr) return false;
   command->Choose();
   return true;

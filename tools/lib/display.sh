@@ -1,6 +1,8 @@
 # A private display for programs that need one. To be sourced by bash.
-#   start_display <width>x<height> <log file>
-#                                    starts Xvfb and openbox, exports DISPLAY; false if it cannot
+#   start_display <width>x<height> <log file> [<authority file>]
+#                                    starts Xvfb and openbox, exports DISPLAY; false if it cannot.
+#                                    With the third the display is open to those only who can read
+#                                    that file, which it makes; exports XAUTHORITY.
 #   start <command>...               starts a command in the background; its pid is in STARTED_PID
 #   stop_started                     ends every process that start has started, latest first
 # shellcheck shell=bash
@@ -33,9 +35,26 @@ wait_for_file() {
     return 1
 }
 
+# A cookie for any display, in the form in which X clients and servers read it. It is nobody's
+# argument: the list of processes is open to everybody.
+write_authority() (
+    umask 077
+    python3 -c 'import os, struct, sys
+field = lambda data: struct.pack(">H", len(data)) + data
+wild = struct.pack(">H", 0xFFFF)
+sys.stdout.buffer.write(wild + field(b"") + field(b"") + field(b"MIT-MAGIC-COOKIE-1")
+                        + field(os.urandom(16)))' >"$1"
+)
+
 start_display() {
     local size=$1 log=$2 folder result=0
     command -v Xvfb >/dev/null && command -v openbox >/dev/null || return 1
+    SERVER_OPTIONS=()
+    if [[ -n ${3:-} ]]; then
+        write_authority "$3"
+        SERVER_OPTIONS=(-auth "$3")
+        export XAUTHORITY=$3
+    fi
     folder=$(mktemp -d)
     start_server "$size" "$log" "$folder" && start_window_manager "$log" "$folder" || result=1
     rm -rf "$folder"
@@ -44,7 +63,7 @@ start_display() {
 
 start_server() {
     local size=$1 log=$2 number_file=$3/number
-    start Xvfb -displayfd 3 -screen 0 "${size}x24" -nolisten tcp 3>"$number_file" 2>"$log" >&2
+    start Xvfb -displayfd 3 -screen 0 "${size}x24" -nolisten tcp "${SERVER_OPTIONS[@]}" 3>"$number_file" 2>"$log" >&2
     wait_for_file "$number_file" "$STARTED_PID" || return 1
     DISPLAY=:$(<"$number_file")
     export DISPLAY

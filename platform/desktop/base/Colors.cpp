@@ -35,6 +35,14 @@ Color FromQColor(const QColor& color) {
          static_cast<Color>(color.blue()) << 16;
 }
 
+QColor TextColor(Color text, Color ground, const QPalette& palette) {
+  const QColor wanted = ToQColor(text, palette);
+  if (IsSystemColor(text) == IsSystemColor(ground)) return wanted;
+  const Color shown = FromQColor(ToQColor(ground, palette));
+  const bool readable = Contrast(FromQColor(wanted), shown) >= readableContrast;
+  return readable && !IsSystemColor(text) ? wanted : ToQColor(TextOn(shown), palette);
+}
+
 bool IsDark(const QColor& ground) { return qGray(ground.rgb()) < middleGray; }
 
 }  // namespace tessel

@@ -178,7 +178,9 @@ void QtListView::StartLabelEdit(int index) {
 
 void QtListView::ShowRow(QTreeWidgetItem& item, const ListRow& row) {
   const bool ordinary = row.foreColor == color::windowText;
-  const QBrush brush = ordinary ? QBrush() : QBrush(ToQColor(row.foreColor, TheWidget().palette()));
+  const QPalette& palette = TheWidget().palette();
+  const QBrush brush =
+      ordinary ? QBrush() : QBrush(TextColor(row.foreColor, color::windowBackground, palette));
   const QString toolTip = AsPlainToolTip(row.toolTip);
   for (int column = 0; column < TheWidget().columnCount(); ++column) {
     item.setText(column, OneLine(CellText(row, column)));

@@ -2,12 +2,22 @@
 
 #include <QItemSelectionModel>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QSignalBlocker>
+#include <algorithm>
 
 namespace tessel {
 
+namespace {
+
+constexpr std::size_t mostMeasured = 200;
+
+}  // namespace
+
 QtListBox::QtListBox(QListView& widget, const ControlSite& site)
-    : ControlOf(widget, site), model_(std::make_unique<TextListModel>()) {
+    : ControlOf(widget, site),
+      model_(std::make_unique<TextListModel>()),
+      delegate_(*new CutTextDelegate(widget)) {
   widget.setUniformItemSizes(true);
   widget.setEditTriggers(QAbstractItemView::NoEditTriggers);
   widget.setModel(model_.get());
@@ -38,6 +48,16 @@ void QtListBox::SetLines(TextLines lines, ShownText shown) {
 }
 
 int QtListBox::RowHeight() const { return Face().TheScale().Twips(TheWidget().sizeHintForRow(0)); }
+
+int QtListBox::WidthFor(int rows) const {
+  const QListView& list = TheWidget();
+  int widest = 0;
+  for (const int line : model_->LongestLines(mostMeasured))
+    widest = std::max(widest, delegate_.WholeWidth(model_->index(line, 0, {})));
+  const bool scrolls = model_->Count() > rows;
+  const int bar = scrolls ? list.verticalScrollBar()->sizeHint().width() : 0;
+  return Face().TheScale().Twips(widest + 2 * list.frameWidth() + bar);
+}
 
 void QtListBox::WriteIndex(int index) {
   ++quiet_;

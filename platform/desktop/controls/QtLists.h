@@ -5,6 +5,7 @@
 
 #include "platform/ListControls.h"
 #include "platform/desktop/controls/ControlOf.h"
+#include "platform/desktop/controls/CutTextDelegate.h"
 #include "platform/desktop/controls/TextListModel.h"
 
 namespace tessel {
@@ -21,6 +22,7 @@ class QtListBox final : public ControlOf<ListBox, QListView> {
   void SetLines(TextLines lines, ShownText shown) override;
   [[nodiscard]] std::string Line(int index) const override { return model_->Line(index); }
   [[nodiscard]] int RowHeight() const override;
+  [[nodiscard]] int WidthFor(int rows) const override;
 
  protected:
   [[nodiscard]] int ReadIndex() const override { return TheWidget().currentIndex().row(); }
@@ -28,6 +30,7 @@ class QtListBox final : public ControlOf<ListBox, QListView> {
 
  private:
   std::unique_ptr<TextListModel> model_;
+  CutTextDelegate& delegate_;  ///< The widget's.
   int quiet_ = 0;  ///< More than 0 while the program itself selects or changes the entries.
 };
 

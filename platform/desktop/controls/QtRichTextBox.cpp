@@ -39,11 +39,11 @@ Rect QtRichTextBox::CaretBounds() const {
 
 void QtRichTextBox::ShowColors() {
   const QPalette palette = TheWidget().palette();
-  const auto plain = [&](Color color, Color ordinary) {
-    return color == ordinary ? QColor() : ToQColor(color, palette);
-  };
-  TheWidget().SetColors(plain(BackColor(), color::windowBackground),
-                        plain(ForeColor(), color::windowText));
+  const bool ownGround = BackColor() != color::windowBackground;
+  const bool ownText = ForeColor() != color::windowText;
+  TheWidget().SetColors(ownGround ? ToQColor(BackColor(), palette) : QColor(),
+                        ownGround || ownText ? TextColor(ForeColor(), BackColor(), palette)
+                                             : QColor());
 }
 
 }  // namespace tessel

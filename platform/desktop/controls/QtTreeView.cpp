@@ -2,12 +2,15 @@
 
 #include <QItemSelectionModel>
 
+#include "platform/desktop/controls/CutTextDelegate.h"
+
 namespace tessel {
 
 QtTreeView::QtTreeView(QTreeView& widget, const ControlSite& site)
     : ControlOf(widget, site), model_(std::make_unique<KeyedTreeModel>(nullptr)) {
   widget.setModel(model_.get());
   widget.setAllColumnsShowFocus(true);
+  new CutTextDelegate(widget);
   model_->checkChanged = [this](const std::string& key) { Raise(NodeCheck, key); };
   QObject::connect(&widget, &QTreeView::expanded, &Face(),
                    [this](const QModelIndex& index) { Raise(NodeExpand, model_->KeyOf(index)); });

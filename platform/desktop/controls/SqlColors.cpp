@@ -23,6 +23,12 @@ QColor ColorOfStyle(int style, const SqlColors& colors, const QColor& text) {
   }
 }
 
+/// The colour where it can be read on the ground, else that of the text.
+QColor ReadableOn(const QColor& ground, const QColor& color, const QColor& text) {
+  const bool readable = Contrast(FromQColor(color), FromQColor(ground)) >= readableContrast;
+  return readable ? color : text;
+}
+
 }  // namespace
 
 const SqlColors& SqlColorsOn(const QColor& ground) {
@@ -48,7 +54,7 @@ void ColorSql(QsciLexer& lexer, const QFont& font, const QColor& ground, const Q
   lexer.setFont(font, -1);
   for (int style = 0; style <= QsciLexerSQL::QuotedOperator; ++style) {
     if (lexer.description(style).isEmpty()) continue;
-    lexer.setColor(ColorOfStyle(style, colors, text), style);
+    lexer.setColor(ReadableOn(ground, ColorOfStyle(style, colors, text), text), style);
   }
   lexer.setFont(bold, QsciLexerSQL::Keyword);
 }

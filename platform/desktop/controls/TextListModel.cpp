@@ -1,5 +1,7 @@
 #include "platform/desktop/controls/TextListModel.h"
 
+#include <algorithm>
+#include <numeric>
 #include <utility>
 
 #include "platform/desktop/base/Text.h"
@@ -12,6 +14,17 @@ std::string TextListModel::Line(int line) const {
 
 std::string TextListModel::Text(int line) const {
   return shown_ && Holds(line) ? shown_(lines_[static_cast<std::size_t>(line)]) : Line(line);
+}
+
+std::vector<int> TextListModel::LongestLines(std::size_t most) const {
+  std::vector<int> lines(lines_.Size());
+  std::iota(lines.begin(), lines.end(), 0);
+  if (lines.size() <= most) return lines;
+  const auto length = [this](int line) { return lines_[static_cast<std::size_t>(line)].size(); };
+  const auto end = lines.begin() + static_cast<std::ptrdiff_t>(most);
+  std::ranges::nth_element(lines, end, std::ranges::greater(), length);
+  lines.erase(end, lines.end());
+  return lines;
 }
 
 void TextListModel::Add(std::string_view text) {

@@ -3,6 +3,7 @@
 #include <QAbstractListModel>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/ListControls.h"
 #include "platform/TextLines.h"
@@ -17,6 +18,8 @@ class TextListModel final : public QAbstractListModel {
   /// Empty for a line that is not there.
   [[nodiscard]] std::string Line(int line) const;
   [[nodiscard]] std::string Text(int line) const;  ///< What is shown of it.
+  /// The `most` longest lines, counted in bytes, in any order; all when there are no more.
+  [[nodiscard]] std::vector<int> LongestLines(std::size_t most) const;
   void Add(std::string_view text);
   void Remove(int line);
   /// Without `shown` the lines are shown as they are.

@@ -121,15 +121,18 @@ void WidgetFace::ApplyColors() {
   } else {
     const QPalette system = QApplication::palette();
     QPalette palette = formPalette_;
-    if (back_ && back_ != ordinaryBack_)
+    const bool ownGround = back_ && back_ != ordinaryBack_;
+    const bool ownText = fore_ && fore_ != color::windowText;
+    if (ownGround)
       for (const auto role : groundRoles) palette.setColor(role, ToQColor(*back_, system));
-    if (fore_ && fore_ != color::windowText)
+    if (ownText || (ownGround && !IsSystemColor(*back_)))
       for (const auto role : textRoles) {
-        palette.setColor(QPalette::Active, role, ToQColor(*fore_, system));
-        palette.setColor(QPalette::Inactive, role, ToQColor(*fore_, system));
+        const QColor text = TextColor(ForeColor(), BackColor(), system);
+        palette.setColor(QPalette::Active, role, text);
+        palette.setColor(QPalette::Inactive, role, text);
       }
     widget_->setPalette(palette);
-    if (!fillsByItself_) widget_->setAutoFillBackground(back_ && back_ != ordinaryBack_);
+    if (!fillsByItself_) widget_->setAutoFillBackground(ownGround);
   }
   applying_ = false;
 }

@@ -105,8 +105,8 @@ void QtDataGrid::ShowColors() {
   QPalette palette;
   if (BackColor() != color::windowBackground)
     palette.setColor(QPalette::Base, ToQColor(BackColor(), system));
-  if (ForeColor() != color::windowText)
-    palette.setColor(QPalette::Text, ToQColor(ForeColor(), system));
+  if (ForeColor() != color::windowText || BackColor() != color::windowBackground)
+    palette.setColor(QPalette::Text, TextColor(ForeColor(), BackColor(), system));
   TheWidget().setPalette(palette);
 }
 

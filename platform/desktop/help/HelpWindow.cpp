@@ -1,4 +1,5 @@
 #include "platform/desktop/help/HelpWindow.h"
+#include "platform/desktop/window/ScreenRoom.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -47,7 +48,7 @@ std::vector<HelpTopic> Beginning(const std::vector<HelpTopic>& words, const QStr
 
 HelpWindow::HelpWindow() : QWidget(nullptr, Qt::Window), browser_(new QTextBrowser) {
   setWindowTitle(book_.Title());
-  resize(firstSize);
+  resize(WithinScreenOf(*this, firstSize));
   tabs_ = new QTabWidget;
   tabs_->setObjectName(QStringLiteral("tabs"));
   tabs_->addTab(MakeContents(), tr("&Contents"));

@@ -5,6 +5,8 @@
 #include <QKeyEvent>
 #include <QPlainTextEdit>
 
+#include "platform/desktop/window/ScreenRoom.h"
+
 namespace tessel {
 
 namespace {
@@ -33,10 +35,15 @@ bool IsField(const QWidget& widget) {
 DialogWindow::DialogWindow(std::string formName, std::unique_ptr<QWidget> form, DesktopCore& core)
     : QtWindow(std::move(formName), std::move(form), core) {
   if (IsTool()) Root().setFixedSize(Root().size().expandedTo(Root().minimumSizeHint()));
+  else Root().resize(Fitting(Root().size()));
+  soon_.setSingleShot(true);
+  soon_.setTimerType(Qt::PreciseTimer);
+  QObject::connect(&soon_, &QTimer::timeout, &Root(), [this] { Show(); });
 }
 
 void DialogWindow::ShowModal(Window* owner) {
   QWidget* above = owner != nullptr ? WindowOf(owner) : QApplication::activeWindow();
+  soon_.stop();
   Dialog().hide();
   if (above != nullptr) core_.loops.AwaitPlace(*above);
   PutAbove(above);
@@ -46,10 +53,24 @@ void DialogWindow::ShowModal(Window* owner) {
   else core_.loops.Run(Dialog());
 }
 
+void DialogWindow::ShowAboveSoon(Window& owner) {
+  if (Visible()) return;
+  PutAbove(WindowOf(&owner));
+  soon_.start(toolDelayMilliseconds);
+}
+
 void DialogWindow::Hide() {
+  soon_.stop();
   core_.loops.EndWait(Dialog());
   QtWindow::Hide();
 }
+
+void DialogWindow::PutAway() {
+  soon_.stop();
+  core_.loops.EndWait(Dialog());
+}
+
+QSize DialogWindow::Fitting(const QSize& wanted) const { return WithinScreenOf(Root(), wanted); }
 
 bool DialogWindow::IsTool() const {
   return Root().property("kind").toString() == QLatin1String("tool");
@@ -60,8 +81,11 @@ void DialogWindow::Activate() {
   Outer().activateWindow();
 }
 
+/// In a window that comes up by itself a key that was held down before is not meant for it.
 bool DialogWindow::TakesKey(QWidget& widget, QKeyEvent& event) {
-  if (!IsEnter(event) || !IsField(widget)) return false;
+  if (!IsEnter(event)) return false;
+  if (IsTool() && event.isAutoRepeat()) return true;
+  if (!IsField(widget)) return false;
   QKeyEvent toDialog(event.type(), event.key(), event.modifiers());
   QCoreApplication::sendEvent(&Dialog(), &toDialog);
   return true;
@@ -76,6 +100,7 @@ bool DialogWindow::TakesUnusedKey(QKeyEvent& event) {
 
 void DialogWindow::ShowOuter(QtWindow* owner) {
   if (owner != nullptr) PutAbove(WindowOf(owner));
+  soon_.stop();
   if (!Visible()) OuterActivated();
   core_.loops.NoteShown();
   Outer().show();

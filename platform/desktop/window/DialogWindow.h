@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QTimer>
 
 #include "platform/desktop/window/QtWindow.h"
 
@@ -13,7 +14,9 @@ class DialogWindow final : public QtWindow {
 
   /// A form of the kind "tool" shows only when it has not been hidden again within a moment.
   void ShowModal(Window* owner) override;
+  void ShowAboveSoon(Window& owner) override;
   void Hide() override;
+  [[nodiscard]] bool Visible() const override { return soon_.isActive() || QtWindow::Visible(); }
   void Activate() override;
   [[nodiscard]] bool Active() const override { return Outer().isActiveWindow(); }
 
@@ -23,7 +26,8 @@ class DialogWindow final : public QtWindow {
  protected:
   void ShowOuter(QtWindow* owner) override;
   void OuterActivated() override;
-  void PutAway() override { core_.loops.EndWait(Dialog()); }
+  void PutAway() override;
+  [[nodiscard]] QSize Fitting(const QSize& wanted) const override;
 
  private:
   [[nodiscard]] QDialog& Dialog() const { return static_cast<QDialog&>(Outer()); }
@@ -31,6 +35,7 @@ class DialogWindow final : public QtWindow {
   void PutAbove(QWidget* owner);
   void PressCancel();
 
+  QTimer soon_;                  ///< Runs until the window comes up.
   bool activationTold_ = false;  ///< Activated is about to be raised.
 };
 

@@ -59,8 +59,7 @@ void DocumentWindow::LeaveFrame() {
 }
 
 void DocumentWindow::ShowOuter(QtWindow* /*owner*/) {
-  Outer().show();
-  Activate();
+  if (frame_ != nullptr) frame_->ShowDocument(*this);
 }
 
 void DocumentWindow::PutAway() {

@@ -20,13 +20,14 @@ QAction* FindTitle(const QList<QAction*>& titles, const QString& name) {
   return nullptr;
 }
 
-bool HasShortcut(const QList<QAction*>& titles, const QKeySequence& key) {
+/// The command of that shortcut, or null.
+const QAction* CommandOf(const QList<QAction*>& titles, const QKeySequence& key) {
   for (const QAction* title : titles) {
     if (title->menu() == nullptr) continue;
     for (const QAction* command : title->menu()->actions())
-      if (command->shortcuts().contains(key)) return true;
+      if (command->shortcuts().contains(key)) return command;
   }
-  return false;
+  return nullptr;
 }
 
 }  // namespace
@@ -40,10 +41,12 @@ void FrameMenus::ShowWith(QMenuBar* document) {
   bar_.addActions(Arranged());
 }
 
-bool FrameMenus::IsOwnShortcut(const QKeyEvent& event) const {
+bool FrameMenus::IsKeptFromGuest(const QKeyEvent& event) const {
   const QKeySequence key(event.keyCombination());
   const QList<QAction*> guests = guest_ == nullptr ? QList<QAction*>() : guest_->actions();
-  return HasShortcut(own_, key) && !HasShortcut(guests, key);
+  const QAction* own = CommandOf(own_, key);
+  return own != nullptr && !own->property("everywhere").toBool() &&
+         CommandOf(guests, key) == nullptr;
 }
 
 QList<QAction*> FrameMenus::Arranged() const {

@@ -18,9 +18,9 @@ class FrameMenus {
   void ShowWith(QMenuBar* document);
   /// Whether a document's menus are shown.
   [[nodiscard]] bool HasGuest() const { return guest_ != nullptr; }
-  /// Whether the key is the shortcut of a command in one of the frame's own menus, and of none in
-  /// the guest's.
-  [[nodiscard]] bool IsOwnShortcut(const QKeyEvent& event) const;
+  /// Whether the key is the shortcut of a command in one of the frame's own menus that is not
+  /// marked as "everywhere", and of none in the guest's.
+  [[nodiscard]] bool IsKeptFromGuest(const QKeyEvent& event) const;
 
  private:
   [[nodiscard]] QList<QAction*> Arranged() const;

@@ -4,7 +4,7 @@
 
 #include "platform/Error.h"
 #include "platform/desktop/window/DocumentWindow.h"
-#include "platform/desktop/window/Tiles.h"
+#include "platform/desktop/window/ScreenRoom.h"
 
 namespace tessel {
 
@@ -21,8 +21,10 @@ QMdiArea& AreaIn(const QWidget& form) {
 FrameWindow::FrameWindow(std::string formName, std::unique_ptr<QWidget> form, DesktopCore& core)
     : QtWindow(std::move(formName), std::move(form), core),
       area_(AreaIn(Root())),
-      menus_(*Main().menuBar()) {
+      menus_(*Main().menuBar()),
+      tiles_(area_) {
   core_.frame = this;
+  Root().resize(WithinScreenOf(Root(), Root().size()));
   QObject::connect(&area_, &QMdiArea::subWindowActivated, &area_, [this] { DocumentChanged(); });
 }
 
@@ -38,17 +40,16 @@ void FrameWindow::Activate() {
   Outer().activateWindow();
 }
 
-void FrameWindow::Arrange(Tiling tiling) { Tile(area_, tiling); }
-
-/// The commands of the frame have no keys while the active document has a menu bar of its own.
+/// Most commands of the frame have no keys while the active document has a menu bar of its own.
 bool FrameWindow::KeepsFromShortcuts(const QKeyEvent& event) const {
-  return menus_.HasGuest() && menus_.IsOwnShortcut(event);
+  return menus_.HasGuest() && menus_.IsKeptFromGuest(event);
 }
 
 void FrameWindow::Adopt(DocumentWindow& document) {
   documents_.push_back(&document);
   area_.addSubWindow(&document.Sub());
   document.Sub().hide();
+  tiles_.Add(document.Sub());
 }
 
 void FrameWindow::Release(DocumentWindow& document) {
@@ -57,8 +58,18 @@ void FrameWindow::Release(DocumentWindow& document) {
     active_ = nullptr;
     menus_.ShowWith(nullptr);
   }
+  const bool tiled = tiles_.Keeps();
+  tiles_.Remove(document.Sub());
   area_.removeSubWindow(&document.Sub());
   DocumentChanged();
+  if (tiled) tiles_.Renew();
+}
+
+void FrameWindow::ShowDocument(DocumentWindow& document) {
+  const bool tiled = tiles_.Keeps();
+  document.Sub().show();
+  document.Activate();
+  if (tiled) tiles_.Renew();
 }
 
 void FrameWindow::ActivateDocument(DocumentWindow& document) {

@@ -7,6 +7,7 @@
 
 #include "platform/desktop/window/FrameMenus.h"
 #include "platform/desktop/window/QtWindow.h"
+#include "platform/desktop/window/Tiles.h"
 
 namespace tessel {
 
@@ -20,12 +21,14 @@ class FrameWindow final : public QtWindow {
 
   void Activate() override;
   [[nodiscard]] bool Active() const override { return Outer().isActiveWindow(); }
-  void Arrange(Tiling tiling) override;
+  void Arrange(Tiling tiling) override { tiles_.Arrange(tiling); }
   [[nodiscard]] bool KeepsFromShortcuts(const QKeyEvent& event) const override;
 
   /// Takes in a document; it is released before it goes.
   void Adopt(DocumentWindow& document);
   void Release(DocumentWindow& document);
+  /// Shows the document as the active one.
+  void ShowDocument(DocumentWindow& document);
   void ActivateDocument(DocumentWindow& document);
   [[nodiscard]] bool IsActive(const DocumentWindow& document) const;
 
@@ -46,6 +49,7 @@ class FrameWindow final : public QtWindow {
 
   QMdiArea& area_;
   FrameMenus menus_;
+  Tiles tiles_;
   std::vector<DocumentWindow*> documents_;
   DocumentWindow* active_ = nullptr;  ///< The one that was told last that it is active.
 };

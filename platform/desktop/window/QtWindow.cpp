@@ -153,8 +153,9 @@ Rect QtWindow::Bounds() const {
 void QtWindow::SetBounds(const Rect& bounds) {
   const Rect before = Bounds();
   const QRect pixels = core_.scale.Pixels(bounds);
-  if (bounds.left == before.left && bounds.top == before.top) outer_->resize(pixels.size());
-  else outer_->setGeometry(pixels);
+  const QSize size = Fitting(pixels.size());
+  if (bounds.left == before.left && bounds.top == before.top) outer_->resize(size);
+  else outer_->setGeometry(QRect(pixels.topLeft(), size));
   given_ = bounds;
   placed_ = outer_->geometry();
   if (placed_.size() != pixels.size()) placed_ = QRect();

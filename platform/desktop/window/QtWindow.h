@@ -42,6 +42,7 @@ class QtWindow : public Window {
   void SetHelpContext(int context) override { helpContext_ = context; }
   void Show() override;
   void ShowAbove(Window& owner) override;
+  void ShowAboveSoon(Window& owner) override { ShowAbove(owner); }
   void ShowModal(Window* owner) override;
   void Hide() override { Outer().hide(); }
   [[nodiscard]] bool Visible() const override { return !Outer().isHidden(); }
@@ -52,6 +53,7 @@ class QtWindow : public Window {
   [[nodiscard]] int ScaleWidth() const override { return core_.scale.Twips(Inner().width()); }
   [[nodiscard]] int ScaleHeight() const override { return core_.scale.Twips(Inner().height()); }
   [[nodiscard]] bool Minimized() const override { return Outer().isMinimized(); }
+  [[nodiscard]] bool Maximized() const override { return Outer().isMaximized(); }
   [[nodiscard]] bool Enabled() const override { return !block_.IsOn(); }
   void SetEnabled(bool enabled) override { block_.Set(!enabled); }
   void PopupMenu(MenuItem& menu, Control* at, int x, int y) override;
@@ -83,6 +85,8 @@ class QtWindow : public Window {
   /// The widget whose size ScaleWidth and ScaleHeight tell.
   [[nodiscard]] virtual const QWidget& Inner() const { return *root_; }
   [[nodiscard]] virtual std::vector<QtWindow*> Documents() const { return {}; }
+  /// The size in pixels that the outer widget takes when that one is wanted.
+  [[nodiscard]] virtual QSize Fitting(const QSize& wanted) const { return wanted; }
   /// Called after the outer widget was hidden for good.
   virtual void PutAway() {}
   /// Shows the outer widget, above `owner` if one is given; called once per Show.

@@ -60,6 +60,7 @@ class ContractHost {
   /// Opens the menus of the menu bar down to a command and chooses it.
   virtual void ChooseMenu(Window& window, std::string_view command) = 0;
   virtual void CloseByControlBox(Window& window) = 0;
+  virtual void Maximize(Window& document) = 0;
 
   // --- answers prepared, each used once, in order ------------------------------------------------
   /// While the next modal window of this form is shown. It must end the showing.

@@ -106,6 +106,19 @@ void ADocumentsOwnMenusKeepTheFramesShortcutsOut(ContractHost& host) {
   EXPECT_EQ(record.Take(), Seen{"document's sidebar"});
 }
 
+void CommandsForEverywhereKeepTheirShortcuts(ContractHost& host) {
+  const Framed windows(host, "frmRecords");
+  Record record;
+  windows.frame->Menu("mnuFileNew").Click = record.Noting("new");
+  windows.frame->Menu("mnuFileOpen").Click = record.Noting("open");
+  windows.frame->Menu("mnuFileSave").Click = record.Noting("save");
+  windows.document->Find<Control>("txtStatus").SetFocus();
+  host.Settle();
+  for (const char letter : {'N', 'O', 'S'})
+    host.PressKey(*windows.document, letter, shiftState::ctrl);
+  EXPECT_EQ(record.Take(), (Seen{"new", "open"}));
+}
+
 void CaptionsAndTagsAreKept(ContractHost& host) {
   const auto frame = ShowForm(host, "frmMDI");
   MenuItem& command = frame->Menu("mnuFileSave");
@@ -153,6 +166,7 @@ std::vector<ContractCase> MenuContract() {
       {"AShortcutChoosesItsCommand", &AShortcutChoosesItsCommand},
       {"TheFramesShortcutsReachItsDocuments", &TheFramesShortcutsReachItsDocuments},
       {"ADocumentsOwnMenusKeepTheFramesShortcutsOut", &ADocumentsOwnMenusKeepTheFramesShortcutsOut},
+      {"CommandsForEverywhereKeepTheirShortcuts", &CommandsForEverywhereKeepTheirShortcuts},
       {"CaptionsAndTagsAreKept", &CaptionsAndTagsAreKept},
       {"AMissingMenuRaises", &AMissingMenuRaises},
       {"APopupReturnsWhenItHasClosed", &APopupReturnsWhenItHasClosed}};

@@ -277,6 +277,94 @@ void AFirstShowingTellsTheSize(ContractHost& host) {
   EXPECT_GE(resized, 1);
 }
 
+/// Rows one below another without a gap.
+void ExpectRows(const std::vector<const Window*>& rows) {
+  constexpr int rounding = 30;
+  for (std::size_t n = 1; n < rows.size(); ++n) {
+    const Rect above = rows[n - 1]->Bounds();
+    EXPECT_NEAR(rows[n]->Bounds().top, above.top + above.height, rounding);
+    EXPECT_NEAR(rows[n]->Bounds().left, above.left, rounding);
+    EXPECT_NEAR(rows[n]->Bounds().width, above.width, rounding);
+  }
+}
+
+void TiledDocumentsStayTiled(ContractHost& host) {
+  const Framed windows(host, "frmMain");
+  Window& first = *windows.document;
+  windows.frame->Arrange(Tiling::Horizontal);
+  const Rect alone = first.Bounds();
+  const auto second = ShowForm(host, "frmRecords");
+  ExpectRows({&first, second.get()});
+  EXPECT_NEAR(first.Bounds().height, alone.height / 2, 30);
+  Rect larger = windows.frame->Bounds();
+  larger.width += 1500;
+  larger.height += 1500;
+  windows.frame->SetBounds(larger);
+  host.Settle();
+  ExpectRows({&first, second.get()});
+  EXPECT_NEAR(first.Bounds().width, alone.width + 1500, 30);
+  EXPECT_NEAR(first.Bounds().height, (alone.height + 1500) / 2, 30);
+  second->Unload();
+  host.Settle();
+  EXPECT_NEAR(first.Bounds().height, alone.height + 1500, 30);
+}
+
+void AHandMadeLayoutIsLeftAlone(ContractHost& host) {
+  const Framed windows(host, "frmMain");
+  Window& first = *windows.document;
+  windows.frame->Arrange(Tiling::Horizontal);
+  first.SetBounds({300, 450, 6000, 4500});
+  const auto second = ShowForm(host, "frmRecords");
+  const Rect before = second->Bounds();
+  Rect larger = windows.frame->Bounds();
+  larger.width += 1500;
+  windows.frame->SetBounds(larger);
+  host.Settle();
+  EXPECT_EQ(first.Bounds(), (Rect{300, 450, 6000, 4500}));
+  EXPECT_EQ(second->Bounds(), before);
+  second->Unload();
+  host.Settle();
+  EXPECT_EQ(first.Bounds(), (Rect{300, 450, 6000, 4500}));
+}
+
+void AMaximizedDocumentIsLeftAloneUntilTheNextTiling(ContractHost& host) {
+  const Framed windows(host, "frmMain");
+  const auto second = ShowForm(host, "frmRecords");
+  windows.frame->Arrange(Tiling::Horizontal);
+  EXPECT_FALSE(windows.document->Maximized());
+  windows.document->Activate();
+  host.Maximize(*windows.document);
+  EXPECT_TRUE(windows.document->Maximized());
+  Rect larger = windows.frame->Bounds();
+  larger.width += 1500;
+  windows.frame->SetBounds(larger);
+  host.Settle();
+  EXPECT_TRUE(windows.document->Maximized());
+  windows.frame->Arrange(Tiling::Horizontal);
+  host.Settle();
+  EXPECT_FALSE(windows.document->Maximized());
+  EXPECT_FALSE(second->Maximized());
+  ExpectRows({windows.document.get(), second.get()});
+}
+
+void AWindowShownSoonComesUpAndGoesAway(ContractHost& host) {
+  const auto frame = ShowForm(host, "frmMDI");
+  const auto window = host.TheDesktop().MakeWindow("dlgAsync");
+  int clicks = 0;
+  window->Find<Button>("cmdCancel").Click = [&] { ++clicks; };
+  window->ShowAboveSoon(*frame);
+  EXPECT_TRUE(window->Visible());
+  host.PassTime(400);
+  host.Click(*window, "cmdCancel");
+  EXPECT_EQ(clicks, 1);
+  window->Hide();
+  EXPECT_FALSE(window->Visible());
+  window->ShowAboveSoon(*frame);
+  window->Unload();
+  host.PassTime(400);
+  EXPECT_FALSE(window->Visible());
+}
+
 void AContainerTellsOfItsSize(ContractHost& host) {
   const auto frame = ShowForm(host, "frmMDI");
   auto& box = frame->Find<PictureBox>("fraBrowser");
@@ -355,6 +443,11 @@ std::vector<ContractCase> WindowContract() {
           {"ADisabledWindowTakesNoInput", &ADisabledWindowTakesNoInput},
           {"AWindowTellsOfItsSize", &AWindowTellsOfItsSize},
           {"AFirstShowingTellsTheSize", &AFirstShowingTellsTheSize},
+          {"TiledDocumentsStayTiled", &TiledDocumentsStayTiled},
+          {"AHandMadeLayoutIsLeftAlone", &AHandMadeLayoutIsLeftAlone},
+          {"AMaximizedDocumentIsLeftAloneUntilTheNextTiling",
+           &AMaximizedDocumentIsLeftAloneUntilTheNextTiling},
+          {"AWindowShownSoonComesUpAndGoesAway", &AWindowShownSoonComesUpAndGoesAway},
           {"AContainerTellsOfItsSize", &AContainerTellsOfItsSize},
           {"ControlsKeepTheirProperties", &ControlsKeepTheirProperties},
           {"VisibilityIsTheControlsOwn", &VisibilityIsTheControlsOwn},
