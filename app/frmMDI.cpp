@@ -96,7 +96,7 @@ void frmMDI::mnuEditWordWrap_Click() {
 void frmMDI::mnuEditVocab_Click() {
   std::string text;
   WordListToText(text, vocabulary_.GlobalWords());
-  if (!ShowText(global_, *this, text, {0, "", 4800, 6300, true, false})) return;
+  if (!ShowText(global_, *this, text, {0, "", 4800, 6300, true, false, "Vocabulary"})) return;
   WordList words;
   ParseWordList(words, text);
   vocabulary_.GlobalWords() = std::move(words);

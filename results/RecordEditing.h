@@ -61,6 +61,7 @@ class RecordEditing {
   void ViewCell();
   void EditCellInWindow();
   bool ShowCellText(std::string& text, bool editable);
+  [[nodiscard]] std::string CellName() const;
   bool Write();
   bool DeleteSelected();
   void DeleteRows(const std::vector<Bookmark>& rows);

@@ -1,5 +1,7 @@
 #include "tests/support/HeadlessWindow.h"
 
+#include <filesystem>
+
 #include "platform/Error.h"
 #include "tests/support/HeadlessDesktop.h"
 
@@ -27,7 +29,8 @@ class HeadlessFileDialog final : public FileDialog {
     const auto answer = script_->TakeFile(
         {form_, name_, save, fileName, initialFolder, filter, defaultExtension, flags});
     if (!answer) return false;
-    fileName = WithExtension(*answer, defaultExtension);
+    const bool bare = !save && std::filesystem::is_regular_file(*answer);
+    fileName = bare ? *answer : WithExtension(*answer, defaultExtension);
     fileTitle = NameOfFile(fileName);
     return true;
   }

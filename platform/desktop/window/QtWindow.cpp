@@ -106,8 +106,10 @@ Timer& QtWindow::TimerNamed(std::string_view name) {
 }
 
 FileDialog& QtWindow::FileDialogNamed(std::string_view name) {
-  return Named(fileDialogs_, name,
-               [this] { return std::make_unique<QtFileDialog>(*root_, core_.loops); });
+  return Named(fileDialogs_, name, [&] {
+    std::string& lastFolder = core_.lastFolders[formName_ + "." + std::string(name)];
+    return std::make_unique<QtFileDialog>(*root_, core_.loops, lastFolder);
+  });
 }
 
 ColorDialog& QtWindow::ColorDialogNamed(std::string_view name) {
