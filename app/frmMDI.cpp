@@ -34,9 +34,13 @@ frmMDI::frmMDI(const Global& global, Vocabulary& vocabulary, TagStore& tags)
   sidebar_.onPlaced = [this] { tagsPanel_.FollowResize(); };
   WireMenus();
   window_->Unloaded = [this] { MDIForm_Unload(); };
+  global.TheDesktop().SessionEnds = [this] {
+    main_->EndSession();
+    async_.Cancel();
+  };
 }
 
-frmMDI::~frmMDI() = default;
+frmMDI::~frmMDI() { global_.TheDesktop().SessionEnds = nullptr; }
 
 void frmMDI::Show() {
   window_->Show();

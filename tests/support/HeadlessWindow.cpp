@@ -175,6 +175,7 @@ bool HeadlessWindow::Unload(UnloadReason reason) {
 }
 
 bool HeadlessWindow::AskToUnload(UnloadReason reason) {
+  if (desktop_.Ending()) return true;
   bool refuse = false;
   closing_ = true;
   QueryUnload.Raise(this, refuse, reason);

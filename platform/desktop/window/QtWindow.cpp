@@ -185,6 +185,7 @@ void QtWindow::HandlerFailed(std::exception_ptr failure) noexcept {
 }
 
 bool QtWindow::AskToUnload(UnloadReason reason) {
+  if (core_.loops.Ending()) return true;
   const std::weak_ptr<const int> token = token_;
   bool refuse = false;
   closing_ = true;
