@@ -200,6 +200,7 @@ def main():
     parser.add_argument("--seed", type=int, default=random.randrange(1 << 30))
     arguments = parser.parse_args()
     moments = random.Random(arguments.seed)
+    signal.signal(signal.SIGHUP, signal.SIG_DFL)  # The program takes no hang-up that was ignored.
     print(f"seed {arguments.seed}", flush=True)
     failed = 0
     cut_off = 0
