@@ -35,9 +35,13 @@ frmMDI::frmMDI(const Global& global, Vocabulary& vocabulary, TagStore& tags)
   sidebar_.onPlaced = [this] { tagsPanel_.FollowResize(); };
   WireMenus();
   window_->Unloaded = [this] { MDIForm_Unload(); };
+  global.TheDesktop().SessionEnds = [this] {
+    main_->EndSession();
+    async_.Cancel();
+  };
 }
 
-frmMDI::~frmMDI() = default;
+frmMDI::~frmMDI() { global_.TheDesktop().SessionEnds = nullptr; }
 
 void frmMDI::Show() {
   window_->Show();
@@ -99,7 +103,7 @@ void frmMDI::mnuEditWordWrap_Click() {
 void frmMDI::mnuEditVocab_Click() {
   std::string text;
   WordListToText(text, vocabulary_.GlobalWords());
-  if (!ShowText(global_, *this, text, {0, "", 4800, 6300, true, false})) return;
+  if (!ShowText(global_, *this, text, {0, "", 4800, 6300, true, false, "Vocabulary"})) return;
   WordList words;
   ParseWordList(words, text);
   vocabulary_.GlobalWords() = std::move(words);

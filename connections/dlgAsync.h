@@ -75,6 +75,10 @@ class dlgAsync {
   bool DoProgress(double increment);
   /// Lets the interface process pending input once; false once the user has cancelled.
   bool Yield();
+  /// Cancels what is under way, if anything is.
+  void Cancel() {
+    if (window_ != nullptr && window_->Loaded()) cmdCancel_Click();
+  }
   /// Ends an InitProcess or InitProgress; also at the end of the program.
   void Unload();
 

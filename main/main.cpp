@@ -8,12 +8,15 @@
 #include "app/Main.h"
 #include "platform/data/DataAccessObjects.h"
 #include "platform/desktop/QtDesktop.h"
+#include "platform/system/EndSignals.h"
 #include "platform/system/Executable.h"
 #include "platform/system/PosixFiles.h"
 
 int main(int argc, char* argv[]) {
   using namespace tessel;
   QtDesktop desktop(argc, argv);
+  const EndSignals endSignals;
+  desktop.EndWhenReadable(endSignals.Descriptor());
   PosixFiles files;
   DataAccessObjects data(desktop.Events());
   const std::string executable = ExecutablePath();

@@ -25,11 +25,13 @@ class FileDialog {
   std::string fileName;
   /// The chosen file's name without its folder.
   std::string fileTitle;
-  /// Folder in which it opens; empty: where `fileName` lies.
+  /// Folder in which it opens at first; all dialogs of one form and name then reopen where they
+  /// were used last. Empty: where `fileName` lies.
   std::string initialFolder;
   /// "Text|pattern;pattern|Text|pattern": the types offered, the first one chosen at first.
   std::string filter;
-  /// Appended to a name typed without an ending, without the dot; may be empty.
+  /// Appended to a name typed without an ending, without the dot; may be empty. A file that is
+  /// there under the bare name is opened as it is.
   std::string defaultExtension;
   int flags = 0;
 

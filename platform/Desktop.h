@@ -76,6 +76,11 @@ class Desktop {
   /// Shows the help file: command 1 contents, 2 index, 15 the topic of the context number `data`.
   /// False when nothing could be shown; never raises.
   virtual bool ShowHelp(const std::string& helpFile, int command, int data) = 0;
+
+  /// The system ends the program: a signal, the end of the session. From now on nothing is asked:
+  /// modal windows and message boxes close by themselves, and no QueryUnload is raised. When all
+  /// handlers have returned the frame is unloaded.
+  Event<> SessionEnds;
 };
 
 }  // namespace tessel

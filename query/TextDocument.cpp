@@ -4,27 +4,37 @@
 
 namespace tessel {
 
-bool TextDocument::Open(const std::string& path) {
+bool TextDocument::Read(const std::string& path, bool undoable) {
   const Help help(global_);
   DecodedText decoded;
+  std::string stamp;
   try {
-    decoded = DecodeText(global_.TheFiles().ReadWhole(path));
+    std::string bytes = global_.TheFiles().ReadWhole(path);
+    stamp = StampOf(bytes);
+    decoded = DecodeText(std::move(bytes));
   } catch (const Error& error) {
     help.Show("Error opening " + error.Description(), MessageIcon::Exclamation);
     return false;
   }
-  encoding_ = decoded.encoding;
-  box_.SetText(decoded.text);
-  if (ChangesEncoding(encoding_))
-    help.Show(path + " is not UTF-8 text. It was read as " + std::string(EncodingName(encoding_)) +
-                  "; saving it will write UTF-8.",
+  origin_ = {path, std::move(stamp), decoded.encoding};
+  Replace(decoded.text, undoable);
+  if (ChangesEncoding(origin_.encoding))
+    help.Show(path + " is not UTF-8 text. It was read as " +
+                  std::string(EncodingName(origin_.encoding)) + "; saving it will write UTF-8.",
               MessageIcon::Information);
   return true;
 }
 
+void TextDocument::Replace(const std::string& text, bool undoable) {
+  if (!undoable) return box_.SetText(text);
+  box_.Select(0, box_.Text().size());
+  box_.SetSelText(text);
+  box_.Select(0, 0);
+}
+
 bool TextDocument::Write(const std::string& path, std::string* reason) const {
   try {
-    global_.TheFiles().ReplaceWhole(path, EncodeText(box_.Text(), encoding_), false);
+    global_.TheFiles().ReplaceWhole(path, Bytes(), false);
     return true;
   } catch (const Error& error) {
     if (reason != nullptr) *reason = error.Description();
@@ -32,11 +42,26 @@ bool TextDocument::Write(const std::string& path, std::string* reason) const {
   }
 }
 
-bool TextDocument::Save(const std::string& path) const {
+bool TextDocument::Save(const std::string& path) {
   std::string reason;
-  if (Write(path, &reason)) return true;
+  if (Write(path, &reason)) {
+    origin_.path = path;
+    origin_.stamp = StampOf(Bytes());
+    return true;
+  }
   Help(global_).Show("Error saving " + reason, MessageIcon::Exclamation);
   return false;
+}
+
+FileState TextDocument::CompareWithFile() const {
+  const Files& files = global_.TheFiles();
+  try {
+    const std::string bytes = files.ReadWhole(origin_.path);
+    const bool same = StampOf(bytes) == origin_.stamp || bytes == Bytes();
+    return same ? FileState::Same : FileState::Changed;
+  } catch (const Error&) {
+    return files.Exists(origin_.path) ? FileState::Changed : FileState::Gone;
+  }
 }
 
 }  // namespace tessel

@@ -20,6 +20,9 @@ struct DecodedText {
 /// The bytes that a file of that text gets: UTF-8, with a mark in front when it was read with one.
 [[nodiscard]] std::string EncodeText(std::string text, TextEncoding encoding);
 
+/// What tells the bytes of a file from other bytes: their number and a sum over them.
+[[nodiscard]] std::string StampOf(std::string_view bytes);
+
 /// Whether saving would change how the file is encoded.
 [[nodiscard]] bool ChangesEncoding(TextEncoding encoding);
 /// The name of an encoding for a message.

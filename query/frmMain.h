@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/Help.h"
@@ -8,13 +9,14 @@
 #include "platform/TextBox.h"
 #include "query/CompletionList.h"
 #include "query/QueryHost.h"
+#include "query/RecoveryLine.h"
 #include "query/SqlTarget.h"
 #include "query/TextDocument.h"
 
 namespace tessel {
 
 /// The one query window: a document of SQL text, the file it came from, and whether it has changed.
-class frmMain : public SqlTarget {
+class frmMain : public SqlTarget, private RecoveryHost {
  public:
   frmMain(const Global& global, QueryHost& host, Vocabulary& vocabulary);
 
@@ -32,6 +34,9 @@ class frmMain : public SqlTarget {
   /// Writes the whole text; false on failure, without a message.
   bool SaveToFile(const std::string& path) { return document_.Write(path); }
 
+  /// The system ends the program: unsaved text is copied now and offered at the next start.
+  void EndSession();
+
   [[nodiscard]] Window& TheWindow() { return *window_; }
   [[nodiscard]] std::string SelectedText() const { return txtQuery_.SelText(); }
   void FocusText() { txtQuery_.SetFocus(); }
@@ -45,7 +50,15 @@ class frmMain : public SqlTarget {
   void cmdExecute_Click();
   void Form_KeyDown(KeyEvent& event);
   void Form_QueryUnload(bool& refuse, UnloadReason reason);
+  void Form_Unload();
   void MarkSaved();
+  void MarkChanged();
+  [[nodiscard]] bool SaveChanges();
+  [[nodiscard]] MessageResult AskAboutFile() const;
+
+  // RecoveryHost
+  [[nodiscard]] std::optional<UnsavedText> Unsaved() const override;
+  bool TakeBack(const UnsavedText& unsaved) override;
 
   const Global& global_;
   QueryHost& host_;
@@ -59,6 +72,8 @@ class frmMain : public SqlTarget {
   bool dirty_ = false;
   std::string path_;
   std::string title_;
+  bool sessionEnds_ = false;
+  RecoveryLine recovery_;
 };
 
 }  // namespace tessel

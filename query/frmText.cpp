@@ -15,6 +15,16 @@ namespace {
 
 constexpr const char* ownFilter = "Text Files (*.txt)|*.txt|All Files (*.*)|*.*";
 
+/// The ending of the first file type of a filter; empty for none or any.
+std::string ExtensionOf(const std::string& filter) {
+  const std::size_t bar = filter.find('|');
+  std::string pattern = bar == std::string::npos ? std::string() : filter.substr(bar + 1);
+  CutAtFirst(pattern, "|");
+  CutAtFirst(pattern, ";");
+  const bool known = pattern.starts_with("*.") && pattern != "*.*";
+  return known ? pattern.substr(2) : std::string();
+}
+
 /// The window of one ShowText call.
 class frmText {
  public:
@@ -68,7 +78,9 @@ class frmText {
     cmdCancel_.SetVisible(options.editable);
     chkWordWrap_.SetValue(options.wordWrap);
     document_.SetWordWrap(options.wordWrap);
+    if (!options.title.empty()) window_->SetCaption(options.title);
     if (!options.filter.empty()) dlgCommon_.filter = options.filter + "|" + dlgCommon_.filter;
+    dlgCommon_.defaultExtension = ExtensionOf(options.filter);
     accepted_ = false;
     const Rect at = window_->Bounds();
     window_->SetBounds({at.left, at.top, options.width, options.height});

@@ -11,11 +11,14 @@ class SqlTarget;
 /// How ShowText shows a text.
 struct TextViewOptions {
   int helpContext = 0;
-  std::string filter;  ///< File types offered before the window's own; may be empty.
-  int width = 9600;    ///< Twips.
-  int height = 6300;   ///< Twips.
+  /// File types offered before the window's own; may be empty. A name typed without an ending gets
+  /// that of the first one.
+  std::string filter;
+  int width = 9600;   ///< Twips.
+  int height = 6300;  ///< Twips.
   bool editable = false;
   bool wordWrap = false;
+  std::string title = {};  ///< Of the window: what it shows. Empty: the window's own.
 };
 
 /// Shows a text in a modal window with buttons to save it, copy it or put it into the query window;

@@ -15,6 +15,9 @@ namespace tessel {
 
 namespace {
 
+constexpr int viewWidth = 9600;
+constexpr int viewHeight = 6300;
+constexpr std::string_view arrow = "--> ";  ///< Before the names of conversions in the menu.
 constexpr const char* commands[] = {"mnuCvtCSV",       "mnuCvtQuotedCSV", "mnuCvtTabDelimited",
                                     "mnuCvtInsertSQL", "mnuCvtSetSQL",    "mnuCvtHTMLTable",
                                     "mnuCvtArrayC"};
@@ -58,6 +61,7 @@ RecordConversion::RecordConversion(const Global& global, Window& window, dlgAsyn
     : global_(global),
       async_(async),
       sqlWindow_(sqlWindow),
+      window_(window),
       grid_(window.Find<DataGrid>("DataGrid")) {
   for (const char* command : commands)
     window.Menu(command).Click = [this, command] { Convert(command); };
@@ -75,7 +79,17 @@ void RecordConversion::Convert(std::string_view command) {
   if (!text) return;
   const Conversion& conversion = ConversionOf(command, true);
   ViewText(global_, sqlWindow_, *std::move(text),
-           {conversion.helpContext, std::string(conversion.filter)});
+           {conversion.helpContext, std::string(conversion.filter), viewWidth, viewHeight, false,
+            false, TitleOf(command)});
+}
+
+/// "CSV of Sakila, 347 records".
+std::string RecordConversion::TitleOf(std::string_view command) const {
+  std::string name = window_.Menu(command).Caption();
+  std::erase(name, '&');
+  name.erase(0, name.starts_with(arrow) ? arrow.size() : 0);
+  return name + " of " + window_.Caption() + ", " + std::to_string(converted_) +
+         (converted_ == 1 ? " record" : " records");
 }
 
 std::optional<std::string> RecordConversion::ConvertedText(std::string_view command) {
@@ -104,6 +118,7 @@ void RecordConversion::ConvertRecords(std::string& text, const RecordFormat& for
   const auto count = all ? rows->RecordCount() : static_cast<std::int64_t>(selected.size());
   TextRoom room(text, count);
   RecordFormatter formatter(format, columns);
+  converted_ = 0;
   if (all) rows->MoveFirst();
   async_.WorkFor(rows->ActiveConnection().get());
   async_.ForEach(ProgressMessage(count, !all), count, [&](std::int64_t i) {
@@ -111,7 +126,8 @@ void RecordConversion::ConvertRecords(std::string& text, const RecordFormat& for
     if (i != 0) text += format.record.separator;
     formatter.FormatRecord(text, *rows);
     if (all) rows->MoveNext();
-    room.Note(i + 1);
+    converted_ = i + 1;
+    room.Note(converted_);
   });
   rows->Close();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -33,14 +34,17 @@ class RecordConversion {
 
  private:
   void ConvertRecords(std::string& text, const RecordFormat& format, ColumnRange columns);
+  [[nodiscard]] std::string TitleOf(std::string_view command) const;
   [[nodiscard]] ColumnRange GetColumnRange() const;
   [[nodiscard]] std::string GetTableName(bool ask, int helpContext) const;
 
   const Global& global_;
   dlgAsync& async_;
   SqlTarget& sqlWindow_;
+  Window& window_;
   DataGrid& grid_;
   NameQuoting quoting_;
+  std::int64_t converted_ = 0;  ///< Records of the text that was made last.
 };
 
 }  // namespace tessel

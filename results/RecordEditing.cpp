@@ -232,9 +232,24 @@ void RecordEditing::EditCellInWindow(const std::shared_ptr<Recordset>& rows) {
   if (TryTo([&] { dataGrid_.SetCellText(text); })) ShowEditButtonsUnlessNew();
 }
 
+/// "Orders.Note, row 3"; without the table when the column comes from none.
+std::string RecordEditing::CellName() const {
+  const std::shared_ptr<Recordset> rows = dataGrid_.DataSource();
+  const int column = dataGrid_.CurrentColumn();
+  if (rows == nullptr || column < 0) return {};
+  const FieldInfo& field = rows->Fields().at(static_cast<std::size_t>(column));
+  const std::string table = field.baseTable.empty() ? "" : field.baseTable + ".";
+  const std::string cell = table + field.name + ", ";
+  if (dataGrid_.OnNewRow()) return cell + "new row";
+  if (rows->Bof() || rows->Eof()) return table + field.name;
+  const auto position = rows->PositionOf(rows->CurrentBookmark());
+  return cell + "row " + std::to_string(position.value_or(0) + 1);
+}
+
 bool RecordEditing::ShowCellText(std::string& text, bool editable) {
-  return ShowText(global_, host_, text,
-                  {cellTextContext, cellTextFilter, cellTextWidth, cellTextHeight, editable, true});
+  return ShowText(
+      global_, host_, text,
+      {cellTextContext, cellTextFilter, cellTextWidth, cellTextHeight, editable, true, CellName()});
 }
 
 // --- deleting

@@ -64,6 +64,7 @@ class RecordEditing {
   void EditCellInWindow();
   void EditCellInWindow(const std::shared_ptr<Recordset>& rows);
   bool ShowCellText(std::string& text, bool editable);
+  [[nodiscard]] std::string CellName() const;
   bool Write();
   bool DeleteSelected();
   void DeleteRows(const std::vector<Bookmark>& rows);

@@ -345,7 +345,8 @@ bool frmRecords::ExecuteSQL(Execution execution) {
 }
 
 bool frmRecords::ConfirmSQL(std::string& sql) {
-  return ShowText(global_, host_, sql, {confirmContext, sqlFilter, 9600, 2400, true, true});
+  return ShowText(global_, host_, sql,
+                  {confirmContext, sqlFilter, 9600, 2400, true, true, TitleOf("SQL")});
 }
 
 bool frmRecords::Run(const Execution& execution, std::int64_t start) {
@@ -430,7 +431,8 @@ void frmRecords::RunTagged(const HistoryEntry& entry, bool confirmFirst, int pos
 
 void frmRecords::ShowSQL(const std::string& sql) {
   std::string shown = sql;
-  ShowText(global_, host_, shown, {propertiesOfQueryContext, sqlFilter, 9600, 2400, false, true});
+  ShowText(global_, host_, shown,
+           {propertiesOfQueryContext, sqlFilter, 9600, 2400, false, true, TitleOf("SQL")});
 }
 
 // --- showing rows
@@ -482,7 +484,7 @@ void frmRecords::cmdCnErrors_Click() {
   std::string text;
   for (const ErrorInfo& error : mCn_->Errors())
     if (!IsNoInterface(error)) text += error.description + "\r\n";
-  if (!text.empty()) ShowLongText(text, errorsContext);
+  if (!text.empty()) ShowLongText(text, errorsContext, TitleOf("Errors"));
   FocusRecords();
 }
 
@@ -490,12 +492,16 @@ void frmRecords::ShowProperties() {
   std::string text;
   for (const Property& property : mCn_->ProviderProperties())
     text += property.name + "=" + ToText(ToView(property.value)) + "\r\n";
-  ShowLongText(text, propertiesContext);
+  ShowLongText(text, propertiesContext, TitleOf("Properties"));
 }
 
-void frmRecords::ShowLongText(const std::string& text, int helpContext) {
+std::string frmRecords::TitleOf(const std::string& what) const {
+  return what + " of " + window_->Caption();
+}
+
+void frmRecords::ShowLongText(const std::string& text, int helpContext, const std::string& title) {
   std::string shown = text;
-  ShowText(global_, host_, shown, {helpContext, "", 9600, 6300, false, true});
+  ShowText(global_, host_, shown, {helpContext, "", 9600, 6300, false, true, title});
 }
 
 // --- values for tags

@@ -133,7 +133,9 @@ class frmRecords : private QueryRunner, private TagResolver {
   void RunAgain(const HistoryEntry& entry, bool confirmFirst, int position) override;
   void RunTagged(const HistoryEntry& entry, bool confirmFirst, int position) override;
   void ShowSQL(const std::string& sql) override;
-  void ShowLongText(const std::string& text, int helpContext);
+  /// The title of a text window that shows something of this connection.
+  [[nodiscard]] std::string TitleOf(const std::string& what) const;
+  void ShowLongText(const std::string& text, int helpContext, const std::string& title);
   // TagResolver
   [[nodiscard]] bool Yield() override { return async_.Yield(); }
   [[nodiscard]] std::string Resolve(const Tag& tag) override;

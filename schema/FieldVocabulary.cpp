@@ -45,7 +45,8 @@ std::string FieldVocabulary::TextOf(const Recordset& rows) {
 }
 
 void FieldVocabulary::Review(const std::string& listName, std::string text) {
-  if (!ShowText(global_, sqlWindow_, text, {0, "", 4800, 6300, true, false})) return;
+  const std::string title = "Vocabulary of " + listName;
+  if (!ShowText(global_, sqlWindow_, text, {0, "", 4800, 6300, true, false, title})) return;
   WordList& words = Vocabulary::ListNamed(vocabulary_.Custom(), listName);
   words.clear();
   ParseWordList(words, text);

@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QPointer>
+#include <QSessionManager>
+#include <QSocketNotifier>
 
 #include "platform/Error.h"
 #include "platform/Keys.h"
@@ -81,6 +83,7 @@ struct QtDesktop::Parts {
   QtClock clock;
   QtEventQueue events;
   QPointer<HelpWindow> help;  ///< Made at its first use.
+  std::unique_ptr<QSocketNotifier> endNotifier;
 };
 
 QtDesktop::QtDesktop(int& argc, char** argv)
@@ -93,11 +96,37 @@ QtDesktop::QtDesktop(int& argc, char** argv)
   QApplication::setApplicationName(QStringLiteral("Tessel"));
   QApplication::setWindowIcon(NamedIcon(QStringLiteral("tessel")));
   QApplication::setQuitOnLastWindowClosed(false);
+  QObject::connect(qApp, &QGuiApplication::commitDataRequest, &parts_->core.deferred,
+                   [this](QSessionManager& session) {
+                     session.setRestartHint(QSessionManager::RestartNever);
+                     EndSession();
+                   });
 }
 
 QtDesktop::~QtDesktop() = default;
 
 int QtDesktop::Run() { return QApplication::exec(); }
+
+void QtDesktop::EndWhenReadable(int descriptor) {
+  parts_->endNotifier = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
+  QObject::connect(parts_->endNotifier.get(), &QSocketNotifier::activated, [this] {
+    parts_->endNotifier->setEnabled(false);
+    EndSession();
+  });
+}
+
+/// What is unsaved is copied before anything is closed. The frame goes when the handlers that are
+/// under way have returned.
+void QtDesktop::EndSession() {
+  DesktopCore& core = parts_->core;
+  if (core.loops.Ending()) return;
+  core.loops.EndAll();
+  SessionEnds.Raise(nullptr);
+  core.deferred.Add([&core] {
+    if (core.frame != nullptr) core.frame->Unload(UnloadReason::Code);
+    else QCoreApplication::quit();
+  });
+}
 
 std::unique_ptr<Window> QtDesktop::MakeWindow(std::string_view formName) {
   std::unique_ptr<QWidget> form = MakeForm(formName);

@@ -20,6 +20,10 @@ class QtDesktop final : public Desktop {
   /// Runs until the frame has been unloaded; returns the exit code of the program.
   int Run();
 
+  /// Ends the program in order and without a question (SessionEnds) once there is something to read
+  /// from the descriptor; the desktop's end is also that of the session.
+  void EndWhenReadable(int descriptor);
+
   [[nodiscard]] std::unique_ptr<Window> MakeWindow(std::string_view formName) override;
   MessageResult ShowMessage(const Message& message) override;
   [[nodiscard]] Clipboard& TheClipboard() override;
@@ -35,6 +39,8 @@ class QtDesktop final : public Desktop {
 
  private:
   struct Parts;
+
+  void EndSession();
 
   std::unique_ptr<Parts> parts_;
 };

@@ -79,6 +79,35 @@ TEST_F(FileDialogTest, ANameWithoutEndingGetsOne) {
   EXPECT_EQ(dialog.fileTitle, "other.txt");
 }
 
+TEST_F(FileDialogTest, AFileThatIsThereUnderTheBareNameIsOpened) {
+  dialog.flags |= fileDialogFlag::fileMustExist;
+  Make("script");
+  Name("script");
+  EXPECT_TRUE(dialog.ShowOpen());
+  EXPECT_EQ(dialog.fileName, Path("script"));
+  Make("query.sql");
+  Name("query");
+  EXPECT_TRUE(dialog.ShowOpen());
+  EXPECT_EQ(dialog.fileName, Path("query.sql")) << "another name gets the ending";
+}
+
+TEST_F(FileDialogTest, TheDialogReopensWhereItWas) {
+  QDir(folder.path()).mkdir("sub");
+  Name("sub/a.sql");
+  EXPECT_TRUE(dialog.ShowSave());
+  dialog.fileName.clear();
+  Name("b.sql");
+  EXPECT_TRUE(dialog.ShowSave());
+  EXPECT_EQ(dialog.fileName, Path("sub/b.sql"));
+  const auto again = ShowForm("frmMain");
+  FileDialog& other = again->FileDialogNamed("dlgCommon");
+  other.initialFolder = FromQt(folder.path());
+  other.flags = fileDialogFlag::noChangeDir;
+  Name("c.sql");
+  EXPECT_TRUE(other.ShowSave());
+  EXPECT_EQ(other.fileName, Path("sub/c.sql")) << "also in another window of that form";
+}
+
 TEST_F(FileDialogTest, ReplacingIsAsked) {
   Make("there.sql");
   dialog.flags |= fileDialogFlag::overwritePrompt;

@@ -362,6 +362,32 @@ TEST_F(EditorTest, PlainTextIsNotColoured) {
   EXPECT_EQ(WidgetAs<SqlEditor>(*text, "txtText").lexer(), nullptr);
 }
 
+TEST_F(EditorTest, WhatIsTypedAndPastedEndsItsLinesAsTheDocumentDoes) {
+  for (const std::string lineEnd : {"\n", "\r\n"}) {
+    box.SetText("one" + lineEnd + "two");
+    box.Select(0, 0);
+    host.PressKey(*query, key::enter);
+    TheDesktop().TheClipboard().SetText("x\r\ny\nz");
+    host.PressKey(*query, 'V', shiftState::ctrl);
+    EXPECT_EQ(box.Text(), lineEnd + "x" + lineEnd + "y" + lineEnd + "zone" + lineEnd + "two");
+  }
+}
+
+TEST_F(EditorTest, TheFirstLineEndThatIsInsertedIsTheDocumentsFromThenOn) {
+  box.SetText("");
+  box.SetSelText("SELECT\r\n");
+  host.PressKey(*query, key::enter);
+  EXPECT_EQ(box.Text(), "SELECT\r\n\r\n");
+}
+
+TEST_F(EditorTest, AnInsertionInPlaceOfTheWholeTextCanBeUndone) {
+  box.SetText("mine");
+  box.Select(0, 4);
+  box.SetSelText("theirs");
+  host.PressKey(*query, 'Z', shiftState::ctrl);
+  EXPECT_EQ(box.Text(), "mine");
+}
+
 }  // namespace
 
 }  // namespace tessel::test

@@ -82,6 +82,26 @@ TEST_F(RecordConversionTest, TheRecordsBoxOpensTheRecordsMenuAndStaysUnchecked) 
   EXPECT_FALSE(W().Find<CheckBox>("chkRecords").Value());
 }
 
+TEST_F(RecordConversionTest, TheViewerTellsWhatItShowsAndSavesWithItsEnding) {
+  GiveThree();
+  const auto titleAndEnding = [this](const char* command) {
+    std::string title;
+    desktop.OnModal("frmText", [&](test::HeadlessWindow& w) {
+      title = w.Caption();
+      desktop.CancelFile();
+      w.Click("cmdSave");
+      w.CloseByControlBox();
+    });
+    W().ChooseMenu(command);
+    return title + " ." + desktop.FileDialogs().back().defaultExtension;
+  };
+  EXPECT_EQ(titleAndEnding("mnuCvtCSV"), "CSV of Shop, 3 records .csv");
+  EXPECT_EQ(titleAndEnding("mnuCvtTabDelimited"), "Tab Delimited of Shop, 3 records .");
+  EXPECT_EQ(titleAndEnding("mnuCvtInsertSQL"), "Insert (SQL) of Shop, 3 records .sql");
+  EXPECT_EQ(titleAndEnding("mnuCvtHTMLTable"), "HTML <table> of Shop, 3 records .html");
+  EXPECT_EQ(titleAndEnding("mnuCvtArrayC"), "Array (C) of Shop, 3 records .c");
+}
+
 // --- the seven conversions
 // ------------------------------------------------------------------------
 

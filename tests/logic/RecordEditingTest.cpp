@@ -474,6 +474,8 @@ TEST_F(RecordEditingTest, F3ShowsTheTextOfTheCellAndChangesNothing) {
     EXPECT_EQ(w.Find<TextControl>("txtText").Text(), "one");
     EXPECT_TRUE(w.Find<TextControl>("txtText").Locked());
     EXPECT_EQ(w.HelpContext(), 8602);
+    EXPECT_TRUE(w.Caption().ends_with("name, row 1")) << w.Caption();
+    EXPECT_EQ(w.FileDialogNamed("dlgCommon").defaultExtension, "txt");
     EXPECT_EQ(w.Bounds().width, 9600);
     EXPECT_EQ(w.Bounds().height, 6300);
     EXPECT_TRUE(w.FileDialogNamed("dlgCommon")

@@ -1,5 +1,7 @@
 #include "app/frmMDI.h"
 
+#include <filesystem>
+
 #include "app/Main.h"
 #include "tests/logic/LogicFixture.h"
 #include "tests/logic/SchemaFixture.h"
@@ -703,6 +705,17 @@ TEST_F(frmMDITest, AConnectionThatCouldNotBeSavedSaysSoOnTheStatusLineOfItsWindo
   EXPECT_TRUE(status.ends_with("Connected. The list of connections was not saved: " +
                                folder.File("Tessel.ini.xml") + ": No space left on device."))
       << status;
+}
+
+TEST_F(frmMDITest, TheEndOfTheSessionKeepsUnsavedSqlAndClosesConnectionsWithoutAQuestion) {
+  Start();
+  Connect("A");
+  query().Type("txtQuery", "SELECT 1");
+  desktop.EndSession();
+  EXPECT_TRUE(desktop.Messages().empty());
+  EXPECT_EQ(frame().RecordsWindowCount(), 0);
+  EXPECT_FALSE(frame().TheWindow().Loaded());
+  EXPECT_TRUE(std::filesystem::exists(folder.File("Tessel.recovery-1")));
 }
 
 }  // namespace

@@ -249,5 +249,90 @@ TEST_F(frmMainTest, ClosingTheFrameAsksOnceAndCancelKeepsIt) {
   EXPECT_EQ(desktop.Messages().size(), 2U);
 }
 
+const std::string changedQuestion =
+    "a.sql has been changed by another program since it was read here.";
+
+TEST_F(frmMainTest, AFileThatAnotherProgramChangedIsOverwrittenOnlyWhenTheUserSaysSo) {
+  desktop.AnswerFile(folder.Write("a.sql", "old"));
+  window.Click("cmdOpen");
+  box.SetText("mine");
+  folder.Write("a.sql", "theirs");
+  desktop.ExpectMessage(changedQuestion, MessageResult::Cancel, [](const Message& message) {
+    EXPECT_EQ(message.captions, (std::vector<std::string>{"&Overwrite", "&Reload", "&Cancel"}));
+    EXPECT_EQ(message.defaultAnswer, MessageResult::Cancel);
+    EXPECT_TRUE(message.help);
+  });
+  window.Click("cmdSave");
+  EXPECT_EQ(Content("a.sql"), "theirs");
+  EXPECT_EQ(window.Caption(), "SQL [a.sql *]");
+  desktop.ExpectMessage(changedQuestion, MessageResult::Yes);
+  window.Click("cmdSave");
+  EXPECT_EQ(Content("a.sql"), "mine");
+  EXPECT_EQ(window.Caption(), "SQL [a.sql]");
+  box.SetText("again");
+  window.Click("cmdSave");
+  EXPECT_EQ(Content("a.sql"), "again") << "what was written here is no change of another program";
+}
+
+TEST_F(frmMainTest, AChangedFileCanBeReloaded) {
+  desktop.AnswerFile(folder.Write("a.sql", "old"));
+  window.Click("cmdOpen");
+  box.SetText("mine");
+  folder.Write("a.sql", "theirs");
+  desktop.ExpectMessage(changedQuestion, MessageResult::No);
+  window.Click("cmdSave");
+  EXPECT_EQ(Text(), "theirs");
+  EXPECT_EQ(Content("a.sql"), "theirs");
+  EXPECT_EQ(window.Caption(), "SQL [a.sql]");
+}
+
+TEST_F(frmMainTest, ReloadingInsteadOfSavingStopsWhatWouldDiscardTheText) {
+  desktop.AnswerFile(folder.Write("a.sql", "old"));
+  window.Click("cmdOpen");
+  box.SetText("mine");
+  folder.Write("a.sql", "theirs");
+  desktop.ExpectMessage("Save changes to: a.sql?", MessageResult::Yes);
+  desktop.ExpectMessage(changedQuestion, MessageResult::No);
+  window.Click("cmdNew");
+  EXPECT_EQ(Text(), "theirs");
+}
+
+TEST_F(frmMainTest, AFileThatWasOnlyTouchedOrHoldsThisTextIsSavedWithoutAQuestion) {
+  desktop.AnswerFile(folder.Write("a.sql", "old"));
+  window.Click("cmdOpen");
+  folder.Write("a.sql", "old");
+  box.SetText("new");
+  window.Click("cmdSave");
+  folder.Write("a.sql", "newer");
+  box.SetText("newer");
+  window.Click("cmdSave");
+  EXPECT_EQ(Content("a.sql"), "newer");
+  EXPECT_TRUE(desktop.Messages().empty());
+}
+
+TEST_F(frmMainTest, AFileThatIsGoneIsWrittenAnewOnlyAfterTelling) {
+  desktop.AnswerFile(folder.Write("a.sql", "old"));
+  window.Click("cmdOpen");
+  std::filesystem::remove(folder.File("a.sql"));
+  const std::string question = "a.sql is no longer there. Write it anew?";
+  desktop.ExpectMessage(question, MessageResult::Cancel);
+  window.Click("cmdSave");
+  EXPECT_FALSE(std::filesystem::exists(folder.File("a.sql")));
+  desktop.ExpectMessage(question, MessageResult::Ok);
+  window.Click("cmdSave");
+  EXPECT_EQ(Content("a.sql"), "old");
+}
+
+TEST_F(frmMainTest, InsertedTextTakesTheLineEndsOfTheDocument) {
+  box.SetText("SELECT 1\nFROM x");
+  box.Select(8, 0);
+  main.InsertText("\r\n  , 2");
+  EXPECT_EQ(Text(), "SELECT 1\n  , 2\nFROM x");
+  EXPECT_EQ(box.SelText(), "\n  , 2");
+  box.SetText("");
+  main.InsertText("SELECT\r\n  *\r\n");
+  EXPECT_EQ(Text(), "SELECT\r\n  *\r\n");
+}
+
 }  // namespace
 }  // namespace tessel

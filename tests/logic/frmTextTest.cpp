@@ -158,5 +158,31 @@ TEST_F(frmTextTest, GetTextCancelledKeepsTheProposal) {
   EXPECT_EQ(answer, "orders");
 }
 
+TEST_F(frmTextTest, AGivenTitleIsShownAndTheFirstTypesEndingIsAdded) {
+  TextViewOptions options;
+  options.filter = "HTML Files (*.html,*.htm)|*.html;*.htm";
+  options.title = "HTML of Shop";
+  Show(options, [&](test::HeadlessWindow& w) {
+    EXPECT_EQ(w.Caption(), "HTML of Shop");
+    desktop.AnswerFile(folder.File("page"));
+    w.Click("cmdSave");
+    w.CloseByControlBox();
+  });
+  EXPECT_EQ(Content("page.html"), "some text");
+}
+
+TEST_F(frmTextTest, WithoutTitleAndTypesTheWindowIsAsItWas) {
+  const std::string own = desktop.MakeWindow("frmText")->Caption();
+  for (const char* filter : {"", "All Files (*.*)|*.*"}) {
+    TextViewOptions options;
+    options.filter = filter;
+    Show(options, [&](test::HeadlessWindow& w) {
+      EXPECT_EQ(w.Caption(), own);
+      EXPECT_EQ(w.FileDialogNamed("dlgCommon").defaultExtension, "");
+      w.CloseByControlBox();
+    });
+  }
+}
+
 }  // namespace
 }  // namespace tessel

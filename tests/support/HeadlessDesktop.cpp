@@ -55,6 +55,16 @@ bool HeadlessDesktop::ShowHelp(const std::string& helpFile, int command, int dat
   return helpWorks_;
 }
 
+void HeadlessDesktop::EndSession() {
+  ending_ = true;
+  SessionEnds.Raise(nullptr);
+  for (HeadlessWindow* window : stack_.Windows())
+    if (window->IsFrame() && window->Loaded()) {
+      window->Unload();
+      break;
+    }
+}
+
 HeadlessWindow& HeadlessDesktop::WindowOf(std::string_view formName) const {
   const std::vector<HeadlessWindow*> windows = WindowsOf(formName);
   if (windows.empty()) StopTest("No window " + std::string(formName) + " is loaded.");

@@ -55,6 +55,10 @@ class HeadlessDesktop final : public Desktop, public DesktopScript {
   /// The loaded windows of a form, the oldest first.
   [[nodiscard]] std::vector<HeadlessWindow*> WindowsOf(std::string_view formName) const;
 
+  /// The system ends the program while nothing is under way.
+  void EndSession();
+  [[nodiscard]] bool Ending() const { return ending_; }
+
   void HoldKey(int keyCode) { heldKeys_.insert(keyCode); }
   void ReleaseKey(int keyCode) { heldKeys_.erase(keyCode); }
   /// Lets time pass; the timers that run tick when their moment comes.
@@ -104,6 +108,7 @@ class HeadlessDesktop final : public Desktop, public DesktopScript {
   std::optional<std::string> processFailure_;
   std::vector<HelpRequest> helpRequests_;
   bool helpWorks_ = true;
+  bool ending_ = false;
   std::optional<TestStop> stop_;
 };
 

@@ -1,6 +1,7 @@
 #include "tests/support/HeadlessWindow.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "platform/Error.h"
 #include "tests/support/HeadlessDesktop.h"
@@ -29,7 +30,8 @@ class HeadlessFileDialog final : public FileDialog {
     const auto answer = script_->TakeFile(
         {form_, name_, save, fileName, initialFolder, filter, defaultExtension, flags});
     if (!answer) return false;
-    fileName = WithExtension(*answer, defaultExtension);
+    const bool bare = !save && std::filesystem::is_regular_file(*answer);
+    fileName = bare ? *answer : WithExtension(*answer, defaultExtension);
     fileTitle = NameOfFile(fileName);
     return true;
   }
@@ -179,6 +181,7 @@ bool HeadlessWindow::Unload(UnloadReason reason) {
 }
 
 bool HeadlessWindow::AskToUnload(UnloadReason reason) {
+  if (desktop_.Ending()) return true;
   bool refuse = false;
   closing_ = true;
   QueryUnload.Raise(this, refuse, reason);

@@ -214,11 +214,15 @@ void SqlEditor::SetBytes(std::string_view bytes) {
   SendScintilla(SCI_SETXOFFSET, 0UL);
   SendScintilla(SCI_SETSCROLLWIDTH, 1UL);
   SendScintilla(SCI_SETMODEVENTMASK, static_cast<unsigned long>(SC_MODEVENTMASKALL));
+  TakeLineEnd(bytes);
+  RenewTextAccess(*this);
+}
+
+void SqlEditor::TakeLineEnd(std::string_view bytes) {
   const std::size_t lineEnd = bytes.find('\n');
   const bool windows =
       lineEnd != std::string_view::npos && lineEnd > 0 && bytes[lineEnd - 1] == '\r';
   setEolMode(windows ? EolWindows : EolUnix);
-  RenewTextAccess(*this);
 }
 
 /// Pieces of lines are put together while the text may be edited.
@@ -346,6 +350,8 @@ QMimeData* SqlEditor::toMimeData(const QByteArray& text, bool rectangular) const
 void SqlEditor::ReplaceSelection(std::string_view bytes) {
   if (!breaks_.Empty()) return ReplaceInPieces(bytes);
   const Writing writing(*this);
+  const bool all = SelectionStart() == 0 && SelectionEnd() == Length();
+  if (all || lines() == 1) TakeLineEnd(bytes);
   SendScintilla(SCI_TARGETFROMSELECTION);
   const auto start = static_cast<std::size_t>(SendScintilla(SCI_GETTARGETSTART));
   SendScintilla(SCI_REPLACETARGET, static_cast<unsigned long>(bytes.size()), bytes.data());

@@ -86,6 +86,8 @@ class SqlEditor : public QsciScintilla {
   /// Pixels that a wrapped line may take.
   [[nodiscard]] int WidthForText() const;
   [[nodiscard]] double WidthOf(std::string_view character) const;
+  /// New lines end from now on as the first one of `bytes` does.
+  void TakeLineEnd(std::string_view bytes);
   void Append(std::string_view bytes);
   void AppendInPieces(std::string_view bytes);
   void ReplaceInPieces(std::string_view bytes);

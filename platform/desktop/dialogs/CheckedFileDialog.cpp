@@ -24,7 +24,13 @@ QString CheckedFileDialog::Chosen() const {
   return files.isEmpty() ? QString() : files.first();
 }
 
+void CheckedFileDialog::CompleteName() {
+  setDefaultSuffix(QString());
+  if (save_ || !QFileInfo::exists(Chosen())) setDefaultSuffix(extension_);
+}
+
 void CheckedFileDialog::accept() {
+  CompleteName();
   const QFileInfo file(Chosen());
   if (file.isDir()) return QFileDialog::accept();
   Message message;

@@ -11,6 +11,10 @@ class CheckedFileDialog final : public QFileDialog {
  public:
   CheckedFileDialog(QWidget* owner, bool save, int flags, EventLoops& loops);
 
+  /// Sets the ending that a name typed without one gets. A file that is there under the bare name
+  /// is opened as it is.
+  void SetDefaultExtension(const QString& extension) { extension_ = extension; }
+
   /// The path that would be chosen now.
   [[nodiscard]] QString Chosen() const;
 
@@ -18,10 +22,12 @@ class CheckedFileDialog final : public QFileDialog {
   void accept() override;
 
  private:
+  void CompleteName();
   [[nodiscard]] QString Objection() const;
 
   bool save_;
   int flags_;
+  QString extension_;
   EventLoops& loops_;
 };
 

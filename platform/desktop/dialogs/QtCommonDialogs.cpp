@@ -17,25 +17,25 @@ QWidget* WindowOf(const QPointer<QWidget>& owner) {
   return owner == nullptr ? nullptr : owner->window();
 }
 
-/// The settings' folder, else the one where the proposed file lies, else the current one.
-QString FolderFor(const FileDialog& settings) {
-  if (!settings.initialFolder.empty()) return ToQt(settings.initialFolder);
-  if (settings.fileName.empty()) return QDir::currentPath();
-  return QFileInfo(ToQt(settings.fileName)).absolutePath();
-}
-
 }  // namespace
+
+std::string QtFileDialog::Folder() const {
+  if (!initialFolder.empty()) return lastFolder_.empty() ? initialFolder : lastFolder_;
+  if (fileName.empty()) return FromQt(QDir::currentPath());
+  return FromQt(QFileInfo(ToQt(fileName)).absolutePath());
+}
 
 bool QtFileDialog::Show(bool save) {
   CheckedFileDialog dialog(WindowOf(owner_), save, flags, loops_);
-  dialog.setDirectory(FolderFor(*this));
+  dialog.setDirectory(ToQt(Folder()));
   dialog.setNameFilters(NameFilters(filter));
-  dialog.setDefaultSuffix(ToQt(defaultExtension));
+  dialog.SetDefaultExtension(ToQt(defaultExtension));
   if (!fileName.empty()) dialog.selectFile(QFileInfo(ToQt(fileName)).fileName());
   if (loops_.Run(dialog) != QDialog::Accepted) return false;
   const QFileInfo chosen(dialog.Chosen());
   fileName = FromQt(chosen.absoluteFilePath());
   fileTitle = FromQt(chosen.fileName());
+  lastFolder_ = FromQt(chosen.absolutePath());
   if ((flags & fileDialogFlag::noChangeDir) == 0) QDir::setCurrent(chosen.absolutePath());
   return true;
 }

@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <functional>
+#include <map>
 #include <string>
 
 #include "platform/desktop/base/Scale.h"
@@ -26,6 +27,8 @@ struct DesktopCore {
   DeferQueue deferred;
   /// Shows help on a context number, or, when that is 0, on the form of that name.
   std::function<void(const std::string& form, int context)> showHelp;
+  /// Where each file dialog of each form was used last; empty before.
+  std::map<std::string, std::string> lastFolders;
   FrameWindow* frame = nullptr;  ///< The frame that is loaded, if any.
 };
 

@@ -49,8 +49,11 @@ void DialogWindow::ShowModal(Window* owner) {
   PutAbove(above);
   OuterActivated();
   TellFirstSize();
-  if (IsTool()) core_.loops.RunLater(Dialog(), toolDelayMilliseconds);
-  else core_.loops.Run(Dialog());
+  EventLoops& loops = core_.loops;
+  const QPointer<QWidget> alive(&Outer());
+  if (IsTool()) loops.RunLater(Dialog(), toolDelayMilliseconds);
+  else loops.Run(Dialog());
+  if (loops.Ending() && alive != nullptr) Unload(UnloadReason::Code);
 }
 
 void DialogWindow::ShowAboveSoon(Window& owner) {

@@ -83,8 +83,23 @@ class EventLoops::Running {
   EventLoops& loops_;
 };
 
+void EventLoops::EndAll() {
+  ending_ = true;
+  while (QWidget* menu = QApplication::activePopupWidget())
+    if (!menu->close()) break;
+  for (QEventLoop* loop : running_) loop->exit(0);
+}
+
+int EventLoops::Exec(QEventLoop& loop) {
+  running_.push_back(&loop);
+  const int result = loop.exec();
+  running_.pop_back();
+  return result;
+}
+
 /// Unlike QDialog::exec this also returns when the dialog is hidden while it is being shown.
 int EventLoops::Run(QDialog& dialog) {
+  if (ending_) return QDialog::Rejected;
   const Running running(*this);
   const QPointer<QDialog> alive(&dialog);
   QEventLoop loop;
@@ -92,7 +107,7 @@ int EventLoops::Run(QDialog& dialog) {
   dialog.setResult(QDialog::Rejected);
   dialog.setWindowModality(Qt::ApplicationModal);
   dialog.show();
-  if (alive != nullptr && dialog.isVisible()) loop.exec();
+  if (alive != nullptr && dialog.isVisible()) Exec(loop);
   if (alive == nullptr) return QDialog::Rejected;
   dialog.hide();
   dialog.setWindowModality(Qt::NonModal);
@@ -100,6 +115,7 @@ int EventLoops::Run(QDialog& dialog) {
 }
 
 int EventLoops::RunLater(QDialog& dialog, int milliseconds) {
+  if (ending_) return QDialog::Rejected;
   const Running running(*this);
   const QPointer<QDialog> alive(&dialog);
   {
@@ -108,7 +124,7 @@ int EventLoops::RunLater(QDialog& dialog, int milliseconds) {
     awaited_ = &dialog;
     wait_ = &wait;
     QTimer::singleShot(milliseconds, &wait, [&wait] { wait.exit(1); });
-    const bool isLong = wait.exec() != 0;
+    const bool isLong = Exec(wait) != 0;
     awaited_ = nullptr;
     wait_ = nullptr;
     if (!isLong || alive == nullptr) return QDialog::Rejected;
@@ -121,6 +137,7 @@ void EventLoops::EndWait(const QDialog& dialog) {
 }
 
 void EventLoops::Run(QMenu& menu, const QPoint& place) {
+  if (ending_) return;
   const Running running(*this);
   menu.exec(place);
 }

@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QPoint>
 #include <functional>
+#include <vector>
 
 class QDialog;
 class QEventLoop;
@@ -19,6 +20,11 @@ class EventLoops {
   [[nodiscard]] int Depth() const { return depth_; }
   /// Called when the depth has come back to 0.
   std::function<void()> becameIdle;
+
+  /// Ends all that run now as if the user had given up; from now on none begins: dialogs and menus
+  /// are not shown.
+  void EndAll();
+  [[nodiscard]] bool Ending() const { return ending_; }
 
   /// Shows the dialog modally and returns its result when it has been hidden.
   int Run(QDialog& dialog);
@@ -42,8 +48,12 @@ class EventLoops {
  private:
   class Running;
 
+  int Exec(QEventLoop& loop);
+
   int depth_ = 0;
-  QElapsedTimer sinceRound_;  ///< Since the end of the last round of pending events.
+  bool ending_ = false;
+  std::vector<QEventLoop*> running_;  ///< The innermost last.
+  QElapsedTimer sinceRound_;          ///< Since the end of the last round of pending events.
   const QDialog* awaited_ = nullptr;
   QEventLoop* wait_ = nullptr;
 };

@@ -106,8 +106,10 @@ Timer& QtWindow::TimerNamed(std::string_view name) {
 }
 
 FileDialog& QtWindow::FileDialogNamed(std::string_view name) {
-  return Named(fileDialogs_, name,
-               [this] { return std::make_unique<QtFileDialog>(*root_, core_.loops); });
+  return Named(fileDialogs_, name, [&] {
+    std::string& lastFolder = core_.lastFolders[formName_ + "." + std::string(name)];
+    return std::make_unique<QtFileDialog>(*root_, core_.loops, lastFolder);
+  });
 }
 
 ColorDialog& QtWindow::ColorDialogNamed(std::string_view name) {
@@ -184,6 +186,7 @@ void QtWindow::HandlerFailed(std::exception_ptr failure) noexcept {
 }
 
 bool QtWindow::AskToUnload(UnloadReason reason) {
+  if (core_.loops.Ending()) return true;
   const std::weak_ptr<const int> token = token_;
   bool refuse = false;
   closing_ = true;
