@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -22,6 +23,27 @@ enum class SchemaRowset {
                  ///< TABLE"), DESCRIPTION, NEEDS_SCHEMA (SQL finds the table only with its schema,
                  ///< or else its catalog, in front). Restrictions: TABLE_CATALOG, TABLE_SCHEMA,
                  ///< TABLE_NAME, TABLE_TYPE.
+};
+
+/// What the user's own transaction is like.
+enum class UserTransaction {
+  None,
+  Waiting,  ///< None yet: autocommit is off, and the next statement begins one.
+  Open,
+  Failed,  ///< Nothing but its end is accepted.
+  Unknown  ///< The database does not tell.
+};
+
+/// Whether `state` is that of a transaction whose work is lost with the session.
+[[nodiscard]] constexpr bool IsUnderWay(UserTransaction state) {
+  return state == UserTransaction::Open || state == UserTransaction::Failed;
+}
+
+/// The user's own transaction as a connection saw it last.
+struct TransactionState {
+  UserTransaction state = UserTransaction::None;
+  /// When it was first seen, while it is under way.
+  std::chrono::system_clock::time_point since = {};
 };
 
 /// Option of Connection::Open: return at once, ConnectComplete follows.
@@ -63,10 +85,11 @@ class Connection {
   virtual void ClearErrors() = 0;
 
   /// Provider properties, read at Open: "Data Source Object Threading Model" (bit 0: asynchronous
-  /// work is possible), "DBMS Name", "DBMS Version", "Provider Name", "Identifier Quote Character"
-  /// and more. "Bracket Identifiers" is 0 where a name may not stand in brackets; where that is not
-  /// told it may. "Schema By Rowsets" is 1 where the schema rowsets tell the tables of the catalog
-  /// in use better than the standard views do.
+  /// work is possible), "DBMS Name", "DBMS Version", "Provider Name", "Identifier Quote Character",
+  /// "Catalog Change Ends Session" (boolean: a transaction does not outlive it) and more. "Bracket
+  /// Identifiers" is 0 where a name may not stand in brackets; where that is not told it may.
+  /// "Schema By Rowsets" is 1 where the schema rowsets tell the tables of the catalog in use better
+  /// than the standard views do.
   [[nodiscard]] virtual const Properties& ProviderProperties() const = 0;
 
   /// The catalog in use; empty when the database has none. Reading it never waits for a running
@@ -75,6 +98,11 @@ class Connection {
   /// Changes the catalog in use; raises Error and leaves it as it was on failure. Waits for the
   /// database.
   virtual void SetDefaultDatabase(const std::string& name) = 0;
+
+  /// The user's own transaction, as the database told after the last command, change of a row or
+  /// change of the catalog; None while the connection is closed. Reading it never waits for a
+  /// running command.
+  [[nodiscard]] virtual TransactionState Transaction() const = 0;
 
   /// A schema rowset, fetched whole. `restrictions` stand in the order given at SchemaRowset; an
   /// empty or missing one restricts nothing. Raises Error(notSupported) when the provider has no
@@ -100,6 +128,9 @@ class Connection {
   /// The end of an execution: records affected (-1 unknown), the error or null, the status, the
   /// recordset that was opened. The recordset's State tells whether rows follow.
   Event<std::int64_t, const ErrorInfo*, EventStatus, Recordset*> ExecuteComplete;
+  /// The state of Transaction changed, or the session ended: a notice of its own, behind those of
+  /// what did it.
+  Event<> TransactionChanged;
 };
 
 /// The door to every database.

@@ -56,9 +56,11 @@ frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
       lblWarning_(window_->Find<Label>("lblWarning")),
       dataGrid_(window_->Find<DataGrid>("DataGrid")),
       menuRecords_(window_->Menu("menuRecords")),
+      topRow_(*window_),
       status_(global.TheDesktop().TheClock(), txtStatus_, cmdCnErrors_),
       history_(global.TheDesktop(), *window_, *this),
       editing_(global, async, host, *window_, [this] { FocusRecords(); }),
+      transaction_(global, async, *window_),
       blobs_(global, *window_, editing_),
       conversion_(global, *window_, async, host) {
   Form_Load();
@@ -74,6 +76,7 @@ void frmRecords::Form_Load() {
   window_->SetHelpContext(windowContext);
   mCn_ = global_.Data().CreateConnection();
   mCn_->SetCursorLocation(clientSideCursors);
+  mCn_->TransactionChanged = [this] { ShowTransaction(); };
   WireControls();
   WireMenus();
   Form_Resize();
@@ -82,7 +85,10 @@ void frmRecords::Form_Load() {
 void frmRecords::WireControls() {
   window_->KeyDown = [this](KeyEvent& event) { Form_KeyDown(event); };
   window_->Resize = [this] { Form_Resize(); };
-  window_->QueryUnload = [this](bool& refuse, UnloadReason) { refuse = !MayEndSession(); };
+  window_->QueryUnload = [this](bool& refuse, UnloadReason reason) {
+    using Session = OpenTransaction::Session;
+    refuse = !MayEndSession(reason == UnloadReason::Frame ? Session::Ends : Session::GoesOn);
+  };
   window_->Unloaded = [this] { Form_Unload(); };
   cmdCnErrors_.Click = [this] { cmdCnErrors_Click(); };
   cmdReconnect_.Click = [this] { cmdReconnect_Click(); };
@@ -110,8 +116,16 @@ void frmRecords::WireMenus() {
   };
 }
 
-/// What would be lost with the rows is asked about first.
-bool frmRecords::MayEndSession() { return editing_.MayLeaveRows(); }
+/// What would be lost is asked about first: the change, which may become part of the transaction,
+/// and the transaction.
+bool frmRecords::MayEndSession(OpenTransaction::Session session) {
+  return editing_.MayLeaveRows() && transaction_.MayEnd(mCn_, session);
+}
+
+void frmRecords::ShowTransaction() {
+  transaction_.Show(*mCn_);
+  Form_Resize();
+}
 
 void frmRecords::Form_Unload() {
   if (unloaded_) return;
@@ -123,6 +137,7 @@ void frmRecords::Form_Unload() {
   } catch (const Error&) {
     // The window goes all the same.
   }
+  mCn_->TransactionChanged = nullptr;
   mCn_.reset();
   host_.CountRecordsWindow(-1);
   if (onUnloaded) onUnloaded();
@@ -169,6 +184,7 @@ bool frmRecords::OpenConnection() {
   freeThreaded_ = AllowsAsynchronousWork(*mCn_);
   conversion_.SetQuoting(NameQuoting(mCn_->ProviderProperties()));
   ListCatalogs();
+  ShowTransaction();
   return (mCn_->State() & objectState::open) != 0;  // A cancel may have cost the connection.
 }
 
@@ -207,13 +223,14 @@ void frmRecords::cboCatalog_Click() {
   if (!cboCatalog_.Visible() || choosingCatalog_) return;
   choosingCatalog_ = true;
   const std::string name = cboCatalog_.Text();
+  const std::string before = mCn_->DefaultDatabase();
   try {
     if (MayChangeCatalog() && UseCatalog(name))
       SetStatus("Using '" + mCn_->DefaultDatabase() + "'.", statusColor::plain);
-    else cboCatalog_.SetText(mCn_->DefaultDatabase());
+    else cboCatalog_.SetText(before);
   } catch (const Error& error) {
     help_.Show("Error using '" + name + "': " + error.Description(), MessageIcon::Critical);
-    cboCatalog_.SetText(mCn_->DefaultDatabase());
+    cboCatalog_.SetText(before);
   }
   choosingCatalog_ = false;
   FollowCatalog();
@@ -239,7 +256,12 @@ void frmRecords::FollowCommand() {
 }
 
 /// The rows stay on show, but they are the former catalog's.
-bool frmRecords::MayChangeCatalog() { return editing_.MayLeaveRows() && editing_.DropChange(); }
+bool frmRecords::MayChangeCatalog() {
+  const bool endsSession = mCn_->ProviderProperties().Number("Catalog Change Ends Session", 0) != 0;
+  return editing_.MayLeaveRows() &&
+         (!endsSession || transaction_.MayEnd(mCn_, OpenTransaction::Session::GoesOn)) &&
+         editing_.DropChange();
+}
 
 /// Some databases want the name in brackets, others as it is. False when the user cancelled.
 bool frmRecords::UseCatalog(const std::string& name) {
@@ -251,7 +273,7 @@ bool frmRecords::UseCatalog(const std::string& name) {
 }
 
 void frmRecords::cmdReconnect_Click() {
-  if (!MayEndSession()) return FocusRecords();
+  if (!MayEndSession(OpenTransaction::Session::GoesOn)) return FocusRecords();
   dataGrid_.SetDataSource(nullptr);
   EnableRecords(false);
   cboCatalog_.SetVisible(false);
@@ -261,6 +283,7 @@ void frmRecords::cmdReconnect_Click() {
     // It is opened anew in any case.
   }
   mCn_->ClearErrors();
+  ShowTransaction();
   SetStatus("Disconnected.", statusColor::plain);
   try {
     const bool connected = OpenConnection();
@@ -407,6 +430,7 @@ void frmRecords::ShowRecordset(const std::shared_ptr<Recordset>& recordset) {
   editing_.ShowRecordset(*recordset, freeThreaded_);
   PlaceGrid(window_->ScaleWidth(), window_->ScaleHeight());
   dataGrid_.SetDataSource(recordset);
+  editing_.LockColumns(*recordset);
   blobs_.ShowRecordset(*recordset);
 }
 

@@ -13,11 +13,13 @@
 #include "platform/Label.h"
 #include "platform/ListControls.h"
 #include "results/BlobTransfer.h"
+#include "results/OpenTransaction.h"
 #include "results/QueryHistory.h"
 #include "results/RecordConversion.h"
 #include "results/RecordEditing.h"
 #include "results/RecordsHost.h"
 #include "results/StatusLine.h"
+#include "results/TopRow.h"
 #include "schema/TagScanner.h"
 
 namespace tessel {
@@ -86,10 +88,9 @@ class frmRecords : private QueryRunner, private TagResolver {
   void Form_Load();
   void WireControls();
   void WireMenus();
-  [[nodiscard]] bool MayEndSession();
+  [[nodiscard]] bool MayEndSession(OpenTransaction::Session session);
   void Form_Unload();
   void Form_Resize();
-  void PlaceTopRow(int width);
   void PlaceGrid(int width, int height);
   void Form_KeyDown(KeyEvent& event);
   bool HandleKey(int keyCode, int shift);
@@ -105,6 +106,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   [[nodiscard]] bool MayChangeCatalog();
   [[nodiscard]] bool UseCatalog(const std::string& name);
   void cmdReconnect_Click();
+  void ShowTransaction();
 
   [[nodiscard]] std::optional<SubstitutedText> Preprocess(const std::string& taggedSQL);
   bool ExecuteSQL(Execution execution);
@@ -155,9 +157,11 @@ class frmRecords : private QueryRunner, private TagResolver {
   Label& lblWarning_;
   DataGrid& dataGrid_;
   MenuItem& menuRecords_;
+  TopRow topRow_;
   StatusLine status_;
   QueryHistory history_;
   RecordEditing editing_;
+  OpenTransaction transaction_;
   BlobTransfer blobs_;
   RecordConversion conversion_;
 
@@ -169,6 +173,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   bool choosingCatalog_ = false;
   bool loadSchemaFromDB_ = false;
   std::string catalogInTree_;  ///< Whose tables the schema browser shows.
+  int lowered_ = 0;            ///< What stands below the top row is, in twips, when that is folded.
   bool unloaded_ = false;
 };
 

@@ -11,21 +11,16 @@ namespace {
 constexpr int margin = 60;
 constexpr int minimumHeight = 2400;
 constexpr int minimumWidth = 1800;
+constexpr int statusTop = 420;
+constexpr int warningTop = 750;
 constexpr int gridTop = 840;
 constexpr int gridTopWithWarning = 960;
 
-void SetWidth(Control& control, int width) {
+void SetTopAndWidth(Control& control, int top, int width) {
   Rect bounds = control.Bounds();
+  bounds.top = top;
   bounds.width = width;
   control.SetBounds(bounds);
-}
-
-/// Puts the control's right edge at `right`; returns where the next one to its left ends.
-int PlaceAtRight(Control& control, int right) {
-  Rect bounds = control.Bounds();
-  bounds.left = right - bounds.width;
-  control.SetBounds(bounds);
-  return bounds.left - margin;
 }
 
 /// Presses a button that shows; true when it could be pressed.
@@ -44,23 +39,15 @@ void frmRecords::Form_Resize() {
     return window_->SetBounds({bounds.left, bounds.top, std::max(bounds.width, minimumWidth),
                                std::max(bounds.height, minimumHeight)});
   const int width = window_->ScaleWidth();
-  PlaceTopRow(width);
-  SetWidth(txtStatus_, width - 2 * margin);
-  SetWidth(lblWarning_, width - 2 * margin);
+  lowered_ = topRow_.Place(width);
+  SetTopAndWidth(txtStatus_, statusTop + lowered_, width - 2 * margin);
+  SetTopAndWidth(lblWarning_, warningTop + lowered_, width - 2 * margin);
   PlaceGrid(width, window_->ScaleHeight());
-}
-
-void frmRecords::PlaceTopRow(int width) {
-  int right = width - margin;
-  right = PlaceAtRight(cboCatalog_, right);
-  right = PlaceAtRight(cmdReconnect_, right);
-  right = PlaceAtRight(cmdCnErrors_, right);
-  PlaceAtRight(lblTimer_, right);
 }
 
 /// The grid fills what is left below the status line, and below the warning when it shows.
 void frmRecords::PlaceGrid(int width, int height) {
-  const int top = lblWarning_.Visible() ? gridTopWithWarning : gridTop;
+  const int top = lowered_ + (lblWarning_.Visible() ? gridTopWithWarning : gridTop);
   dataGrid_.SetBounds({margin, top, width - 2 * margin, std::max(height - margin - top, 0)});
 }
 

@@ -105,7 +105,7 @@ void DataConnection::Close() {
 void DataConnection::ReleaseRunning() {
   const std::shared_ptr<ClientRecordset> recordset = runningFor_.lock();
   if (recordset && running_) {
-    recordset->EndRows(running_.get());
+    recordset->EndRows(running_.get(), {});
     recordset->EndChange(running_.get());
   }
   const std::shared_ptr<ResultRows> rows = runningRows_.lock();
@@ -120,6 +120,8 @@ void DataConnection::DropHost() {
   sessionOpen_ = false;
   catalog_.clear();
   properties_.Clear();
+  transaction_ = {};
+  AnnounceTransaction();
 }
 
 int DataConnection::State() const {
@@ -169,9 +171,24 @@ void DataConnection::Finish(const Task& task, const TaskNews& news) {
   if (!news.ended) return;
   running_.reset();
   if (news.catalog) catalog_ = *news.catalog;
+  if (news.transaction) NoteTransaction(*news.transaction);
   if (!news.sessionLost) return;
   givenUp_ = true;
   DropHost();
+}
+
+void DataConnection::NoteTransaction(UserTransaction state) {
+  const UserTransaction before = std::exchange(transaction_.state, state);
+  if (before == state) return;
+  if (!IsUnderWay(before)) transaction_.since = std::chrono::system_clock::now();
+  AnnounceTransaction();
+}
+
+void DataConnection::AnnounceTransaction() {
+  const std::weak_ptr<DataConnection> weak = weak_from_this();
+  services_.queue.Post(weak, [weak, failures = services_.failures] {
+    if (const auto self = weak.lock()) self->TransactionChanged.Raise(failures);
+  });
 }
 
 void DataConnection::Call(CallTask::Body body) {
@@ -278,11 +295,13 @@ void DataConnection::DeliverRows(Execution& execution, TaskNews& news, FailureSi
 }
 
 void DataConnection::DeliverEnd(Execution& execution, const TaskNews& news, FailureSink& failures) {
+  RowOrigin origin{connectionString_, news.catalog.value_or(catalog_)};
   Finish(*execution.task, news);
   execution.ended = true;
   execution.failure = news.failure;
   const auto recordset = execution.recordset.lock();
-  if (recordset) recordset->EndRows(execution.task.get(), news.key, news.fields);
+  if (recordset)
+    recordset->EndRows(execution.task.get(), {std::move(origin), news.key, news.fields});
   if (!execution.hasRows) {
     RaiseExecuted(execution, news, failures);
   } else if (recordset && execution.asyncFetch) {

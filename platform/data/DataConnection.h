@@ -62,6 +62,7 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
 
   [[nodiscard]] std::string DefaultDatabase() const override { return catalog_; }
   void SetDefaultDatabase(const std::string& name) override;
+  [[nodiscard]] TransactionState Transaction() const override { return transaction_; }
   [[nodiscard]] std::shared_ptr<Recordset>
   OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
   [[nodiscard]] std::shared_ptr<Recordset>
@@ -70,6 +71,8 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   [[nodiscard]] std::shared_ptr<Recordset> CreateRecordset() override;
 
   // --- for its recordsets ----------------------------------------------------------------------
+  /// Where rows that were read now would come from.
+  [[nodiscard]] RowOrigin Origin() const { return {connectionString_, catalog_}; }
   /// Runs `sql` for `recordset`, whose rows it becomes. Raises what Recordset::Open says.
   void Execute(const std::shared_ptr<ClientRecordset>& recordset, const std::string& sql,
                int options);
@@ -118,12 +121,15 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   void DeliverChange(const Writing& writing);
   void FinishChange(const Writing& writing, const TaskNews& news);
   void Finish(const Task& task, const TaskNews& news);
+  void NoteTransaction(UserTransaction state);
+  void AnnounceTransaction();
 
   ConnectionServices services_;
   std::string connectionString_;
   std::vector<ErrorInfo> errors_;
   Properties properties_;
   std::string catalog_;
+  TransactionState transaction_;
 
   std::shared_ptr<SessionHost> host_;  ///< From Open to Close, else null.
   std::shared_ptr<Task> running_;      ///< Until its end is delivered.

@@ -86,7 +86,8 @@ class ProviderSession {
 
   /// How statements that change rows are to be written for this database; null: it cannot be done.
   [[nodiscard]] virtual const WriteDialect* Writing() { return nullptr; }
-  /// Whether the user has a transaction open on this session.
+  /// What the user's transaction on this session is like; read after each task, so it must be quick
+  /// and change nothing.
   [[nodiscard]] virtual UserTransaction Transaction() { return UserTransaction::None; }
   /// Runs one statement with its parameters, to its end.
   [[nodiscard]] virtual StatementResult RunStatement(const RowStatement& statement,

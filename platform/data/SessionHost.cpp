@@ -110,9 +110,19 @@ void SessionHost::RunTask(Task& task) {
     failure = error.Info();
   }
   const bool lost = SessionIsLost(failure.has_value());
+  if (opened_ && !lost) TellTransaction(task);
   task.End(std::move(failure), lost);
   SetRunning(nullptr);
   session_->TidyUp();
+}
+
+/// The task itself is done: what goes wrong here does not make it a failure.
+void SessionHost::TellTransaction(Task& task) noexcept {
+  try {
+    task.TellTransaction(session_->Transaction());
+  } catch (const std::exception&) {
+    return;
+  }
 }
 
 bool SessionHost::SessionIsLost(bool failed) { return failed && opened_ && !session_->IsAlive(); }

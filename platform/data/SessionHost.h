@@ -39,6 +39,7 @@ class SessionHost : public std::enable_shared_from_this<SessionHost> {
   void Work();
   [[nodiscard]] std::shared_ptr<Task> NextTask();
   void RunTask(Task& task);
+  void TellTransaction(Task& task) noexcept;
   [[nodiscard]] bool SessionIsLost(bool failed);
   void SetRunning(Task* task);
   void CancelUntilEnded(const Task& task);

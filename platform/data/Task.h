@@ -32,8 +32,9 @@ struct TaskNews {
   bool ended = false;  ///< Said once.
   std::optional<ErrorInfo> failure;
   bool sessionLost = false;
-  std::optional<std::string> catalog;  ///< The one in use, where it is known.
-  std::vector<std::size_t> key;        ///< The fields of a whole unique key.
+  std::optional<std::string> catalog;          ///< The one in use, where it is known.
+  std::vector<std::size_t> key;                ///< The fields of a whole unique key.
+  std::optional<UserTransaction> transaction;  ///< The user's, where it is known.
 };
 
 /// One piece of work for a connection's worker, and what worker, cancelling threads and UI thread
@@ -53,6 +54,8 @@ class Task : public Operation {
   /// Whether Run has opened the session. Worker thread.
   [[nodiscard]] virtual bool OpenedSession() const { return false; }
 
+  /// Tells what the user's transaction is like after Run. Worker thread.
+  void TellTransaction(UserTransaction state);
   /// Ends the task with what Run came to. Worker thread.
   void End(std::optional<ErrorInfo> failure, bool sessionLost);
   /// Ends the task in the worker's place, the session lost: as cancelled, or as done when its work

@@ -326,5 +326,38 @@ TEST_F(EditingTest, AQueryWhileACellIsEditedAsksWhatBecomesOfIt) {
   EXPECT_EQ(Ask("SELECT name FROM item WHERE id = 1"), "bolt");
 }
 
+TEST_F(EditingTest, RowsThatBreakOffShowWithTheReason) {
+  Run("WITH RECURSIVE c(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM c WHERE n < 20) "
+      "SELECT CASE WHEN n > 10 THEN abs(-9223372036854775807 - 1) ELSE n END AS n FROM c");
+  ASSERT_TRUE(grid().Visible());
+  EXPECT_EQ(grid().DataSource()->RecordCount(), 10);
+  EXPECT_EQ(grid().ShownText(9, 0), "10");
+  const std::string status = records().Find<TextBox>("txtStatus").Text();
+  EXPECT_NE(status.find("]  10 record(s). "), std::string::npos) << status;
+  EXPECT_NE(status.find("overflow"), std::string::npos) << status;
+}
+
+TEST_F(EditingTest, ATransactionShowsAndIsAskedAboutBeforeItsWindowCloses) {
+  Run("BEGIN");
+  Run("DELETE FROM item");
+  auto& word = records().Find<Label>("lblTransaction");
+  EXPECT_TRUE(word.Visible());
+  const std::string shown = word.Caption();
+  ASSERT_TRUE(shown.starts_with("In transaction since ")) << shown;
+  EXPECT_EQ(WidgetAs<QWidget>(records(), "lblTransaction").accessibleName().toStdString(),
+            "Transaction: " + shown);
+  const std::string question =
+      "The connection 'Items' has a transaction open since " + shown.substr(shown.size() - 5) + ".";
+  host.Answers().OnMessage(question, MessageResult::Cancel);
+  host.CloseByControlBox(records());
+  EXPECT_TRUE(records().Loaded());
+  EXPECT_EQ(Ask("SELECT count(*) FROM item"), "3");
+  host.Answers().OnMessage(question, MessageResult::Yes);
+  host.CloseByControlBox(records());
+  host.Settle();
+  EXPECT_TRUE(program.Frame().RecordsWindows().empty());
+  EXPECT_EQ(Ask("SELECT count(*) FROM item"), "0") << "committed";
+}
+
 }  // namespace
 }  // namespace tessel::test

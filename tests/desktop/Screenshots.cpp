@@ -19,6 +19,7 @@
 #include "platform/desktop/base/Text.h"
 #include "platform/desktop/base/Theme.h"
 #include "platform/desktop/dialogs/MessageDialog.h"
+#include "results/TopRow.h"
 #include "tests/desktop/GeneratedRows.h"
 #include "tests/desktop/QtUser.h"
 
@@ -74,6 +75,15 @@ class Album {
     tags.SetColumnWidth(0, 1200);
   }
 
+  /// As its window does.
+  void PlaceRecords(Window& window, TopRow& row) {
+    const int lowered = row.Place(window.ScaleWidth());
+    const int width = window.ScaleWidth() - 120;
+    window.Find<Control>("txtStatus").SetBounds({60, 420 + lowered, width, 330});
+    const int top = 840 + lowered;
+    window.Find<Control>("DataGrid").SetBounds({60, top, width, window.ScaleHeight() - 60 - top});
+  }
+
   void FillRecords(Window& window) {
     window.SetCaption("Shop");
     auto& status = window.Find<TextBox>("txtStatus");
@@ -92,9 +102,11 @@ class Album {
     auto& grid = window.Find<DataGrid>("DataGrid");
     grid.SetDataSource(OrdersOf(1'000'000));
     grid.SetVisible(true);
-    const int width = window.ScaleWidth() - 120;
-    status.SetBounds({60, 420, width, 330});
-    grid.SetBounds({60, 840, width, window.ScaleHeight() - 900});
+    auto& transaction = window.Find<Label>("lblTransaction");
+    transaction.SetCaption("In transaction since 14:05");
+    transaction.SetBackColor(0x00BFFF);
+    transaction.SetForeColor(0x000000);
+    transaction.SetVisible(true);
   }
 
   void DrawFrame() {
@@ -110,11 +122,13 @@ class Album {
     for (const char* name : {"customer", "order_date", "order_id"}) options.AddItem(name);
     options.SetListIndex(1);
     const auto records = desktop_.MakeWindow("frmRecords");
+    TopRow row(*records);
     records->Show();
     SettleEvents();
     frame->Arrange(Tiling::Horizontal);
     SettleEvents();
     FillRecords(*records);
+    PlaceRecords(*records, row);
     Save(AsQt(*frame).Outer(), QStringLiteral("frmMDI"));
     records->Find<DataGrid>("DataGrid").SetSelBookmarks({1002, 1005});
     records->Find<DataGrid>("DataGrid").SetBackColor(0xD0FFFF);
@@ -126,6 +140,8 @@ class Album {
     options.SetVisible(true);
     Save(AsQt(*query).Root(), QStringLiteral("frmMain"));
     frame->Arrange(Tiling::Vertical);
+    SettleEvents();
+    PlaceRecords(*records, row);
     Save(AsQt(*frame).Outer(), QStringLiteral("frmMDI-vertical"));
     records->Find<DataGrid>("DataGrid").SetDataSource(nullptr);
   }

@@ -91,6 +91,19 @@ void FakeConnection::EndSession() {
   log_->closed.push_back(connectionString_);
   properties_.Clear();
   catalog_.clear();
+  transaction_ = {};
+  AnnounceTransaction();
+}
+
+void FakeConnection::NoteTransaction(UserTransaction state) {
+  const UserTransaction before = std::exchange(transaction_.state, state);
+  if (before == state) return;
+  if (!IsUnderWay(before)) transaction_.since = server_->transactionTime;
+  AnnounceTransaction();
+}
+
+void FakeConnection::AnnounceTransaction() {
+  queue_.Post(weak_from_this(), [this] { TransactionChanged.Raise(nullptr); });
 }
 
 void FakeConnection::LoseSession() {
@@ -254,6 +267,7 @@ void FakeConnection::EndCommand(Operation& operation) {
   if (running_.get() == &operation) {
     std::ranges::copy(result.notices, std::back_inserter(errors_));
     if (result.newCatalog && !operation.failure) catalog_ = *result.newCatalog;
+    if (result.transaction) NoteTransaction(*result.transaction);
   }
   const bool hadRows = operation.stage == objectState::fetching;
   End(operation);
@@ -349,6 +363,8 @@ std::shared_ptr<Recordset> FakeConnection::CreateCatalogChange(const std::string
     FakeResult done;
     done.newCatalog = server.FindCatalog(name);
     done.holdExecuting = server.holdCatalogChanges;
+    if (server.properties.Number("Catalog Change Ends Session", 0) != 0)
+      done.transaction = UserTransaction::None;
     return done;
   });
   return recordset;

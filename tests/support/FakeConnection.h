@@ -59,6 +59,7 @@ class FakeConnection final : public Connection,
   [[nodiscard]] const Properties& ProviderProperties() const override { return properties_; }
   [[nodiscard]] std::string DefaultDatabase() const override { return catalog_; }
   void SetDefaultDatabase(const std::string& name) override;
+  [[nodiscard]] TransactionState Transaction() const override { return transaction_; }
   [[nodiscard]] std::shared_ptr<Recordset>
   OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
   [[nodiscard]] std::shared_ptr<Recordset>
@@ -120,6 +121,8 @@ class FakeConnection final : public Connection,
   void End(Operation& operation);
   void Fail(Operation& operation, const ErrorInfo& failure);
   void EndSession();
+  void NoteTransaction(UserTransaction state);
+  void AnnounceTransaction();
 
   EventQueue& queue_;
   std::shared_ptr<FakeLog> log_;
@@ -131,6 +134,7 @@ class FakeConnection final : public Connection,
   std::vector<ErrorInfo> errors_;
   Properties properties_;
   std::string catalog_;
+  TransactionState transaction_;
 };
 
 }  // namespace tessel::test

@@ -105,6 +105,11 @@ FakeResult& FakeResult::NewCatalog(std::string name) {
   return *this;
 }
 
+FakeResult& FakeResult::Leaves(UserTransaction state) {
+  transaction = state;
+  return *this;
+}
+
 FakeResult& FakeResult::HoldExecuting() {
   holdExecuting = true;
   return *this;

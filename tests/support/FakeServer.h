@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -42,9 +43,10 @@ struct FakeResult {
   bool uniqueRows = true;
   bool hasUniqueRowsProperty = true;
   bool writable = true;  ///< The rows come from one table; the first field is its key when unique.
-  std::optional<std::string> newCatalog;  ///< The command changes the catalog in use.
-  bool holdExecuting = false;             ///< Runs until it is cancelled or resumed.
-  std::optional<std::size_t> holdAtRow;   ///< The fetch stops here until cancelled or resumed.
+  std::optional<std::string> newCatalog;       ///< The command changes the catalog in use.
+  std::optional<UserTransaction> transaction;  ///< What the user's is like afterwards.
+  bool holdExecuting = false;                  ///< Runs until it is cancelled or resumed.
+  std::optional<std::size_t> holdAtRow;        ///< The fetch stops here until cancelled or resumed.
 
   FakeResult& Notices(std::vector<ErrorInfo> list);
   FakeResult& FailAtRow(std::size_t row, ErrorInfo error);
@@ -53,6 +55,7 @@ struct FakeResult {
   FakeResult& WithoutProperties();
   FakeResult& Writable(bool canBeWritten);
   FakeResult& NewCatalog(std::string name);
+  FakeResult& Leaves(UserTransaction state);
   FakeResult& HoldExecuting();
   FakeResult& HoldAtRow(std::size_t row);
 };
@@ -87,6 +90,8 @@ class FakeServer {
   std::vector<FakeTable> tables;
   /// Of an open connection; "Data Source Object Threading Model" is 1 at first.
   Properties properties;
+  /// When transactions are first seen: at 14:05.
+  std::chrono::system_clock::time_point transactionTime{std::chrono::minutes(14 * 60 + 5)};
   /// Whether a catalog may be named in [brackets].
   bool takesBrackets = false;
 

@@ -13,6 +13,14 @@ std::string HeadlessClock::LongTime() const {
   return text.data();
 }
 
+std::string HeadlessClock::ShortTimeOf(std::chrono::system_clock::time_point moment) const {
+  const std::int64_t minutes = std::chrono::system_clock::to_time_t(moment) / 60;
+  std::array<char, 16> text{};
+  std::snprintf(text.data(), text.size(), "%02d:%02d", static_cast<int>(minutes / 60 % 24),
+                static_cast<int>(minutes % 60));
+  return text.data();
+}
+
 void HeadlessQueue::Post(std::weak_ptr<const void> owner, std::function<void()> notice) {
   const std::lock_guard lock(mutex_);
   notices_.emplace_back(std::move(owner), std::move(notice));

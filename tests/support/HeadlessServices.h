@@ -24,6 +24,9 @@ class HeadlessClock final : public Clock {
   [[nodiscard]] std::string LongTime() const override;
   /// Of the same day, the first of January 2026.
   [[nodiscard]] std::string UtcStamp() const override { return "2026-01-01T" + LongTime() + "Z"; }
+  /// The twin lives in universal time.
+  [[nodiscard]] std::string
+  ShortTimeOf(std::chrono::system_clock::time_point moment) const override;
   void Set(std::int64_t milliseconds) { now_ = milliseconds; }
 
  private:

@@ -193,10 +193,18 @@ void MariaConnection::SelectDatabase(const std::string& name) {
   if (mysql_select_db(connection_.get(), name.c_str()) != 0) Raise(connection_.get());
 }
 
-bool MariaConnection::InTransaction() const {
+unsigned MariaConnection::ServerStatus() const {
   unsigned status = 0;
   mariadb_get_infov(connection_.get(), MARIADB_CONNECTION_SERVER_STATUS, &status);
-  return (status & SERVER_STATUS_IN_TRANS) != 0 || (status & SERVER_STATUS_AUTOCOMMIT) == 0;
+  return status;
+}
+
+bool MariaConnection::InTransaction() const {
+  return (ServerStatus() & SERVER_STATUS_IN_TRANS) != 0;
+}
+
+bool MariaConnection::CommitsByItself() const {
+  return (ServerStatus() & SERVER_STATUS_AUTOCOMMIT) != 0;
 }
 
 std::string MariaConnection::Quoted(const std::string& text) const {

@@ -162,8 +162,8 @@ class MariaConnection {
   [[nodiscard]] MariaStatement Prepare(const std::string& sql) {
     return MariaStatement(connection_.get(), sql);
   }
-  /// A transaction is open, or will be with the next statement.
   [[nodiscard]] bool InTransaction() const;
+  [[nodiscard]] bool CommitsByItself() const;
 
   /// `text` as a literal, within quotes.
   [[nodiscard]] std::string Quoted(const std::string& text) const;
@@ -181,6 +181,7 @@ class MariaConnection {
   struct Close {
     void operator()(MYSQL* connection) const { mysql_close(connection); }
   };
+  [[nodiscard]] unsigned ServerStatus() const;
   void ApplyOptions(const MariaLogin& login);
   void SetText(mysql_option option, const std::string& value);
 

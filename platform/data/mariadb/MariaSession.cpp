@@ -43,6 +43,7 @@ ErrorInfo Warning(std::string text) {
 void MariaSession::RaiseFailure(const Error& error, const Operation& operation) {
   result_ = MariaResult();
   ended_ = true;
+  statusIsOld_ = true;
   lost_ = lost_ || SaysSessionIsLost(error.Info());
   if (operation.StopAsked() && SaysInterrupted(error.Info())) throw CancelledError();
   throw error;

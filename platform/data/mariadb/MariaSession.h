@@ -73,6 +73,7 @@ class MariaSession : public ProviderSession {
   std::unique_ptr<MariaConnection> connection_;
   WriteDialect dialect_;
   bool lost_ = false;
+  bool statusIsOld_ = false;  ///< Of the server: the last answer was an error.
   CancelSwitch cancel_{[this] { SendKill(); }};
 
   // The command that runs, or ran last.

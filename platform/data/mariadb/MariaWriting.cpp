@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "platform/data/WriteDialects.h"
 #include "platform/data/mariadb/MariaSession.h"
 
@@ -33,8 +35,13 @@ void MariaSession::ChooseDialect() {
       MariaDialect(connection_->IsMariaDb() ? "MariaDB" : "MySQL", connection_->ServerVersion());
 }
 
+/// An error says nothing of the transaction, and one of a deadlock ends it: then the server is
+/// asked by a statement that does nothing.
 UserTransaction MariaSession::Transaction() {
-  return connection_->InTransaction() ? UserTransaction::Open : UserTransaction::None;
+  if (std::exchange(statusIsOld_, false) && connection_->InTransaction())
+    RunControl("do 0", nullptr);
+  if (connection_->InTransaction()) return UserTransaction::Open;
+  return connection_->CommitsByItself() ? UserTransaction::None : UserTransaction::Waiting;
 }
 
 StatementResult MariaSession::RunStatement(const RowStatement& text, Operation& operation) {

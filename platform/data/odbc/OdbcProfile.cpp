@@ -10,6 +10,7 @@ namespace tessel::odbc {
 namespace {
 
 using CatalogChange = DriverProfile::CatalogChange;
+using Server = DriverProfile::Server;
 
 /// Without indexes of a part of the rows, of expressions and of columns that are only included.
 constexpr std::string_view uniqueIndexesOfPostgreSql =
@@ -50,7 +51,8 @@ WriteDialect SqliteWriting() {
   return dialect;
 }
 
-/// Protocol: with its default the driver rolls the user's transaction back after any error.
+/// Protocol: with its default the driver rolls the user's transaction back after any error. What
+/// runs alone begins with its transaction; within the user's own it begins later.
 DriverProfile PostgreSql() {
   return {.name = "PostgreSQL",
           .marks = {"postgres", "psqlodbc"},
@@ -64,8 +66,8 @@ DriverProfile PostgreSql() {
           .typeRules = {{"money", {DataType::VarChar, CellForm::Text}}},
           .uniqueIndexQuery = uniqueIndexesOfPostgreSql,
           .readOnlyColumnsQuery = readOnlyColumnsOfPostgreSql,
-          .writing = [](auto, auto) { return PostgresDialect(); },
-          .noTransactionState = "25P01",
+          .writing = [](const Server&) { return PostgresDialect(); },
+          .transactionQuery = "select case when now() = statement_timestamp() then 0 else 1 end",
           .failedTransactionState = "25P02",
           .textEndsAtZero = true,
           .catalogChange = CatalogChange::Reconnect,
@@ -90,8 +92,9 @@ DriverProfile MariaDb() {
           .zeroIsNoCount = false,
           .tellsBaseColumns = true,
           .readOnlyColumnsQuery = readOnlyColumnsOfMariaDb,
-          .writing = &MariaDialect,
-          .transactionQuery = "select @@in_transaction or not @@autocommit",
+          .writing = [](const Server& server) { return MariaDialect(server.name, server.version); },
+          .transactionQuery = "select case when @@in_transaction then 1"
+                              " when @@autocommit then 0 else 2 end",
           .takesNumbers = true,
           .noCatalog = "null",
           .needsCatalog = true,
@@ -106,16 +109,24 @@ DriverProfile Sqlite() {
           .madeUpSizes = {255, 65536},
           .aliasHidesColumn = true,
           .readOnlyColumnsQuery = readOnlyColumnsOfSqlite,
-          .writing = [](auto, auto) { return SqliteWriting(); },
+          .writing = [](const Server&) { return SqliteWriting(); },
           .takesNumbers = true,
           .textEndsAtZero = true,
           .catalogChange = CatalogChange::None};
 }
 
+WriteDialect Unknown(const Server& server) {
+  const bool quotes = !server.quote.empty() && server.quote.front() != ' ';
+  WriteDialect dialect = UnknownDialect(quotes ? server.quote.front() : '\0');
+  dialect.namesCatalog = server.namesCatalog;
+  return dialect;
+}
+
 DriverProfile FreeTds() {
   return {.name = "SQL Server",
           .marks = {"freetds", "tdsodbc"},
-          .defaults = {{"TDS_Version", "7.4"}, {"ClientCharset", "UTF-8"}}};
+          .defaults = {{"TDS_Version", "7.4"}, {"ClientCharset", "UTF-8"}},
+          .writing = [](const Server&) { return SqlServerDialect(); }};
 }
 
 /// Crashes in SQLStatistics; has no reason to tell when the file is not there.
@@ -143,7 +154,8 @@ std::string AsciiLowerText(std::string_view text) {
 }  // namespace
 
 const DriverProfile& ProfileOf(std::string_view driver) {
-  static const DriverProfile unknown = {.name = "ODBC"};
+  static const DriverProfile unknown = {
+      .name = "ODBC", .writing = [](const Server& server) { return Unknown(server); }};
   const std::string lower = AsciiLowerText(driver);
   const auto fits = [&](const DriverProfile& profile) {
     return std::ranges::any_of(profile.marks, [&](std::string_view mark) {

@@ -45,8 +45,10 @@ struct DriverProfile {
   bool zeroIsNoCount = true;
 
   // --- results --------------------------------------------------------------------------------
-  bool isSlowToDropResults = false;       ///< It holds them whole; others may be open beside them.
-  bool tellsBaseColumns = false;          ///< Base table and column are told, also behind an alias.
+  bool isSlowToDropResults = false;  ///< It holds them whole; others may be open beside them.
+  /// Base table and column are told, also behind an alias. Else each query is looked at: see
+  /// FindBaseColumns.
+  bool tellsBaseColumns = false;
   std::vector<SQLULEN> madeUpSizes = {};  ///< Column sizes that say nothing.
   std::vector<TypeRule> typeRules = {};
   /// Lists name and column of each unique index, where SQLStatistics tells too little of it.
@@ -60,14 +62,18 @@ struct DriverProfile {
   std::string_view readOnlyColumnsQuery = {};
 
   // --- changing rows --------------------------------------------------------------------------
-  /// How rows are written on a server of this name and version; null: it cannot be done.
-  WriteDialect (*writing)(std::string_view server, std::string_view version) = nullptr;
-  /// Tells 1 while the user's transaction is open, else 0.
+  struct Server {
+    std::string name;
+    std::string version;
+    std::string quote;          ///< The sign in which it quotes names; a blank: none.
+    bool namesCatalog = false;  ///< A catalog may stand before a table that is changed.
+  };
+  /// How rows are written on a server; null: it cannot be done.
+  WriteDialect (*writing)(const Server& server) = nullptr;
+  /// Tells 1 while the user's transaction is open, 2 while autocommit is off and none is begun,
+  /// else 0; changes nothing. Empty: the database does not tell.
   std::string_view transactionQuery = {};
-  /// Where there is no such query: a savepoint is tried, and fails with this SQLSTATE outside of a
-  /// transaction, with the other in one that failed.
-  std::string_view noTransactionState = {};
-  std::string_view failedTransactionState = {};
+  std::string_view failedTransactionState = {};  ///< SQLSTATE of that query in one that failed.
   bool takesNumbers = false;    ///< Parameters that are numbers are told apart from texts.
   bool textEndsAtZero = false;  ///< A text with a zero character in it would be cut short.
 

@@ -64,6 +64,7 @@ Properties ReadPostgresProperties(const PqConnection& connection) {
   properties.Set("Identifier Case Sensitivity", foldsToSmallLetters);
   properties.Set("Schema By Rowsets", std::int64_t{1});
   properties.Set("Multiple Results", true);
+  properties.Set("Catalog Change Ends Session", true);
   properties.Set("Maximum Identifier Length", std::int64_t{63});
   for (const Fact& setting : settings)
     properties.Set(setting.name, connection.Setting(setting.value));

@@ -139,6 +139,7 @@ class SqliteDatabase {
 
   [[nodiscard]] std::int64_t TotalChanges() const { return sqlite3_total_changes64(handle_.get()); }
   /// Of the last statement that changed rows, without those of triggers.
+  [[nodiscard]] bool InTransaction() const { return sqlite3_get_autocommit(handle_.get()) == 0; }
   [[nodiscard]] std::int64_t Changes() const { return sqlite3_changes64(handle_.get()); }
   [[nodiscard]] bool IsReadOnly() const { return sqlite3_db_readonly(handle_.get(), "main") == 1; }
   [[nodiscard]] static std::string LibraryVersion() { return sqlite3_libversion(); }

@@ -37,6 +37,7 @@ class SqliteSession : public ProviderSession {
   [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
 
   [[nodiscard]] const WriteDialect* Writing() override;
+  [[nodiscard]] UserTransaction Transaction() override;
   [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
                                              Operation& operation) override;
   void RunControl(std::string_view sql, const Operation* operation) override;

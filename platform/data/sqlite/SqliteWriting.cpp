@@ -75,6 +75,10 @@ StatementResult SqliteSession::RunStatement(const RowStatement& text, Operation&
   }
 }
 
+UserTransaction SqliteSession::Transaction() {
+  return database_->InTransaction() ? UserTransaction::Open : UserTransaction::None;
+}
+
 void SqliteSession::RunControl(std::string_view sql, const Operation* operation) {
   const Cancellable scope(*this, operation);
   try {

@@ -23,7 +23,7 @@ void ShowIcon(QLabel& label) {
 }  // namespace
 
 QtLabel::QtLabel(QLabel& widget, const ControlSite& site)
-    : ControlOf(widget, site), caption_(FromQt(widget.text())) {
+    : ControlOf(widget, site), caption_(FromQt(widget.text())), name_(widget.accessibleName()) {
   widget.setTextFormat(Qt::PlainText);
   ShowIcon(widget);
 }
@@ -31,6 +31,8 @@ QtLabel::QtLabel(QLabel& widget, const ControlSite& site)
 void QtLabel::SetCaption(std::string_view caption) {
   caption_ = caption;
   TheWidget().setText(ToQt(caption));
+  const bool told = name_.isEmpty() || caption.empty();
+  TheWidget().setAccessibleName(told ? name_ : name_ + QStringLiteral(": ") + ToQt(caption));
 }
 
 QtPictureBox::QtPictureBox(QWidget& widget, const ControlSite& site) : ControlOf(widget, site) {

@@ -19,6 +19,7 @@ class QtLabel final : public ControlOf<Label, QLabel> {
 
  private:
   std::string caption_;
+  QString name_;  ///< As the form has it; a screen reader is told the caption with it.
 };
 
 class QtPictureBox final : public ControlOf<PictureBox, QWidget> {

@@ -48,6 +48,12 @@ std::string QtClock::UtcStamp() const {
   return FromQt(QDateTime::currentDateTimeUtc().toString(Qt::ISODate));
 }
 
+std::string QtClock::ShortTimeOf(std::chrono::system_clock::time_point moment) const {
+  const QDateTime time =
+      QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(moment));
+  return FromQt(time.toString(QStringLiteral("HH:mm")));
+}
+
 void QtEventQueue::Post(std::weak_ptr<const void> owner, std::function<void()> notice) {
   QCoreApplication::postEvent(this, new NoticeEvent(std::move(owner), std::move(notice)));
 }

@@ -55,9 +55,34 @@ class TypeBodies : public DatabaseTest {
   std::shared_ptr<Connection> connection_;
 };
 
+/// The same table in two catalogs of a server.
+class CatalogBodies : public WriteTest {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  /// `action` is refused because the rows come from the catalog they were made in.
+  void ExpectRefused(const std::function<void()>& action) const;
+  /// The names in the other catalog's table.
+  [[nodiscard]] std::vector<std::string> NamesElsewhere();
+
+  std::string own_;                        ///< The catalog of `connection_` at first.
+  std::shared_ptr<Connection> elsewhere_;  ///< Has the other catalog in use.
+};
+
 class EditBodies : public WriteTest {};
 class WriteBodies : public WriteTest {};
 class WriteFaultBodies : public WriteTest {};
+/// What is told of the user's own transaction.
+class TransactionBodies : public WriteTest {
+ protected:
+  void SetUp() override;
+  [[nodiscard]] UserTransaction State() const { return connection_->Transaction().state; }
+  void Insert(int id) {
+    Run(*connection_,
+        "insert into " + table_->Name() + " (id) values (" + std::to_string(id) + ")");
+  }
+};
 
 /// The name of a database as a part of the names of its tests.
 inline std::string DatabaseName(const testing::TestParamInfo<DatabaseParam>& info) {
@@ -80,6 +105,8 @@ inline std::string DatabaseName(const testing::TestParamInfo<DatabaseParam>& inf
 /// Runs those that change records.
 #define TESSEL_RUN_WRITE_BODIES(prefix, params)                                                    \
   INSTANTIATE_TEST_SUITE_P(prefix, EditBodies, params, DatabaseName);                              \
+  INSTANTIATE_TEST_SUITE_P(prefix, CatalogBodies, params, DatabaseName);                           \
   INSTANTIATE_TEST_SUITE_P(prefix, TypeBodies, params, DatabaseName);                              \
   INSTANTIATE_TEST_SUITE_P(prefix, WriteBodies, params, DatabaseName);                             \
-  INSTANTIATE_TEST_SUITE_P(prefix, WriteFaultBodies, params, DatabaseName)
+  INSTANTIATE_TEST_SUITE_P(prefix, WriteFaultBodies, params, DatabaseName);                        \
+  INSTANTIATE_TEST_SUITE_P(prefix, TransactionBodies, params, DatabaseName)

@@ -160,6 +160,11 @@ class FaultPoints : public FaultTest, public testing::WithParamInterface<FaultCa
     fault.kind = TheKind();
     return fault;
   }
+  /// ODBC drivers read all rows before they give the first.
+  [[nodiscard]] static bool BreaksAmongRows() {
+    return std::get<FaultPoint>(GetParam()).name == "MiddleRows" &&
+           std::get<FaultClient>(GetParam()).name.ends_with("Native");
+  }
   void RecordError(const EventLog& log) {
     if (log.LastError()) RecordProperty("error", log.LastError()->description);
   }
@@ -207,8 +212,11 @@ TEST_P(FaultsInCommands, EndWithTheRowsSoFar) {
   AwaitEnd(*connection, log, TheKind());
   RecordError(log);
   EXPECT_TRUE(log.LastError());
-  if ((recordset->State() & objectState::open) != 0) {
+  const bool open = (recordset->State() & objectState::open) != 0;
+  EXPECT_TRUE(open || !BreaksAmongRows()) << "those that came are there";
+  if (open) {
     EXPECT_LT(recordset->RecordCount(), rowCount);
+    EXPECT_TRUE(!BreaksAmongRows() || recordset->RecordCount() > 0);
     ExpectRightRows(*recordset, TheKind());
   }
   ExpectGoesOn(*connection, TheKind());

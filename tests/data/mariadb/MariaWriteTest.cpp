@@ -36,16 +36,49 @@ TEST_F(MariaWrite, DuplicatesAreLeftAloneWhereNothingCanBeUndone) {
   EXPECT_THAT(TextsOf(*Run("select b from t order by a")), ElementsAre("x", "x", "z"));
 }
 
+/// The server undoes the whole transaction of the one that it chooses, and says so by the error
+/// only.
+TEST_F(MariaWrite, ADeadlockEndsTheTransactionOfOne) {
+  Run("create or replace table t_dead (id integer primary key, v integer) engine = innodb");
+  Run("insert into t_dead values (1, 0), (2, 0)");
+  const auto other = Connect();
+  Run("begin");
+  Run("update t_dead set v = 1 where id = 1");
+  DataTest::Run(*other, "begin");
+  DataTest::Run(*other, "update t_dead set v = 2 where id = 2");
+  EventLog log;
+  const auto waiting = Start(*connection_, "update t_dead set v = 1 where id = 2", log);
+  bool otherFailed = false;
+  try {
+    DataTest::Run(*other, "update t_dead set v = 2 where id = 1");
+  } catch (const Error& error) {
+    otherFailed = true;
+    EXPECT_EQ(error.Info().nativeError, 1213) << error.Description();
+    EXPECT_EQ(other->Transaction().state, UserTransaction::None);
+  }
+  ASSERT_TRUE(PumpToEnd(log));
+  EXPECT_NE(otherFailed, log.LastError().has_value()) << "one of them had to give way";
+  EXPECT_EQ(connection_->Transaction().state,
+            otherFailed ? UserTransaction::Open : UserTransaction::None);
+  Run("rollback");
+  DataTest::Run(*other, "rollback");
+  Run("drop table t_dead");
+}
+
 TEST_F(MariaWrite, WithoutAutocommitTheChangeWaitsForTheUsersCommit) {
   Run("create or replace table t_write (id integer primary key, v varchar(10))");
   Run("insert into t_write values (1, 'a')");
   const auto other = Connect();
+  const auto state = [this] { return connection_->Transaction().state; };
   Run("set autocommit = 0");
+  EXPECT_EQ(state(), UserTransaction::Waiting) << "nothing is done yet";
   const auto recordset = OpenToWrite("select id, v from t_write");
   recordset->SetFieldValue(1, Text("b"));
   recordset->Update(0);
+  EXPECT_EQ(state(), UserTransaction::Open);
   EXPECT_EQ(DataTest::Cell(*other, "select v from t_write"), Text("a"));
   Run("rollback");
+  EXPECT_EQ(state(), UserTransaction::Waiting);
   EXPECT_EQ(Cell("select v from t_write"), Text("a"));
   Run("set autocommit = 1");
   Run("drop table t_write");

@@ -149,8 +149,11 @@ TEST_F(OdbcCommands, AnErrorDoesNotEndTheTransactionOfPostgreSqlUnseen) {
   Run(*connection, "savepoint s");
   FailureOfCommand(*connection, "insert into nowhere values (1)");
   EXPECT_EQ(FailureOfCommand(*connection, "select 1").sqlState, "25P02");
+  EXPECT_EQ(connection->Transaction().state, UserTransaction::Failed);
   Run(*connection, "rollback to savepoint s");
+  EXPECT_EQ(connection->Transaction().state, UserTransaction::Open);
   Run(*connection, "commit");
+  EXPECT_EQ(connection->Transaction().state, UserTransaction::None);
   EXPECT_EQ(Single(*connection, "select n from kept"), Value(std::int64_t{1}));
 }
 

@@ -39,6 +39,22 @@ TEST_F(PostgresWrite, AFailedTransactionIsSaidAndLeftAlone) {
   EXPECT_EQ(Cell("select v from t"), Text("b"));
 }
 
+TEST_F(PostgresWrite, TheStateOfATransactionIsToldUntilItEnds) {
+  const auto state = [this] { return connection_->Transaction().state; };
+  Run("begin");
+  const auto since = connection_->Transaction().since;
+  EXPECT_EQ(FailureOf("select 1 / 0").sqlState, "22012");
+  EXPECT_EQ(state(), UserTransaction::Failed);
+  EXPECT_EQ(connection_->Transaction().since, since);
+  Run("commit");
+  EXPECT_EQ(state(), UserTransaction::None);
+  Run("begin; create temporary table t (n integer)");
+  EXPECT_EQ(state(), UserTransaction::Open);
+  connection_->SetDefaultDatabase(connection_->DefaultDatabase());
+  EXPECT_EQ(state(), UserTransaction::None) << "a new session";
+  EXPECT_TRUE(connection_->ProviderProperties().Number("Catalog Change Ends Session", 0) != 0);
+}
+
 TEST_F(PostgresWrite, AConstraintThatIsCheckedAtTheEndUndoesTheChange) {
   Run("create temporary table t (id integer primary key, v integer unique deferrable initially "
       "deferred)");

@@ -33,6 +33,7 @@ struct DatabaseTraits {
   bool limitsText = true;   ///< A text longer than its column is an error.
   bool holdsLongValues = true;      ///< 100 megabytes in one cell are no matter.
   bool hasServer = true;            ///< It can be ended while a connection is open.
+  bool tellsTransaction = true;     ///< What the user's own transaction is like.
   bool syntaxErrorHasState = true;  ///< An error carries SQLSTATE or a native code.
 };
 
@@ -94,6 +95,15 @@ class Database {
   /// it.
   [[nodiscard]] virtual std::string TableCatalog() const { return {}; }
   [[nodiscard]] virtual std::string TableSchema() const { return {}; }
+
+  /// Another catalog of the server than that of ConnectionString, and what makes it there; empty:
+  /// there are none to change between.
+  [[nodiscard]] virtual std::string OtherCatalog() const { return {}; }
+  [[nodiscard]] virtual std::vector<std::string> OtherCatalogSetup() const { return {}; }
+  /// A statement that changes the catalog in use; empty: there is none.
+  [[nodiscard]] virtual std::string UseStatement(const std::string& /*catalog*/) const {
+    return {};
+  }
 };
 
 /// A name and a way to make the database of that name: the parameter of every body.

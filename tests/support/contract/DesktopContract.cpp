@@ -55,6 +55,13 @@ void TheClockGoesOn(ContractHost& host) {
   const std::string stamp = clock.UtcStamp();
   EXPECT_EQ(stamp.size(), std::string("2026-11-22T14:03:59Z").size()) << stamp;
   EXPECT_EQ(stamp.substr(10, 1) + stamp.substr(stamp.size() - 1), "TZ") << stamp;
+  using std::chrono::minutes;
+  const std::chrono::system_clock::time_point moment(minutes(1000));
+  const std::string time = clock.ShortTimeOf(moment);
+  ASSERT_EQ(time.size(), 5U) << time;
+  EXPECT_EQ(time.substr(2), clock.ShortTimeOf(moment + minutes(60)).substr(2)) << "an hour later";
+  EXPECT_NE(time, clock.ShortTimeOf(moment + minutes(60)));
+  EXPECT_EQ(time, clock.ShortTimeOf(moment + minutes(24 * 60))) << "a day later";
 }
 
 void ProgressStaysWithinItsBounds(ContractHost& host) {
