@@ -343,7 +343,7 @@ TEST_F(OpenTransactionTest, ACancelInTheSecondWindowKeepsTheFirstOnesTransaction
   desktop.ExpectMessage("The connection 'Second' has a transaction open since 14:05.",
                         MessageResult::Cancel);
   EXPECT_FALSE(frame->Unload());
-  EXPECT_EQ(Windows(), 2U);
+  ASSERT_EQ(Windows(), 2U);
   EXPECT_TRUE(Open());
   EXPECT_EQ(second.TheConnection()->Transaction().state, UserTransaction::Open);
 }
