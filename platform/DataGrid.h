@@ -33,13 +33,13 @@ class DataFormat {
 ///
 /// Cells are edited in place where CanEditCell says so. Typing on a cell replaces its text, the
 /// Delete and Backspace keys empty it (not a key of its row, CanEmptyCell), a double click opens
-/// it, the space bar turns a boolean over. Where WhyNotInPlace has a reason nothing of that begins, and the reason is shown by the window's
-/// rule.
-/// What is typed lies in the cell until the editing ends, by EndEdit or because the user goes on to
-/// another cell; it then becomes the field's value as Recordset::SetFieldValue converts text, and
-/// nothing at all when nothing was typed. A text that cannot become the value is shown by the
-/// window's rule and keeps the user in the cell. Behind the last record stands an empty row when
-/// AllowAddNew: the first cell whose editing ends there begins a new record.
+/// it, the space bar turns a boolean over. Where WhyNotInPlace has a reason nothing of that begins,
+/// and the reason is shown by the window's rule. What is typed lies in the cell until the editing
+/// ends, by EndEdit or because the user goes on to another cell; it then becomes the field's value
+/// as Recordset::SetFieldValue converts text, and nothing at all when nothing was typed. A text
+/// that cannot become the value is shown by the window's rule and keeps the user in the cell.
+/// Behind the last record stands an empty row when AllowAddNew: the first cell whose editing ends
+/// there begins a new record.
 class DataGrid : public Control {
  public:
   using Control::Control;
