@@ -83,6 +83,10 @@ class frmMDI : private QueryHost,
                   bool fromDatabase) override {
     browser_.LoadSchema(key, connection, fromDatabase);
   }
+  void FollowCatalog(const std::string& key, const std::shared_ptr<Connection>& connection,
+                     bool fromDatabase) override {
+    browser_.FollowCatalog(key, connection, fromDatabase);
+  }
   void FocusQueryWindow() override;
   void ListWindowsIn(Window& window) override;
   [[nodiscard]] bool SidebarShown() const override { return sidebar_.Shown(); }

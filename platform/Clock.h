@@ -15,6 +15,8 @@ class Clock {
   [[nodiscard]] virtual std::int64_t Milliseconds() const = 0;
   /// The local time of day in the system's long time format, for example "14:03:59".
   [[nodiscard]] virtual std::string LongTime() const = 0;
+  /// Date and time in UTC as they stand in files, for example "2026-11-22T14:03:59Z".
+  [[nodiscard]] virtual std::string UtcStamp() const = 0;
   /// The local time of day of a moment in hours and minutes, for example "14:03".
   [[nodiscard]] virtual std::string
   ShortTimeOf(std::chrono::system_clock::time_point moment) const = 0;

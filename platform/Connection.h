@@ -17,11 +17,12 @@ namespace tessel {
 enum class SchemaRowset {
   Catalogs = 1,  ///< CATALOG_NAME, DESCRIPTION. Restrictions: CATALOG_NAME.
   Columns = 4,   ///< TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, COLUMN_NAME, ORDINAL_POSITION (from
-                 ///< 1), IS_NULLABLE, DATA_TYPE, TYPE_NAME. Restrictions: TABLE_CATALOG,
-                 ///< TABLE_SCHEMA, TABLE_NAME, COLUMN_NAME.
+                 ///< 1), IS_NULLABLE, DATA_TYPE, TYPE_NAME, NEEDS_SCHEMA. Restrictions:
+                 ///< TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, COLUMN_NAME.
   Tables = 20,   ///< TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, TABLE_TYPE ("TABLE", "VIEW", "SYSTEM
-                 ///< TABLE"), DESCRIPTION. Restrictions: TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME,
-                 ///< TABLE_TYPE.
+                 ///< TABLE"), DESCRIPTION, NEEDS_SCHEMA (SQL finds the table only with its schema,
+                 ///< or else its catalog, in front). Restrictions: TABLE_CATALOG, TABLE_SCHEMA,
+                 ///< TABLE_NAME, TABLE_TYPE.
 };
 
 /// What the user's own transaction is like.
@@ -85,7 +86,10 @@ class Connection {
 
   /// Provider properties, read at Open: "Data Source Object Threading Model" (bit 0: asynchronous
   /// work is possible), "DBMS Name", "DBMS Version", "Provider Name", "Identifier Quote Character",
-  /// "Catalog Change Ends Session" (boolean: a transaction does not outlive it) and more.
+  /// "Catalog Change Ends Session" (boolean: a transaction does not outlive it) and more. "Bracket
+  /// Identifiers" is 0 where a name may not stand in brackets; where that is not told it may.
+  /// "Schema By Rowsets" is 1 where the schema rowsets tell the tables of the catalog in use better
+  /// than the standard views do.
   [[nodiscard]] virtual const Properties& ProviderProperties() const = 0;
 
   /// The catalog in use; empty when the database has none. Reading it never waits for a running

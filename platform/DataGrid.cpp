@@ -2,6 +2,8 @@
 
 #include <exception>
 
+#include "platform/Utf8.h"
+
 namespace tessel {
 
 bool DataGrid::CanEditCell() const {
@@ -32,12 +34,32 @@ void DataGrid::SetCellValue(Value value) {
   Raise(Change);
 }
 
+std::optional<ErrorInfo> DataGrid::WhyNotInPlace() const {
+  if (!CanEditCell() || EditActive()) return std::nullopt;
+  if (auto reason = DataSource()->WhyNotChangeable()) return reason;
+  if (IsEmptyNewRow()) return std::nullopt;
+  const ValueView value =
+      DataSource()->ValueAt(CellPosition(), static_cast<std::size_t>(CurrentColumn()));
+  const auto* text = std::get_if<std::string_view>(&value);
+  if (text == nullptr || IsValidUtf8(*text)) return std::nullopt;
+  return Error(errorNumber::notSupported, "Tessel",
+               "This text holds bytes that are no valid UTF-8, and editing it in its cell would "
+               "lose them. Press F4 to edit it in a window, which keeps them.")
+      .Info();
+}
+
+bool DataGrid::UserBegins() {
+  const std::optional<ErrorInfo> reason = WhyNotInPlace();
+  if (reason) Fail(std::make_exception_ptr(Error(*reason)));
+  return !reason && CanEditCell();
+}
+
 void DataGrid::EditCell() {
-  if (CanEditCell()) OpenEditor(CellText(), false);
+  if (UserBegins()) OpenEditor(CellText(), false);
 }
 
 void DataGrid::SelectCellText() {
-  if (CanEditCell()) OpenEditor(CellText(), true);
+  if (CanEditCell() && !WhyNotInPlace()) OpenEditor(CellText(), true);
   else if (CurrentField() != nullptr) SelectCellAlone();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,8 @@ class DataFormat {
 ///
 /// Cells are edited in place where CanEditCell says so. Typing on a cell replaces its text, the
 /// Delete and Backspace keys empty it, a double click opens it, the space bar turns a boolean over.
+/// Where WhyNotInPlace has a reason nothing of that begins, and the reason is shown by the window's
+/// rule.
 /// What is typed lies in the cell until the editing ends, by EndEdit or because the user goes on to
 /// another cell; it then becomes the field's value as Recordset::SetFieldValue converts text, and
 /// nothing at all when nothing was typed. A text that cannot become the value is shown by the
@@ -85,6 +88,10 @@ class DataGrid : public Control {
   /// Whether the user may edit it: its column is not locked, and AllowUpdate, or AllowAddNew on the
   /// new row.
   [[nodiscard]] bool CanEditCell() const;
+  /// Why the user cannot edit it in place although he may edit it, in words for him: the records
+  /// cannot be changed now (Recordset::WhyNotChangeable), or its text holds bytes that are no valid
+  /// UTF-8 and would be lost on the way through an editor. Nothing when he can.
+  [[nodiscard]] std::optional<ErrorInfo> WhyNotInPlace() const;
   /// Whether its text is being edited.
   [[nodiscard]] virtual bool EditActive() const = 0;
   /// Whether the current row has something to write: a change pending in the recordset, or a text
@@ -98,9 +105,10 @@ class DataGrid : public Control {
   void SetCellValue(Value value);
   /// As typed: an empty text is null in every field that is not text.
   void SetCellText(std::string_view text) { SetCellValue(Value(std::string(text))); }
-  /// Starts editing with the caret at the end of the text; nothing happens where the user may not.
+  /// Starts editing with the caret at the end of the text, as UserBegins says; nothing happens
+  /// where the user may not.
   void EditCell();
-  /// Selects its whole text, to be replaced where the user may edit it, else to be copied.
+  /// Selects its whole text, to be replaced where the user may edit it in place, else to be copied.
   void SelectCellText();
   /// Ends the editing; what was typed becomes the value. Raises Error and goes on editing when it
   /// cannot. Nothing happens when nothing is edited.
@@ -125,6 +133,9 @@ class DataGrid : public Control {
   /// False: the user stays. After a change of rows positions are those of the recordset as it is
   /// now.
   [[nodiscard]] bool UserLeaves(bool row);
+  /// Where a back end comes by when the user is about to edit the current cell in place. False: he
+  /// may not, or cannot, and then was shown why.
+  [[nodiscard]] bool UserBegins();
   /// What the user typed into the cell, shown by the back end already.
   void UserTyped() { Raise(Change); }
   /// The space bar on a boolean: true and null become false and true, false becomes true. False

@@ -61,6 +61,7 @@ struct FieldInfo {
   bool nullable = true;
   bool updatable = false;
   bool autoIncrement = false;
+  bool searchable = true;  ///< Its values can be compared in a condition.
   std::string baseCatalog;
   std::string baseSchema;
   std::string baseTable;
@@ -155,9 +156,15 @@ class Recordset {
   // --------------------------------------------------------------------------------------------
   // One change is pending at a time: of the current record, or of a new one. It lies in memory and
   // is seen by this recordset and its clones at once; Update writes it to the database. Moving away
-  // leaves it pending. All of them, CancelUpdate too, raise Error(readOnly) when the lock type is
-  // ReadOnly and Error(notSupported) when the rows cannot be written (no base table, several, or
-  // none of its fields), or while rows still arrive.
+  // leaves it pending. All of them raise the error of WhyNotChangeable where there is one;
+  // CancelUpdate needs no database, so it does not mind which one is in use.
+
+  /// Why none of its rows can be changed now; nothing when they can. Error(readOnly) when the lock
+  /// type is ReadOnly; Error(notSupported) when the rows cannot be written (no base table, several,
+  /// or none of its fields) or while another database is in use on the connection than when they
+  /// were read; another one while rows still arrive. On a closed connection nothing is said of the
+  /// database: writing says that.
+  [[nodiscard]] virtual std::optional<ErrorInfo> WhyNotChangeable() const = 0;
 
   /// What is pending: None, InProgress (an edited record), Add (a new one).
   [[nodiscard]] virtual EditMode Editing() const = 0;
@@ -180,8 +187,9 @@ class Recordset {
   virtual void Update(int options) = 0;
   /// Drops the pending change; after AddNew the record that was current before is so again.
   virtual void CancelUpdate() = 0;
-  /// Deletes the current record from the database, under the rules of Update; drops a pending
-  /// change of it. The record behind it becomes current.
+  /// Deletes the current record from the database, under the rules of Update, but that all of its
+  /// original values that can be compared must still be there; drops a pending change of it. The
+  /// record behind it becomes current.
   virtual void Delete(int options) = 0;
   /// The end of an asynchronous Update or Delete: the error when the status says so, else null.
   Event<const ErrorInfo*, EventStatus> ChangeComplete;

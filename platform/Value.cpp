@@ -14,33 +14,9 @@ struct Overload : Cases... {
 template <class... Cases>
 Overload(Cases...) -> Overload<Cases...>;  // clang 14 does not deduce it.
 
-/// Length of the valid UTF-8 sequence at the start of `text`, or 0.
-std::size_t SequenceLength(std::string_view text) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const auto continues = [&](std::size_t i) {
-    return i < text.size() && ContinuesCharacter(text[i]);
-  };
-  const unsigned first = byte(0);
-  if (first < 0x80) return 1;
-  if (first >= 0xC2 && first <= 0xDF) return continues(1) ? 2 : 0;
-  if (first >= 0xE0 && first <= 0xEF) {
-    if (!continues(1) || !continues(2)) return 0;
-    const bool overlong = first == 0xE0 && byte(1) < 0xA0;
-    const bool surrogate = first == 0xED && byte(1) >= 0xA0;
-    return overlong || surrogate ? 0 : 3;
-  }
-  if (first >= 0xF0 && first <= 0xF4) {
-    if (!continues(1) || !continues(2) || !continues(3)) return 0;
-    const bool overlong = first == 0xF0 && byte(1) < 0x90;
-    const bool beyond = first == 0xF4 && byte(1) >= 0x90;
-    return overlong || beyond ? 0 : 4;
-  }
-  return 0;
-}
-
 void AppendBytesAsText(std::string_view bytes, std::string& out) {
   while (!bytes.empty()) {
-    const std::size_t length = SequenceLength(bytes);
+    const std::size_t length = CharacterLength(bytes);
     if (length == 0) out += "\xEF\xBF\xBD";
     else out += bytes.substr(0, length);
     bytes.remove_prefix(length == 0 ? 1 : length);

@@ -182,11 +182,11 @@ void CompletionList::AcceptSelected() {
   Accept(lstOptions_.Line(index));
 }
 
-/// Puts the word in the place of the typed one.
+/// Puts the word, quoted where its database needs it, in the place of the typed one.
 void CompletionList::Accept(std::string_view word) {
   if (txtQuery_.SelLength() == 0)
     txtQuery_.Select(txtQuery_.SelStart() - typedLength_, typedLength_);
-  txtQuery_.SetSelText(word);
+  txtQuery_.SetSelText(vocabulary_.InSql(*section_, word));
   Close();
 }
 

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "app/Global.h"
+#include "query/NameQuoting.h"
+#include "query/TextFile.h"
 
 namespace tessel {
 
@@ -32,13 +34,23 @@ class Vocabulary {
   /// A list that is not there is no error.
   static void RemoveList(Section& section, std::string_view name);
 
+  /// How the words of the lists of that name in Tables() and Fields() are written in SQL.
+  void SetQuoting(const std::string& list, const NameQuoting& quoting);
+  void RemoveQuoting(const std::string& list) { quotings_.erase(list); }
+  /// As QuoteIdentifier does where nothing was set.
+  [[nodiscard]] const NameQuoting& QuotingOf(std::string_view list) const;
+  /// A word of a section as it is put into SQL: as its list, the first that holds it, says.
+  [[nodiscard]] std::string InSql(const Section& section, std::string_view word) const;
+
   /// Makes the sections and reads the vocabulary file, if there is one, into "_Global" of
   /// "_Custom".
   void LoadVocabulary();
-  /// Reads a file into the list; a missing or unreadable file leaves the list as it was and is not
-  /// reported.
+  /// Reads a file, in whatever encoding a query file may have, into the list; a missing or
+  /// unreadable file leaves the list as it was and is not reported.
   bool ReadWordListFile(WordList& words, const std::string& path) const;
-  /// Writes the list, replacing the file or, with `append`, adding to its end. A failure is shown.
+  /// Writes the list, replacing the file or, with `append`, adding to its end. A file that was not
+  /// UTF-8 is kept beside it, as it was; one that cannot be read is not replaced. A failure is
+  /// shown.
   void WriteWordListFile(const std::string& path, const WordList& words, bool append) const;
 
   [[nodiscard]] Section& Tables() { return tables_; }
@@ -49,11 +61,14 @@ class Vocabulary {
   [[nodiscard]] const std::string& FilePath() const { return filePath_; }
 
  private:
+  [[nodiscard]] DecodedText ReadForReplacing(const std::string& path) const;
+
   const Global& global_;
   std::string filePath_;
   Section tables_;
   Section fields_;
   Section custom_;
+  std::map<std::string, NameQuoting, std::less<>> quotings_;
 };
 
 }  // namespace tessel

@@ -40,7 +40,7 @@ BlobTransfer::BlobTransfer(const Global& global, Window& window, RecordEditing& 
 }
 
 void BlobTransfer::ShowRecordset(const Recordset& recordset) {
-  const bool editable = recordset.Lock() != LockType::ReadOnly;
+  const bool editable = !recordset.WhyNotChangeable();
   window_.Menu("mnuBLOBLoad").SetEnabled(editable);
   window_.Menu("mnuBLOBNull").SetEnabled(editable);
   for (std::size_t field = 0; field < recordset.Fields().size(); ++field) {

@@ -123,18 +123,19 @@ const Conversion& ConversionOf(std::string_view command, bool severalColumns) {
 }
 
 ConversionFrame FrameOf(const Conversion& conversion, const std::vector<FieldInfo>& fields,
-                        ColumnRange columns, std::string_view tableName) {
+                        ColumnRange columns, std::string_view tableName,
+                        const NameQuoting& quoting) {
   ConversionFrame frame{std::string(conversion.opening), FormatOf(conversion),
                         std::string(conversion.closing)};
   if (conversion.hasHeader) {
     const PieceFormat names =
         Piece(conversion.headerSeparator, conversion.headerPrefix, conversion.headerSuffix);
-    frame.opening += FormatHeader(fields, columns, names, false);
+    frame.opening += FormatHeader(fields, columns, names);
     frame.opening += conversion.afterHeader;
   }
   if (conversion.insertsIntoTable)
-    frame.format.record.prefix = "INSERT INTO " + QuoteIdentifier(tableName) + "(" +
-                                 FormatHeader(fields, columns, Piece(", ", "", ""), true) +
+    frame.format.record.prefix = "INSERT INTO " + quoting.Written(tableName) + "(" +
+                                 FormatHeader(fields, columns, Piece(", ", "", ""), &quoting) +
                                  ") VALUES(";
   return frame;
 }

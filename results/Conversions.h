@@ -49,9 +49,10 @@ struct ConversionFrame {
 /// there is none.
 [[nodiscard]] const Conversion& ConversionOf(std::string_view command, bool severalColumns);
 
-/// `tableName` is used by a conversion that inserts into a table.
+/// `tableName`, as a person wrote it, and `quoting` are used by a conversion that inserts into a
+/// table.
 [[nodiscard]] ConversionFrame FrameOf(const Conversion& conversion,
                                       const std::vector<FieldInfo>& fields, ColumnRange columns,
-                                      std::string_view tableName);
+                                      std::string_view tableName, const NameQuoting& quoting = {});
 
 }  // namespace tessel

@@ -88,7 +88,7 @@ std::optional<std::string> RecordConversion::ConvertedText(std::string_view comm
   }
   if (conversion.firstColumnOnly) columns.last = columns.first;
   const ConversionFrame frame =
-      FrameOf(conversion, grid_.DataSource()->Fields(), columns, tableName);
+      FrameOf(conversion, grid_.DataSource()->Fields(), columns, tableName, quoting_);
   std::string text = frame.opening;
   ConvertRecords(text, frame.format, columns);
   text += frame.closing;

@@ -21,6 +21,9 @@ class RecordConversion {
   /// The owner of the menu; all of them outlive this object.
   RecordConversion(const Global& global, Window& window, dlgAsync& async, SqlTarget& sqlWindow);
 
+  /// How names are written in the SQL of the window's database.
+  void SetQuoting(const NameQuoting& quoting) { quoting_ = quoting; }
+
   /// Runs the conversion of a menu item and shows its text. A failure is shown in its place.
   void Convert(std::string_view command);
 
@@ -37,6 +40,7 @@ class RecordConversion {
   dlgAsync& async_;
   SqlTarget& sqlWindow_;
   DataGrid& grid_;
+  NameQuoting quoting_;
 };
 
 }  // namespace tessel

@@ -51,12 +51,20 @@ RecordEditing::RecordEditing(const Global& global, dlgAsync& async, RecordsHost&
 // -----------------------------------------------------------------------------------------
 
 void RecordEditing::ShowRecordset(const Recordset& recordset, bool async) {
-  const bool editable = recordset.Lock() != LockType::ReadOnly;
+  const bool unlocked = recordset.Lock() != LockType::ReadOnly;
+  const bool editable = !recordset.WhyNotChangeable();
   writesAsync_ = async;
-  lblWarning_.SetVisible(editable && recordset.RecordsetProperties().Number("Unique Rows", 0) == 0);
+  lblWarning_.SetVisible(unlocked && recordset.RecordsetProperties().Number("Unique Rows", 0) == 0);
   dataGrid_.SetAllowUpdate(editable);
   dataGrid_.SetAllowDelete(editable);
   dataGrid_.SetAllowAddNew(editable);
+}
+
+void RecordEditing::LockColumns(const Recordset& recordset) {
+  if (!dataGrid_.AllowUpdate()) return;
+  for (std::size_t field = 0; field < recordset.Fields().size(); ++field)
+    if (!recordset.Fields()[field].updatable)
+      dataGrid_.SetColumnLocked(static_cast<int>(field), true);
 }
 
 void RecordEditing::HideRecordset() {
@@ -205,9 +213,19 @@ void RecordEditing::ViewCell() {
   ShowCellText(text, false);
 }
 
-/// A text confirmed as it was changes nothing: a null stays one.
+/// Nothing is offered for editing that could not be written.
 void RecordEditing::EditCellInWindow() {
   const std::shared_ptr<Recordset> rows = dataGrid_.DataSource();
+  const int column = dataGrid_.CurrentColumn();
+  if (rows == nullptr || column < 0) return;
+  if (const auto reason = rows->WhyNotChangeable())
+    return help_.Show(reason->description, MessageIcon::Exclamation);
+  if (!rows->Fields()[static_cast<std::size_t>(column)].updatable) return ViewCell();
+  EditCellInWindow(rows);
+}
+
+/// A text confirmed as it was changes nothing: a null stays one.
+void RecordEditing::EditCellInWindow(const std::shared_ptr<Recordset>& rows) {
   const std::string before = dataGrid_.CellText();
   std::string text = before;
   if (!ShowCellText(text, true) || text == before || dataGrid_.DataSource() != rows) return;

@@ -33,6 +33,8 @@ class RecordEditing {
   /// To be asked before the rows go away, or can no longer be written. Where a change is pending
   /// the user says what becomes of it; saving it is done here. False: the rows stay as they are.
   [[nodiscard]] bool MayLeaveRows();
+  /// Once the grid is bound to them: nothing is typed into columns that cannot be written.
+  void LockColumns(const Recordset& recordset);
   /// The rows on show go away, and what was not written with them.
   void HideRecordset();
   /// Drops a change that is pending; false when it could not be, which has been shown.
@@ -60,6 +62,7 @@ class RecordEditing {
   void EnterNull();
   void ViewCell();
   void EditCellInWindow();
+  void EditCellInWindow(const std::shared_ptr<Recordset>& rows);
   bool ShowCellText(std::string& text, bool editable);
   bool Write();
   bool DeleteSelected();

@@ -7,6 +7,7 @@
 
 #include "platform/Recordset.h"
 #include "query/Misc.h"
+#include "query/NameQuoting.h"
 
 namespace tessel {
 
@@ -39,13 +40,15 @@ class RecordFormatter {
   std::vector<ValueView> values_;  ///< Of the record that was appended last.
 };
 
-/// The names of the fields in one line, as they are; in brackets where QuoteIdentifier says so when
-/// `bracketNames`.
+/// The names of the fields in one line, as they are, or as SQL writes them when there is a
+/// `quoting`.
 [[nodiscard]] std::string FormatHeader(const std::vector<FieldInfo>& fields, ColumnRange columns,
-                                       const PieceFormat& format, bool bracketNames);
+                                       const PieceFormat& format,
+                                       const NameQuoting* quoting = nullptr);
 
-/// The word behind the first " FROM " of a query, up to a semicolon, comma or blank; tabs and line
-/// ends count as blanks. Empty when there is none.
+/// What follows the first " FROM " of a query, up to a semicolon, comma or blank; tabs and line
+/// ends count as blanks. A name in quotes or brackets is taken whole, with them. Empty when there
+/// is none, or no table's name: a query in parentheses, a function.
 [[nodiscard]] std::string TableNameIn(std::string_view sql);
 
 }  // namespace tessel

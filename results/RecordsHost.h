@@ -23,6 +23,9 @@ class RecordsHost : public SqlTarget {
   /// Fills that node: from the database when asked to, else from the schema file kept of it.
   virtual void LoadSchema(const std::string& key, const std::shared_ptr<Connection>& connection,
                           bool fromDatabase) = 0;
+  /// Fills the node anew, in the same way, when the connection uses another catalog.
+  virtual void FollowCatalog(const std::string& key, const std::shared_ptr<Connection>& connection,
+                             bool fromDatabase) = 0;
   virtual void FocusQueryWindow() = 0;
   /// Lists the program's windows in the Window menu of that one, which is about to open.
   virtual void ListWindowsIn(Window& window) = 0;

@@ -10,9 +10,9 @@ namespace {
 
 constexpr int margin = 60;
 constexpr int rowHeight = 360;
-constexpr int narrowestCatalog = 1200;
-constexpr int captionMargin = 240;
-constexpr int characterWidth = 100;
+constexpr int narrowestCatalog = 1050;
+constexpr int captionMargin = 180;
+constexpr int characterWidth = 88;
 
 constexpr const char* leftNames[] = {"cmdHistoryBack", "cmdHistoryForward", "cmdHistoryForwardTags",
                                      "cmdRequery",     "cmdRequeryTags",    "cmdProperties",

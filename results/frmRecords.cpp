@@ -2,6 +2,7 @@
 
 #include "platform/Ascii.h"
 #include "platform/Error.h"
+#include "query/ConnectionText.h"
 #include "query/Misc.h"
 #include "query/frmText.h"
 #include "schema/SchemaTree.h"
@@ -21,11 +22,9 @@ constexpr const char* sqlFilter = "SQL Files (*.sql)|*.sql";
 
 bool IsNoInterface(const ErrorInfo& error) { return error.number == errorNumber::noInterface; }
 
-/// What the progress window calls the connection: a string may hold a password.
+/// What the user calls the connection; a string may hold a password.
 std::string ShownName(const ConnectRequest& request) {
-  if (!request.caption.empty()) return request.caption;
-  return GetConnectionStringValue(ParseConnectionString(request.connectionString),
-                                  {"DATABASE", "INITIAL CATALOG", "DATA SOURCE", "DSN"});
+  return request.caption.empty() ? WithoutPasswords(request.connectionString) : request.caption;
 }
 
 /// The progress window without a bar, for as long as this lives.
@@ -169,7 +168,7 @@ bool frmRecords::Connect(const ConnectRequest& request) {
     return false;
   }
   windowID_ = host_.GetNextID();
-  const std::string caption = request.caption.empty() ? request.connectionString : request.caption;
+  const std::string caption = ShownName(request);
   window_->SetCaption(caption);
   for (Control* control : {static_cast<Control*>(&dataGrid_), static_cast<Control*>(&cboCatalog_),
                            static_cast<Control*>(&lblTimer_)}) {
@@ -180,13 +179,16 @@ bool frmRecords::Connect(const ConnectRequest& request) {
   window_->Show();
   const std::string nodeKey = DatabaseNodeKey(windowID_);
   host_.AddDatabaseNode(nodeKey, caption);
-  host_.LoadSchema(nodeKey, mCn_, request.loadSchemaFromDB);
+  loadSchemaFromDB_ = request.loadSchemaFromDB;
+  catalogInTree_ = mCn_->DefaultDatabase();
+  host_.LoadSchema(nodeKey, mCn_, loadSchemaFromDB_);
   return true;
 }
 
 bool frmRecords::OpenConnection() {
   if (!async_.DoConnect(mCn_, userName_, password_)) return false;
   freeThreaded_ = AllowsAsynchronousWork(*mCn_);
+  conversion_.SetQuoting(NameQuoting(mCn_->ProviderProperties()));
   ListCatalogs();
   ShowTransaction();
   return (mCn_->State() & objectState::open) != 0;  // A cancel may have cost the connection.
@@ -237,6 +239,26 @@ void frmRecords::cboCatalog_Click() {
     cboCatalog_.SetText(before);
   }
   choosingCatalog_ = false;
+  FollowCatalog();
+}
+
+/// The schema browser shows the tables of the catalog in use.
+void frmRecords::FollowCatalog() {
+  const std::string inUse = mCn_->DefaultDatabase();
+  if (windowID_ < 0 || inUse.empty() || inUse == catalogInTree_) return;
+  catalogInTree_ = inUse;
+  host_.FollowCatalog(DatabaseNodeKey(windowID_), mCn_, loadSchemaFromDB_);
+}
+
+/// A command may have chosen another catalog, as USE does. While errors are listed nothing else
+/// runs, which would clear the list.
+void frmRecords::FollowCommand() {
+  const std::string inUse = mCn_->DefaultDatabase();
+  if (inUse.empty() || inUse == catalogInTree_) return;
+  choosingCatalog_ = true;
+  if (cboCatalog_.Visible()) cboCatalog_.SetText(inUse);
+  choosingCatalog_ = false;
+  if (mCn_->Errors().empty()) FollowCatalog();
 }
 
 /// The rows stay on show, but they are the former catalog's.
@@ -270,7 +292,9 @@ void frmRecords::cmdReconnect_Click() {
   ShowTransaction();
   SetStatus("Disconnected.", statusColor::plain);
   try {
-    if (OpenConnection()) SetStatus("Re-connected.", statusColor::plain);
+    const bool connected = OpenConnection();
+    FollowCatalog();
+    if (connected) SetStatus("Re-connected.", statusColor::plain);
     else if ((mCn_->State() & objectState::open) != 0)
       SetStatus("Re-connected. [Interrupted]", statusColor::interrupted);
   } catch (const Error& error) {
@@ -307,7 +331,9 @@ bool frmRecords::ExecuteSQL(Execution execution) {
   if (!editing_.MayLeaveRows()) return false;
   const std::int64_t start = global_.TheDesktop().TheClock().Milliseconds();
   try {
-    return Run(execution, start);
+    if (!Run(execution, start)) return false;
+    FollowCommand();
+    return true;
   } catch (const Error& error) {
     UpdateTimer(start);
     SetStatus(error.Description(), statusColor::failure, {false, true, !mCn_->Errors().empty()});
@@ -412,6 +438,7 @@ void frmRecords::ShowRecordset(const std::shared_ptr<Recordset>& recordset) {
   editing_.ShowRecordset(*recordset, freeThreaded_);
   PlaceGrid(window_->ScaleWidth(), window_->ScaleHeight());
   dataGrid_.SetDataSource(recordset);
+  editing_.LockColumns(*recordset);
   blobs_.ShowRecordset(*recordset);
 }
 

@@ -100,6 +100,8 @@ class frmRecords : private QueryRunner, private TagResolver {
   bool OpenConnection();
   void ListCatalogs();
   void AddOtherCatalogs(const std::string& inUse);
+  void FollowCatalog();
+  void FollowCommand();
   void cboCatalog_Click();
   [[nodiscard]] bool MayChangeCatalog();
   [[nodiscard]] bool UseCatalog(const std::string& name);
@@ -169,7 +171,9 @@ class frmRecords : private QueryRunner, private TagResolver {
   std::string password_;
   bool freeThreaded_ = false;
   bool choosingCatalog_ = false;
-  int lowered_ = 0;  ///< What stands below the top row is, in twips, when that is folded.
+  bool loadSchemaFromDB_ = false;
+  std::string catalogInTree_;  ///< Whose tables the schema browser shows.
+  int lowered_ = 0;            ///< What stands below the top row is, in twips, when that is folded.
   bool unloaded_ = false;
 };
 

@@ -9,9 +9,9 @@
 namespace tessel {
 
 void FieldVocabulary::Build(const std::string& listName, const std::string& table,
-                            const std::string& field,
+                            const std::string& field, const NameQuoting& quoting,
                             const std::shared_ptr<Connection>& connection) {
-  const std::optional<Values> values = Read(DistinctValuesText(table, field), *connection);
+  const std::optional<Values> values = Read(DistinctValuesText(table, field, quoting), *connection);
   if (!values) return;
   if (!values->any) return Notice("The table '" + table + "' is empty.");
   if (values->text.empty()) return Notice("All values of '" + field + "' are blank.");
@@ -26,8 +26,9 @@ std::optional<FieldVocabulary::Values> FieldVocabulary::Read(const std::string& 
     Values values{rows->RecordCount() != 0, TextOf(*rows)};
     rows->Close();
     return values;
-  } catch (const Error&) {
+  } catch (const Error& error) {
     connection.ClearErrors();
+    help_.HelpMsgBoxNotice(error.Description(), MessageButtons::Ok, MessageIcon::Critical);
     return std::nullopt;
   }
 }

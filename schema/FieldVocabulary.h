@@ -25,10 +25,10 @@ class FieldVocabulary {
 
   /// Reads the distinct values of a field and shows them, a line each; what the user accepts
   /// becomes the list `listName` of the section "_Custom", in place of one of that name. An empty
-  /// table and a field without any text are told to the user; a query that fails or is cancelled
-  /// ends the command.
+  /// table, a field without any text and a query that fails are told to the user; one that is
+  /// cancelled ends the command. Names are those of the browser.
   void Build(const std::string& listName, const std::string& table, const std::string& field,
-             const std::shared_ptr<Connection>& connection);
+             const NameQuoting& quoting, const std::shared_ptr<Connection>& connection);
 
  private:
   struct Values {

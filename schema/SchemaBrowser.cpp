@@ -20,16 +20,19 @@ const char* MenuOf(NodeKind kind) {
   }
 }
 
-std::string TableNameText(const std::string& table, const std::vector<std::string>& /*fields*/) {
-  return QuoteIdentifier(table);
+std::string TableNameText(const std::string& table, const std::vector<std::string>& /*fields*/,
+                          const NameQuoting& quoting) {
+  return quoting.Table(table);
 }
 
-std::string FieldNamesText(const std::string& /*table*/, const std::vector<std::string>& fields) {
-  return CheckedFieldList(fields, ", ");
+std::string FieldNamesText(const std::string& /*table*/, const std::vector<std::string>& fields,
+                           const NameQuoting& quoting) {
+  return CheckedFieldList(fields, ", ", {}, quoting);
 }
 
-std::string WhereText(const std::string& /*table*/, const std::vector<std::string>& fields) {
-  return TableWhereText(fields);
+std::string WhereText(const std::string& /*table*/, const std::vector<std::string>& fields,
+                      const NameQuoting& quoting) {
+  return TableWhereText(fields, quoting);
 }
 
 }  // namespace
@@ -55,14 +58,42 @@ SchemaBrowser::SchemaBrowser(const Surroundings& around)
 
 void SchemaBrowser::LoadSchema(const std::string& key,
                                const std::shared_ptr<Connection>& connection, bool fromDatabase) {
-  const std::string name = SchemaFileName(connection->ConnectionString());
-  const std::string path = name.empty() ? "" : global_.BesideExecutable(name);
-  if (fromDatabase) {
-    if (loading_.LoadSchemaFromDB(key, connection) && !path.empty())
-      file_.SaveSchemaXML(path, key, false);
-  } else if (!path.empty()) {
-    file_.LoadSchemaXML(key, path, false);
-  }
+  tree_.UseQuoting(key, *connection);
+  firstCatalogs_.try_emplace(key, connection->DefaultDatabase());
+  if (fromDatabase) return LoadFromDatabase(key, connection);
+  const std::string path = FileToRead(key, *connection);
+  if (!path.empty()) file_.LoadSchemaXMLOf(OriginOf(*connection), key, path);
+}
+
+void SchemaBrowser::FollowCatalog(const std::string& key,
+                                  const std::shared_ptr<Connection>& connection,
+                                  bool fromDatabase) {
+  tree_.RefreshDatabase(key);
+  LoadSchema(key, connection, fromDatabase);
+}
+
+/// Only a schema that was read whole is kept.
+void SchemaBrowser::LoadFromDatabase(const std::string& key,
+                                     const std::shared_ptr<Connection>& connection) {
+  loading_.LoadSchemaFromDB(key, connection);
+  if (!loading_.Complete()) return;
+  const std::string path = KeptFile(*connection);
+  if (!path.empty()) file_.SaveSchemaXML(path, key, false, OriginOf(*connection));
+}
+
+/// Empty for a connection string that names no database.
+std::string SchemaBrowser::KeptFile(const Connection& connection) const {
+  if (SchemaFileName(connection.ConnectionString()).empty()) return {};
+  return global_.BesideExecutable(SchemaFileNameOf(OriginOf(connection)));
+}
+
+/// The kept file, or where there is none the one under its earlier name, which is that of the
+/// catalog a connection begins with.
+std::string SchemaBrowser::FileToRead(const std::string& key, const Connection& connection) const {
+  const std::string kept = KeptFile(connection);
+  if (kept.empty() || FileExists(global_.TheFiles(), kept)) return kept;
+  if (firstCatalogs_.at(key) != connection.DefaultDatabase()) return {};
+  return global_.BesideExecutable(SchemaFileName(connection.ConnectionString()));
 }
 
 /// The connection of the records window whose database a node belongs to; null when it is gone.
@@ -114,8 +145,15 @@ void SchemaBrowser::trvBrowser_KeyUp(KeyEvent& event) {
 void SchemaBrowser::TakeNode(const std::string& key) {
   if (key.empty()) return;
   trvBrowser_.SetExpanded(key, !trvBrowser_.Expanded(key));
-  sqlWindow_.InsertText(QuoteIdentifier(trvBrowser_.Text(key)));
+  sqlWindow_.InsertText(NameInSql(key));
   host_.FocusQueryWindow();
+}
+
+/// A database's caption is no name of SQL; it is quoted as one that has a blank.
+std::string SchemaBrowser::NameInSql(const std::string& key) const {
+  const std::string name = trvBrowser_.Text(key);
+  const NameQuoting& quoting = tree_.QuotingOf(key);
+  return KindOfNode(key) == NodeKind::Table ? quoting.Table(name) : quoting.Name(name);
 }
 
 void SchemaBrowser::PopupMenuOf(const std::string& key, Control* at, int x, int y) {
@@ -131,7 +169,7 @@ void SchemaBrowser::WireMenus() {
   OnDatabase("mnuDBLoadSchemaFromXML", &SchemaBrowser::mnuDBLoadSchemaFromXML_Click);
   OnDatabase("mnuDBSaveSchemaToXML", &SchemaBrowser::mnuDBSaveSchemaToXML_Click);
   OnSelected("mnuDBLoadSchemaFromDB", NodeKind::Database, [this](const std::string& key) {
-    if (const auto connection = ConnectionOf(key)) loading_.LoadSchemaFromDB(key, connection);
+    if (const auto connection = ConnectionOf(key)) LoadFromDatabase(key, connection);
   });
   WireTableMenu();
   WireFieldMenu();
@@ -150,17 +188,17 @@ void SchemaBrowser::WireTableMenu() {
 
 void SchemaBrowser::WireTableText(const char* command, TableText text) {
   OnSelected(command, NodeKind::Table, [this, text](const std::string& key) {
-    sqlWindow_.InsertText(text(trvBrowser_.Text(key), tree_.CheckedFields(key)));
+    sqlWindow_.InsertText(
+        text(trvBrowser_.Text(key), tree_.CheckedFields(key), tree_.QuotingOf(key)));
   });
 }
 
 void SchemaBrowser::WireFieldMenu() {
-  OnSelected("mnuFieldName", NodeKind::Field, [this](const std::string& key) {
-    sqlWindow_.InsertText(QuoteIdentifier(trvBrowser_.Text(key)));
-  });
+  OnSelected("mnuFieldName", NodeKind::Field,
+             [this](const std::string& key) { sqlWindow_.InsertText(NameInSql(key)); });
   OnSelected("mnuFieldMinMax", NodeKind::Field, [this](const std::string& key) {
     const std::string table = trvBrowser_.Text(trvBrowser_.Parent(key));
-    sqlWindow_.InsertText(FieldMinMaxText(table, trvBrowser_.Text(key)));
+    sqlWindow_.InsertText(FieldMinMaxText(table, trvBrowser_.Text(key), tree_.QuotingOf(key)));
   });
   OnSelected("mnuFieldBuildVocab", NodeKind::Field,
              [this](const std::string& key) { mnuFieldBuildVocab_Click(key); });
@@ -186,22 +224,24 @@ void SchemaBrowser::OnDatabase(const char* command,
 }
 
 void SchemaBrowser::mnuDBLoadSchemaFromXML_Click(const std::string& key, Connection& connection) {
-  FileDialog& dialog = SchemaFileDialog(connection);
-  if (ShowOpenFileDialog(dialog, global_.TheFiles(), false))
-    file_.LoadSchemaXML(key, dialog.fileName, true);
+  const std::string name = SchemaFileName(connection.ConnectionString());
+  FileDialog& dialog = SchemaFileDialog(name.empty() ? "*.schema.xml" : name);
+  if (!ShowOpenFileDialog(dialog, global_.TheFiles(), false)) return;
+  tree_.UseQuoting(key, connection);
+  file_.LoadSchemaXML(key, dialog.fileName, true);
 }
 
 void SchemaBrowser::mnuDBSaveSchemaToXML_Click(const std::string& key, Connection& connection) {
-  FileDialog& dialog = SchemaFileDialog(connection);
+  const SchemaOrigin origin = OriginOf(connection);
+  FileDialog& dialog = SchemaFileDialog(ProposedSchemaFileName(origin.database));
   if (ShowSaveFileDialog(dialog, global_.TheFiles(), false))
-    file_.SaveSchemaXML(dialog.fileName, key, true);
+    file_.SaveSchemaXML(dialog.fileName, key, true, origin);
 }
 
-/// The frame's file dialog, ready to ask in the program's folder for the connection's schema file.
-FileDialog& SchemaBrowser::SchemaFileDialog(const Connection& connection) {
+/// The frame's file dialog, ready to ask in the program's folder for a schema file.
+FileDialog& SchemaBrowser::SchemaFileDialog(const std::string& name) {
   FileDialog& dialog = frame_.FileDialogNamed("dlgCommon");
-  const std::string name = SchemaFileName(connection.ConnectionString());
-  dialog.fileName = global_.BesideExecutable(name.empty() ? "*.schema.xml" : name);
+  dialog.fileName = global_.BesideExecutable(name);
   dialog.filter = "Schema Files (*.schema.xml)|*.schema.xml";
   dialog.defaultExtension = "schema.xml";
   return dialog;
@@ -215,7 +255,7 @@ void SchemaBrowser::mnuFieldBuildVocab_Click(const std::string& key) {
   const auto connection = ConnectionOf(key);
   if (connection == nullptr) return;
   const std::string table = trvBrowser_.Text(trvBrowser_.Parent(key));
-  fieldVocabulary_.Build(key, table, trvBrowser_.Text(key), connection);
+  fieldVocabulary_.Build(key, table, trvBrowser_.Text(key), tree_.QuotingOf(key), connection);
 }
 
 }  // namespace tessel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -41,13 +42,19 @@ class SchemaBrowser {
   /// A node that is not there is no error.
   void RemoveDatabaseNode(const std::string& key) { tree_.RemoveDatabase(key); }
   /// Fills the node of a new connection: from the database, and then keeps the schema in its file;
-  /// or else from that file, if there is one.
+  /// or else from that file, if there is one. A file under the name of earlier versions is read
+  /// where there is none.
   void LoadSchema(const std::string& key, const std::shared_ptr<Connection>& connection,
                   bool fromDatabase);
+  /// Empties the node of a connection that uses another catalog now, and fills it as LoadSchema
+  /// does.
+  void FollowCatalog(const std::string& key, const std::shared_ptr<Connection>& connection,
+                     bool fromDatabase);
   void SetFocus() { trvBrowser_.SetFocus(); }
 
  private:
-  using TableText = std::string (*)(const std::string& table, const std::vector<std::string>&);
+  using TableText = std::string (*)(const std::string& table, const std::vector<std::string>&,
+                                    const NameQuoting& quoting);
 
   void WireMenus();
   void WireTableMenu();
@@ -65,13 +72,17 @@ class SchemaBrowser {
   void trvBrowser_KeyDown(KeyEvent& event);
   void trvBrowser_KeyUp(KeyEvent& event);
   void TakeNode(const std::string& key);
+  [[nodiscard]] std::string NameInSql(const std::string& key) const;
   void PopupMenuOf(const std::string& key, Control* at, int x, int y);
 
   void mnuDBLoadSchemaFromXML_Click(const std::string& key, Connection& connection);
   void mnuDBSaveSchemaToXML_Click(const std::string& key, Connection& connection);
   void mnuFieldTag_Click(const std::string& key, int flags);
   void mnuFieldBuildVocab_Click(const std::string& key);
-  [[nodiscard]] FileDialog& SchemaFileDialog(const Connection& connection);
+  void LoadFromDatabase(const std::string& key, const std::shared_ptr<Connection>& connection);
+  [[nodiscard]] std::string KeptFile(const Connection& connection) const;
+  [[nodiscard]] std::string FileToRead(const std::string& key, const Connection& connection) const;
+  [[nodiscard]] FileDialog& SchemaFileDialog(const std::string& name);
   [[nodiscard]] std::shared_ptr<Connection> ConnectionOf(const std::string& key) const;
 
   const Global& global_;
@@ -83,6 +94,7 @@ class SchemaBrowser {
   SchemaLoading loading_;
   SchemaFile file_;
   FieldVocabulary fieldVocabulary_;
+  std::map<std::string, std::string> firstCatalogs_;  ///< Of the connections, by their nodes.
   bool pressedOnNode_ = true;  ///< Not beside one, on its arrow or its check box, with the mouse.
 };
 

@@ -29,7 +29,16 @@ class TextWriter final : public pugi::xml_writer {
   std::string text_;
 };
 
+[[noreturn]] void RaiseTooLarge() {
+  RaiseAppError("The file is larger than " + std::to_string(mostMegabytes) + " megabytes.");
+}
+
+void RequireReasonable(const std::string& name) {
+  if (name.size() > longestName) RaiseAppError("The name of a table or field is too long.");
+}
+
 void AppendNamed(pugi::xml_node& element, const std::string& name) {
+  RequireReasonable(name);
   element.append_attribute("name").set_value(name.c_str());
 }
 
@@ -57,7 +66,7 @@ class SchemaWalker final : public pugi::xml_tree_walker {
 
   static std::string NameOf(const pugi::xml_node& node) {
     std::string name = node.attribute("name").value();
-    if (name.size() > longestName) RaiseAppError("The name of a table or field is too long.");
+    RequireReasonable(name);
     return name;
   }
 
@@ -86,9 +95,14 @@ std::string SchemaFileName(std::string_view connectionString) {
   return name.empty() ? name : name.append(ending);
 }
 
-std::string SchemaToXML(const Schema& schema) {
+std::string SchemaToXML(const Schema& schema, const SchemaOrigin& origin,
+                        const std::string& saved) {
   pugi::xml_document document;
   pugi::xml_node database = document.append_child("Database");
+  for (const auto& [attribute, value] :
+       {std::pair("saved", &saved), std::pair("provider", &origin.provider),
+        std::pair("server", &origin.server), std::pair("database", &origin.database)})
+    if (!value->empty()) database.append_attribute(attribute).set_value(value->c_str());
   for (const TableSchema& table : schema) {
     pugi::xml_node tableElement = database.append_child("Table");
     AppendNamed(tableElement, table.name);
@@ -99,21 +113,29 @@ std::string SchemaToXML(const Schema& schema) {
   }
   TextWriter text;
   document.save(text, "  ", pugi::format_indent | pugi::format_no_declaration);
-  return text.Take();
+  std::string xml = text.Take();
+  if (xml.size() > mostBytes) RaiseTooLarge();
+  return xml;
 }
 
-bool SchemaFromXML(std::string_view text, Schema& schema) {
+bool SchemaFromXML(std::string_view text, Schema& schema, SchemaOrigin* origin) {
   pugi::xml_document document;
   if (!document.load_buffer(text.data(), text.size())) return false;
   SchemaWalker walker(schema);
-  document.document_element().traverse(walker);
+  pugi::xml_node database = document.document_element();
+  database.traverse(walker);
+  if (origin != nullptr)
+    *origin = {database.attribute("provider").value(), database.attribute("server").value(),
+               database.attribute("database").value()};
   return true;
 }
 
 void SchemaFile::SaveSchemaXML(const std::string& path, const std::string& databaseKey,
-                               bool showErrors) {
+                               bool showErrors, const SchemaOrigin& origin) {
   try {
-    global_.TheFiles().ReplaceWhole(path, SchemaToXML(tree_.Tables(databaseKey)), false);
+    const std::string saved = global_.TheDesktop().TheClock().UtcStamp();
+    global_.TheFiles().ReplaceWhole(path, SchemaToXML(tree_.Tables(databaseKey), origin, saved),
+                                    false);
   } catch (const Error& error) {
     Notice(showErrors, "Error saving schema to XML: " + error.Description(), MessageIcon::Critical);
   }
@@ -131,18 +153,30 @@ void SchemaFile::LoadSchemaXML(const std::string& databaseKey, const std::string
   }
 }
 
+void SchemaFile::LoadSchemaXMLOf(const SchemaOrigin& origin, const std::string& databaseKey,
+                                 const std::string& path) {
+  try {
+    Schema schema;
+    SchemaOrigin told;
+    if (!Read(path, schema, &told)) return;
+    if (told == SchemaOrigin() || told == origin) Lay(databaseKey, schema);
+  } catch (const Error&) {
+    return;  // The node stays as it is.
+  }
+}
+
 /// False when the file cannot be read or is no XML document.
-bool SchemaFile::Read(const std::string& path, Schema& schema) const {
+bool SchemaFile::Read(const std::string& path, Schema& schema, SchemaOrigin* origin) const {
   std::string text;
   try {
     const Files& files = global_.TheFiles();
-    if (files.Size(path) <= mostBytes) text = files.ReadWhole(path);
-    else RaiseAppError("The file is larger than " + std::to_string(mostMegabytes) + " megabytes.");
+    if (files.Size(path) > mostBytes) RaiseTooLarge();
+    text = files.ReadWhole(path);
   } catch (const Error& error) {
     if (error.Number() == errorNumber::application) throw;
     return false;
   }
-  return SchemaFromXML(text, schema);
+  return SchemaFromXML(text, schema, origin);
 }
 
 void SchemaFile::Lay(const std::string& databaseKey, const Schema& schema) {

@@ -1,5 +1,8 @@
 #include "schema/SchemaLoading.h"
 
+#include <functional>
+#include <optional>
+
 #include "app/Global.h"
 #include "platform/Error.h"
 
@@ -38,6 +41,44 @@ std::string_view NameAt(const Recordset& rows, std::int64_t row, std::size_t fie
   return buffer = ToText(value);
 }
 
+/// Reads from rows the names under which tables are listed. Where the schema rowsets know better
+/// than the standard views, those that SQL does not find alone stand with their schema.
+class TableNames {
+ public:
+  TableNames(const Recordset& rows, const NameQuoting& quoting, bool withSchemas)
+      : rows_(rows), quoting_(quoting), name_(RequireField(rows, "TABLE_NAME")) {
+    if (!withSchemas) return;
+    needsSchema_ = RequireField(rows, "NEEDS_SCHEMA");
+    schemas_ = {RequireField(rows, "TABLE_SCHEMA"), RequireField(rows, "TABLE_CATALOG")};
+  }
+
+  /// Valid until the next one is read.
+  [[nodiscard]] std::string_view At(std::int64_t row) {
+    const std::string_view name = NameAt(rows_, row, name_, buffer_);
+    if (!needsSchema_) return name;
+    return listed_ = quoting_.ListedTable(SchemaAt(row), name);
+  }
+
+ private:
+  /// Empty where none is needed. A database without schemas has catalogs.
+  [[nodiscard]] std::string SchemaAt(std::int64_t row) const {
+    const ValueView needs = rows_.ValueAt(row, *needsSchema_);
+    const bool* needed = std::get_if<bool>(&needs);
+    if (needed == nullptr || !*needed) return {};
+    for (const std::size_t field : schemas_)
+      if (!IsNull(rows_.ValueAt(row, field))) return ToText(rows_.ValueAt(row, field));
+    return {};
+  }
+
+  const Recordset& rows_;
+  NameQuoting quoting_;
+  std::size_t name_;
+  std::optional<std::size_t> needsSchema_;
+  std::vector<std::size_t> schemas_;
+  std::string buffer_;
+  std::string listed_;
+};
+
 /// One load of one database.
 class Loading {
  public:
@@ -47,7 +88,12 @@ class Loading {
         async_(async),
         tree_(tree),
         databaseKey_(std::move(databaseKey)),
-        connection_(std::move(connection)) {}
+        connection_(std::move(connection)),
+        rowsetsKnowBetter_(connection_->ProviderProperties().Number("Schema By Rowsets", 0) != 0),
+        hasViews_(!rowsetsKnowBetter_) {}
+
+  /// Everything was read, nothing cancelled.
+  [[nodiscard]] bool Complete() const { return complete_; }
 
   bool Load() {
     const Rows tables = OpenTables();
@@ -60,13 +106,14 @@ class Loading {
     AddFields(*fields);
     fields->Close();
     tree_.View().SetExpanded(databaseKey_, true);
+    complete_ = !cancelled_;
     return true;
   }
 
  private:
   Rows OpenTables() {
     try {
-      return async_.ReadRows(*connection_, tablesQuery);
+      if (hasViews_) return async_.ReadRows(*connection_, tablesQuery);
     } catch (const Error&) {
       connection_->ClearErrors();
       hasViews_ = false;
@@ -82,7 +129,9 @@ class Loading {
       if (!AskForSecondWay()) return nullptr;
     }
     Rows rows = async_.ReadSchema(*connection_, SchemaRowset::Columns, {});
-    if (rows != nullptr) rows->SetSort("TABLE_NAME, ORDINAL_POSITION");
+    if (rows == nullptr) return nullptr;
+    const std::string order = "TABLE_NAME, ORDINAL_POSITION";
+    rows->SetSort(rowsetsKnowBetter_ ? "TABLE_CATALOG, TABLE_SCHEMA, " + order : order);
     return rows;
   }
 
@@ -94,35 +143,37 @@ class Loading {
   }
 
   void AddTables(const Recordset& rows) {
-    const std::size_t name = RequireField(rows, "TABLE_NAME");
-    std::vector<std::string> names;
+    TableNames names(rows, tree_.QuotingOf(databaseKey_), rowsetsKnowBetter_);
+    std::vector<std::string> listed;
     const std::int64_t count = rows.RecordCount();
-    async_.WorkFor(rows.ActiveConnection().get());
-    async_.ForEach(
-        "Reading table names...", count,
-        [&](std::int64_t row) { names.push_back(ToText(rows.ValueAt(row, name))); },
-        NamesAtOnce(count));
-    tree_.AddTables(databaseKey_, names);
+    ForEach("Reading table names...", count,
+            [&](std::int64_t row) { listed.emplace_back(names.At(row)); });
+    tree_.AddTables(databaseKey_, listed);
   }
 
   /// The rows come table by table; each table's fields are added together.
   void AddFields(const Recordset& rows) {
     const std::size_t name = RequireField(rows, "COLUMN_NAME");
-    const std::size_t tableName = RequireField(rows, "TABLE_NAME");
+    TableNames tableNames(rows, tree_.QuotingOf(databaseKey_), rowsetsKnowBetter_);
     TableSchema table;
     std::string buffer;
     const std::int64_t count = rows.RecordCount();
     const auto take = [&](std::int64_t row) {
-      const std::string_view of = NameAt(rows, row, tableName, buffer);
+      const std::string_view of = tableNames.At(row);
       if (of != table.name) {
         AddFieldsOf(table);
         table = {std::string(of), {}};
       }
       table.fields.emplace_back(NameAt(rows, row, name, buffer));
     };
-    async_.WorkFor(rows.ActiveConnection().get());
-    async_.ForEach("Reading field names...", count, take, NamesAtOnce(count));
+    ForEach("Reading field names...", count, take);
     AddFieldsOf(table);
+  }
+
+  void ForEach(const std::string& message, std::int64_t count,
+               const std::function<void(std::int64_t)>& step) {
+    async_.WorkFor(connection_.get());
+    if (!async_.ForEach(message, count, step, NamesAtOnce(count))) cancelled_ = true;
   }
 
   /// Fields of what is not among the tables, such as a view, are left out.
@@ -136,15 +187,23 @@ class Loading {
   SchemaTree& tree_;
   std::string databaseKey_;
   std::shared_ptr<Connection> connection_;
-  bool hasViews_ = true;
+  bool rowsetsKnowBetter_;
+  bool hasViews_;
+  bool cancelled_ = false;
+  bool complete_ = false;
 };
 
 }  // namespace
 
 bool SchemaLoading::LoadSchemaFromDB(const std::string& databaseKey,
                                      const std::shared_ptr<Connection>& connection) {
+  complete_ = false;
+  tree_.UseQuoting(databaseKey, *connection);
   try {
-    return Loading(help_, async_, tree_, databaseKey, connection).Load();
+    Loading loading(help_, async_, tree_, databaseKey, connection);
+    const bool loaded = loading.Load();
+    complete_ = loading.Complete();
+    return loaded;
   } catch (const Error& error) {
     help_.HelpMsgBoxNotice("Unable to get database schema information: " + error.Description(),
                            MessageButtons::Ok, MessageIcon::Critical);

@@ -22,11 +22,14 @@ class SchemaLoading {
   /// read the fields.
   bool LoadSchemaFromDB(const std::string& databaseKey,
                         const std::shared_ptr<Connection>& connection);
+  /// Whether the last load read everything: it neither failed nor was cancelled on its way.
+  [[nodiscard]] bool Complete() const { return complete_; }
 
  private:
   Help help_;
   dlgAsync& async_;
   SchemaTree& tree_;
+  bool complete_ = false;
 };
 
 }  // namespace tessel

@@ -54,6 +54,7 @@ void SchemaTree::AddDatabase(const std::string& key, const std::string& text) {
 void SchemaTree::RemoveDatabase(const std::string& key) {
   view_.Remove(key);
   ForgetWords(key);
+  vocabulary_.RemoveQuoting(key);
 }
 
 void SchemaTree::RefreshDatabase(const std::string& key) {
@@ -66,6 +67,11 @@ void SchemaTree::RefreshDatabase(const std::string& key) {
     if (selected) view_.SelectNode(key);
   }
   view_.SetExpanded(key, false);
+}
+
+void SchemaTree::UseQuoting(const std::string& databaseKey, const Connection& connection) {
+  if ((connection.State() & objectState::open) != 0)
+    vocabulary_.SetQuoting(databaseKey, NameQuoting(connection.ProviderProperties()));
 }
 
 void SchemaTree::ForgetWords(const std::string& databaseKey) {

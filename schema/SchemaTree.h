@@ -50,6 +50,14 @@ class SchemaTree {
   void AddTables(const std::string& databaseKey, const std::vector<std::string>& names);
   void AddFields(const std::string& tableKey, const std::vector<std::string>& names);
 
+  /// Takes from an open connection how names of its database are written in SQL, in the tree's
+  /// commands and in completion; a closed one tells nothing. It is forgotten with the node.
+  void UseQuoting(const std::string& databaseKey, const Connection& connection);
+  /// That of the database that a node belongs to.
+  [[nodiscard]] const NameQuoting& QuotingOf(const std::string& key) const {
+    return vocabulary_.QuotingOf(DatabaseOf(key));
+  }
+
   /// The database node that a node hangs on; empty for an empty key.
   [[nodiscard]] std::string DatabaseOf(std::string key) const;
   /// Everything below a database node, in the order of the tree.

@@ -270,14 +270,15 @@ void ClientRecordset::AddRows(const Task* task, std::vector<ChunkPtr> chunks) {
 }
 
 /// Each field is changed in its place: who holds a reference to it keeps a good one.
-void ClientRecordset::EndRows(const Task* task, std::vector<std::size_t> key,
-                              std::vector<FieldInfo> fields) {
+void ClientRecordset::EndRows(const Task* task, RowFacts facts) {
   if (task != task_.get()) return;
   task_.reset();
   state_ &= objectState::open;
   if (state_ == objectState::closed) return;
-  rows_->SetKey(std::move(key));
-  if (fields.size() == rows_->fields.size()) std::ranges::move(fields, rows_->fields.begin());
+  rows_->origin = std::move(facts.origin);
+  rows_->SetKey(std::move(facts.key));
+  if (facts.fields.size() == rows_->fields.size())
+    std::ranges::move(facts.fields, rows_->fields.begin());
   if (!sort_.empty()) ApplySort();
 }
 

@@ -65,6 +65,7 @@ class ClientRecordset : public Recordset,
 
   [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType lock) override;
   void SetSort(const std::string& order) override;
+  [[nodiscard]] std::optional<ErrorInfo> WhyNotChangeable() const override;
   [[nodiscard]] EditMode Editing() const override;
   void AddNew() override;
   void SetFieldValue(std::size_t field, Value value) override;
@@ -87,10 +88,14 @@ class ClientRecordset : public Recordset,
   /// The command has a result with these fields; its rows follow.
   void BeginRows(const Task* task, std::vector<FieldInfo> fields);
   void AddRows(const Task* task, std::vector<ChunkPtr> chunks);
-  /// The command has ended, well or not. `key` is what ResultRows calls so, `fields` are those of
-  /// BeginRows with all that is known of them now, or empty.
-  void EndRows(const Task* task, std::vector<std::size_t> key = {},
-               std::vector<FieldInfo> fields = {});
+  /// What is known of rows when their command has ended.
+  struct RowFacts {
+    RowOrigin origin;               ///< Unknown when it is left out: they cannot be written.
+    std::vector<std::size_t> key;   ///< As ResultRows calls it.
+    std::vector<FieldInfo> fields;  ///< Those of BeginRows with all that is known, or empty.
+  };
+  /// The command has ended, well or not.
+  void EndRows(const Task* task, RowFacts facts);
   /// A change is being written for this recordset, until EndChange.
   void BeginChange(std::shared_ptr<Task> task);
   void EndChange(const Task* task);
@@ -100,7 +105,9 @@ class ClientRecordset : public Recordset,
  private:
   void RequireOpen() const;
   void RequireField(std::size_t field) const;
+  [[nodiscard]] std::optional<ErrorInfo> WhyNeverChangeable() const;
   void RequireChangeable() const;
+  void RequireNotBeingWritten() const;
   void UseRows(std::shared_ptr<ResultRows> rows);
   void ApplySort();
 

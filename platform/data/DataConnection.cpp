@@ -105,7 +105,7 @@ void DataConnection::Close() {
 void DataConnection::ReleaseRunning() {
   const std::shared_ptr<ClientRecordset> recordset = runningFor_.lock();
   if (recordset && running_) {
-    recordset->EndRows(running_.get());
+    recordset->EndRows(running_.get(), {});
     recordset->EndChange(running_.get());
   }
   const std::shared_ptr<ResultRows> rows = runningRows_.lock();
@@ -295,11 +295,13 @@ void DataConnection::DeliverRows(Execution& execution, TaskNews& news, FailureSi
 }
 
 void DataConnection::DeliverEnd(Execution& execution, const TaskNews& news, FailureSink& failures) {
+  RowOrigin origin{connectionString_, news.catalog.value_or(catalog_)};
   Finish(*execution.task, news);
   execution.ended = true;
   execution.failure = news.failure;
   const auto recordset = execution.recordset.lock();
-  if (recordset) recordset->EndRows(execution.task.get(), news.key, news.fields);
+  if (recordset)
+    recordset->EndRows(execution.task.get(), {std::move(origin), news.key, news.fields});
   if (!execution.hasRows) {
     RaiseExecuted(execution, news, failures);
   } else if (recordset && execution.asyncFetch) {

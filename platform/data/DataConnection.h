@@ -71,6 +71,8 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
   [[nodiscard]] std::shared_ptr<Recordset> CreateRecordset() override;
 
   // --- for its recordsets ----------------------------------------------------------------------
+  /// Where rows that were read now would come from.
+  [[nodiscard]] RowOrigin Origin() const { return {connectionString_, catalog_}; }
   /// Runs `sql` for `recordset`, whose rows it becomes. Raises what Recordset::Open says.
   void Execute(const std::shared_ptr<ClientRecordset>& recordset, const std::string& sql,
                int options);

@@ -9,6 +9,10 @@ namespace {
 
 Error IsPending(const char* text) { return {errorNumber::changePending, "Tessel", text}; }
 
+ErrorInfo Reason(std::int32_t number, const char* text) {
+  return Error(number, "Tessel", text).Info();
+}
+
 Error WrongType(const FieldInfo& field) {
   return {errorNumber::typeMismatch, "Tessel",
           "This is no value of the type of the field '" + field.name + "'."};
@@ -16,17 +20,34 @@ Error WrongType(const FieldInfo& field) {
 
 }  // namespace
 
-void ClientRecordset::RequireChangeable() const {
+/// Whatever database is in use.
+std::optional<ErrorInfo> ClientRecordset::WhyNeverChangeable() const {
   RequireOpen();
   if (lock_ == LockType::ReadOnly || lock_ == LockType::Unspecified)
-    throw Error(errorNumber::readOnly, "Tessel",
-                "The records were opened for reading only and cannot be changed.");
+    return Reason(errorNumber::readOnly,
+                  "The records were opened for reading only and cannot be changed.");
   if ((state_ & objectState::fetching) != 0)
-    throw Error(errorNumber::application, "Tessel", "The records are still being fetched.");
+    return Reason(errorNumber::application, "The records are still being fetched.");
   if (!rows_->CanBeWritten())
-    throw Error(errorNumber::notSupported, "Tessel",
-                "The records cannot be changed: they do not come from one table, or none of its "
-                "columns can be written.");
+    return Reason(errorNumber::notSupported,
+                  "The records cannot be changed: they do not come from one table, or none of its "
+                  "columns can be written.");
+  return std::nullopt;
+}
+
+std::optional<ErrorInfo> ClientRecordset::WhyNotChangeable() const {
+  if (auto reason = WhyNeverChangeable()) return reason;
+  const std::shared_ptr<DataConnection> connection = connection_.lock();
+  if (!connection || (connection->State() & objectState::open) == 0) return std::nullopt;
+  return WhyOtherOrigin(rows_->origin, connection->Origin());
+}
+
+void ClientRecordset::RequireChangeable() const {
+  if (const auto reason = WhyNotChangeable()) throw Error(*reason);
+  RequireNotBeingWritten();
+}
+
+void ClientRecordset::RequireNotBeingWritten() const {
   if (rows_->pending && rows_->pending->IsBeingWritten())
     throw IsPending("The change is being written.");
 }
@@ -84,7 +105,8 @@ void ClientRecordset::SetFieldValue(std::size_t field, Value value) {
 }
 
 void ClientRecordset::CancelUpdate() {
-  RequireChangeable();
+  if (const auto reason = WhyNeverChangeable()) throw Error(*reason);
+  RequireNotBeingWritten();
   rows_->DropPending();
 }
 

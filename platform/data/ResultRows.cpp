@@ -48,16 +48,22 @@ std::vector<std::int64_t> ResultRows::Numbers() const {
 // --- changes
 // ----------------------------------------------------------------------------------------
 
-/// With the original values that find the row, and those of the fields that are changed.
+/// With the original values that find the row, and those that have to be there still: of the fields
+/// that are changed, and of a row that is deleted all.
 RowChange ResultRows::ChangeOf(RowChange::Kind kind, std::int64_t row) const {
   const std::size_t count = fields.size();
-  RowChange change{
-      kind, fields, key, FieldValues(count), FieldValues(count), std::vector<bool>(count)};
+  RowChange change{kind,
+                   origin.catalog,
+                   fields,
+                   key,
+                   FieldValues(count),
+                   FieldValues(count),
+                   std::vector<bool>(count)};
   if (kind == RowChange::Kind::Insert) return change;
   for (std::size_t i = 0; i < fields.size(); ++i) {
     const bool isKey = std::ranges::find(key, i) != key.end();
-    const bool isChanged = kind == RowChange::Kind::Update && pending->values[i];
-    if (HasColumn(fields[i]) && (key.empty() || isKey || isChanged))
+    const bool isCompared = kind == RowChange::Kind::Delete || pending->values[i];
+    if (HasColumn(fields[i]) && (key.empty() || isKey || isCompared))
       change.originals[i] = ToValue(WrittenAt(row, i));
     change.isLong[i] = IsLong(WrittenAt(row, i));
   }

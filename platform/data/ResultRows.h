@@ -12,6 +12,7 @@
 
 #include "platform/Recordset.h"
 #include "platform/data/RowChange.h"
+#include "platform/data/RowOrigin.h"
 #include "platform/data/RowStore.h"
 #include "platform/data/Task.h"
 
@@ -54,6 +55,7 @@ class ResultRows {
   std::vector<std::size_t> key;  ///< The fields of a whole unique key; empty: none is known.
   RowStore store;
   Properties properties;
+  RowOrigin origin;
   std::optional<PendingChange> pending;
 
   /// Takes down what is known of the key, and says so among the properties.

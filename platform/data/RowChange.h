@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/Recordset.h"
@@ -16,6 +17,7 @@ struct RowChange {
   enum class Kind { Update, Insert, Delete };
 
   Kind kind = Kind::Update;
+  std::string catalog;            ///< In use when the row was read; it must be so again.
   std::vector<FieldInfo> fields;  ///< All of the recordset; there is one base table.
   /// The fields of a whole unique key; empty: none is known, and all original values find the row.
   std::vector<std::size_t> key;

@@ -19,11 +19,37 @@ std::string Replaced(std::string_view pattern, std::string_view mark, std::strin
   return text;
 }
 
+bool IsPlainNameByte(char c) {
+  const char upper = AsciiUpper(c);
+  return (upper >= 'A' && upper <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+}
+
 std::string_view ElementType(std::string_view typeName) {
   return typeName.ends_with("[]") ? typeName.substr(0, typeName.size() - 2) : typeName;
 }
 
 }  // namespace
+
+/// Without a sign for it only a name that needs none is taken: it might be anything else.
+std::string QuotedName(std::string_view name, const WriteDialect& dialect) {
+  if (dialect.quote == '\0') {
+    if (!std::ranges::all_of(name, IsPlainNameByte))
+      throw Error(errorNumber::notSupported, "Tessel",
+                  "The name '" + std::string(name) + "' cannot be quoted for this database.");
+    return std::string(name);
+  }
+  std::string quoted(1, dialect.quote);
+  for (const char c : name) quoted.append(c == dialect.quote ? 2 : 1, c);
+  return quoted + dialect.quote;
+}
+
+std::string BaseTableName(const FieldInfo& field, const WriteDialect& dialect) {
+  std::string name;
+  if (dialect.namesCatalog && !field.baseCatalog.empty())
+    name = QuotedName(field.baseCatalog, dialect) + ".";
+  if (!field.baseSchema.empty()) name += QuotedName(field.baseSchema, dialect) + ".";
+  return name + QuotedName(field.baseTable, dialect);
+}
 
 RowSql::RowSql(const RowChange& change, const WriteDialect& dialect)
     : change_(change), dialect_(dialect) {
@@ -35,21 +61,11 @@ bool RowSql::IsReadBack(std::size_t field) const {
   return HasColumn(Field(field)) && (change_.changes[field] || !change_.isLong[field]);
 }
 
-std::string RowSql::Quoted(std::string_view name) const {
-  std::string quoted(1, dialect_.quote);
-  for (const char c : name) quoted.append(c == dialect_.quote ? 2 : 1, c);
-  return quoted + dialect_.quote;
+std::string RowSql::Column(std::size_t field) const {
+  return QuotedName(Field(field).baseColumn, dialect_);
 }
 
-std::string RowSql::Column(std::size_t field) const { return Quoted(Field(field).baseColumn); }
-
-std::string RowSql::Table() const {
-  const FieldInfo& base = *OneBaseTable(change_.fields);
-  std::string name;
-  if (dialect_.namesCatalog && !base.baseCatalog.empty()) name = Quoted(base.baseCatalog) + ".";
-  if (!base.baseSchema.empty()) name += Quoted(base.baseSchema) + ".";
-  return name + Quoted(base.baseTable);
-}
+std::string RowSql::Table() const { return BaseTableName(*OneBaseTable(change_.fields), dialect_); }
 
 std::string RowSql::Parameter(RowStatement& statement, std::size_t field,
                               const Value& value) const {
@@ -58,6 +74,7 @@ std::string RowSql::Parameter(RowStatement& statement, std::size_t field,
 }
 
 std::string_view RowSql::PatternOf(const FieldInfo& field) const {
+  if (!field.searchable) return {};
   for (const WriteDialect::Comparison& rule : dialect_.comparisons) {
     const bool named = !rule.typeName.empty();
     if (named ? EqualNoCase(rule.typeName, ElementType(field.typeName)) : rule.type == field.type)
@@ -80,12 +97,17 @@ void RowSql::AddComparison(RowStatement& statement, std::size_t field, const Val
   statement.sql += Replaced(column, "{value}", Parameter(statement, field, value));
 }
 
+/// Whether its original value must still be there, beside the key that finds the row.
+bool RowSql::IsCompared(std::size_t field) const {
+  return change_.key.empty() || change_.changes[field] || change_.kind == RowChange::Kind::Delete;
+}
+
 void RowSql::AddWhere(RowStatement& statement) const {
   statement.sql += " where";
   for (const std::size_t field : change_.key)
     AddComparison(statement, field, *change_.originals[field], true);
   for (std::size_t i = 0; i < change_.fields.size(); ++i)
-    if (change_.originals[i] && (change_.key.empty() || change_.changes[i]))
+    if (change_.originals[i] && IsCompared(i))
       AddComparison(statement, i, *change_.originals[i], false);
   if (statement.sql.ends_with(" where"))
     throw Error(errorNumber::notSupported, "Tessel",

@@ -10,6 +10,12 @@
 
 namespace tessel {
 
+/// A name as it stands in a statement. Raises Error(notSupported) for one that would have to be
+/// quoted where that cannot be done.
+[[nodiscard]] std::string QuotedName(std::string_view name, const WriteDialect& dialect);
+/// The name of the table that a field comes from, with all that the dialect puts before it.
+[[nodiscard]] std::string BaseTableName(const FieldInfo& field, const WriteDialect& dialect);
+
 /// Makes the statements of one change in the words of one database. What they refer to is the
 /// change: it must outlive them.
 class RowSql {
@@ -30,7 +36,6 @@ class RowSql {
 
  private:
   [[nodiscard]] const FieldInfo& Field(std::size_t index) const { return change_.fields[index]; }
-  [[nodiscard]] std::string Quoted(std::string_view name) const;
   [[nodiscard]] std::string Column(std::size_t field) const;
   [[nodiscard]] std::string Table() const;
   [[nodiscard]] std::string Parameter(RowStatement& statement, std::size_t field,
@@ -38,6 +43,7 @@ class RowSql {
   [[nodiscard]] std::string_view PatternOf(const FieldInfo& field) const;
   void AddComparison(RowStatement& statement, std::size_t field, const Value& value,
                      bool byKey) const;
+  [[nodiscard]] bool IsCompared(std::size_t field) const;
   void AddWhere(RowStatement& statement) const;
   void AddColumns(RowStatement& statement) const;
   void AddReturning(RowStatement& statement) const;

@@ -20,7 +20,7 @@ struct WriteDialect {
     std::string_view pattern = {};
   };
 
-  char quote = '"';                  ///< On both sides of names, doubled within them.
+  char quote = '"';                  ///< On both sides of names, doubled within them; 0: none.
   bool namesCatalog = false;         ///< Before the table.
   bool numbersParameters = false;    ///< "$1", "$2" instead of "?".
   std::string_view sameOrNull = {};  ///< The pattern for all but these:
@@ -31,6 +31,9 @@ struct WriteDialect {
   std::string_view lastKey = {};  ///< Asks for the number that was generated last; may be empty.
   std::string_view begin = {};    ///< Empty: a savepoint begins a transaction where there is none.
   bool countsFirst = false;       ///< There are tables whose changes cannot be undone.
+  /// Nothing is known of transactions: none is begun, and rows are written only where a key makes
+  /// sure that there is but one.
+  bool needsKey = false;
 };
 
 /// A statement that changes rows or reads some back.

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/data/RowOrigin.h"
 #include "platform/data/RowSql.h"
 
 namespace tessel {
@@ -11,12 +12,14 @@ namespace tessel {
 namespace {
 
 /// Begins a transaction, or a savepoint in the user's own, and undoes all done in it unless it is
-/// kept.
+/// kept. Where nothing is known of transactions it does nothing: one statement is whole by itself.
 class RowTransaction {
  public:
   RowTransaction(ProviderSession& session, const WriteDialect& dialect) : session_(session) {
     const UserTransaction users = session.Transaction();
     if (users == UserTransaction::Failed) RaiseFailed();
+    kept_ = dialect.needsKey;
+    if (kept_) return;
     const bool joins = users == UserTransaction::Open || users == UserTransaction::Waiting;
     isSavepoint_ = joins || dialect.begin.empty();
     session_.RunControl(isSavepoint_ ? "savepoint tessel_change" : dialect.begin, nullptr);
@@ -28,6 +31,7 @@ class RowTransaction {
   }
 
   void Keep(const Operation& operation) {
+    if (kept_) return;
     session_.RunControl(isSavepoint_ ? "release savepoint tessel_change" : "commit", &operation);
     kept_ = true;
   }
@@ -194,13 +198,18 @@ class ChangeWriter {
 
 }  // namespace
 
+/// What cannot be undone is not stopped half way: it would be called cancelled, and be there.
 FieldValues WriteRow(ProviderSession& session, const RowChange& change, Operation& operation) {
   const WriteDialect* dialect = session.Writing();
   if (dialect == nullptr)
     throw Error(errorNumber::notSupported, "Tessel", "This provider cannot change records.");
   RowTransaction transaction(session, *dialect);
-  FieldValues written = ChangeWriter(session, *dialect, change, operation).Write();
-  operation.ThrowIfStopped();
+  if (const auto reason = WhyOtherCatalog(change.catalog, session.CurrentCatalog()))
+    throw Error(*reason);
+  Operation unstopped;
+  Operation& stoppable = dialect->needsKey ? unstopped : operation;
+  FieldValues written = ChangeWriter(session, *dialect, change, stoppable).Write();
+  stoppable.ThrowIfStopped();
   transaction.Keep(operation);
   return written;
 }

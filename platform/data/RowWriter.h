@@ -10,8 +10,9 @@
 namespace tessel {
 
 /// Writes one change in a transaction of its own, or behind a savepoint in the user's. Exactly one
-/// row is changed, or none and Error is raised. Returns what the row holds then, as far as it is
-/// known; nothing for a row that was deleted. Worker thread.
+/// row is changed, or none and Error is raised: also when another catalog is in use than when the
+/// row was read. Returns what the row holds then, as far as it is known; nothing for a row that was
+/// deleted. Worker thread.
 [[nodiscard]] FieldValues WriteRow(ProviderSession& session, const RowChange& change,
                                    Operation& operation);
 

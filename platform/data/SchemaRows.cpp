@@ -20,6 +20,7 @@ std::vector<FieldInfo> FieldsOf(SchemaRowset kind) {
   if (kind == SchemaRowset::Tables) {
     fields.push_back(Field("TABLE_TYPE"));
     fields.push_back(Field("DESCRIPTION"));
+    fields.push_back(Field("NEEDS_SCHEMA", DataType::Boolean));
     return fields;
   }
   fields.push_back(Field("COLUMN_NAME"));
@@ -27,6 +28,7 @@ std::vector<FieldInfo> FieldsOf(SchemaRowset kind) {
   fields.push_back(Field("IS_NULLABLE", DataType::Boolean));
   fields.push_back(Field("DATA_TYPE", DataType::Integer));
   fields.push_back(Field("TYPE_NAME"));
+  fields.push_back(Field("NEEDS_SCHEMA", DataType::Boolean));
   return fields;
 }
 
@@ -68,6 +70,7 @@ void SchemaRows::AddTable(const SchemaTable& table) {
   Put(2, table.name);
   Put(3, table.type);
   Put(4, table.description);
+  sink_.Column(5).AppendBoolean(table.needsSchema);
   sink_.EndRow();
 }
 
@@ -82,6 +85,7 @@ void SchemaRows::AddColumn(const SchemaColumn& column) {
   sink_.Column(5).AppendBoolean(column.nullable);
   sink_.Column(6).AppendInteger(static_cast<int>(column.type));
   Put(7, column.typeName);
+  sink_.Column(8).AppendBoolean(column.needsSchema);
   sink_.EndRow();
 }
 

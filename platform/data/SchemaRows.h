@@ -26,6 +26,7 @@ struct SchemaTable {
   std::string name;
   std::string type;  ///< "TABLE", "VIEW", "SYSTEM TABLE" or the database's own.
   OptionalText description;
+  bool needsSchema = false;  ///< SQL finds it only with its schema, or else its catalog, in front.
 };
 
 /// One row of SchemaRowset::Columns.
@@ -38,6 +39,7 @@ struct SchemaColumn {
   bool nullable = true;
   DataType type = DataType::VarWChar;
   std::string typeName;
+  bool needsSchema = false;  ///< As of its table.
 };
 
 /// Collects the rows of one schema rowset and leaves out those that the restrictions exclude.

@@ -158,19 +158,22 @@ void ExecuteTask::Run(ProviderSession& session) {
 void ExecuteTask::LeaveCommand(ProviderSession& session) noexcept {
   session.CloseResult();
   try {
-    if (!fields_.empty()) TellFields(session);
     std::string catalog = session.CurrentCatalog();
     Tell([&](TaskNews& news) { news.catalog = std::move(catalog); }, false);
+    if (!fields_.empty()) TellFields(session);
   } catch (const std::exception&) {
     return;
   }
 }
 
-/// Where rows come from several tables no change could tell which row it is to hit.
+/// Where rows come from several tables no change could tell which row it is to hit, and there are
+/// providers that cannot change any.
 void ExecuteTask::TellFields(ProviderSession& session) {
   session.CompleteFields(fields_);
   std::vector<std::size_t> key = session.FindKey(fields_);
-  if (OneBaseTable(fields_) == nullptr)
+  const WriteDialect* writing = session.Writing();
+  const bool canWrite = writing != nullptr && !(writing->needsKey && key.empty());
+  if (OneBaseTable(fields_) == nullptr || !canWrite)
     for (FieldInfo& field : fields_) field.updatable = false;
   Tell(
       [&](TaskNews& news) {

@@ -49,6 +49,31 @@ WriteDialect PostgresDialect() {
   return dialect;
 }
 
+/// Of a number of single precision a server may show fewer digits than it has.
+WriteDialect UnknownDialect(char quote) {
+  WriteDialect dialect = {.quote = quote, .sameOrNull = "{column} = {value}", .needsKey = true};
+  dialect.comparisons.push_back({.type = DataType::Single, .pattern = {}});
+  return dialect;
+}
+
+/// With the collation of the column two texts might be the same that are not; old types of texts
+/// have no "=". A moment is read in the form that does not depend on the language of the session.
+WriteDialect SqlServerDialect() {
+  WriteDialect dialect = UnknownDialect('"');
+  dialect.namesCatalog = true;
+  for (const std::string_view type : {"image", "geography", "geometry", "hierarchyid"})
+    dialect.comparisons.push_back({.typeName = type, .pattern = {}});
+  for (const std::string_view type : {"datetime", "smalldatetime"})
+    dialect.comparisons.push_back(
+        {.typeName = type, .pattern = "{column} = convert(datetime, {value}, 121)"});
+  for (const DataType type : {DataType::Char, DataType::WChar, DataType::VarChar,
+                              DataType::VarWChar, DataType::LongVarChar, DataType::LongVarWChar})
+    dialect.comparisons.push_back(
+        {.type = type,
+         .pattern = "cast({column} as nvarchar(max)) collate Latin1_General_BIN2 = {value}"});
+  return dialect;
+}
+
 /// Texts are compared byte by byte: with the collation of the column two might be the same that are
 /// not. An exact number is compared as one of double precision with anything that is none. Of one
 /// of single precision the server shows fewer digits than it has. Places on a map cannot be

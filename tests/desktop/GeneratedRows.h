@@ -61,6 +61,9 @@ class GeneratedRows final : public Recordset {
   [[nodiscard]] std::int64_t ActualSize(std::size_t /*field*/) const override { return 0; }
   [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType /*lock*/) override;
   void SetSort(const std::string& /*order*/) override {}
+  [[nodiscard]] std::optional<ErrorInfo> WhyNotChangeable() const override {
+    return Error(errorNumber::readOnly, "GeneratedRows", "The rows are made up.").Info();
+  }
   [[nodiscard]] EditMode Editing() const override { return EditMode::None; }
   void AddNew() override {}
   void SetFieldValue(std::size_t /*field*/, Value /*value*/) override {}

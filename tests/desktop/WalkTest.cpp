@@ -1,10 +1,12 @@
 // The sidebar, tags and history at work on real databases: the same walk on each of them.
 
 #include <algorithm>
+#include <filesystem>
 #include <functional>
 #include <ostream>
 
 #include "platform/TreeView.h"
+#include "query/NameQuoting.h"
 #include "tests/data/servers/TestServers.h"
 #include "tests/desktop/ProgramFixture.h"
 
@@ -15,7 +17,7 @@ namespace {
 struct WalkPlace {
   std::string name;
   std::function<std::string(const TemporaryFolder&)> connectionString;
-  std::string cacheFile;
+  std::string cacheFile;  ///< As earlier versions named it.
 };
 
 void PrintTo(const WalkPlace& place, std::ostream* out) { *out << place.name; }
@@ -55,6 +57,18 @@ std::vector<WalkPlace> Places() {
            "shop.schema.xml"}};
 }
 
+void ExecuteOn(DataAccess& data, const std::string& connectionString,
+               const std::vector<std::string>& statements) {
+  const auto connection = data.CreateConnection();
+  connection->SetConnectionString(connectionString);
+  connection->Open("", "", 0);
+  for (const std::string& sql : statements) {
+    const auto recordset = connection->CreateRecordset();
+    recordset->SetSource(sql);
+    recordset->Open(openOption::text);
+  }
+}
+
 class WalkTest : public ProgramFixture, public ::testing::WithParamInterface<WalkPlace> {
  protected:
   void SetUp() override {
@@ -69,14 +83,7 @@ class WalkTest : public ProgramFixture, public ::testing::WithParamInterface<Wal
   void TearDown() override { Execute({"DROP TABLE walk_items", "DROP TABLE walk_orders"}); }
 
   void Execute(const std::vector<std::string>& statements) {
-    const auto connection = data.CreateConnection();
-    connection->SetConnectionString(connectionString);
-    connection->Open("", "", 0);
-    for (const std::string& sql : statements) {
-      const auto recordset = connection->CreateRecordset();
-      recordset->SetSource(sql);
-      recordset->Open(openOption::text);
-    }
+    ExecuteOn(data, connectionString, statements);
   }
   void StartWithSchema() {
     loadsSchema = true;
@@ -113,6 +120,14 @@ class WalkTest : public ProgramFixture, public ::testing::WithParamInterface<Wal
     const std::size_t at = text.find(gap);
     if (at != std::string::npos) text.replace(at, gap.size(), value);
     return text;
+  }
+
+  /// The schema files beside the program.
+  std::vector<std::string> KeptFiles() {
+    std::vector<std::string> kept;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.Path()))
+      if (entry.path().string().ends_with(".schema.xml")) kept.push_back(entry.path().string());
+    return kept;
   }
 
   std::string connectionString;
@@ -160,6 +175,36 @@ TEST_P(WalkTest, TheTextsOfTheTablesMenuRun) {
   const std::string where = Filled(Written("mnuTableWhere"), "= ", "= 6");
   EXPECT_EQ(StatusAfter(update + where), "1 record(s) affected.");
   EXPECT_EQ(StatusAfter(Filled(Written("mnuTableDelete"), "= ", "= 6")), "1 record(s) affected.");
+}
+
+TEST_P(WalkTest, TheTextsOfATableWhoseNamesNeedQuotesRun) {
+  const auto connection = data.CreateConnection();
+  connection->SetConnectionString(connectionString);
+  connection->Open("", "", 0);
+  const NameQuoting quoting(connection->ProviderProperties());
+  connection->Close();
+  const std::string table = quoting.Name("Walk Order");
+  const std::string field = quoting.Name("Order ID");
+  Execute({"DROP TABLE IF EXISTS " + table, "CREATE TABLE " + table + " (" + field + " int)",
+           "INSERT INTO " + table + " VALUES (7)"});
+  StartWithSchema();
+  Tree().SetChecked("fd1.WALK ORDER.ORDER ID", true);
+  Box().SetText("");
+  Choose("td1.WALK ORDER", "menuTable", "mnuTableCount");
+  EXPECT_EQ(StatusAfter(Box().Text()), "1 record(s).");
+  Box().SetText("");
+  Choose("fd1.WALK ORDER.ORDER ID", "menuField", "mnuFieldMinMax");
+  EXPECT_EQ(StatusAfter(Box().Text()), "1 record(s).");
+  EXPECT_EQ(Grid(0).ShownText(0, 0), "7");
+  Execute({"DROP TABLE " + table});
+}
+
+TEST_P(WalkTest, NativeProvidersOfServersListNoTablesOfTheServer) {
+  StartWithSchema();
+  EXPECT_TRUE(Tree().Exists(orders));
+  const bool native = GetParam().name == "PostgreSQL" || GetParam().name == "MariaDB";
+  for (const char* system : {"td1.PG_CLASS", "td1.SQL_FEATURES", "td1.GLOBAL_PRIV", "td1.PLUGIN"})
+    EXPECT_FALSE(native && Tree().Exists(system)) << system;
 }
 
 TEST_P(WalkTest, TheTextsOfTheFieldsMenuRun) {
@@ -239,8 +284,10 @@ TEST_P(WalkTest, FortyQueriesLeaveTheLastThirtyTwo) {
 
 TEST_P(WalkTest, TheSchemaIsFoundAgainAtTheNextConnection) {
   StartWithSchema();
-  const std::string cache = folder.File(GetParam().cacheFile);
-  EXPECT_NE(files.ReadWhole(cache).find("<Table name=\"walk_orders\">"), std::string::npos);
+  const std::vector<std::string> kept = KeptFiles();
+  ASSERT_EQ(kept.size(), 1U);
+  EXPECT_NE(kept.front(), folder.File(GetParam().cacheFile)) << "that is the name of earlier files";
+  EXPECT_NE(files.ReadWhole(kept.front()).find("<Table name=\"walk_orders\">"), std::string::npos);
   const auto tables = Tree().Children("d1").size();
   host.CloseByControlBox(Records(0));
   EXPECT_TRUE(Tree().Children("").empty());
@@ -284,6 +331,52 @@ TEST_P(WalkTest, AHostileSchemaFileHarmsNothing) {
     EXPECT_EQ(StatusAfter("SELECT 1 AS one"), "1 record(s).");
     EXPECT_LE(Tree().Children(Tree().Children("").front()).size(), 1U);
   }
+}
+
+class ServerWalkTest : public ProgramFixture {
+ protected:
+  void Execute(const std::string& connectionString, const std::vector<std::string>& commands) {
+    ExecuteOn(data, connectionString, commands);
+  }
+  TreeView& Tree() { return Frame().Find<TreeView>("trvBrowser"); }
+};
+
+TEST_F(ServerWalkTest, TablesOfOneNameInTwoSchemasAreTwoNodesAndBothRun) {
+  const std::string server = NativeString("PostgreSQL", TestServers::Instance().Postgres());
+  Execute(server, {"drop schema if exists walk_old cascade", "create schema walk_old",
+                   "drop table if exists walk_pair", "create table walk_pair (id int, new int)",
+                   "create table walk_old.walk_pair (id int, old int)"});
+  loadsSchema = true;
+  Start(server, "Server");
+  EXPECT_EQ(Tree().Text("td1.WALK_OLD.WALK_PAIR"), "walk_old.walk_pair");
+  EXPECT_EQ(Tree().ChildTexts("td1.WALK_OLD.WALK_PAIR"), (std::vector<std::string>{"id", "old"}));
+  EXPECT_EQ(Tree().ChildTexts("td1.WALK_PAIR"), (std::vector<std::string>{"id", "new"}));
+  auto& box = Query().Find<RichTextBox>("txtQuery");
+  box.SetText("");
+  Tree().SelectNode("td1.WALK_OLD.WALK_PAIR");
+  Frame().Menu("mnuTableSelect").Choose();
+  EXPECT_EQ(box.Text(), "SELECT * FROM walk_old.walk_pair\r\n");
+  Run(box.Text());
+  EXPECT_EQ(Status(0), "0 record(s).");
+  Execute(server, {"drop schema walk_old cascade", "drop table walk_pair"});
+}
+
+TEST_F(ServerWalkTest, TheTreeFollowsTheCatalog) {
+  const std::string server = NativeString("MariaDB", TestServers::Instance().MariaDb());
+  Execute(server,
+          {"create or replace database walk_other", "create table walk_other.only_there (id int)",
+           "create or replace table only_here (id int)"});
+  loadsSchema = true;
+  Start(server, "Server");
+  EXPECT_TRUE(Tree().Exists("td1.ONLY_HERE"));
+  EXPECT_FALSE(Tree().Exists("td1.ONLY_THERE"));
+  Records(0).Find<ComboBox>("cboCatalog").SetText("walk_other");
+  host.Settle();
+  EXPECT_EQ(Tree().ChildTexts("d1"), std::vector<std::string>{"only_there"});
+  Records(0).Find<ComboBox>("cboCatalog").SetText("shop");
+  host.Settle();
+  EXPECT_TRUE(Tree().Exists("td1.ONLY_HERE"));
+  Execute(server, {"drop database walk_other", "drop table only_here"});
 }
 
 INSTANTIATE_TEST_SUITE_P(Databases, WalkTest, testing::ValuesIn(Places()),

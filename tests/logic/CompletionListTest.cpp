@@ -359,5 +359,35 @@ TEST_F(CompletionListTest, CaseAndSpacesOfTheWordAreKept) {
   ExpectClosed("group by");
 }
 
+TEST_F(CompletionListTest, NamesAreInsertedAsTheirOwnDatabaseNeedsThemAndListedPlain) {
+  Properties told;
+  told.Set("Bracket Identifiers", std::int64_t{0});
+  told.Set("Schema By Rowsets", std::int64_t{1});
+  Vocabulary::ListNamed(vocabulary.Tables(), "d1") = {"Order Details"};
+  Vocabulary::ListNamed(vocabulary.Tables(), "d2") = {"OrderId", "archive.OrderId"};
+  Vocabulary::ListNamed(vocabulary.Fields(), "d2") = {"user"};
+  vocabulary.SetQuoting("d2", NameQuoting(told));
+  Typed("ord");
+  Press('T');
+  EXPECT_THAT(Entries(), ElementsAre("Order Details", "OrderId"));
+  PressPlain(key::enter);
+  ExpectClosed("[Order Details]");
+  Typed("orderi");
+  Press('T');
+  ExpectClosed("\"OrderId\"");
+  Typed("arch");
+  Press('T');
+  ExpectClosed("archive.\"OrderId\"");
+  Typed("us");
+  Press('F');
+  ExpectClosed("\"user\"");
+}
+
+TEST_F(CompletionListTest, WordsThatAreNoNamesAreInsertedAsTheyAre) {
+  Typed("group");
+  Press(key::fullStop);
+  ExpectClosed("group by");
+}
+
 }  // namespace
 }  // namespace tessel

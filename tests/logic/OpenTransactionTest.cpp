@@ -283,6 +283,43 @@ TEST_F(OpenTransactionTest, QueriesAskNothingForTheTransactionGoesOn) {
   Run("ROLLBACK");
 }
 
+TEST_F(OpenTransactionTest, WithAChangeAsWellQueriesAskAboutThatOnly) {
+  Begin();
+  RunUnlocked("select 1");
+  const std::vector<std::function<void()>> queries = {
+      [this] { Run("another"); }, [this] { Press(key::f5); },
+      [this] { Press(key::left, shiftState::alt); }};
+  for (const auto& query : queries) {
+    RunRows("select 2");
+    ClickCell(0, name);
+    Type("typed");
+    const std::size_t before = data.ExecutedSql().size();
+    desktop.ExpectMessage(saveQuestion, MessageResult::Yes);
+    query();
+    EXPECT_EQ(Stored(0, name), Text("typed"));
+    EXPECT_EQ(data.ExecutedSql().size(), before + 1);
+    EXPECT_TRUE(Open());
+  }
+  Run("ROLLBACK");
+}
+
+/// The server rolled the transaction back when the session was lost; the change is still here.
+TEST_P(EachEnd, WithTheServerGoneOnlyTheChangeIsLeftToAskAbout) {
+  if (std::string(way.name) == "CatalogChange") GTEST_SKIP() << "it needs a session";
+  Begin();
+  TypeIntoARow();
+  data.Connections().at(0)->LoseSession();
+  desktop.DrainEvents();
+  desktop.ExpectMessage(saveQuestion, MessageResult::Yes);
+  ExpectNotice("The connection is closed.");
+  way.go();
+  ExpectAllIsKept();
+  EXPECT_EQ(Grid().CellText(), "typed");
+  desktop.ExpectMessage(saveQuestion, MessageResult::No);
+  way.go();
+  EXPECT_TRUE(way.gone());
+}
+
 TEST_F(OpenTransactionTest, ACatalogChangeWithinTheSessionAsksNothing) {
   data.properties.Set("Catalog Change Ends Session", false);
   W().Click("cmdReconnect");
@@ -306,7 +343,7 @@ TEST_F(OpenTransactionTest, ACancelInTheSecondWindowKeepsTheFirstOnesTransaction
   desktop.ExpectMessage("The connection 'Second' has a transaction open since 14:05.",
                         MessageResult::Cancel);
   EXPECT_FALSE(frame->Unload());
-  EXPECT_EQ(Windows(), 2U);
+  ASSERT_EQ(Windows(), 2U);
   EXPECT_TRUE(Open());
   EXPECT_EQ(second.TheConnection()->Transaction().state, UserTransaction::Open);
 }

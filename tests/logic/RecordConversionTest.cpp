@@ -344,6 +344,48 @@ TEST(TableNameInTest, IsEmptyWithoutFromOrAWordBehindIt) {
   EXPECT_EQ(TableNameIn(""), "");
 }
 
+TEST(TableNameInTest, TakesAQuotedNameWhole) {
+  EXPECT_EQ(TableNameIn("select * from [Order Details] where 1 = 1"), "[Order Details]");
+  EXPECT_EQ(TableNameIn("select * from \"Order Details\";"), "\"Order Details\"");
+  EXPECT_EQ(TableNameIn("select * from `a,b`, c"), "`a,b`");
+  EXPECT_EQ(TableNameIn("select *\nfrom\n\"a\tb\"\nwhere 1 = 1"), "\"a\tb\"");
+  EXPECT_EQ(TableNameIn("select * from dbo.\"a \"\"b\"\n where 1 = 1"), "dbo.\"a \"\"b\"");
+}
+
+TEST(TableNameInTest, IsEmptyForWhatIsNoTable) {
+  EXPECT_EQ(TableNameIn("select * from (select * from d) x"), "");
+  EXPECT_EQ(TableNameIn("select (select 1 from d) x"), "");
+  EXPECT_EQ(TableNameIn("select * from generate_series(1,10)"), "");
+  EXPECT_EQ(TableNameIn("select * from [Order where 1 = 1"), "");
+  EXPECT_EQ(TableNameIn("select * from \"Order"), "");
+  EXPECT_EQ(TableNameIn("select * from /* here */ orders"), "");
+}
+
+TEST_F(RecordConversionTest, InsertTakesAQuotedTableFromTheQuery) {
+  RunThreeRows("select * from \"Order Details\"");
+  EXPECT_TRUE(Converted("mnuCvtInsertSQL").starts_with("INSERT INTO [Order Details](id, name) "));
+}
+
+TEST_F(RecordConversionTest, InsertAsksForTheTableOfAQueryInParentheses) {
+  RunThreeRows("select * from (select * from d) x");
+  desktop.OnModal("dlgText", [](test::HeadlessWindow& w) {
+    w.Type("txtText", "My Table");
+    w.PressKey(key::enter);
+  });
+  EXPECT_TRUE(Converted("mnuCvtInsertSQL").starts_with("INSERT INTO [My Table](id, name) "));
+}
+
+TEST_F(RecordConversionTest, InsertWritesTheQuotesOfADatabaseThatTakesNoBrackets) {
+  data.properties.Set("Bracket Identifiers", std::int64_t{0});
+  data.properties.Set("Identifier Case Sensitivity", std::int64_t{2});
+  W().Click("cmdReconnect");
+  data.Answer("select * from Orders o", {FakeField("Order ID"), FakeField("user")},
+              {{Text("a"), Text("b")}});
+  ASSERT_TRUE(Run("select * from Orders o"));
+  EXPECT_EQ(Converted("mnuCvtInsertSQL"),
+            "INSERT INTO Orders(\"Order ID\", \"user\") VALUES('a', 'b')\r\n");
+}
+
 TEST(ConversionOfTest, KnowsTheSevenCommandsAlone) {
   for (const char* command : allCommands) EXPECT_EQ(ConversionOf(command, true).command, command);
   EXPECT_THROW(static_cast<void>(ConversionOf("mnuCvtOther", true)), Error);

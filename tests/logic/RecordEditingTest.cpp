@@ -292,20 +292,41 @@ TEST_F(RecordEditingTest, ARowThatMatchesSeveralIsNotWritten) {
   EXPECT_TRUE(ButtonsShow());
 }
 
-TEST_F(RecordEditingTest, RowsThatCannotBeWrittenSaySoWhenTheCellIsLeft) {
+TEST_F(RecordEditingTest, RowsThatCannotBeWrittenAreNotOfferedForEditing) {
   W().PressKey('L', shiftState::ctrl);
-  data.Answer("join", {test::FakeField("a")}, {{Text("x")}}).Writable(false);
+  data.Answer("join", {test::FakeField("a")}, {{Text("x")}}).Writable(false).UniqueRows(false);
   ASSERT_TRUE(Run("join"));
+  EXPECT_FALSE(Grid().AllowUpdate());
+  EXPECT_FALSE(Grid().AllowDelete());
+  EXPECT_FALSE(Grid().AllowAddNew());
+  EXPECT_TRUE(Shows("lblWarning")) << "the warning keeps its own rule";
   Type("z");
-  ExpectNotice("The records do not come from one table and cannot be changed.");
-  W().Click("cmdAccept");
-  EXPECT_TRUE(Grid().EditActive());
-  Press(key::escape);
-  EXPECT_FALSE(Grid().EditActive());
-  Type("z");
-  W().Click("cmdReject");
+  Press(key::f2);
+  Press(key::f4);
+  Press('0', shiftState::ctrl);
   EXPECT_FALSE(Grid().EditActive());
   EXPECT_TRUE(NoButtonShows());
+  EXPECT_FALSE(W().Menu("mnuBLOBLoad").Enabled());
+  EXPECT_FALSE(W().Menu("mnuBLOBNull").Enabled());
+}
+
+TEST_F(RecordEditingTest, AColumnThatCannotBeWrittenIsReadOnly) {
+  W().PressKey('L', shiftState::ctrl);
+  std::vector<FieldInfo> fields = test::FakeFields({"a", "twice"});
+  fields[1].updatable = false;
+  data.Answer("computed", fields, {{Text("x"), Text("xx")}});
+  ASSERT_TRUE(Run("computed"));
+  EXPECT_FALSE(Grid().ColumnLocked(0));
+  EXPECT_TRUE(Grid().ColumnLocked(1));
+  ClickCell(0, 1);
+  Type("z");
+  EXPECT_FALSE(Grid().EditActive());
+  desktop.OnModal("frmText", [](HeadlessWindow& w) {
+    EXPECT_EQ(w.Find<RichTextBox>("txtText").Text(), "xx");
+    EXPECT_TRUE(w.Find<RichTextBox>("txtText").Locked());
+    w.CloseByControlBox();
+  });
+  Press(key::f4);
 }
 
 TEST_F(RecordEditingTest, AWriteThatIsCancelledStaysPending) {

@@ -25,6 +25,11 @@ class FakeRecordsHost : public RecordsHost {
     loads.push_back(key + " " + connection->ConnectionString() +
                     (fromDatabase ? " from the database" : " from the file"));
   }
+  void FollowCatalog(const std::string& key, const std::shared_ptr<Connection>& connection,
+                     bool fromDatabase) override {
+    loads.push_back(key + " follows " + connection->DefaultDatabase() +
+                    (fromDatabase ? " from the database" : " from the file"));
+  }
   void FocusQueryWindow() override { commands.emplace_back("focus query"); }
   void ListWindowsIn(Window& window) override { listedIn = &window; }
   void mnuNewInstance_Click() override { commands.emplace_back("new instance"); }

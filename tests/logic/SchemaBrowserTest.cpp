@@ -261,6 +261,54 @@ TEST_F(SchemaBrowserTest, TheContextMenuKeyOpensTheMenuAtAFixedOffsetFromTheNode
   EXPECT_EQ(popup.y, node.top + node.height);
 }
 
+// --- a database that takes no brackets
+// ------------------------------------------------------------------------------------------
+
+class SchemaBrowserQuotesTest : public SchemaBrowserTest {
+ protected:
+  SchemaBrowserQuotesTest() {
+    data.properties.Set("Bracket Identifiers", std::int64_t{0});
+    data.properties.Set("Identifier Case Sensitivity", std::int64_t{2});
+    data.properties.Set("Schema By Rowsets", std::int64_t{1});
+    data.tables = {{"", "public", "OrderId", "TABLE", FakeFields({"user", "Order ID", "plain"})},
+                   {"", "archive", "OrderId", "TABLE", FakeFields({"old"}), true}};
+    connection->Close();
+    connection->Open("", "", 0);
+    browser.LoadSchema("d1", connection, true);
+  }
+  const std::string table = "td1.ORDERID";
+};
+
+TEST_F(SchemaBrowserQuotesTest, CommandsWriteTheDatabasesOwnQuotes) {
+  Check(table);
+  EXPECT_EQ(Choose(table, "mnuTableSelect"),
+            "SELECT \"user\", \"Order ID\", plain FROM \"OrderId\"\r\n");
+  EXPECT_EQ(Choose(table, "mnuTableUpdate"),
+            "UPDATE \"OrderId\" SET \"user\" = , \"Order ID\" = , plain = \r\n");
+  EXPECT_EQ(Choose("fd1.ORDERID.ORDER ID", "mnuFieldName"), "\"Order ID\"");
+  EXPECT_EQ(Choose("fd1.ORDERID.ORDER ID", "mnuFieldMinMax"),
+            "SELECT MIN(\"Order ID\") AS a, MAX(\"Order ID\") AS b FROM \"OrderId\"\r\n");
+  EXPECT_EQ(Choose("td1.ARCHIVE.ORDERID", "mnuTableSelect"),
+            "SELECT * FROM archive.\"OrderId\"\r\n");
+}
+
+TEST_F(SchemaBrowserQuotesTest, TheNamesStayQuotedWhenTheServerIsGone) {
+  connection->Close();
+  Select(table);
+  W().PressKey(key::f7);
+  EXPECT_EQ(Choose(table, "mnuTableName"), "\"OrderId\"");
+  folder.Write("mine.schema.xml", "<Database><Table name='My Table'/></Database>");
+  desktop.AnswerFile(folder.File("mine.schema.xml"));
+  Choose("d1", "mnuDBLoadSchemaFromXML");
+  EXPECT_EQ(Choose("td1.MY TABLE", "mnuTableName"), "\"My Table\"");
+}
+
+TEST_F(SchemaBrowserQuotesTest, WordsAreBuiltFromAFieldInQuotes) {
+  data.Answer("SELECT DISTINCT \"user\" FROM \"OrderId\"", FakeFields({"user"}), {});
+  ExpectNotice("The table 'OrderId' is empty.");
+  Choose("fd1.ORDERID.USER", "mnuFieldBuildVocab");
+}
+
 // --- schema commands
 // -----------------------------------------------------------------------------------------
 
@@ -297,12 +345,27 @@ TEST_F(SchemaBrowserTest, TheSchemaIsLoadedFromAChosenFile) {
   EXPECT_NE(dialog.flags & fileDialogFlag::fileMustExist, 0);
 }
 
-TEST_F(SchemaBrowserTest, AConnectionThatNamesNoDatabaseProposesAPattern) {
+TEST_F(SchemaBrowserTest, AConnectionThatNamesNoDatabaseProposesAPatternOrAPlainWord) {
   connection->Close();
   connection->SetConnectionString("Provider=X");
   desktop.CancelFile();
-  Choose("d1", "mnuDBSaveSchemaToXML");
+  Choose("d1", "mnuDBLoadSchemaFromXML");
   EXPECT_EQ(desktop.FileDialogs().back().fileName, folder.File("*.schema.xml"));
+  desktop.CancelFile();
+  Choose("d1", "mnuDBSaveSchemaToXML");
+  EXPECT_EQ(desktop.FileDialogs().back().fileName, folder.File("database.schema.xml"));
+}
+
+TEST_F(SchemaBrowserTest, AHostileNameOfADatabaseIsProposedAsASafeOne) {
+  connection->Close();
+  for (const auto& [name, proposed] :
+       {std::pair("..", "_..schema.xml"), std::pair("a*b?", "a_b_.schema.xml"),
+        std::pair("/etc/pass:wd", "pass_wd.schema.xml")}) {
+    connection->SetConnectionString(std::string("Database=") + name);
+    desktop.CancelFile();
+    Choose("d1", "mnuDBSaveSchemaToXML");
+    EXPECT_EQ(desktop.FileDialogs().back().fileName, folder.File(proposed));
+  }
 }
 
 TEST_F(SchemaBrowserTest, CancellingTheFileDialogsChangesNothing) {
@@ -352,7 +415,69 @@ TEST_F(SchemaBrowserTest, ASchemaReadAtConnectionIsKeptInItsFile) {
   AnswerViews(data, {{"New", {"field"}}});
   browser.LoadSchema("d1", connection, true);
   EXPECT_EQ(Tables(), (Schema{{"New", {"field"}}}));
-  EXPECT_EQ(Content("shop.schema.xml"), SchemaToXML({{"New", {"field"}}}));
+  EXPECT_EQ(Content("shop.schema.xml"),
+            SchemaToXML({{"New", {"field"}}}, {"", "", "shop"}, "2026-01-01T12:00:00Z"));
+}
+
+TEST_F(SchemaBrowserTest, ASchemaReadThroughTheMenuIsKeptToo) {
+  AnswerViews(data, {{"New", {"field"}}});
+  Choose("d1", "mnuDBLoadSchemaFromDB");
+  EXPECT_NE(Content("shop.schema.xml").find("<Column name=\"field\""), std::string::npos);
+}
+
+TEST_F(SchemaBrowserTest, ALoadThatWasCancelledLeavesTheFile) {
+  folder.Write("shop.schema.xml", "old");
+  AnswerViews(data, {{"a", {"1"}}, {"b", {"2"}}, {"c", {"3"}}});
+  CancelAt(3 + 2);
+  browser.LoadSchema("d1", connection, true);
+  EXPECT_EQ(Tables(), (Schema{{"a", {"1"}}, {"b", {"2"}}, {"c", {}}}));
+  EXPECT_EQ(Content("shop.schema.xml"), "old");
+}
+
+TEST_F(SchemaBrowserTest, DatabasesOfOneNameOnTwoServersDoNotShareAFile) {
+  folder.Write("shop.schema.xml", "<Database><Table name='Earlier'/></Database>");
+  for (const std::string server : {"one", "two"}) {
+    const std::string text = "Provider=P;Server=" + server + ";Database=shop";
+    AnswerViews(data.ServerOf(text), {{"Of " + server, {}}});
+    connection = data.CreateConnection();
+    connection->SetConnectionString(text);
+    connection->Open("", "", 0);
+    browser.LoadSchema("d1", connection, false);
+    EXPECT_EQ(Tables(), (Schema{{"Earlier", {}}})) << "there is no newer file";
+    browser.LoadSchema("d1", connection, true);
+    browser.FollowCatalog("d1", connection, false);
+    EXPECT_EQ(Tables(), (Schema{{"Of " + server, {}}}));
+  }
+  EXPECT_EQ(files.WriteCount(), 2);
+}
+
+TEST_F(SchemaBrowserTest, AFileThatTellsAnotherServerIsNotReadAsAnEarlierOne) {
+  const Schema before = Tables();
+  folder.Write("shop.schema.xml", SchemaToXML({{"Wrong", {}}}, {"P", "elsewhere", "shop"}));
+  browser.LoadSchema("d1", connection, false);
+  EXPECT_EQ(Tables(), before);
+}
+
+TEST_F(SchemaBrowserTest, AnotherCatalogHasAFileOfItsOwn) {
+  data.catalogs = {"shop", "archive"};
+  data.defaultDatabase = "shop";
+  connection->Close();
+  connection->Open("", "", 0);
+  folder.Write("shop.schema.xml", "<Database><Table name='Shop'/></Database>");
+  browser.LoadSchema("d1", connection, false);
+  EXPECT_EQ(Tables(), (Schema{{"Shop", {}}}));
+  connection->SetDefaultDatabase("archive");
+  browser.FollowCatalog("d1", connection, false);
+  EXPECT_EQ(Tables(), Schema()) << "nothing is known of it";
+  EXPECT_TRUE(WordsOf(vocabulary.Tables()).empty());
+  AnswerViews(data, {{"Archive", {}}});
+  Choose("d1", "mnuDBLoadSchemaFromDB");
+  connection->SetDefaultDatabase("shop");
+  browser.FollowCatalog("d1", connection, false);
+  EXPECT_EQ(Tables(), (Schema{{"Shop", {}}}));
+  connection->SetDefaultDatabase("archive");
+  browser.FollowCatalog("d1", connection, false);
+  EXPECT_EQ(Tables(), (Schema{{"Archive", {}}}));
 }
 
 TEST_F(SchemaBrowserTest, ASchemaThatCannotBeReadLeavesTheFile) {
@@ -454,10 +579,12 @@ TEST_F(SchemaBrowserTest, AFieldWhoseEveryValueIsNullOrBlankIsTold) {
   EXPECT_TRUE(desktop.WindowsOf("dlgAsync").empty());
 }
 
-TEST_F(SchemaBrowserTest, AQueryForValuesThatFailsEndsTheCommandWithoutAMessage) {
+TEST_F(SchemaBrowserTest, AQueryForValuesThatFailsIsTold) {
   data.AnswerError(distinctPrices, FakeError("no such column"));
+  desktop.ExpectMessage("no such column", MessageResult::Ok, [](const Message& message) {
+    EXPECT_EQ(message.icon, MessageIcon::Critical);
+  });
   Choose(price, "mnuFieldBuildVocab");
-  EXPECT_TRUE(desktop.Messages().empty());
   EXPECT_TRUE(connection->Errors().empty());
 }
 

@@ -29,6 +29,40 @@ TEST(SchemaFileNameTest, IsEmptyWhenNothingIsLeft) {
   EXPECT_EQ(SchemaFileName("Data Source=/data/"), "");
 }
 
+TEST(SchemaOriginTest, FilesDifferByProviderServerAndDatabase) {
+  const SchemaOrigin origin = {"PostgreSQL", "localhost:5432", "shop"};
+  const std::string name = SchemaFileNameOf(origin);
+  EXPECT_TRUE(name.starts_with("shop@localhost_5432-")) << name;
+  EXPECT_TRUE(name.ends_with(".schema.xml")) << name;
+  EXPECT_EQ(SchemaFileNameOf(origin), name);
+  for (const SchemaOrigin& other : {SchemaOrigin{"MariaDB", "localhost:5432", "shop"},
+                                    SchemaOrigin{"PostgreSQL", "localhost:5433", "shop"},
+                                    SchemaOrigin{"PostgreSQL", "localhost:5432", "Shop"},
+                                    SchemaOrigin{"PostgreSQL", "localhost/5432", "shop"}})
+    EXPECT_NE(SchemaFileNameOf(other), name);
+  EXPECT_EQ(SchemaFileNameOf({"", "", "shop"}), "shop.schema.xml");
+  EXPECT_EQ(SchemaFileNameOf({"P", "s", ""}), "");
+}
+
+TEST(SchemaOriginTest, HostileNamesGiveSafeFileNames) {
+  const std::string nul("a\0b\n", 4);
+  for (const std::string& hostile :
+       {std::string("../../etc/passwd"), std::string(".."), std::string("."), std::string("a\\b"),
+        std::string(5'000, 'x'), nul, std::string("C:*?\"<>|"), std::string(300, '\xC3')}) {
+    for (const SchemaOrigin& origin :
+         {SchemaOrigin{"P", "s", hostile}, SchemaOrigin{"P", hostile, "d"},
+          SchemaOrigin{"", "", hostile}}) {
+      const std::string name = SchemaFileNameOf(origin);
+      EXPECT_LT(name.size(), 200U);
+      EXPECT_EQ(name.find_first_of("/\\:*?\"<>|\n" + std::string(1, '\0')), std::string::npos)
+          << name;
+      EXPECT_FALSE(name.starts_with('.')) << name;
+    }
+  }
+  EXPECT_EQ(ProposedSchemaFileName(""), "database.schema.xml");
+  EXPECT_EQ(ProposedSchemaFileName("a/b"), "a_b.schema.xml");
+}
+
 class SchemaFileTest : public test::SchemaFixture {
  protected:
   std::string Path() { return folder.File("shop.schema.xml"); }
@@ -74,6 +108,31 @@ TEST_F(SchemaFileTest, TheDocumentHoldsTablesAndColumnsWithTheirNamesAndNothingE
             "  <Table name=\"Empty\" />\n"
             "</Database>\n");
   EXPECT_EQ(SchemaToXML({}), "<Database />\n");
+}
+
+TEST_F(SchemaFileTest, TimeAndOriginStandAsAttributesThatAReaderMayIgnore) {
+  const SchemaOrigin origin = {"PostgreSQL", "local\"host:5432", "shop & co"};
+  const std::string xml = SchemaToXML({{"a", {"b"}}}, origin, "2026-01-02T03:04:05Z");
+  EXPECT_TRUE(xml.starts_with("<Database saved=\"2026-01-02T03:04:05Z\" provider=\"PostgreSQL\""));
+  Schema schema;
+  SchemaOrigin told;
+  EXPECT_TRUE(SchemaFromXML(xml, schema, &told));
+  EXPECT_EQ(schema, (Schema{{"a", {"b"}}}));
+  EXPECT_EQ(told, origin);
+  EXPECT_TRUE(SchemaFromXML("<Database/>", schema, &told));
+  EXPECT_EQ(told, SchemaOrigin());
+}
+
+TEST_F(SchemaFileTest, WhatCouldNotBeReadBackIsNotWritten) {
+  folder.Write("shop.schema.xml", "old");
+  Fill({{std::string(4097, 'x'), {}}});
+  ExpectNotice("Error saving schema to XML: The name of a table or field is too long.",
+               MessageIcon::Critical);
+  file.SaveSchemaXML(Path(), "d1", true);
+  EXPECT_EQ(Content("shop.schema.xml"), "old");
+  Schema large;
+  for (int i = 0; i < 9'000; ++i) large.push_back({std::string(4'000, 'x'), {}});
+  EXPECT_THROW(static_cast<void>(SchemaToXML(large)), Error);
 }
 
 TEST_F(SchemaFileTest, ATreeIsSavedAndReadBackInItsOrder) {

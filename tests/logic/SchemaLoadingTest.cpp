@@ -89,6 +89,33 @@ TEST_F(SchemaLoadingTest, AProviderWithoutTheViewsLoadsThroughItsRowsetsWithoutA
   EXPECT_TRUE(connection->Errors().empty()) << "the failure of the first way is cleared";
 }
 
+TEST_F(SchemaLoadingTest, AProviderWhoseRowsetsKnowBetterIsNotAskedForTheViews) {
+  data.properties.Set("Schema By Rowsets", std::int64_t{1});
+  data.properties.Set("Bracket Identifiers", std::int64_t{0});
+  connection->Close();
+  connection->Open("", "", 0);
+  data.tables = {{"shop", "archive", "orders", "TABLE", FakeFields({"old", "id"}), true},
+                 {"shop", "public", "orders", "TABLE", FakeFields({"id", "new"})},
+                 {"other", "", "a.b", "TABLE", FakeFields({"x"}), true},
+                 {"shop", "public", "seen", "VIEW", FakeFields({"id"})}};
+  EXPECT_TRUE(Load());
+  EXPECT_TRUE(loading.Complete());
+  EXPECT_TRUE(data.ExecutedSql().empty());
+  EXPECT_EQ(Tables(), (Schema{{"archive.orders", {"old", "id"}},
+                              {"orders", {"id", "new"}},
+                              {"other.\"a.b\"", {"x"}}}));
+}
+
+TEST_F(SchemaLoadingTest, OnlyALoadThatReadEverythingIsComplete) {
+  AnswerViews(data, shop);
+  EXPECT_FALSE(loading.Complete());
+  EXPECT_TRUE(Load());
+  EXPECT_TRUE(loading.Complete());
+  CancelAt(2 + 4 + 1);
+  EXPECT_TRUE(Load());
+  EXPECT_FALSE(loading.Complete());
+}
+
 TEST_F(SchemaLoadingTest, FieldsOfTheRowsetAreSortedIntoColumnOrder) {
   KnowTables({{"b", {"z", "y", "x"}}, {"a", {"2", "1"}}});
   EXPECT_TRUE(Load());

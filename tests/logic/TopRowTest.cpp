@@ -105,6 +105,17 @@ TEST_F(TopRowTest, TheWordOfTheTransactionMakesTheRowFoldAndUnfold) {
   EXPECT_EQ(At("txtStatus").top, 420);
 }
 
+/// Two windows side by side on a screen 1024 wide, the sidebar shown.
+TEST_F(TopRowTest, InTwoTiledColumnsTwoRowsDo) {
+  data.Answer("fails", test::FakeFields({"a"}), {}).Leaves(UserTransaction::Failed);
+  Run("fails");
+  desktop.DrainEvents();
+  ASSERT_EQ(W().Find<Label>("lblTransaction").Caption(), "Failed transaction since 14:05");
+  W().ResizeTo(392 * 15, 6000);
+  ExpectOrderWithoutOverlap(392 * 15);
+  EXPECT_EQ(At("txtStatus").top, 420 + 360);
+}
+
 TEST_F(TopRowTest, TheWarningStandsBelowAFoldedRow) {
   W().ResizeTo(6000, 6000);
   W().PressKey('L', shiftState::ctrl);

@@ -47,6 +47,66 @@ TEST_F(VocabularyTest, AFileThatCannotBeReadLeavesTheListAsItWas) {
   EXPECT_THAT(words, ElementsAre("before", "word"));
 }
 
+TEST_F(VocabularyTest, TheFileIsReadInEachEncodingAQueryFileMayHave) {
+  const auto wordsOf = [&](const std::string& bytes) {
+    folder.Write("Tessel.vocab.txt", bytes);
+    Load();
+    return vocabulary.GlobalWords();
+  };
+  EXPECT_THAT(wordsOf("\xEF\xBB\xBFh\xC3\xA9\r\nb\r\n"), ElementsAre("h\xC3\xA9", "b"));
+  EXPECT_THAT(wordsOf("h\xE9\r\nb\r\n"), ElementsAre("h\xC3\xA9", "b"));
+  EXPECT_THAT(wordsOf(std::string("\xFF\xFEh\0\xE9\0\r\0\n\0b\0", 12)),
+              ElementsAre("h\xC3\xA9", "b"));
+  EXPECT_THAT(wordsOf(std::string("\xFE\xFF\0h\0\xE9", 6)), ElementsAre("h\xC3\xA9"));
+}
+
+TEST_F(VocabularyTest, AByteOrderMarkIsWrittenAgain) {
+  folder.Write("Tessel.vocab.txt", "\xEF\xBB\xBF"
+                                   "a\r\n");
+  Load();
+  vocabulary.WriteWordListFile(Path(), {"b"}, false);
+  EXPECT_EQ(Content("Tessel.vocab.txt"), "\xEF\xBB\xBF"
+                                         "b\r\n");
+  vocabulary.WriteWordListFile(Path(), {"c"}, true);
+  EXPECT_EQ(Content("Tessel.vocab.txt"), "\xEF\xBB\xBF"
+                                         "b\r\nc\r\n");
+  EXPECT_FALSE(realFiles.Exists(Path() + ".old"));
+}
+
+TEST_F(VocabularyTest, AFileThatWasNotUtf8IsKeptAsItWasWhenItIsWritten) {
+  for (const std::string& bytes :
+       {std::string("h\xE9 mixed with \xC3\xA9\r\n"), std::string("\xFF\xFE\0\xD8"
+                                                                  "a\0!",
+                                                                  7)}) {
+    folder.Write("Tessel.vocab.txt", bytes);
+    Load();
+    vocabulary.WriteWordListFile(Path(), {"new"}, false);
+    EXPECT_EQ(Content("Tessel.vocab.txt"), "new\r\n");
+  }
+  EXPECT_EQ(Content("Tessel.vocab.txt.old"), "h\xE9 mixed with \xC3\xA9\r\n");
+  EXPECT_EQ(Content("Tessel.vocab.txt.old2"), std::string("\xFF\xFE\0\xD8"
+                                                          "a\0!",
+                                                          7));
+}
+
+TEST_F(VocabularyTest, AFileThatCannotBeReadIsNotReplaced) {
+  folder.Write("Tessel.vocab.txt", "precious\r\n");
+  files.FailReads("Permission denied");
+  Load();
+  desktop.ExpectMessage("Error saving vocabulary: " + Path() + ": Permission denied");
+  vocabulary.WriteWordListFile(Path(), {"new"}, false);
+  EXPECT_EQ(Content("Tessel.vocab.txt"), "precious\r\n");
+}
+
+TEST_F(VocabularyTest, ACopyThatCannotBeWrittenLeavesTheFile) {
+  folder.Write("Tessel.vocab.txt", "h\xE9\r\n");
+  Load();
+  files.FailWrites("No space left on device");
+  desktop.ExpectMessage("Error saving vocabulary: " + Path() + ".old: No space left on device");
+  vocabulary.WriteWordListFile(Path(), {"new"}, false);
+  EXPECT_EQ(Content("Tessel.vocab.txt"), "h\xE9\r\n");
+}
+
 TEST_F(VocabularyTest, WritingReplacesOrAppends) {
   Load();
   vocabulary.WriteWordListFile(Path(), {"a ", "b"}, false);

@@ -31,6 +31,21 @@ TEST_F(frmRecordsTest, AConnectedWindowShowsItsCaptionColoursAndStatus) {
   EXPECT_EQ(data.Log().opened.at(0).user, "me");
 }
 
+TEST_F(frmRecordsTest, TheSchemaBrowserFollowsACatalogChosenInACommand) {
+  data.defaultDatabase = "shop";
+  data.catalogs = {"shop", "test"};
+  ASSERT_TRUE(Connect());
+  host.loads.clear();
+  data.AnswerNothing("use test").NewCatalog("test").Notices({FakeError("beware")});
+  data.AnswerNothing("do nothing");
+  ASSERT_TRUE(Run("use test"));
+  EXPECT_EQ(W().Find<ComboBox>("cboCatalog").Text(), "test");
+  EXPECT_TRUE(host.loads.empty()) << "the warning would be lost";
+  EXPECT_EQ(data.Log().catalogs, std::vector<std::string>()) << "it is in use already";
+  ASSERT_TRUE(Run("do nothing"));
+  EXPECT_EQ(host.loads, (std::vector<std::string>{"d1 follows test from the file"}));
+}
+
 TEST_F(frmRecordsTest, WithoutACaptionTheConnectionStringStandsForIt) {
   ASSERT_TRUE(Connect("Provider=Fake", ""));
   EXPECT_EQ(W().Caption(), "Provider=Fake");
@@ -116,6 +131,36 @@ TEST_F(frmRecordsTest, ChoosingACatalogUsesItInBracketsOrBare) {
     EXPECT_EQ(Status(), "[12:00:00]  Using 'test'.");
   }
   EXPECT_EQ(data.Log().catalogs, (std::vector<std::string>{"[test]", "test", "[test]"}));
+}
+
+TEST_F(frmRecordsTest, TheSchemaBrowserFollowsTheCatalog) {
+  data.defaultDatabase = "shop";
+  data.catalogs = {"shop", "test"};
+  ASSERT_TRUE(Connect());
+  host.loads.clear();
+  W().SelectItem("cboCatalog", 1);
+  EXPECT_EQ(host.loads, (std::vector<std::string>{"d1 follows test from the file"}));
+  W().SelectItem("cboCatalog", 1);
+  W().Click("cmdReconnect");
+  EXPECT_EQ(host.loads.size(), 1U) << "it is the same catalog";
+}
+
+TEST_F(frmRecordsTest, TheSchemaBrowserFollowsAReconnectThatLosesTheCatalogChosen) {
+  data.defaultDatabase = "shop";
+  data.catalogs = {"shop", "test"};
+  ASSERT_TRUE(Connect());
+  W().SelectItem("cboCatalog", 1);
+  host.loads.clear();
+  data.catalogFailures["test"] = FakeError("access denied");
+  desktop.ExpectMessage("Error using 'test': access denied");
+  W().Click("cmdReconnect");
+  EXPECT_EQ(host.loads, (std::vector<std::string>{"d1 follows shop from the file"}));
+}
+
+TEST_F(frmRecordsTest, WithoutACaptionTheConnectionStringIsShownWithoutItsPassword) {
+  ASSERT_TRUE(Connect("Provider=Fake;PWD={se;cret};Server=s", ""));
+  EXPECT_EQ(W().Caption(), "Provider=Fake;PWD=*****;Server=s");
+  EXPECT_EQ(host.nodes.at("d1"), "Provider=Fake;PWD=*****;Server=s");
 }
 
 TEST_F(frmRecordsTest, ACatalogThatCannotBeUsedIsReportedAndTheListGoesBack) {

@@ -16,6 +16,10 @@ Error Conflict(const char* text) { return {errorNumber::changeConflict, "FakeSer
 
 Error Refused(const std::string& text) { return {errorNumber::database, "FakeServer", text}; }
 
+ErrorInfo Reason(std::int32_t number, const std::string& text) {
+  return Error(number, "FakeServer", text).Info();
+}
+
 bool IsNullValue(const Value& value) { return value.index() == 0; }
 
 }  // namespace
@@ -25,13 +29,29 @@ EditMode FakeRecordset::Editing() const {
   return store_->pending ? store_->pending->mode : EditMode::None;
 }
 
-void FakeRecordset::RequireChangeable() const {
+std::optional<ErrorInfo> FakeRecordset::WhyNeverChangeable() const {
   RequireOpen();
   if (lock_ == LockType::ReadOnly || lock_ == LockType::Unspecified)
-    throw Error(errorNumber::readOnly, "FakeServer", "The records were opened for reading only.");
+    return Reason(errorNumber::readOnly, "The records were opened for reading only.");
   if (!store_->origin.writable)
-    throw Error(errorNumber::notSupported, "FakeServer",
-                "The records do not come from one table and cannot be changed.");
+    return Reason(errorNumber::notSupported,
+                  "The records do not come from one table and cannot be changed.");
+  return std::nullopt;
+}
+
+std::optional<ErrorInfo> FakeRecordset::WhyNotChangeable() const {
+  if (auto reason = WhyNeverChangeable()) return reason;
+  const auto connection = connection_.lock();
+  if (connection == nullptr || (connection->State() & objectState::open) == 0) return std::nullopt;
+  const std::string inUse = connection->DefaultDatabase();
+  if (inUse == store_->catalog) return std::nullopt;
+  return Reason(errorNumber::notSupported, "These records come from the database '" +
+                                               store_->catalog + "', and '" + inUse +
+                                               "' is in use now.");
+}
+
+void FakeRecordset::RequireChangeable() const {
+  if (const auto reason = WhyNotChangeable()) throw Error(*reason);
 }
 
 void FakeRecordset::AddNew() {
@@ -76,7 +96,7 @@ Value FakeRecordset::Fitting(const FieldInfo& field, Value value) const {
 }
 
 void FakeRecordset::CancelUpdate() {
-  RequireChangeable();
+  if (const auto reason = WhyNeverChangeable()) throw Error(*reason);
   store_->pending.reset();
   if (std::exchange(atNew_, false)) position_ = positionBeforeNew_;
 }
@@ -143,6 +163,8 @@ void FakeRecordset::WritePending() {
 
 void FakeRecordset::DeleteFromServer(std::int64_t row) {
   const FakeRow& onServer = FindOnServer(row);
+  if (onServer != store_->rows[static_cast<std::size_t>(row)])
+    throw Conflict("The record was changed or deleted by somebody else since it was read.");
   FakeRows& table = *store_->origin.rows;
   table.erase(table.begin() + (&onServer - table.data()));
   store_->gone.insert(row);

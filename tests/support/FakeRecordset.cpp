@@ -294,6 +294,7 @@ void FakeRecordset::EndRows(const void* operation, const FakeResult& result) {
   state_ &= objectState::open;
   if (state_ == objectState::closed) return;
   if (result.hasUniqueRowsProperty) store_->properties.Set("Unique Rows", result.uniqueRows);
+  if (const auto connection = connection_.lock()) store_->catalog = connection->DefaultDatabase();
   if (!sort_.empty()) ApplySort();
 }
 

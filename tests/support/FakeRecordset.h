@@ -31,7 +31,8 @@ struct FakeStore {
   std::size_t fetched = 0;  ///< Those that arrived.
   std::set<std::int64_t> gone;
   std::optional<Pending> pending;
-  FakeResult origin;  ///< What the server has of them.
+  FakeResult origin;    ///< What the server has of them.
+  std::string catalog;  ///< In use when they were read.
   Properties properties;
   int version = 0;  ///< Grows when rows come or go.
 };
@@ -75,6 +76,7 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
 
   [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType lock) override;
   void SetSort(const std::string& order) override;
+  [[nodiscard]] std::optional<ErrorInfo> WhyNotChangeable() const override;
   [[nodiscard]] EditMode Editing() const override;
   void AddNew() override;
   void SetFieldValue(std::size_t field, Value value) override;
@@ -108,6 +110,7 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
   };
 
   void RequireOpen() const;
+  [[nodiscard]] std::optional<ErrorInfo> WhyNeverChangeable() const;
   void RequireChangeable() const;
   /// Takes in the rows that came and went.
   void SyncOrder() const;

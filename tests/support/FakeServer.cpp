@@ -26,19 +26,21 @@ void AppendColumns(const FakeTable& table, FakeRows& rows) {
   for (const FieldInfo& column : table.columns)
     rows.push_back({TextOrNull(table.catalog), TextOrNull(table.schema), table.name, column.name,
                     ++ordinal, column.nullable, static_cast<std::int64_t>(column.type),
-                    column.typeName});
+                    column.typeName, table.needsSchema});
 }
 
 std::vector<FieldInfo> SchemaFields(SchemaRowset schema) {
   if (schema == SchemaRowset::Catalogs) return FakeFields({"CATALOG_NAME", "DESCRIPTION"});
   if (schema == SchemaRowset::Tables)
-    return FakeFields({"TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME", "TABLE_TYPE", "DESCRIPTION"});
+    return FakeFields({"TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME", "TABLE_TYPE", "DESCRIPTION",
+                       "NEEDS_SCHEMA"});
   std::vector<FieldInfo> fields =
       FakeFields({"TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME", "COLUMN_NAME"});
   fields.push_back(FakeField("ORDINAL_POSITION", DataType::Integer));
   fields.push_back(FakeField("IS_NULLABLE", DataType::Boolean));
   fields.push_back(FakeField("DATA_TYPE", DataType::Integer));
   fields.push_back(FakeField("TYPE_NAME"));
+  fields.push_back(FakeField("NEEDS_SCHEMA", DataType::Boolean));
   return fields;
 }
 
@@ -173,8 +175,8 @@ FakeResult FakeServer::SchemaRows(SchemaRowset schema,
   for (const FakeTable& table : tables) {
     if (schema == SchemaRowset::Columns) AppendColumns(table, *result.rows);
     if (schema == SchemaRowset::Tables)
-      result.rows->push_back(
-          {TextOrNull(table.catalog), TextOrNull(table.schema), table.name, table.type, Value()});
+      result.rows->push_back({TextOrNull(table.catalog), TextOrNull(table.schema), table.name,
+                              table.type, Value(), table.needsSchema});
   }
   std::erase_if(*result.rows, [&](const FakeRow& row) { return !Matches(row, restrictions); });
   return result;

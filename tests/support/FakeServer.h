@@ -67,6 +67,7 @@ struct FakeTable {
   std::string name;
   std::string type = "TABLE";
   std::vector<FieldInfo> columns = {};
+  bool needsSchema = false;
 };
 
 /// A database server in memory: its answers, catalogs and tables, and a switch for each failure.

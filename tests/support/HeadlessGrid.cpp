@@ -164,6 +164,7 @@ bool HeadlessGrid::TakeEditorKey(int keyCode) {
 
 bool HeadlessGrid::Erase(bool backwards) {
   if (!CanEditCell()) return false;
+  if (!UserBegins()) return true;
   if (!editing_) {
     OpenEditor(CellText(), true);
   } else if (backwards) {
@@ -180,7 +181,7 @@ void HeadlessGrid::TypeText(std::string_view text) {
     const std::string_view character = FirstCharacter(text);
     text.remove_prefix(character.size());
     if (character == " " && UserTurnsOver()) continue;
-    if (!CanEditCell()) return;
+    if (!UserBegins()) return;
     if (!editing_) OpenEditor("", false);
     TypeCharacter(character);
   }

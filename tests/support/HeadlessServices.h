@@ -22,6 +22,8 @@ class HeadlessClock final : public Clock {
   [[nodiscard]] std::int64_t Milliseconds() const override { return now_; }
   /// "HH:MM:SS" of a day that began 12 hours before the clock's zero.
   [[nodiscard]] std::string LongTime() const override;
+  /// Of the same day, the first of January 2026.
+  [[nodiscard]] std::string UtcStamp() const override { return "2026-01-01T" + LongTime() + "Z"; }
   /// The twin lives in universal time.
   [[nodiscard]] std::string
   ShortTimeOf(std::chrono::system_clock::time_point moment) const override;

@@ -50,6 +50,7 @@ OptionalText Comment(const MariaResult& row, unsigned column) {
 }
 
 void ReadTables(MariaConnection& connection, SchemaRows& rows) {
+  const std::string inUse = connection.Database();
   connection.Run("select table_schema, table_name, table_type, table_comment"
                  " from information_schema.tables" +
                  Where(connection, rows) + " order by binary table_name, binary table_schema");
@@ -59,10 +60,11 @@ void ReadTables(MariaConnection& connection, SchemaRows& rows) {
                    .schema = {},
                    .name = Text(result, 1),
                    .type = TableType(result.TextAt(2)),
-                   .description = Comment(result, 3)});
+                   .description = Comment(result, 3),
+                   .needsSchema = result.TextAt(0) != inUse});
 }
 
-void AddColumn(const MariaResult& row, SchemaRows& rows) {
+void AddColumn(const MariaResult& row, const std::string& inUse, SchemaRows& rows) {
   const std::string name = Text(row, 5);
   const std::string_view whole = row.TextAt(6);
   const bool isUnsigned = whole.find(" unsigned") != std::string_view::npos;
@@ -76,16 +78,18 @@ void AddColumn(const MariaResult& row, SchemaRows& rows) {
                   .ordinal = ordinal,
                   .nullable = row.TextAt(4) == "YES",
                   .type = whole == "bit(1)" ? DataType::Boolean : MariaTypeOfName(name, isUnsigned),
-                  .typeName = isUnsigned ? name + " unsigned" : name});
+                  .typeName = isUnsigned ? name + " unsigned" : name,
+                  .needsSchema = row.TextAt(0) != inUse});
 }
 
 void ReadColumns(MariaConnection& connection, SchemaRows& rows) {
+  const std::string inUse = connection.Database();
   connection.Run("select table_schema, table_name, column_name, ordinal_position, is_nullable,"
                  " data_type, column_type from information_schema.columns" +
                  Where(connection, rows) +
                  " order by binary table_name, binary table_schema, ordinal_position");
   MariaResult result = connection.Result();
-  while (result.Fetch()) AddColumn(result, rows);
+  while (result.Fetch()) AddColumn(result, inUse, rows);
 }
 
 }  // namespace

@@ -24,6 +24,9 @@ bool CountsRows(const std::string& sql) {
       sql, {"insert", "update", "delete", "replace", "load", "with", "call", "execute"});
 }
 
+/// Of names without quotes, as ODBC counts the ways.
+constexpr std::int64_t keepsCase = 4;
+
 ErrorInfo Warning(std::string text) {
   ErrorInfo warning;
   warning.number = errorNumber::information;
@@ -89,6 +92,9 @@ Properties MariaSession::ReadProperties() {
   properties.Set("Driver Name", std::string("libmariadb"));
   properties.Set("Driver Version", MariaConnection::LibraryVersion());
   properties.Set("Identifier Quote Character", std::string("`"));
+  properties.Set("Bracket Identifiers", std::int64_t{0});
+  properties.Set("Identifier Case Sensitivity", keepsCase);
+  properties.Set("Schema By Rowsets", std::int64_t{1});
   properties.Set("Current Catalog", connection_->Database());
   properties.Set("Server Name", target_.login.host);
   properties.Set("Connection", connection_->HostInfo());

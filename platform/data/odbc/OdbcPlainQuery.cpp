@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <utility>
 
 #include "platform/Ascii.h"
 #include "platform/data/odbc/OdbcScan.h"
@@ -78,19 +79,35 @@ bool MayFollow(Reader& query) {
          std::ranges::any_of(words, [&](std::string_view word) { return query.TakeWord(word); });
 }
 
+/// "name", "schema.name" or "catalog.schema.name"; nothing when it is none of them.
+std::optional<PlainTable> TakeTable(Reader& query) {
+  PlainTable table{.catalog = {}, .schema = {}, .name = query.TakeName()};
+  for (int parts = 1; !table.name.empty() && query.TakeSign('.'); ++parts) {
+    if (parts > 2) return std::nullopt;
+    table.catalog = std::exchange(table.schema, std::exchange(table.name, query.TakeName()));
+  }
+  return table.name.empty() ? std::nullopt : std::optional(table);
+}
+
 }  // namespace
 
-bool NamesPlainColumns(std::string_view sql, std::string_view table) {
+std::optional<PlainTable> PlainTableOf(std::string_view sql) {
   Reader query(sql);
-  if (!query.TakeWord("select")) return false;
+  if (!query.TakeWord("select")) return std::nullopt;
   do {
-    if (!TakeColumn(query)) return false;
+    if (!TakeColumn(query)) return std::nullopt;
   } while (query.TakeSign(','));
-  if (!query.TakeWord("from")) return false;
-  std::string name = query.TakeName();
-  if (query.TakeSign('.')) name = query.TakeName();
-  if (!EqualNoCase(name, table) || !MayFollow(query)) return false;
-  return !HasWord(sql, {"union", "intersect", "except"});
+  if (!query.TakeWord("from")) return std::nullopt;
+  std::optional<PlainTable> table = TakeTable(query);
+  if (!table || !MayFollow(query)) return std::nullopt;
+  if (HasWord(sql, {"union", "intersect", "except"}) || HasSeveralStatements(sql))
+    return std::nullopt;
+  return table;
+}
+
+bool NamesPlainColumns(std::string_view sql, std::string_view table) {
+  const std::optional<PlainTable> named = PlainTableOf(sql);
+  return named && EqualNoCase(named->name, table);
 }
 
 }  // namespace tessel::odbc

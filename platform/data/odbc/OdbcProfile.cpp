@@ -10,6 +10,7 @@ namespace tessel::odbc {
 namespace {
 
 using CatalogChange = DriverProfile::CatalogChange;
+using Server = DriverProfile::Server;
 
 /// Without indexes of a part of the rows, of expressions and of columns that are only included.
 constexpr std::string_view uniqueIndexesOfPostgreSql =
@@ -65,7 +66,7 @@ DriverProfile PostgreSql() {
           .typeRules = {{"money", {DataType::VarChar, CellForm::Text}}},
           .uniqueIndexQuery = uniqueIndexesOfPostgreSql,
           .readOnlyColumnsQuery = readOnlyColumnsOfPostgreSql,
-          .writing = [](auto, auto) { return PostgresDialect(); },
+          .writing = [](const Server&) { return PostgresDialect(); },
           .transactionQuery = "select case when now() = statement_timestamp() then 0 else 1 end",
           .failedTransactionState = "25P02",
           .textEndsAtZero = true,
@@ -73,7 +74,8 @@ DriverProfile PostgreSql() {
           .catalogQuery = "select datname from pg_catalog.pg_database"
                           " where datallowconn and not datistemplate order by datname",
           .schemaPattern = true,
-          .hiddenSchemas = {"pg_catalog", "information_schema", "pg_toast", "pg_temp"}};
+          .hiddenSchemas = {"pg_catalog", "information_schema", "pg_toast", "pg_temp"},
+          .takesBrackets = false};
 }
 
 /// Bit 2: counts are of the rows found, not of those changed. Bit 67108864: several statements in
@@ -90,12 +92,13 @@ DriverProfile MariaDb() {
           .zeroIsNoCount = false,
           .tellsBaseColumns = true,
           .readOnlyColumnsQuery = readOnlyColumnsOfMariaDb,
-          .writing = &MariaDialect,
+          .writing = [](const Server& server) { return MariaDialect(server.name, server.version); },
           .transactionQuery = "select case when @@in_transaction then 1"
                               " when @@autocommit then 0 else 2 end",
           .takesNumbers = true,
           .noCatalog = "null",
-          .needsCatalog = true};
+          .needsCatalog = true,
+          .takesBrackets = false};
 }
 
 /// Takes the alias for the base column's name.
@@ -106,16 +109,24 @@ DriverProfile Sqlite() {
           .madeUpSizes = {255, 65536},
           .aliasHidesColumn = true,
           .readOnlyColumnsQuery = readOnlyColumnsOfSqlite,
-          .writing = [](auto, auto) { return SqliteWriting(); },
+          .writing = [](const Server&) { return SqliteWriting(); },
           .takesNumbers = true,
           .textEndsAtZero = true,
           .catalogChange = CatalogChange::None};
 }
 
+WriteDialect Unknown(const Server& server) {
+  const bool quotes = !server.quote.empty() && server.quote.front() != ' ';
+  WriteDialect dialect = UnknownDialect(quotes ? server.quote.front() : '\0');
+  dialect.namesCatalog = server.namesCatalog;
+  return dialect;
+}
+
 DriverProfile FreeTds() {
   return {.name = "SQL Server",
           .marks = {"freetds", "tdsodbc"},
-          .defaults = {{"TDS_Version", "7.4"}, {"ClientCharset", "UTF-8"}}};
+          .defaults = {{"TDS_Version", "7.4"}, {"ClientCharset", "UTF-8"}},
+          .writing = [](const Server&) { return SqlServerDialect(); }};
 }
 
 /// Crashes in SQLStatistics; has no reason to tell when the file is not there.
@@ -143,7 +154,8 @@ std::string AsciiLowerText(std::string_view text) {
 }  // namespace
 
 const DriverProfile& ProfileOf(std::string_view driver) {
-  static const DriverProfile unknown = {.name = "ODBC"};
+  static const DriverProfile unknown = {
+      .name = "ODBC", .writing = [](const Server& server) { return Unknown(server); }};
   const std::string lower = AsciiLowerText(driver);
   const auto fits = [&](const DriverProfile& profile) {
     return std::ranges::any_of(profile.marks, [&](std::string_view mark) {

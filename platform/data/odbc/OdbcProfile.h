@@ -45,8 +45,10 @@ struct DriverProfile {
   bool zeroIsNoCount = true;
 
   // --- results --------------------------------------------------------------------------------
-  bool isSlowToDropResults = false;       ///< It holds them whole; others may be open beside them.
-  bool tellsBaseColumns = false;          ///< Base table and column are told, also behind an alias.
+  bool isSlowToDropResults = false;  ///< It holds them whole; others may be open beside them.
+  /// Base table and column are told, also behind an alias. Else each query is looked at: see
+  /// FindBaseColumns.
+  bool tellsBaseColumns = false;
   std::vector<SQLULEN> madeUpSizes = {};  ///< Column sizes that say nothing.
   std::vector<TypeRule> typeRules = {};
   /// Lists name and column of each unique index, where SQLStatistics tells too little of it.
@@ -60,8 +62,14 @@ struct DriverProfile {
   std::string_view readOnlyColumnsQuery = {};
 
   // --- changing rows --------------------------------------------------------------------------
-  /// How rows are written on a server of this name and version; null: it cannot be done.
-  WriteDialect (*writing)(std::string_view server, std::string_view version) = nullptr;
+  struct Server {
+    std::string name;
+    std::string version;
+    std::string quote;          ///< The sign in which it quotes names; a blank: none.
+    bool namesCatalog = false;  ///< A catalog may stand before a table that is changed.
+  };
+  /// How rows are written on a server; null: it cannot be done.
+  WriteDialect (*writing)(const Server& server) = nullptr;
   /// Tells 1 while the user's transaction is open, 2 while autocommit is off and none is begun,
   /// else 0; changes nothing. Empty: the database does not tell.
   std::string_view transactionQuery = {};
@@ -78,6 +86,7 @@ struct DriverProfile {
   bool schemaPattern = false;  ///< "%" for all schemas; null would mean the search path.
   bool needsCatalog = false;   ///< Without a catalog the schema of all catalogs would be told.
   std::vector<std::string_view> hiddenSchemas = {};  ///< First letters; shown when asked for.
+  bool takesBrackets = true;                         ///< Around names; or it is not known.
   bool canListKeys = true;                           ///< SQLPrimaryKeys and SQLStatistics.
 };
 

@@ -29,6 +29,12 @@ void DescribeSize(FieldInfo& field, const ColumnDescription& column, CellForm fo
   if (HasLength(form) && !madeUp) field.definedSize = static_cast<std::int64_t>(column.size);
 }
 
+/// What cannot stand in a condition, or be compared by "=", cannot find a row.
+bool IsSearchable(const Statement& statement, SQLUSMALLINT column) {
+  const auto told = statement.ColumnNumber(column, SQL_DESC_SEARCHABLE);
+  return told.value_or(SQL_PRED_SEARCHABLE) >= SQL_PRED_BASIC;
+}
+
 /// A driver names the alias for expressions, so without a table there is no base column.
 void DescribeBase(FieldInfo& field, const Statement& statement, SQLUSMALLINT column) {
   const auto text = [&](SQLUSMALLINT attribute) {
@@ -39,8 +45,11 @@ void DescribeBase(FieldInfo& field, const Statement& statement, SQLUSMALLINT col
   field.baseCatalog = text(SQL_DESC_CATALOG_NAME);
   field.baseSchema = text(SQL_DESC_SCHEMA_NAME);
   field.baseColumn = text(SQL_DESC_BASE_COLUMN_NAME);
-  const auto updatable = statement.ColumnNumber(column, SQL_DESC_UPDATABLE);
-  field.updatable = updatable.value_or(SQL_ATTR_READONLY) != SQL_ATTR_READONLY;
+}
+
+bool MayBeWritten(const Statement& statement, SQLUSMALLINT column, std::int64_t untold) {
+  const auto told = statement.ColumnNumber(column, SQL_DESC_UPDATABLE);
+  return told.value_or(untold) != SQL_ATTR_READONLY;
 }
 
 ResultField DescribeField(const Statement& statement, SQLUSMALLINT number,
@@ -55,8 +64,15 @@ ResultField DescribeField(const Statement& statement, SQLUSMALLINT number,
       TypeOf(column.type, IsUnsigned(statement, number), field.typeName, profile.typeRules);
   field.type = type.type;
   DescribeSize(field, column, type.form, profile);
-  if (profile.tellsBaseColumns) DescribeBase(field, statement, number);
-  return {std::move(field), type.form};
+  if (profile.writing == nullptr) return {std::move(field), type.form};
+  DescribeBase(field, statement, number);
+  if (profile.tellsBaseColumns) {
+    field.updatable =
+        !field.baseTable.empty() && MayBeWritten(statement, number, SQL_ATTR_READONLY);
+    return {std::move(field), type.form};
+  }
+  field.searchable = IsSearchable(statement, number);
+  return {std::move(field), type.form, MayBeWritten(statement, number, SQL_ATTR_READWRITE_UNKNOWN)};
 }
 
 /// Reads a cell to its end into `cell`; false when it is null. The driver gives it in pieces.

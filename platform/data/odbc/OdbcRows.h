@@ -17,6 +17,9 @@ namespace tessel::odbc {
 struct ResultField {
   FieldInfo info;
   CellForm form = CellForm::Text;
+  /// The driver does not say that it cannot be written; of one that is not known to tell base
+  /// columns.
+  bool mayBeWritten = false;
 };
 
 /// The columns of a statement's present result.

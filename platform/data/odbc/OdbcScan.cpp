@@ -78,6 +78,16 @@ bool HasStatement(std::string_view sql, const std::vector<std::string_view>& wor
   return false;
 }
 
+bool HasSeveralStatements(std::string_view sql) {
+  Words all(sql);
+  bool ended = false;
+  for (std::string_view word = all.Next(); !word.empty(); word = all.Next()) {
+    if (ended && word != ";") return true;
+    ended = ended || word == ";";
+  }
+  return false;
+}
+
 bool HasStatement(std::string_view sql, std::string_view first,
                   const std::vector<std::string_view>& others) {
   Words words(sql);

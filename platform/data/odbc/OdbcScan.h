@@ -16,6 +16,9 @@ namespace tessel::odbc {
 /// case.
 [[nodiscard]] bool HasWord(std::string_view sql, const std::vector<std::string_view>& words);
 
+/// True when something follows the end of a first statement.
+[[nodiscard]] bool HasSeveralStatements(std::string_view sql);
+
 /// True when a statement of the text begins with the word `first` and holds one of `others`
 /// outside of quotes and comments. Without regard to case.
 [[nodiscard]] bool HasStatement(std::string_view sql, std::string_view first,

@@ -6,6 +6,7 @@
 
 #include "platform/Ascii.h"
 #include "platform/data/UniqueRows.h"
+#include "platform/data/odbc/OdbcBase.h"
 #include "platform/data/odbc/OdbcErrors.h"
 #include "platform/data/odbc/OdbcKeys.h"
 #include "platform/data/odbc/OdbcPlainQuery.h"
@@ -111,6 +112,7 @@ void OdbcSession::Close() noexcept {
 
 Properties OdbcSession::ReadProperties() {
   Properties properties = ReadDriverProperties(*dbc_);
+  if (!profile_.takesBrackets) properties.Set("Bracket Identifiers", std::int64_t{0});
   properties.Set("Catalog Change Ends Session",
                  profile_.catalogChange == DriverProfile::CatalogChange::Reconnect);
   return properties;
@@ -157,7 +159,11 @@ void OdbcSession::FindColumns(ExecuteResult& result, Outcome outcome, Operation&
     if (gate_.Reached()) return;
     const std::vector<ResultField> fields = DescribeFields(*statement_, profile_);
     if (!fields.empty()) {
-      for (const ResultField& field : fields) result.fields.push_back(field.info);
+      mayBeWritten_.clear();
+      for (const ResultField& field : fields) {
+        result.fields.push_back(field.info);
+        mayBeWritten_.push_back(field.mayBeWritten);
+      }
       reader_ = std::make_unique<RowReader>(*statement_, fields, canReadBoundCells_);
       return;
     }
@@ -244,7 +250,15 @@ void OdbcSession::TidyUp() noexcept {
   patience_ = executePatience;
 }
 
+void OdbcSession::FindBase(std::vector<FieldInfo>& fields) {
+  if (const WriteDialect* dialect = Writing())
+    FindBaseColumns(*dbc_, gate_, *dialect, sql_, fields);
+  for (std::size_t i = 0; i < fields.size(); ++i)
+    fields[i].updatable = !fields[i].baseTable.empty() && mayBeWritten_[i];
+}
+
 void OdbcSession::CompleteFields(std::vector<FieldInfo>& fields) {
+  if (!profile_.tellsBaseColumns) return FindBase(fields);
   const FieldInfo* base = OneBaseTable(fields);
   if (base == nullptr) return;
   if (profile_.aliasHidesColumn && !NamesPlainColumns(sql_, base->baseTable)) {

@@ -77,6 +77,8 @@ class OdbcSession : public ProviderSession {
   [[nodiscard]] bool NextResult(Operation& operation);
   [[nodiscard]] std::int64_t Count(Outcome outcome) const;
   void ReportNotices(const Diagnostics& notices, Operation& operation);
+  void FindBase(std::vector<FieldInfo>& fields);
+  [[noreturn]] void RaiseCancelledLate() const;
   [[nodiscard]] StatementResult ReadResult(Statement& statement);
   void ForgetWarnings();
   void ReportWarnings(Operation& operation);
@@ -97,9 +99,10 @@ class OdbcSession : public ProviderSession {
   std::unique_ptr<Statement> dropped_;  ///< With a result to drop when nobody waits.
   std::unique_ptr<RowReader> reader_;   ///< While there are rows to read.
   Diagnostics lastNotices_;
-  std::string sql_;             ///< The last command.
-  bool wantsWarnings_ = false;  ///< Of the present command.
-  bool hasWarnings_ = false;    ///< The database still tells those of an earlier command.
+  std::string sql_;                 ///< The last command.
+  std::vector<bool> mayBeWritten_;  ///< Of its fields, where base columns have to be found out.
+  bool wantsWarnings_ = false;      ///< Of the present command.
+  bool hasWarnings_ = false;        ///< The database still tells those of an earlier command.
 };
 
 }  // namespace tessel::odbc

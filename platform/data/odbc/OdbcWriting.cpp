@@ -13,6 +13,10 @@ namespace {
 /// From this length on a text is a long one to drivers.
 constexpr std::size_t longText = 4000;
 
+bool IsWide(DataType type) {
+  return type == DataType::WChar || type == DataType::VarWChar || type == DataType::LongVarWChar;
+}
+
 /// The parameters of a statement, as the driver gets them. Must stay where it is until the
 /// statement has run.
 class Parameters {
@@ -20,8 +24,10 @@ class Parameters {
   explicit Parameters(const DriverProfile& profile) : profile_(profile) {}
 
   void Bind(Statement& statement, const std::vector<RowStatement::Parameter>& parameters) {
-    for (const auto& [value, field] : parameters)
+    for (const auto& [value, field] : parameters) {
+      isWide_ = IsWide(field->type);
       std::visit([&](const auto& one) { Add(statement, one); }, value);
+    }
   }
 
  private:
@@ -37,7 +43,7 @@ class Parameters {
     Bind(statement, SQL_C_CHAR, SQL_VARCHAR, nullptr, Next(SQL_NULL_DATA));
   }
   void Add(Statement& statement, bool value) {
-    if (!profile_.takesNumbers) return AddText(statement, value ? "t" : "f");
+    if (!profile_.takesNumbers) return AddText(statement, value ? "1" : "0");
     Add(statement, std::int64_t{value ? 1 : 0});
   }
   void Add(Statement& statement, std::int64_t value) {
@@ -74,8 +80,11 @@ class Parameters {
                   "The ODBC driver cannot write a text with a zero character in it.");
     Held& held = Next(static_cast<SQLLEN>(text.size()));
     held.text = text;
-    Bind(statement, SQL_C_CHAR, text.size() < longText ? SQL_VARCHAR : SQL_LONGVARCHAR,
-         held.text.data(), held);
+    const bool isLong = text.size() >= longText;
+    const int narrow = isLong ? SQL_LONGVARCHAR : SQL_VARCHAR;
+    const int wide = isLong ? SQL_WLONGVARCHAR : SQL_WVARCHAR;
+    Bind(statement, SQL_C_CHAR, static_cast<SQLSMALLINT>(isWide_ ? wide : narrow), held.text.data(),
+         held);
   }
 
   Held& Next(SQLLEN indicator) {
@@ -90,16 +99,27 @@ class Parameters {
   }
 
   const DriverProfile& profile_;
+  bool isWide_ = false;  ///< What is bound goes to a column that takes every character.
   std::deque<Held> held_;
 };
+
+/// Whether a catalog may stand before a table that is changed, and how it would be written.
+bool NamesCatalog(const Dbc& dbc) {
+  const std::uint32_t usage = dbc.InfoNumber(SQL_CATALOG_USAGE).value_or(0);
+  const std::uint32_t place = dbc.InfoNumber(SQL_CATALOG_LOCATION).value_or(0);
+  return (usage & SQL_CU_DML_STATEMENTS) != 0 && place == SQL_CL_START &&
+         dbc.InfoText(SQL_CATALOG_NAME_SEPARATOR) == ".";
+}
 
 }  // namespace
 
 const WriteDialect* OdbcSession::Writing() {
   if (profile_.writing == nullptr) return nullptr;
   if (!dialect_)
-    dialect_ = profile_.writing(dbc_->InfoText(SQL_DBMS_NAME).value_or(""),
-                                dbc_->InfoText(SQL_DBMS_VER).value_or(""));
+    dialect_ = profile_.writing({.name = dbc_->InfoText(SQL_DBMS_NAME).value_or(""),
+                                 .version = dbc_->InfoText(SQL_DBMS_VER).value_or(""),
+                                 .quote = dbc_->InfoText(SQL_IDENTIFIER_QUOTE_CHAR).value_or(""),
+                                 .namesCatalog = NamesCatalog(*dbc_)});
   return &*dialect_;
 }
 
@@ -112,12 +132,19 @@ StatementResult OdbcSession::RunStatement(const RowStatement& text, Operation& o
     parameters.Bind(statement, text.parameters);
     Diagnostics notices;
     const Outcome outcome = statement.Execute(text.sql, gate_, notices);
-    if (gate_.Reached()) throw CancelledError();
+    if (gate_.Reached()) RaiseCancelledLate();
     if (outcome == Outcome::NoData) return StatementResult();
     for (ErrorInfo& notice : ToNotices(notices, driver_, profile_))
       operation.Report(std::move(notice));
     return ReadResult(statement);
   });
+}
+
+void OdbcSession::RaiseCancelledLate() const {
+  if (!dialect_ || !dialect_->needsKey) throw CancelledError();
+  throw Error(errorNumber::database, driver_,
+              "The cancel came late: the change may have been written. Run the query again to see "
+              "the record as it is now.");
 }
 
 StatementResult OdbcSession::ReadResult(Statement& statement) {

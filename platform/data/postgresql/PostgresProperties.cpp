@@ -11,6 +11,9 @@ namespace {
 /// Since then every digit that matters is written.
 constexpr int version12 = 120000;
 
+/// Names without quotes, as ODBC counts the ways.
+constexpr std::int64_t foldsToSmallLetters = 2;
+
 struct Fact {
   const char* name;
   const char* value;
@@ -57,6 +60,9 @@ Properties ReadPostgresProperties(const PqConnection& connection) {
   properties.Set("Server Port", connection.Port());
   properties.Set("User Name", connection.User());
   properties.Set("Encrypted", connection.UsesSsl());
+  properties.Set("Bracket Identifiers", std::int64_t{0});
+  properties.Set("Identifier Case Sensitivity", foldsToSmallLetters);
+  properties.Set("Schema By Rowsets", std::int64_t{1});
   properties.Set("Multiple Results", true);
   properties.Set("Catalog Change Ends Session", true);
   properties.Set("Maximum Identifier Length", std::int64_t{63});

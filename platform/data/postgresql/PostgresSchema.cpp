@@ -16,12 +16,14 @@ constexpr const char* tables =
     " case when n.nspname in ('pg_catalog', 'information_schema') then 'SYSTEM ' else '' end ||"
     " case c.relkind when 'v' then 'VIEW' when 'm' then 'MATERIALIZED VIEW'"
     " when 'f' then 'FOREIGN TABLE' else 'TABLE' end,"
-    " pg_catalog.obj_description(c.oid, 'pg_class')";
+    " pg_catalog.obj_description(c.oid, 'pg_class'),"
+    " not pg_catalog.pg_table_is_visible(c.oid)";
 
 /// A domain has the type that it is made of.
 constexpr const char* columns = "select n.nspname, c.relname, a.attname, a.attnum, a.attnotnull,"
                                 " case when t.typtype = 'd' then t.typbasetype else t.oid end,"
-                                " pg_catalog.format_type(a.atttypid, null)";
+                                " pg_catalog.format_type(a.atttypid, null),"
+                                " not pg_catalog.pg_table_is_visible(c.oid)";
 
 constexpr const char* fromTables =
     " from pg_catalog.pg_class c join pg_catalog.pg_namespace n on n.oid = c.relnamespace";
@@ -43,7 +45,8 @@ void AddTable(const PqResult& row, const std::string& catalog, SchemaRows& rows)
                  .schema = TextAt(row, 0),
                  .name = TextAt(row, 1),
                  .type = TextAt(row, 2),
-                 .description = OptionalTextAt(row, 3)});
+                 .description = OptionalTextAt(row, 3),
+                 .needsSchema = BooleanAt(row, 4)});
 }
 
 void AddColumn(const PqResult& row, const std::string& catalog, SchemaRows& rows) {
@@ -56,7 +59,8 @@ void AddColumn(const PqResult& row, const std::string& catalog, SchemaRows& rows
                   .ordinal = NumberAt(row, 3),
                   .nullable = !BooleanAt(row, 4),
                   .type = field.type,
-                  .typeName = TextAt(row, 6)});
+                  .typeName = TextAt(row, 6),
+                  .needsSchema = BooleanAt(row, 7)});
 }
 
 }  // namespace

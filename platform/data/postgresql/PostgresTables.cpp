@@ -36,6 +36,7 @@ std::string FieldsQuery(int serverVersion) {
   sql += ", coalesce(pg_catalog.pg_get_expr(d.adbin, d.adrelid) like 'nextval(%', false)";
   if (serverVersion >= version10) sql += " or a.attidentity <> ''";
   return sql +
+         ", pg_catalog.current_database()"
          " from unnest($1::pg_catalog.oid[], $2::pg_catalog.oid[], $3::pg_catalog.int2[])"
          " with ordinality f (type, tab, col, place)"
          " left join pg_catalog.pg_class c on c.oid = f.tab"
@@ -44,10 +45,11 @@ std::string FieldsQuery(int serverVersion) {
          " left join pg_catalog.pg_attrdef d on d.adrelid = a.attrelid and d.adnum = a.attnum";
 }
 
-void CompleteField(const PqResult& row, const std::string& catalog, FieldInfo& field) {
+/// The server's own name of the catalog: the one asked for may be that of a pooler.
+void CompleteField(const PqResult& row, FieldInfo& field) {
   field.typeName = TextAt(row, 1);
   if (row.IsNullAt(4)) return;
-  field.baseCatalog = catalog;
+  field.baseCatalog = TextAt(row, 8);
   field.baseSchema = TextAt(row, 2);
   field.baseTable = TextAt(row, 3);
   field.baseColumn = TextAt(row, 4);
@@ -79,13 +81,12 @@ void CompletePostgresFields(PqConnection& connection, const std::vector<PqColumn
   const bool based =
       std::ranges::any_of(columns, [](const PqColumn& column) { return column.table != 0; });
   if (named && !based) return;
-  const std::string catalog = connection.Database();
   ForEachRow(connection, FieldsQuery(connection.ServerVersion()),
              {ArrayOf(columns, &PqColumn::type), ArrayOf(columns, &PqColumn::table),
               ArrayOf(columns, &PqColumn::number)},
              [&](const PqResult& row) {
                const auto place = static_cast<std::size_t>(NumberAt(row, 0)) - 1;
-               if (place < fields.size()) CompleteField(row, catalog, fields[place]);
+               if (place < fields.size()) CompleteField(row, fields[place]);
              });
 }
 

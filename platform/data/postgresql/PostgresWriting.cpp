@@ -44,6 +44,7 @@ void AddRow(const PqResult& row, RowSink& rows) {
 const WriteDialect* PostgresSession::Writing() {
   static const WriteDialect dialect = [] {
     WriteDialect made = PostgresDialect();
+    made.namesCatalog = true;  // The server refuses any but the one it is.
     made.numbersParameters = true;
     return made;
   }();

@@ -47,7 +47,7 @@ bool RecordGrid::StartTyping(const QKeyEvent& event) {
                        : empties ? QString()
                                  : event.text();
   if (!empties && (text.isEmpty() || (!paste && !text[0].isPrint()))) return false;
-  TypeIntoCell(text);
+  if (user_->Begins()) TypeIntoCell(text);
   return true;
 }
 
@@ -58,7 +58,7 @@ void RecordGrid::TypeIntoCell(const QString& text) {
 
 void RecordGrid::inputMethodEvent(QInputMethodEvent* event) {
   const bool types = !event->commitString().isEmpty();
-  if (types && user_ != nullptr && user_->MayEdit()) TypeIntoCell(event->commitString());
+  if (types && user_ != nullptr && user_->Begins()) TypeIntoCell(event->commitString());
   event->accept();
 }
 

@@ -65,6 +65,7 @@ class QtDataGrid final : public ControlOf<DataGrid, RecordGrid>, private GridUse
  private:
   // GridUser
   [[nodiscard]] bool MayEdit() const override { return CanEditCell(); }
+  [[nodiscard]] bool Begins() override { return UserBegins(); }
   [[nodiscard]] bool Leaves(bool row) override { return UserLeaves(row); }
   bool TurnsOver() override { return UserTurnsOver(); }
   void OpensCell() override { EditCell(); }

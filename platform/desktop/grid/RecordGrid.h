@@ -19,6 +19,9 @@ class GridHeader;
 class GridUser {
  public:
   [[nodiscard]] virtual bool MayEdit() const = 0;
+  /// The user is about to edit the current cell. False: it cannot be, and he was shown why if he
+  /// may.
+  [[nodiscard]] virtual bool Begins() = 0;
   /// The user is about to leave the cell, and the row too when `row`. False: stays.
   [[nodiscard]] virtual bool Leaves(bool row) = 0;
   /// The space bar; false when it means nothing special to the cell.

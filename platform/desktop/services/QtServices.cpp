@@ -44,6 +44,10 @@ std::string QtClock::LongTime() const {
   return FromQt(QLocale::system().toString(QTime::currentTime(), format.trimmed()));
 }
 
+std::string QtClock::UtcStamp() const {
+  return FromQt(QDateTime::currentDateTimeUtc().toString(Qt::ISODate));
+}
+
 std::string QtClock::ShortTimeOf(std::chrono::system_clock::time_point moment) const {
   const QDateTime time =
       QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(moment));

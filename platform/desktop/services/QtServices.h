@@ -20,6 +20,7 @@ class QtClock final : public Clock {
   QtClock() { timer_.start(); }
   [[nodiscard]] std::int64_t Milliseconds() const override { return timer_.elapsed(); }
   [[nodiscard]] std::string LongTime() const override;
+  [[nodiscard]] std::string UtcStamp() const override;
   [[nodiscard]] std::string
   ShortTimeOf(std::chrono::system_clock::time_point moment) const override;
 

@@ -55,6 +55,21 @@ class TypeBodies : public DatabaseTest {
   std::shared_ptr<Connection> connection_;
 };
 
+/// The same table in two catalogs of a server.
+class CatalogBodies : public WriteTest {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  /// `action` is refused because the rows come from the catalog they were made in.
+  void ExpectRefused(const std::function<void()>& action) const;
+  /// The names in the other catalog's table.
+  [[nodiscard]] std::vector<std::string> NamesElsewhere();
+
+  std::string own_;                        ///< The catalog of `connection_` at first.
+  std::shared_ptr<Connection> elsewhere_;  ///< Has the other catalog in use.
+};
+
 class EditBodies : public WriteTest {};
 class WriteBodies : public WriteTest {};
 class WriteFaultBodies : public WriteTest {};
@@ -90,6 +105,7 @@ inline std::string DatabaseName(const testing::TestParamInfo<DatabaseParam>& inf
 /// Runs those that change records.
 #define TESSEL_RUN_WRITE_BODIES(prefix, params)                                                    \
   INSTANTIATE_TEST_SUITE_P(prefix, EditBodies, params, DatabaseName);                              \
+  INSTANTIATE_TEST_SUITE_P(prefix, CatalogBodies, params, DatabaseName);                           \
   INSTANTIATE_TEST_SUITE_P(prefix, TypeBodies, params, DatabaseName);                              \
   INSTANTIATE_TEST_SUITE_P(prefix, WriteBodies, params, DatabaseName);                             \
   INSTANTIATE_TEST_SUITE_P(prefix, WriteFaultBodies, params, DatabaseName);                        \

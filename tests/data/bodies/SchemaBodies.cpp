@@ -1,3 +1,4 @@
+#include "query/NameQuoting.h"
 #include "tests/data/bodies/AllBodies.h"
 
 namespace tessel::test {
@@ -22,7 +23,7 @@ TEST_P(SchemaBodies, TablesAreListed) {
   const ScratchTable two(connection, "id " + Db().KeyType());
   const auto tables = connection->OpenSchema(SchemaRowset::Tables, {"", "", "", "TABLE"});
   EXPECT_THAT(Names(*tables), ElementsAre("TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME",
-                                          "TABLE_TYPE", "DESCRIPTION"));
+                                          "TABLE_TYPE", "DESCRIPTION", "NEEDS_SCHEMA"));
   EXPECT_THAT(TextsOf(*tables, 2), Contains(one.Name()));
   EXPECT_THAT(TextsOf(*tables, 2), Contains(two.Name()));
   EXPECT_THAT(TextsOf(*tables, 3), testing::Each("TABLE"));
@@ -64,9 +65,9 @@ TEST_P(SchemaBodies, ColumnsAreListedInTheirOrder) {
   const ScratchTable table(connection, "id " + Db().KeyType() + ", zeta " + Db().TextType() +
                                            ", alpha integer not null");
   const auto columns = connection->OpenSchema(SchemaRowset::Columns, {"", "", table.Name()});
-  EXPECT_THAT(Names(*columns),
-              ElementsAre("TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME", "COLUMN_NAME",
-                          "ORDINAL_POSITION", "IS_NULLABLE", "DATA_TYPE", "TYPE_NAME"));
+  EXPECT_THAT(Names(*columns), ElementsAre("TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME",
+                                           "COLUMN_NAME", "ORDINAL_POSITION", "IS_NULLABLE",
+                                           "DATA_TYPE", "TYPE_NAME", "NEEDS_SCHEMA"));
   EXPECT_THAT(TextsOf(*columns, 3), ElementsAre("id", "zeta", "alpha"));
   EXPECT_THAT(TextsOf(*columns, 4), ElementsAre("1", "2", "3"));
   EXPECT_EQ(TextsOf(*columns, 5)[1], "True");
@@ -91,6 +92,22 @@ TEST_P(SchemaBodies, ATableStandsInItsCatalogAndSchema) {
   const auto told = [&](std::size_t field) { return ToText(tables->ValueAt(0, field)); };
   EXPECT_EQ(told(0), Db().TableCatalog());
   EXPECT_EQ(told(1), Db().TableSchema());
+}
+
+TEST_P(SchemaBodies, NamesThatNeedQuotesAreWrittenAsTheDatabaseTakesThem) {
+  const auto connection = Connect();
+  const NameQuoting quoting(connection->ProviderProperties());
+  std::vector<std::string> names = {"Order ID", "OrderId", "2nd"};
+  if (connection->ProviderProperties().Number("Bracket Identifiers", 1) == 0)
+    for (const char* name : {"order", "user", "a\"b", "c`d", "[e]"}) names.emplace_back(name);
+  for (const std::string& name : names) {
+    const std::string written = quoting.Name(name);
+    Run(*connection, "create table " + written + " (" + written + " integer)");
+    const auto columns = connection->OpenSchema(SchemaRowset::Columns, {"", "", name});
+    EXPECT_THAT(TextsOf(*columns, 3), ElementsAre(name));
+    Run(*connection, "select " + written + " from " + written);
+    Run(*connection, "drop table " + written);
+  }
 }
 
 TEST_P(SchemaBodies, AWrongCatalogIsRefusedAndTheOldOneKept) {

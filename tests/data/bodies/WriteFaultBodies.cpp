@@ -52,6 +52,19 @@ TEST_P(WriteFaultBodies, AnotherFieldChangedBySomebodyElseIsNone) {
   EXPECT_THAT(Names(), ElementsAre("1|mine", "2|two", "3|three"));
 }
 
+TEST_P(WriteFaultBodies, ARowWithAnyFieldChangedBySomebodyElseIsNotDeleted) {
+  const auto recordset = OpenAll();
+  for (const char* change : {"n = 99", "name = 'One'", "data = 'x'", "n = null"}) {
+    RunOutside("update " + table_->Name() + " set " + change + " where id = 1");
+    const ErrorInfo error = ErrorOf([&] { recordset->Delete(0); });
+    EXPECT_EQ(error.number, errorNumber::changeConflict) << change;
+    EXPECT_EQ(recordset->RecordCount(), 3);
+    RunOutside("update " + table_->Name() + " set n = 10, name = 'one', data = null where id = 1");
+  }
+  recordset->Delete(0);
+  EXPECT_THAT(Names(), ElementsAre("2|two", "3|three"));
+}
+
 TEST_P(WriteFaultBodies, ARowThatIsGoneIsAConflict) {
   const auto recordset = OpenAll();
   RunOutside("delete from " + table_->Name() + " where id = 1");

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/data/RowSql.h"
+
 namespace tessel::test {
 
 TEST(MariaDialect, ReturnsInsertedRowsOnlyFromTheVersionThatKnowsHow) {
@@ -10,6 +12,13 @@ TEST(MariaDialect, ReturnsInsertedRowsOnlyFromTheVersionThatKnowsHow) {
   for (const char* version : {"10.4.34-MariaDB", "5.5.68-MariaDB", "10", "", "x"})
     EXPECT_FALSE(MariaDialect("MariaDB", version).returnsInserted) << version;
   EXPECT_FALSE(MariaDialect("MySQL", "10.9").returnsInserted);
+}
+
+TEST(UnknownDialect, QuotesWhereItKnowsTheSignAndElseTakesPlainNamesOnly) {
+  EXPECT_EQ(QuotedName("it's", UnknownDialect('"')), "\"it's\"");
+  EXPECT_EQ(QuotedName("a\"b", UnknownDialect('"')), "\"a\"\"b\"");
+  EXPECT_EQ(QuotedName("Plain_1", UnknownDialect('\0')), "Plain_1");
+  EXPECT_THROW((void)QuotedName("t; drop table u", UnknownDialect('\0')), Error);
 }
 
 }  // namespace tessel::test

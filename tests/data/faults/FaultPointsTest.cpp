@@ -160,10 +160,12 @@ class FaultPoints : public FaultTest, public testing::WithParamInterface<FaultCa
     fault.kind = TheKind();
     return fault;
   }
-  /// ODBC drivers read all rows before they give the first.
+  /// ODBC drivers read all rows before they give the first; a worker that stalls may keep those of
+  /// the last moment.
   [[nodiscard]] static bool BreaksAmongRows() {
     return std::get<FaultPoint>(GetParam()).name == "MiddleRows" &&
-           std::get<FaultClient>(GetParam()).name.ends_with("Native");
+           std::get<FaultClient>(GetParam()).name.ends_with("Native") &&
+           (TheKind() == Kind::Reset || TheKind() == Kind::Close);
   }
   void RecordError(const EventLog& log) {
     if (log.LastError()) RecordProperty("error", log.LastError()->description);

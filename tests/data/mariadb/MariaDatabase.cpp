@@ -51,6 +51,13 @@ class MariaDatabase : public Database {
   void KillServer() override { MariaNative().server().Kill(); }
   void RestartServer() override { MariaNative().server().Restart(); }
   [[nodiscard]] std::string TableCatalog() const override { return "shop"; }
+  [[nodiscard]] std::string OtherCatalog() const override { return "elsewhere"; }
+  [[nodiscard]] std::vector<std::string> OtherCatalogSetup() const override {
+    return {"create database if not exists elsewhere character set utf8mb4"};
+  }
+  [[nodiscard]] std::string UseStatement(const std::string& catalog) const override {
+    return "use " + catalog;
+  }
 };
 
 constexpr const char* digits38 = "-99999999999999999999999999999999999999";

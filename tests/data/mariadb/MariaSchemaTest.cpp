@@ -1,3 +1,4 @@
+#include "query/ReservedWords.h"
 #include "tests/data/native/NativeFixture.h"
 
 namespace tessel::test {
@@ -53,6 +54,33 @@ TEST_F(MariaSchema, TablesAreThoseOfTheDatabaseAskedFor) {
   EXPECT_EQ(TextsOf(*tables, 1)[0], "NULL");
   EXPECT_EQ(TextsOf(*tables, 4)[0], "first; table");
   EXPECT_EQ(TextsOf(*tables, 4)[3], "NULL");
+}
+
+TEST_F(MariaSchema, ATableOfAnotherDatabaseThanTheOneInUseNeedsIt) {
+  const auto needs = [&](const std::string& database) {
+    const auto columns = connection_->OpenSchema(SchemaRowset::Columns, {database, "", "axb"});
+    const auto tables = Tables({database, "", "axb"});
+    EXPECT_EQ(TextsOf(*columns, 8), TextsOf(*tables, 5));
+    return TextsOf(*tables, 5);
+  };
+  EXPECT_THAT(needs("shop"), ElementsAre("False"));
+  EXPECT_THAT(needs("lib"), ElementsAre("True"));
+  connection_->SetDefaultDatabase("lib");
+  EXPECT_THAT(needs(""), ElementsAre("False"));
+  EXPECT_EQ(connection_->ProviderProperties().At("Schema By Rowsets"), Value(std::int64_t{1}));
+}
+
+TEST_F(MariaSchema, EveryWordThatIsNotKnownAsReservedIsAName) {
+  const auto words = TextsOf(*Run("select word from information_schema.keywords"), 0);
+  EXPECT_GT(words.size(), 500U);
+  for (const std::string& word : words) {
+    const bool isWord =
+        word.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ_0123456789") == word.npos;
+    if (!isWord || IsReservedWord(word)) continue;
+    EXPECT_NO_THROW(Run("create or replace temporary table " + word + " (" + word + " int)"))
+        << word;
+    EXPECT_NO_THROW(Run("select " + word + " from " + word)) << word;
+  }
 }
 
 TEST_F(MariaSchema, WithoutRestrictionTheDatabaseInUseCounts) {

@@ -62,6 +62,7 @@ class PostgresOdbc : public OdbcDatabase {
   void RestartServer() override { TestServers::Instance().Postgres().Restart(); }
   [[nodiscard]] std::string TableCatalog() const override { return "shop"; }
   [[nodiscard]] std::string TableSchema() const override { return "public"; }
+  [[nodiscard]] std::string OtherCatalog() const override { return "postgres"; }
 };
 
 constexpr const char* lostEra = "the driver does not say that a date is before Christ";
@@ -139,6 +140,13 @@ class MariaDbOdbc : public OdbcDatabase {
   void KillServer() override { TestServers::Instance().MariaDb().Kill(); }
   void RestartServer() override { TestServers::Instance().MariaDb().Restart(); }
   [[nodiscard]] std::string TableCatalog() const override { return "shop"; }
+  [[nodiscard]] std::string OtherCatalog() const override { return "elsewhere"; }
+  [[nodiscard]] std::vector<std::string> OtherCatalogSetup() const override {
+    return {"create database if not exists elsewhere character set utf8mb4"};
+  }
+  [[nodiscard]] std::string UseStatement(const std::string& catalog) const override {
+    return "use " + catalog;
+  }
 };
 
 std::vector<TypeCase> MariaDbOdbc::TypeCases() const {

@@ -68,6 +68,7 @@ class PostgresDatabase : public Database {
   void RestartServer() override { PostgresNative().server().Restart(); }
   [[nodiscard]] std::string TableCatalog() const override { return "shop"; }
   [[nodiscard]] std::string TableSchema() const override { return "public"; }
+  [[nodiscard]] std::string OtherCatalog() const override { return "postgres"; }
 };
 
 constexpr const char* digits38 = "-99999999999999999999999999999999999999";

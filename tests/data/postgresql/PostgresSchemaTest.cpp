@@ -1,3 +1,4 @@
+#include "query/ReservedWords.h"
 #include "tests/data/native/NativeFixture.h"
 
 namespace tessel::test {
@@ -82,6 +83,25 @@ TEST_F(PostgresSchema, TablesOfOneNameStandInEachOfTheirSchemas) {
   EXPECT_EQ(Tables({"postgres", "", "axb"})->RecordCount(), 0);
   EXPECT_EQ(Tables({"", "LIB"})->RecordCount(), 0);
   EXPECT_EQ(Tables({"", "", "a'b"})->RecordCount(), 0);
+}
+
+TEST_F(PostgresSchema, ATableOutsideTheSearchPathNeedsItsSchema) {
+  const auto needs = [&] {
+    const auto tables = Tables({"", "", "axb"});
+    const auto columns = connection_->OpenSchema(SchemaRowset::Columns, {"", "", "axb"});
+    EXPECT_EQ(TextsOf(*columns, 8), TextsOf(*tables, 5));
+    return TextsOf(*tables, 5);
+  };
+  EXPECT_THAT(needs(), ElementsAre("True", "False")) << "lib, public";
+  Run("set search_path to lib, public");
+  EXPECT_THAT(needs(), ElementsAre("False", "True"));
+  EXPECT_EQ(connection_->ProviderProperties().At("Schema By Rowsets"), Value(std::int64_t{1}));
+}
+
+TEST_F(PostgresSchema, EveryReservedWordOfTheServerIsKnown) {
+  const auto words = Run("select word::text from pg_get_keywords() where catcode in ('R', 'T')");
+  EXPECT_GT(words->RecordCount(), 50);
+  for (const std::string& word : TextsOf(*words, 0)) EXPECT_TRUE(IsReservedWord(word)) << word;
 }
 
 TEST_F(PostgresSchema, TheServersOwnTablesAreToldWhenAskedFor) {

@@ -12,12 +12,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::array<std::pair<const char*, const char*>, 5> knownDrivers{{
+constexpr std::array<std::pair<const char*, const char*>, 8> drivers{{
     {"PostgreSQL Unicode", "psqlodbcw.so"},
     {"MariaDB Unicode", "libmaodbc.so"},
     {"SQLite3", "libsqlite3odbc.so"},
     {"FreeTDS", "libtdsodbc.so"},
     {"MDBTools", "libmdbodbc.so"},
+    {"Nameless P", "psqlodbcw.so"},
+    {"Nameless M", "libmaodbc.so"},
+    {"Nameless S", "libsqlite3odbc.so"},
 }};
 
 std::optional<fs::path> FindDriver(const std::string& library) {
@@ -32,10 +35,10 @@ std::optional<fs::path> FindDriver(const std::string& library) {
 }  // namespace
 
 void UseOwnOdbcFiles(const fs::path& folder, const std::string& dataSources) {
-  std::ofstream drivers(folder / "odbcinst.ini");
-  for (const auto& [name, library] : knownDrivers)
+  std::ofstream list(folder / "odbcinst.ini");
+  for (const auto& [name, library] : drivers)
     if (const auto file = FindDriver(library))
-      drivers << '[' << name << "]\nDriver=" << file->string() << "\n\n";
+      list << '[' << name << "]\nDriver=" << file->string() << "\n\n";
   std::ofstream(folder / "odbc.ini") << dataSources;
   setenv("ODBCSYSINI", folder.c_str(), 1);
   setenv("ODBCINI", (folder / "user-odbc.ini").c_str(), 1);

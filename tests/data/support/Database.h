@@ -95,6 +95,15 @@ class Database {
   /// it.
   [[nodiscard]] virtual std::string TableCatalog() const { return {}; }
   [[nodiscard]] virtual std::string TableSchema() const { return {}; }
+
+  /// Another catalog of the server than that of ConnectionString, and what makes it there; empty:
+  /// there are none to change between.
+  [[nodiscard]] virtual std::string OtherCatalog() const { return {}; }
+  [[nodiscard]] virtual std::vector<std::string> OtherCatalogSetup() const { return {}; }
+  /// A statement that changes the catalog in use; empty: there is none.
+  [[nodiscard]] virtual std::string UseStatement(const std::string& /*catalog*/) const {
+    return {};
+  }
 };
 
 /// A name and a way to make the database of that name: the parameter of every body.

@@ -52,6 +52,9 @@ void TheClockGoesOn(ContractHost& host) {
   host.PassTime(50);
   EXPECT_GE(clock.Milliseconds() - before, 50);
   EXPECT_NE(clock.LongTime().find(':'), std::string::npos) << clock.LongTime();
+  const std::string stamp = clock.UtcStamp();
+  EXPECT_EQ(stamp.size(), std::string("2026-11-22T14:03:59Z").size()) << stamp;
+  EXPECT_EQ(stamp.substr(10, 1) + stamp.substr(stamp.size() - 1), "TZ") << stamp;
   using std::chrono::minutes;
   const std::chrono::system_clock::time_point moment(minutes(1000));
   const std::string time = clock.ShortTimeOf(moment);

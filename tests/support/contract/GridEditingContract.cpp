@@ -1,5 +1,8 @@
 // Editing cells, rows and new records in the grid.
 
+#include <functional>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/contract/GridWindow.h"
@@ -101,6 +104,47 @@ void WhatMayNotBeEditedIsNot(ContractHost& host) {
   test.Click(0, name);
   test.Type("x");
   EXPECT_FALSE(test.grid.EditActive());
+  EXPECT_EQ(test.record.Take(), Seen{});
+}
+
+/// In whatever way the user begins.
+void BytesThatAreNoTextAreNotEditedInPlace(ContractHost& host) {
+  EditingFixture test(host);
+  const std::string broken = "caf\xe9";
+  test.Click(0, name);
+  test.grid.SetCellText(broken);
+  static_cast<void>(test.record.Take());
+  const std::vector<std::function<void()>> beginnings{
+      [&] { test.Type("x"); }, [&] { test.Press(key::del); }, [&] { test.Press(key::back); },
+      [&] { test.grid.EditCell(); }};
+  for (const auto& begin : beginnings) {
+    host.OnMessage("This text holds bytes that are no valid UTF-8, and editing it in its cell "
+                   "would lose them. Press F4 to edit it in a window, which keeps them.",
+                   MessageResult::Ok);
+    begin();
+    EXPECT_FALSE(test.grid.EditActive());
+  }
+  test.grid.SelectCellText();
+  EXPECT_FALSE(test.grid.EditActive()) << "it is selected to be copied";
+  EXPECT_EQ(test.record.Take(), Seen{});
+  EXPECT_EQ(test.grid.CellText(), broken);
+  EXPECT_TRUE(test.grid.CanEditCell()) << "by other ways";
+  test.grid.SetCellText("caf\u00e9");
+  test.Type("tea");
+  EXPECT_EQ(test.grid.CellText(), "tea");
+}
+
+/// The catalog in use is another than that of the rows.
+void RecordsThatCannotBeChangedNowSaySoAtTheFirstKeystroke(ContractHost& host) {
+  EditingFixture test(host);
+  test.data.catalogs = {"elsewhere"};
+  test.connection->SetDefaultDatabase("elsewhere");
+  test.Click(0, name);
+  host.OnMessage("These records come from the database '', and 'elsewhere' is in use now.",
+                 MessageResult::Ok);
+  test.Type("x");
+  EXPECT_FALSE(test.grid.EditActive());
+  EXPECT_EQ(test.Shown(0, name), "one");
   EXPECT_EQ(test.record.Take(), Seen{});
 }
 
@@ -306,6 +350,9 @@ void TheCellStandsInsideTheGrid(ContractHost& host) {
 std::vector<ContractCase> GridEditingContract() {
   return {{"TypingReplacesTheTextOfTheCell", &TypingReplacesTheTextOfTheCell},
           {"WhatMayNotBeEditedIsNot", &WhatMayNotBeEditedIsNot},
+          {"BytesThatAreNoTextAreNotEditedInPlace", &BytesThatAreNoTextAreNotEditedInPlace},
+          {"RecordsThatCannotBeChangedNowSaySoAtTheFirstKeystroke",
+           &RecordsThatCannotBeChangedNowSaySoAtTheFirstKeystroke},
           {"ATextThatIsNoValueStaysInTheCell", &ATextThatIsNoValueStaysInTheCell},
           {"TabAndEnterEndTheCellAndGoOn", &TabAndEnterEndTheCellAndGoOn},
           {"LeavingARowWithAChangeAsks", &LeavingARowWithAChangeAsks},
