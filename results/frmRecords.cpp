@@ -22,11 +22,9 @@ constexpr const char* sqlFilter = "SQL Files (*.sql)|*.sql";
 
 bool IsNoInterface(const ErrorInfo& error) { return error.number == errorNumber::noInterface; }
 
-/// What the progress window calls the connection: a string may hold a password.
+/// What the user calls the connection; a string may hold a password.
 std::string ShownName(const ConnectRequest& request) {
-  if (!request.caption.empty()) return request.caption;
-  return GetConnectionStringValue(ParseConnectionString(request.connectionString),
-                                  {"DATABASE", "INITIAL CATALOG", "DATA SOURCE", "DSN"});
+  return request.caption.empty() ? WithoutPasswords(request.connectionString) : request.caption;
 }
 
 /// The progress window without a bar, for as long as this lives.
@@ -170,8 +168,7 @@ bool frmRecords::Connect(const ConnectRequest& request) {
     return false;
   }
   windowID_ = host_.GetNextID();
-  const std::string caption =
-      request.caption.empty() ? WithoutPasswords(request.connectionString) : request.caption;
+  const std::string caption = ShownName(request);
   window_->SetCaption(caption);
   for (Control* control : {static_cast<Control*>(&dataGrid_), static_cast<Control*>(&cboCatalog_),
                            static_cast<Control*>(&lblTimer_)}) {

@@ -146,7 +146,6 @@ class Loading {
     TableNames names(rows, tree_.QuotingOf(databaseKey_), rowsetsKnowBetter_);
     std::vector<std::string> listed;
     const std::int64_t count = rows.RecordCount();
-    async_.WorkFor(rows.ActiveConnection().get());
     ForEach("Reading table names...", count,
             [&](std::int64_t row) { listed.emplace_back(names.At(row)); });
     tree_.AddTables(databaseKey_, listed);
@@ -167,13 +166,13 @@ class Loading {
       }
       table.fields.emplace_back(NameAt(rows, row, name, buffer));
     };
-    async_.WorkFor(rows.ActiveConnection().get());
     ForEach("Reading field names...", count, take);
     AddFieldsOf(table);
   }
 
   void ForEach(const std::string& message, std::int64_t count,
                const std::function<void(std::int64_t)>& step) {
+    async_.WorkFor(connection_.get());
     if (!async_.ForEach(message, count, step, NamesAtOnce(count))) cancelled_ = true;
   }
 

@@ -43,6 +43,15 @@ constexpr std::string_view readOnlyColumnsOfMariaDb =
 constexpr std::string_view readOnlyColumnsOfSqlite =
     "select name from pragma_table_xinfo({table}) where hidden > 1";
 
+/// SQL Server has drivers of several makers; it tells its name through all of them.
+WriteDialect ByServer(const Server& server) {
+  if (server.name.find("SQL Server") != std::string::npos) return SqlServerDialect();
+  const bool quotes = !server.quote.empty() && server.quote.front() != ' ';
+  WriteDialect dialect = UnknownDialect(quotes ? server.quote.front() : '\0');
+  dialect.namesCatalog = server.namesCatalog;
+  return dialect;
+}
+
 /// Returns no rows of a statement that changes some.
 WriteDialect SqliteWriting() {
   WriteDialect dialect = SqliteDialect();
@@ -115,18 +124,11 @@ DriverProfile Sqlite() {
           .catalogChange = CatalogChange::None};
 }
 
-WriteDialect Unknown(const Server& server) {
-  const bool quotes = !server.quote.empty() && server.quote.front() != ' ';
-  WriteDialect dialect = UnknownDialect(quotes ? server.quote.front() : '\0');
-  dialect.namesCatalog = server.namesCatalog;
-  return dialect;
-}
-
 DriverProfile FreeTds() {
   return {.name = "SQL Server",
           .marks = {"freetds", "tdsodbc"},
           .defaults = {{"TDS_Version", "7.4"}, {"ClientCharset", "UTF-8"}},
-          .writing = [](const Server&) { return SqlServerDialect(); }};
+          .writing = &ByServer};
 }
 
 /// Crashes in SQLStatistics; has no reason to tell when the file is not there.
@@ -154,8 +156,7 @@ std::string AsciiLowerText(std::string_view text) {
 }  // namespace
 
 const DriverProfile& ProfileOf(std::string_view driver) {
-  static const DriverProfile unknown = {
-      .name = "ODBC", .writing = [](const Server& server) { return Unknown(server); }};
+  static const DriverProfile unknown = {.name = "ODBC", .writing = &ByServer};
   const std::string lower = AsciiLowerText(driver);
   const auto fits = [&](const DriverProfile& profile) {
     return std::ranges::any_of(profile.marks, [&](std::string_view mark) {

@@ -116,6 +116,25 @@ TEST(OdbcKeys, DefaultsAreAddedUnlessGiven) {
   EXPECT_EQ(mariaDb.Get("CONN_TIMEOUT"), "15");
 }
 
+// --- writing -------------------------------------------------------------------------------------
+
+TEST(OdbcWriting, SqlServerIsKnownByItsNameThroughEveryDriver) {
+  for (const char* driver : {"FreeTDS", "ODBC Driver 18 for SQL Server"}) {
+    const WriteDialect dialect =
+        ProfileOf(driver).writing({.name = "Microsoft SQL Server", .version = "16", .quote = "\""});
+    EXPECT_TRUE(dialect.needsKey) << driver;
+    EXPECT_TRUE(dialect.namesCatalog) << driver;
+    EXPECT_GT(dialect.comparisons.size(), 1U) << driver;
+  }
+  const WriteDialect other =
+      ProfileOf("Something")
+          .writing({.name = "Other", .version = "1", .quote = " ", .namesCatalog = false});
+  EXPECT_EQ(other.quote, '\0');
+  EXPECT_TRUE(other.needsKey);
+  EXPECT_FALSE(other.namesCatalog);
+  EXPECT_EQ(ProfileOf("MDBTools").writing, nullptr);
+}
+
 // --- texts ---------------------------------------------------------------------------------------
 
 TEST(OdbcScan, FindsTheFirstWord) {
