@@ -85,10 +85,10 @@ TEST_F(FileDialogTest, AFileThatIsThereUnderTheBareNameIsOpened) {
   Name("script");
   EXPECT_TRUE(dialog.ShowOpen());
   EXPECT_EQ(dialog.fileName, Path("script"));
-  Make("query.sql");
-  Name("query");
+  Make("orders.sql");
+  Name("orders");
   EXPECT_TRUE(dialog.ShowOpen());
-  EXPECT_EQ(dialog.fileName, Path("query.sql")) << "another name gets the ending";
+  EXPECT_EQ(dialog.fileName, Path("orders.sql")) << "another name gets the ending";
 }
 
 TEST_F(FileDialogTest, TheDialogReopensWhereItWas) {

@@ -1,12 +1,20 @@
 #include "platform/desktop/dialogs/CheckedFileDialog.h"
 
 #include <QFileInfo>
+#include <QLineEdit>
 
 #include "platform/CommonDialogs.h"
 #include "platform/desktop/base/Text.h"
 #include "platform/desktop/dialogs/MessageDialog.h"
 
 namespace tessel {
+
+namespace {
+
+/// The toolkit's name of the box in which a name is typed.
+constexpr auto nameEdit = "fileNameEdit";
+
+}  // namespace
 
 /// The program's own dialog on every desktop, so that its rules are the same everywhere.
 CheckedFileDialog::CheckedFileDialog(QWidget* owner, bool save, int flags, EventLoops& loops)
@@ -20,19 +28,16 @@ CheckedFileDialog::CheckedFileDialog(QWidget* owner, bool save, int flags, Event
 }
 
 QString CheckedFileDialog::Chosen() const {
+  const QFileInfo typed(directory(), findChild<QLineEdit*>(QLatin1String(nameEdit))->text());
+  if (!save_ && typed.isFile()) return typed.absoluteFilePath();
   const QStringList files = selectedFiles();
   return files.isEmpty() ? QString() : files.first();
 }
 
-void CheckedFileDialog::CompleteName() {
-  setDefaultSuffix(QString());
-  if (save_ || !QFileInfo::exists(Chosen())) setDefaultSuffix(extension_);
-}
-
 void CheckedFileDialog::accept() {
-  CompleteName();
   const QFileInfo file(Chosen());
   if (file.isDir()) return QFileDialog::accept();
+  if (!save_ && file.suffix().isEmpty()) setDefaultSuffix(QString());
   Message message;
   message.icon = MessageIcon::Exclamation;
   message.title = FromQt(windowTitle());

@@ -11,23 +11,18 @@ class CheckedFileDialog final : public QFileDialog {
  public:
   CheckedFileDialog(QWidget* owner, bool save, int flags, EventLoops& loops);
 
-  /// Sets the ending that a name typed without one gets. A file that is there under the bare name
-  /// is opened as it is.
-  void SetDefaultExtension(const QString& extension) { extension_ = extension; }
-
-  /// The path that would be chosen now.
+  /// The path that would be chosen now. A file to open that is there under the name as typed comes
+  /// before one with the default ending.
   [[nodiscard]] QString Chosen() const;
 
  protected:
   void accept() override;
 
  private:
-  void CompleteName();
   [[nodiscard]] QString Objection() const;
 
   bool save_;
   int flags_;
-  QString extension_;
   EventLoops& loops_;
 };
 

@@ -29,7 +29,7 @@ bool QtFileDialog::Show(bool save) {
   CheckedFileDialog dialog(WindowOf(owner_), save, flags, loops_);
   dialog.setDirectory(ToQt(Folder()));
   dialog.setNameFilters(NameFilters(filter));
-  dialog.SetDefaultExtension(ToQt(defaultExtension));
+  dialog.setDefaultSuffix(ToQt(defaultExtension));
   if (!fileName.empty()) dialog.selectFile(QFileInfo(ToQt(fileName)).fileName());
   if (loops_.Run(dialog) != QDialog::Accepted) return false;
   const QFileInfo chosen(dialog.Chosen());
