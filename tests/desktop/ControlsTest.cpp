@@ -81,13 +81,12 @@ TEST_F(ColorTest, TheGridTheListAndTheLabelsChooseTheirTextByTheirGround) {
     auto& control = records->Find<Control>(name);
     control.SetBackColor(0x400000);
     control.SetForeColor(color::windowText);
-    const QWidget& widget = WidgetOf(*records, name);
-    EXPECT_EQ(widget.palette().color(QPalette::Active, widget.foregroundRole()), QColor(Qt::white))
-        << name;
+    const QPalette palette = WidgetOf(*records, name).palette();
+    EXPECT_EQ(palette.color(QPalette::Active, QPalette::Text), QColor(Qt::white)) << name;
   }
   const auto connections = ShowForm("dlgConnect");
   auto& list = connections->Find<ListView>("lsvConnections");
-  list.Insert(0, {"", "pale", {"x"}, "", 0xF0F0F0, 0});
+  list.Insert(0, {"", "pale", {"x"}, "", 0, 0xF0F0F0});
   EXPECT_EQ(WidgetAs<QTreeWidget>(*connections, "lsvConnections").topLevelItem(0)->foreground(0),
             QBrush(Qt::black));
 }

@@ -184,15 +184,17 @@ TEST_F(FrameTest, AWindowDraggedByTheUserIsLeftAlone) {
   const QRect tile = title.geometry();
   const QPoint grip(title.width() / 2, 8);
   const QPoint screen = title.mapToGlobal(grip);
-  const auto send = [&](QEvent::Type type, const QPoint& by) {
-    QMouseEvent event(type, title.mapFromGlobal(screen + by), screen + by, Qt::LeftButton,
-                      Qt::LeftButton, Qt::NoModifier);
+  const auto send = [&](QEvent::Type type, Qt::MouseButtons held, const QPoint& by) {
+    const bool moves = type == QEvent::MouseMove;
+    QMouseEvent event(type, title.mapFromGlobal(screen + by), screen + by,
+                      moves ? Qt::NoButton : Qt::LeftButton, held, Qt::NoModifier);
     QCoreApplication::sendEvent(&title, &event);
   };
-  send(QEvent::MouseButtonPress, {});
-  send(QEvent::MouseMove, {40, -10});
-  send(QEvent::MouseMove, {40, -20});
-  send(QEvent::MouseButtonRelease, {40, -20});
+  send(QEvent::MouseMove, Qt::NoButton, {});
+  send(QEvent::MouseButtonPress, Qt::LeftButton, {});
+  send(QEvent::MouseMove, Qt::LeftButton, {40, -10});
+  send(QEvent::MouseMove, Qt::LeftButton, {40, -20});
+  send(QEvent::MouseButtonRelease, Qt::NoButton, {40, -20});
   host.Settle();
   const QRect dragged = PlaceOf(*records);
   ASSERT_NE(dragged, tile);
