@@ -33,8 +33,8 @@ class DataFormat {
 ///
 /// Cells are edited in place where CanEditCell says so. Typing on a cell replaces its text, the
 /// Delete and Backspace keys empty it (not a key of its row, CanEmptyCell), a double click opens
-/// it, the space bar turns a boolean over. Where WhyNotInPlace has a reason nothing of that begins, and the reason is shown by the window's
-/// rule.
+/// it, the space bar turns a boolean over. Where WhyNotInPlace has a reason nothing of that begins,
+/// and the reason is shown by the window's rule.
 /// What is typed lies in the cell until the editing ends, by EndEdit or because the user goes on to
 /// another cell; it then becomes the field's value as Recordset::SetFieldValue converts text, and
 /// nothing at all when nothing was typed. A text that cannot become the value is shown by the

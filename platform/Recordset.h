@@ -62,7 +62,7 @@ struct FieldInfo {
   bool updatable = false;
   bool autoIncrement = false;
   bool searchable = true;  ///< Its values can be compared in a condition.
-  bool isKey = false;  ///< Part of the unique key that the rows are found by.
+  bool isKey = false;      ///< Part of the unique key that the rows are found by.
   std::string baseCatalog;
   std::string baseSchema;
   std::string baseTable;
