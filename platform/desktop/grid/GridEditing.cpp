@@ -43,12 +43,11 @@ bool RecordGrid::StartTyping(const QKeyEvent& event) {
   if (event.key() == Qt::Key_Space && user_->TurnsOver()) return true;
   if (!user_->MayEdit()) return false;
   const bool empties = event.key() == Qt::Key_Delete || event.key() == Qt::Key_Backspace;
-  if (empties && !user_->MayEmpty()) return true;
   const QString text = paste     ? QApplication::clipboard()->text()
                        : empties ? QString()
                                  : event.text();
   if (!empties && (text.isEmpty() || (!paste && !text[0].isPrint()))) return false;
-  if (user_->Begins()) TypeIntoCell(text);
+  if (user_->Begins() && (!empties || user_->MayEmpty())) TypeIntoCell(text);
   return true;
 }
 
