@@ -247,13 +247,13 @@ TEST_F(CompletionTest, SevenEntriesOfALongListAreInSight) {
 
 TEST_F(CompletionTest, TheListIsAsWideAsItsLongestEntry) {
   WordList& words = Vocabulary::ListNamed(vocabulary.Tables(), "d1");
-  words = {"a", std::string(60, 'W'), "b"};
+  words = {"a", std::string(50, 'W'), "b"};
   Typed("");
   Press('T', ctrl);
   const QModelIndex longest = List().model()->index(1, 0);
   const auto& delegate = dynamic_cast<CutTextDelegate&>(*List().itemDelegate());
   const int whole = delegate.WholeWidth(longest);
-  EXPECT_GE(whole, List().fontMetrics().horizontalAdvance(QString(60, u'W')));
+  EXPECT_GE(whole, List().fontMetrics().horizontalAdvance(QString(50, u'W')));
   EXPECT_GE(List().visualRect(longest).width(), whole) << "nothing is cut";
   EXPECT_NEAR(List().width(), whole + 2 * List().frameWidth(), 2);
   EXPECT_FALSE(List().horizontalScrollBar()->isVisible());

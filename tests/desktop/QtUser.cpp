@@ -57,6 +57,18 @@ Qt::KeyboardModifiers ModifiersOf(int shift) {
   return modifiers;
 }
 
+/// What a window that has just closed leaves to another one comes in its own time.
+QWindow* WindowWithKeyboard() {
+  constexpr int patience = 1000;
+  if (const QWidget* popup = QApplication::activePopupWidget()) return popup->windowHandle();
+  const auto active = [] { return QGuiApplication::focusWindow() != nullptr; };
+  if (QTest::qWaitFor(active, patience)) return QGuiApplication::focusWindow();
+  for (QWidget* window : QApplication::topLevelWidgets())
+    if (window->isVisible()) window->activateWindow();
+  static_cast<void>(QTest::qWaitFor(active, patience));
+  return QGuiApplication::focusWindow();
+}
+
 /// With Ctrl held the window system turns letters and some others into control characters.
 QString TextWithControl(char16_t key) {
   if (key >= u'@' && key <= u'~') return QChar(static_cast<char16_t>(key & 0x1F));
@@ -93,8 +105,7 @@ void WaitForKeyboard(Window& frame) {
 }
 
 void PressQtKey(int qtKey, Qt::KeyboardModifiers modifiers, const QString& text) {
-  QWindow* window = QGuiApplication::focusWindow();
-  if (QWidget* popup = QApplication::activePopupWidget()) window = popup->windowHandle();
+  QWindow* window = WindowWithKeyboard();
   if (window == nullptr) throw std::runtime_error("No window has the keyboard.");
   const QPointer<QWindow> alive(window);
   qt_handleKeyEvent(window, QEvent::KeyPress, qtKey, modifiers, text, false, 1);

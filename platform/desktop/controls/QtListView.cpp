@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QSignalBlocker>
@@ -42,12 +43,27 @@ MouseEvent EventAt(const QPoint& place, const Scale& scale) {
           scale.Twips(place.x()), scale.Twips(place.y())};
 }
 
+/// Ctrl+Space would unselect the row, and the view then takes it for a search for nothing, which
+/// goes to the next one.
+class RowKeeper final : public QObject {
+ public:
+  using QObject::QObject;
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress) return false;
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    return key.key() == Qt::Key_Space && key.modifiers().testFlag(Qt::ControlModifier);
+  }
+};
+
 }  // namespace
 
 QtListView::QtListView(QTreeWidget& widget, const ControlSite& site) : ControlOf(widget, site) {
   widget.setTextElideMode(Qt::ElideRight);
   widget.header()->setSectionsClickable(true);
   widget.header()->setStretchLastSection(true);
+  widget.installEventFilter(new RowKeeper(&widget));
   widget.setItemDelegate(
       new LabelDelegate(widget, [this](const QModelIndex& index, const QString& text) {
         LabelEdited(index.row(), FromQt(text));

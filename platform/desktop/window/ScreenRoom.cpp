@@ -5,7 +5,7 @@
 namespace tessel {
 
 QSize Within(const QSize& workArea, const QSize& wanted) {
-  return wanted.boundedTo(workArea * 9 / 10);
+  return wanted.boundedTo({workArea.width() * 9 / 10, workArea.height() * 9 / 10});
 }
 
 QSize WithinScreenOf(const QWidget& window, const QSize& wanted) {
