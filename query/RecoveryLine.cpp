@@ -4,6 +4,7 @@
 
 #include "platform/Error.h"
 #include "platform/Progress.h"
+#include "platform/Utf8.h"
 #include "query/Misc.h"
 
 namespace tessel {
@@ -13,9 +14,6 @@ namespace {
 /// From a change to its copy. Writing a long text takes its time too.
 constexpr int copyMilliseconds = 1000;
 constexpr std::size_t mostShown = 40;
-
-/// The bytes that follow the first one of a character.
-bool ContinuesCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
 
 /// The first line that has something in it, cut to a length that a line can show.
 std::string Beginning(const std::string& text) {
