@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/Connection.h"
+#include "contract/data/Connection.h"
 
 namespace tessel::bench {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/data/RowStore.h"
+#include "data/rows/RowStore.h"
 
 namespace tessel::bench {
 

@@ -1,6 +1,6 @@
 #include <benchmark/benchmark.h>
 
-#include "query/Completion.h"
+#include "logic/query/Completion.h"
 
 namespace tessel::bench {
 

@@ -4,18 +4,18 @@
 #include <memory>
 #include <string>
 
-#include "app/Global.h"
 #include "bench/Orders.h"
 #include "bench/PeakMemory.h"
 #include "bench/RawCsv.h"
-#include "connections/dlgAsync.h"
-#include "platform/DataGrid.h"
-#include "platform/data/ClientRecordset.h"
-#include "platform/data/DataAccessObjects.h"
-#include "platform/desktop/QtDesktop.h"
-#include "platform/system/PosixFiles.h"
-#include "query/SqlTarget.h"
-#include "results/RecordConversion.h"
+#include "contract/desktop/DataGrid.h"
+#include "data/cursor/ClientRecordset.h"
+#include "data/cursor/DataAccessObjects.h"
+#include "desktop/QtDesktop.h"
+#include "logic/program/Global.h"
+#include "logic/program/dlgAsync.h"
+#include "logic/results/RecordConversion.h"
+#include "logic/text/SqlTarget.h"
+#include "system/PosixFiles.h"
 
 namespace tessel::bench {
 

@@ -3,9 +3,9 @@
 #include "bench/Orders.h"
 #include "bench/OrdersFile.h"
 #include "bench/RawOrders.h"
-#include "platform/EventQueue.h"
-#include "platform/data/ClientRecordset.h"
-#include "platform/data/DataAccessObjects.h"
+#include "contract/base/EventQueue.h"
+#include "data/cursor/ClientRecordset.h"
+#include "data/cursor/DataAccessObjects.h"
 
 namespace tessel::bench {
 

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "bench/PeakMemory.h"
-#include "platform/TextBox.h"
-#include "platform/desktop/QtDesktop.h"
-#include "query/TextDocument.h"
+#include "contract/desktop/TextBox.h"
+#include "desktop/QtDesktop.h"
+#include "logic/text/TextDocument.h"
 
 namespace tessel::bench {
 

@@ -96,6 +96,38 @@ function(tessel_forbid_platform_headers target)
   endif()
 endfunction()
 
+# tessel_wing(<name> <library>...): the library logic_<name> of the wing logic/<name>, which uses the
+# libraries. The header of a wing that none of them is or uses does not compile in it.
+function(tessel_wing name)
+  tessel_library(logic_${name} logic/${name}/*.cpp)
+  tessel_link(logic_${name} ${ARGN})
+  tessel_forbid_platform_headers(logic_${name})
+  tessel_forbid_other_wings(${name} ${ARGN})
+  tessel_precompile_std(logic_${name})
+endfunction()
+
+# Puts a folder first on the wing's include path that holds, for each header of the wings that it
+# does not use, one of the same name that refuses to compile.
+function(tessel_forbid_other_wings name)
+  set(mine ${name})
+  foreach(library ${ARGN})
+    if(library MATCHES "^logic_(.*)")
+      get_property(used GLOBAL PROPERTY TESSEL_USED_BY_${CMAKE_MATCH_1})
+      list(APPEND mine ${used})
+    endif()
+  endforeach()
+  set_property(GLOBAL PROPERTY TESSEL_USED_BY_${name} ${mine})
+  set(guard ${CMAKE_BINARY_DIR}/forbidden/${name})
+  file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} logic/*/*.h)
+  foreach(header ${headers})
+    string(REGEX REPLACE "^logic/([^/]*)/.*" "\\1" wing ${header})
+    if(NOT wing IN_LIST mine)
+      file(CONFIGURE OUTPUT ${guard}/${header} CONTENT "#error \"logic/${name} may not use ${header}\"\n")
+    endif()
+  endforeach()
+  target_include_directories(logic_${name} BEFORE PRIVATE ${guard})
+endfunction()
+
 # tessel_precompile(<target> <header>...)
 function(tessel_precompile target)
   tessel_scope(${target} scope)

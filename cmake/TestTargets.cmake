@@ -2,35 +2,42 @@
 find_package(GTest REQUIRED)
 enable_testing()
 
-tessel_library_recursive(tessel_test_support tests/support/*.cpp)
-tessel_link(tessel_test_support tessel_platform tessel_logic tessel_system pugixml::pugixml GTest::gtest)
+# Everything of these folders but the files named *Test.cpp, which are test cases of the logic ring.
+file(GLOB_RECURSE support_sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR}
+     tests/support/*.cpp tests/headless/*.cpp tests/contract/*.cpp)
+list(FILTER support_sources EXCLUDE REGEX "Test\\.cpp$")
+tessel_library_of(tessel_test_support ${support_sources})
+tessel_link(tessel_test_support tessel_contract tessel_logic tessel_system pugixml::pugixml GTest::gtest)
 tessel_scope(tessel_test_support support_scope)
 target_compile_definitions(tessel_test_support ${support_scope}
-                           TESSEL_FORMS_DIR="${CMAKE_SOURCE_DIR}/platform/desktop/forms")
+                           TESSEL_FORMS_DIR="${CMAKE_SOURCE_DIR}/desktop/forms")
 tessel_precompile_std(tessel_test_support)
 
-# tessel_test(<ring> <main library> <library>...): the binary <ring>_tests of tests/<ring>, without
+# tessel_test(<ring> <main library> <library>... FILES <glob>...): the binary <ring>_tests, without
 # the servers, which are a library.
 function(tessel_test ring main)
+  cmake_parse_arguments(PARSE_ARGV 2 arg "" "" FILES)
   set(binary ${ring}_tests)
-  tessel_executable(${binary} EXCEPT /servers/ tests/${ring}/*.cpp)
+  tessel_executable(${binary} EXCEPT /servers/ ${arg_FILES})
   if(TARGET ${binary})
-    target_link_libraries(${binary} PRIVATE tessel_test_support ${ARGN} ${main} GTest::gmock)
+    target_link_libraries(${binary} PRIVATE tessel_test_support ${arg_UNPARSED_ARGUMENTS} ${main} GTest::gmock)
     tessel_precompile_std(${binary} <gmock/gmock.h> <gtest/gtest.h>)
     add_test(NAME ${ring} COMMAND ${binary})
     set_tests_properties(${ring} PROPERTIES LABELS ${ring})
   endif()
 endfunction()
 
-tessel_test(logic GTest::gtest_main tessel_logic)
+tessel_test(logic GTest::gtest_main tessel_logic
+            FILES tests/logic/*.cpp tests/system/*.cpp tests/contract/*Test.cpp tests/headless/*Test.cpp)
 if(NOT TESSEL_LOGIC_ONLY)
   include(cmake/ServerTargets.cmake)
-  tessel_test(data GTest::gtest_main tessel_data tessel_test_servers)
+  tessel_test(data GTest::gtest_main tessel_data tessel_test_servers FILES tests/data/*.cpp)
   if(TARGET data_tests)
     target_compile_definitions(data_tests
       PRIVATE TESSEL_DATA_FIXTURES="${CMAKE_SOURCE_DIR}/tests/data/fixtures")
   endif()
-  tessel_test(desktop GTest::gtest tessel_desktop tessel_data tessel_system tessel_logic tessel_test_servers Qt6::Test)
+  tessel_test(desktop GTest::gtest tessel_desktop tessel_data tessel_system tessel_logic tessel_test_servers Qt6::Test
+              FILES tests/desktop/*.cpp)
   if(TARGET desktop_tests)
     set_target_properties(desktop_tests PROPERTIES AUTOMOC ON)
     target_compile_definitions(desktop_tests

@@ -5,12 +5,12 @@
 #include <filesystem>
 #include <memory>
 
-#include "app/Main.h"
-#include "platform/data/DataAccessObjects.h"
-#include "platform/desktop/QtDesktop.h"
-#include "platform/system/EndSignals.h"
-#include "platform/system/Executable.h"
-#include "platform/system/PosixFiles.h"
+#include "data/cursor/DataAccessObjects.h"
+#include "desktop/QtDesktop.h"
+#include "logic/app/Main.h"
+#include "system/EndSignals.h"
+#include "system/Executable.h"
+#include "system/PosixFiles.h"
 
 int main(int argc, char* argv[]) {
   using namespace tessel;

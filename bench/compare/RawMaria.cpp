@@ -6,7 +6,7 @@
 #include "bench/OrdersFile.h"
 #include "bench/compare/RawLoops.h"
 #include "bench/compare/Say.h"
-#include "platform/data/mariadb/MariaKeys.h"
+#include "data/providers/mariadb/MariaKeys.h"
 
 namespace tessel::bench {
 

@@ -7,8 +7,8 @@
 #include "bench/OrdersFile.h"
 #include "bench/compare/RawLoops.h"
 #include "bench/compare/Say.h"
-#include "platform/data/postgresql/PostgresKeys.h"
-#include "platform/data/postgresql/PostgresSchema.h"
+#include "data/providers/postgresql/PostgresKeys.h"
+#include "data/providers/postgresql/PostgresSchema.h"
 
 namespace tessel::bench {
 

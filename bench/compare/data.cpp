@@ -6,8 +6,8 @@
 #include "bench/OrdersSql.h"
 #include "bench/compare/Cases.h"
 #include "bench/compare/Say.h"
-#include "platform/data/ClientRecordset.h"
-#include "platform/data/DataAccessObjects.h"
+#include "data/cursor/ClientRecordset.h"
+#include "data/cursor/DataAccessObjects.h"
 #include "tests/data/support/EventLog.h"
 #include "tests/data/support/PumpQueue.h"
 

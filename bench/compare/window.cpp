@@ -10,9 +10,9 @@
 #include <utility>
 
 #include "bench/compare/Say.h"
-#include "platform/data/DataAccessObjects.h"
-#include "platform/desktop/QtDesktop.h"
-#include "platform/desktop/grid/RecordGrid.h"
+#include "data/cursor/DataAccessObjects.h"
+#include "desktop/QtDesktop.h"
+#include "desktop/grid/RecordGrid.h"
 
 namespace tessel::bench {
 

@@ -7,8 +7,8 @@
 #include <cstring>
 
 #include "bench/workbench/Parts.h"
-#include "platform/desktop/window/QtWindow.h"
-#include "query/frmMain.h"
+#include "desktop/window/QtWindow.h"
+#include "logic/query/frmMain.h"
 
 namespace tessel::bench {
 

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "app/Global.h"
-#include "connections/dlgAsync.h"
-#include "platform/data/DataAccessObjects.h"
-#include "platform/desktop/QtDesktop.h"
-#include "platform/system/PosixFiles.h"
-#include "query/vocab.h"
+#include "data/cursor/DataAccessObjects.h"
+#include "desktop/QtDesktop.h"
+#include "logic/program/Global.h"
+#include "logic/program/dlgAsync.h"
+#include "logic/query/vocab.h"
+#include "system/PosixFiles.h"
 
 namespace tessel::bench {
 

@@ -7,8 +7,8 @@
 #include <stdexcept>
 
 #include "bench/workbench/Parts.h"
-#include "schema/SchemaFile.h"
-#include "schema/SchemaLoading.h"
+#include "logic/schema/SchemaFile.h"
+#include "logic/schema/SchemaLoading.h"
 
 namespace tessel::bench {
 

@@ -1,1 +1,1 @@
-#error "<libpq-fe.h> belongs to platform/data: the logic speaks to databases through platform/*.h"
+#error "<libpq-fe.h> belongs to data: the logic speaks to databases through contract/data"

@@ -1,1 +1,1 @@
-#error "<mysql.h> belongs to platform/data: the logic speaks to databases through platform/*.h"
+#error "<mysql.h> belongs to data: the logic speaks to databases through contract/data"

@@ -1,1 +1,1 @@
-#error "<odbcinst.h> belongs to platform/data: the logic speaks to databases through platform/*.h"
+#error "<odbcinst.h> belongs to data: the logic speaks to databases through contract/data"

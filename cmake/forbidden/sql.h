@@ -1,1 +1,1 @@
-#error "<sql.h> belongs to platform/data: the logic speaks to databases through platform/*.h"
+#error "<sql.h> belongs to data: the logic speaks to databases through contract/data"

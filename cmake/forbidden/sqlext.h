@@ -1,1 +1,1 @@
-#error "<sqlext.h> belongs to platform/data: the logic speaks to databases through platform/*.h"
+#error "<sqlext.h> belongs to data: the logic speaks to databases through contract/data"

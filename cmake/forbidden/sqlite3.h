@@ -1,1 +1,1 @@
-#error "<sqlite3.h> belongs to platform/data: the logic speaks to databases through platform/*.h"
+#error "<sqlite3.h> belongs to data: the logic speaks to databases through contract/data"

@@ -1,1 +1,1 @@
-#error "<sqltypes.h> belongs to platform/data: the logic speaks to databases through platform/*.h"
+#error "<sqltypes.h> belongs to data: the logic speaks to databases through contract/data"

@@ -1,1 +1,1 @@
-#error "<sqlucode.h> belongs to platform/data: the logic speaks to databases through platform/*.h"
+#error "<sqlucode.h> belongs to data: the logic speaks to databases through contract/data"

@@ -16,8 +16,8 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/desktop/base/Text.h"
-#include "platform/desktop/dialogs/MessageDialog.h"
+#include "desktop/base/Text.h"
+#include "desktop/dialogs/MessageDialog.h"
 
 namespace tessel::test {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Desktop.h"
+#include "contract/desktop/Desktop.h"
 
 class QMenu;
 

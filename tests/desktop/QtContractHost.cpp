@@ -15,10 +15,10 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/TreeView.h"
-#include "platform/desktop/base/Scale.h"
-#include "platform/desktop/base/Text.h"
-#include "platform/desktop/grid/RecordGrid.h"
+#include "contract/desktop/TreeView.h"
+#include "desktop/base/Scale.h"
+#include "desktop/base/Text.h"
+#include "desktop/grid/RecordGrid.h"
 #include "tests/desktop/QtUser.h"
 
 namespace tessel::test {

@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/desktop/QtDesktop.h"
+#include "desktop/QtDesktop.h"
+#include "tests/contract/desktop/ContractHost.h"
 #include "tests/desktop/AnswerQueue.h"
-#include "tests/support/contract/ContractHost.h"
 
 namespace tessel::test {
 

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/desktop/base/Text.h"
+#include "desktop/base/Text.h"
 
 // Exported by QtGui for its own tests: a key as the window system reports it, shortcuts included.
 Q_GUI_EXPORT void qt_handleKeyEvent(QWindow* window, QEvent::Type t, int k,

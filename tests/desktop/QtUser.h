@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Keys.h"
-#include "platform/Window.h"
-#include "platform/desktop/window/QtWindow.h"
+#include "contract/base/Keys.h"
+#include "contract/desktop/Window.h"
+#include "desktop/window/QtWindow.h"
 
 namespace tessel::test {
 

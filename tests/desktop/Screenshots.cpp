@@ -8,20 +8,20 @@
 #include <memory>
 #include <vector>
 
-#include "platform/Button.h"
-#include "platform/DataGrid.h"
-#include "platform/Label.h"
-#include "platform/ListControls.h"
-#include "platform/ListView.h"
-#include "platform/TextBox.h"
-#include "platform/TreeView.h"
-#include "platform/desktop/QtDesktop.h"
-#include "platform/desktop/base/Text.h"
-#include "platform/desktop/base/Theme.h"
-#include "platform/desktop/dialogs/MessageDialog.h"
-#include "results/TopRow.h"
-#include "tests/desktop/GeneratedRows.h"
+#include "contract/desktop/Button.h"
+#include "contract/desktop/DataGrid.h"
+#include "contract/desktop/Label.h"
+#include "contract/desktop/ListControls.h"
+#include "contract/desktop/ListView.h"
+#include "contract/desktop/TextBox.h"
+#include "contract/desktop/TreeView.h"
+#include "desktop/QtDesktop.h"
+#include "desktop/base/Text.h"
+#include "desktop/base/Theme.h"
+#include "desktop/dialogs/MessageDialog.h"
+#include "logic/results/TopRow.h"
 #include "tests/desktop/QtUser.h"
+#include "tests/desktop/grid/GeneratedRows.h"
 
 namespace tessel::test {
 

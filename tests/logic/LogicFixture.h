@@ -5,11 +5,11 @@
 #include <memory>
 #include <string>
 
-#include "app/Global.h"
-#include "platform/system/PosixFiles.h"
+#include "logic/program/Global.h"
+#include "system/PosixFiles.h"
+#include "tests/headless/HeadlessDesktop.h"
 #include "tests/support/FakeData.h"
 #include "tests/support/FakeFiles.h"
-#include "tests/support/HeadlessDesktop.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tessel::test {

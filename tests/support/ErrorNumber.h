@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Error.h"
+#include "contract/base/Error.h"
 
 namespace tessel::test {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/Ascii.h"
+#include "contract/base/Ascii.h"
 #include "tests/support/FakeConnection.h"
 #include "tests/support/FakeRecordset.h"
 

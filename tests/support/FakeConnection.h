@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/Connection.h"
-#include "platform/EventQueue.h"
+#include "contract/base/EventQueue.h"
+#include "contract/data/Connection.h"
 #include "tests/support/FakeRecordset.h"
 #include "tests/support/FakeServer.h"
 

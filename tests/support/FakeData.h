@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/Connection.h"
-#include "platform/EventQueue.h"
+#include "contract/base/EventQueue.h"
+#include "contract/data/Connection.h"
 #include "tests/support/FakeConnection.h"
 #include "tests/support/FakeServer.h"
 

@@ -1,6 +1,6 @@
 #include "tests/support/FakeFiles.h"
 
-#include "platform/Error.h"
+#include "contract/base/Error.h"
 
 namespace tessel::test {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Files.h"
+#include "contract/base/Files.h"
 
 namespace tessel::test {
 

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <numeric>
 
-#include "platform/Ascii.h"
+#include "contract/base/Ascii.h"
 #include "tests/support/FakeConnection.h"
 
 namespace tessel::test {

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Connection.h"
-#include "platform/Recordset.h"
+#include "contract/data/Connection.h"
+#include "contract/data/Recordset.h"
 #include "tests/support/FakeServer.h"
 
 namespace tessel::test {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/Ascii.h"
+#include "contract/base/Ascii.h"
 #include "tests/support/TestStop.h"
 
 namespace tessel::test {

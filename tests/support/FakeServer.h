@@ -12,11 +12,11 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Connection.h"
-#include "platform/Error.h"
-#include "platform/Properties.h"
-#include "platform/Recordset.h"
-#include "platform/Value.h"
+#include "contract/base/Error.h"
+#include "contract/base/Properties.h"
+#include "contract/base/Value.h"
+#include "contract/data/Connection.h"
+#include "contract/data/Recordset.h"
 
 namespace tessel::test {
 

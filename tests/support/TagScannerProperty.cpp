@@ -1,8 +1,8 @@
 #include "tests/support/TagScannerProperty.h"
 
-#include "platform/Error.h"
-#include "query/Misc.h"
-#include "schema/TagScanner.h"
+#include "contract/base/Error.h"
+#include "logic/program/Misc.h"
+#include "logic/tags/TagScanner.h"
 
 namespace tessel::test {
 

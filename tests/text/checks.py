@@ -5,14 +5,16 @@ import subprocess
 
 import helpbook
 
-LOGIC = ("app", "query", "connections", "results", "schema")
-IMPLEMENTATIONS = ("platform/data", "platform/desktop", "platform/system")
+IMPLEMENTATIONS = ("data", "desktop", "system")
+# The folders of a floor, each using only itself and those before it.
+CONTRACT = ("base", "data", "desktop")
+WINGS = ("program", "text", "connections", "tags", "query", "schema", "results", "app")
 LOGIC_LIBRARIES = {"pugixml.hpp", "utf8proc.h"}
-ODBC_DOOR = "platform/data/odbc/OdbcApi"
-PQ_DOOR = "platform/data/postgresql/PqApi"
-MARIA_DOOR = "platform/data/mariadb/MariaApi"
+ODBC_DOOR = "data/providers/odbc/OdbcApi"
+PQ_DOOR = "data/providers/postgresql/PqApi"
+MARIA_DOOR = "data/providers/mariadb/MariaApi"
 GUARD = "cmake/forbidden"
-ICON_LIST = "platform/desktop/icons.qrc"
+ICON_LIST = "desktop/icons.qrc"
 ICON_USE = re.compile(r":/icons/([\w.-]+)")
 ICON_ENTRY = re.compile(r'<file alias="([^"]+)">([^<]+)</file>')
 
@@ -33,7 +35,7 @@ EVENT_PUMP = re.compile(r"\bprocessEvents\b")
 # Built from pieces, so that this file does not hold what it looks for.
 WORDS = re.compile("|".join((
     r"\b[Ss]pecific" r"ations?\b", r"\b[Ss]pe" r"c\b", r"\bPart" r"s? \d", r"\bseed doc" r"ument",
-    r"\b[Ii]ssue #?\d", r"\bsub" r"agent", r"/wo" r"rk/", r"/fa" r"rm/", r"/ro" r"ot/")))
+    r"\b[Ii]ssue #?\d", r"\bsub" r"agent", r"(?<!\w)/wo" r"rk/", r"/fa" r"rm/", r"/ro" r"ot/")))
 WORDS_FREE = ("LICENSE",)
 
 
@@ -47,7 +49,7 @@ def is_standard(name):
 
 
 def contract_part(name):
-    return re.fullmatch(r"platform/\w+\.h", name) is not None
+    return name.startswith("contract/")
 
 
 def include_complaints(tree, paths, allowed):
@@ -58,26 +60,37 @@ def include_complaints(tree, paths, allowed):
 
 def logic_includes(tree):
     """The logic includes the standard library, the contract, itself, pugixml and utf8proc."""
-    own = tuple(folder + "/" for folder in LOGIC)
     return include_complaints(
-        tree, tree.code_paths(*LOGIC),
-        lambda name: name in LOGIC_LIBRARIES or name.startswith(own) or contract_part(name))
+        tree, tree.code_paths("logic"),
+        lambda name: name in LOGIC_LIBRARIES or name.startswith("logic/") or contract_part(name))
 
 
 def contract_includes(tree):
     """The contract includes the standard library and itself."""
-    paths = [path for path in tree.code_paths("platform") if path.count("/") == 1]
-    return include_complaints(tree, paths, contract_part)
+    return include_complaints(tree, tree.code_paths("contract"), contract_part)
 
 
-def platform_includes(tree):
+def implementation_includes(tree):
     """The implementations do not know the logic, nor each other."""
     def complaints(folder):
-        foreign = tuple(name + "/" for name in LOGIC + IMPLEMENTATIONS if name != folder)
+        foreign = tuple(name + "/" for name in ("logic",) + IMPLEMENTATIONS if name != folder)
         return ["%s:%d: may not include %s" % (path, line, name)
                 for path in tree.code_paths(folder) for line, _, name in tree.includes(path)
                 if name.startswith(foreign)]
     return [found for folder in IMPLEMENTATIONS for found in complaints(folder)]
+
+
+def upward_includes(tree):
+    """Within a floor a folder includes only itself and those below it."""
+    def complaints(floor, order):
+        for rank, folder in enumerate(order):
+            above = tuple("%s/%s/" % (floor, name) for name in order[rank + 1:])
+            for path in tree.code_paths("%s/%s" % (floor, folder)):
+                for line, _, name in tree.includes(path):
+                    if name.startswith(above):
+                        yield "%s:%d: may not include %s, which is above it" % (path, line, name)
+    return [found for floor, order in (("contract", CONTRACT), ("logic", WINGS))
+            for found in complaints(floor, order)]
 
 
 def naked_calls(tree, call, door):
@@ -112,7 +125,7 @@ def event_pump(tree):
     """Events are pumped in one file of the desktop at most, and nowhere else; tests may."""
     paths = [path for path in tree.code_paths() if not path.startswith("tests/") and
              EVENT_PUMP.search(tree.code(path))]
-    home = [path for path in paths if path.startswith("platform/desktop/")][:1]
+    home = [path for path in paths if path.startswith("desktop/")][:1]
     return ["%s pumps events%s" % (path, "; so does " + home[0] if home else "")
             for path in paths if path not in home]
 
@@ -181,8 +194,8 @@ def icons(tree):
     """Every icon used is in the icon list, and every icon in the list is there."""
     listed = dict(ICON_ENTRY.findall(tree.text(ICON_LIST))) if ICON_LIST in tree.paths else {}
     missing = ["%s: there is no %s" % (ICON_LIST, path) for path in listed.values()
-               if "platform/desktop/" + path not in tree.paths]
-    users = [path for path in tree.paths if path.startswith(("platform/desktop/", "main/", "tests/"))
+               if "desktop/" + path not in tree.paths]
+    users = [path for path in tree.paths if path.startswith(("desktop/", "main/", "tests/"))
              and path.endswith((".ui", ".cpp", ".h"))]
     unknown = ["%s: the icon %s is not in %s" % (path, name, ICON_LIST)
                for path in users for name in sorted(set(ICON_USE.findall(tree.text(path))))
@@ -192,9 +205,9 @@ def icons(tree):
 
 def help_book(tree):
     """The help book is whole, and has a topic for every number and form of the program."""
-    return helpbook.help_book(tree, LOGIC)
+    return helpbook.help_book(tree, ("logic",))
 
 
-ALL = (logic_includes, contract_includes, platform_includes, odbc_door, postgresql_door, mariadb_door,
-       inline_members, event_pump, forbidden_words, include_cycles, formatting, guard_headers, icons,
+ALL = (logic_includes, contract_includes, implementation_includes, upward_includes, odbc_door,
+       postgresql_door, mariadb_door, inline_members, event_pump, forbidden_words, include_cycles, formatting, guard_headers, icons,
        help_book)

@@ -4,7 +4,7 @@ import re
 import xml.etree.ElementTree as xml
 
 BOOK = "help/book.xml"
-LIST = "platform/desktop/help.qrc"
+LIST = "desktop/help.qrc"
 # A number by its name, or written where one is passed on: to the help, to a window, to a text window.
 CONTEXT = re.compile(r"""[cC]ontext\w*\s*[={(]\s*(\d+)
                      |\b(?:ShowHelpTopic|SetHelpContext)\s*\(\s*(\d+)
@@ -63,7 +63,7 @@ def help_book(tree, folders):
     listed = tree.text(LIST) or ""
     for path in tree.paths:
         page = os.path.basename(path)
-        if path.startswith("help/") and ">../../%s<" % path not in listed:
+        if path.startswith("help/") and ">../%s<" % path not in listed:
             complaints.append("%s does not list %s" % (LIST, path))
         if path.startswith("help/") and path.endswith(".html") and page not in shown:
             complaints.append("%s: the contents lack %s" % (BOOK, page))

@@ -1,4 +1,4 @@
-#include "query/NameQuoting.h"
+#include "logic/query/NameQuoting.h"
 #include "tests/data/bodies/AllBodies.h"
 
 namespace tessel::test {

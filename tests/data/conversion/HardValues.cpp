@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "results/Conversions.h"
+#include "logic/results/Conversions.h"
 #include "tests/data/support/PumpQueue.h"
 #include "tests/support/FakeData.h"
 

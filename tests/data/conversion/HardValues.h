@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Recordset.h"
+#include "contract/data/Recordset.h"
 
 namespace tessel::test {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <map>
 
-#include "query/Misc.h"
+#include "logic/program/Misc.h"
 #include "tests/data/conversion/HardValues.h"
-#include "tests/data/native/NativeServers.h"
+#include "tests/data/providers/native/NativeServers.h"
 #include "tests/data/support/DataTest.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,7 +1,7 @@
 #include "tests/data/faults/FaultClients.h"
 
-#include "tests/data/native/NativeServers.h"
-#include "tests/data/odbc/OdbcFixture.h"
+#include "tests/data/providers/native/NativeServers.h"
+#include "tests/data/providers/odbc/OdbcFixture.h"
 
 namespace tessel::test {
 

@@ -2,7 +2,7 @@
 #include <chrono>
 #include <thread>
 
-#include "platform/data/Slowdown.h"
+#include "data/work/Slowdown.h"
 #include "tests/data/faults/FaultClients.h"
 #include "tests/data/servers/FaultProxy.h"
 #include "tests/data/support/DataTest.h"

@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/data/DataAccessObjects.h"
+#include "data/cursor/DataAccessObjects.h"
 #include "tests/data/support/Database.h"
 #include "tests/data/support/EventLog.h"
 #include "tests/data/support/PumpQueue.h"

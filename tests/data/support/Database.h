@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/Connection.h"
-#include "platform/Value.h"
+#include "contract/base/Value.h"
+#include "contract/data/Connection.h"
 
 namespace tessel::test {
 

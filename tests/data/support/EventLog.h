@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/Connection.h"
-#include "platform/Recordset.h"
+#include "contract/data/Connection.h"
+#include "contract/data/Recordset.h"
 
 namespace tessel::test {
 

@@ -7,7 +7,7 @@
 #include <memory>
 #include <mutex>
 
-#include "platform/EventQueue.h"
+#include "contract/base/EventQueue.h"
 
 namespace tessel::test {
 

@@ -1,0 +1,209 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "contract/base/Error.h"
+#include "contract/base/Event.h"
+#include "contract/base/Properties.h"
+#include "contract/base/Value.h"
+
+namespace tessel {
+
+class Connection;
+
+/// Bits of Connection::State and Recordset::State.
+namespace objectState {
+inline constexpr int closed = 0;
+inline constexpr int open = 1;
+inline constexpr int connecting = 2;
+inline constexpr int executing = 4;
+inline constexpr int fetching = 8;
+}  // namespace objectState
+
+enum class CursorType { Unspecified = -1, ForwardOnly = 0, Keyset = 1, Dynamic = 2, Static = 3 };
+enum class LockType {
+  Unspecified = -1,
+  ReadOnly = 1,
+  Pessimistic = 2,
+  Optimistic = 3,
+  BatchOptimistic = 4
+};
+
+/// Options of Recordset::Open, combined by OR.
+namespace openOption {
+inline constexpr int text = 1;  ///< The source is command text.
+inline constexpr int asyncExecute =
+    16;  ///< Open returns at once; ExecuteComplete and FetchComplete follow.
+inline constexpr int asyncFetch = 32;  ///< Rows are fetched in the background.
+}  // namespace openOption
+
+enum class EventStatus { Ok = 1, ErrorsOccurred = 2 };
+
+enum class EditMode { None = 0, InProgress = 1, Add = 2, Delete = 4 };
+
+/// A row's stable number within its recordset and all clones of it: kept by sorting, never reused.
+using Bookmark = std::int64_t;
+
+/// What is known of one field. Empty base names: an expression, or the provider cannot tell.
+struct FieldInfo {
+  std::string name;
+  DataType type = DataType::VarWChar;
+  std::int64_t definedSize =
+      0;  ///< Characters or bytes; 0 when unknown. Never a limit of what a value may hold.
+  int precision = 0;
+  int scale = 0;
+  bool nullable = true;
+  bool updatable = false;
+  bool autoIncrement = false;
+  bool searchable = true;  ///< Its values can be compared in a condition.
+  bool isKey = false;      ///< Part of the unique key that the rows are found by.
+  std::string baseCatalog;
+  std::string baseSchema;
+  std::string baseTable;
+  std::string baseColumn;
+  std::string typeName;  ///< The server's own name of the type, may be empty.
+};
+
+/// The rows of one command, behind a client-side static cursor. UI thread only.
+///
+/// Positions are 0-based places in the present order; Bookmark names a row for good. Operations
+/// that need a current record raise Error(noCurrentRecord) without one; operations on a closed
+/// recordset raise Error(objectClosed). A value looked at (ValueView) stays valid until the
+/// recordset is closed or its row changes.
+class Recordset {
+ public:
+  virtual ~Recordset() = default;
+
+  // --- what to open
+  // -------------------------------------------------------------------------------------------
+  [[nodiscard]] virtual const std::string& Source() const = 0;
+  virtual void SetSource(std::string commandText) = 0;
+  [[nodiscard]] virtual std::shared_ptr<Connection> ActiveConnection() const = 0;
+  virtual void SetCursorType(
+      CursorType type) = 0;  ///< Static is the only kind made; others are taken as Static.
+  virtual void SetLockType(LockType type) = 0;
+  [[nodiscard]] virtual LockType Lock() const = 0;
+
+  /// Runs the source as one command and fetches the first result that has columns; the others are
+  /// drained so that their errors are reported. Without async options it returns when every row is
+  /// there, having raised ExecuteComplete on the way, and raises Error on failure. With
+  /// asyncExecute it returns at once; exactly one end follows on the UI thread: ExecuteComplete
+  /// with a failed status or with the recordset still closed (no rows), or ExecuteComplete and then
+  /// FetchComplete. Raises Error at once when the connection is not open or busy, or the source is
+  /// empty. A command that returns no columns leaves the recordset closed.
+  virtual void Open(int options) = 0;
+
+  /// Asks a running Open to stop; any number of times, at any time, without waiting. Rows already
+  /// fetched stay: the recordset is then open and holds them. The end is still announced, once.
+  virtual void Cancel() = 0;
+
+  /// Cancels, drops rows and pending edits. Closing a closed recordset does nothing.
+  virtual void Close() = 0;
+
+  /// Bits of objectState; open|fetching while rows arrive.
+  [[nodiscard]] virtual int State() const = 0;
+
+  // --- its rows
+  // ----------------------------------------------------------------------------------------------
+  [[nodiscard]] virtual const std::vector<FieldInfo>& Fields() const = 0;
+  /// Field number (0-based) of a name, without regard to case; the first of several; nothing if
+  /// there is none.
+  [[nodiscard]] virtual std::optional<std::size_t> FindField(std::string_view name) const = 0;
+  [[nodiscard]] virtual std::int64_t RecordCount() const = 0;
+
+  /// Any cell by position; does not move the current record. `position` < RecordCount, `field` <
+  /// Fields().size().
+  [[nodiscard]] virtual ValueView ValueAt(std::int64_t position, std::size_t field) const = 0;
+  [[nodiscard]] virtual Bookmark BookmarkAt(std::int64_t position) const = 0;
+  /// Position of a row, or nothing when it was deleted or never was.
+  [[nodiscard]] virtual std::optional<std::int64_t> PositionOf(Bookmark bookmark) const = 0;
+
+  // --- its current record
+  // ------------------------------------------------------------------------------------
+  [[nodiscard]] virtual bool Bof() const = 0;
+  [[nodiscard]] virtual bool Eof() const = 0;
+  virtual void MoveFirst() = 0;
+  virtual void MoveLast() = 0;
+  virtual void MoveNext() = 0;      ///< To EOF behind the last row; raises noCurrentRecord at EOF.
+  virtual void MovePrevious() = 0;  ///< To BOF before the first row; raises noCurrentRecord at BOF.
+  [[nodiscard]] virtual Bookmark CurrentBookmark() const = 0;
+  virtual void
+  MoveTo(Bookmark bookmark) = 0;  ///< Raises noCurrentRecord for a row that is not there.
+  [[nodiscard]] virtual ValueView FieldValue(std::size_t field) const = 0;
+  /// The values of as many of its fields as `values` has room for, from field `first` on: the
+  /// record is looked for once, not for each of them.
+  virtual void ReadFields(std::size_t first, std::span<ValueView> values) const = 0;
+  /// Length of the current record's value in bytes; 0 for null.
+  [[nodiscard]] virtual std::int64_t ActualSize(std::size_t field) const = 0;
+
+  /// A second cursor over the same rows with a position of its own, in the order of opening. Rows
+  /// are shared.
+  [[nodiscard]] virtual std::shared_ptr<Recordset> Clone(LockType lock) = 0;
+
+  /// Sorts by field names joined by ",", each optionally followed by " ASC" or " DESC"; names with
+  /// blanks in "[" and
+  /// "]". Nulls come first, text is compared by code point without regard to ASCII case. Empty: the
+  /// order of opening. Raises itemNotFound for an unknown field and leaves the order as it was. The
+  /// current record stays current.
+  virtual void SetSort(const std::string& order) = 0;
+
+  // --- changing its rows
+  // --------------------------------------------------------------------------------------------
+  // One change is pending at a time: of the current record, or of a new one. It lies in memory and
+  // is seen by this recordset and its clones at once; Update writes it to the database. Moving away
+  // leaves it pending. All of them raise the error of WhyNotChangeable where there is one;
+  // CancelUpdate needs no database, so it does not mind which one is in use.
+
+  /// Why none of its rows can be changed now; nothing when they can. Error(readOnly) when the lock
+  /// type is ReadOnly; Error(notSupported) when the rows cannot be written (no base table, several,
+  /// or none of its fields) or while another database is in use on the connection than when they
+  /// were read; another one while rows still arrive. On a closed connection nothing is said of the
+  /// database: writing says that.
+  [[nodiscard]] virtual std::optional<ErrorInfo> WhyNotChangeable() const = 0;
+
+  /// What is pending: None, InProgress (an edited record), Add (a new one).
+  [[nodiscard]] virtual EditMode Editing() const = 0;
+  /// Begins a new record and makes it current. It stands at position RecordCount(), not counted
+  /// until it is written, all fields null; fields never set take the database's defaults. Raises
+  /// Error(changePending) while another change is pending.
+  virtual void AddNew() = 0;
+  /// Changes a field of the current record and begins an edit if none is pending. Text given to a
+  /// field of another type is converted by ParseValue; what is no such value raises
+  /// Error(typeMismatch) and changes nothing. Raises Error(readOnly) for a field that is not
+  /// updatable, Error(changePending) when the pending change is of another record.
+  virtual void SetFieldValue(std::size_t field, Value value) = 0;
+  /// Writes the pending change; exactly one row of the base table changes, or none. A changed row
+  /// is found by a whole unique key among the fields, else by all original values that can be
+  /// compared, and must still hold the original values of the fields that were changed. Generated
+  /// keys and defaults are read back. In the user's own open transaction it takes part without
+  /// ending it. On failure, raised or announced, the change stays pending. Nothing pending: does
+  /// nothing, and is complete at once. With asyncExecute it returns at once and ChangeComplete
+  /// follows, once; Cancel asks it to stop. Else it waits and raises Error.
+  virtual void Update(int options) = 0;
+  /// Drops the pending change; after AddNew the record that was current before is so again.
+  virtual void CancelUpdate() = 0;
+  /// Deletes the current record from the database, under the rules of Update, but that all of its
+  /// original values that can be compared must still be there; drops a pending change of it. The
+  /// record behind it becomes current.
+  virtual void Delete(int options) = 0;
+  /// The end of an asynchronous Update or Delete: the error when the status says so, else null.
+  Event<const ErrorInfo*, EventStatus> ChangeComplete;
+
+  /// "Unique Rows" (boolean): the fields hold a whole unique key of their one base table.
+  [[nodiscard]] virtual const Properties& RecordsetProperties() const = 0;
+
+  // --- notices of an asynchronous Open
+  // ------------------------------------------------------------------------
+  /// Rows so far, rows expected (0 when unknown), status.
+  Event<std::int64_t, std::int64_t, EventStatus> FetchProgress;
+  /// The error when the status says so, else null.
+  Event<const ErrorInfo*, EventStatus> FetchComplete;
+};
+
+}  // namespace tessel

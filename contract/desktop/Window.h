@@ -1,0 +1,116 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "contract/desktop/CommonDialogs.h"
+#include "contract/desktop/Control.h"
+#include "contract/desktop/MenuItem.h"
+#include "contract/desktop/Progress.h"
+
+namespace tessel {
+
+enum class UnloadReason {
+  ControlBox,  ///< The user closed this window itself.
+  Code,        ///< The program unloads it.
+  Frame,       ///< The frame that holds it is closing.
+};
+
+enum class Tiling { Horizontal, Vertical };
+
+/// A window made from a form of the same name. UI thread only. The controller that uses it owns it;
+/// destroying it unloads it without asking.
+///
+/// A document's own menus show in the frame's menu bar while it is active: one that bears the name
+/// of a frame's menu stands in its place, the others before the Window menu. The frame's shortcuts
+/// reach only documents without menus of their own, except those of the commands that the form
+/// marks as "everywhere".
+///
+/// A window is loaded from creation until Unload succeeds; its controls may be used for as long as
+/// the object lives. What a handler throws is shown in a message box with the exclamation icon, in
+/// one place.
+class Window : public FailureSink {
+ public:
+  virtual ~Window() = default;
+
+  /// The form's control of that name and kind; raises Error(itemNotFound) when the form has none.
+  template <class Kind>
+  [[nodiscard]] Kind& Find(std::string_view name) {
+    auto* found = dynamic_cast<Kind*>(FindControl(name));
+    if (found == nullptr) ThrowMissing(name);
+    return *found;
+  }
+  /// The form's menu command or menu title of that name; raises Error(itemNotFound) when there is
+  /// none.
+  [[nodiscard]] virtual MenuItem& Menu(std::string_view name) = 0;
+  /// The window's timer, file dialog or colour dialog of that name, made at the first call.
+  [[nodiscard]] virtual Timer& TimerNamed(std::string_view name) = 0;
+  [[nodiscard]] virtual FileDialog& FileDialogNamed(std::string_view name) = 0;
+  [[nodiscard]] virtual ColorDialog& ColorDialogNamed(std::string_view name) = 0;
+
+  [[nodiscard]] virtual const std::string& FormName() const = 0;
+  [[nodiscard]] virtual std::string Caption() const = 0;
+  virtual void SetCaption(std::string_view caption) = 0;
+  [[nodiscard]] virtual int HelpContext() const = 0;
+  virtual void SetHelpContext(int context) = 0;
+
+  /// Shows modeless; a document window shows inside the frame and becomes the active one.
+  virtual void Show() = 0;
+  /// Shows modeless above `owner`.
+  virtual void ShowAbove(Window& owner) = 0;
+  /// The same for a window that only concerns the user when the work takes long: it comes up after
+  /// 150 ms, unless it has been hidden or unloaded by then. It counts as visible meanwhile.
+  virtual void ShowAboveSoon(Window& owner) = 0;
+  /// Shows modally above `owner` (null: the active window) and returns when the window is hidden or
+  /// unloaded.
+  virtual void ShowModal(Window* owner) = 0;
+  virtual void Hide() = 0;
+  [[nodiscard]] virtual bool Visible() const = 0;
+  [[nodiscard]] virtual bool Loaded() const = 0;
+  /// Brings the window to the front and gives it the focus.
+  virtual void Activate() = 0;
+  [[nodiscard]] virtual bool Active() const = 0;
+
+  /// Asks QueryUnload, then, unless it was refused, raises Unloaded and closes. False when it was
+  /// refused. Unloading a window that is not loaded does nothing and returns true. A frame first
+  /// asks all its documents (reason Frame), and none is unloaded when one refuses.
+  virtual bool Unload(UnloadReason reason = UnloadReason::Code) = 0;
+
+  [[nodiscard]] virtual Rect Bounds() const = 0;
+  virtual void SetBounds(const Rect& bounds) = 0;
+  /// The inside, without title bar and menus, in twips.
+  [[nodiscard]] virtual int ScaleWidth() const = 0;
+  [[nodiscard]] virtual int ScaleHeight() const = 0;
+  [[nodiscard]] virtual bool Minimized() const = 0;
+  /// Whether the window fills the screen, or as a document the frame, in front of all others.
+  [[nodiscard]] virtual bool Maximized() const = 0;
+  [[nodiscard]] virtual bool Enabled() const = 0;
+  virtual void SetEnabled(bool enabled) = 0;
+
+  /// Pops up one of the form's menus at a place in twips inside `at`, or at the pointer when `at`
+  /// is null. Returns when it has closed; the chosen command's Click has then been raised.
+  virtual void PopupMenu(MenuItem& menu, Control* at, int x, int y) = 0;
+  /// Tiles the documents of a frame, maximised ones too, and keeps them tiled: again whenever the
+  /// frame's inside changes its size and whenever a document is shown or goes. As soon as one has
+  /// been moved, sized, minimised or maximised otherwise, they are left as they stand until the
+  /// next call.
+  virtual void Arrange(Tiling tiling) = 0;
+
+  Event<> Activated;
+  Event<> Resize;
+  Event<KeyEvent&> KeyDown;  ///< Key preview: before the focused control sees the key.
+  Event<KeyEvent&> KeyUp;
+  /// The flag refuses the unload when the handler sets it.
+  Event<bool&, UnloadReason> QueryUnload;
+  Event<> Unloaded;
+
+ protected:
+  /// The control of that name, or null.
+  [[nodiscard]] virtual Control* FindControl(std::string_view name) = 0;
+
+ private:
+  [[noreturn]] void ThrowMissing(std::string_view name) const;
+};
+
+}  // namespace tessel

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "contract/base/Error.h"
+
+namespace tessel {
+
+/// Where rows were read, which is where a change of them has to go.
+struct RowOrigin {
+  std::string connectionString;
+  std::string catalog;  ///< In use when their command ended; empty: none was.
+};
+
+/// Why rows from the catalog `from` cannot be written while the catalog `inUse` is in use; nothing
+/// when the two are the same. Either may be empty: no catalog.
+[[nodiscard]] std::optional<ErrorInfo> WhyOtherCatalog(const std::string& from,
+                                                       const std::string& inUse);
+/// The same for all that is known of where rows come from and of what is open now.
+[[nodiscard]] std::optional<ErrorInfo> WhyOtherOrigin(const RowOrigin& from,
+                                                      const RowOrigin& inUse);
+
+}  // namespace tessel

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "data/providers/CancelSwitch.h"
+#include "data/providers/Provider.h"
+#include "data/providers/mariadb/MariaApi.h"
+#include "data/providers/mariadb/MariaKeys.h"
+#include "data/providers/mariadb/MariaTypes.h"
+
+namespace tessel {
+
+/// A database of a MariaDB or MySQL server. The keys stand at MariaTarget.
+///
+/// Of a text of several statements those before an error stay done. Rows come one at a time while
+/// the server makes them. A statement is cancelled by KILL QUERY from a connection of its own.
+class MariaSession : public ProviderSession {
+ public:
+  explicit MariaSession(const ConnectionKeys& keys) : target_(MariaTarget::FromKeys(keys)) {}
+
+  void Open(const Login& login, Operation& operation) override;
+  void Close() noexcept override;
+  [[nodiscard]] bool IsAlive() noexcept override { return connection_ && !lost_; }
+  [[nodiscard]] Properties ReadProperties() override;
+
+  [[nodiscard]] ExecuteResult ExecuteCommand(const std::string& sql, Operation& operation) override;
+  [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) override;
+  void DrainResults(Operation& operation) override;
+  void CloseResult() noexcept override;
+  void CompleteFields(std::vector<FieldInfo>& fields) override;
+  [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
+
+  [[nodiscard]] const WriteDialect* Writing() override { return &dialect_; }
+  [[nodiscard]] UserTransaction Transaction() override;
+  [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
+                                             Operation& operation) override;
+  void RunControl(std::string_view sql, const Operation* operation) override;
+
+  [[nodiscard]] std::string CurrentCatalog() override;
+  void SetCatalog(const std::string& name, Operation& operation) override;
+  void ReadSchema(SchemaRows& rows, Operation& operation) override;
+
+  void Cancel() noexcept override { cancel_.Request(); }
+  [[nodiscard]] std::chrono::milliseconds CancelPatience() const noexcept override {
+    return std::chrono::milliseconds(500);
+  }
+
+ private:
+  /// Does `work`; what it raises is raised as what it means.
+  template <class Work>
+  auto Guarded(Operation& operation, Work work) {
+    try {
+      return work();
+    } catch (const Error& error) {
+      RaiseFailure(error, operation);
+    }
+  }
+  [[noreturn]] void RaiseFailure(const Error& error, const Operation& operation);
+  void ChooseDialect();
+  [[nodiscard]] bool RunText(const std::string& sql);
+  [[nodiscard]] bool NextStatement();
+  [[nodiscard]] ExecuteResult FindRows();
+  [[nodiscard]] ExecuteResult BeginResult();
+  void EndStatement();
+  void AppendRow(RowSink& rows) const;
+  void ReportWarnings(Operation& operation);
+  void DropResults() noexcept;
+  void SendKill() const noexcept;
+
+  MariaTarget target_;
+  std::unique_ptr<MariaConnection> connection_;
+  WriteDialect dialect_;
+  bool lost_ = false;
+  bool statusIsOld_ = false;  ///< Of the server: the last answer was an error.
+  CancelSwitch cancel_{[this] { SendKill(); }};
+
+  // The command that runs, or ran last.
+  bool ended_ = true;  ///< Nothing of it is left at the server.
+  bool counts_ = false;
+  bool keepsFoundRows_ = false;  ///< What it found is asked for by a command to come.
+  std::int64_t affected_ = 0;
+  unsigned warnings_ = 0;      ///< Of its last statement so far.
+  unsigned lostWarnings_ = 0;  ///< Of those before.
+  MariaResult result_;
+  bool hasRow_ = false;  ///< It stands on a row that was not fetched.
+  std::vector<MariaForm> forms_;
+};
+
+}  // namespace tessel

@@ -1,0 +1,308 @@
+#include "data/providers/odbc/OdbcSession.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <utility>
+
+#include "contract/base/Ascii.h"
+#include "data/changes/UniqueRows.h"
+#include "data/providers/odbc/OdbcBase.h"
+#include "data/providers/odbc/OdbcErrors.h"
+#include "data/providers/odbc/OdbcKeys.h"
+#include "data/providers/odbc/OdbcPlainQuery.h"
+#include "data/providers/odbc/OdbcProperties.h"
+#include "data/providers/odbc/OdbcScan.h"
+#include "data/providers/odbc/OdbcSchema.h"
+
+namespace tessel::odbc {
+
+namespace {
+
+/// For drivers that obey; nothing can cancel a connect.
+constexpr std::chrono::seconds connectTimeout{15};
+
+/// A connect that hangs never comes back. A statement does, when the driver has dropped what it has
+/// of the result; dropping a whole large one takes longer still.
+constexpr std::chrono::milliseconds connectPatience{150};
+constexpr std::chrono::milliseconds executePatience{500};
+constexpr std::chrono::milliseconds resultPatience{3000};
+
+/// `[name]` and `name` mean the same catalog.
+std::string WithoutBrackets(const std::string& name) {
+  const bool bracketed = name.size() > 2 && name.front() == '[' && name.back() == ']';
+  return bracketed ? name.substr(1, name.size() - 2) : name;
+}
+
+/// Drivers may quote the connection string they were given.
+void HidePassword(Diagnostics& records, const std::string& password) {
+  constexpr std::size_t shortestHidden = 3;
+  if (password.size() < shortestHidden) return;
+  for (Diagnostic& record : records)
+    for (std::size_t at = 0; (at = record.text.find(password, at)) != std::string::npos;)
+      record.text.replace(at, password.size(), "***");
+}
+
+}  // namespace
+
+OdbcSession::OdbcSession(Target target, std::shared_ptr<const Trace> trace)
+    : driver_(target.driver.empty() ? "ODBC" : target.driver),
+      profile_(ProfileOf(target.driver)),
+      trace_(std::move(trace)),
+      keys_(std::move(target.keys)) {}
+
+// --- errors --------------------------------------------------------------------------------------
+
+/// Whatever the driver calls it, what fails after a cancel reached it was cancelled.
+void OdbcSession::RaiseFailure(const Failure& failure, Operation& operation) {
+  NoteHealth(failure);
+  hasWarnings_ = true;
+  const bool cancelled = operation.StopAsked() && gate_.Reached();
+  if (cancelled) throw CancelledError();
+  operation.Raise(ToErrors(failure.Records(), driver_));
+}
+
+void OdbcSession::NoteHealth(const Failure& failure) {
+  if (!dbc_) return;
+  alive_ = alive_ && !dbc_->IsDead().value_or(SaysSessionIsLost(failure.Records()));
+}
+
+// --- opening -------------------------------------------------------------------------------------
+
+void OdbcSession::Open(const Login& login, Operation& operation) {
+  AddLogin(keys_, login.user, login.password);
+  AddDefaults(keys_, profile_);
+  CheckFile();
+  dbc_ = Connect(keys_, operation);
+  alive_ = true;
+  patience_ = executePatience;
+  const std::uint32_t extensions = dbc_->InfoNumber(SQL_GETDATA_EXTENSIONS).value_or(0);
+  constexpr std::uint32_t needed = SQL_GD_BOUND | SQL_GD_ANY_COLUMN | SQL_GD_ANY_ORDER;
+  canReadBoundCells_ = (extensions & needed) == needed;
+}
+
+std::unique_ptr<Dbc> OdbcSession::Connect(const ConnectionKeys& keys, Operation& operation) const {
+  try {
+    auto dbc = std::make_unique<Dbc>(trace_);
+    const Diagnostics notices = dbc->Connect(keys.Compose(), connectTimeout);
+    for (ErrorInfo& notice : ToNotices(notices, driver_, profile_))
+      operation.Report(std::move(notice));
+    return dbc;
+  } catch (const Failure& failure) {
+    Diagnostics records = failure.Records();
+    HidePassword(records, PasswordOf(keys));
+    operation.Raise(ToErrors(records, driver_));
+  }
+}
+
+/// Some drivers fail without a reason when their file is not there.
+void OdbcSession::CheckFile() const {
+  if (profile_.fileKey.empty()) return;
+  const std::string file = keys_.Get(profile_.fileKey);
+  std::error_code unreadable;
+  if (std::filesystem::is_regular_file(file, unreadable)) return;
+  throw Error(errorNumber::file, driver_, "There is no file '" + file + "'.");
+}
+
+void OdbcSession::Close() noexcept {
+  CloseResult();
+  TidyUp();
+  dbc_.reset();
+  alive_ = false;
+}
+
+Properties OdbcSession::ReadProperties() {
+  Properties properties = ReadDriverProperties(*dbc_);
+  properties.Set("Catalog Change Ends Session",
+                 profile_.catalogChange == DriverProfile::CatalogChange::Reconnect);
+  if (!profile_.takesBrackets) properties.Set("Bracket Identifiers", std::int64_t{0});
+  return properties;
+}
+
+// --- commands ------------------------------------------------------------------------------------
+
+ExecuteResult OdbcSession::ExecuteCommand(const std::string& sql, Operation& operation) {
+  RefuseWhatHangs(sql);
+  sql_ = sql;
+  lastNotices_.clear();
+  wantsWarnings_ = !profile_.warningsQuery.empty() && !HasWord(sql, profile_.looksBackWith);
+  return Guarded(operation, [&] { return Run(sql, operation); });
+}
+
+void OdbcSession::RefuseWhatHangs(const std::string& sql) const {
+  if (profile_.hangsOn.empty() || !HasStatement(sql, profile_.hangsOn, profile_.hangsWith)) return;
+  std::string words;
+  for (const std::string_view word : profile_.hangsWith)
+    words += (words.empty() ? "" : " or ") + AsciiUpper(word);
+  throw Error(errorNumber::notSupported, driver_,
+              "The ODBC driver of " + std::string(profile_.name) + " hangs in " +
+                  AsciiUpper(profile_.hangsOn) + " with " + words + ".");
+}
+
+ExecuteResult OdbcSession::Run(const std::string& sql, Operation& operation) {
+  ExecuteResult result;
+  Diagnostics notices;
+  if (wantsWarnings_ && hasWarnings_) ForgetWarnings();
+  statement_ = std::make_unique<Statement>(*dbc_);
+  const Outcome outcome = statement_->Execute(sql, gate_, notices);
+  patience_ = resultPatience;
+  ReportNotices(notices, operation);
+  FindColumns(result, outcome, operation);
+  if (FirstWord(sql).empty()) result.recordsAffected = -1;  // Comments only.
+  if (result.fields.empty()) ReportWarnings(operation);
+  return result;
+}
+
+/// After a cancel that reached the driver but was late, the command is done and its results are
+/// gone; drivers crash when asked for them.
+void OdbcSession::FindColumns(ExecuteResult& result, Outcome outcome, Operation& operation) {
+  do {
+    if (gate_.Reached()) return;
+    const std::vector<ResultField> fields = DescribeFields(*statement_, profile_);
+    if (!fields.empty()) {
+      mayBeWritten_.clear();
+      for (const ResultField& field : fields) {
+        result.fields.push_back(field.info);
+        mayBeWritten_.push_back(field.mayBeWritten);
+      }
+      reader_ = std::make_unique<RowReader>(*statement_, fields, canReadBoundCells_);
+      return;
+    }
+    if (const std::int64_t count = Count(outcome); count >= 0)
+      result.recordsAffected = std::max<std::int64_t>(result.recordsAffected, 0) + count;
+    outcome = Outcome::Success;
+  } while (NextResult(operation));
+}
+
+/// The count of a result without columns, -1 when it has none.
+std::int64_t OdbcSession::Count(Outcome outcome) const {
+  const std::int64_t count = statement_->RowCount();
+  const bool isCount = count > 0 || outcome == Outcome::NoData || !profile_.zeroIsNoCount;
+  return isCount ? count : -1;
+}
+
+bool OdbcSession::NextResult(Operation& operation) {
+  Diagnostics notices;
+  const bool more = statement_->MoreResults(gate_, notices);
+  ReportNotices(notices, operation);
+  return more;
+}
+
+/// A driver may repeat the notices of a text with each of its results.
+void OdbcSession::ReportNotices(const Diagnostics& notices, Operation& operation) {
+  if (notices == lastNotices_) return;
+  lastNotices_ = notices;
+  for (ErrorInfo& notice : ToNotices(notices, driver_, profile_))
+    operation.Report(std::move(notice));
+}
+
+void OdbcSession::ForgetWarnings() {
+  Diagnostics unused;
+  Statement(*dbc_).Execute(std::string(profile_.warningsReset), gate_, unused);
+  hasWarnings_ = false;
+}
+
+/// The command itself is done: what goes wrong here does not make it a failure.
+void OdbcSession::ReportWarnings(Operation& operation) try {
+  if (!std::exchange(wantsWarnings_, false) || operation.StopAsked()) return;
+  Diagnostics unused;
+  Statement query(*dbc_);
+  query.Execute(std::string(profile_.warningsQuery), gate_, unused);
+  if (gate_.Reached()) return;
+  ForEachRow(query, 3, [&](const TextRow& row) {
+    ErrorInfo warning;
+    warning.number = errorNumber::information;
+    warning.nativeError = static_cast<std::int32_t>(ToNumber(row[1], 0));
+    warning.source = driver_;
+    warning.description = row[0].value_or("") + ": " + row[2].value_or("");
+    operation.Report(std::move(warning));
+    hasWarnings_ = true;
+  });
+} catch (const Failure& failure) {
+  NoteHealth(failure);
+}
+
+bool OdbcSession::FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) {
+  return Guarded(operation, [&] {
+    for (std::size_t i = 0; i < maxRows && !operation.StopAsked(); ++i)
+      if (!reader_->ReadRow(rows)) return false;
+    return true;
+  });
+}
+
+void OdbcSession::DrainResults(Operation& operation) {
+  reader_.reset();
+  Guarded(operation, [&] {
+    while (NextResult(operation)) operation.ThrowIfStopped();
+    ReportWarnings(operation);
+  });
+}
+
+void OdbcSession::CloseResult() noexcept {
+  reader_.reset();
+  if (profile_.isSlowToDropResults) dropped_ = std::move(statement_);
+  statement_.reset();
+  if (!dropped_) patience_ = executePatience;
+}
+
+void OdbcSession::TidyUp() noexcept {
+  if (!dropped_) return;
+  dropped_.reset();
+  patience_ = executePatience;
+}
+
+void OdbcSession::FindBase(std::vector<FieldInfo>& fields) {
+  if (const WriteDialect* dialect = Writing())
+    FindBaseColumns(*dbc_, gate_, *dialect, sql_, fields);
+  for (std::size_t i = 0; i < fields.size(); ++i)
+    fields[i].updatable = !fields[i].baseTable.empty() && mayBeWritten_[i];
+}
+
+void OdbcSession::CompleteFields(std::vector<FieldInfo>& fields) {
+  if (!profile_.tellsBaseColumns) return FindBase(fields);
+  const FieldInfo* base = OneBaseTable(fields);
+  if (base == nullptr) return;
+  if (profile_.aliasHidesColumn && !NamesPlainColumns(sql_, base->baseTable)) {
+    for (FieldInfo& field : fields) field.updatable = false;
+    return;
+  }
+  FindReadOnlyColumns(*dbc_, profile_, gate_, fields);
+}
+
+std::vector<std::size_t> OdbcSession::FindKey(const std::vector<FieldInfo>& fields) {
+  const FieldInfo* base = OneBaseTable(fields);
+  if (base == nullptr) return {};
+  if (profile_.aliasHidesColumn && !NamesPlainColumns(sql_, base->baseTable)) return {};
+  return FindUniqueKey(*dbc_, profile_, gate_, fields);
+}
+
+// --- catalogs and schema -------------------------------------------------------------------------
+
+std::string OdbcSession::CurrentCatalog() {
+  if (!alive_) return {};
+  try {
+    const std::string catalog = dbc_->CurrentCatalog();
+    return catalog == profile_.noCatalog ? std::string() : catalog;
+  } catch (const Failure&) {
+    return {};
+  }
+}
+
+void OdbcSession::SetCatalog(const std::string& name, Operation& operation) {
+  using Change = DriverProfile::CatalogChange;
+  const std::string catalog = WithoutBrackets(name);
+  if (profile_.catalogChange == Change::None)
+    throw Error(errorNumber::notSupported, driver_,
+                std::string(profile_.name) + " has no catalogs to change between.");
+  if (profile_.catalogChange == Change::Attribute)
+    return Guarded(operation, [&] { dbc_->SetCurrentCatalog(catalog); });
+  ConnectionKeys keys = keys_;
+  keys.Set(profile_.catalogKey, catalog);
+  dbc_ = Connect(keys, operation);
+  keys_ = std::move(keys);
+}
+
+void OdbcSession::ReadSchema(SchemaRows& rows, Operation& operation) {
+  Guarded(operation, [&] { ReadSchemaRows(*dbc_, profile_, gate_, rows); });
+}
+
+}  // namespace tessel::odbc

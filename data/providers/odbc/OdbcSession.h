@@ -1,0 +1,108 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "data/providers/Provider.h"
+#include "data/providers/odbc/OdbcApi.h"
+#include "data/providers/odbc/OdbcProfile.h"
+#include "data/providers/odbc/OdbcRows.h"
+
+namespace tessel::odbc {
+
+/// Where a session leads.
+struct Target {
+  ConnectionKeys keys;  ///< As the driver is to get them, but for user and password given beside.
+  std::string driver;   ///< The driver's name or library; empty when it is not known.
+};
+
+/// A session through an ODBC driver.
+class OdbcSession : public ProviderSession {
+ public:
+  /// `trace` may be null.
+  OdbcSession(Target target, std::shared_ptr<const Trace> trace);
+
+  void Open(const Login& login, Operation& operation) override;
+  void Close() noexcept override;
+  [[nodiscard]] bool IsAlive() noexcept override { return alive_; }
+  [[nodiscard]] Properties ReadProperties() override;
+
+  [[nodiscard]] ExecuteResult ExecuteCommand(const std::string& sql, Operation& operation) override;
+  [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) override;
+  void DrainResults(Operation& operation) override;
+  void CloseResult() noexcept override;
+  void TidyUp() noexcept override;
+  void CompleteFields(std::vector<FieldInfo>& fields) override;
+  [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
+
+  [[nodiscard]] const WriteDialect* Writing() override;
+  [[nodiscard]] UserTransaction Transaction() override;
+  [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
+                                             Operation& operation) override;
+  void RunControl(std::string_view sql, const Operation* operation) override;
+
+  [[nodiscard]] std::string CurrentCatalog() override;
+  void SetCatalog(const std::string& name, Operation& operation) override;
+  void ReadSchema(SchemaRows& rows, Operation& operation) override;
+
+  void Cancel() noexcept override { gate_.Cancel(); }
+  [[nodiscard]] std::chrono::milliseconds CancelPatience() const noexcept override {
+    return patience_.load();
+  }
+
+ private:
+  /// Does `work`. A Failure in it is raised as the Error that it means.
+  template <class Work>
+  auto Guarded(Operation& operation, Work work) {
+    try {
+      return work();
+    } catch (const Failure& failure) {
+      RaiseFailure(failure, operation);
+    }
+  }
+  [[noreturn]] void RaiseFailure(const Failure& failure, Operation& operation);
+  void NoteHealth(const Failure& failure);
+
+  [[nodiscard]] std::unique_ptr<Dbc> Connect(const ConnectionKeys& keys,
+                                             Operation& operation) const;
+  void CheckFile() const;
+  void RefuseWhatHangs(const std::string& sql) const;
+
+  [[nodiscard]] ExecuteResult Run(const std::string& sql, Operation& operation);
+  /// Walks on until a result has columns, counting on the way.
+  void FindColumns(ExecuteResult& result, Outcome outcome, Operation& operation);
+  [[nodiscard]] bool NextResult(Operation& operation);
+  [[nodiscard]] std::int64_t Count(Outcome outcome) const;
+  void ReportNotices(const Diagnostics& notices, Operation& operation);
+  void FindBase(std::vector<FieldInfo>& fields);
+  [[noreturn]] void RaiseCancelledLate() const;
+  [[nodiscard]] StatementResult ReadResult(Statement& statement);
+  void ForgetWarnings();
+  void ReportWarnings(Operation& operation);
+
+  const std::string driver_;
+  const DriverProfile& profile_;
+  const std::shared_ptr<const Trace> trace_;
+  ConnectionKeys keys_;  ///< From Open on with user and password; they stay in memory.
+
+  std::unique_ptr<Dbc> dbc_;
+  CancelGate gate_;
+  std::atomic<std::chrono::milliseconds> patience_;  ///< With what runs now.
+  bool alive_ = false;
+  bool canReadBoundCells_ = false;
+  std::optional<WriteDialect> dialect_;  ///< Once it was asked for.
+
+  std::unique_ptr<Statement> statement_;
+  std::unique_ptr<Statement> dropped_;  ///< With a result to drop when nobody waits.
+  std::unique_ptr<RowReader> reader_;   ///< While there are rows to read.
+  Diagnostics lastNotices_;
+  std::string sql_;                 ///< The last command.
+  std::vector<bool> mayBeWritten_;  ///< Of its fields, where base columns have to be found out.
+  bool wantsWarnings_ = false;      ///< Of the present command.
+  bool hasWarnings_ = false;        ///< The database still tells those of an earlier command.
+};
+
+}  // namespace tessel::odbc

@@ -1,0 +1,79 @@
+#include "data/providers/postgresql/PostgresKeys.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "contract/base/Ascii.h"
+
+namespace tessel {
+
+namespace {
+
+struct KeyWord {
+  std::string_view key;  ///< As of ServerKeyName.
+  std::string_view keyword;
+};
+
+constexpr KeyWord keyWords[] = {
+    {"Server", "host"},
+    {"Port", "port"},
+    {"Database", "dbname"},
+    {"User ID", "user"},
+    {"Password", "password"},
+    {"SSL Mode", "sslmode"},
+    {"Connect Timeout", "connect_timeout"},
+    {"Application Name", "application_name"},
+};
+
+/// "verify-full" for "verifyfull".
+std::string LibpqMode(const std::string& value) {
+  std::string mode = ToSslMode(value);
+  constexpr std::string_view verify = "verify";
+  if (mode.starts_with(verify)) mode.insert(verify.size(), "-");
+  return mode;
+}
+
+std::string KeywordOf(const std::string& key, const std::vector<std::string>& known) {
+  const auto* own = std::ranges::find(keyWords, key, &KeyWord::key);
+  if (own != std::end(keyWords)) return std::string(own->keyword);
+  const auto found =
+      std::ranges::find_if(known, [&](const std::string& name) { return EqualNoCase(name, key); });
+  if (found != known.end()) return *found;
+  std::string list;
+  for (const KeyWord& word : keyWords) list.append(word.key).append(", ");
+  RaiseUnknownKey(key, "PostgreSQL", list + "and the keywords of libpq");
+}
+
+}  // namespace
+
+PostgresTarget PostgresTarget::FromKeys(const ConnectionKeys& keys) {
+  const std::vector<std::string> known = PqKeywordNames();
+  PostgresTarget target;
+  for (const ServerKey& key : ServerKeysOf(keys)) {
+    const std::string keyword = KeywordOf(key.name, known);
+    if (target.Find(keyword) != nullptr) continue;
+    target.Set(keyword, keyword == "sslmode" ? LibpqMode(key.value) : key.value);
+    if (keyword == "connect_timeout") target.limit = ToConnectTimeout(key.value, "PostgreSQL");
+  }
+  target.Set("client_encoding", "UTF8");
+  target.Set("fallback_application_name", "Tessel");
+  return target;
+}
+
+void PostgresTarget::AddLogin(const Login& login) {
+  if (Find("user") == nullptr && !login.user.empty()) Set("user", login.user);
+  if (Find("password") == nullptr && !login.password.empty()) Set("password", login.password);
+}
+
+void PostgresTarget::Set(const std::string& name, const std::string& value) {
+  PqKeyword* keyword = Find(name);
+  if (keyword != nullptr) keyword->value = value;
+  else keywords.push_back({name, value});
+}
+
+PqKeyword* PostgresTarget::Find(const std::string& name) {
+  const auto found = std::ranges::find(keywords, name, &PqKeyword::name);
+  return found == keywords.end() ? nullptr : &*found;
+}
+
+}  // namespace tessel

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+#include "data/providers/ConnectionKeys.h"
+#include "data/providers/sqlite/SqliteApi.h"
+
+namespace tessel {
+
+/// What a connection string asks to be opened, and how.
+struct SqliteFile {
+  std::string name;
+  int flags = 0;
+  std::chrono::milliseconds lockPatience{5000};
+
+  /// Raises Error with what to do about it when a key is missing or wrong, when there is no such
+  /// file, or when it cannot be one.
+  [[nodiscard]] static SqliteFile FromKeys(const ConnectionKeys& keys);
+
+  /// Looks into the file, which SQLite puts off; raises Error when it is no database, damaged or
+  /// locked.
+  void Check(SqliteDatabase& database) const;
+};
+
+}  // namespace tessel

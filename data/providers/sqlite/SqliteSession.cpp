@@ -1,0 +1,218 @@
+#include "data/providers/sqlite/SqliteSession.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "contract/base/Ascii.h"
+#include "data/changes/UniqueRows.h"
+#include "data/providers/CommandText.h"
+#include "data/providers/odbc/OdbcScan.h"
+#include "data/providers/sqlite/SqliteFile.h"
+#include "data/providers/sqlite/SqliteSchema.h"
+
+namespace tessel {
+
+namespace {
+
+/// Statements that change rows, and so have a count even when it is 0.
+bool IsCounted(const SqliteStatement& statement) {
+  constexpr std::array words = {"INSERT", "UPDATE", "DELETE", "REPLACE", "WITH"};
+  if (statement.IsReadOnly()) return false;
+  const std::string text = statement.Text();
+  const std::string_view first = odbc::FirstWord(text);
+  return std::ranges::any_of(words, [&](const char* word) { return EqualNoCase(word, first); });
+}
+
+}  // namespace
+
+void SqliteSession::Cancel() noexcept {
+  const std::lock_guard lock(cancelMutex_);
+  if (operation_ != nullptr && database_) database_->Interrupt();
+}
+
+// --- opening and closing ---------------------------------------------------------------------
+
+void SqliteSession::Open(const Login& /*login*/, Operation& operation) {
+  const SqliteFile file = SqliteFile::FromKeys(keys_);
+  auto database = std::make_unique<SqliteDatabase>(file.name, file.flags);
+  database->SetWatch([this] { return operation_ != nullptr && operation_->StopAsked(); },
+                     file.lockPatience);
+  {
+    const std::lock_guard lock(cancelMutex_);
+    database_ = std::move(database);
+  }
+  const Cancellable scope(*this, operation);
+  try {
+    file.Check(*database_);
+  } catch (const Error& error) {
+    throw AsCancelled(error, operation);
+  }
+}
+
+void SqliteSession::Close() noexcept {
+  CloseResult();
+  const std::lock_guard lock(cancelMutex_);
+  database_.reset();
+}
+
+Properties SqliteSession::ReadProperties() {
+  Properties properties;
+  properties.Set("Data Source Object Threading Model", std::int64_t{1});
+  properties.Set("Provider Name", std::string("SQLite"));
+  properties.Set("DBMS Name", std::string("SQLite"));
+  properties.Set("DBMS Version", SqliteDatabase::LibraryVersion());
+  properties.Set("Identifier Quote Character", std::string("\""));
+  properties.Set("Data Source", keys_.Get("Data Source"));
+  properties.Set("File", database_->QueryText("select file from pragma_database_list limit 1"));
+  properties.Set("Read Only", database_->IsReadOnly());
+  properties.Set("Encoding", database_->QueryText("pragma encoding"));
+  properties.Set("Journal Mode", database_->QueryText("pragma journal_mode"));
+  properties.Set("Page Size", database_->QueryText("pragma page_size"));
+  return properties;
+}
+
+// --- commands --------------------------------------------------------------------------------
+
+/// The next statement of the text; none at its end. What was done before it stays done, so it is
+/// only where there is one that a cancel can still take effect.
+SqliteStatement SqliteSession::NextStatement(Operation& operation) {
+  SqliteStatement statement;
+  while (!statement && !rest_.empty()) statement = database_->Prepare(rest_);
+  if (statement) operation.ThrowIfStopped();
+  return statement;
+}
+
+void SqliteSession::RunCounted(SqliteStatement statement) {
+  const std::int64_t before = database_->TotalChanges();
+  (void)statement.Step();
+  if (IsCounted(statement))
+    affected_ = std::max<std::int64_t>(affected_, 0) + database_->TotalChanges() - before;
+}
+
+ExecuteResult SqliteSession::ExecuteCommand(const std::string& sql, Operation& operation) {
+  RefuseNul(sql, "SQLite");
+  text_ = sql;
+  rest_ = text_;
+  affected_ = -1;
+  const Cancellable scope(*this, operation);
+  try {
+    while (SqliteStatement statement = NextStatement(operation)) {
+      if (statement.ColumnCount() > 0) return BeginResult(std::move(statement));
+      RunCounted(std::move(statement));
+    }
+  } catch (const Error& error) {
+    throw AsCancelled(error, operation);
+  }
+  return {.fields = {}, .recordsAffected = affected_};
+}
+
+/// SQLite counts the changes of a statement when that has ended: one with rows is not counted. The
+/// first row is gone to before the columns are told: it decides the type of those without one.
+ExecuteResult SqliteSession::BeginResult(SqliteStatement statement) {
+  statement_ = std::move(statement);
+  query_ = statement_.Text();
+  tables_.clear();
+  forms_.clear();
+  hasRow_ = statement_.Step();
+  ExecuteResult result{.fields = {}, .recordsAffected = affected_};
+  for (int column = 0; column < statement_.ColumnCount(); ++column)
+    result.fields.push_back(DescribeColumn(column));
+  return result;
+}
+
+FieldInfo SqliteSession::DescribeColumn(int column) {
+  FieldInfo field;
+  field.name = statement_.ColumnName(column);
+  field.baseCatalog = statement_.OriginDatabase(column);
+  field.baseTable = statement_.OriginTable(column);
+  field.baseColumn = statement_.OriginColumn(column);
+  const std::string declared = statement_.DeclaredType(column);
+  if (declared.empty() && hasRow_) field.type = TypeOfStorage(statement_.StorageAt(column));
+  forms_.push_back(ApplyDeclaredType(declared, field));
+  if (field.baseTable.empty()) return field;
+  const SqliteTable& table = TableOf(field);
+  field.autoIncrement = EqualNoCase(field.baseColumn, table.rowNumberColumn);
+  if (const SqliteColumn* facts = table.Find(field.baseColumn)) {
+    field.nullable = !facts->notNull && !field.autoIncrement;
+    field.updatable = !facts->generated;
+  }
+  return field;
+}
+
+const SqliteTable& SqliteSession::TableOf(const FieldInfo& field) {
+  const std::pair key(field.baseCatalog, field.baseTable);
+  const auto found = tables_.find(key);
+  if (found != tables_.end()) return found->second;
+  return tables_.emplace(key, ReadSqliteTable(*database_, key.first, key.second)).first->second;
+}
+
+bool SqliteSession::FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) {
+  const Cancellable scope(*this, operation);
+  const int columns = statement_.ColumnCount();
+  try {
+    for (std::size_t fetched = 0; hasRow_ && fetched < maxRows; ++fetched) {
+      if (operation.StopAsked()) return true;
+      for (int column = 0; column < columns; ++column) {
+        const auto index = static_cast<std::size_t>(column);
+        AppendSqliteCell(statement_, column, forms_[index], rows.Column(index));
+      }
+      rows.EndRow();
+      hasRow_ = statement_.Step();
+    }
+  } catch (const Error& error) {
+    throw AsCancelled(error, operation);
+  }
+  return hasRow_;
+}
+
+void SqliteSession::DrainResults(Operation& operation) {
+  const Cancellable scope(*this, operation);
+  statement_ = SqliteStatement();
+  try {
+    while (SqliteStatement statement = NextStatement(operation)) {
+      while (statement.Step()) {
+      }
+    }
+  } catch (const Error& error) {
+    throw AsCancelled(error, operation);
+  }
+}
+
+void SqliteSession::CloseResult() noexcept {
+  statement_ = SqliteStatement();
+  hasRow_ = false;
+  text_.clear();
+  rest_ = {};
+}
+
+/// A column of a union, and the like, is told as one of a table that its row may not come from.
+void SqliteSession::CompleteFields(std::vector<FieldInfo>& fields) {
+  if (tables_.empty() || ReadsOneTable(*database_, query_)) return;
+  for (FieldInfo& field : fields) field.updatable = false;
+}
+
+std::vector<std::size_t> SqliteSession::FindKey(const std::vector<FieldInfo>& fields) {
+  if (tables_.size() != 1 || OneBaseTable(fields) == nullptr) return {};
+  if (!ReadsOneTable(*database_, query_)) return {};
+  return KeyFields(fields, tables_.begin()->second.keys);
+}
+
+// --- catalogs and schema ---------------------------------------------------------------------
+
+void SqliteSession::SetCatalog(const std::string& /*name*/, Operation& /*operation*/) {
+  throw Error(errorNumber::notSupported, "SQLite",
+              "SQLite has no catalogs to change between: name the attached database in the "
+              "statement.");
+}
+
+void SqliteSession::ReadSchema(SchemaRows& rows, Operation& operation) {
+  const Cancellable scope(*this, operation);
+  try {
+    ReadSqliteSchema(*database_, rows, operation);
+  } catch (const Error& error) {
+    throw AsCancelled(error, operation);
+  }
+}
+
+}  // namespace tessel

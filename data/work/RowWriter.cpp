@@ -1,0 +1,222 @@
+#include "data/work/RowWriter.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+
+#include "data/changes/RowOrigin.h"
+#include "data/changes/RowSql.h"
+
+namespace tessel {
+
+namespace {
+
+/// Begins a transaction, or a savepoint in the user's own, and undoes all done in it unless it is
+/// kept. Where nothing is known of transactions it does nothing: one statement is whole by itself.
+class RowTransaction {
+ public:
+  RowTransaction(ProviderSession& session, const WriteDialect& dialect) : session_(session) {
+    const UserTransaction users = session.Transaction();
+    if (users == UserTransaction::Failed) RaiseFailed();
+    kept_ = dialect.needsKey;
+    if (kept_) return;
+    const bool joins = users == UserTransaction::Open || users == UserTransaction::Waiting;
+    isSavepoint_ = joins || dialect.begin.empty();
+    session_.RunControl(isSavepoint_ ? "savepoint tessel_change" : dialect.begin, nullptr);
+  }
+  RowTransaction(const RowTransaction&) = delete;
+  RowTransaction& operator=(const RowTransaction&) = delete;
+  ~RowTransaction() {
+    if (!kept_) Undo();
+  }
+
+  void Keep(const Operation& operation) {
+    if (kept_) return;
+    session_.RunControl(isSavepoint_ ? "release savepoint tessel_change" : "commit", &operation);
+    kept_ = true;
+  }
+
+ private:
+  [[noreturn]] static void RaiseFailed() {
+    throw Error(ErrorInfo{errorNumber::database,
+                          0,
+                          "25P02",
+                          "Tessel",
+                          "Your transaction has failed, and the database accepts nothing but its "
+                          "end. Run ROLLBACK first, then write the change again.",
+                          {},
+                          0});
+  }
+
+  /// A cancel that comes late may hit the first attempt. A session that is lost has undone it all.
+  void Undo() noexcept {
+    constexpr int attempts = 3;
+    for (int i = 0; i < attempts && session_.IsAlive(); ++i) {
+      try {
+        session_.RunControl(isSavepoint_ ? "rollback to savepoint tessel_change" : "rollback",
+                            nullptr);
+        if (isSavepoint_) session_.RunControl("release savepoint tessel_change", nullptr);
+        return;
+      } catch (const std::exception&) {
+        continue;
+      }
+    }
+  }
+
+  ProviderSession& session_;
+  bool isSavepoint_ = false;
+  bool kept_ = false;
+};
+
+/// Writes one change, within a transaction.
+class ChangeWriter {
+ public:
+  ChangeWriter(ProviderSession& session, const WriteDialect& dialect, const RowChange& change,
+               Operation& operation)
+      : session_(session),
+        dialect_(dialect),
+        change_(change),
+        operation_(operation),
+        sql_(change, dialect) {}
+
+  FieldValues Write() {
+    switch (change_.kind) {
+      case RowChange::Kind::Update: return Update();
+      case RowChange::Kind::Insert: return Insert();
+      case RowChange::Kind::Delete: return Delete();
+    }
+    return {};
+  }
+
+ private:
+  FieldValues Update() {
+    CountFirst();
+    const StatementResult result = Run(sql_.Update());
+    RequireOne(result.rows);
+    if (dialect_.returnsUpdated) return Merged(result.first);
+    return ReadBack(ChangedKey());
+  }
+
+  FieldValues Insert() {
+    const StatementResult result = Run(sql_.Insert());
+    if (result.rows != 1)
+      throw Error(errorNumber::database, "Tessel",
+                  "The database did not take the record. Nothing was changed.");
+    if (dialect_.returnsInserted) return Merged(result.first);
+    return ReadBack(InsertedKey());
+  }
+
+  FieldValues Delete() {
+    CountFirst();
+    RequireOne(Run(sql_.Delete()).rows);
+    return {};
+  }
+
+  StatementResult Run(const RowStatement& statement) {
+    operation_.ThrowIfStopped();
+    return session_.RunStatement(statement, operation_);
+  }
+
+  /// Where no key makes sure that there is but one row, and a change of more may not be undone.
+  void CountFirst() {
+    if (!dialect_.countsFirst || !change_.key.empty()) return;
+    const StatementResult result = Run(sql_.Count());
+    const auto* count =
+        result.first.empty() ? nullptr : std::get_if<std::int64_t>(&result.first.front());
+    if (count != nullptr) RequireOne(*count);
+  }
+
+  static void RequireOne(std::int64_t rows) {
+    if (rows == 1) return;
+    throw Error(errorNumber::changeConflict, "Tessel",
+                rows == 0 ? "The record was changed or deleted by somebody else since it was read. "
+                            "Nothing was changed."
+                          : "The record matches several rows; nothing was changed.");
+  }
+
+  // --- reading back ------------------------------------------------------------------------------
+
+  /// The values of the key after an update; nothing without a key.
+  [[nodiscard]] std::optional<std::vector<Value>> ChangedKey() const {
+    if (change_.key.empty()) return std::nullopt;
+    std::vector<Value> key;
+    for (const std::size_t field : change_.key)
+      key.push_back(change_.changes[field] ? *change_.changes[field] : *change_.originals[field]);
+    return key;
+  }
+
+  /// After an insert: the values given, and the number generated for the one that was not.
+  [[nodiscard]] std::optional<std::vector<Value>> InsertedKey() {
+    if (change_.key.empty()) return std::nullopt;
+    std::vector<Value> key;
+    bool generated = false;
+    for (const std::size_t field : change_.key) {
+      const std::optional<Value>& given = change_.changes[field];
+      if (given && !IsNull(ToView(*given))) {
+        key.push_back(*given);
+        continue;
+      }
+      if (generated || !IsNumericType(change_.fields[field].type)) return std::nullopt;
+      std::optional<Value> number = GeneratedNumber(field);
+      if (!number) return std::nullopt;
+      key.push_back(std::move(*number));
+      generated = true;
+    }
+    return key;
+  }
+
+  std::optional<Value> GeneratedNumber(std::size_t field) {
+    if (dialect_.lastKey.empty()) return std::nullopt;
+    RowStatement query;
+    query.sql = dialect_.lastKey;
+    query.columns = {&change_.fields[field]};
+    StatementResult result = Run(query);
+    if (result.first.empty()) return std::nullopt;
+    return std::move(result.first.front());
+  }
+
+  /// The row may be one that the user is not shown, such as one outside of a view's condition.
+  FieldValues ReadBack(const std::optional<std::vector<Value>>& key) {
+    if (!key || sql_.ReadBack().empty()) return change_.changes;
+    return Merged(Run(sql_.Select(*key)).first);
+  }
+
+  /// What was written, and over it what was read back.
+  [[nodiscard]] FieldValues Merged(std::vector<Value> row) const {
+    FieldValues values = change_.changes;
+    for (std::size_t i = 0; i < std::min(row.size(), sql_.ReadBack().size()); ++i)
+      values[sql_.ReadBack()[i]] = std::move(row[i]);
+    return values;
+  }
+
+  ProviderSession& session_;
+  const WriteDialect& dialect_;
+  const RowChange& change_;
+  Operation& operation_;
+  RowSql sql_;
+};
+
+}  // namespace
+
+/// What cannot be undone is not stopped half way: it would be called cancelled, and be there.
+FieldValues WriteRow(ProviderSession& session, const RowChange& change, Operation& operation) {
+  const WriteDialect* dialect = session.Writing();
+  if (dialect == nullptr)
+    throw Error(errorNumber::notSupported, "Tessel", "This provider cannot change records.");
+  RowTransaction transaction(session, *dialect);
+  if (const auto reason = WhyOtherCatalog(change.catalog, session.CurrentCatalog()))
+    throw Error(*reason);
+  Operation unstopped;
+  Operation& stoppable = dialect->needsKey ? unstopped : operation;
+  FieldValues written = ChangeWriter(session, *dialect, change, stoppable).Write();
+  stoppable.ThrowIfStopped();
+  transaction.Keep(operation);
+  return written;
+}
+
+void WriteTask::Run(ProviderSession& session) {
+  written_ = WriteRow(session, change_, *this);
+  Settle();
+}
+
+}  // namespace tessel

@@ -1,0 +1,60 @@
+#include "desktop/FormRegistry.h"
+
+#include <QDialog>
+#include <QMainWindow>
+
+#include "ui_dlgAbout.h"
+#include "ui_dlgAsync.h"
+#include "ui_dlgCnAccess.h"
+#include "ui_dlgCnGeneric.h"
+#include "ui_dlgCnODBC.h"
+#include "ui_dlgCnSQLSrv.h"
+#include "ui_dlgConnect.h"
+#include "ui_dlgDataLink.h"
+#include "ui_dlgText.h"
+#include "ui_frmMDI.h"
+#include "ui_frmMain.h"
+#include "ui_frmRecords.h"
+#include "ui_frmText.h"
+
+namespace tessel {
+
+namespace {
+
+template <class Root, class Form>
+std::unique_ptr<QWidget> Make() {
+  auto root = std::make_unique<Root>();
+  Form().setupUi(root.get());
+  return root;
+}
+
+struct Entry {
+  std::string_view name;
+  std::unique_ptr<QWidget> (*make)();
+};
+
+constexpr Entry forms[] = {
+    {"frmMDI", &Make<QMainWindow, Ui::frmMDI>},
+    {"frmMain", &Make<QWidget, Ui::frmMain>},
+    {"frmRecords", &Make<QWidget, Ui::frmRecords>},
+    {"frmText", &Make<QDialog, Ui::frmText>},
+    {"dlgAbout", &Make<QDialog, Ui::dlgAbout>},
+    {"dlgAsync", &Make<QDialog, Ui::dlgAsync>},
+    {"dlgCnAccess", &Make<QDialog, Ui::dlgCnAccess>},
+    {"dlgCnGeneric", &Make<QDialog, Ui::dlgCnGeneric>},
+    {"dlgCnODBC", &Make<QDialog, Ui::dlgCnODBC>},
+    {"dlgCnSQLSrv", &Make<QDialog, Ui::dlgCnSQLSrv>},
+    {"dlgConnect", &Make<QDialog, Ui::dlgConnect>},
+    {"dlgDataLink", &Make<QDialog, Ui::dlgDataLink>},
+    {"dlgText", &Make<QDialog, Ui::dlgText>},
+};
+
+}  // namespace
+
+std::unique_ptr<QWidget> MakeForm(std::string_view name) {
+  for (const Entry& form : forms)
+    if (form.name == name) return form.make();
+  return nullptr;
+}
+
+}  // namespace tessel

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+#include "contract/base/Color.h"
+
+namespace tessel {
+
+/// What a colour looks like in the given palette; a system colour is one of the palette's roles, so
+/// it follows light and dark.
+[[nodiscard]] QColor ToQColor(Color color, const QPalette& palette);
+/// The plain colour, without transparency.
+[[nodiscard]] Color FromQColor(const QColor& color);
+
+/// The text colour of a control with these two. Where only the ground is one of the user's own, the
+/// text is black or white, whichever can be read on it; a text of his own on the system's ground is
+/// kept where it can be read. Two of his own, or of the system, stay as they are.
+[[nodiscard]] QColor TextColor(Color text, Color ground, const QPalette& palette);
+
+/// Whether light text is needed on this ground.
+[[nodiscard]] bool IsDark(const QColor& ground);
+
+}  // namespace tessel

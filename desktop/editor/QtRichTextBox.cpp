@@ -1,0 +1,49 @@
+#include "desktop/editor/QtRichTextBox.h"
+
+#include "desktop/base/Colors.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr int caretWidth = 1;
+
+}  // namespace
+
+QtRichTextBox::QtRichTextBox(SqlEditor& widget, const ControlSite& site) : ControlOf(widget, site) {
+  Face().applyColors = [this] { ShowColors(); };
+  QObject::connect(&widget, &SqlEditor::edited, &Face(), [this] { Raise(Change); });
+}
+
+std::size_t QtRichTextBox::SelLength() const { return TheWidget().SelectionEnd() - SelStart(); }
+
+void QtRichTextBox::SetRightMargin(int twips) {
+  rightMargin_ = twips;
+  TheWidget().setWrapMode(twips == 0 ? QsciScintilla::WrapWord : QsciScintilla::WrapNone);
+}
+
+Rect QtRichTextBox::CaretBounds() const {
+  const SqlEditor& editor = TheWidget();
+  const long caret = editor.SendScintilla(QsciScintillaBase::SCI_GETCURRENTPOS);
+  const long line = editor.SendScintilla(QsciScintillaBase::SCI_LINEFROMPOSITION, caret);
+  const auto at = [&](unsigned int message) {
+    return static_cast<int>(editor.SendScintilla(message, 0UL, caret));
+  };
+  const QPoint place(at(QsciScintillaBase::SCI_POINTXFROMPOSITION),
+                     at(QsciScintillaBase::SCI_POINTYFROMPOSITION));
+  const int height =
+      static_cast<int>(editor.SendScintilla(QsciScintillaBase::SCI_TEXTHEIGHT, line));
+  const QPoint inside = editor.viewport()->mapTo(&editor, place);
+  return Face().TheScale().Twips(QRect(inside, QSize(caretWidth, height)));
+}
+
+void QtRichTextBox::ShowColors() {
+  const QPalette palette = TheWidget().palette();
+  const bool ownGround = BackColor() != color::windowBackground;
+  const bool ownText = ForeColor() != color::windowText;
+  TheWidget().SetColors(ownGround ? ToQColor(BackColor(), palette) : QColor(),
+                        ownGround || ownText ? TextColor(ForeColor(), BackColor(), palette)
+                                             : QColor());
+}
+
+}  // namespace tessel

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "contract/desktop/DataGrid.h"
+#include "desktop/controls/ControlOf.h"
+#include "desktop/grid/CellEditor.h"
+#include "desktop/grid/RecordGrid.h"
+
+namespace tessel {
+
+class QtDataGrid final : public ControlOf<DataGrid, RecordGrid>, private GridUser {
+ public:
+  QtDataGrid(RecordGrid& widget, const ControlSite& site);
+  ~QtDataGrid() override;
+
+  [[nodiscard]] std::shared_ptr<Recordset> DataSource() const override { return Model().Source(); }
+  void SetDataSource(std::shared_ptr<Recordset> recordset) override;
+  [[nodiscard]] int ColumnCount() const override { return Model().ColumnCount(); }
+
+  void SetColumnFormat(int column, DataFormat* format) override;
+  void SetColumnLocked(int column, bool locked) override {
+    Model().ColumnAt(column).locked = locked;
+  }
+  void SetColumnButton(int column, bool button) override {
+    Model().ColumnAt(column).button = button;
+  }
+  [[nodiscard]] bool ColumnLocked(int column) const override {
+    return Model().ColumnAt(column).locked;
+  }
+  [[nodiscard]] bool ColumnButton(int column) const override {
+    return Model().ColumnAt(column).button;
+  }
+  [[nodiscard]] DataFormat* ColumnFormat(int column) const override {
+    return Model().ColumnAt(column).format;
+  }
+
+  [[nodiscard]] bool AllowUpdate() const override { return allowUpdate_; }
+  void SetAllowUpdate(bool allow) override { allowUpdate_ = allow; }
+  [[nodiscard]] bool AllowDelete() const override { return allowDelete_; }
+  void SetAllowDelete(bool allow) override { allowDelete_ = allow; }
+  [[nodiscard]] bool AllowAddNew() const override { return allowAddNew_; }
+  void SetAllowAddNew(bool allow) override;
+
+  [[nodiscard]] std::vector<Bookmark> SelBookmarks() const override;
+  void SetSelBookmarks(const std::vector<Bookmark>& bookmarks) override;
+  [[nodiscard]] int SelStartCol() const override { return TheWidget().Selection().FirstColumn(); }
+  [[nodiscard]] int SelEndCol() const override { return TheWidget().Selection().LastColumn(); }
+  void SetSelColumns(int first, int last) override;
+  [[nodiscard]] int CurrentColumn() const override { return column_; }
+  void SetCurrentColumn(int column) override;
+  [[nodiscard]] bool OnNewRow() const override { return TheWidget().OnNewRow(); }
+  [[nodiscard]] std::string ShownText(std::int64_t position, int column) const override;
+  [[nodiscard]] Rect CellBounds() const override;
+  void Copy() override { TheWidget().Copy(); }
+  [[nodiscard]] bool EditActive() const override { return TheWidget().Editor().IsOpen(); }
+  void Refresh() override;
+
+ protected:
+  [[nodiscard]] std::int64_t CellPosition() const override;
+  [[nodiscard]] std::string EditorText() const override;
+  [[nodiscard]] bool EditorChanged() const override { return TheWidget().Editor().Changed(); }
+  void OpenEditor(const std::string& text, bool select) override;
+  void CloseEditor() override { TheWidget().Editor().Close(); }
+  void SelectCellAlone() override;
+
+ private:
+  // GridUser
+  [[nodiscard]] bool MayEdit() const override { return CanEditCell(); }
+  [[nodiscard]] bool Begins() override { return UserBegins(); }
+  [[nodiscard]] bool MayEmpty() const override { return CanEmptyCell(); }
+  [[nodiscard]] bool Leaves(bool row) override { return UserLeaves(row); }
+  bool TurnsOver() override { return UserTurnsOver(); }
+  void OpensCell() override { EditCell(); }
+  void Typed() override;
+
+  [[nodiscard]] RecordsModel& Model() const { return TheWidget().Model(); }
+  void ShowColors();
+  void CellMoved();
+
+  bool allowUpdate_ = false;
+  bool allowDelete_ = false;
+  bool allowAddNew_ = false;
+  int column_ = -1;
+};
+
+}  // namespace tessel

@@ -1,0 +1,144 @@
+#pragma once
+
+#include <QTableView>
+#include <QTimer>
+#include <exception>
+#include <functional>
+#include <memory>
+
+#include "desktop/grid/GridCopy.h"
+#include "desktop/grid/GridSelection.h"
+#include "desktop/grid/RecordsModel.h"
+
+namespace tessel {
+
+class CellEditor;
+class GridHeader;
+
+/// Who decides about the editing when the user works in the table.
+class GridUser {
+ public:
+  [[nodiscard]] virtual bool MayEdit() const = 0;
+  /// The user is about to edit the current cell. False: it cannot be, and he was shown why if he
+  /// may.
+  [[nodiscard]] virtual bool Begins() = 0;
+  /// Whether one key may empty the current cell.
+  [[nodiscard]] virtual bool MayEmpty() const = 0;
+  /// The user is about to leave the cell, and the row too when `row`. False: stays.
+  [[nodiscard]] virtual bool Leaves(bool row) = 0;
+  /// The space bar; false when it means nothing special to the cell.
+  virtual bool TurnsOver() = 0;
+  virtual void OpensCell() = 0;
+  virtual void Typed() = 0;
+
+ protected:
+  ~GridUser() = default;
+};
+
+/// The table widget of a data grid. Its current cell's row is the recordset's current record.
+class RecordGrid : public QTableView {
+  Q_OBJECT
+
+ public:
+  explicit RecordGrid(QWidget* parent = nullptr);
+
+  [[nodiscard]] RecordsModel& Model() const { return *model_; }
+  [[nodiscard]] GridSelection& Selection() { return selection_; }
+  /// Binds to an open recordset and goes to its first row and column; null empties the grid.
+  /// Nothing is emitted.
+  void Bind(const std::shared_ptr<Recordset>& source);
+  /// Where a failure inside a Qt event goes (a record that cannot be moved to, too much to copy).
+  std::function<void(std::exception_ptr)> failed;
+  /// Without one no cell is edited. It lives as long as the widget is used.
+  void SetUser(GridUser* user) { user_ = user; }
+
+  [[nodiscard]] bool ShowsSelected(int row, int column);
+  [[nodiscard]] bool RowSelected(int row);
+  /// Makes a cell the current one unless the user has to stay; `extend` selects the cells from
+  /// where the selection began up to it.
+  void GoTo(int row, int column, bool extend);
+  [[nodiscard]] bool OnNewRow() const;
+  /// Whether something was typed into the current row, or changed in its record, and is not
+  /// written.
+  [[nodiscard]] bool RowIsBeingChanged() const;
+  /// Where the current cell stands in this widget; empty when there is none.
+  [[nodiscard]] QRect CurrentCell() const;
+
+  [[nodiscard]] CellEditor& Editor() const { return *editor_; }
+  void OpenEditor(const QString& text, bool select);
+  /// A key in the editor that goes to another cell.
+  void MoveFromEditor(QKeyEvent& event);
+  /// False when the focus is to leave the grid.
+  bool TabFromEditor(bool next);
+  /// Takes in the rows as they are now and goes to the current record.
+  void Refresh();
+  void SetAllowsNew(bool allows);
+  /// Makes the cell of a column current in the present row, silently.
+  void SetCurrentColumnQuietly(int column);
+  void Copy();
+  /// Shows a change of the selection that was made on Selection().
+  void ShowSelection();
+
+  /// Takes in the current record of the recordset, when the program has moved it.
+  void FollowRecord();
+
+  void selectAll() override;
+
+ signals:
+  void currentCellMoved();
+  void buttonPressed(int column);
+
+ protected:
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
+  [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+  void focusInEvent(QFocusEvent* event) override;
+  void scrollContentsBy(int dx, int dy) override;
+  void updateGeometries() override;
+  void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void SetUpHeaders();
+  void SizeRows();
+  void SizeColumns();
+  [[nodiscard]] int WidthOf(int column, int sampleRows) const;
+  [[nodiscard]] QModelIndex TargetOf(const QKeyEvent& event) const;
+  [[nodiscard]] QModelIndex NextCell(int step) const;
+  [[nodiscard]] int RowsOnPage() const;
+  [[nodiscard]] QModelIndex NearestCell(const QPoint& place) const;
+  [[nodiscard]] bool OnButton(const QModelIndex& index, const QPoint& place) const;
+  [[nodiscard]] bool MayGoTo(int row, int column);
+  bool StartTyping(const QKeyEvent& event);
+  void TypeIntoCell(const QString& text);
+  void PlaceEditor();
+  void ForgetGoneRows();
+  [[nodiscard]] int RowOfRecord();
+  void PressRow(int row);
+  /// Makes a record's cell current and selects rows as a press on the row's header does.
+  void SelectRow(int row, int column, bool add, bool extend);
+  bool SelectRowByKey(const QKeyEvent& event);
+  void PressColumn(int column);
+  void DragTo(const QPoint& place);
+  void MoveRecord(int row);
+  [[nodiscard]] CellsToCopy SelectedCells() const;
+
+  RecordsModel* model_;
+  GridHeader* rowHeader_;
+  CellEditor* editor_;
+  GridUser* user_ = nullptr;
+  GridSelection selection_;
+  QTimer dragTimer_;  ///< Scrolls on while the pointer is dragged beyond the edge.
+  QPoint dragPlace_;
+  bool dragging_ = false;
+  bool buttonDown_ = false;
+  int quiet_ = 0;  ///< More than 0 while the current cell is set without moving the record.
+};
+
+}  // namespace tessel

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QAbstractItemModel>
+#include <QIcon>
+#include <array>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "contract/desktop/TreeView.h"
+#include "desktop/tree/KeyedNodes.h"
+
+namespace tessel {
+
+/// The nodes of a tree view, found by their keys. Adding and finding a node takes no longer in a
+/// large tree.
+class KeyedTreeModel final : public QAbstractItemModel {
+ public:
+  explicit KeyedTreeModel(QObject* parent);
+
+  /// Adds those whose key is free as the last children; an empty parent key is the root. Returns
+  /// how many.
+  int Append(std::string_view parentKey, const std::vector<TreeNode>& nodes);
+  void Remove(std::string_view key);
+  [[nodiscard]] bool Exists(std::string_view key) const { return nodes_.Find(key) != nullptr; }
+  [[nodiscard]] std::string Text(std::string_view key) const;
+  void SetText(std::string_view key, std::string_view text);
+  [[nodiscard]] std::string Parent(std::string_view key) const;
+  [[nodiscard]] std::vector<std::string> Children(std::string_view key) const;
+  [[nodiscard]] std::vector<std::string> ChildTexts(std::string_view key) const;
+  [[nodiscard]] bool Checked(std::string_view key) const;
+  void SetChecked(std::string_view key, bool checked);
+
+  /// Raises Error(itemNotFound) for a key that is not there; the empty key is the (invalid) index
+  /// of the root.
+  [[nodiscard]] QModelIndex IndexOf(std::string_view key) const;
+  [[nodiscard]] std::string KeyOf(const QModelIndex& index) const;  ///< Empty for the root.
+
+  /// Called with the key when the user has changed a check.
+  std::function<void(const std::string&)> checkChanged;
+
+  [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex& parent) const override;
+  [[nodiscard]] QModelIndex parent(const QModelIndex& index) const override;
+  [[nodiscard]] int rowCount(const QModelIndex& parent) const override;
+  [[nodiscard]] int columnCount(const QModelIndex& parent) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+ private:
+  [[nodiscard]] KeyedNode& At(std::string_view key) const;
+  [[nodiscard]] KeyedNode& NodeOf(const QModelIndex& index) const;
+  [[nodiscard]] QModelIndex IndexOf(KeyedNode& node) const;
+
+  mutable KeyedNodes nodes_;  ///< The model interface hands out nodes from constant functions.
+  std::array<QIcon, 4> icons_;
+};
+
+}  // namespace tessel

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QHash>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <optional>
+
+#include "contract/desktop/Window.h"
+
+namespace tessel {
+
+/// Tiles the windows of an area that are shown and not minimised: horizontally as rows one below
+/// another, vertically as columns side by side. Minimised ones stay, and room is left for them at
+/// the bottom. Once tiled they follow the area's size, until one stands elsewhere than it was put.
+class Tiles final : public QObject {
+ public:
+  /// The area outlives it.
+  explicit Tiles(QMdiArea& area);
+
+  void Arrange(Tiling tiling);
+  /// Whether the windows are to be tiled again when one more is shown or one goes.
+  [[nodiscard]] bool Keeps() const { return tiling_.has_value() && Stand(); }
+  /// Tiles again as last tiled.
+  void Renew() { Arrange(*tiling_); }
+  /// From now on the window is tiled with the others.
+  void Add(QMdiSubWindow& window);
+  void Remove(QMdiSubWindow& window);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  [[nodiscard]] bool Stand() const;
+  void Follow();
+
+  QMdiArea& area_;
+  std::optional<Tiling> tiling_;               ///< None before the first time.
+  QSize room_;                                 ///< Of the area when it was tiled last.
+  QHash<const QMdiSubWindow*, QRect> places_;  ///< Where they were put then.
+  bool placing_ = false;
+};
+
+}  // namespace tessel

@@ -1,0 +1,93 @@
+#include "logic/app/Sidebar.h"
+
+#include <algorithm>
+
+namespace tessel {
+
+namespace {
+
+constexpr int closeButtonFromRight = 315;
+constexpr int frameNarrower = 300;
+constexpr int valueColumnNarrower = 1020;
+constexpr int nameColumnWidth = 960;  ///< A little less: the list has a border.
+constexpr int usableHeightLess = 480;
+constexpr int framesTop = 360;
+constexpr int frameLeft = 120;
+constexpr int headingHeight = 330;
+constexpr int splitterZone = 90;
+constexpr int minimumWidth = 1800;
+constexpr int roomForDocuments = 3000;
+
+void Place(Control& control, int left, int top, int width, int height) {
+  control.SetBounds({left, top, std::max(width, 0), std::max(height, 0)});
+}
+
+}  // namespace
+
+Sidebar::Sidebar(Window& frame)
+    : frame_(frame),
+      box_(frame.Find<PictureBox>("box")),
+      cmdCloseBox_(frame.Find<Button>("cmdCloseBox")),
+      fraBrowser_(frame.Find<PictureBox>("fraBrowser")),
+      trvBrowser_(frame.Find<TreeView>("trvBrowser")),
+      fraTags_(frame.Find<PictureBox>("fraTags")),
+      lsvTags_(frame.Find<ListView>("lsvTags")),
+      cmdAddTag_(frame.Find<Button>("cmdAddTag")),
+      cmdRemoveTag_(frame.Find<Button>("cmdRemoveTag")) {
+  cmdCloseBox_.Click = [this] { Show(false); };
+  box_.Resize = [this] { box_Resize(); };
+  box_.MouseMove = [this](const MouseEvent& event) { box_MouseMove(event); };
+  box_.MouseDown = [this](const MouseEvent& event) {
+    dragging_ = event.button == MouseButton::Left && IsAtEdge(event);
+  };
+  box_Resize();
+}
+
+void Sidebar::box_Resize() {
+  const Rect box = box_.Bounds();
+  Rect close = cmdCloseBox_.Bounds();
+  close.left = box.width - closeButtonFromRight;
+  cmdCloseBox_.SetBounds(close);
+  const int width = box.width - frameNarrower;
+  const int usable = std::max(box.height - usableHeightLess, 0);
+  const int tagsHeight = usable * 30 / 100;
+  PlaceTags(width, framesTop, tagsHeight);
+  PlaceBrowser(width, framesTop + tagsHeight, usable - tagsHeight);
+  if (onPlaced) onPlaced();
+}
+
+void Sidebar::PlaceTags(int width, int top, int height) {
+  Place(fraTags_, frameLeft, top, width, height);
+  Rect button = cmdRemoveTag_.Bounds();
+  button.left = width - button.width;
+  cmdRemoveTag_.SetBounds(button);
+  const int left = button.left - cmdAddTag_.Bounds().width;
+  button = cmdAddTag_.Bounds();
+  button.left = left;
+  cmdAddTag_.SetBounds(button);
+  Place(lsvTags_, 0, headingHeight, width, height - headingHeight);
+  lsvTags_.SetColumnWidth(0, nameColumnWidth);
+  lsvTags_.SetColumnWidth(1, width - valueColumnNarrower);
+}
+
+void Sidebar::PlaceBrowser(int width, int top, int height) {
+  Place(fraBrowser_, frameLeft, top, width, height);
+  Place(trvBrowser_, 0, headingHeight, width, height - headingHeight);
+}
+
+bool Sidebar::IsAtEdge(const MouseEvent& event) const {
+  return event.x >= box_.Bounds().width - splitterZone;
+}
+
+/// Over the right edge the pointer shows that it can be moved; dragging it moves it.
+void Sidebar::box_MouseMove(const MouseEvent& event) {
+  const bool isSplitter = dragging_ || IsAtEdge(event);
+  box_.SetMousePointer(isSplitter ? MousePointer::SizeWestEast : MousePointer::Default);
+  dragging_ = dragging_ && event.button == MouseButton::Left;
+  if (!dragging_) return;
+  const Rect box = box_.Bounds();
+  const int most = std::max(frame_.ScaleWidth() - roomForDocuments, minimumWidth);
+  box_.SetBounds({box.left, box.top, std::clamp(event.x, minimumWidth, most), box.height});
+}
+
+}  // namespace tessel

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <functional>
+
+#include "contract/desktop/Button.h"
+#include "contract/desktop/Label.h"
+#include "contract/desktop/ListView.h"
+#include "contract/desktop/TreeView.h"
+#include "contract/desktop/Window.h"
+
+namespace tessel {
+
+/// The sidebar of the frame: where its panels stand, its close button, and its right edge as a
+/// splitter.
+class Sidebar {
+ public:
+  explicit Sidebar(Window& frame);
+
+  [[nodiscard]] bool Shown() const { return box_.Visible(); }
+  void Show(bool shown) { box_.SetVisible(shown); }
+  void Toggle() { Show(!Shown()); }
+
+  /// Called when the panels have been placed anew.
+  std::function<void()> onPlaced;
+
+ private:
+  void box_Resize();
+  void PlaceTags(int width, int top, int height);
+  void PlaceBrowser(int width, int top, int height);
+  [[nodiscard]] bool IsAtEdge(const MouseEvent& event) const;
+  void box_MouseMove(const MouseEvent& event);
+
+  Window& frame_;
+  PictureBox& box_;
+  Button& cmdCloseBox_;
+  PictureBox& fraBrowser_;
+  TreeView& trvBrowser_;
+  PictureBox& fraTags_;
+  ListView& lsvTags_;
+  Button& cmdAddTag_;
+  Button& cmdRemoveTag_;
+  bool dragging_ = false;  ///< The left button went down on the edge.
+};
+
+}  // namespace tessel

@@ -1,0 +1,284 @@
+#include "logic/app/frmMDI.h"
+
+#include <algorithm>
+
+#include "contract/base/Error.h"
+#include "logic/app/WindowMenu.h"
+#include "logic/app/dlgAbout.h"
+#include "logic/text/frmText.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr const char* newLine = "\r\n";
+
+/// Spaces cut from both ends, then any white space from the front.
+std::string TrimSelection(std::string text) {
+  text.erase(text.find_last_not_of(' ') + 1);
+  text.erase(0, std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+  return text;
+}
+
+}  // namespace
+
+frmMDI::frmMDI(const Global& global, Vocabulary& vocabulary, TagStore& tags)
+    : global_(global),
+      vocabulary_(vocabulary),
+      help_(global),
+      window_(global.TheDesktop().MakeWindow("frmMDI")),
+      sidebar_(*window_),
+      async_(global.TheDesktop(), *window_),
+      main_(std::make_unique<frmMain>(global, static_cast<QueryHost&>(*this), vocabulary)),
+      browser_({global, *window_, async_, vocabulary, *main_, *this}),
+      tagsPanel_({global, *window_, tags, *main_, *this}) {
+  sidebar_.onPlaced = [this] { tagsPanel_.FollowResize(); };
+  WireMenus();
+  window_->Unloaded = [this] { MDIForm_Unload(); };
+  global.TheDesktop().SessionEnds = [this] {
+    main_->EndSession();
+    async_.Cancel();
+  };
+}
+
+frmMDI::~frmMDI() { global_.TheDesktop().SessionEnds = nullptr; }
+
+void frmMDI::Show() {
+  window_->Show();
+  MDIForm_Load();
+}
+
+void frmMDI::MDIForm_Load() {
+  main_->TheWindow().Show();
+  Arrange(tiling_);
+  main_->FocusText();
+  mnuDBConnect_Click();
+}
+
+void frmMDI::MDIForm_Unload() { async_.Unload(); }
+
+// --- menus
+// --------------------------------------------------------------------------------------------------------
+
+void frmMDI::WireMenus() {
+  WireFileMenu();
+  window_->Menu("mnuDBExecute").Click = [this] { DoSQL(false); };
+  window_->Menu("mnuDBPreview").Click = [this] { DoSQL(true); };
+  window_->Menu("mnuDBConnect").Click = [this] { mnuDBConnect_Click(); };
+  window_->Menu("menuEdit").Click = [this] {
+    window_->Menu("mnuEditWordWrap").SetChecked(main_->WordWrapBox().Value());
+  };
+  window_->Menu("mnuEditWordWrap").Click = [this] { mnuEditWordWrap_Click(); };
+  window_->Menu("mnuEditVocab").Click = [this] { mnuEditVocab_Click(); };
+  WireWindowMenu();
+}
+
+void frmMDI::WireFileMenu() {
+  window_->Menu("mnuFileNew").Click = [this] { main_->cmdNew_Click(); };
+  window_->Menu("mnuFileOpen").Click = [this] { main_->cmdOpen_Click(); };
+  window_->Menu("mnuFileSave").Click = [this] { main_->cmdSave_Click(); };
+  window_->Menu("mnuFileSaveAs").Click = [this] { main_->cmdSaveAs_Click(); };
+  window_->Menu("mnuFileExit").Click = [this] { window_->Unload(); };
+}
+
+void frmMDI::WireWindowMenu() {
+  window_->Menu("menuWindow").Click = [this] {
+    window_->Menu("mnuWindowSidebar").SetChecked(sidebar_.Shown());
+    ListWindowsIn(*window_);
+  };
+  window_->Menu("mnuNewInstance").Click = [this] { mnuNewInstance_Click(); };
+  window_->Menu("mnuWindowSidebar").Click = [this] { mnuWindowSidebar_Click(); };
+  window_->Menu("mnuWindowTileHoriz").Click = [this] { mnuWindowTileHoriz_Click(); };
+  window_->Menu("mnuWindowTileVert").Click = [this] { mnuWindowTileVert_Click(); };
+  window_->Menu("mnuHelpContents").Click = [this] { mnuHelpContents_Click(); };
+  window_->Menu("mnuHelpIndex").Click = [this] { mnuHelpIndex_Click(); };
+  window_->Menu("mnuHelpShortcuts").Click = [this] { mnuHelpShortcuts_Click(); };
+  window_->Menu("mnuHelpAbout").Click = [this] { mnuHelpAbout_Click(); };
+}
+
+void frmMDI::mnuEditWordWrap_Click() {
+  main_->WordWrapBox().SetValue(!main_->WordWrapBox().Value());
+}
+
+void frmMDI::mnuEditVocab_Click() {
+  std::string text;
+  WordListToText(text, vocabulary_.GlobalWords());
+  if (!ShowText(global_, *this, text, {0, "", 4800, 6300, true, false, "Vocabulary"})) return;
+  WordList words;
+  ParseWordList(words, text);
+  vocabulary_.GlobalWords() = std::move(words);
+  vocabulary_.WriteWordListFile(vocabulary_.FilePath(), vocabulary_.GlobalWords(), false);
+}
+
+void frmMDI::mnuHelpShortcuts_Click() {
+  std::string text = LoadShortcutText();
+  ShowText(global_, *this, text, {});
+}
+
+void frmMDI::mnuHelpAbout_Click() { ShowAbout(global_, *window_); }
+
+void frmMDI::mnuNewInstance_Click() {
+  const std::string path = global_.Executable();
+  try {
+    global_.TheDesktop().StartProcess(path);
+  } catch (const Error& error) {
+    help_.Show("Error executing " + path + ": " + error.Description() + newLine +
+                   "Please try starting another instance of Tessel yourself.",
+               MessageIcon::Critical);
+  }
+}
+
+// --- running SQL
+// --------------------------------------------------------------------------------------------------
+
+void frmMDI::DoSQL(bool preview) {
+  const std::string sql = TrimSelection(main_->SelectedText());
+  if (sql.empty()) {
+    help_.HelpMsgBoxNotice("Please select the SQL to be executed.", MessageButtons::Ok,
+                           MessageIcon::Exclamation);
+    return FocusQueryWindow();
+  }
+  const std::vector<frmRecords*> windows = RecordsWindows();
+  std::size_t remaining = windows.size();
+  for (frmRecords* window : windows) {
+    --remaining;
+    const bool succeeded = window->DoQueryTags(sql, preview, newQuery);
+    ShowResults();
+    if (!succeeded && remaining != 0 && !AskToContinue(*window)) break;
+  }
+  FocusQueryWindow();
+}
+
+/// A window that fills the frame hides what the others have to show.
+void frmMDI::ShowResults() {
+  if (std::ranges::any_of(DocumentWindows(), &Window::Maximized)) Arrange(tiling_);
+}
+
+bool frmMDI::AskToContinue(frmRecords& failed) {
+  const std::string text = std::string("The query did not complete successfully on:-") + newLine +
+                           "    " + failed.TheWindow().Caption() + newLine + newLine +
+                           "Continue executing on the remaining connections?";
+  return help_.HelpMsgBoxQuestion(text, MessageButtons::OkCancel, MessageIcon::Exclamation) ==
+         MessageResult::Ok;
+}
+
+std::vector<frmRecords*> frmMDI::RecordsWindows() const {
+  std::vector<frmRecords*> windows;
+  for (const auto& window : records_)
+    if (window->TheWindow().Loaded()) windows.push_back(window.get());
+  return windows;
+}
+
+// --- connecting
+// ---------------------------------------------------------------------------------------------------
+
+void frmMDI::mnuDBConnect_Click() {
+  if (recordsWindowCount_ == 1 && !AskWhichInstance()) return;
+  dlgConnect(global_, *this).Go(*window_);
+}
+
+/// Going from one connection to two is a choice that the user may not expect. True to go on in this
+/// instance.
+bool frmMDI::AskWhichInstance() {
+  const std::string text =
+      std::string("Do you want to connect to another database using this instance of Tessel?") +
+      newLine + newLine +
+      "- To execute the same SQL commands on ALL connections at once - click 'Yes'." + newLine +
+      "- For a separate, independent connection using a new instance of Tessel - click 'No'." +
+      newLine +
+      "- To switch to a new connection - click 'Cancel', close the existing Database window and "
+      "then select the "
+      "'Connect...' command." +
+      newLine + newLine;
+  const MessageResult answer =
+      help_.HelpMsgBoxQuestion(text, MessageButtons::YesNoCancel, MessageIcon::Question);
+  if (answer == MessageResult::No) mnuNewInstance_Click();
+  return answer == MessageResult::Yes;
+}
+
+bool frmMDI::OpenRecordsWindow(const SavedConnection& connection, const std::string& userName,
+                               const std::string& password, bool loadSchemaFromDB) {
+  auto window = std::make_unique<frmRecords>(global_, async_, static_cast<RecordsHost&>(*this));
+  const ConnectRequest request{connection.connectionString, userName,         password,
+                               connection.caption,          loadSchemaFromDB, connection.backColor,
+                               connection.foreColor};
+  if (!window->Connect(request)) return false;
+  window->onUnloaded = [this, closed = window.get()] { ForgetRecordsWindow(closed); };
+  records_.push_back(std::move(window));
+  main_->ShowConnectionColor(connection.backColor);
+  return true;
+}
+
+/// The frame tiles windows that connect later in the same way: none hides another's failure.
+void frmMDI::Arrange(Tiling tiling) {
+  tiling_ = tiling;
+  window_->Arrange(tiling);
+}
+
+/// A window cannot be destroyed from inside its own handler: it goes from the top of the event
+/// loop.
+void frmMDI::ForgetRecordsWindow(frmRecords* closed) {
+  global_.TheDesktop().Defer([this, closed, alive = std::weak_ptr<const void>(alive_)] {
+    if (alive.expired()) return;
+    std::erase_if(records_, [closed](const auto& window) { return window.get() == closed; });
+  });
+}
+
+std::string frmMDI::TestConnection(const std::string& connectionString, const std::string& userName,
+                                   const std::string& password) {
+  const std::shared_ptr<Connection> connection = global_.Data().CreateConnection();
+  connection->SetConnectionString(connectionString);
+  try {
+    const bool connected = async_.DoConnect(connection, userName, password);
+    connection->Close();
+    return connected ? "The connection works." : "Cancelled.";
+  } catch (const Error& error) {
+    return error.Description();
+  }
+}
+
+void frmMDI::TellListNotSaved(const std::string& reason) {
+  if (!records_.empty())
+    records_.back()->AddNotice("The list of connections was not saved: " + reason + ".");
+}
+
+// --- focus and schema browser
+// -------------------------------------------------------------------------------------
+
+void frmMDI::FocusFirstRecordsWindow() { ChooseWindow(1); }
+
+void frmMDI::FocusQueryWindow() {
+  main_->TheWindow().Activate();
+  main_->FocusText();
+}
+
+std::vector<Window*> frmMDI::DocumentWindows() const {
+  std::vector<Window*> windows{&main_->TheWindow()};
+  for (frmRecords* records : RecordsWindows()) windows.push_back(&records->TheWindow());
+  return windows;
+}
+
+void frmMDI::ListWindowsIn(Window& window) {
+  ListWindows(window, DocumentWindows(), [this](std::size_t index) { ChooseWindow(index); });
+}
+
+/// The first one listed is the query window.
+void frmMDI::ChooseWindow(std::size_t index) {
+  const std::vector<frmRecords*> records = RecordsWindows();
+  if (index == 0) return FocusQueryWindow();
+  if (index > records.size()) return;
+  records[index - 1]->TheWindow().Activate();
+  records[index - 1]->FocusRecords();
+}
+
+void frmMDI::FocusBrowser() {
+  if (sidebar_.Shown()) browser_.SetFocus();
+}
+
+std::shared_ptr<Connection> frmMDI::ConnectionOf(int windowNumber) {
+  for (frmRecords* window : RecordsWindows())
+    if (window->WindowID() == windowNumber) return window->TheConnection();
+  return nullptr;
+}
+
+}  // namespace tessel

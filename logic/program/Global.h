@@ -1,0 +1,64 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "contract/base/Files.h"
+#include "contract/data/Connection.h"
+#include "contract/desktop/Desktop.h"
+
+namespace tessel {
+
+/// What `main` gives to the program. The objects outlive it.
+struct Platform {
+  Desktop& desktop;
+  DataAccess& data;
+  Files& files;
+  std::string appPath;     ///< Folder of the running executable, without a separator at its end.
+  std::string executable;  ///< Full path of the running executable.
+  std::string version;     ///< Of the program, for example "1.0.0".
+  /// Name of the registered class number `index` (from 0), or nothing behind the last one. May be
+  /// empty: no registry.
+  std::function<std::optional<std::string>(int index)> registeredClass;
+};
+
+/// Raises Error(application) from "Tessel": the way in which modules report a failure to their
+/// callers.
+[[noreturn]] void RaiseAppError(std::string description);
+
+/// What is process-wide: the platform, the places of the program's files, the provider for Access
+/// files. One object, passed down.
+class Global {
+ public:
+  explicit Global(Platform platform);
+
+  [[nodiscard]] Desktop& TheDesktop() const { return platform_.desktop; }
+  [[nodiscard]] DataAccess& Data() const { return platform_.data; }
+  [[nodiscard]] Files& TheFiles() const { return platform_.files; }
+  [[nodiscard]] const std::string& Executable() const { return platform_.executable; }
+  [[nodiscard]] const std::string& Version() const { return platform_.version; }
+
+  /// Full path of a file that lies beside the executable.
+  [[nodiscard]] std::string BesideExecutable(std::string_view name) const;
+  [[nodiscard]] const std::string& SettingsFilePath() const { return settingsFilePath_; }
+  [[nodiscard]] const std::string& LegacySettingsFilePath() const {
+    return legacySettingsFilePath_;
+  }
+  [[nodiscard]] const std::string& HelpFile() const { return helpFile_; }
+  [[nodiscard]] const std::string& JetProviderName() const { return jetProviderName_; }
+
+  /// Picks the highest Jet provider version among the registered classes; never fails.
+  void DetectJetProvider();
+  void SetHelpFile();
+
+ private:
+  Platform platform_;
+  std::string settingsFilePath_;
+  std::string legacySettingsFilePath_;
+  std::string helpFile_;
+  std::string jetProviderName_;
+};
+
+}  // namespace tessel

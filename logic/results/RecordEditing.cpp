@@ -1,0 +1,284 @@
+#include "logic/results/RecordEditing.h"
+
+#include "logic/text/frmText.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr int cellTextContext = 8602;
+constexpr int warningContext = 1304;
+constexpr int cellTextWidth = 9600;
+constexpr int cellTextHeight = 6300;
+constexpr const char* cellTextFilter =
+    "Common Files|*.txt;*.xml;*.html;*.htm|HTML Files (*.html,*.htm)|*.html;*.htm|"
+    "XML Files (*.xml)|*.xml";
+
+constexpr const char* saveQuestion = "Save the change to this record?";
+constexpr const char* uniqueRowsWarning =
+    "The recordset properties indicate that the field values of a record may or may not identify "
+    "it uniquely. This means that when trying to update or delete an existing record, there is no "
+    "guarantee that the information being used to locate it will specify only that record. If "
+    "multiple records match the criteria, they will all be affected - incorrectly.\r\n\r\n"
+    "To be able to correctly identify records uniquely, a primary key should be defined. Depending "
+    "on the provider, you may also need to select all fields that constitute the primary key.";
+
+}  // namespace
+
+RecordEditing::RecordEditing(const Global& global, dlgAsync& async, RecordsHost& host,
+                             Window& window, std::function<void()> focusRecords)
+    : global_(global),
+      async_(async),
+      host_(host),
+      help_(global),
+      window_(window),
+      dataGrid_(window.Find<DataGrid>("DataGrid")),
+      chkLock_(window.Find<CheckBox>("chkLock")),
+      cmdAccept_(window.Find<Button>("cmdAccept")),
+      cmdReject_(window.Find<Button>("cmdReject")),
+      lblWarning_(window.Find<Label>("lblWarning")),
+      focusRecords_(std::move(focusRecords)) {
+  chkLock_.Click = [this] { chkLock_Click(); };
+  cmdAccept_.Click = [this] { cmdAccept_Click(); };
+  cmdReject_.Click = [this] { cmdReject_Click(); };
+  lblWarning_.DblClick = [this] { lblWarning_DblClick(); };
+  dataGrid_.Change = [this] { ShowEditButtonsUnlessNew(); };
+  dataGrid_.RowColChange = [this] { DataGrid_RowColChange(); };
+  dataGrid_.LeaveRow = [this](bool& stay) { stay = !Write(); };
+}
+
+// --- what the user may do
+// -----------------------------------------------------------------------------------------
+
+void RecordEditing::ShowRecordset(const Recordset& recordset, bool async) {
+  const bool unlocked = recordset.Lock() != LockType::ReadOnly;
+  const bool editable = !recordset.WhyNotChangeable();
+  writesAsync_ = async;
+  lblWarning_.SetVisible(unlocked && recordset.RecordsetProperties().Number("Unique Rows", 0) == 0);
+  dataGrid_.SetAllowUpdate(editable);
+  dataGrid_.SetAllowDelete(editable);
+  dataGrid_.SetAllowAddNew(editable);
+}
+
+void RecordEditing::LockColumns(const Recordset& recordset) {
+  if (!dataGrid_.AllowUpdate()) return;
+  for (std::size_t field = 0; field < recordset.Fields().size(); ++field)
+    if (!recordset.Fields()[field].updatable)
+      dataGrid_.SetColumnLocked(static_cast<int>(field), true);
+}
+
+void RecordEditing::HideRecordset() {
+  ShowEditButtons(false);
+  lblWarning_.SetVisible(false);
+}
+
+void RecordEditing::chkLock_Click() {
+  locked_ = chkLock_.Value();
+  const std::string next = locked_ ? "editable" : "read-only";
+  chkLock_.SetToolTip("Click to make records " + next + " on subsequent queries (Ctrl+L)");
+  focusRecords_();
+}
+
+void RecordEditing::lblWarning_DblClick() {
+  help_.HelpMsgBox(uniqueRowsWarning, MessageButtons::Ok, MessageIcon::Exclamation, warningContext);
+}
+
+// --- writing and taking back
+// -----------------------------------------------------------------------------------------
+
+void RecordEditing::ShowEditButtons(bool visible) {
+  cmdAccept_.SetVisible(visible);
+  cmdReject_.SetVisible(visible);
+}
+
+void RecordEditing::ShowEditButtonsUnlessNew() {
+  if (!dataGrid_.OnNewRow()) ShowEditButtons(true);
+}
+
+void RecordEditing::DataGrid_RowColChange() {
+  if (!dataGrid_.ChangePending()) ShowEditButtons(false);
+}
+
+void RecordEditing::cmdAccept_Click() {
+  cmdAccept_.SetFocus();
+  Write();
+  focusRecords_();
+}
+
+void RecordEditing::cmdReject_Click() {
+  cmdReject_.SetFocus();
+  DropChange();
+  focusRecords_();
+}
+
+bool RecordEditing::TryTo(const std::function<void()>& action) {
+  try {
+    action();
+    return true;
+  } catch (const Error& error) {
+    help_.Show(error.Description(), MessageIcon::Exclamation);
+    return false;
+  }
+}
+
+/// False when the change is still pending: it failed, which has been shown, or was cancelled.
+bool RecordEditing::Write() {
+  const std::shared_ptr<Recordset> rows = dataGrid_.DataSource();
+  if (rows == nullptr) return true;
+  bool written = false;
+  TryTo([&] {
+    dataGrid_.EndEdit();
+    written = async_.DoUpdate(rows, writesAsync_);
+  });
+  if (dataGrid_.DataSource() != rows || !written) return false;
+  dataGrid_.Refresh();
+  ShowEditButtons(false);
+  return true;
+}
+
+bool RecordEditing::DropChange() {
+  const std::shared_ptr<Recordset> rows = dataGrid_.DataSource();
+  if (rows == nullptr) return true;
+  const bool dropped = TryTo([&] {
+    dataGrid_.DropEdit();
+    if (rows->Editing() != EditMode::None) rows->CancelUpdate();
+    dataGrid_.Refresh();
+  });
+  if (dropped) ShowEditButtons(false);
+  return dropped;
+}
+
+/// The record that is asked about is to be seen. What the user lets go of stays until the rows go:
+/// the flow may be stopped yet.
+bool RecordEditing::MayLeaveRows() {
+  if (dataGrid_.DataSource() == nullptr || !dataGrid_.ChangePending()) return true;
+  if (!window_.Active()) window_.Activate();
+  const MessageResult answer = help_.Ask(
+      {saveQuestion, MessageButtons::YesNoCancel, MessageIcon::Question}, helpContext::question);
+  if (answer == MessageResult::Yes) return Write();
+  return answer == MessageResult::No;
+}
+
+/// What was typed into the cell first, then the change of the whole row.
+bool RecordEditing::TakeBack() {
+  if (!dataGrid_.EditActive() && !dataGrid_.ChangePending()) return false;
+  if (!dataGrid_.EditActive()) {
+    DropChange();
+    return true;
+  }
+  dataGrid_.DropEdit();
+  if (!dataGrid_.ChangePending()) ShowEditButtons(false);
+  return true;
+}
+
+// --- keys of the grid
+// -----------------------------------------------------------------------------------------
+
+bool RecordEditing::HandleGridKey(int keyCode, int shift) {
+  if (shift == shiftState::none) return HandlePlainKey(keyCode);
+  return shift == shiftState::ctrl && HandleControlKey(keyCode);
+}
+
+bool RecordEditing::HandlePlainKey(int keyCode) {
+  switch (keyCode) {
+    case key::f1: help_.ShowHelpTopic(window_.HelpContext()); return true;
+    case key::f2:
+      if (dataGrid_.AllowUpdate()) dataGrid_.EditCell();
+      return true;
+    case key::f3: ViewCell(); return true;
+    case key::f4:
+      if (dataGrid_.AllowUpdate()) EditCellInWindow();
+      return true;
+    case key::f8: host_.mnuWindowSidebar_Click(); return true;
+    case key::escape: return TakeBack();
+    case key::del: return DeleteSelected();
+    default: return false;
+  }
+}
+
+bool RecordEditing::HandleControlKey(int keyCode) {
+  switch (keyCode) {
+    case 'A': dataGrid_.SelectCellText(); return true;
+    case '0': EnterNull(); return true;
+    default: return false;
+  }
+}
+
+void RecordEditing::EnterNull() {
+  if (dataGrid_.CanEditCell()) TryTo([&] { dataGrid_.SetCellValue(Value()); });
+}
+
+void RecordEditing::ViewCell() {
+  std::string text = dataGrid_.CellText();
+  ShowCellText(text, false);
+}
+
+/// Nothing is offered for editing that could not be written.
+void RecordEditing::EditCellInWindow() {
+  const std::shared_ptr<Recordset> rows = dataGrid_.DataSource();
+  const int column = dataGrid_.CurrentColumn();
+  if (rows == nullptr || column < 0) return;
+  if (const auto reason = rows->WhyNotChangeable())
+    return help_.Show(reason->description, MessageIcon::Exclamation);
+  if (!rows->Fields()[static_cast<std::size_t>(column)].updatable) return ViewCell();
+  EditCellInWindow(rows);
+}
+
+/// A text confirmed as it was changes nothing: a null stays one.
+void RecordEditing::EditCellInWindow(const std::shared_ptr<Recordset>& rows) {
+  const std::string before = dataGrid_.CellText();
+  std::string text = before;
+  if (!ShowCellText(text, true) || text == before || dataGrid_.DataSource() != rows) return;
+  if (TryTo([&] { dataGrid_.SetCellText(text); })) ShowEditButtonsUnlessNew();
+}
+
+/// "Orders.Note, row 3"; without the table when the column comes from none.
+std::string RecordEditing::CellName() const {
+  const std::shared_ptr<Recordset> rows = dataGrid_.DataSource();
+  const int column = dataGrid_.CurrentColumn();
+  if (rows == nullptr || column < 0) return {};
+  const FieldInfo& field = rows->Fields().at(static_cast<std::size_t>(column));
+  const std::string table = field.baseTable.empty() ? "" : field.baseTable + ".";
+  const std::string cell = table + field.name + ", ";
+  if (dataGrid_.OnNewRow()) return cell + "new row";
+  if (rows->Bof() || rows->Eof()) return table + field.name;
+  const auto position = rows->PositionOf(rows->CurrentBookmark());
+  return cell + "row " + std::to_string(position.value_or(0) + 1);
+}
+
+bool RecordEditing::ShowCellText(std::string& text, bool editable) {
+  return ShowText(
+      global_, host_, text,
+      {cellTextContext, cellTextFilter, cellTextWidth, cellTextHeight, editable, true, CellName()});
+}
+
+// --- deleting
+// -----------------------------------------------------------------------------------------
+
+bool RecordEditing::DeleteSelected() {
+  const std::vector<Bookmark> rows = dataGrid_.SelBookmarks();
+  if (rows.empty() || !dataGrid_.AllowDelete() || dataGrid_.EditActive()) return false;
+  Message question{"Delete " + std::to_string(rows.size()) + " record(s)?", MessageButtons::YesNo,
+                   MessageIcon::Question};
+  question.defaultAnswer = MessageResult::No;
+  const MessageResult answer = help_.Ask(std::move(question), helpContext::question);
+  if (answer == MessageResult::Yes) DeleteRows(rows);
+  return true;
+}
+
+/// One by one, up to the first that cannot be deleted. A change that is pending is written first.
+void RecordEditing::DeleteRows(const std::vector<Bookmark>& rows) {
+  const std::shared_ptr<Recordset> source = dataGrid_.DataSource();
+  if (dataGrid_.ChangePending() && !Write()) return;
+  TryTo([&] {
+    for (const Bookmark row : rows) {
+      source->MoveTo(row);
+      if (!async_.DoDelete(source, writesAsync_)) return;
+    }
+  });
+  if (dataGrid_.DataSource() != source) return;
+  dataGrid_.Refresh();
+  ShowEditButtons(false);
+}
+
+}  // namespace tessel

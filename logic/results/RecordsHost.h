@@ -1,0 +1,51 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "contract/data/Connection.h"
+#include "contract/desktop/Window.h"
+#include "logic/text/SqlTarget.h"
+
+namespace tessel {
+
+/// What a records window asks of the frame.
+class RecordsHost : public SqlTarget {
+ public:
+  /// The next window number, from 1; never the same twice.
+  virtual int GetNextID() = 0;
+  /// One records window more (1) or less (-1).
+  virtual void CountRecordsWindow(int change) = 0;
+  /// Adds or removes a connection's node in the schema browser; removing one that is not there does
+  /// nothing.
+  virtual void AddDatabaseNode(const std::string& key, const std::string& text) = 0;
+  virtual void RemoveDatabaseNode(const std::string& key) = 0;
+  /// Fills that node: from the database when asked to, else from the schema file kept of it.
+  virtual void LoadSchema(const std::string& key, const std::shared_ptr<Connection>& connection,
+                          bool fromDatabase) = 0;
+  /// Fills the node anew, in the same way, when the connection uses another catalog.
+  virtual void FollowCatalog(const std::string& key, const std::shared_ptr<Connection>& connection,
+                             bool fromDatabase) = 0;
+  virtual void FocusQueryWindow() = 0;
+  /// Lists the program's windows in the Window menu of that one, which is about to open.
+  virtual void ListWindowsIn(Window& window) = 0;
+  /// What a named tag stands for. Raises Error(application) when there is no such tag or it has no
+  /// value.
+  virtual std::string GetTagValue(const std::string& name, bool parenthesised, bool quoted) = 0;
+
+  /// The Window and Help commands of the frame.
+  virtual void mnuNewInstance_Click() = 0;
+  virtual void mnuWindowSidebar_Click() = 0;
+  virtual void mnuWindowTileHoriz_Click() = 0;
+  virtual void mnuWindowTileVert_Click() = 0;
+  virtual void mnuHelpContents_Click() = 0;
+  virtual void mnuHelpIndex_Click() = 0;
+  virtual void mnuHelpShortcuts_Click() = 0;
+  virtual void mnuHelpAbout_Click() = 0;
+  [[nodiscard]] virtual bool SidebarShown() const = 0;
+
+ protected:
+  ~RecordsHost() = default;
+};
+
+}  // namespace tessel

@@ -1,0 +1,103 @@
+// Where the controls of a records window stand, and which keys it takes.
+
+#include <algorithm>
+
+#include "logic/results/frmRecords.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr int margin = 60;
+constexpr int minimumHeight = 2400;
+constexpr int minimumWidth = 1800;
+constexpr int statusTop = 420;
+constexpr int warningTop = 750;
+constexpr int gridTop = 840;
+constexpr int gridTopWithWarning = 960;
+
+void SetTopAndWidth(Control& control, int top, int width) {
+  Rect bounds = control.Bounds();
+  bounds.top = top;
+  bounds.width = width;
+  control.SetBounds(bounds);
+}
+
+/// Presses a button that shows; true when it could be pressed.
+bool PressShown(Button& button) {
+  if (!button.Visible() || !button.Enabled()) return false;
+  button.Press();
+  return true;
+}
+
+}  // namespace
+
+void frmRecords::Form_Resize() {
+  if (window_->Minimized()) return;
+  const Rect bounds = window_->Bounds();
+  if (bounds.width < minimumWidth || bounds.height < minimumHeight)
+    return window_->SetBounds({bounds.left, bounds.top, std::max(bounds.width, minimumWidth),
+                               std::max(bounds.height, minimumHeight)});
+  const int width = window_->ScaleWidth();
+  lowered_ = topRow_.Place(width);
+  SetTopAndWidth(txtStatus_, statusTop + lowered_, width - 2 * margin);
+  SetTopAndWidth(lblWarning_, warningTop + lowered_, width - 2 * margin);
+  PlaceGrid(width, window_->ScaleHeight());
+}
+
+/// The grid fills what is left below the status line, and below the warning when it shows.
+void frmRecords::PlaceGrid(int width, int height) {
+  const int top = lowered_ + (lblWarning_.Visible() ? gridTopWithWarning : gridTop);
+  dataGrid_.SetBounds({margin, top, width - 2 * margin, std::max(height - margin - top, 0)});
+}
+
+void frmRecords::Form_KeyDown(KeyEvent& event) {
+  event.handled = HandleKey(event.keyCode, event.shift);
+}
+
+/// The window has had the key before.
+void frmRecords::DataGrid_KeyDown(KeyEvent& event) {
+  event.handled = editing_.HandleGridKey(event.keyCode, event.shift);
+}
+
+void frmRecords::DataGrid_KeyUp(KeyEvent& event) {
+  if (event.keyCode == key::contextMenu && event.shift == shiftState::none)
+    event.handled = blobs_.PopupAtCell();
+}
+
+bool frmRecords::HandleKey(int keyCode, int shift) {
+  if (history_.HandleKey(keyCode, shift)) return true;
+  switch (shift) {
+    case shiftState::ctrl: return HandleControlKey(keyCode);
+    case shiftState::ctrl | shiftState::alt: return HandleControlAltKey(keyCode);
+    default: break;
+  }
+  if (keyCode != key::f6 || shift != shiftState::none) return false;
+  host_.FocusQueryWindow();
+  return true;
+}
+
+bool frmRecords::HandleControlKey(int keyCode) {
+  switch (keyCode) {
+    case 'L': chkLock_.SetValue(!chkLock_.Value()); return true;
+    case 'S': return PressShown(cmdAccept_);
+    case 'R': return PressShown(cmdReject_);
+    case key::f4: window_->Unload(UnloadReason::ControlBox); return true;
+    default: return false;
+  }
+}
+
+bool frmRecords::HandleControlAltKey(int keyCode) {
+  switch (keyCode) {
+    case 'C': cmdReconnect_Click(); return true;
+    case 'D':
+      if (!cboCatalog_.Visible() || !cboCatalog_.TabStop()) return false;
+      cboCatalog_.SetFocus();
+      return true;
+    case 'E': return PressShown(cmdCnErrors_);
+    case 'P': ShowProperties(); return true;
+    default: return false;
+  }
+}
+
+}  // namespace tessel

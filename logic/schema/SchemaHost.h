@@ -1,0 +1,20 @@
+#pragma once
+
+#include <memory>
+
+#include "contract/data/Connection.h"
+
+namespace tessel {
+
+/// What the schema browser asks of the frame.
+class SchemaHost {
+ public:
+  /// The connection of the records window of that number; null when there is no such window.
+  [[nodiscard]] virtual std::shared_ptr<Connection> ConnectionOf(int windowNumber) = 0;
+  virtual void FocusQueryWindow() = 0;
+
+ protected:
+  ~SchemaHost() = default;
+};
+
+}  // namespace tessel

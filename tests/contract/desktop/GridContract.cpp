@@ -1,0 +1,217 @@
+// The grid on the rows of a recordset.
+
+#include <gtest/gtest.h>
+
+#include "tests/contract/desktop/GridWindow.h"
+
+namespace tessel::test {
+
+namespace {
+
+/// Two results, one of three rows, neither bound yet.
+struct GridFixture : GridWindow {
+  explicit GridFixture(ContractHost& contractHost) : GridWindow(contractHost) {
+    data.Answer("rows", {FakeField("id", DataType::Integer), FakeField("name")},
+                {{1, "one"}, {2, "<b>two</b>"}, {3, Value()}});
+    data.Answer("none", FakeFields({"id"}), {});
+    recordset = Open("rows");
+    grid.RowColChange = record.Noting("moved");
+    grid.ButtonClick = [this](int column) { record.Add("button " + std::to_string(column)); };
+    host.Settle();
+  }
+
+  void Bind() {
+    grid.SetDataSource(recordset);
+    host.Settle();
+    static_cast<void>(record.Take());
+  }
+  [[nodiscard]] Bookmark At(std::int64_t position) const { return recordset->BookmarkAt(position); }
+};
+
+void BindingShowsTheFirstRow(ContractHost& host) {
+  GridFixture test(host);
+  test.recordset->MoveLast();
+  test.grid.SetDataSource(test.recordset);
+  EXPECT_EQ(test.grid.DataSource(), test.recordset);
+  EXPECT_EQ(test.grid.ColumnCount(), 2);
+  EXPECT_EQ(test.grid.CurrentColumn(), 0);
+  EXPECT_EQ(test.recordset->CurrentBookmark(), test.At(0));
+  EXPECT_FALSE(test.grid.OnNewRow());
+  EXPECT_EQ(test.record.Take(), Seen{"moved"});
+}
+
+void UnbindingEmptiesTheGrid(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  test.grid.SetSelBookmarks({test.At(1)});
+  test.grid.SetDataSource(nullptr);
+  EXPECT_EQ(test.grid.DataSource(), nullptr);
+  EXPECT_EQ(test.grid.ColumnCount(), 0);
+  EXPECT_EQ(test.grid.CurrentColumn(), -1);
+  EXPECT_TRUE(test.grid.SelBookmarks().empty());
+  EXPECT_EQ(test.record.Take(), Seen{});
+}
+
+void AnEmptyResultIsShown(ContractHost& host) {
+  GridFixture test(host);
+  test.grid.SetDataSource(test.Open("none"));
+  EXPECT_EQ(test.grid.ColumnCount(), 1);
+  EXPECT_EQ(test.record.Take(), Seen{});
+}
+
+void MovingInTheGridMovesTheRecord(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  test.host.ClickGridCell(test.window, gridName, 1, 1);
+  EXPECT_EQ(test.recordset->CurrentBookmark(), test.At(1));
+  EXPECT_EQ(test.grid.CurrentColumn(), 1);
+  EXPECT_EQ(test.record.Take(), Seen{"moved"});
+  test.host.ClickGridCell(test.window, gridName, 1, 1);
+  EXPECT_EQ(test.record.Take(), Seen{}) << "the same cell again";
+  test.host.PressKey(test.window, key::down);
+  EXPECT_EQ(test.recordset->CurrentBookmark(), test.At(2));
+  EXPECT_EQ(test.record.Take(), Seen{"moved"});
+}
+
+void ChangingTheColumnByCodeMovesOnce(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  test.grid.SetCurrentColumn(1);
+  EXPECT_EQ(test.grid.CurrentColumn(), 1);
+  EXPECT_EQ(test.record.Take(), Seen{"moved"});
+  test.grid.SetCurrentColumn(1);
+  EXPECT_EQ(test.record.Take(), Seen{});
+}
+
+void RowsAreSelectedInTheUsersOrder(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  test.host.SelectGridRows(test.window, gridName, {2, 0});
+  EXPECT_EQ(test.grid.SelBookmarks(), (std::vector{test.At(2), test.At(0)}));
+  EXPECT_EQ(test.grid.SelStartCol(), -1);
+}
+
+void RowsAreSelectedByKeys(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  test.grid.SetFocus();
+  const auto press = [&](int keyCode, int shift) { host.PressKey(test.window, keyCode, shift); };
+  press(key::space, shiftState::shift);
+  EXPECT_EQ(test.grid.SelBookmarks(), std::vector{test.At(0)});
+  press(key::space, shiftState::shift);
+  EXPECT_TRUE(test.grid.SelBookmarks().empty()) << "taken back";
+  press(key::space, shiftState::ctrl);
+  press(key::down, shiftState::shift);
+  press(key::down, shiftState::shift);
+  EXPECT_EQ(test.grid.SelBookmarks(), (std::vector{test.At(0), test.At(1), test.At(2)}));
+  EXPECT_EQ(test.recordset->CurrentBookmark(), test.At(2));
+  press(key::down, shiftState::shift);
+  EXPECT_EQ(test.grid.SelBookmarks().size(), 3U) << "there are no more";
+  press(key::up, shiftState::shift);
+  EXPECT_EQ(test.grid.SelBookmarks(), (std::vector{test.At(0), test.At(1)}));
+  press(key::space, shiftState::ctrl);
+  EXPECT_EQ(test.grid.SelBookmarks(), std::vector{test.At(0)}) << "the current row taken away";
+  press(key::space, shiftState::shift);
+  press(key::up, shiftState::shift);
+  EXPECT_EQ(test.grid.SelBookmarks(), (std::vector{test.At(1), test.At(0)}));
+}
+
+void SelectionsAreSetByCode(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  EXPECT_TRUE(test.grid.SelBookmarks().empty());
+  test.grid.SetSelBookmarks({test.At(1), test.At(0)});
+  EXPECT_EQ(test.grid.SelBookmarks(), (std::vector{test.At(1), test.At(0)}));
+  test.grid.SetSelBookmarks({});
+  EXPECT_TRUE(test.grid.SelBookmarks().empty());
+  EXPECT_EQ(test.grid.SelStartCol(), -1);
+  EXPECT_EQ(test.grid.SelEndCol(), -1);
+  test.grid.SetSelColumns(0, 1);
+  EXPECT_EQ(test.grid.SelStartCol(), 0);
+  EXPECT_EQ(test.grid.SelEndCol(), 1);
+  test.grid.SetSelBookmarks({test.At(1)});
+  EXPECT_EQ(test.grid.SelEndCol(), 1) << "rows and columns are selected each by themselves";
+  test.grid.SetSelColumns(1, 1);
+  EXPECT_EQ(test.grid.SelBookmarks(), std::vector{test.At(1)});
+}
+
+void ColumnsKeepTheirSettings(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  DataFormat format;
+  EXPECT_FALSE(test.grid.ColumnLocked(1));
+  test.grid.SetColumnLocked(1, true);
+  test.grid.SetColumnButton(1, true);
+  test.grid.SetColumnFormat(1, &format);
+  EXPECT_TRUE(test.grid.ColumnLocked(1));
+  EXPECT_TRUE(test.grid.ColumnButton(1));
+  EXPECT_EQ(test.grid.ColumnFormat(1), &format);
+  EXPECT_FALSE(test.grid.ColumnLocked(0));
+  test.grid.SetDataSource(test.recordset);
+  EXPECT_FALSE(test.grid.ColumnLocked(1)) << "binding makes new columns";
+  EXPECT_EQ(test.grid.ColumnFormat(1), nullptr);
+}
+
+void EditingIsAllowedByFlags(ContractHost& host) {
+  GridFixture test(host);
+  for (const bool allow : {true, false}) {
+    test.grid.SetAllowUpdate(allow);
+    test.grid.SetAllowDelete(allow);
+    test.grid.SetAllowAddNew(allow);
+    EXPECT_EQ(test.grid.AllowUpdate(), allow);
+    EXPECT_EQ(test.grid.AllowDelete(), allow);
+    EXPECT_EQ(test.grid.AllowAddNew(), allow);
+  }
+}
+
+void ValuesAreShownAsTheyAre(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  EXPECT_EQ(test.grid.ShownText(1, 0), "2");
+  EXPECT_EQ(test.grid.ShownText(1, 1), "<b>two</b>");
+  EXPECT_NE(test.grid.ShownText(2, 1), "") << "null looks different from an empty text";
+}
+
+void AFormatDecidesHowValuesAreShown(ContractHost& host) {
+  GridFixture test(host);
+  DataFormat format;
+  format.Format = [](const ValueView& value, std::string& text) {
+    if (ToText(value) == "one") text = "(first)";
+  };
+  test.Bind();
+  test.grid.SetColumnFormat(1, &format);
+  EXPECT_EQ(test.grid.ShownText(0, 1), "(first)");
+  EXPECT_EQ(test.grid.ShownText(1, 1), "<b>two</b>") << "left empty: the ordinary form";
+  test.grid.SetColumnFormat(1, nullptr);
+  EXPECT_EQ(test.grid.ShownText(0, 1), "one");
+}
+
+void CopyingTakesTheCurrentCellOrTheSelection(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  test.grid.Copy();
+  EXPECT_EQ(test.host.TheDesktop().TheClipboard().Text(), "1");
+  test.grid.SetSelBookmarks({test.At(1)});
+  test.grid.Copy();
+  EXPECT_EQ(test.host.TheDesktop().TheClipboard().Text(), "2\t<b>two</b>");
+}
+
+}  // namespace
+
+std::vector<ContractCase> GridContract() {
+  return {{"BindingShowsTheFirstRow", &BindingShowsTheFirstRow},
+          {"UnbindingEmptiesTheGrid", &UnbindingEmptiesTheGrid},
+          {"AnEmptyResultIsShown", &AnEmptyResultIsShown},
+          {"MovingInTheGridMovesTheRecord", &MovingInTheGridMovesTheRecord},
+          {"ChangingTheColumnByCodeMovesOnce", &ChangingTheColumnByCodeMovesOnce},
+          {"RowsAreSelectedInTheUsersOrder", &RowsAreSelectedInTheUsersOrder},
+          {"RowsAreSelectedByKeys", &RowsAreSelectedByKeys},
+          {"SelectionsAreSetByCode", &SelectionsAreSetByCode},
+          {"ColumnsKeepTheirSettings", &ColumnsKeepTheirSettings},
+          {"EditingIsAllowedByFlags", &EditingIsAllowedByFlags},
+          {"ValuesAreShownAsTheyAre", &ValuesAreShownAsTheyAre},
+          {"AFormatDecidesHowValuesAreShown", &AFormatDecidesHowValuesAreShown},
+          {"CopyingTakesTheCurrentCellOrTheSelection", &CopyingTakesTheCurrentCellOrTheSelection}};
+}
+
+}  // namespace tessel::test

@@ -1,0 +1,20 @@
+#include "tests/data/providers/native/NativeFixture.h"
+
+namespace tessel::test {
+
+std::int64_t NativeTest::Affected(const std::string& sql) {
+  EventLog log;
+  log.Watch(*connection_);
+  Run(sql);
+  connection_->ConnectComplete = nullptr;
+  connection_->ExecuteComplete = nullptr;
+  return log.RecordsAffected();
+}
+
+std::vector<std::string> NativeTest::Reports() const {
+  std::vector<std::string> texts;
+  for (const ErrorInfo& record : connection_->Errors()) texts.push_back(record.description);
+  return texts;
+}
+
+}  // namespace tessel::test

@@ -1,0 +1,201 @@
+#include "tests/data/work/WorkerTest.h"
+
+namespace tessel::test {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// Drivers that do not come back.
+class HangTest : public WorkerTest {
+ protected:
+  /// Shared with the script, which may outlive the test.
+  std::shared_ptr<Gate> gate_ = std::make_shared<Gate>();
+};
+
+TEST_F(HangTest, AConnectThatHangsEndsWhenCancelled) {
+  script_->open = [gate = gate_](Operation&) { gate->Pass(); };
+  EventLog log;
+  const auto connection = NewConnection();
+  log.Watch(*connection);
+  connection->Open({}, {}, asyncConnect);
+  gate_->AwaitArrival();
+  EXPECT_EQ(connection->State(), objectState::connecting);
+  connection->Cancel();
+  connection->Cancel();
+  ASSERT_TRUE(PumpToEnd(log));
+  EXPECT_THAT(log.Lines(), ElementsAre("ConnectComplete failed 3712"));
+  EXPECT_EQ(connection->State(), objectState::closed);
+  EXPECT_TRUE(leftBehind_->Any());
+
+  script_->open = nullptr;
+  connection->Open({}, {}, 0);
+  EXPECT_EQ(connection->State(), objectState::open);
+  connection->Close();
+
+  gate_->Open();
+  EXPECT_TRUE(AllGone());
+  EXPECT_EQ(script_->opens, 2);
+  EXPECT_EQ(script_->closes, 2);
+  EXPECT_THAT(log.Lines(), ElementsAre("ConnectComplete failed 3712"));
+}
+
+TEST_F(HangTest, AnExecutionThatHangsEndsWhenCancelledAndClosesTheConnection) {
+  script_->execute = [gate = gate_](const std::string&, Operation&) {
+    gate->Pass();
+    return OneColumn();
+  };
+  const auto connection = Connect();
+  EventLog log;
+  const auto recordset = Start(*connection, log);
+  gate_->AwaitArrival();
+  recordset->Cancel();
+  EXPECT_EQ(connection->State(), objectState::open | objectState::executing);
+  ASSERT_TRUE(PumpToEnd(log));
+  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete failed 3712 state=0"));
+  EXPECT_EQ(connection->State(), objectState::closed);
+  EXPECT_EQ(recordset->State(), objectState::closed);
+  EXPECT_GT(script_->cancels, 0);
+
+  const ErrorInfo error = ErrorOf([&] { Start(*connection, log); });
+  EXPECT_EQ(error.number, errorNumber::objectClosed);
+  EXPECT_THAT(error.description, HasSubstr("did not react to a cancel"));
+
+  gate_->Open();
+  EXPECT_TRUE(AllGone());
+  queue_.Pump();
+  EXPECT_EQ(log.Lines().size(), 1U) << "what comes too late is not told";
+  EXPECT_EQ(script_->closes, 1);
+}
+
+TEST_F(HangTest, RowsFetchedBeforeAHangAreKept) {
+  script_->execute = [](const std::string&, Operation&) { return OneColumn(); };
+  script_->fetch = [gate = gate_, next = std::int64_t{1}](RowSink& rows, std::size_t,
+                                                          Operation&) mutable {
+    if (next > 4) gate->Pass();
+    AddNumbers(rows, next, next);
+    ++next;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    return true;
+  };
+  const auto connection = Connect();
+  EventLog log;
+  const auto recordset = Start(*connection, log);
+  gate_->AwaitArrival();
+  recordset->Cancel();
+  ASSERT_TRUE(PumpToEnd(log));
+  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=9", "FetchComplete failed 3712"));
+  EXPECT_THAT(TextsOf(*recordset), ElementsAre("1", "2", "3", "4"));
+  EXPECT_EQ(connection->State(), objectState::closed);
+  gate_->Open();
+  EXPECT_TRUE(AllGone());
+  EXPECT_EQ(recordset->RecordCount(), 4);
+}
+
+TEST_F(HangTest, ACancelThatBlocksItselfDoesNotHoldTheEnd) {
+  const auto cancelGate = std::make_shared<Gate>();
+  script_->execute = [gate = gate_](const std::string&, Operation&) {
+    gate->Pass();
+    return ExecuteResult{};
+  };
+  script_->cancel = [cancelGate] { cancelGate->Pass(); };
+  const auto connection = Connect();
+  EventLog log;
+  const auto recordset = Start(*connection, log);
+  gate_->AwaitArrival();
+  recordset->Cancel();
+  cancelGate->AwaitArrival();
+  ASSERT_TRUE(PumpToEnd(log));
+  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete failed 3712 state=0"));
+  EXPECT_EQ(connection->State(), objectState::closed);
+  gate_->Open();
+  cancelGate->Open();
+  EXPECT_TRUE(AllGone());
+}
+
+TEST_F(HangTest, WorkThatIsDoneStaysDoneWhenItsAftermathHangs) {
+  script_->execute = [](const std::string&, Operation&) {
+    return ExecuteResult{.fields = {}, .recordsAffected = 4};
+  };
+  const auto connection = Connect();
+  script_->catalog = [gate = gate_] {
+    gate->Pass();
+    return std::string("late");
+  };
+  EventLog log;
+  const auto recordset = Start(*connection, log);
+  gate_->AwaitArrival();
+  recordset->Cancel();
+  ASSERT_TRUE(PumpToEnd(log));
+  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=0"));
+  EXPECT_EQ(log.RecordsAffected(), 4);
+  EXPECT_EQ(connection->State(), objectState::closed) << "the session hangs all the same";
+  gate_->Open();
+  EXPECT_TRUE(AllGone());
+}
+
+TEST_F(HangTest, ClosingLeavesAHangingWorkerBehind) {
+  script_->execute = [gate = gate_](const std::string&, Operation&) {
+    gate->Pass();
+    return ExecuteResult{};
+  };
+  const auto connection = Connect();
+  EventLog log;
+  const auto recordset = Start(*connection, log);
+  gate_->AwaitArrival();
+  connection->Close();
+  EXPECT_EQ(connection->State(), objectState::closed);
+  EXPECT_EQ(recordset->State(), objectState::closed);
+  EXPECT_TRUE(leftBehind_->Any());
+  EXPECT_EQ(script_->sessions, 1);
+  ASSERT_TRUE(PumpToEnd(log));
+  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete failed 3712 state=0"));
+  gate_->Open();
+  EXPECT_TRUE(AllGone());
+  EXPECT_EQ(script_->closes, 1);
+}
+
+TEST_F(HangTest, DroppingAConnectionLeavesAHangingWorkerBehind) {
+  script_->open = [gate = gate_](Operation&) { gate->Pass(); };
+  EventLog log;
+  auto connection = NewConnection();
+  log.Watch(*connection);
+  connection->Open({}, {}, asyncConnect);
+  gate_->AwaitArrival();
+  connection.reset();
+  EXPECT_TRUE(leftBehind_->Any());
+  gate_->Open();
+  EXPECT_TRUE(AllGone());
+  EXPECT_EQ(queue_.Pump(), 0);
+  EXPECT_TRUE(log.Lines().empty());
+}
+
+TEST_F(HangTest, AHangingWorkerOutlivesEverythingElse) {
+  script_->open = [gate = gate_](Operation&) { gate->Pass(); };
+  auto connection = NewConnection();
+  connection->Open({}, {}, asyncConnect);
+  gate_->AwaitArrival();
+  connection.reset();
+  leftBehind_.reset();  // As when the program's data access goes.
+  EXPECT_EQ(script_->sessions, 1);
+  gate_->Open();
+  leftBehind_ = std::make_shared<LeftBehind>();
+  EXPECT_TRUE(AllGone());
+}
+
+TEST_F(HangTest, TheCatalogIsToldWhileACommandHangs) {
+  script_->catalog = [] { return std::string("sales"); };
+  const auto connection = Connect();
+  script_->execute = [gate = gate_](const std::string&, Operation&) {
+    gate->Pass();
+    return ExecuteResult{};
+  };
+  EventLog log;
+  const auto recordset = Start(*connection, log);
+  gate_->AwaitArrival();
+  EXPECT_EQ(connection->DefaultDatabase(), "sales");
+  gate_->Open();
+  ASSERT_TRUE(PumpToEnd(log));
+  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=0"));
+}
+
+}  // namespace tessel::test

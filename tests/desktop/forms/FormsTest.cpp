@@ -1,0 +1,148 @@
+// What holds for every form: it draws, its controls have names for those who cannot see them,
+// nothing is cut off.
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QImage>
+#include <QLabel>
+#include <QMap>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSet>
+#include <QToolButton>
+
+#include "desktop/FormRegistry.h"
+#include "desktop/base/Text.h"
+#include "tests/desktop/DesktopFixture.h"
+
+namespace tessel::test {
+
+namespace {
+
+constexpr const char* allForms[] = {
+    "frmMDI",   "frmMain",   "frmRecords",  "frmText",     "dlgText",      "dlgConnect", "dlgAsync",
+    "dlgAbout", "dlgCnODBC", "dlgCnSQLSrv", "dlgCnAccess", "dlgCnGeneric", "dlgDataLink"};
+
+/// Whether the picture shows more than an empty ground.
+bool ShowsSomething(const QImage& picture) {
+  QSet<QRgb> colors;
+  for (int y = 0; y < picture.height(); y += 2)
+    for (int x = 0; x < picture.width(); x += 2) colors.insert(picture.pixel(x, y));
+  return colors.size() > 4;
+}
+
+/// The letter behind the mark of a mnemonic; null when there is none.
+QChar Mnemonic(const QString& text) {
+  const QKeySequence key = QKeySequence::mnemonic(text);
+  return key.isEmpty() ? QChar() : QChar(static_cast<char16_t>(key[0].key()));
+}
+
+/// Tool buttons show their icon only.
+bool HasCaption(const QAbstractButton* button) {
+  return button != nullptr && qobject_cast<const QToolButton*>(button) == nullptr;
+}
+
+QString CaptionOf(const QWidget& widget) {
+  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget))
+    return HasCaption(button) ? button->text() : QString();
+  const auto* label = qobject_cast<const QLabel*>(&widget);
+  return label != nullptr && label->buddy() != nullptr ? label->text() : QString();
+}
+
+class EveryForm : public testing::TestWithParam<const char*> {
+ protected:
+  EveryForm() {
+    if (std::string_view(GetParam()) != "frmMDI") frame_ = host.TheDesktop().MakeWindow("frmMDI");
+    if (frame_ != nullptr) frame_->Show();
+    window_ = host.TheDesktop().MakeWindow(GetParam());
+    window_->Show();
+    host.Settle();
+  }
+  ~EveryForm() override {
+    window_.reset();
+    frame_.reset();
+  }
+
+  [[nodiscard]] QWidget& Root() { return AsQt(*window_).Root(); }
+
+  QtContractHost host;
+  std::unique_ptr<Window> frame_;
+  std::unique_ptr<Window> window_;
+};
+
+TEST_P(EveryForm, DrawsItself) { EXPECT_TRUE(ShowsSomething(Root().grab().toImage())); }
+
+TEST_P(EveryForm, NamesItsControlsForAll) {
+  for (const QWidget* widget : Root().findChildren<QWidget*>()) {
+    const bool control = !widget->objectName().isEmpty() &&
+                         !widget->objectName().startsWith("qt_") &&
+                         widget->focusPolicy() != Qt::NoFocus;
+    if (!control) continue;
+    EXPECT_FALSE(widget->accessibleName().isEmpty()) << widget->objectName().toStdString();
+    if (qobject_cast<const QToolButton*>(widget) == nullptr) continue;
+    EXPECT_FALSE(widget->toolTip().isEmpty()) << widget->objectName().toStdString();
+  }
+}
+
+TEST_P(EveryForm, UsesEachMnemonicOnce) {
+  QMap<QChar, QString> taken;
+  for (const QWidget* widget : Root().findChildren<QWidget*>()) {
+    const QChar letter = Mnemonic(CaptionOf(*widget));
+    if (letter.isNull()) continue;
+    EXPECT_FALSE(taken.contains(letter))
+        << widget->objectName().toStdString() << " and " << taken.value(letter).toStdString();
+    taken.insert(letter, widget->objectName());
+  }
+}
+
+TEST_P(EveryForm, ShowsItsTextsWhole) {
+  for (const QWidget* widget : Root().findChildren<QWidget*>()) {
+    const auto* label = qobject_cast<const QLabel*>(widget);
+    const bool text = label != nullptr ? !label->wordWrap() && !label->text().isEmpty()
+                                       : HasCaption(qobject_cast<const QAbstractButton*>(widget));
+    if (!text || widget->objectName().isEmpty() || !widget->isVisible()) continue;
+    EXPECT_GE(widget->width(), widget->minimumSizeHint().width())
+        << widget->objectName().toStdString();
+    EXPECT_GE(widget->height(), widget->fontMetrics().height())
+        << widget->objectName().toStdString();
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, EveryForm, testing::ValuesIn(allForms),
+                         [](const auto& info) { return std::string(info.param); });
+
+/// The same with a font half as large again.
+class LargeFontTest : public testing::Test {
+ protected:
+  LargeFontTest() : before_(QApplication::font()) {
+    QFont large = before_;
+    large.setPointSizeF(before_.pointSizeF() * 1.5);
+    QApplication::setFont(large);
+  }
+  ~LargeFontTest() override { QApplication::setFont(before_); }
+
+ private:
+  QFont before_;
+};
+
+TEST_F(LargeFontTest, FormsGrowWithTheFont) {
+  QtContractHost host;
+  const auto frame = host.TheDesktop().MakeWindow("frmMDI");
+  const auto window = host.TheDesktop().MakeWindow("frmRecords");
+  frame->Show();
+  window->Show();
+  host.Settle();
+  const QWidget& lock = WidgetOf(*window, "chkLock");
+  EXPECT_GE(lock.width(), lock.minimumSizeHint().width());
+  const QWidget& status = WidgetOf(*window, "txtStatus");
+  EXPECT_GE(status.height(), status.fontMetrics().height());
+  constexpr int twipsPerPixel = 15;
+  EXPECT_NEAR(window->Find<Control>("txtStatus").Bounds().top, 420, twipsPerPixel);
+}
+
+TEST(FormRegistryTest, KnowsNoOtherForms) { EXPECT_EQ(MakeForm("frmNone"), nullptr); }
+
+}  // namespace
+
+}  // namespace tessel::test

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "contract/data/Recordset.h"
+
+namespace tessel::test {
+
+/// A recordset of any number of rows whose values are worked out when they are asked for, and that
+/// counts how often.
+class GeneratedRows final : public Recordset {
+ public:
+  using Make = std::function<ValueView(std::int64_t row, std::size_t field)>;
+
+  GeneratedRows(std::vector<FieldInfo> fields, std::int64_t rows, Make make)
+      : fields_(std::move(fields)), rows_(rows), make_(std::move(make)) {}
+
+  /// How many values have been read so far.
+  [[nodiscard]] std::int64_t Reads() const { return reads_; }
+  /// From now on every move of the record fails with that description.
+  void RefuseMoves(std::string description) { refusal_ = std::move(description); }
+
+  [[nodiscard]] const std::string& Source() const override { return source_; }
+  void SetSource(std::string commandText) override { source_ = std::move(commandText); }
+  [[nodiscard]] std::shared_ptr<Connection> ActiveConnection() const override { return nullptr; }
+  void SetCursorType(CursorType /*type*/) override {}
+  void SetLockType(LockType /*type*/) override {}
+  [[nodiscard]] LockType Lock() const override { return LockType::ReadOnly; }
+  void Open(int /*options*/) override { state_ = objectState::open; }
+  void Cancel() override {}
+  void Close() override { state_ = objectState::closed; }
+  [[nodiscard]] int State() const override { return state_; }
+
+  [[nodiscard]] const std::vector<FieldInfo>& Fields() const override { return fields_; }
+  [[nodiscard]] std::optional<std::size_t> FindField(std::string_view name) const override;
+  [[nodiscard]] std::int64_t RecordCount() const override { return rows_; }
+  [[nodiscard]] ValueView ValueAt(std::int64_t position, std::size_t field) const override;
+  /// Far from the positions, so that the two cannot be mistaken for each other.
+  [[nodiscard]] Bookmark BookmarkAt(std::int64_t position) const override {
+    return position + offset;
+  }
+  [[nodiscard]] std::optional<std::int64_t> PositionOf(Bookmark bookmark) const override;
+
+  [[nodiscard]] bool Bof() const override { return at_ < 0; }
+  [[nodiscard]] bool Eof() const override { return at_ >= rows_; }
+  void MoveFirst() override { at_ = 0; }
+  void MoveLast() override { at_ = rows_ - 1; }
+  void MoveNext() override { ++at_; }
+  void MovePrevious() override { --at_; }
+  [[nodiscard]] Bookmark CurrentBookmark() const override { return BookmarkAt(at_); }
+  void MoveTo(Bookmark bookmark) override;
+  [[nodiscard]] ValueView FieldValue(std::size_t field) const override {
+    return ValueAt(at_, field);
+  }
+  void ReadFields(std::size_t first, std::span<ValueView> values) const override {
+    for (ValueView& value : values) value = FieldValue(first++);
+  }
+  [[nodiscard]] std::int64_t ActualSize(std::size_t /*field*/) const override { return 0; }
+  [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType /*lock*/) override;
+  void SetSort(const std::string& /*order*/) override {}
+  [[nodiscard]] std::optional<ErrorInfo> WhyNotChangeable() const override {
+    return Error(errorNumber::readOnly, "GeneratedRows", "The rows are made up.").Info();
+  }
+  [[nodiscard]] EditMode Editing() const override { return EditMode::None; }
+  void AddNew() override {}
+  void SetFieldValue(std::size_t /*field*/, Value /*value*/) override {}
+  void Update(int /*options*/) override {}
+  void CancelUpdate() override {}
+  void Delete(int /*options*/) override {}
+  [[nodiscard]] const Properties& RecordsetProperties() const override { return properties_; }
+
+ private:
+  static constexpr Bookmark offset = 1000;
+
+  std::vector<FieldInfo> fields_;
+  std::int64_t rows_;
+  Make make_;
+  std::string source_;
+  std::int64_t at_ = 0;
+  int state_ = objectState::open;
+  mutable std::int64_t reads_ = 0;
+  std::string refusal_;
+  Properties properties_;
+};
+
+[[nodiscard]] FieldInfo FieldNamed(std::string name, DataType type);
+
+/// Ten fields as they occur: a number, names, an amount, a date, notes with line ends, nulls, empty
+/// texts, long texts.
+[[nodiscard]] std::shared_ptr<GeneratedRows> OrdersOf(std::int64_t rows);
+
+}  // namespace tessel::test

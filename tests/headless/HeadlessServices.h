@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "contract/base/Clock.h"
+#include "contract/base/EventQueue.h"
+#include "contract/desktop/Desktop.h"
+#include "contract/desktop/Progress.h"
+
+namespace tessel::test {
+
+/// A clock that stands still until it is advanced. It begins at noon.
+class HeadlessClock final : public Clock {
+ public:
+  [[nodiscard]] std::int64_t Milliseconds() const override { return now_; }
+  /// "HH:MM:SS" of a day that began 12 hours before the clock's zero.
+  [[nodiscard]] std::string LongTime() const override;
+  /// The twin lives in universal time.
+  [[nodiscard]] std::string
+  ShortTimeOf(std::chrono::system_clock::time_point moment) const override;
+  /// Of the same day, the first of January 2026.
+  [[nodiscard]] std::string UtcStamp() const override { return "2026-01-01T" + LongTime() + "Z"; }
+  void Set(std::int64_t milliseconds) { now_ = milliseconds; }
+
+ private:
+  std::int64_t now_ = 0;
+};
+
+class HeadlessClipboard final : public Clipboard {
+ public:
+  [[nodiscard]] std::string Text() const override { return text_; }
+  void SetText(std::string_view text) override { text_ = text; }
+
+ private:
+  std::string text_;
+};
+
+/// Notices wait until the twin runs them. Post may be called from any thread.
+class HeadlessQueue final : public EventQueue {
+ public:
+  void Post(std::weak_ptr<const void> owner, std::function<void()> notice) override;
+  [[nodiscard]] std::size_t Count() const;
+  /// Takes the first notice and runs it, unless its owner is gone. False when none waits.
+  bool RunOne();
+
+ private:
+  mutable std::mutex mutex_;
+  std::deque<std::pair<std::weak_ptr<const void>, std::function<void()>>> notices_;
+};
+
+/// Ticks when the desktop's time is advanced past its next moment. An interval of 0 never ticks.
+class HeadlessTimer final : public Timer {
+ public:
+  HeadlessTimer(const Clock& clock, FailureSink& failures) : clock_(&clock), failures_(&failures) {}
+
+  [[nodiscard]] bool Enabled() const override { return enabled_; }
+  void SetEnabled(bool enabled) override;
+  void SetInterval(int milliseconds) override;
+
+  [[nodiscard]] int Interval() const { return interval_; }
+  [[nodiscard]] bool Runs() const { return enabled_ && interval_ > 0; }
+  /// The clock's time of the next tick, of a timer that runs.
+  [[nodiscard]] std::int64_t NextTick() const { return next_; }
+  void TickNow();
+
+ private:
+  void Restart() { next_ = clock_->Milliseconds() + interval_; }
+
+  const Clock* clock_;
+  FailureSink* failures_;
+  bool enabled_ = false;
+  int interval_ = 0;
+  std::int64_t next_ = 0;
+};
+
+}  // namespace tessel::test

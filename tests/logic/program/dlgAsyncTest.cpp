@@ -1,0 +1,397 @@
+#include "logic/program/dlgAsync.h"
+
+#include "contract/desktop/Button.h"
+#include "contract/desktop/Progress.h"
+#include "tests/logic/LogicFixture.h"
+
+namespace tessel {
+namespace {
+
+using test::FakeError;
+using test::FakeField;
+using test::FakeFields;
+using test::FakeRows;
+using Step = test::DesktopScript::Step;
+
+class dlgAsyncTest : public test::LogicFixture {
+ protected:
+  dlgAsyncTest() {
+    frame->Show();
+    connection->SetConnectionString("Provider=Fake");
+  }
+
+  void OpenConnection() { connection->Open("", "", 0); }
+  std::shared_ptr<Recordset> Query(const std::string& sql) {
+    auto recordset = connection->CreateRecordset();
+    recordset->SetSource(sql);
+    return recordset;
+  }
+  static FakeRows Rows(std::size_t count) {
+    FakeRows rows;
+    for (std::size_t i = 0; i < count; ++i) rows.push_back({Value(static_cast<std::int64_t>(i))});
+    return rows;
+  }
+  std::string Message() { return desktop.WindowOf("dlgAsync").Find<Label>("lblMessage").Caption(); }
+  std::string Elapsed() { return desktop.WindowOf("dlgAsync").Find<Label>("lblTimer").Caption(); }
+  static void Cancel(test::HeadlessWindow& w) { w.Click("cmdCancel"); }
+
+  std::unique_ptr<Window> frame = desktop.MakeWindow("frmMDI");
+  dlgAsync async{desktop, *frame};
+  std::shared_ptr<Connection> connection = data.CreateConnection();
+  std::int64_t affected = 0;
+};
+
+TEST(FormatElapsedTest, CountsHoursModulo24) {
+  EXPECT_EQ(FormatElapsed(0), "00:00:00");
+  EXPECT_EQ(FormatElapsed(67'999), "00:01:07");
+  EXPECT_EQ(FormatElapsed(25LL * 3600 * 1000), "01:00:00");
+}
+
+TEST_F(dlgAsyncTest, ConnectsWithTheUserAndPasswordGiven) {
+  EXPECT_TRUE(async.DoConnect(connection, "me", "secret"));
+  EXPECT_EQ(connection->State(), objectState::open);
+  EXPECT_EQ(data.Log().opened.at(0).user, "me");
+  EXPECT_EQ(data.Log().opened.at(0).password, "secret");
+  EXPECT_TRUE(data.Log().opened.at(0).async);
+  EXPECT_TRUE(desktop.WindowsOf("dlgAsync").empty());
+}
+
+TEST_F(dlgAsyncTest, ShowsWhatItDoesWhileConnecting) {
+  data.holdConnecting = true;
+  desktop.OnModal("dlgAsync", [this](test::HeadlessWindow& w) {
+    EXPECT_EQ(Message(), "\nConnecting...");
+    EXPECT_EQ(Elapsed(), "00:00:00");
+    desktop.AdvanceTime(67'000);
+    EXPECT_EQ(Elapsed(), "00:01:07");
+    EXPECT_FALSE(w.VisibleInFact("prgProgress"));
+    data.Resume();
+  });
+  EXPECT_TRUE(async.DoConnect(connection, "", ""));
+}
+
+TEST_F(dlgAsyncTest, ACancelledConnectReturnsFalseAndRaisesNothing) {
+  data.holdConnecting = true;
+  desktop.OnModal("dlgAsync", [this](test::HeadlessWindow& w) {
+    Cancel(w);
+    EXPECT_EQ(Message(), "\nCancelling...");
+  });
+  EXPECT_FALSE(async.DoConnect(connection, "", ""));
+  EXPECT_EQ(connection->State(), objectState::closed);
+  EXPECT_EQ(data.Log().cancels, 1);
+}
+
+TEST_F(dlgAsyncTest, OnlyTheFirstCancelActs) {
+  data.holdConnecting = true;
+  desktop.OnModal("dlgAsync", [](test::HeadlessWindow& w) {
+    Cancel(w);
+    Cancel(w);
+  });
+  EXPECT_FALSE(async.DoConnect(connection, "", ""));
+  EXPECT_EQ(data.Log().cancels, 1);
+}
+
+TEST_F(dlgAsyncTest, ClosingTheWindowOrPressingEscapeCancels) {
+  for (const bool escape : {false, true}) {
+    data.holdConnecting = true;
+    desktop.OnModal("dlgAsync", [escape](test::HeadlessWindow& w) {
+      if (escape) w.PressKey(key::escape);
+      else w.CloseByControlBox();
+    });
+    EXPECT_FALSE(async.DoConnect(connection, "", ""));
+  }
+  EXPECT_EQ(data.Log().cancels, 2);
+}
+
+TEST_F(dlgAsyncTest, EnterOnCancelCancels) {
+  data.holdConnecting = true;
+  desktop.OnModal("dlgAsync", [](test::HeadlessWindow& w) { w.PressKey(key::enter); });
+  EXPECT_FALSE(async.DoConnect(connection, "", ""));
+  EXPECT_EQ(data.Log().cancels, 1);
+}
+
+TEST_F(dlgAsyncTest, ItsTitleNamesTheConnectionOfTheOperation) {
+  const auto title = [&] { return desktop.WindowOf("dlgAsync").Caption(); };
+  async.InitProcess("x");
+  EXPECT_EQ(title(), "Tessel");
+  async.Unload();
+  async.NameConnection(connection, "first");
+  async.NameConnection(connection, "Shop");
+  async.WorkFor(connection.get());
+  async.InitProgress("x", 1);
+  EXPECT_EQ(title(), "Shop");
+  async.Unload();
+  async.InitProcess("x");
+  EXPECT_EQ(title(), "Tessel") << "it may be for another one";
+  async.Unload();
+  data.holdConnecting = true;
+  desktop.OnModal("dlgAsync", [&](test::HeadlessWindow& w) {
+    EXPECT_EQ(title(), "Shop");
+    Cancel(w);
+  });
+  EXPECT_FALSE(async.DoConnect(connection, "", ""));
+}
+
+TEST_F(dlgAsyncTest, AnErrorOfTheCompletionIsRaisedWithItsPartsAfterTheWindowHasGone) {
+  ErrorInfo failure = FakeError("password authentication failed");
+  failure.sqlState = "28P01";
+  failure.helpContext = 7;
+  data.openFailure = failure;
+  try {
+    async.DoConnect(connection, "", "");
+    FAIL() << "nothing was raised";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Description(), "password authentication failed");
+    EXPECT_EQ(error.Number(), errorNumber::database);
+    EXPECT_EQ(error.Info().sqlState, "28P01");
+    EXPECT_EQ(error.Info().helpContext, 7);
+  }
+  EXPECT_TRUE(desktop.WindowsOf("dlgAsync").empty());
+}
+
+TEST_F(dlgAsyncTest, AnErrorRaisedAtOnceIsRaisedUnchanged) {
+  data.openRefused = FakeError("There is no provider 'X'.", errorNumber::providerNotFound);
+  try {
+    async.DoConnect(connection, "", "");
+    FAIL() << "nothing was raised";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Number(), errorNumber::providerNotFound);
+  }
+  EXPECT_TRUE(desktop.WindowsOf("dlgAsync").empty());
+}
+
+TEST_F(dlgAsyncTest, FetchesRowsAndShowsHowManyThereAre) {
+  OpenConnection();
+  data.Answer("select", {FakeField("n", DataType::Integer)}, Rows(250)).HoldAtRow(200);
+  desktop.OnModal("dlgAsync", [this](test::HeadlessWindow&) {
+    EXPECT_EQ(Message(), "Fetching records...\n200");
+    data.Resume();
+  });
+  auto recordset = Query("select");
+  EXPECT_TRUE(async.DoQuery(recordset, affected, true));
+  EXPECT_EQ(recordset->State(), objectState::open);
+  EXPECT_EQ(recordset->RecordCount(), 250);
+}
+
+TEST_F(dlgAsyncTest, AnOperationThatIsOverBeforeTheWindowShowsEndsAtOnce) {
+  OpenConnection();
+  data.AnswerCount("update", 3);
+  auto recordset = Query("update");
+  EXPECT_TRUE(async.DoQuery(recordset, affected, true));
+  EXPECT_EQ(affected, 3);
+}
+
+TEST_F(dlgAsyncTest, AWindowThatBecomesActiveWhenTheWorkIsDoneHidesAtOnce) {
+  data.holdConnecting = true;
+  desktop.OnModal("dlgAsync", [this](test::HeadlessWindow& w) {
+    frame->Activate();
+    w.Activate();
+    EXPECT_TRUE(w.Visible()) << "the work goes on";
+    data.Resume();
+    desktop.ProcessPending();
+    EXPECT_FALSE(w.Visible());
+    w.Show();
+    EXPECT_FALSE(w.Visible()) << "active once more";
+    w.Hide();
+  });
+  EXPECT_TRUE(async.DoConnect(connection, "", ""));
+}
+
+TEST_F(dlgAsyncTest, CancelDuringALongFetchReturnsFalseAndKeepsTheRowsSoFar) {
+  OpenConnection();
+  data.Answer("select", {FakeField("n", DataType::Integer)}, Rows(1000)).HoldAtRow(300);
+  desktop.OnModal("dlgAsync", Cancel);
+  auto recordset = Query("select");
+  EXPECT_FALSE(async.DoQuery(recordset, affected, true));
+  EXPECT_EQ(recordset->State(), objectState::open);
+  EXPECT_EQ(recordset->RecordCount(), 300);
+}
+
+TEST_F(dlgAsyncTest, CancelDuringTheExecutionReturnsFalseWithTheRecordsetClosed) {
+  OpenConnection();
+  data.Answer("select", FakeFields({"a"}), {}).HoldExecuting();
+  desktop.OnModal("dlgAsync", [this](test::HeadlessWindow& w) {
+    EXPECT_EQ(Message(), "\nExecuting...");
+    Cancel(w);
+  });
+  auto recordset = Query("select");
+  EXPECT_FALSE(async.DoQuery(recordset, affected, true));
+  EXPECT_EQ(recordset->State(), objectState::closed);
+}
+
+TEST_F(dlgAsyncTest, AnActionStatementEndsWithItsCount) {
+  OpenConnection();
+  data.AnswerCount("update", 42);
+  EXPECT_TRUE(async.DoQuery(Query("update"), affected, true));
+  EXPECT_EQ(affected, 42);
+}
+
+TEST_F(dlgAsyncTest, AFailedExecutionIsRaised) {
+  OpenConnection();
+  data.AnswerError("select", FakeError("no such table: x"));
+  EXPECT_THROW(async.DoQuery(Query("select"), affected, true), Error);
+}
+
+TEST_F(dlgAsyncTest, AFetchThatFailsHalfwayIsRaised) {
+  OpenConnection();
+  data.Answer("select", {FakeField("n", DataType::Integer)}, Rows(500))
+      .FailAtRow(300, FakeError("server gone"));
+  auto recordset = Query("select");
+  try {
+    async.DoQuery(recordset, affected, true);
+    FAIL() << "nothing was raised";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Description(), "server gone");
+  }
+}
+
+TEST_F(dlgAsyncTest, WithoutAnExecutionTheCountIsMinusTwo) {
+  auto recordset = Query("select");
+  EXPECT_THROW(async.DoQuery(recordset, affected, true), Error);
+  EXPECT_EQ(affected, -2);
+}
+
+TEST_F(dlgAsyncTest, ABlockingQueryShowsWaitAndCannotBeCancelled) {
+  OpenConnection();
+  data.Answer("select", {FakeField("n", DataType::Integer)}, Rows(5));
+  int yields = 0;
+  desktop.OnProcessPending([&](int) {
+    ++yields;
+    EXPECT_EQ(Elapsed(), "wait...");
+    desktop.AdvanceTime(1000);
+    EXPECT_EQ(Elapsed(), "wait...");
+    EXPECT_FALSE(desktop.WindowOf("dlgAsync").Find<Button>("cmdCancel").Enabled());
+    EXPECT_FALSE(frame->Enabled());
+  });
+  auto recordset = Query("select");
+  EXPECT_TRUE(async.DoQuery(recordset, affected, false));
+  EXPECT_EQ(yields, 1);
+  EXPECT_EQ(recordset->RecordCount(), 5);
+  EXPECT_FALSE(data.Log().executed.back().async);
+  EXPECT_TRUE(frame->Enabled());
+}
+
+TEST_F(dlgAsyncTest, ABlockingActionStatementGivesItsCount) {
+  OpenConnection();
+  data.AnswerCount("update", 9);
+  EXPECT_TRUE(async.DoQuery(Query("update"), affected, false));
+  EXPECT_EQ(affected, 9);
+}
+
+// --- changing rows
+// ----------------------------------------------------------------------
+
+class dlgAsyncChangeTest : public dlgAsyncTest {
+ protected:
+  dlgAsyncChangeTest() {
+    OpenConnection();
+    table = data.Answer("rows", {FakeField("n", DataType::Integer)}, Rows(3)).rows;
+    rows = Query("rows");
+    rows->SetLockType(LockType::Optimistic);
+    rows->Open(openOption::text);
+  }
+
+  std::shared_ptr<FakeRows> table;
+  std::shared_ptr<Recordset> rows;
+};
+
+TEST_F(dlgAsyncChangeTest, WritesAndDeletes) {
+  for (const bool asynchronously : {true, false}) {
+    rows->SetFieldValue(0, Value(std::int64_t{asynchronously ? 10 : 20}));
+    EXPECT_TRUE(async.DoUpdate(rows, asynchronously));
+    EXPECT_EQ(table->at(0).at(0), Value(std::int64_t{asynchronously ? 10 : 20}));
+    EXPECT_TRUE(frame->Enabled());
+  }
+  EXPECT_TRUE(async.DoDelete(rows, true));
+  EXPECT_EQ(table->size(), 2U);
+  EXPECT_EQ(rows->State(), objectState::open);
+}
+
+TEST_F(dlgAsyncChangeTest, WithNothingPendingItIsOverAtOnce) {
+  EXPECT_TRUE(async.DoUpdate(rows, true));
+  EXPECT_EQ(data.Log().changes, 0);
+}
+
+TEST_F(dlgAsyncChangeTest, AFailureIsRaisedAndTheChangeStaysPending) {
+  data.changeFailure = FakeError("constraint failed");
+  rows->SetFieldValue(0, Value(std::int64_t{10}));
+  for (const bool asynchronously : {true, false}) try {
+      static_cast<void>(async.DoUpdate(rows, asynchronously));
+      FAIL() << "nothing was raised";
+    } catch (const Error& error) {
+      EXPECT_EQ(error.Description(), "constraint failed");
+    }
+  EXPECT_EQ(rows->Editing(), EditMode::InProgress);
+}
+
+TEST_F(dlgAsyncChangeTest, ACancelReturnsFalseAndTheChangeStaysPending) {
+  data.holdChanges = true;
+  rows->SetFieldValue(0, Value(std::int64_t{10}));
+  desktop.OnModal("dlgAsync", [this](test::HeadlessWindow& w) {
+    EXPECT_EQ(Message(), "\nSaving the record...");
+    Cancel(w);
+  });
+  EXPECT_FALSE(async.DoUpdate(rows, true));
+  EXPECT_EQ(rows->Editing(), EditMode::InProgress);
+  desktop.OnModal("dlgAsync", [this](test::HeadlessWindow& w) {
+    EXPECT_EQ(Message(), "\nDeleting the record...");
+    Cancel(w);
+  });
+  EXPECT_FALSE(async.DoDelete(rows, true));
+  EXPECT_EQ(table->size(), 3U);
+}
+
+// --- the program's own loops
+// ----------------------------------------------------------------------
+
+TEST_F(dlgAsyncTest, AProcessShowsItsMessageModelessWithoutABar) {
+  async.InitProcess("Preprocessing SQL...");
+  EXPECT_EQ(Message(), "\nPreprocessing SQL...");
+  EXPECT_TRUE(desktop.WindowOf("dlgAsync").Visible());
+  EXPECT_FALSE(desktop.WindowOf("dlgAsync").VisibleInFact("prgProgress"));
+  EXPECT_TRUE(async.Yield());
+  async.Unload();
+  EXPECT_TRUE(desktop.WindowsOf("dlgAsync").empty());
+}
+
+TEST_F(dlgAsyncTest, TheFrameIsDisabledDuringEachYieldOnly) {
+  async.InitProcess("x");
+  desktop.OnProcessPending([this](int) { EXPECT_FALSE(frame->Enabled()); });
+  async.Yield();
+  EXPECT_TRUE(frame->Enabled());
+  EXPECT_EQ(desktop.ProcessPendingCount(), 1);
+  async.Unload();
+}
+
+TEST_F(dlgAsyncTest, CancelInALoopMakesTheNextStepReturnFalse) {
+  async.InitProgress("Converting all 10 records...", 10);
+  EXPECT_EQ(Message(), "Converting all 10 records...");
+  desktop.OnProcessPending([this](int call) {
+    if (call == 3) Cancel(desktop.WindowOf("dlgAsync"));
+  });
+  int steps = 1;
+  while (async.DoProgress(1)) ++steps;
+  EXPECT_EQ(steps, 3);
+  async.Unload();
+}
+
+class ProgressTest : public dlgAsyncTest,
+                     public ::testing::WithParamInterface<std::tuple<double, int, int>> {};
+
+TEST_P(ProgressTest, TheBarYieldsAtEveryStep) {
+  const auto [maximum, steps, yields] = GetParam();
+  async.InitProgress("x", maximum);
+  EXPECT_TRUE(desktop.WindowOf("dlgAsync").VisibleInFact("prgProgress"));
+  for (int i = 0; i < steps; ++i) EXPECT_TRUE(async.DoProgress(1));
+  EXPECT_EQ(desktop.ProcessPendingCount(), yields);
+  EXPECT_EQ(desktop.WindowOf("dlgAsync").Find<ProgressBar>("prgProgress").Value(),
+            std::min<double>(steps, maximum));
+  async.Unload();
+}
+
+INSTANTIATE_TEST_SUITE_P(Maximums, ProgressTest,
+                         ::testing::Values(std::tuple(100.0, 100, 25),    // every 4 units
+                                           std::tuple(10000.0, 160, 10),  // every 16 units
+                                           std::tuple(1.0, 1, 1)));       // every unit
+
+}  // namespace
+}  // namespace tessel

@@ -1,0 +1,129 @@
+// The controls above the status line in windows of every width.
+
+#include "logic/results/TopRow.h"
+
+#include <vector>
+
+#include "contract/desktop/ListControls.h"
+#include "tests/logic/results/RecordsFixture.h"
+
+namespace tessel {
+namespace {
+
+class TopRowTest : public test::RecordsFixture {
+ protected:
+  static constexpr int margin = 60;
+
+  TopRowTest() {
+    data.defaultDatabase = "shop";
+    data.catalogs = {"shop", "test"};
+    EXPECT_TRUE(Connect());
+    data.AnswerNothing("begin").Leaves(UserTransaction::Open);
+  }
+
+  struct Placed {
+    std::string name;
+    Rect at;
+  };
+  /// In their order from left to right, as if all of them showed.
+  [[nodiscard]] std::vector<Placed> Controls() {
+    std::vector<Placed> placed;
+    for (const char* name :
+         {"cmdHistoryBack", "cmdHistoryForward", "cmdHistoryForwardTags", "cmdRequery",
+          "cmdRequeryTags", "cmdProperties", "chkLock", "cmdAccept", "cmdReject", "chkRecords",
+          "lblTransaction", "lblTimer", "cmdCnErrors", "cmdReconnect", "cboCatalog"})
+      placed.push_back({name, W().Find<Control>(name).Bounds()});
+    return placed;
+  }
+  [[nodiscard]] Rect At(const char* name) { return W().Find<Control>(name).Bounds(); }
+
+  void ExpectOrderWithoutOverlap(int width) {
+    const std::vector<Placed> placed = Controls();
+    for (std::size_t i = 0; i < placed.size(); ++i) {
+      const Rect& now = placed[i].at;
+      EXPECT_GE(now.left, margin) << placed[i].name << " at " << width;
+      EXPECT_LE(now.left + now.width, width - margin) << placed[i].name << " at " << width;
+      EXPECT_LE(now.top + now.height, At("txtStatus").top) << placed[i].name << " at " << width;
+      if (i == 0) continue;
+      const Rect& before = placed[i - 1].at;
+      const bool sameRow = now.top == before.top;
+      EXPECT_TRUE(sameRow || now.top >= before.top + before.height) << placed[i].name;
+      EXPECT_TRUE(!sameRow || now.left >= before.left + before.width) << placed[i].name;
+    }
+    EXPECT_GE(At("DataGrid").top, At("txtStatus").top + 330);
+  }
+};
+
+TEST_F(TopRowTest, WhereThereIsRoomAllStandInOneRow) {
+  RunThreeRows();
+  W().ResizeTo(12000, 6000);
+  ExpectOrderWithoutOverlap(12000);
+  EXPECT_EQ(At("cboCatalog"), (Rect{12000 - margin - 2100, 60, 2100, 330}));
+  EXPECT_EQ(At("txtStatus").top, 420);
+  EXPECT_EQ(At("DataGrid").top, 840);
+}
+
+TEST_F(TopRowTest, TheListOfCatalogsBecomesNarrowerFirst) {
+  W().ResizeTo(9600, 6000);
+  ExpectOrderWithoutOverlap(9600);
+  EXPECT_EQ(At("cboCatalog").top, 60);
+  EXPECT_LT(At("cboCatalog").width, 2100);
+  EXPECT_EQ(At("cboCatalog").left + At("cboCatalog").width, 9600 - margin);
+  EXPECT_EQ(At("DataGrid").top, 840);
+}
+
+TEST_F(TopRowTest, ThenTheRightOnesGetARowOfTheirOwn) {
+  W().ResizeTo(6000, 6000);
+  ExpectOrderWithoutOverlap(6000);
+  EXPECT_EQ(At("chkRecords").top, 60);
+  EXPECT_EQ(At("cboCatalog").top, 60 + 360);
+  EXPECT_EQ(At("cboCatalog").left + At("cboCatalog").width, 6000 - margin);
+  EXPECT_EQ(At("txtStatus").top, 420 + 360);
+  EXPECT_EQ(At("lblWarning").top, 750 + 360);
+  EXPECT_EQ(At("DataGrid"), (Rect{60, 840 + 360, 6000 - 120, 6000 - 60 - 840 - 360}));
+}
+
+TEST_F(TopRowTest, AtEveryWidthTheyKeepTheirOrderAndDoNotOverlap) {
+  Run("begin");
+  desktop.DrainEvents();
+  for (int width = 1800; width < 15000; width += 15) {
+    W().ResizeTo(width, 9000);
+    ExpectOrderWithoutOverlap(width);
+    if (HasFailure()) return;
+  }
+}
+
+TEST_F(TopRowTest, TheWordOfTheTransactionMakesTheRowFoldAndUnfold) {
+  W().ResizeTo(9600, 6000);
+  Run("begin");
+  desktop.DrainEvents();
+  ExpectOrderWithoutOverlap(9600);
+  EXPECT_EQ(At("txtStatus").top, 420 + 360);
+  data.AnswerNothing("commit").Leaves(UserTransaction::None);
+  Run("commit");
+  desktop.DrainEvents();
+  EXPECT_EQ(At("txtStatus").top, 420);
+}
+
+/// Two windows side by side on a screen 1024 wide, the sidebar shown.
+TEST_F(TopRowTest, InTwoTiledColumnsTwoRowsDo) {
+  data.Answer("fails", test::FakeFields({"a"}), {}).Leaves(UserTransaction::Failed);
+  Run("fails");
+  desktop.DrainEvents();
+  ASSERT_EQ(W().Find<Label>("lblTransaction").Caption(), "Failed transaction since 14:05");
+  W().ResizeTo(392 * 15, 6000);
+  ExpectOrderWithoutOverlap(392 * 15);
+  EXPECT_EQ(At("txtStatus").top, 420 + 360);
+}
+
+TEST_F(TopRowTest, TheWarningStandsBelowAFoldedRow) {
+  W().ResizeTo(6000, 6000);
+  W().PressKey('L', shiftState::ctrl);
+  data.Answer("select", test::FakeFields({"a"}), {{Value(std::string("x"))}}).UniqueRows(false);
+  EXPECT_TRUE(Run("select"));
+  EXPECT_EQ(At("DataGrid").top, 960 + 360);
+  EXPECT_EQ(At("lblWarning").top, 750 + 360);
+}
+
+}  // namespace
+}  // namespace tessel
