@@ -219,7 +219,7 @@ std::optional<Descriptor> TryLock(const std::string& name, const std::string& pa
 
 }  // namespace
 
-bool PosixFiles::Exists(const std::string& path) const {
+bool PosixFiles::FileExists(const std::string& path) const {
   if (path.substr(path.rfind(pathSeparator) + 1).starts_with('.')) return false;
   struct stat status {};
   return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);

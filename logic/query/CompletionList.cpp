@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
-#include "logic/program/Misc.h"
+#include "logic/program/Characters.h"
 #include "logic/tags/TagScanner.h"
+#include "logic/tags/ValueFormat.h"
 
 namespace tessel {
 

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "contract/base/Ascii.h"
-#include "logic/program/Misc.h"
 #include "logic/query/ReservedWords.h"
 
 namespace tessel {
@@ -93,6 +92,12 @@ std::vector<std::string> ListedParts(std::string_view listed, char quote) {
 }
 
 }  // namespace
+
+std::string QuoteIdentifier(std::string_view name) {
+  const bool startsWithDigit = !name.empty() && IsDigit(name.front());
+  if (!startsWithDigit && name.find(' ') == std::string_view::npos) return std::string(name);
+  return "[" + std::string(name) + "]";
+}
 
 std::size_t TableNameLength(std::string_view text) {
   std::size_t length = 0;

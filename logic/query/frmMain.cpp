@@ -1,6 +1,7 @@
 #include "logic/query/frmMain.h"
 
-#include "logic/program/Misc.h"
+#include "contract/base/TextCut.h"
+#include "logic/program/FileDialogs.h"
 #include "logic/text/LineEnds.h"
 
 namespace tessel {
@@ -144,7 +145,7 @@ void frmMain::chkWordWrap_Click() {
 }
 
 void frmMain::cmdExecute_Click() {
-  host_.DoSQL(IsKeyDown(global_.TheDesktop(), key::shift));
+  host_.DoSQL(global_.TheDesktop().IsKeyDown(key::shift));
   txtQuery_.SetFocus();
 }
 

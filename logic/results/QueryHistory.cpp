@@ -1,6 +1,6 @@
 #include "logic/results/QueryHistory.h"
 
-#include "logic/program/Misc.h"
+#include "contract/desktop/MenuItem.h"
 
 namespace tessel {
 
@@ -65,7 +65,7 @@ void QueryHistory::GoHistory(int offset, bool resubstituteTags) {
   const int position = ring_.Position() + offset;
   if (!ring_.Has(position)) return;
   const HistoryEntry entry = ring_.At(position);
-  const bool confirmFirst = IsKeyDown(desktop_, key::shift);
+  const bool confirmFirst = desktop_.IsKeyDown(key::shift);
   if (resubstituteTags) runner_.RunTagged(entry, confirmFirst, position);
   else runner_.RunAgain(entry, confirmFirst, position);
   runner_.FocusRecords();

@@ -3,7 +3,6 @@
 #include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
 #include "logic/connections/ConnectionText.h"
-#include "logic/program/Misc.h"
 #include "logic/schema/SchemaTree.h"
 #include "logic/tags/TagValue.h"
 #include "logic/text/frmText.h"

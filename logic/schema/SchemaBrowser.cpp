@@ -1,6 +1,6 @@
 #include "logic/schema/SchemaBrowser.h"
 
-#include "logic/program/Misc.h"
+#include "logic/program/FileDialogs.h"
 #include "logic/schema/SqlGeneration.h"
 #include "logic/tags/TagScanner.h"
 
@@ -91,7 +91,7 @@ std::string SchemaBrowser::KeptFile(const Connection& connection) const {
 /// catalog a connection begins with.
 std::string SchemaBrowser::FileToRead(const std::string& key, const Connection& connection) const {
   const std::string kept = KeptFile(connection);
-  if (kept.empty() || FileExists(global_.TheFiles(), kept)) return kept;
+  if (kept.empty() || global_.TheFiles().FileExists(kept)) return kept;
   if (firstCatalogs_.at(key) != connection.DefaultDatabase()) return {};
   return global_.BesideExecutable(SchemaFileName(connection.ConnectionString()));
 }

@@ -5,7 +5,8 @@
 
 #include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
-#include "logic/program/Misc.h"
+#include "contract/base/TextCut.h"
+#include "logic/connections/ConnectionPairs.h"
 
 namespace tessel {
 

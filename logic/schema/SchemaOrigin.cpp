@@ -4,8 +4,10 @@
 #include <initializer_list>
 
 #include "contract/base/Ascii.h"
+#include "contract/base/NumberText.h"
+#include "contract/base/TextCut.h"
 #include "logic/connections/ConnectionText.h"
-#include "logic/program/Misc.h"
+#include "logic/program/Characters.h"
 
 namespace tessel {
 

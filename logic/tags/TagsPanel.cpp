@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "contract/base/Error.h"
-#include "logic/program/Misc.h"
+#include "logic/program/Characters.h"
 #include "logic/tags/TagScanner.h"
 #include "logic/tags/TagValue.h"
 

@@ -3,9 +3,10 @@
 #include <memory>
 #include <utility>
 
+#include "contract/base/TextCut.h"
 #include "contract/desktop/Button.h"
 #include "contract/desktop/TextBox.h"
-#include "logic/program/Misc.h"
+#include "logic/program/FileDialogs.h"
 #include "logic/text/SqlTarget.h"
 #include "logic/text/TextDocument.h"
 

@@ -1,12 +1,12 @@
 #include "logic/query/Completion.h"
+#include "logic/program/Characters.h"
+#include "logic/query/Initials.h"
 
 #include <algorithm>
 #include <cstdint>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include "logic/program/Misc.h"
 
 namespace tessel {
 namespace {
