@@ -123,7 +123,7 @@ void QtDesktop::EndSession() {
   core.loops.EndAll();
   SessionEnds.Raise(nullptr);
   core.deferred.Add([&core] {
-    if (core.frame != nullptr) core.frame->Unload(UnloadReason::Code);
+    if (core.frame != nullptr) core.frame->EndWithSession();
     else QCoreApplication::quit();
   });
 }

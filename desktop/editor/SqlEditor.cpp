@@ -14,7 +14,6 @@
 #include "desktop/base/Colors.h"
 #include "desktop/base/Text.h"
 #include "desktop/editor/LineWrapping.h"
-#include "desktop/editor/LongTextAccess.h"
 #include "desktop/editor/SqlColors.h"
 
 namespace tessel {
@@ -215,7 +214,7 @@ void SqlEditor::SetBytes(std::string_view bytes) {
   SendScintilla(SCI_SETSCROLLWIDTH, 1UL);
   SendScintilla(SCI_SETMODEVENTMASK, static_cast<unsigned long>(SC_MODEVENTMASKALL));
   TakeLineEnd(bytes);
-  RenewTextAccess(*this);
+  RenewTextAccess(*this, *this);
 }
 
 void SqlEditor::TakeLineEnd(std::string_view bytes) {

@@ -29,7 +29,7 @@ constexpr int dragInterval = 50;
 }  // namespace
 
 RecordGrid::RecordGrid(QWidget* parent)
-    : QTableView(parent),
+    : GridView(parent),
       model_(new RecordsModel(this)),
       rowHeader_(new GridHeader(Qt::Vertical, *this)),
       editor_(new CellEditor(*this)),

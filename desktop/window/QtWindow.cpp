@@ -75,7 +75,7 @@ QtWindow::QtWindow(std::string formName, std::unique_ptr<QWidget> outer, Desktop
       block_(*outer_),
       caption_(FromQt(root_->windowTitle())) {
   ScaleForm();
-  router_ = std::make_unique<InputRouter>(*this, *root_, core);
+  router_ = std::make_unique<InputRouter>(*this, *this, *root_, core);
   MakeControls();
   MakeMenus();
   watch_ = std::make_unique<Watch>(*this);

@@ -6,9 +6,14 @@ import subprocess
 import helpbook
 
 IMPLEMENTATIONS = ("data", "desktop", "system")
-# The folders of a floor, each using only itself and those before it.
-CONTRACT = ("base", "data", "desktop")
-WINGS = ("program", "text", "connections", "tags", "query", "schema", "results", "app")
+PRODUCT = ("contract", "logic", "main") + IMPLEMENTATIONS
+# The folders of each floor, each using only itself and those before it.
+FLOORS = {
+    "contract": ("base", "data", "desktop"),
+    "logic": ("program", "text", "connections", "tags", "query", "schema", "results", "app"),
+    "data": ("rows", "changes", "providers", "work", "cursor"),
+    "desktop": ("base", "services", "dialogs", "controls", "editor", "tree", "grid", "window", "help"),
+}
 LOGIC_LIBRARIES = {"pugixml.hpp", "utf8proc.h"}
 ODBC_DOOR = "data/providers/odbc/OdbcApi"
 PQ_DOOR = "data/providers/postgresql/PqApi"
@@ -89,8 +94,7 @@ def upward_includes(tree):
                 for line, _, name in tree.includes(path):
                     if name.startswith(above):
                         yield "%s:%d: may not include %s, which is above it" % (path, line, name)
-    return [found for floor, order in (("contract", CONTRACT), ("logic", WINGS))
-            for found in complaints(floor, order)]
+    return [found for floor, order in FLOORS.items() for found in complaints(floor, order)]
 
 
 def naked_calls(tree, call, door):
@@ -159,6 +163,33 @@ def include_cycles(tree):
     return complaints
 
 
+def unit_of(path):
+    return path.rsplit(".", 1)[0]
+
+
+def unit_circles(tree):
+    """No unit of the product, a header and its source taken together, includes itself through
+    others."""
+    paths, graph, trail, finished = tree.code_paths(*PRODUCT), {}, [], set()
+    units, complaints = {unit_of(path) for path in paths}, []
+    for path in paths:
+        used = {unit_of(name) for _, _, name in tree.includes(path)}
+        graph.setdefault(unit_of(path), set()).update(sorted(used & units - {unit_of(path)}))
+
+    def visit(unit):
+        if unit in trail:
+            complaints.append(" -> ".join(trail[trail.index(unit):] + [unit]))
+        elif unit not in finished:
+            trail.append(unit)
+            for used in sorted(graph[unit]):
+                visit(used)
+            finished.add(trail.pop())
+
+    for unit in sorted(graph):
+        visit(unit)
+    return complaints
+
+
 def formatting(tree):
     """Changed files are as clang-format would write them."""
     if not shutil.which("clang-format"):
@@ -209,5 +240,5 @@ def help_book(tree):
 
 
 ALL = (logic_includes, contract_includes, implementation_includes, upward_includes, odbc_door,
-       postgresql_door, mariadb_door, inline_members, event_pump, forbidden_words, include_cycles, formatting, guard_headers, icons,
-       help_book)
+       postgresql_door, mariadb_door, inline_members, event_pump, forbidden_words, include_cycles,
+       unit_circles, formatting, guard_headers, icons, help_book)

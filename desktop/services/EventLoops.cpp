@@ -1,4 +1,4 @@
-#include "desktop/window/EventLoops.h"
+#include "desktop/services/EventLoops.h"
 
 #include <QApplication>
 #include <QDeadlineTimer>
@@ -12,7 +12,7 @@
 #include <memory>
 #include <vector>
 
-#include "desktop/window/InputBlock.h"
+#include "desktop/services/InputBlock.h"
 
 namespace tessel {
 

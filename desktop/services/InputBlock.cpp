@@ -1,4 +1,4 @@
-#include "desktop/window/InputBlock.h"
+#include "desktop/services/InputBlock.h"
 
 #include <QAction>
 #include <QCoreApplication>
