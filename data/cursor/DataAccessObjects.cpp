@@ -1,9 +1,10 @@
 #include "data/cursor/DataAccessObjects.h"
 
-#include "data/providers/mariadb/MariaProvider.h"
+#include "data/providers/NamedProvider.h"
+#include "data/providers/mariadb/MariaSession.h"
 #include "data/providers/odbc/OdbcProvider.h"
-#include "data/providers/postgresql/PostgresProvider.h"
-#include "data/providers/sqlite/SqliteProvider.h"
+#include "data/providers/postgresql/PostgresSession.h"
+#include "data/providers/sqlite/SqliteSession.h"
 #include "data/work/ThreadHost.h"
 
 namespace tessel {
@@ -12,9 +13,9 @@ namespace {
 
 std::shared_ptr<const ProviderRegistry> AllProviders() {
   auto registry = std::make_shared<ProviderRegistry>();
-  registry->Add(std::make_unique<SqliteProvider>());
-  registry->Add(std::make_unique<PostgresProvider>());
-  registry->Add(std::make_unique<MariaProvider>());
+  registry->Add(std::make_unique<NamedProvider<SqliteSession>>("SQLite"));
+  registry->Add(std::make_unique<NamedProvider<PostgresSession>>("PostgreSQL"));
+  registry->Add(std::make_unique<NamedProvider<MariaSession>>("MariaDB"));
   registry->Add(std::make_unique<OdbcProvider>(), true);
   return registry;
 }

@@ -7,7 +7,6 @@
 
 #include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
-#include "data/providers/CommandText.h"
 
 namespace tessel {
 
@@ -193,11 +192,11 @@ ParseSort(std::string_view text,
     std::string_view part = TakePart(text);
     const bool descending = TakeWord(part, " DESC");
     if (!descending) TakeWord(part, " ASC");
-    const std::string name = WithoutBrackets(std::string(part));
+    const std::string_view name = WithoutBrackets(part);
     const auto field = find(name);
     if (!field)
       throw Error(errorNumber::itemNotFound, "Tessel",
-                  "There is no field '" + name + "' to sort by.");
+                  "There is no field '" + std::string(name) + "' to sort by.");
     fields.push_back({*field, descending});
   }
   return fields;

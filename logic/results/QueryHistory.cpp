@@ -16,12 +16,6 @@ Color TagColor(int tagKind) {
   return (tagKind & 1) != 0 ? partlyFromFields : notFromFields;
 }
 
-bool Press(Button& button) {
-  if (!button.Visible() || !button.Enabled()) return false;
-  button.Press();
-  return true;
-}
-
 }  // namespace
 
 QueryHistory::QueryHistory(const Desktop& desktop, Window& window, QueryRunner& runner)
@@ -136,7 +130,7 @@ bool QueryHistory::ShowMenuOf(Button& button, bool forward) {
 }
 
 bool QueryHistory::HandleKey(int keyCode, int shift) {
-  if (shift == shiftState::ctrl && keyCode == 'Q') return Press(cmdProperties_);
+  if (shift == shiftState::ctrl && keyCode == 'Q') return cmdProperties_.Press();
   if (shift == shiftState::alt && keyCode == key::up) return ShowMenuOf(cmdHistoryBack_, false);
   if (shift == shiftState::alt && keyCode == key::down) return ShowMenuOf(cmdHistoryForward_, true);
   return HandleRunningKey(keyCode, shift & ~shiftState::shift);
@@ -145,11 +139,11 @@ bool QueryHistory::HandleKey(int keyCode, int shift) {
 /// Those that run a query go with Shift as well, which shows it first.
 bool QueryHistory::HandleRunningKey(int keyCode, int shift) {
   using namespace shiftState;
-  if (shift == none && keyCode == key::f5) return Press(cmdRequery_);
-  if (shift == ctrl && keyCode == key::f5) return Press(cmdRequeryTags_);
-  if (shift == alt && keyCode == key::left) return Press(cmdHistoryBack_);
-  if (shift == alt && keyCode == key::right) return Press(cmdHistoryForward_);
-  if (shift == (ctrl | alt) && keyCode == key::right) return Press(cmdHistoryForwardTags_);
+  if (shift == none && keyCode == key::f5) return cmdRequery_.Press();
+  if (shift == ctrl && keyCode == key::f5) return cmdRequeryTags_.Press();
+  if (shift == alt && keyCode == key::left) return cmdHistoryBack_.Press();
+  if (shift == alt && keyCode == key::right) return cmdHistoryForward_.Press();
+  if (shift == (ctrl | alt) && keyCode == key::right) return cmdHistoryForwardTags_.Press();
   return false;
 }
 

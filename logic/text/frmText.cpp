@@ -111,25 +111,20 @@ class frmText {
 
   void Form_KeyDown(KeyEvent& event) {
     using namespace shiftState;
-    if (event.keyCode == 'C' && event.shift == (ctrl | alt)) event.handled = PressShown(cmdCopy_);
+    if (event.keyCode == 'C' && event.shift == (ctrl | alt)) event.handled = cmdCopy_.Press();
     else if (event.keyCode == 'C' && event.shift == (ctrl | shift))
-      event.handled = PressShown(cmdCopyToSQLWindow_);
+      event.handled = cmdCopyToSQLWindow_.Press();
     else if (event.keyCode == key::escape && event.shift == none) event.handled = window_->Unload();
     else if (event.shift == ctrl) HandleControlKey(event);
   }
 
   void HandleControlKey(KeyEvent& event) {
-    if (event.keyCode == 'O') event.handled = PressShown(cmdOpen_);
-    else if (event.keyCode == 'S') event.handled = PressShown(cmdSave_);
+    if (event.keyCode == 'O') event.handled = cmdOpen_.Press();
+    else if (event.keyCode == 'S') event.handled = cmdSave_.Press();
     else if (event.keyCode == 'W' && chkWordWrap_.Visible()) {
       chkWordWrap_.SetValue(!chkWordWrap_.Value());
       event.handled = true;
     }
-  }
-
-  static bool PressShown(Button& button) {
-    button.Press();
-    return button.Visible();
   }
 
   const Global& global_;

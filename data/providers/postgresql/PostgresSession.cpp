@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "contract/base/Ascii.h"
 #include "data/changes/UniqueRows.h"
 #include "data/providers/CommandText.h"
 #include "data/providers/postgresql/PostgresMessages.h"
@@ -184,7 +185,7 @@ std::string PostgresSession::CurrentCatalog() {
 
 void PostgresSession::SetCatalog(const std::string& name, Operation& operation) {
   PostgresTarget target = target_;
-  target.SetDatabase(WithoutBrackets(name));
+  target.SetDatabase(std::string(WithoutBrackets(name)));
   connection_ = Connect(target, operation);
   target_ = std::move(target);
 }

@@ -7,7 +7,6 @@
 #include "contract/base/Ascii.h"
 #include "data/changes/UniqueRows.h"
 #include "data/providers/CommandText.h"
-#include "data/providers/odbc/OdbcScan.h"
 #include "data/providers/sqlite/SqliteFile.h"
 #include "data/providers/sqlite/SqliteSchema.h"
 
@@ -20,7 +19,7 @@ bool IsCounted(const SqliteStatement& statement) {
   constexpr std::array words = {"INSERT", "UPDATE", "DELETE", "REPLACE", "WITH"};
   if (statement.IsReadOnly()) return false;
   const std::string text = statement.Text();
-  const std::string_view first = odbc::FirstWord(text);
+  const std::string_view first = FirstWord(text);
   return std::ranges::any_of(words, [&](const char* word) { return EqualNoCase(word, first); });
 }
 
