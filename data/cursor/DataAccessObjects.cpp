@@ -22,8 +22,9 @@ std::shared_ptr<const ProviderRegistry> AllProviders() {
 
 }  // namespace
 
-DataAccessObjects::DataAccessObjects(EventQueue& queue, FailureSink* failures, RowMemory memory)
-    : services_{queue, failures, AllProviders(), ThreadHost::Starter(leftBehind_),
+DataAccessObjects::DataAccessObjects(EventQueue& queue, FailureSink* failures, RowMemory memory,
+                                     int patienceFactor)
+    : services_{queue, failures, AllProviders(), ThreadHost::Starter(leftBehind_, patienceFactor),
                 std::move(memory)} {}
 
 std::shared_ptr<Connection> DataAccessObjects::CreateConnection() {

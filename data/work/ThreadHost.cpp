@@ -2,26 +2,19 @@
 
 #include <utility>
 
-#include "data/work/Slowdown.h"
-
 namespace tessel {
 
-namespace {
-
-/// How long what runs now may take to end after a cancel.
-std::chrono::milliseconds PatienceOf(const ProviderSession& session) {
-  return slowdown * session.CancelPatience();
-}
-
-}  // namespace
-
 ThreadHost::ThreadHost(std::unique_ptr<ProviderSession> session,
-                       std::shared_ptr<LeftBehind> leftBehind)
-    : runner_(std::move(session)), leftBehind_(std::move(leftBehind)) {}
+                       std::shared_ptr<LeftBehind> leftBehind, int patienceFactor)
+    : runner_(std::move(session)),
+      leftBehind_(std::move(leftBehind)),
+      patienceFactor_(patienceFactor) {}
 
-HostStarter ThreadHost::Starter(std::shared_ptr<LeftBehind> leftBehind) {
-  return [leftBehind = std::move(leftBehind)](std::unique_ptr<ProviderSession> session) {
-    std::shared_ptr<ThreadHost> host(new ThreadHost(std::move(session), leftBehind));
+HostStarter ThreadHost::Starter(std::shared_ptr<LeftBehind> leftBehind, int patienceFactor) {
+  return [leftBehind = std::move(leftBehind),
+          patienceFactor](std::unique_ptr<ProviderSession> session) {
+    std::shared_ptr<ThreadHost> host(
+        new ThreadHost(std::move(session), leftBehind, patienceFactor));
     host->thread_ = WatchedThread([host] { host->Work(); });
     return host;
   };
@@ -35,11 +28,15 @@ void ThreadHost::Run(std::shared_ptr<Task> task) {
   changed_.notify_all();
 }
 
+std::chrono::milliseconds ThreadHost::Patience() const {
+  return patienceFactor_ * runner_.Session().CancelPatience();
+}
+
 void ThreadHost::Cancel(const std::shared_ptr<Task>& task) {
   task->AskToStop();
   if (!task->BeginCancel()) return;
   const auto self = shared_from_this();
-  const auto patience = PatienceOf(runner_.Session());
+  const auto patience = Patience();
   leftBehind_->Keep(WatchedThread([self, task] { self->CancelUntilEnded(*task); }));
   leftBehind_->Keep(WatchedThread([self, task, patience] {
     if (!task->WaitForEnd(patience)) self->GiveUp(*task);
@@ -47,7 +44,7 @@ void ThreadHost::Cancel(const std::shared_ptr<Task>& task) {
 }
 
 void ThreadHost::Stop(const std::shared_ptr<Task>& running) {
-  const auto patience = PatienceOf(runner_.Session());
+  const auto patience = Patience();
   if (running) Cancel(running);
   std::unique_lock lock(mutex_);
   quit_ = true;

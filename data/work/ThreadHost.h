@@ -19,8 +19,10 @@ class ThreadHost : public SessionHost, public std::enable_shared_from_this<Threa
   /// How long Stop waits for a session to be closed.
   static constexpr std::chrono::milliseconds closePatience{500};
 
-  /// Makes hosts whose threads go to `leftBehind` where nobody waits for them.
-  [[nodiscard]] static HostStarter Starter(std::shared_ptr<LeftBehind> leftBehind);
+  /// Makes hosts whose threads go to `leftBehind` where nobody waits for them. What was cancelled
+  /// may take `patienceFactor` times the session's patience: more than 1 in a build that is slow.
+  [[nodiscard]] static HostStarter Starter(std::shared_ptr<LeftBehind> leftBehind,
+                                           int patienceFactor = 1);
 
   void Run(std::shared_ptr<Task> task) override;
   /// What does not end within the session's patience is abandoned.
@@ -33,7 +35,11 @@ class ThreadHost : public SessionHost, public std::enable_shared_from_this<Threa
   void WaitForEnd(Task& task) override { task.WaitForEnd(); }
 
  private:
-  ThreadHost(std::unique_ptr<ProviderSession> session, std::shared_ptr<LeftBehind> leftBehind);
+  ThreadHost(std::unique_ptr<ProviderSession> session, std::shared_ptr<LeftBehind> leftBehind,
+             int patienceFactor);
+
+  /// How long what runs now may take to end after a cancel.
+  [[nodiscard]] std::chrono::milliseconds Patience() const;
 
   void Work();
   [[nodiscard]] std::shared_ptr<Task> NextTask();
@@ -46,6 +52,7 @@ class ThreadHost : public SessionHost, public std::enable_shared_from_this<Threa
   /// UI thread until Stop has told the worker to end. Destroyed by the worker at its end.
   TaskRunner runner_;
   const std::shared_ptr<LeftBehind> leftBehind_;
+  const int patienceFactor_;
   WatchedThread thread_;
 
   std::mutex mutex_;

@@ -15,6 +15,7 @@
 #include "desktop/grid/RecordGrid.h"
 #include "tests/desktop/DesktopFixture.h"
 #include "tests/desktop/grid/GeneratedRows.h"
+#include "tests/support/Slowdown.h"
 
 namespace tessel::test {
 
@@ -388,7 +389,7 @@ class SpilledGridTest : public GridTest {
  protected:
   [[nodiscard]] std::shared_ptr<Recordset> RowsWith(std::size_t bytes) {
     data_ = std::make_unique<DataAccessObjects>(TheDesktop().Events(), nullptr,
-                                                RowMemory{bytes, SpillFolder()});
+                                                RowMemory{bytes, SpillFolder()}, slowdown);
     const auto connection = data_->CreateConnection();
     connection->SetConnectionString("Provider=SQLite;Data Source=:memory:");
     connection->Open({}, {}, 0);
