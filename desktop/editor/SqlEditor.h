@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "desktop/editor/LineBreaks.h"
+#include "desktop/plain/LineBreaks.h"
 #include "desktop/editor/LongTextAccess.h"
 
 namespace tessel {

@@ -1,6 +1,6 @@
 // Where very long lines are broken to be shown.
 
-#include "desktop/editor/LineBreaks.h"
+#include "desktop/plain/LineBreaks.h"
 
 #include <random>
 #include <string>

@@ -1,13 +1,13 @@
 // Where lines are broken to fit a width.
 
-#include "desktop/editor/LineWrapping.h"
+#include "desktop/plain/LineWrapping.h"
 
 #include <random>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "desktop/editor/LineBreaks.h"
+#include "desktop/plain/LineBreaks.h"
 
 namespace tessel::test {
 namespace {

@@ -1,8 +1,8 @@
-#include "desktop/editor/LineBreaks.h"
+#include "desktop/plain/LineBreaks.h"
 
 #include <algorithm>
 
-#include "desktop/base/Text.h"
+#include "contract/base/Utf8.h"
 
 namespace tessel {
 

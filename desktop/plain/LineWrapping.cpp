@@ -1,11 +1,11 @@
-#include "desktop/editor/LineWrapping.h"
+#include "desktop/plain/LineWrapping.h"
 
 #include <array>
 #include <cstdint>
 #include <unordered_map>
 
 #include "contract/base/Utf8.h"
-#include "desktop/editor/LineBreaks.h"
+#include "desktop/plain/LineBreaks.h"
 
 namespace tessel {
 

@@ -1,4 +1,8 @@
-#include "desktop/tree/KeyedNodes.h"
+// The store behind the schema browser's tree, made for hundreds of thousands of nodes: a hash index
+// of its own in the first section, and branches with memory of their own in the second, so that
+// adding, finding and removing take no longer than they must.
+
+#include "desktop/plain/KeyedNodes.h"
 
 #include <algorithm>
 #include <functional>
@@ -31,7 +35,7 @@ KeyedNode& MakeNode(const TreeNode& from, KeyedNode& parent, std::pmr::memory_re
 
 }  // namespace
 
-// --- the index ---------------------------------------------------------------------------------
+// --- the index -----------------------------------------------------------------------------------
 
 /// The place of the key, or the free one where it belongs.
 std::size_t KeyIndex::PlaceOf(std::string_view key, std::size_t hash) const {
@@ -78,7 +82,7 @@ void KeyIndex::Remove(std::string_view key) {
   --used_;
 }
 
-// --- the nodes ---------------------------------------------------------------------------------
+// --- the nodes -----------------------------------------------------------------------------------
 
 KeyedNode* KeyedNodes::Find(std::string_view key) const { return Find(key, HashOf(key)); }
 

@@ -1,6 +1,6 @@
 // The nodes of a tree view against a plain list of them.
 
-#include "desktop/tree/KeyedNodes.h"
+#include "desktop/plain/KeyedNodes.h"
 
 #include <gtest/gtest.h>
 
