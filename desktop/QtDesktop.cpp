@@ -1,3 +1,7 @@
+// Here the parts of the desktop are put together: the application object, what all windows share,
+// the services and the help window, in the order in which they depend on each other. The windows
+// are made here by the kind that their form names, and the program's end begins here.
+
 #include "desktop/QtDesktop.h"
 
 #include <QApplication>

@@ -1,3 +1,7 @@
+// The files of the program on a POSIX system. Replacing a file wholly or not at all takes most of
+// the room: links are followed, permissions kept, the folder synced; locks stand beside the files
+// they belong to.
+
 #include "system/PosixFiles.h"
 
 #include <array>

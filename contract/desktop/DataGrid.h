@@ -1,5 +1,9 @@
 #pragma once
 
+// The table of records as the records window works with it. The grid shows an open recordset and
+// keeps the selection and the current column; the recordset keeps the current record. While a cell
+// is edited the grid asks by events before it begins, leaves or writes.
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -85,8 +89,7 @@ class DataGrid : public Control {
   /// Puts the selected cells (else the current one) on the clipboard.
   virtual void Copy() = 0;
 
-  // --- editing the current cell
-  // ------------------------------------------------------------------------------
+  // --- editing the current cell ------------------------------------------------------------------
   /// Whether the user may edit it: its column is not locked, and AllowUpdate, or AllowAddNew on the
   /// new row.
   [[nodiscard]] bool CanEditCell() const;

@@ -1,3 +1,7 @@
+// The table widget of a data grid when nothing is edited: how it is set up, how keys and mouse move
+// and select, how wide columns are, what is copied. GridEditing.cpp has the part of this class that
+// edits; the two together would be too long for one file.
+
 #include "desktop/grid/RecordGrid.h"
 
 #include <QApplication>

@@ -1,3 +1,7 @@
+// All nested running of the event loop, for dialogs, pop-up menus and long operations. The tricky
+// part is to keep the rest of the program out meanwhile: input is blocked, a window may vanish
+// while its loop runs, and the end of the session ends every loop.
+
 #include "desktop/services/EventLoops.h"
 
 #include <QApplication>

@@ -1,3 +1,8 @@
+// The life of a window from its form to its end: controls and menus are found in the form and get
+// their adapters, sizes grow with the font, and closing goes through the questions that the logic
+// may refuse. A handler may destroy the window at any time, which is why so much looks whether it
+// is still there.
+
 #include "desktop/window/QtWindow.h"
 
 #include <QAction>

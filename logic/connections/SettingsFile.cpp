@@ -1,3 +1,6 @@
+// Reading and writing the file of saved connections without losing what else stands in it: what
+// other programs wrote, what a person added by hand, and an older file that is taken over once.
+
 #include "logic/connections/SettingsFile.h"
 
 #include <charconv>

@@ -1,3 +1,7 @@
+// Names of tables and fields on their way into SQL, for the schema browser and the generated
+// statements: taken apart at their dots, looked at for what SQL would misread, and put in the
+// quotes that the database takes.
+
 #include "logic/query/NameQuoting.h"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// The query window's commands: new, open, save and save as with their questions, running the text,
+// and its caption. The completion and the copy for recovery are parts that it owns and wires here.
+
 #include "logic/query/frmMain.h"
 
 #include "contract/base/TextCut.h"
@@ -163,8 +166,7 @@ void frmMain::Form_QueryUnload(bool& refuse, UnloadReason reason) {
   refuse = reason == UnloadReason::ControlBox || CancelQueryFileUnload();
 }
 
-// --- unsaved text that survives the program
-// -----------------------------------------------------------------------
+// --- unsaved text that survives the program ------------------------------------------------------
 
 std::optional<UnsavedText> frmMain::Unsaved() const {
   if (!dirty_) return std::nullopt;

@@ -65,8 +65,7 @@ void QueryHistory::GoHistory(int offset, bool resubstituteTags) {
   runner_.FocusRecords();
 }
 
-// --- buttons
-// ------------------------------------------------------------------------------------------------------
+// --- buttons -------------------------------------------------------------------------------------
 
 void QueryHistory::UpdateHistoryButtons() {
   UpdateRequeryTags();
@@ -102,8 +101,7 @@ void QueryHistory::SetTip(Button& button, const char* direction, int position) {
                     " record(s) of: " + ShortenForTip(entry.sql));
 }
 
-// --- menu
-// ---------------------------------------------------------------------------------------------------------
+// --- menu ----------------------------------------------------------------------------------------
 
 void QueryHistory::ShowHistoryMenu(bool forward) {
   const int step = forward ? 1 : -1;

@@ -1,3 +1,7 @@
+// What the user does in the schema browser: expanding and checking nodes, the pop-up menus and
+// their commands, and the SQL that goes to the query window. The nodes themselves are kept and
+// loaded elsewhere.
+
 #include "logic/schema/SchemaBrowser.h"
 
 #include "logic/program/FileDialogs.h"
@@ -101,8 +105,7 @@ std::shared_ptr<Connection> SchemaBrowser::ConnectionOf(const std::string& key) 
   return host_.ConnectionOf(WindowNumberOf(tree_.DatabaseOf(key)));
 }
 
-// --- the tree's events
-// --------------------------------------------------------------------------------------------
+// --- the tree's events ---------------------------------------------------------------------------
 
 void SchemaBrowser::trvBrowser_NodeCheck(const std::string& key) {
   pressedOnNode_ = false;  // It was the check box: a second press checks again.
@@ -162,8 +165,7 @@ void SchemaBrowser::PopupMenuOf(const std::string& key, Control* at, int x, int 
   frame_.PopupMenu(frame_.Menu(MenuOf(KindOfNode(key))), at, x, y);
 }
 
-// --- the menus
-// ----------------------------------------------------------------------------------------------------
+// --- the menus -----------------------------------------------------------------------------------
 
 void SchemaBrowser::WireMenus() {
   OnDatabase("mnuDBLoadSchemaFromXML", &SchemaBrowser::mnuDBLoadSchemaFromXML_Click);

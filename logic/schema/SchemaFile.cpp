@@ -1,3 +1,6 @@
+// The schema of a database as an XML document for the schema browser, written and read back, with
+// what tells which database it belongs to.
+
 #include "logic/schema/SchemaFile.h"
 
 #include <pugixml.hpp>

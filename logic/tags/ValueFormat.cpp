@@ -1,3 +1,7 @@
+// Values on their way into a text: quoted, escaped in one of several styles, or left bare by their
+// kind. Every conversion of records comes through here for each of its cells, so calls and copies
+// are avoided where a cell needs none.
+
 #include "logic/tags/ValueFormat.h"
 
 #include <utility>

@@ -1,3 +1,6 @@
+// The one window that shows or edits a longer text for a caller, and the two functions by which the
+// rest of the program opens it. What it does with files and wrapping is the text document's.
+
 #include "logic/text/frmText.h"
 
 #include <memory>

@@ -55,14 +55,12 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   [[nodiscard]] bool EditActive() const override { return editing_; }
   void Refresh() override;
 
-  // --- what the user sees of the cell being edited: the part of its text that is selected, else
-  // where the caret stands
-  // -----------------------------------------------------------------------------------------
+  // --- the text of the cell being edited ---------------------------------------------------------
+  /// What is selected of it; without a selection, where the caret stands.
   [[nodiscard]] std::size_t EditorSelStart() const { return editor_.Start(); }
   [[nodiscard]] std::size_t EditorSelLength() const { return editor_.Length(); }
 
-  // --- what a user does; positions are 0-based
-  // -----------------------------------------------------
+  // --- what a user does; positions are 0-based ---------------------------------------------------
   void ClickCell(std::int64_t position, int column);
   void DoubleClickCell(std::int64_t position, int column);
   /// Types into the current cell, character by character.

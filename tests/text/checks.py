@@ -12,7 +12,7 @@ FLOORS = {
     "contract": ("base", "data", "desktop"),
     "logic": ("program", "text", "connections", "tags", "query", "schema", "results", "app"),
     "data": ("rows", "changes", "providers", "work", "cursor"),
-    "desktop": ("base", "services", "dialogs", "controls", "editor", "tree", "grid", "window", "help"),
+    "desktop": ("plain", "base", "services", "dialogs", "controls", "editor", "tree", "grid", "window", "help"),
 }
 LOGIC_LIBRARIES = {"pugixml.hpp", "utf8proc.h"}
 ODBC_DOOR = "data/providers/odbc/OdbcApi"
@@ -42,6 +42,10 @@ WORDS = re.compile("|".join((
     r"\b[Ss]pecific" r"ations?\b", r"\b[Ss]pe" r"c\b", r"\bPart" r"s? \d", r"\bseed doc" r"ument",
     r"\b[Ii]ssue #?\d", r"\bsub" r"agent", r"(?<!\w)/wo" r"rk/", r"/fa" r"rm/", r"/ro" r"ot/")))
 WORDS_FREE = ("LICENSE",)
+
+
+SECTION_MARK = re.compile(r"^[ \t]*// ---(?!-).*$|^[ \t]*// -{4,}[ \t]*$", re.M)
+LINE_WIDTH = 100
 
 
 class Skipped(Exception):
@@ -190,6 +194,17 @@ def unit_circles(tree):
     return complaints
 
 
+def section_marks(tree):
+    """A section mark is one line, "// --- title ---...", no longer than lines may be: so the formatter
+    leaves it whole."""
+    def is_whole(mark):
+        return len(mark) <= LINE_WIDTH and re.fullmatch(r" *// --- \S.*\S -{2,}", mark)
+
+    return ["%s:%d: is no whole section mark" % (path, tree.text(path).count("\n", 0, match.start()) + 1)
+            for path in tree.code_paths() for match in SECTION_MARK.finditer(tree.text(path))
+            if not is_whole(match.group())]
+
+
 def formatting(tree):
     """Changed files are as clang-format would write them."""
     if not shutil.which("clang-format"):
@@ -241,4 +256,4 @@ def help_book(tree):
 
 ALL = (logic_includes, contract_includes, implementation_includes, upward_includes, odbc_door,
        postgresql_door, mariadb_door, inline_members, event_pump, forbidden_words, include_cycles,
-       unit_circles, formatting, guard_headers, icons, help_book)
+       unit_circles, section_marks, formatting, guard_headers, icons, help_book)

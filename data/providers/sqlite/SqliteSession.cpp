@@ -30,7 +30,7 @@ void SqliteSession::Cancel() noexcept {
   if (operation_ != nullptr && database_) database_->Interrupt();
 }
 
-// --- opening and closing ---------------------------------------------------------------------
+// --- opening and closing -------------------------------------------------------------------------
 
 void SqliteSession::Open(const Login& /*login*/, Operation& operation) {
   const SqliteFile file = SqliteFile::FromKeys(keys_);
@@ -71,7 +71,7 @@ Properties SqliteSession::ReadProperties() {
   return properties;
 }
 
-// --- commands --------------------------------------------------------------------------------
+// --- commands ------------------------------------------------------------------------------------
 
 /// The next statement of the text; none at its end. What was done before it stays done, so it is
 /// only where there is one that a cancel can still take effect.
@@ -197,7 +197,7 @@ std::vector<std::size_t> SqliteSession::FindKey(const std::vector<FieldInfo>& fi
   return KeyFields(fields, tables_.begin()->second.keys);
 }
 
-// --- catalogs and schema ---------------------------------------------------------------------
+// --- catalogs and schema -------------------------------------------------------------------------
 
 void SqliteSession::SetCatalog(const std::string& /*name*/, Operation& /*operation*/) {
   throw Error(errorNumber::notSupported, "SQLite",
