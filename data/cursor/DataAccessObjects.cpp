@@ -1,6 +1,5 @@
 #include "data/cursor/DataAccessObjects.h"
 
-#include "data/providers/NamedProvider.h"
 #include "data/providers/mariadb/MariaSession.h"
 #include "data/providers/odbc/OdbcProvider.h"
 #include "data/providers/postgresql/PostgresSession.h"
@@ -10,6 +9,22 @@
 namespace tessel {
 
 namespace {
+
+/// A provider of one name, whose sessions need nothing but the keys of a connection string.
+template <class Session>
+class NamedProvider final : public Provider {
+ public:
+  explicit NamedProvider(std::string name) : name_(std::move(name)) {}
+
+  [[nodiscard]] std::vector<std::string> Names() const override { return {name_}; }
+  [[nodiscard]] std::unique_ptr<ProviderSession>
+  CreateSession(const ConnectionKeys& keys) const override {
+    return std::make_unique<Session>(keys);
+  }
+
+ private:
+  std::string name_;
+};
 
 std::shared_ptr<const ProviderRegistry> AllProviders() {
   auto registry = std::make_shared<ProviderRegistry>();

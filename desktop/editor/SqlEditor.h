@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "desktop/plain/LineBreaks.h"
 #include "desktop/editor/LongTextAccess.h"
+#include "desktop/plain/LineBreaks.h"
 
 namespace tessel {
 
@@ -80,9 +80,9 @@ class SqlEditor : public QsciScintilla, public TextHolder {
   [[nodiscard]] LineBreaks BreaksOf(std::string_view bytes, bool readOnly);
   /// Breaks the text anew; what is selected and what is on top stay.
   void BreakAnew();
-  /// The same, when the lines do not fit the window any more.
+  /// Breaks the text anew when its lines no longer fit the window.
   void WrapAnew();
-  /// The same, when characters have got another size.
+  /// Breaks the text anew soon, since its characters have got another size.
   void MeasureAnew();
   [[nodiscard]] bool WrapsItself(std::size_t length, bool readOnly) const;
   /// Pixels that a wrapped line may take.

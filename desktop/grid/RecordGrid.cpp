@@ -14,8 +14,8 @@
 #include "desktop/base/Icons.h"
 #include "desktop/grid/CellDelegate.h"
 #include "desktop/grid/CellEditor.h"
-#include "desktop/grid/CellText.h"
 #include "desktop/grid/GridHeader.h"
+#include "desktop/grid/ShownText.h"
 
 namespace tessel {
 
@@ -112,13 +112,6 @@ void RecordGrid::GoTo(int row, int column, bool extend) {
   else selection_.StartAt(row, column);
   selectionModel()->setCurrentIndex(model_->index(row, column), QItemSelectionModel::NoUpdate);
   ShowSelection();
-}
-
-void RecordGrid::SetCurrentColumnQuietly(int column) {
-  ++quiet_;
-  const int row = std::max(currentIndex().row(), 0);
-  selectionModel()->setCurrentIndex(model_->index(row, column), QItemSelectionModel::NoUpdate);
-  --quiet_;
 }
 
 void RecordGrid::Copy() {

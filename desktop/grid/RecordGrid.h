@@ -71,8 +71,6 @@ class RecordGrid : public GridView {
   /// Takes in the rows as they are now and goes to the current record.
   void Refresh();
   void SetAllowsNew(bool allows);
-  /// Makes the cell of a column current in the present row, silently.
-  void SetCurrentColumnQuietly(int column);
   void Copy();
   /// Shows a change of the selection that was made on Selection().
   void ShowSelection();

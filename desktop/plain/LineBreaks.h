@@ -27,8 +27,9 @@ class LineBreaks {
   /// Place in the text of the byte that follows each break, ascending.
   [[nodiscard]] const std::vector<std::size_t>& Places() const { return places_; }
 
-  /// That of the piece's first byte for a place at a break.
+  /// The place as shown of a place in the text. At a break it is that of the byte behind it.
   [[nodiscard]] std::size_t Shown(std::size_t place) const;
+  /// The place in the text of a place as shown.
   [[nodiscard]] std::size_t InText(std::size_t place) const;
 
  private:

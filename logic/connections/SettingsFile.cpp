@@ -131,7 +131,7 @@ pugi::xml_node SettingsFile::Connections() const {
 
 bool SettingsFile::CanSave() const { return readable_ && Connections(); }
 
-/// From the reading to the writing no other program has its turn.
+/// No other program writes between the reading and the writing.
 bool SettingsFile::Save(const std::vector<SavedConnection>& list, std::string* reason) {
   const std::string& path = global_.SettingsFilePath();
   try {

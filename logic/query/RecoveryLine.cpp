@@ -11,7 +11,7 @@ namespace tessel {
 
 namespace {
 
-/// From a change to its copy. Writing a long text takes its time too.
+/// Milliseconds between a change and its copy; writing a long text adds its own time.
 constexpr int copyMilliseconds = 1000;
 constexpr std::size_t mostShown = 40;
 

@@ -78,7 +78,7 @@ bool OpenTransaction::MayCommitOrRollBack(Connection& connection, Session sessio
   return answer == MessageResult::No && RollBack(connection, session);
 }
 
-/// Nothing that it did can be kept.
+/// Asks about a transaction of which nothing can be kept.
 bool OpenTransaction::MayRollBack(Connection& connection, Session session) {
   const MessageResult answer = help_.Ask(
       Question("The connection '" + window_.Caption() + "' has a transaction open since " +

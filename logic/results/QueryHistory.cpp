@@ -134,7 +134,7 @@ bool QueryHistory::HandleKey(int keyCode, int shift) {
   return HandleRunningKey(keyCode, shift & ~shiftState::shift);
 }
 
-/// Those that run a query go with Shift as well, which shows it first.
+/// Takes the keys that run a query; with Shift they show it first.
 bool QueryHistory::HandleRunningKey(int keyCode, int shift) {
   using namespace shiftState;
   if (shift == none && keyCode == key::f5) return cmdRequery_.Press();

@@ -18,7 +18,7 @@ namespace tessel::odbc {
 
 namespace {
 
-/// For drivers that obey; nothing can cancel a connect.
+/// Drivers that obey give up a connect then; nothing can cancel it.
 constexpr std::chrono::seconds connectTimeout{15};
 
 /// A connect that hangs never comes back. A statement does, when the driver has dropped what it has

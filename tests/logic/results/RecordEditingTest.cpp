@@ -459,10 +459,10 @@ TEST_F(RecordEditingTest, F2PutsTheCaretAtTheEndAndCtrlASelectsTheWholeText) {
 TEST_F(RecordEditingTest, CtrlAOnALockedCellLeavesThatCellAloneSelected) {
   RunRows();
   ClickCell(0, name);
-  Grid().SetSelColumns(0, 1);
+  G().SelectColumns(0, 1);
   Press('A', shiftState::ctrl);
   EXPECT_FALSE(Grid().EditActive());
-  Grid().Copy();
+  Press('C', shiftState::ctrl);
   EXPECT_EQ(desktop.TheClipboard().Text(), "one");
 }
 

@@ -1,4 +1,4 @@
-#include "desktop/grid/CellText.h"
+#include "desktop/grid/ShownText.h"
 
 #include <algorithm>
 

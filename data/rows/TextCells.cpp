@@ -1,4 +1,4 @@
-#include "data/rows/CellText.h"
+#include "data/rows/TextCells.h"
 
 #include <charconv>
 #include <cstdint>
