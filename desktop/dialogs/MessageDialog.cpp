@@ -48,11 +48,27 @@ QDialogButtonBox::StandardButton ButtonOf(MessageResult result) {
   return QDialogButtonBox::Ok;
 }
 
+bool HasMarkedLetter(const QAbstractButton& button) {
+  return button.text().contains(QLatin1Char('&'));
+}
+
 /// The letter that presses a button: the marked one, else the first.
 QString LetterOf(const QAbstractButton& button) {
   const QString text = button.text();
   const qsizetype mark = text.indexOf(QLatin1Char('&'));
   return text.mid(mark + 1, 1).toUpper();
+}
+
+/// The button that a letter presses: one where it is marked before one that only begins with it,
+/// as "&Commit" and "Cancel" do. Null without one.
+QAbstractButton* ButtonOfLetter(const QList<QAbstractButton*>& buttons, const QString& letter) {
+  QAbstractButton* found = nullptr;
+  for (QAbstractButton* button : buttons) {
+    if (LetterOf(*button) != letter) continue;
+    if (HasMarkedLetter(*button)) return button;
+    if (found == nullptr) found = button;
+  }
+  return found;
 }
 
 bool IsLong(const QString& text) {
@@ -140,8 +156,8 @@ void MessageDialog::keyPressEvent(QKeyEvent* event) {
   const QString letter = event->text().toUpper();
   const bool plain = (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
   if (plain && letter.size() == 1 && letter[0].isLetter())
-    for (QAbstractButton* button : buttons_->buttons())
-      if (LetterOf(*button) == letter) return button->click();
+    if (QAbstractButton* button = ButtonOfLetter(buttons_->buttons(), letter))
+      return button->click();
   QDialog::keyPressEvent(event);
 }
 

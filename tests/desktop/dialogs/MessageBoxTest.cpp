@@ -94,6 +94,22 @@ TEST_P(MessageBoxTest, GivenWordsStandOnTheButtons) {
   EXPECT_EQ(dialog->Result(), MessageResult::No);
 }
 
+TEST_P(MessageBoxTest, AMarkedLetterGoesBeforeAFirstOne) {
+  message.captions = {"&Commit", "&Roll back", "Cancel"};
+  Shown();
+  QTest::keyClick(dialog->focusWidget(), Qt::Key_C);
+  EXPECT_EQ(dialog->Result(), MessageResult::Yes);
+}
+
+TEST_P(MessageBoxTest, AnUnmarkedWordIsPressedByItsFirstLetter) {
+  message.captions = {"&Overwrite", "&Reload", "Cancel"};
+  message.defaultAnswer = MessageResult::Yes;
+  Shown();
+  QTest::keyClick(dialog->focusWidget(), Qt::Key_C);
+  EXPECT_FALSE(dialog->isVisible());
+  EXPECT_EQ(dialog->Result(), MessageResult::Cancel);
+}
+
 TEST_P(MessageBoxTest, EscIsTheLastAnswerOfTheSet) {
   Shown();
   QTest::keyClick(dialog->focusWidget(), Qt::Key_Escape);
