@@ -22,5 +22,5 @@ if(TESSEL_FUZZ AND NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
 elseif(TESSEL_FUZZ)
   file(GLOB fuzz_contract CONFIGURE_DEPENDS contract/*/*.cpp)
   tessel_fuzz(tag_scanner_fuzz tests/fuzz/TagScannerFuzz.cpp tests/support/TagScannerProperty.cpp
-              logic/tags/TagScanner.cpp logic/program/Global.cpp logic/program/Misc.cpp ${fuzz_contract})
+              logic/tags/TagScanner.cpp logic/program/Global.cpp logic/program/Characters.cpp ${fuzz_contract})
 endif()

@@ -14,6 +14,7 @@ tessel_link(tessel_data tessel_contract SQLite::SQLite3 ODBC::ODBC PkgConfig::li
 tessel_precompile_std(tessel_data)
 
 file(GLOB_RECURSE desktop_sources CONFIGURE_DEPENDS desktop/*.cpp desktop/*.h)
+list(FILTER desktop_sources EXCLUDE REGEX "/desktop/plain/") # a library of its own
 file(GLOB desktop_forms CONFIGURE_DEPENDS desktop/forms/*.ui)
 file(GLOB desktop_resources CONFIGURE_DEPENDS desktop/*.qrc)
 # Every form becomes <build>/ui_<form>.h, whether a source includes it or not.
@@ -21,7 +22,7 @@ qt_wrap_ui(desktop_form_headers ${desktop_forms})
 set_source_files_properties(${desktop_form_headers} PROPERTIES SKIP_AUTOGEN ON)
 tessel_library_of(tessel_desktop ${desktop_sources} ${desktop_form_headers})
 set_target_properties(tessel_desktop PROPERTIES AUTOMOC ON)
-tessel_link(tessel_desktop tessel_contract Qt6::Widgets Qt6::PrintSupport Qt6::Svg ${TESSEL_QSCINTILLA})
+tessel_link(tessel_desktop tessel_desktop_plain tessel_contract Qt6::Widgets Qt6::PrintSupport Qt6::Svg ${TESSEL_QSCINTILLA})
 tessel_precompile_std(tessel_desktop <QtWidgets>)
 # As objects on every link line: in an archive nothing would refer to them and they would be dropped.
 if(desktop_resources)

@@ -13,12 +13,12 @@ target_compile_definitions(tessel_test_support ${support_scope}
                            TESSEL_FORMS_DIR="${CMAKE_SOURCE_DIR}/desktop/forms")
 tessel_precompile_std(tessel_test_support)
 
-# tessel_test(<ring> <main library> <library>... FILES <glob>...): the binary <ring>_tests, without
-# the servers, which are a library.
+# tessel_test(<ring> <main library> <library>... [EXCEPT <regex>] FILES <glob>...): the binary
+# <ring>_tests of the sources that match.
 function(tessel_test ring main)
-  cmake_parse_arguments(PARSE_ARGV 2 arg "" "" FILES)
+  cmake_parse_arguments(PARSE_ARGV 2 arg "" "EXCEPT" FILES)
   set(binary ${ring}_tests)
-  tessel_executable(${binary} EXCEPT /servers/ ${arg_FILES})
+  tessel_executable(${binary} EXCEPT "${arg_EXCEPT}" ${arg_FILES})
   if(TARGET ${binary})
     target_link_libraries(${binary} PRIVATE tessel_test_support ${arg_UNPARSED_ARGUMENTS} ${main} GTest::gmock)
     tessel_precompile_std(${binary} <gmock/gmock.h> <gtest/gtest.h>)
@@ -27,17 +27,19 @@ function(tessel_test ring main)
   endif()
 endfunction()
 
-tessel_test(logic GTest::gtest_main tessel_logic
-            FILES tests/logic/*.cpp tests/system/*.cpp tests/contract/*Test.cpp tests/headless/*Test.cpp)
+tessel_test(logic GTest::gtest_main tessel_logic tessel_desktop_plain
+            FILES tests/logic/*.cpp tests/system/*.cpp tests/contract/*Test.cpp tests/headless/*Test.cpp
+                  tests/desktop/plain/*.cpp)
 if(NOT TESSEL_LOGIC_ONLY)
   include(cmake/ServerTargets.cmake)
-  tessel_test(data GTest::gtest_main tessel_data tessel_test_servers FILES tests/data/*.cpp)
+  tessel_test(data GTest::gtest_main tessel_data tessel_test_servers EXCEPT /servers/
+              FILES tests/data/*.cpp)
   if(TARGET data_tests)
     target_compile_definitions(data_tests
       PRIVATE TESSEL_DATA_FIXTURES="${CMAKE_SOURCE_DIR}/tests/data/fixtures")
   endif()
   tessel_test(desktop GTest::gtest tessel_desktop tessel_data tessel_system tessel_logic tessel_test_servers Qt6::Test
-              FILES tests/desktop/*.cpp)
+              EXCEPT /plain/ FILES tests/desktop/*.cpp)
   if(TARGET desktop_tests)
     set_target_properties(desktop_tests PROPERTIES AUTOMOC ON)
     target_compile_definitions(desktop_tests

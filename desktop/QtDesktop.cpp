@@ -1,3 +1,7 @@
+// Here the parts of the desktop are put together: the application object, what all windows share,
+// the services and the help window, in the order in which they depend on each other. The windows
+// are made here by the kind that their form names, and the program's end begins here.
+
 #include "desktop/QtDesktop.h"
 
 #include <QApplication>
@@ -123,7 +127,7 @@ void QtDesktop::EndSession() {
   core.loops.EndAll();
   SessionEnds.Raise(nullptr);
   core.deferred.Add([&core] {
-    if (core.frame != nullptr) core.frame->Unload(UnloadReason::Code);
+    if (core.frame != nullptr) core.frame->EndWithSession();
     else QCoreApplication::quit();
   });
 }

@@ -1,3 +1,7 @@
+// The files of the program on a POSIX system. Replacing a file wholly or not at all takes most of
+// the room: links are followed, permissions kept, the folder synced; locks stand beside the files
+// they belong to.
+
 #include "system/PosixFiles.h"
 
 #include <array>
@@ -219,7 +223,7 @@ std::optional<Descriptor> TryLock(const std::string& name, const std::string& pa
 
 }  // namespace
 
-bool PosixFiles::Exists(const std::string& path) const {
+bool PosixFiles::FileExists(const std::string& path) const {
   if (path.substr(path.rfind(pathSeparator) + 1).starts_with('.')) return false;
   struct stat status {};
   return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);

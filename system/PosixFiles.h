@@ -7,7 +7,7 @@ namespace tessel {
 /// The files of a POSIX system. It keeps nothing between calls, so any thread may use it.
 class PosixFiles final : public Files {
  public:
-  [[nodiscard]] bool Exists(const std::string& path) const override;
+  [[nodiscard]] bool FileExists(const std::string& path) const override;
   [[nodiscard]] std::uint64_t Size(const std::string& path) const override;
   [[nodiscard]] std::string ReadWhole(const std::string& path) const override;
   void ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) override;

@@ -35,4 +35,10 @@ namespace tessel {
   return text;
 }
 
+/// `[name]` and `name` mean the same: the name.
+[[nodiscard]] constexpr std::string_view WithoutBrackets(std::string_view name) {
+  const bool bracketed = name.size() > 2 && name.front() == '[' && name.back() == ']';
+  return bracketed ? name.substr(1, name.size() - 2) : name;
+}
+
 }  // namespace tessel

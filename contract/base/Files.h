@@ -22,7 +22,7 @@ class Files {
 
   /// Whether a normal file of that name is there; false for folders, hidden files (a name that
   /// begins with a dot) and everything else.
-  [[nodiscard]] virtual bool Exists(const std::string& path) const = 0;
+  [[nodiscard]] virtual bool FileExists(const std::string& path) const = 0;
 
   /// Bytes of a file as far as the system tells. A folder, a missing or an unreadable file raises.
   [[nodiscard]] virtual std::uint64_t Size(const std::string& path) const = 0;

@@ -1,3 +1,6 @@
+// What a person types becomes a value here: one function for each family of types, and the choice
+// among them. The cells of a record that is edited are read by these rules, whatever the desktop.
+
 #include <algorithm>
 #include <charconv>
 #include <limits>

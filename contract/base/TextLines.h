@@ -24,12 +24,6 @@ class TextLines {
     text_ += line;
     ends_.push_back(text_.size());
   }
-  void Remove(std::size_t line) {
-    const std::size_t length = (*this)[line].size();
-    text_.erase(StartOf(line), length);
-    ends_.erase(ends_.begin() + static_cast<std::ptrdiff_t>(line));
-    for (; line < ends_.size(); ++line) ends_[line] -= length;
-  }
 
   [[nodiscard]] std::size_t Size() const { return ends_.size(); }
   /// Valid until the lines change.

@@ -1,5 +1,7 @@
 #include "contract/base/Utf8.h"
 
+#include <algorithm>
+
 namespace tessel {
 
 std::size_t CharacterLength(std::string_view text) {
@@ -23,6 +25,12 @@ std::size_t CharacterLength(std::string_view text) {
     return overlong || beyond ? 0 : 4;
   }
   return 0;
+}
+
+std::size_t CharacterStart(std::string_view text, std::size_t position) {
+  position = std::min(position, text.size());
+  while (position > 0 && position < text.size() && ContinuesCharacter(text[position])) --position;
+  return position;
 }
 
 bool IsValidUtf8(std::string_view text) {

@@ -14,6 +14,10 @@ namespace tessel {
 /// none.
 [[nodiscard]] std::size_t CharacterLength(std::string_view text);
 
+/// `position` taken back to the start of the character it falls into, at most to the end of the
+/// text.
+[[nodiscard]] std::size_t CharacterStart(std::string_view text, std::size_t position);
+
 [[nodiscard]] bool IsValidUtf8(std::string_view text);
 
 }  // namespace tessel

@@ -11,9 +11,11 @@ class Button : public Control {
   [[nodiscard]] virtual std::string Caption() const = 0;
   virtual void SetCaption(std::string_view caption) = 0;
 
-  /// Presses the button: raises Click unless it is disabled or hidden.
-  void Press() {
-    if (Enabled() && Visible()) Raise(Click);
+  /// Presses the button: raises Click. False, and nothing is raised, when it is disabled or hidden.
+  bool Press() {
+    if (!Enabled() || !Visible()) return false;
+    Raise(Click);
+    return true;
   }
 
   Event<> Click;

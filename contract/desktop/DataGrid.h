@@ -1,5 +1,9 @@
 #pragma once
 
+// The table of records as the records window works with it. The grid shows an open recordset and
+// keeps the selection and the current column; the recordset keeps the current record. While a cell
+// is edited the grid asks by events before it begins, leaves or writes.
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -67,13 +71,10 @@ class DataGrid : public Control {
 
   /// Selected rows in the order in which they were selected.
   [[nodiscard]] virtual std::vector<Bookmark> SelBookmarks() const = 0;
-  virtual void SetSelBookmarks(const std::vector<Bookmark>& bookmarks) = 0;
   [[nodiscard]] virtual int SelStartCol() const = 0;  ///< First selected column, -1 when none is.
   [[nodiscard]] virtual int SelEndCol() const = 0;    ///< Last selected column, -1 when none is.
-  virtual void SetSelColumns(int first, int last) = 0;
 
   [[nodiscard]] virtual int CurrentColumn() const = 0;  ///< -1 when the grid is empty.
-  virtual void SetCurrentColumn(int column) = 0;
   /// Whether the current row is the one at the end in which a new record is typed, still empty or
   /// begun and not written yet.
   [[nodiscard]] virtual bool OnNewRow() const = 0;
@@ -82,11 +83,8 @@ class DataGrid : public Control {
   [[nodiscard]] virtual std::string ShownText(std::int64_t position, int column) const = 0;
   /// Where the current cell stands, in twips inside the grid; empty when there is none.
   [[nodiscard]] virtual Rect CellBounds() const = 0;
-  /// Puts the selected cells (else the current one) on the clipboard.
-  virtual void Copy() = 0;
 
-  // --- editing the current cell
-  // ------------------------------------------------------------------------------
+  // --- editing the current cell ------------------------------------------------------------------
   /// Whether the user may edit it: its column is not locked, and AllowUpdate, or AllowAddNew on the
   /// new row.
   [[nodiscard]] bool CanEditCell() const;

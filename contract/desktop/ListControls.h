@@ -10,8 +10,7 @@
 
 namespace tessel {
 
-/// What list box and combo box share. Indices are 0-based; -1 is "none". Removing the selected
-/// entry leaves none selected; removing one above it keeps the selected entry selected.
+/// What list box and combo box share. Indices are 0-based; -1 is "none".
 class ListControl : public Control {
  public:
   using Control::Control;
@@ -19,7 +18,6 @@ class ListControl : public Control {
   [[nodiscard]] virtual int ListCount() const = 0;
   [[nodiscard]] virtual std::string List(int index) const = 0;
   virtual void AddItem(std::string_view text) = 0;  ///< At the end; raises nothing.
-  virtual void RemoveItem(int index) = 0;           ///< Raises nothing.
   virtual void Clear() = 0;  ///< Raises nothing; a combo box's text becomes empty.
 
   [[nodiscard]] int ListIndex() const { return ReadIndex(); }

@@ -7,6 +7,13 @@
 
 namespace tessel {
 
+/// A menu caption of plain text: "&" would mark a mnemonic.
+[[nodiscard]] inline std::string PlainCaption(std::string_view text) {
+  std::string caption;
+  for (const char c : text) caption.append(c == '&' ? 2 : 1, c);
+  return caption;
+}
+
 /// A menu command, or a menu title. Click follows when a command is chosen, by menu, mnemonic or
 /// shortcut, and when a menu is about to open.
 class MenuItem {

@@ -23,7 +23,7 @@ struct RowChange {
   std::vector<std::size_t> key;
   FieldValues originals;  ///< As they were last read; of an insert none.
   FieldValues changes;    ///< What is to be written; of a delete none.
-  /// By field: the value is long, and is not read back unless it is changed.
+  /// Tells of each field whether its value is long: such a one is read back only when it changes.
   std::vector<bool> isLong;
 };
 

@@ -17,7 +17,7 @@ struct RowOrigin {
 /// when the two are the same. Either may be empty: no catalog.
 [[nodiscard]] std::optional<ErrorInfo> WhyOtherCatalog(const std::string& from,
                                                        const std::string& inUse);
-/// The same for all that is known of where rows come from and of what is open now.
+/// Why rows from one origin cannot be written while the other one is open; nothing when they can.
 [[nodiscard]] std::optional<ErrorInfo> WhyOtherOrigin(const RowOrigin& from,
                                                       const RowOrigin& inUse);
 

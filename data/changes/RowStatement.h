@@ -10,24 +10,25 @@
 
 namespace tessel {
 
-/// How a database is told to change rows: all in which they differ.
+/// How statements that change rows are written for one database: it holds every point in which
+/// databases differ.
 struct WriteDialect {
   /// How a column is compared with a parameter. {column} and {value} stand for the two; an empty
   /// pattern says that it cannot be.
   struct Comparison {
-    std::string_view typeName = {};   ///< Of the field, or of what it is an array of.
-    DataType type = DataType::Empty;  ///< Where there is no name.
+    std::string_view typeName = {};   ///< The field's, or that of an array's elements.
+    DataType type = DataType::Empty;  ///< Chosen by it where there is no name.
     std::string_view pattern = {};
   };
 
   char quote = '"';                  ///< On both sides of names, doubled within them; 0: none.
-  bool namesCatalog = false;         ///< Before the table.
+  bool namesCatalog = false;         ///< The catalog stands before the table.
   bool numbersParameters = false;    ///< "$1", "$2" instead of "?".
-  std::string_view sameOrNull = {};  ///< The pattern for all but these:
+  std::string_view sameOrNull = {};  ///< The pattern for all columns but the following.
   std::vector<Comparison> comparisons = {};
-  std::string_view insertDefaults = "default values";  ///< Of a row of which nothing is given.
+  std::string_view insertDefaults = "default values";  ///< For a row of which no value is given.
   bool returnsInserted = false;                        ///< INSERT knows RETURNING.
-  bool returnsUpdated = false;                         ///< UPDATE does.
+  bool returnsUpdated = false;                         ///< UPDATE knows RETURNING.
   std::string_view lastKey = {};  ///< Asks for the number that was generated last; may be empty.
   std::string_view begin = {};    ///< Empty: a savepoint begins a transaction where there is none.
   bool countsFirst = false;       ///< There are tables whose changes cannot be undone.
@@ -48,9 +49,9 @@ struct RowStatement {
   std::vector<const FieldInfo*> columns;  ///< Of its result, where it gives one.
 };
 
-/// What came of it.
+/// What a statement did.
 struct StatementResult {
-  std::int64_t rows = 0;     ///< That it touched, or that its result has.
+  std::int64_t rows = 0;     ///< How many it changed, or how many its result has.
   std::vector<Value> first;  ///< The first row of the result; empty when there is none.
 };
 

@@ -1,27 +1,45 @@
 #include "data/cursor/DataAccessObjects.h"
 
-#include "data/providers/mariadb/MariaProvider.h"
+#include "data/providers/mariadb/MariaSession.h"
 #include "data/providers/odbc/OdbcProvider.h"
-#include "data/providers/postgresql/PostgresProvider.h"
-#include "data/providers/sqlite/SqliteProvider.h"
+#include "data/providers/postgresql/PostgresSession.h"
+#include "data/providers/sqlite/SqliteSession.h"
+#include "data/work/ThreadHost.h"
 
 namespace tessel {
 
 namespace {
 
+/// A provider of one name, whose sessions need nothing but the keys of a connection string.
+template <class Session>
+class NamedProvider final : public Provider {
+ public:
+  explicit NamedProvider(std::string name) : name_(std::move(name)) {}
+
+  [[nodiscard]] std::vector<std::string> Names() const override { return {name_}; }
+  [[nodiscard]] std::unique_ptr<ProviderSession>
+  CreateSession(const ConnectionKeys& keys) const override {
+    return std::make_unique<Session>(keys);
+  }
+
+ private:
+  std::string name_;
+};
+
 std::shared_ptr<const ProviderRegistry> AllProviders() {
   auto registry = std::make_shared<ProviderRegistry>();
-  registry->Add(std::make_unique<SqliteProvider>());
-  registry->Add(std::make_unique<PostgresProvider>());
-  registry->Add(std::make_unique<MariaProvider>());
+  registry->Add(std::make_unique<NamedProvider<SqliteSession>>("SQLite"));
+  registry->Add(std::make_unique<NamedProvider<PostgresSession>>("PostgreSQL"));
+  registry->Add(std::make_unique<NamedProvider<MariaSession>>("MariaDB"));
   registry->Add(std::make_unique<OdbcProvider>(), true);
   return registry;
 }
 
 }  // namespace
 
-DataAccessObjects::DataAccessObjects(EventQueue& queue, FailureSink* failures, RowMemory memory)
-    : services_{queue, failures, AllProviders(), std::make_shared<LeftBehind>(),
+DataAccessObjects::DataAccessObjects(EventQueue& queue, FailureSink* failures, RowMemory memory,
+                                     int patienceFactor)
+    : services_{queue, failures, AllProviders(), ThreadHost::Starter(leftBehind_, patienceFactor),
                 std::move(memory)} {}
 
 std::shared_ptr<Connection> DataAccessObjects::CreateConnection() {
@@ -38,6 +56,6 @@ std::vector<std::string> DataAccessObjects::OdbcDataSources() const {
   return tessel::OdbcDataSources();
 }
 
-bool DataAccessObjects::HasAbandonedWork() const { return services_.leftBehind->Any(); }
+bool DataAccessObjects::HasAbandonedWork() const { return leftBehind_->Any(); }
 
 }  // namespace tessel

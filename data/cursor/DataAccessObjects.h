@@ -6,6 +6,7 @@
 
 #include "contract/data/Connection.h"
 #include "data/cursor/DataConnection.h"
+#include "data/work/LeftBehind.h"
 
 namespace tessel {
 
@@ -15,9 +16,10 @@ class DataAccessObjects : public DataAccess {
  public:
   /// `queue` carries the notices; `failures` gets what event handlers throw (null: it passes
   /// through, out of the notice). Both outlive this and all connections.
-  /// `memory` is what the rows of each result may take.
+  /// `memory` is what the rows of each result may take. A driver that was cancelled gets
+  /// `patienceFactor` times its session's patience: more than 1 in a build that is slow.
   explicit DataAccessObjects(EventQueue& queue, FailureSink* failures = nullptr,
-                             RowMemory memory = RowMemory::OfMachine());
+                             RowMemory memory = RowMemory::OfMachine(), int patienceFactor = 1);
 
   [[nodiscard]] std::shared_ptr<Connection> CreateConnection() override;
   [[nodiscard]] std::vector<std::string> ProviderNames() const override;
@@ -30,6 +32,7 @@ class DataAccessObjects : public DataAccess {
   [[nodiscard]] bool HasAbandonedWork() const;
 
  private:
+  std::shared_ptr<LeftBehind> leftBehind_ = std::make_shared<LeftBehind>();
   ConnectionServices services_;
 };
 

@@ -45,8 +45,4 @@ class ConnectionKeys {
   std::vector<ConnectionKey> items_;
 };
 
-/// `value` as it has to stand in a connection string: in braces when it holds "{", "}", ";", "=" or
-/// begins or ends with a blank.
-[[nodiscard]] std::string BracedValue(std::string_view value);
-
 }  // namespace tessel

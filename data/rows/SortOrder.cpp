@@ -7,7 +7,6 @@
 
 #include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
-#include "data/providers/CommandText.h"
 
 namespace tessel {
 
@@ -20,7 +19,7 @@ int Compare(const T& a, const T& b) {
   return a < b ? -1 : b < a ? 1 : 0;
 }
 
-// --- numbers ---------------------------------------------------------------------------------
+// --- numbers -------------------------------------------------------------------------------------
 
 /// A number of any kind, in decimal digits without leading and trailing zeros: 0.0120 is 12 with
 /// the point before its first digit moved by -1.
@@ -122,7 +121,7 @@ int CompareNumbers(const ValueView& a, const ValueView& b) {
   return CompareDigits(NumberDigits(a), NumberDigits(b));
 }
 
-// --- values of all kinds ---------------------------------------------------------------------
+// --- values of all kinds -------------------------------------------------------------------------
 
 enum class Rank { Null, Boolean, Number, Text, Moment, Binary };
 
@@ -146,7 +145,7 @@ int CompareBytes(std::span<const std::byte> a, std::span<const std::byte> b) {
   return Sign(std::lexicographical_compare_three_way(a.begin(), a.end(), b.begin(), b.end()));
 }
 
-// --- the text of a sort ----------------------------------------------------------------------
+// --- the text of a sort --------------------------------------------------------------------------
 
 bool TakeWord(std::string_view& text, std::string_view word) {
   if (text.size() < word.size()) return false;
@@ -193,11 +192,11 @@ ParseSort(std::string_view text,
     std::string_view part = TakePart(text);
     const bool descending = TakeWord(part, " DESC");
     if (!descending) TakeWord(part, " ASC");
-    const std::string name = WithoutBrackets(std::string(part));
+    const std::string_view name = WithoutBrackets(part);
     const auto field = find(name);
     if (!field)
       throw Error(errorNumber::itemNotFound, "Tessel",
-                  "There is no field '" + name + "' to sort by.");
+                  "There is no field '" + std::string(name) + "' to sort by.");
     fields.push_back({*field, descending});
   }
   return fields;

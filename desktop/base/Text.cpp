@@ -62,10 +62,4 @@ qsizetype UnitsBefore(QStringView text, std::size_t bytes) {
   return at;
 }
 
-std::size_t CharacterStart(std::string_view text, std::size_t position) {
-  position = std::min(position, text.size());
-  while (position > 0 && position < text.size() && ContinuesCharacter(text[position])) --position;
-  return position;
-}
-
 }  // namespace tessel

@@ -27,8 +27,4 @@ inline constexpr int longestTypedLine = 1 << 24;
 /// character is taken back to its start, one beyond the end to the end.
 [[nodiscard]] qsizetype UnitsBefore(QStringView text, std::size_t bytes);
 
-/// `position` taken back to the start of the character it falls into, at most to the end of the
-/// text.
-[[nodiscard]] std::size_t CharacterStart(std::string_view text, std::size_t position);
-
 }  // namespace tessel

@@ -1,3 +1,7 @@
+// A list view for the tags and for the pairs of a connection string, on a tree widget without
+// levels: check boxes in any column, a label that can be edited in place, clicks told by cell. The
+// rows are kept beside the widget's items, and what the mouse met is worked out here.
+
 #include "desktop/controls/QtListView.h"
 
 #include <QApplication>

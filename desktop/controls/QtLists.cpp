@@ -32,15 +32,6 @@ QtListBox::~QtListBox() { TheWidget().setModel(nullptr); }
 
 void QtListBox::AddItem(std::string_view text) { model_->Add(text); }
 
-/// The toolkit would select a neighbour of the removed entry.
-void QtListBox::RemoveItem(int index) {
-  const bool selected = index == ReadIndex();
-  ++quiet_;
-  model_->Remove(index);
-  if (selected) WriteIndex(-1);
-  --quiet_;
-}
-
 void QtListBox::SetLines(TextLines lines, ShownText shown) {
   ++quiet_;
   model_->SetAll(std::move(lines), std::move(shown));
@@ -88,15 +79,6 @@ void QtComboBox::AddItem(std::string_view text) {
   TheWidget().addItem(ToQt(text));
   if (ReadIndex() != selected) TheWidget().setCurrentIndex(selected);
   if (Editable() && ReadText() != shown) TheWidget().setEditText(ToQt(shown));
-}
-
-void QtComboBox::RemoveItem(int index) {
-  const QSignalBlocker silence(TheWidget());
-  const bool selected = index == ReadIndex();
-  const std::string shown = ReadText();
-  TheWidget().removeItem(index);
-  if (selected) TheWidget().setCurrentIndex(-1);
-  if (Editable()) TheWidget().setEditText(ToQt(shown));
 }
 
 void QtComboBox::Clear() {

@@ -17,7 +17,6 @@ class QtListBox final : public ControlOf<ListBox, QListView> {
   [[nodiscard]] int ListCount() const override { return model_->Count(); }
   [[nodiscard]] std::string List(int index) const override { return model_->Text(index); }
   void AddItem(std::string_view text) override;
-  void RemoveItem(int index) override;
   void Clear() override { SetLines({}, nullptr); }
   void SetLines(TextLines lines, ShownText shown) override;
   [[nodiscard]] std::string Line(int index) const override { return model_->Line(index); }
@@ -40,7 +39,6 @@ class QtComboBox final : public ControlOf<ComboBox, QComboBox> {
   [[nodiscard]] int ListCount() const override { return TheWidget().count(); }
   [[nodiscard]] std::string List(int index) const override;
   void AddItem(std::string_view text) override;
-  void RemoveItem(int index) override;
   void Clear() override;
   [[nodiscard]] bool Editable() const override { return TheWidget().isEditable(); }
   void SelectAllText() override;

@@ -33,13 +33,6 @@ void TextListModel::Add(std::string_view text) {
   endInsertRows();
 }
 
-void TextListModel::Remove(int line) {
-  if (!Holds(line)) return;
-  beginRemoveRows({}, line, line);
-  lines_.Remove(static_cast<std::size_t>(line));
-  endRemoveRows();
-}
-
 void TextListModel::SetAll(TextLines lines, ListBox::ShownText shown) {
   beginResetModel();
   lines_ = std::move(lines);

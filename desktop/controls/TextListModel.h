@@ -21,7 +21,6 @@ class TextListModel final : public QAbstractListModel {
   /// The `most` longest lines, counted in bytes, in any order; all when there are no more.
   [[nodiscard]] std::vector<int> LongestLines(std::size_t most) const;
   void Add(std::string_view text);
-  void Remove(int line);
   /// Without `shown` the lines are shown as they are.
   void SetAll(TextLines lines, ListBox::ShownText shown);
 

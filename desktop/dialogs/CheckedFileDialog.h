@@ -2,7 +2,7 @@
 
 #include <QFileDialog>
 
-#include "desktop/window/EventLoops.h"
+#include "desktop/services/EventLoops.h"
 
 namespace tessel {
 

@@ -1,3 +1,6 @@
+// The layout and the keys of a message box, for every question and notice of the program: icon,
+// text and buttons, a help button when there is help, and letters that press a button.
+
 #include "desktop/dialogs/MessageDialog.h"
 
 #include <QGridLayout>

@@ -6,7 +6,7 @@
 #include <functional>
 
 #include "contract/desktop/Desktop.h"
-#include "desktop/window/EventLoops.h"
+#include "desktop/services/EventLoops.h"
 
 namespace tessel {
 

@@ -4,7 +4,7 @@
 #include <QWidget>
 
 #include "contract/desktop/CommonDialogs.h"
-#include "desktop/window/EventLoops.h"
+#include "desktop/services/EventLoops.h"
 
 namespace tessel {
 

@@ -1,3 +1,7 @@
+// The editor widget behind the query window and the text windows. The sections follow its jobs: the
+// text as bytes, long texts that this class wraps itself because the component is too slow for
+// them, the selection, and its look and keys.
+
 #include "desktop/editor/SqlEditor.h"
 
 #include <Qsci/qscicommandset.h>
@@ -11,10 +15,10 @@
 #include <algorithm>
 #include <array>
 
+#include "contract/base/Utf8.h"
 #include "desktop/base/Colors.h"
 #include "desktop/base/Text.h"
-#include "desktop/editor/LineWrapping.h"
-#include "desktop/editor/LongTextAccess.h"
+#include "desktop/plain/LineWrapping.h"
 #include "desktop/editor/SqlColors.h"
 
 namespace tessel {
@@ -215,7 +219,7 @@ void SqlEditor::SetBytes(std::string_view bytes) {
   SendScintilla(SCI_SETSCROLLWIDTH, 1UL);
   SendScintilla(SCI_SETMODEVENTMASK, static_cast<unsigned long>(SC_MODEVENTMASKALL));
   TakeLineEnd(bytes);
-  RenewTextAccess(*this);
+  RenewTextAccess(*this, *this);
 }
 
 void SqlEditor::TakeLineEnd(std::string_view bytes) {

@@ -8,7 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "desktop/editor/LineBreaks.h"
+#include "desktop/editor/LongTextAccess.h"
+#include "desktop/plain/LineBreaks.h"
 
 namespace tessel {
 
@@ -21,7 +22,7 @@ namespace tessel {
 ///
 /// Its form may give it the text property "language": "sql" colours SQL and matches brackets;
 /// without it the text is plain.
-class SqlEditor : public QsciScintilla {
+class SqlEditor : public QsciScintilla, public TextHolder {
   Q_OBJECT
   Q_PROPERTY(QString language READ Language WRITE SetLanguage)
 
@@ -38,6 +39,7 @@ class SqlEditor : public QsciScintilla {
   /// All bytes of the text, NUL included.
   [[nodiscard]] std::string Bytes() const;
   [[nodiscard]] std::size_t Length() const;
+  [[nodiscard]] bool HoldsLongText() const override { return Length() > longestWrapped; }
   /// Replaces the whole text, also while it is read-only; forgets what could be undone; the caret
   /// goes to the start.
   void SetBytes(std::string_view bytes);
@@ -78,9 +80,9 @@ class SqlEditor : public QsciScintilla {
   [[nodiscard]] LineBreaks BreaksOf(std::string_view bytes, bool readOnly);
   /// Breaks the text anew; what is selected and what is on top stay.
   void BreakAnew();
-  /// The same, when the lines do not fit the window any more.
+  /// Breaks the text anew when its lines no longer fit the window.
   void WrapAnew();
-  /// The same, when characters have got another size.
+  /// Breaks the text anew soon, since its characters have got another size.
   void MeasureAnew();
   [[nodiscard]] bool WrapsItself(std::size_t length, bool readOnly) const;
   /// Pixels that a wrapped line may take.

@@ -2,7 +2,7 @@
 
 #include <QPainter>
 
-#include "desktop/grid/RecordGrid.h"
+#include "desktop/grid/GridView.h"
 
 namespace tessel {
 
@@ -26,7 +26,7 @@ void MakePale(QPalette& palette) {
 
 }  // namespace
 
-CellDelegate::CellDelegate(RecordGrid& grid) : QStyledItemDelegate(&grid), grid_(grid) {}
+CellDelegate::CellDelegate(GridView& grid) : QStyledItemDelegate(&grid), grid_(grid) {}
 
 void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {

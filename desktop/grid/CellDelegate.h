@@ -4,12 +4,12 @@
 
 namespace tessel {
 
-class RecordGrid;
+class GridView;
 
 /// Paints a cell of a grid straight from the recordset's value.
 class CellDelegate final : public QStyledItemDelegate {
  public:
-  explicit CellDelegate(RecordGrid& grid);
+  explicit CellDelegate(GridView& grid);
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;
 
@@ -19,7 +19,7 @@ class CellDelegate final : public QStyledItemDelegate {
  private:
   void PaintButton(QPainter& painter, const QStyleOptionViewItem& option) const;
 
-  RecordGrid& grid_;
+  GridView& grid_;
 };
 
 }  // namespace tessel

@@ -3,7 +3,7 @@
 #include <QKeyEvent>
 #include <limits>
 
-#include "desktop/grid/RecordGrid.h"
+#include "desktop/grid/GridView.h"
 
 namespace tessel {
 
@@ -24,7 +24,7 @@ bool LeavesCell(const QKeyEvent& event) {
 
 }  // namespace
 
-CellEditor::CellEditor(RecordGrid& grid) : QLineEdit(&grid), grid_(grid) {
+CellEditor::CellEditor(GridView& grid) : QLineEdit(&grid), grid_(grid) {
   setFrame(false);
   setMaxLength(std::numeric_limits<int>::max());
   setFocusPolicy(Qt::ClickFocus);

@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-class RecordGrid;
+class GridView;
 
 /// The line in which the current cell of a grid is edited. It lies over the cell as a child of the
 /// grid, keeps line ends and tabs of the text as they are, and hands the keys that leave the cell
@@ -20,7 +20,7 @@ class CellEditor final : public QLineEdit {
     bool isNumber = false;
   };
 
-  explicit CellEditor(RecordGrid& grid);
+  explicit CellEditor(GridView& grid);
 
   void Open(const QString& text, const Cell& cell);
   void Close();
@@ -41,7 +41,7 @@ class CellEditor final : public QLineEdit {
  private:
   void NoteTyped();
 
-  RecordGrid& grid_;
+  GridView& grid_;
   bool open_ = false;
   bool changed_ = false;
   bool emptyIsNull_ = false;

@@ -32,8 +32,7 @@ QRect RecordGrid::CurrentCell() const {
   return visualRect(currentIndex()).translated(viewport()->pos());
 }
 
-// --- typing
-// -----------------------------------------------------------------------------------------
+// --- typing --------------------------------------------------------------------------------------
 
 /// A key that means something to the value of the cell.
 bool RecordGrid::StartTyping(const QKeyEvent& event) {
@@ -72,8 +71,7 @@ void RecordGrid::focusInEvent(QFocusEvent* event) {
   setAttribute(Qt::WA_InputMethodEnabled);
 }
 
-// --- the editor
-// -----------------------------------------------------------------------------------------
+// --- the editor ----------------------------------------------------------------------------------
 
 void RecordGrid::OpenEditor(const QString& text, bool select) {
   if (!currentIndex().isValid()) return;
@@ -111,8 +109,7 @@ void RecordGrid::updateGeometries() {
   if (editor_ != nullptr) PlaceEditor();
 }
 
-// --- leaving the cell
-// -----------------------------------------------------------------------------------------
+// --- leaving the cell ----------------------------------------------------------------------------
 
 /// False when the user has to stay, or the rows have gone meanwhile.
 bool RecordGrid::MayGoTo(int row, int column) {
@@ -136,8 +133,7 @@ bool RecordGrid::TabFromEditor(bool next) {
   return target.isValid();
 }
 
-// --- changed rows
-// -----------------------------------------------------------------------------------------
+// --- changed rows --------------------------------------------------------------------------------
 
 void RecordGrid::SetAllowsNew(bool allows) {
   ++quiet_;

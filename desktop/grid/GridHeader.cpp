@@ -2,7 +2,7 @@
 
 #include <QPainter>
 
-#include "desktop/grid/RecordGrid.h"
+#include "desktop/grid/GridView.h"
 
 namespace tessel {
 
@@ -13,7 +13,7 @@ constexpr int overlayStrength = 90;
 
 }  // namespace
 
-GridHeader::GridHeader(Qt::Orientation orientation, RecordGrid& grid)
+GridHeader::GridHeader(Qt::Orientation orientation, GridView& grid)
     : QHeaderView(orientation, &grid), grid_(grid) {
   const bool rows = orientation == Qt::Vertical;
   setSectionsClickable(true);
@@ -43,8 +43,7 @@ void GridHeader::paintSection(QPainter* painter, const QRect& rect, int section)
 }
 
 bool GridHeader::IsSelected(int section) const {
-  return orientation() == Qt::Vertical ? grid_.RowSelected(section)
-                                       : grid_.Selection().HasColumn(section);
+  return orientation() == Qt::Vertical ? grid_.RowSelected(section) : grid_.ColumnSelected(section);
 }
 
 /// A triangle that points at the row.

@@ -4,12 +4,12 @@
 
 namespace tessel {
 
-class RecordGrid;
+class GridView;
 
 /// The row numbers or the field names of a grid: marks the selected ones and the current row.
 class GridHeader final : public QHeaderView {
  public:
-  GridHeader(Qt::Orientation orientation, RecordGrid& grid);
+  GridHeader(Qt::Orientation orientation, GridView& grid);
   /// Width that the numbers of so many rows need, the mark included.
   [[nodiscard]] int WidthForRows(int rows) const;
 
@@ -22,7 +22,7 @@ class GridHeader final : public QHeaderView {
   void PaintMark(QPainter& painter, const QRect& rect) const;
   void PaintPencil(QPainter& painter, const QRect& rect) const;
 
-  RecordGrid& grid_;
+  GridView& grid_;
 };
 
 }  // namespace tessel

@@ -49,13 +49,6 @@ void GridSelection::DragToColumn(int column) {
   std::tie(firstColumn_, lastColumn_) = std::minmax(anchorColumn_, column);
 }
 
-void GridSelection::SetColumns(int first, int last) {
-  ForgetAllBut(true, true, false);
-  anchorColumn_ = first;
-  firstColumn_ = first;
-  lastColumn_ = last;
-}
-
 void GridSelection::StartAt(int row, int column) {
   ForgetAllBut(false, false, false);
   startRow_ = row;
@@ -79,7 +72,7 @@ void GridSelection::SetCells(const CellRange& cells) {
   startColumn_ = cells.firstColumn;
 }
 
-/// Those selected before, then the rows from the anchor on in the direction of the drag.
+/// Selects the rows selected before, then those from the anchor on in the direction of the drag.
 void GridSelection::RowsFromAnchorTo(int row) {
   rows_ = rowsBefore_;
   isSelected_ = {rows_.begin(), rows_.end()};

@@ -42,7 +42,6 @@ class GridSelection {
   /// A press on a column's header; `add` (Ctrl) keeps the rows.
   void PressColumn(int column, bool add, bool extend);
   void DragToColumn(int column);
-  void SetColumns(int first, int last);
   [[nodiscard]] int FirstColumn() const { return firstColumn_; }  ///< -1 when none is selected.
   [[nodiscard]] int LastColumn() const { return lastColumn_; }
   [[nodiscard]] bool HasColumn(int column) const {

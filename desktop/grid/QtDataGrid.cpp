@@ -45,25 +45,6 @@ void QtDataGrid::SetColumnFormat(int column, DataFormat* format) {
 
 std::vector<Bookmark> QtDataGrid::SelBookmarks() const { return TheWidget().Selection().Rows(); }
 
-void QtDataGrid::SetSelBookmarks(const std::vector<Bookmark>& bookmarks) {
-  TheWidget().Selection().SetRows(bookmarks);
-  TheWidget().ShowSelection();
-}
-
-void QtDataGrid::SetSelColumns(int first, int last) {
-  TheWidget().Selection().SetColumns(first, last);
-  TheWidget().ShowSelection();
-}
-
-void QtDataGrid::SetCurrentColumn(int column) {
-  static_cast<void>(Model().ColumnAt(column));
-  if (column == column_) return;
-  EndEdit();
-  column_ = column;
-  TheWidget().SetCurrentColumnQuietly(column);
-  Raise(RowColChange);
-}
-
 std::string QtDataGrid::ShownText(std::int64_t position, int column) const {
   if (Model().IsEmptyRow(static_cast<int>(position))) return {};
   const ValueView value = DataSource()->ValueAt(position, static_cast<std::size_t>(column));

@@ -41,16 +41,12 @@ class QtDataGrid final : public ControlOf<DataGrid, RecordGrid>, private GridUse
   void SetAllowAddNew(bool allow) override;
 
   [[nodiscard]] std::vector<Bookmark> SelBookmarks() const override;
-  void SetSelBookmarks(const std::vector<Bookmark>& bookmarks) override;
   [[nodiscard]] int SelStartCol() const override { return TheWidget().Selection().FirstColumn(); }
   [[nodiscard]] int SelEndCol() const override { return TheWidget().Selection().LastColumn(); }
-  void SetSelColumns(int first, int last) override;
   [[nodiscard]] int CurrentColumn() const override { return column_; }
-  void SetCurrentColumn(int column) override;
   [[nodiscard]] bool OnNewRow() const override { return TheWidget().OnNewRow(); }
   [[nodiscard]] std::string ShownText(std::int64_t position, int column) const override;
   [[nodiscard]] Rect CellBounds() const override;
-  void Copy() override { TheWidget().Copy(); }
   [[nodiscard]] bool EditActive() const override { return TheWidget().Editor().IsOpen(); }
   void Refresh() override;
 

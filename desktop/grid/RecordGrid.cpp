@@ -1,3 +1,7 @@
+// The table widget of a data grid when nothing is edited: how it is set up, how keys and mouse move
+// and select, how wide columns are, what is copied. GridEditing.cpp has the part of this class that
+// edits; the two together would be too long for one file.
+
 #include "desktop/grid/RecordGrid.h"
 
 #include <QApplication>
@@ -10,8 +14,8 @@
 #include "desktop/base/Icons.h"
 #include "desktop/grid/CellDelegate.h"
 #include "desktop/grid/CellEditor.h"
-#include "desktop/grid/CellText.h"
 #include "desktop/grid/GridHeader.h"
+#include "desktop/grid/ShownText.h"
 
 namespace tessel {
 
@@ -29,7 +33,7 @@ constexpr int dragInterval = 50;
 }  // namespace
 
 RecordGrid::RecordGrid(QWidget* parent)
-    : QTableView(parent),
+    : GridView(parent),
       model_(new RecordsModel(this)),
       rowHeader_(new GridHeader(Qt::Vertical, *this)),
       editor_(new CellEditor(*this)),
@@ -108,13 +112,6 @@ void RecordGrid::GoTo(int row, int column, bool extend) {
   else selection_.StartAt(row, column);
   selectionModel()->setCurrentIndex(model_->index(row, column), QItemSelectionModel::NoUpdate);
   ShowSelection();
-}
-
-void RecordGrid::SetCurrentColumnQuietly(int column) {
-  ++quiet_;
-  const int row = std::max(currentIndex().row(), 0);
-  selectionModel()->setCurrentIndex(model_->index(row, column), QItemSelectionModel::NoUpdate);
-  --quiet_;
 }
 
 void RecordGrid::Copy() {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QTableView>
 #include <QTimer>
 #include <exception>
 #include <functional>
@@ -8,7 +7,7 @@
 
 #include "desktop/grid/GridCopy.h"
 #include "desktop/grid/GridSelection.h"
-#include "desktop/grid/RecordsModel.h"
+#include "desktop/grid/GridView.h"
 
 namespace tessel {
 
@@ -36,13 +35,13 @@ class GridUser {
 };
 
 /// The table widget of a data grid. Its current cell's row is the recordset's current record.
-class RecordGrid : public QTableView {
+class RecordGrid : public GridView {
   Q_OBJECT
 
  public:
   explicit RecordGrid(QWidget* parent = nullptr);
 
-  [[nodiscard]] RecordsModel& Model() const { return *model_; }
+  [[nodiscard]] RecordsModel& Model() const override { return *model_; }
   [[nodiscard]] GridSelection& Selection() { return selection_; }
   /// Binds to an open recordset and goes to its first row and column; null empties the grid.
   /// Nothing is emitted.
@@ -52,29 +51,26 @@ class RecordGrid : public QTableView {
   /// Without one no cell is edited. It lives as long as the widget is used.
   void SetUser(GridUser* user) { user_ = user; }
 
-  [[nodiscard]] bool ShowsSelected(int row, int column);
-  [[nodiscard]] bool RowSelected(int row);
+  [[nodiscard]] bool ShowsSelected(int row, int column) override;
+  [[nodiscard]] bool RowSelected(int row) override;
+  [[nodiscard]] bool ColumnSelected(int column) const override {
+    return selection_.HasColumn(column);
+  }
   /// Makes a cell the current one unless the user has to stay; `extend` selects the cells from
   /// where the selection began up to it.
   void GoTo(int row, int column, bool extend);
   [[nodiscard]] bool OnNewRow() const;
-  /// Whether something was typed into the current row, or changed in its record, and is not
-  /// written.
-  [[nodiscard]] bool RowIsBeingChanged() const;
+  [[nodiscard]] bool RowIsBeingChanged() const override;
   /// Where the current cell stands in this widget; empty when there is none.
   [[nodiscard]] QRect CurrentCell() const;
 
   [[nodiscard]] CellEditor& Editor() const { return *editor_; }
   void OpenEditor(const QString& text, bool select);
-  /// A key in the editor that goes to another cell.
-  void MoveFromEditor(QKeyEvent& event);
-  /// False when the focus is to leave the grid.
-  bool TabFromEditor(bool next);
+  void MoveFromEditor(QKeyEvent& event) override;
+  bool TabFromEditor(bool next) override;
   /// Takes in the rows as they are now and goes to the current record.
   void Refresh();
   void SetAllowsNew(bool allows);
-  /// Makes the cell of a column current in the present row, silently.
-  void SetCurrentColumnQuietly(int column);
   void Copy();
   /// Shows a change of the selection that was made on Selection().
   void ShowSelection();

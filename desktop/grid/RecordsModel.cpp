@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "desktop/base/Text.h"
-#include "desktop/grid/CellText.h"
+#include "desktop/grid/ShownText.h"
 
 namespace tessel {
 

@@ -1,3 +1,6 @@
+// The window's layout and how its parts work together: contents, index and search at the left ask
+// the help book for pages, and the page that a person chooses opens at the right.
+
 #include "desktop/help/HelpWindow.h"
 #include "desktop/window/ScreenRoom.h"
 

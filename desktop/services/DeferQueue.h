@@ -5,7 +5,7 @@
 #include <exception>
 #include <functional>
 
-#include "desktop/window/EventLoops.h"
+#include "desktop/services/EventLoops.h"
 
 namespace tessel {
 

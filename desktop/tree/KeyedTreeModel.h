@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "contract/desktop/TreeView.h"
-#include "desktop/tree/KeyedNodes.h"
+#include "desktop/plain/KeyedNodes.h"
 
 namespace tessel {
 

@@ -7,12 +7,12 @@
 
 #include "desktop/base/Scale.h"
 #include "desktop/services/DeferQueue.h"
-#include "desktop/window/EventLoops.h"
+#include "desktop/services/EventLoops.h"
 #include "desktop/window/FocusTracker.h"
 
 namespace tessel {
 
-class FrameWindow;
+class DocumentFrame;
 
 /// What all windows of a desktop share.
 struct DesktopCore {
@@ -29,7 +29,7 @@ struct DesktopCore {
   std::function<void(const std::string& form, int context)> showHelp;
   /// Where each file dialog of each form was used last; empty before.
   std::map<std::string, std::string> lastFolders;
-  FrameWindow* frame = nullptr;  ///< The frame that is loaded, if any.
+  DocumentFrame* frame = nullptr;  ///< The frame that is loaded, if any.
 };
 
 }  // namespace tessel

@@ -4,7 +4,6 @@
 #include <QLayout>
 
 #include "contract/base/Error.h"
-#include "desktop/window/FrameWindow.h"
 
 namespace tessel {
 
@@ -49,7 +48,7 @@ void DocumentWindow::Activate() {
 bool DocumentWindow::Active() const { return frame_ != nullptr && frame_->IsActive(*this); }
 
 bool DocumentWindow::KeepsFromShortcuts(const QKeyEvent& event) const {
-  return frame_ != nullptr && frame_->KeepsFromShortcuts(event);
+  return frame_ != nullptr && frame_->LeavesToDocument(event);
 }
 
 void DocumentWindow::LeaveFrame() {

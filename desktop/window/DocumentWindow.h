@@ -7,6 +7,28 @@
 
 namespace tessel {
 
+class DocumentWindow;
+
+/// The frame as its documents know it.
+class DocumentFrame {
+ public:
+  /// Takes in a document; it is released before it goes.
+  virtual void Adopt(DocumentWindow& document) = 0;
+  virtual void Release(DocumentWindow& document) = 0;
+  /// Shows the document as the active one.
+  virtual void ShowDocument(DocumentWindow& document) = 0;
+  virtual void ActivateDocument(DocumentWindow& document) = 0;
+  [[nodiscard]] virtual bool IsActive(const DocumentWindow& document) const = 0;
+  /// Whether a key that is the shortcut of one of the frame's commands goes to the active document
+  /// all the same.
+  [[nodiscard]] virtual bool LeavesToDocument(const QKeyEvent& event) const = 0;
+  /// Unloads the frame and its documents because the session ends.
+  virtual void EndWithSession() = 0;
+
+ protected:
+  ~DocumentFrame() = default;
+};
+
 /// A window inside the frame. The menus of its form, if it has any, show in the frame's menu bar
 /// while it is the active document.
 class DocumentWindow final : public QtWindow {
@@ -28,7 +50,7 @@ class DocumentWindow final : public QtWindow {
   void PutAway() override;
 
  private:
-  FrameWindow* frame_;
+  DocumentFrame* frame_;
   QMenuBar* menus_;  ///< Null when the form has none.
 };
 

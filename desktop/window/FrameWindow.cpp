@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "contract/base/Error.h"
-#include "desktop/window/DocumentWindow.h"
 #include "desktop/window/ScreenRoom.h"
 
 namespace tessel {
@@ -41,7 +40,7 @@ void FrameWindow::Activate() {
 }
 
 /// Most commands of the frame have no keys while the active document has a menu bar of its own.
-bool FrameWindow::KeepsFromShortcuts(const QKeyEvent& event) const {
+bool FrameWindow::LeavesToDocument(const QKeyEvent& event) const {
   return menus_.HasGuest() && menus_.IsKeptFromGuest(event);
 }
 

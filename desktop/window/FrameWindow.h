@@ -5,16 +5,14 @@
 #include <functional>
 #include <vector>
 
+#include "desktop/window/DocumentWindow.h"
 #include "desktop/window/FrameMenus.h"
-#include "desktop/window/QtWindow.h"
 #include "desktop/window/Tiles.h"
 
 namespace tessel {
 
-class DocumentWindow;
-
 /// The frame: the program's one top-level window, which holds the documents.
-class FrameWindow final : public QtWindow {
+class FrameWindow final : public QtWindow, public DocumentFrame {
  public:
   FrameWindow(std::string formName, std::unique_ptr<QWidget> form, DesktopCore& core);
   ~FrameWindow() override;
@@ -22,15 +20,17 @@ class FrameWindow final : public QtWindow {
   void Activate() override;
   [[nodiscard]] bool Active() const override { return Outer().isActiveWindow(); }
   void Arrange(Tiling tiling) override { tiles_.Arrange(tiling); }
-  [[nodiscard]] bool KeepsFromShortcuts(const QKeyEvent& event) const override;
+  [[nodiscard]] bool KeepsFromShortcuts(const QKeyEvent& event) const override {
+    return LeavesToDocument(event);
+  }
 
-  /// Takes in a document; it is released before it goes.
-  void Adopt(DocumentWindow& document);
-  void Release(DocumentWindow& document);
-  /// Shows the document as the active one.
-  void ShowDocument(DocumentWindow& document);
-  void ActivateDocument(DocumentWindow& document);
-  [[nodiscard]] bool IsActive(const DocumentWindow& document) const;
+  void Adopt(DocumentWindow& document) override;
+  void Release(DocumentWindow& document) override;
+  void ShowDocument(DocumentWindow& document) override;
+  void ActivateDocument(DocumentWindow& document) override;
+  [[nodiscard]] bool IsActive(const DocumentWindow& document) const override;
+  [[nodiscard]] bool LeavesToDocument(const QKeyEvent& event) const override;
+  void EndWithSession() override { Unload(UnloadReason::Code); }
 
   /// Called when the frame has been unloaded.
   std::function<void()> unloaded;

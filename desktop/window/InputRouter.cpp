@@ -12,7 +12,6 @@
 #include "desktop/base/Text.h"
 #include "desktop/base/Typing.h"
 #include "desktop/window/DesktopCore.h"
-#include "desktop/window/QtWindow.h"
 
 namespace tessel {
 
@@ -37,8 +36,8 @@ bool IsDoubleClick(const QWidget& control, const QMouseEvent& event) {
 
 }  // namespace
 
-InputRouter::InputRouter(QtWindow& window, QWidget& root, DesktopCore& core)
-    : window_(window), root_(&root), core_(core) {
+InputRouter::InputRouter(Window& window, KeyTaker& taker, QWidget& root, DesktopCore& core)
+    : window_(window), taker_(taker), root_(&root), core_(core) {
   root.installEventFilter(this);
 }
 
@@ -62,7 +61,7 @@ bool InputRouter::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::KeyPress: return KeyDown(*widget, *static_cast<QKeyEvent*>(event));
     case QEvent::KeyRelease: return KeyUp(*widget, *static_cast<QKeyEvent*>(event));
     case QEvent::ShortcutOverride:
-      if (!window_.KeepsFromShortcuts(*static_cast<QKeyEvent*>(event))) return false;
+      if (!taker_.KeepsFromShortcuts(*static_cast<QKeyEvent*>(event))) return false;
       event->accept();
       return true;
     case QEvent::MouseButtonPress:
@@ -85,10 +84,10 @@ bool InputRouter::KeyDown(QWidget& widget, QKeyEvent& event) {
     if (alive == nullptr) return true;
     if (told && !key.handled && control != nullptr) control->KeyDown.Raise(&window_, key);
     if (alive == nullptr || key.handled) return true;
-    if (window_.TakesKey(widget, event)) return true;
+    if (taker_.TakesKey(widget, event)) return true;
   }
   if (&widget != root_) return false;
-  return TakesHelpKey(event) || window_.TakesUnusedKey(event);
+  return TakesHelpKey(event) || taker_.TakesUnusedKey(event);
 }
 
 /// F1 that nobody took is help on the window.

@@ -1,3 +1,8 @@
+// The life of a window from its form to its end: controls and menus are found in the form and get
+// their adapters, sizes grow with the font, and closing goes through the questions that the logic
+// may refuse. A handler may destroy the window at any time, which is why so much looks whether it
+// is still there.
+
 #include "desktop/window/QtWindow.h"
 
 #include <QAction>
@@ -75,7 +80,7 @@ QtWindow::QtWindow(std::string formName, std::unique_ptr<QWidget> outer, Desktop
       block_(*outer_),
       caption_(FromQt(root_->windowTitle())) {
   ScaleForm();
-  router_ = std::make_unique<InputRouter>(*this, *root_, core);
+  router_ = std::make_unique<InputRouter>(*this, *this, *root_, core);
   MakeControls();
   MakeMenus();
   watch_ = std::make_unique<Watch>(*this);

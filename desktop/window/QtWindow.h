@@ -11,11 +11,9 @@
 #include <vector>
 
 #include "contract/desktop/Window.h"
+#include "desktop/services/InputBlock.h"
 #include "desktop/window/DesktopCore.h"
-#include "desktop/window/InputBlock.h"
 #include "desktop/window/InputRouter.h"
-
-class QKeyEvent;
 
 namespace tessel {
 
@@ -24,7 +22,7 @@ namespace tessel {
 ///
 /// The widgets live until the window object is gone; unloading only puts them away. They are then
 /// deleted from the event loop, since the window may be destroyed from inside one of their events.
-class QtWindow : public Window {
+class QtWindow : public Window, public KeyTaker {
  public:
   /// `outer` is the widget that the user moves and sizes: the form, or the frame around a
   /// document's form.
@@ -70,15 +68,6 @@ class QtWindow : public Window {
   /// Raises Unloaded and puts the window away.
   void Close();
   void RaiseActivated() { Activated.Raise(this); }
-
-  // --- for the router
-  // ----------------------------------------------------------------------------------------
-  /// Whether a key that is the shortcut of a menu command goes to the focus all the same.
-  [[nodiscard]] virtual bool KeepsFromShortcuts(const QKeyEvent& /*event*/) const { return false; }
-  /// What the window does with a key that no handler took, before the widget gets it.
-  virtual bool TakesKey(QWidget& /*widget*/, QKeyEvent& /*event*/) { return false; }
-  /// And with one that the widget left alone.
-  virtual bool TakesUnusedKey(QKeyEvent& /*event*/) { return false; }
 
  protected:
   [[nodiscard]] Control* FindControl(std::string_view name) override;

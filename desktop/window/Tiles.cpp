@@ -18,7 +18,7 @@ QRect Part(const QRect& whole, int n, int count, Tiling tiling) {
   return {whole.x() + left, whole.y(), at(whole.width(), n + 1) - left, whole.height()};
 }
 
-/// Those that take part, in the order in which they were made.
+/// The windows that take part, in the order in which they were made.
 QList<QMdiSubWindow*> TilesOf(const QMdiArea& area) {
   QList<QMdiSubWindow*> tiles;
   for (QMdiSubWindow* window : area.subWindowList(QMdiArea::CreationOrder))

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "logic/program/Misc.h"
+#include "contract/desktop/MenuItem.h"
 
 namespace tessel {
 

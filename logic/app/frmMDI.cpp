@@ -1,3 +1,7 @@
+// The frame's menus and what they do, and the way a query takes from the query window through the
+// tags to a records window. Each menu command has its handler here; the sidebar and the list of
+// windows are classes of their own.
+
 #include "logic/app/frmMDI.h"
 
 #include <algorithm>
@@ -57,8 +61,7 @@ void frmMDI::MDIForm_Load() {
 
 void frmMDI::MDIForm_Unload() { async_.Unload(); }
 
-// --- menus
-// --------------------------------------------------------------------------------------------------------
+// --- menus ---------------------------------------------------------------------------------------
 
 void frmMDI::WireMenus() {
   WireFileMenu();
@@ -128,8 +131,7 @@ void frmMDI::mnuNewInstance_Click() {
   }
 }
 
-// --- running SQL
-// --------------------------------------------------------------------------------------------------
+// --- running SQL ---------------------------------------------------------------------------------
 
 void frmMDI::DoSQL(bool preview) {
   const std::string sql = TrimSelection(main_->SelectedText());
@@ -169,8 +171,7 @@ std::vector<frmRecords*> frmMDI::RecordsWindows() const {
   return windows;
 }
 
-// --- connecting
-// ---------------------------------------------------------------------------------------------------
+// --- connecting ----------------------------------------------------------------------------------
 
 void frmMDI::mnuDBConnect_Click() {
   if (recordsWindowCount_ == 1 && !AskWhichInstance()) return;
@@ -242,8 +243,7 @@ void frmMDI::TellListNotSaved(const std::string& reason) {
     records_.back()->AddNotice("The list of connections was not saved: " + reason + ".");
 }
 
-// --- focus and schema browser
-// -------------------------------------------------------------------------------------
+// --- focus and schema browser --------------------------------------------------------------------
 
 void frmMDI::FocusFirstRecordsWindow() { ChooseWindow(1); }
 

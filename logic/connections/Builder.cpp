@@ -1,7 +1,5 @@
 #include "logic/connections/Builder.h"
 
-#include "logic/program/Misc.h"
-
 namespace tessel {
 
 Builder::Builder(const Global& global, const char* form)
@@ -23,6 +21,10 @@ void Builder::cmdOK_Click() {
   if (!built) return;
   result_ = *std::move(built);
   window_->Hide();
+}
+
+Color EditableBackColor(bool locked) {
+  return locked ? color::buttonFace : color::windowBackground;
 }
 
 void SetEditable(Control& control, bool editable) {

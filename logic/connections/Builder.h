@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "contract/base/Color.h"
 #include "contract/desktop/Button.h"
 #include "contract/desktop/TextBox.h"
 #include "logic/program/Global.h"
@@ -39,6 +40,9 @@ class Builder {
   std::unique_ptr<Window> window_;
   std::string result_;
 };
+
+/// Button face for a locked field, window background for one that can be edited.
+[[nodiscard]] Color EditableBackColor(bool locked);
 
 /// Enables a control for input, or disables it with a grey ground.
 void SetEditable(Control& control, bool editable);

@@ -8,7 +8,7 @@
 namespace tessel {
 
 /// The keys and values of a connection string in their order, spelled as they were. A value in
-/// braces may hold ";".
+/// braces is read as the providers read it.
 using DataLinkPairs = std::vector<std::pair<std::string, std::string>>;
 
 /// Splits a connection string; pieces without a key are left out.

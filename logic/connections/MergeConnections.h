@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "logic/connections/SettingsFile.h"
+#include "logic/connections/SavedConnection.h"
 
 namespace tessel {
 

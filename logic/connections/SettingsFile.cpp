@@ -1,3 +1,6 @@
+// Reading and writing the file of saved connections without losing what else stands in it: what
+// other programs wrote, what a person added by hand, and an older file that is taken over once.
+
 #include "logic/connections/SettingsFile.h"
 
 #include <charconv>
@@ -6,8 +9,8 @@
 
 #include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
+#include "contract/base/NumberText.h"
 #include "logic/connections/MergeConnections.h"
-#include "logic/program/Misc.h"
 
 namespace tessel {
 
@@ -81,7 +84,7 @@ std::vector<SavedConnection> SettingsFile::Load() {
   std::vector<SavedConnection> list;
   readable_ = false;
   try {
-    if (!FileExists(global_.TheFiles(), global_.SettingsFilePath())) MakeDocument();
+    if (!global_.TheFiles().FileExists(global_.SettingsFilePath())) MakeDocument();
     else if (!ReadDocument(*document_)) return list;
     ReadConnections(Connections(), list);
     readable_ = true;
@@ -112,7 +115,7 @@ void SettingsFile::MakeDocument() {
 
 /// The older file: one connection string a line.
 void SettingsFile::ImportLegacy(pugi::xml_node connections) {
-  if (!FileExists(global_.TheFiles(), global_.LegacySettingsFilePath())) return;
+  if (!global_.TheFiles().FileExists(global_.LegacySettingsFilePath())) return;
   std::istringstream lines(global_.TheFiles().ReadWhole(global_.LegacySettingsFilePath()));
   for (std::string line; std::getline(lines, line);) {
     if (line.ends_with('\r')) line.pop_back();
@@ -128,7 +131,7 @@ pugi::xml_node SettingsFile::Connections() const {
 
 bool SettingsFile::CanSave() const { return readable_ && Connections(); }
 
-/// From the reading to the writing no other program has its turn.
+/// No other program writes between the reading and the writing.
 bool SettingsFile::Save(const std::vector<SavedConnection>& list, std::string* reason) {
   const std::string& path = global_.SettingsFilePath();
   try {
@@ -155,7 +158,7 @@ void SettingsFile::Write(const std::vector<SavedConnection>& list) {
 /// Takes the file as it is now for the document. A file that is gone is written anew; one that can
 /// no longer be understood is left alone.
 std::vector<SavedConnection> SettingsFile::MergeWithFile(const std::vector<SavedConnection>& list) {
-  if (!FileExists(global_.TheFiles(), global_.SettingsFilePath())) return list;
+  if (!global_.TheFiles().FileExists(global_.SettingsFilePath())) return list;
   auto document = std::make_unique<pugi::xml_document>();
   if (!ReadDocument(*document) || !document->document_element().child("Connections"))
     RaiseAppError(global_.SettingsFilePath() + ": It holds no list of connections any more");

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "contract/base/Color.h"
+#include "logic/connections/SavedConnection.h"
 #include "logic/program/Global.h"
 
 namespace pugi {
@@ -14,15 +15,6 @@ class xml_node;
 }  // namespace pugi
 
 namespace tessel {
-
-/// One saved connection.
-struct SavedConnection {
-  std::string connectionString;
-  std::string caption;
-  Color backColor = color::windowBackground;
-  Color foreColor = color::windowText;
-  bool operator==(const SavedConnection&) const = default;
-};
 
 /// A colour as exactly 8 upper-case hexadecimal digits.
 [[nodiscard]] std::string ColorToHex(Color value);

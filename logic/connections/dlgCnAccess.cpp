@@ -1,6 +1,7 @@
 #include "logic/connections/dlgCnAccess.h"
 
-#include "logic/program/Misc.h"
+#include "logic/connections/ConnectionPairs.h"
+#include "logic/program/FileDialogs.h"
 
 namespace tessel {
 

@@ -1,6 +1,6 @@
 #include "logic/connections/dlgCnGeneric.h"
 
-#include "logic/program/Misc.h"
+#include "logic/connections/ConnectionPairs.h"
 
 namespace tessel {
 

@@ -1,7 +1,7 @@
 #include "logic/connections/dlgCnSQLSrv.h"
 
 #include "contract/base/Ascii.h"
-#include "logic/program/Misc.h"
+#include "logic/connections/ConnectionPairs.h"
 
 namespace tessel {
 

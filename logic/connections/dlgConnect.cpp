@@ -1,3 +1,7 @@
+// The dialog of saved connections for the frame: it shows the list, fills and reads the boxes
+// beside it, opens the builders of connection strings, and saves the list when a connection was
+// opened.
+
 #include "logic/connections/dlgConnect.h"
 
 #include "contract/base/Ascii.h"
@@ -91,8 +95,7 @@ void dlgConnect::Form_Load() {
   for (const SavedConnection& connection : settings_.Load()) AddRow(RowOf(connection));
 }
 
-// --- the list
-// -----------------------------------------------------------------------------------------------------
+// --- the list ------------------------------------------------------------------------------------
 
 void dlgConnect::AddRow(ListRow row) {
   lsvConnections_.Insert(lsvConnections_.Count(), std::move(row));
@@ -160,8 +163,7 @@ void dlgConnect::lsvConnections_KeyDown(KeyEvent& event) {
   else event.handled = false;
 }
 
-// --- colours
-// ------------------------------------------------------------------------------------------------------
+// --- colours -------------------------------------------------------------------------------------
 
 void dlgConnect::Form_KeyDown(KeyEvent& event) {
   const bool alt = (event.shift & shiftState::alt) != 0;
@@ -183,8 +185,7 @@ void dlgConnect::PickColor(bool isBackground, int shift) {
   if (dialog.ShowColor()) set(dialog.color);
 }
 
-// --- connecting
-// ---------------------------------------------------------------------------------------------------
+// --- connecting ----------------------------------------------------------------------------------
 
 void dlgConnect::cmdConnect_Click() {
   const SavedConnection entry = Entry();

@@ -4,7 +4,7 @@
 
 #include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
-#include "logic/program/Misc.h"
+#include "contract/base/TextCut.h"
 
 namespace tessel {
 

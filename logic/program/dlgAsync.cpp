@@ -1,3 +1,7 @@
+// The one place where the program waits for a database: every connect and every query passes here.
+// The progress window comes up when it takes longer, its button cancels, and what failed is raised
+// again for the caller when all is over.
+
 #include "logic/program/dlgAsync.h"
 
 #include <algorithm>

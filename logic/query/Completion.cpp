@@ -6,7 +6,8 @@
 #include <functional>
 
 #include "contract/base/Ascii.h"
-#include "logic/program/Misc.h"
+#include "logic/program/Characters.h"
+#include "logic/query/Initials.h"
 
 namespace tessel {
 

@@ -1,9 +1,14 @@
+// The completion list of the query window as a person meets it: where it opens, which keys go to
+// the list and which to the text, and how an accepted word takes the place of the one typed. Which
+// words there are is decided elsewhere.
+
 #include "logic/query/CompletionList.h"
 
 #include <algorithm>
 
-#include "logic/program/Misc.h"
+#include "logic/program/Characters.h"
 #include "logic/tags/TagScanner.h"
+#include "logic/tags/ValueFormat.h"
 
 namespace tessel {
 
@@ -36,8 +41,7 @@ CompletionList::CompletionList(Window& window, Vocabulary& vocabulary)
   lstOptions_.LostFocus = [this] { lstOptions_LostFocus(); };
 }
 
-// --- keys in the text
-// ----------------------------------------------------------------------------------------------
+// --- keys in the text ----------------------------------------------------------------------------
 
 void CompletionList::txtQuery_KeyDown(KeyEvent& event) {
   event.handled = TakeCompletionKey(event) || TakeInsertionKey(event);
@@ -77,8 +81,7 @@ void CompletionList::QuoteSelection() {
   txtQuery_.Select(txtQuery_.SelStart() - 1, 0);
 }
 
-// --- searching and showing
-// -----------------------------------------------------------------------------------------
+// --- searching and showing -----------------------------------------------------------------------
 
 /// A single match is taken at once: it leaves no choice.
 void CompletionList::Complete(Vocabulary::Section& section, CompletionMode mode) {
@@ -116,8 +119,7 @@ void CompletionList::Place() {
   lstOptions_.SetBounds(PlaceAtCaret(list, text, txtQuery_.CaretBounds()));
 }
 
-// --- keys in the list
-// ----------------------------------------------------------------------------------------------
+// --- keys in the list ----------------------------------------------------------------------------
 
 void CompletionList::lstOptions_KeyDown(KeyEvent& event) {
   event.handled = TakeCompletionKey(event) ||

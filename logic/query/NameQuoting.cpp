@@ -1,10 +1,13 @@
+// Names of tables and fields on their way into SQL, for the schema browser and the generated
+// statements: taken apart at their dots, looked at for what SQL would misread, and put in the
+// quotes that the database takes.
+
 #include "logic/query/NameQuoting.h"
 
 #include <algorithm>
 #include <vector>
 
 #include "contract/base/Ascii.h"
-#include "logic/program/Misc.h"
 #include "logic/query/ReservedWords.h"
 
 namespace tessel {
@@ -93,6 +96,12 @@ std::vector<std::string> ListedParts(std::string_view listed, char quote) {
 }
 
 }  // namespace
+
+std::string QuoteIdentifier(std::string_view name) {
+  const bool startsWithDigit = !name.empty() && IsDigit(name.front());
+  if (!startsWithDigit && name.find(' ') == std::string_view::npos) return std::string(name);
+  return "[" + std::string(name) + "]";
+}
 
 std::size_t TableNameLength(std::string_view text) {
   std::size_t length = 0;

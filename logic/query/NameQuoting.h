@@ -7,6 +7,9 @@
 
 namespace tessel {
 
+/// `name` in "[" and "]" when it holds a space or begins with a digit, else as it is.
+[[nodiscard]] std::string QuoteIdentifier(std::string_view name);
+
 /// How the names of one database's tables and fields are written in its SQL.
 ///
 /// As QuoteIdentifier writes them, unless the provider tells that its database takes no brackets

@@ -57,7 +57,7 @@ void RecoveryCopy::FindLeft() {
 std::optional<RecoveryCopy::Left> RecoveryCopy::TakeLeft(int number) const {
   Files& files = global_.TheFiles();
   Left left{PathOf(number), nullptr, {}};
-  if (!files.Exists(left.path)) return std::nullopt;
+  if (!files.FileExists(left.path)) return std::nullopt;
   try {
     left.lock = files.Lock(left.path, 0);
     if (left.lock == nullptr) return std::nullopt;
@@ -96,9 +96,9 @@ void RecoveryCopy::TakePlace() {
   Files& files = global_.TheFiles();
   for (int number = 1; number <= mostCopies && lock_ == nullptr; ++number) {
     path_ = PathOf(number);
-    if (files.Exists(path_)) continue;
+    if (files.FileExists(path_)) continue;
     lock_ = files.Lock(path_, 0);
-    if (files.Exists(path_)) lock_.reset();  // Another program left it there just now.
+    if (files.FileExists(path_)) lock_.reset();  // Another program left it there just now.
   }
   if (lock_ == nullptr) RaiseAppError(PathOf(mostCopies) + ": There are too many recovery copies");
 }

@@ -3,15 +3,15 @@
 #include <algorithm>
 
 #include "contract/base/Error.h"
+#include "contract/base/TextCut.h"
 #include "contract/base/Utf8.h"
 #include "contract/desktop/Progress.h"
-#include "logic/program/Misc.h"
 
 namespace tessel {
 
 namespace {
 
-/// From a change to its copy. Writing a long text takes its time too.
+/// Milliseconds between a change and its copy; writing a long text adds its own time.
 constexpr int copyMilliseconds = 1000;
 constexpr std::size_t mostShown = 40;
 

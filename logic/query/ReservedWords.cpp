@@ -1,3 +1,6 @@
+// The words that one of the databases does not take as a bare name, for the quoting of names. The
+// list is long because it joins those of all databases.
+
 #include "logic/query/ReservedWords.h"
 
 #include <algorithm>

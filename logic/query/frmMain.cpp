@@ -1,6 +1,10 @@
+// The query window's commands: new, open, save and save as with their questions, running the text,
+// and its caption. The completion and the copy for recovery are parts that it owns and wires here.
+
 #include "logic/query/frmMain.h"
 
-#include "logic/program/Misc.h"
+#include "contract/base/TextCut.h"
+#include "logic/program/FileDialogs.h"
 #include "logic/text/LineEnds.h"
 
 namespace tessel {
@@ -144,7 +148,7 @@ void frmMain::chkWordWrap_Click() {
 }
 
 void frmMain::cmdExecute_Click() {
-  host_.DoSQL(IsKeyDown(global_.TheDesktop(), key::shift));
+  host_.DoSQL(global_.TheDesktop().IsKeyDown(key::shift));
   txtQuery_.SetFocus();
 }
 
@@ -162,8 +166,7 @@ void frmMain::Form_QueryUnload(bool& refuse, UnloadReason reason) {
   refuse = reason == UnloadReason::ControlBox || CancelQueryFileUnload();
 }
 
-// --- unsaved text that survives the program
-// -----------------------------------------------------------------------
+// --- unsaved text that survives the program ------------------------------------------------------
 
 std::optional<UnsavedText> frmMain::Unsaved() const {
   if (!dirty_) return std::nullopt;

@@ -4,7 +4,6 @@
 
 #include "contract/base/Error.h"
 #include "logic/program/Help.h"
-#include "logic/program/Misc.h"
 
 namespace tessel {
 
@@ -16,7 +15,7 @@ constexpr std::string_view globalWordsName = "_Global";
 std::string FreeName(const Files& files, const std::string& path) {
   const std::string base = path + ".old";
   std::string name = base;
-  for (int number = 2; FileExists(files, name); ++number) name = base + std::to_string(number);
+  for (int number = 2; files.FileExists(name); ++number) name = base + std::to_string(number);
   return name;
 }
 
@@ -83,7 +82,7 @@ WordList& Vocabulary::GlobalWords() { return ListNamed(custom_, globalWordsName)
 
 bool Vocabulary::ReadWordListFile(WordList& words, const std::string& path) const {
   try {
-    if (!FileExists(global_.TheFiles(), path)) return false;
+    if (!global_.TheFiles().FileExists(path)) return false;
     ParseWordList(words, DecodeText(global_.TheFiles().ReadWhole(path)).text);
     return true;
   } catch (const Error&) {
@@ -95,7 +94,7 @@ bool Vocabulary::ReadWordListFile(WordList& words, const std::string& path) cons
 /// meant are put into a file of their own first.
 DecodedText Vocabulary::ReadForReplacing(const std::string& path) const {
   Files& files = global_.TheFiles();
-  if (!FileExists(files, path)) return {};
+  if (!files.FileExists(path)) return {};
   std::string bytes = files.ReadWhole(path);
   DecodedText decoded = DecodeText(bytes);
   if (ChangesEncoding(decoded.encoding)) files.ReplaceWhole(FreeName(files, path), bytes, false);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "logic/program/Misc.h"
+#include "logic/program/FileDialogs.h"
 
 namespace tessel {
 
@@ -107,7 +107,7 @@ ValueView BlobTransfer::CurrentValue(std::size_t field) const {
 }
 
 void BlobTransfer::Load(const std::string& path) {
-  if (!global_.TheFiles().Exists(path))
+  if (!global_.TheFiles().FileExists(path))
     return help_.Show("The file does not exist.", MessageIcon::Exclamation);
   const std::string content = global_.TheFiles().ReadWhole(path);
   dataGrid_.SetCellValue(content.empty() ? Value() : Value(BytesOf(content)));

@@ -25,8 +25,7 @@ OpenTransaction::OpenTransaction(const Global& global, dlgAsync& async, Window& 
       help_(global),
       lblTransaction_(window.Find<Label>("lblTransaction")) {}
 
-// --- the word
-// -----------------------------------------------------------------------------------------
+// --- the word ------------------------------------------------------------------------------------
 
 void OpenTransaction::Show(const Connection& connection) {
   struct Face {
@@ -59,8 +58,7 @@ std::string OpenTransaction::Since(const Connection& connection) const {
   return clock_.ShortTimeOf(connection.Transaction().since);
 }
 
-// --- the question
-// -----------------------------------------------------------------------------------------
+// --- the question --------------------------------------------------------------------------------
 
 bool OpenTransaction::MayEnd(const std::shared_ptr<Connection>& connection, Session session) {
   const UserTransaction state = connection->Transaction().state;
@@ -80,7 +78,7 @@ bool OpenTransaction::MayCommitOrRollBack(Connection& connection, Session sessio
   return answer == MessageResult::No && RollBack(connection, session);
 }
 
-/// Nothing that it did can be kept.
+/// Asks about a transaction of which nothing can be kept.
 bool OpenTransaction::MayRollBack(Connection& connection, Session session) {
   const MessageResult answer = help_.Ask(
       Question("The connection '" + window_.Caption() + "' has a transaction open since " +

@@ -1,6 +1,6 @@
 #include "logic/results/QueryHistory.h"
 
-#include "logic/program/Misc.h"
+#include "contract/desktop/MenuItem.h"
 
 namespace tessel {
 
@@ -14,12 +14,6 @@ constexpr Color notFromFields = 0xFFFF00;
 Color TagColor(int tagKind) {
   if (tagKind == 1) return allFromFields;
   return (tagKind & 1) != 0 ? partlyFromFields : notFromFields;
-}
-
-bool Press(Button& button) {
-  if (!button.Visible() || !button.Enabled()) return false;
-  button.Press();
-  return true;
 }
 
 }  // namespace
@@ -65,14 +59,13 @@ void QueryHistory::GoHistory(int offset, bool resubstituteTags) {
   const int position = ring_.Position() + offset;
   if (!ring_.Has(position)) return;
   const HistoryEntry entry = ring_.At(position);
-  const bool confirmFirst = IsKeyDown(desktop_, key::shift);
+  const bool confirmFirst = desktop_.IsKeyDown(key::shift);
   if (resubstituteTags) runner_.RunTagged(entry, confirmFirst, position);
   else runner_.RunAgain(entry, confirmFirst, position);
   runner_.FocusRecords();
 }
 
-// --- buttons
-// ------------------------------------------------------------------------------------------------------
+// --- buttons -------------------------------------------------------------------------------------
 
 void QueryHistory::UpdateHistoryButtons() {
   UpdateRequeryTags();
@@ -108,8 +101,7 @@ void QueryHistory::SetTip(Button& button, const char* direction, int position) {
                     " record(s) of: " + ShortenForTip(entry.sql));
 }
 
-// --- menu
-// ---------------------------------------------------------------------------------------------------------
+// --- menu ----------------------------------------------------------------------------------------
 
 void QueryHistory::ShowHistoryMenu(bool forward) {
   const int step = forward ? 1 : -1;
@@ -136,20 +128,20 @@ bool QueryHistory::ShowMenuOf(Button& button, bool forward) {
 }
 
 bool QueryHistory::HandleKey(int keyCode, int shift) {
-  if (shift == shiftState::ctrl && keyCode == 'Q') return Press(cmdProperties_);
+  if (shift == shiftState::ctrl && keyCode == 'Q') return cmdProperties_.Press();
   if (shift == shiftState::alt && keyCode == key::up) return ShowMenuOf(cmdHistoryBack_, false);
   if (shift == shiftState::alt && keyCode == key::down) return ShowMenuOf(cmdHistoryForward_, true);
   return HandleRunningKey(keyCode, shift & ~shiftState::shift);
 }
 
-/// Those that run a query go with Shift as well, which shows it first.
+/// Takes the keys that run a query; with Shift they show it first.
 bool QueryHistory::HandleRunningKey(int keyCode, int shift) {
   using namespace shiftState;
-  if (shift == none && keyCode == key::f5) return Press(cmdRequery_);
-  if (shift == ctrl && keyCode == key::f5) return Press(cmdRequeryTags_);
-  if (shift == alt && keyCode == key::left) return Press(cmdHistoryBack_);
-  if (shift == alt && keyCode == key::right) return Press(cmdHistoryForward_);
-  if (shift == (ctrl | alt) && keyCode == key::right) return Press(cmdHistoryForwardTags_);
+  if (shift == none && keyCode == key::f5) return cmdRequery_.Press();
+  if (shift == ctrl && keyCode == key::f5) return cmdRequeryTags_.Press();
+  if (shift == alt && keyCode == key::left) return cmdHistoryBack_.Press();
+  if (shift == alt && keyCode == key::right) return cmdHistoryForward_.Press();
+  if (shift == (ctrl | alt) && keyCode == key::right) return cmdHistoryForwardTags_.Press();
   return false;
 }
 

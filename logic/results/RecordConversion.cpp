@@ -141,8 +141,7 @@ ColumnRange RecordConversion::GetColumnRange() const {
 /// Shift asks for the name in any case.
 std::string RecordConversion::GetTableName(bool ask, int helpContext) const {
   std::string name;
-  if (!IsKeyDown(global_.TheDesktop(), key::shift))
-    name = TableNameIn(grid_.DataSource()->Source());
+  if (!global_.TheDesktop().IsKeyDown(key::shift)) name = TableNameIn(grid_.DataSource()->Source());
   if (name.empty() && ask && !GetText(global_, helpContext, "Table name:-", name)) return {};
   return name;
 }

@@ -1,3 +1,7 @@
+// The editing of records as a person meets it: what each key, button and click on the grid means,
+// when a change is written or taken back, and what is shown when the database refuses it. The grid
+// holds the text being typed, the recordset the changed record.
+
 #include "logic/results/RecordEditing.h"
 
 #include "logic/text/frmText.h"
@@ -47,8 +51,7 @@ RecordEditing::RecordEditing(const Global& global, dlgAsync& async, RecordsHost&
   dataGrid_.LeaveRow = [this](bool& stay) { stay = !Write(); };
 }
 
-// --- what the user may do
-// -----------------------------------------------------------------------------------------
+// --- what the user may do ------------------------------------------------------------------------
 
 void RecordEditing::ShowRecordset(const Recordset& recordset, bool async) {
   const bool unlocked = recordset.Lock() != LockType::ReadOnly;
@@ -83,8 +86,7 @@ void RecordEditing::lblWarning_DblClick() {
   help_.HelpMsgBox(uniqueRowsWarning, MessageButtons::Ok, MessageIcon::Exclamation, warningContext);
 }
 
-// --- writing and taking back
-// -----------------------------------------------------------------------------------------
+// --- writing and taking back ---------------------------------------------------------------------
 
 void RecordEditing::ShowEditButtons(bool visible) {
   cmdAccept_.SetVisible(visible);
@@ -171,8 +173,7 @@ bool RecordEditing::TakeBack() {
   return true;
 }
 
-// --- keys of the grid
-// -----------------------------------------------------------------------------------------
+// --- keys of the grid ----------------------------------------------------------------------------
 
 bool RecordEditing::HandleGridKey(int keyCode, int shift) {
   if (shift == shiftState::none) return HandlePlainKey(keyCode);
@@ -252,8 +253,7 @@ bool RecordEditing::ShowCellText(std::string& text, bool editable) {
       {cellTextContext, cellTextFilter, cellTextWidth, cellTextHeight, editable, true, CellName()});
 }
 
-// --- deleting
-// -----------------------------------------------------------------------------------------
+// --- deleting ------------------------------------------------------------------------------------
 
 bool RecordEditing::DeleteSelected() {
   const std::vector<Bookmark> rows = dataGrid_.SelBookmarks();

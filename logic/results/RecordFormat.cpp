@@ -8,7 +8,7 @@ namespace tessel {
 
 namespace {
 
-/// Neither quotes nor parentheses stand in it, and it begins no comment.
+/// Whether a word holds neither quotes nor parentheses and begins no comment.
 bool IsBareTableName(std::string_view word) {
   return word.find_first_of("[]\"`'()") == std::string_view::npos && !word.starts_with("--") &&
          !word.starts_with("/*");

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "contract/data/Recordset.h"
-#include "logic/program/Misc.h"
 #include "logic/query/NameQuoting.h"
+#include "logic/tags/ValueFormat.h"
 
 namespace tessel {
 

@@ -1,9 +1,12 @@
+// A records window from its query to its rows: it opens its connection, runs the text, binds the
+// grid to what came, keeps the history, and tells in its lines what there is. Conversions, editing,
+// history and layout are parts of their own, which this file wires.
+
 #include "logic/results/frmRecords.h"
 
 #include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
 #include "logic/connections/ConnectionText.h"
-#include "logic/program/Misc.h"
 #include "logic/schema/SchemaTree.h"
 #include "logic/tags/TagValue.h"
 #include "logic/text/frmText.h"
@@ -149,8 +152,7 @@ void frmRecords::Form_Unload() {
   if (onUnloaded) onUnloaded();
 }
 
-// --- the connection
-// -----------------------------------------------------------------------------------------------
+// --- the connection ------------------------------------------------------------------------------
 
 bool frmRecords::Connect(const ConnectRequest& request) {
   mCn_->SetConnectionString(request.connectionString);
@@ -303,8 +305,7 @@ void frmRecords::cmdReconnect_Click() {
   FocusRecords();
 }
 
-// --- running SQL
-// --------------------------------------------------------------------------------------------------
+// --- running SQL ---------------------------------------------------------------------------------
 
 bool frmRecords::DoQueryTags(const std::string& taggedSQL, bool confirmFirst, int historyPosition) {
   std::optional<SubstitutedText> filled = Preprocess(taggedSQL);
@@ -432,8 +433,7 @@ void frmRecords::ShowSQL(const std::string& sql) {
            {propertiesOfQueryContext, sqlFilter, 9600, 2400, false, true, TitleOf("SQL")});
 }
 
-// --- showing rows
-// -------------------------------------------------------------------------------------------------
+// --- showing rows --------------------------------------------------------------------------------
 
 void frmRecords::ShowRecordset(const std::shared_ptr<Recordset>& recordset) {
   SetStatus(std::to_string(recordset->RecordCount()) + " record(s).", statusColor::records);
@@ -501,8 +501,7 @@ void frmRecords::ShowLongText(const std::string& text, int helpContext, const st
   ShowText(global_, host_, shown, {helpContext, "", 9600, 6300, false, true, title});
 }
 
-// --- values for tags
-// ----------------------------------------------------------------------------------------------
+// --- values for tags -----------------------------------------------------------------------------
 
 std::string frmRecords::Resolve(const Tag& tag) {
   switch (tag.type) {

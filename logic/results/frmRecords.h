@@ -1,5 +1,8 @@
 #pragma once
 
+// The window that shows the records of one connection, and what the frame asks of it. It owns the
+// parts that divide its work: history, conversion, editing, status line, the open transaction.
+
 #include <cstdint>
 #include <functional>
 #include <memory>

@@ -23,13 +23,6 @@ void SetTopAndWidth(Control& control, int top, int width) {
   control.SetBounds(bounds);
 }
 
-/// Presses a button that shows; true when it could be pressed.
-bool PressShown(Button& button) {
-  if (!button.Visible() || !button.Enabled()) return false;
-  button.Press();
-  return true;
-}
-
 }  // namespace
 
 void frmRecords::Form_Resize() {
@@ -80,8 +73,8 @@ bool frmRecords::HandleKey(int keyCode, int shift) {
 bool frmRecords::HandleControlKey(int keyCode) {
   switch (keyCode) {
     case 'L': chkLock_.SetValue(!chkLock_.Value()); return true;
-    case 'S': return PressShown(cmdAccept_);
-    case 'R': return PressShown(cmdReject_);
+    case 'S': return cmdAccept_.Press();
+    case 'R': return cmdReject_.Press();
     case key::f4: window_->Unload(UnloadReason::ControlBox); return true;
     default: return false;
   }
@@ -94,7 +87,7 @@ bool frmRecords::HandleControlAltKey(int keyCode) {
       if (!cboCatalog_.Visible() || !cboCatalog_.TabStop()) return false;
       cboCatalog_.SetFocus();
       return true;
-    case 'E': return PressShown(cmdCnErrors_);
+    case 'E': return cmdCnErrors_.Press();
     case 'P': ShowProperties(); return true;
     default: return false;
   }

@@ -1,6 +1,10 @@
+// What the user does in the schema browser: expanding and checking nodes, the pop-up menus and
+// their commands, and the SQL that goes to the query window. The nodes themselves are kept and
+// loaded elsewhere.
+
 #include "logic/schema/SchemaBrowser.h"
 
-#include "logic/program/Misc.h"
+#include "logic/program/FileDialogs.h"
 #include "logic/schema/SqlGeneration.h"
 #include "logic/tags/TagScanner.h"
 
@@ -91,7 +95,7 @@ std::string SchemaBrowser::KeptFile(const Connection& connection) const {
 /// catalog a connection begins with.
 std::string SchemaBrowser::FileToRead(const std::string& key, const Connection& connection) const {
   const std::string kept = KeptFile(connection);
-  if (kept.empty() || FileExists(global_.TheFiles(), kept)) return kept;
+  if (kept.empty() || global_.TheFiles().FileExists(kept)) return kept;
   if (firstCatalogs_.at(key) != connection.DefaultDatabase()) return {};
   return global_.BesideExecutable(SchemaFileName(connection.ConnectionString()));
 }
@@ -101,8 +105,7 @@ std::shared_ptr<Connection> SchemaBrowser::ConnectionOf(const std::string& key) 
   return host_.ConnectionOf(WindowNumberOf(tree_.DatabaseOf(key)));
 }
 
-// --- the tree's events
-// --------------------------------------------------------------------------------------------
+// --- the tree's events ---------------------------------------------------------------------------
 
 void SchemaBrowser::trvBrowser_NodeCheck(const std::string& key) {
   pressedOnNode_ = false;  // It was the check box: a second press checks again.
@@ -162,8 +165,7 @@ void SchemaBrowser::PopupMenuOf(const std::string& key, Control* at, int x, int 
   frame_.PopupMenu(frame_.Menu(MenuOf(KindOfNode(key))), at, x, y);
 }
 
-// --- the menus
-// ----------------------------------------------------------------------------------------------------
+// --- the menus -----------------------------------------------------------------------------------
 
 void SchemaBrowser::WireMenus() {
   OnDatabase("mnuDBLoadSchemaFromXML", &SchemaBrowser::mnuDBLoadSchemaFromXML_Click);

@@ -1,3 +1,6 @@
+// The schema of a database as an XML document for the schema browser, written and read back, with
+// what tells which database it belongs to.
+
 #include "logic/schema/SchemaFile.h"
 
 #include <pugixml.hpp>
@@ -5,7 +8,8 @@
 
 #include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
-#include "logic/program/Misc.h"
+#include "contract/base/TextCut.h"
+#include "logic/connections/ConnectionPairs.h"
 
 namespace tessel {
 

@@ -1,3 +1,7 @@
+// How the tables and fields of a database come into the schema browser: they are asked for through
+// the progress window, by a query or by the provider's rowsets, and taken into the tree in steps
+// that can be cancelled.
+
 #include "logic/schema/SchemaLoading.h"
 
 #include <functional>

@@ -4,14 +4,17 @@
 #include <initializer_list>
 
 #include "contract/base/Ascii.h"
-#include "logic/connections/ConnectionText.h"
-#include "logic/program/Misc.h"
+#include "contract/base/ConnectionParts.h"
+#include "contract/base/NumberText.h"
+#include "contract/base/TextCut.h"
+#include "logic/program/Characters.h"
 
 namespace tessel {
 
 namespace {
 
 constexpr std::string_view ending = ".schema.xml";
+constexpr Wrapping wrapping = Wrapping::BracesAndQuotes;
 constexpr std::size_t longestPart = 60;  ///< Bytes of the database's and of the server's name.
 
 /// The values of those keys that a connection string has, in the order of `names`, with colons
@@ -21,8 +24,8 @@ std::string ValuesOf(const std::vector<ConnectionPart>& parts,
   std::string values;
   for (const std::string_view name : names)
     for (const ConnectionPart& part : parts)
-      if (EqualNoCase(part.name, name) && !part.value.empty())
-        values.append(values.empty() ? "" : ":").append(BareValue(part.value));
+      if (EqualNoCase(part.name, name) && !part.Value().empty())
+        values.append(values.empty() ? "" : ":").append(BareValue(part.Value(), wrapping));
   return values;
 }
 
@@ -69,7 +72,8 @@ std::string SafePart(std::string_view text) {
 }  // namespace
 
 SchemaOrigin OriginOf(const Connection& connection) {
-  const std::vector<ConnectionPart> parts = ConnectionParts(connection.ConnectionString());
+  const std::vector<ConnectionPart> parts =
+      ConnectionParts(connection.ConnectionString(), wrapping);
   const std::string inUse = connection.DefaultDatabase();
   return {ValuesOf(parts, {"Provider", "Driver"}),
           ValuesOf(parts, {"Server", "Host", "Address", "Addr", "Network Address", "Socket",

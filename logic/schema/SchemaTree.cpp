@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "logic/program/Misc.h"
+#include "logic/program/Characters.h"
 
 namespace tessel {
 

@@ -53,7 +53,7 @@ class SchemaTree {
   /// Takes from an open connection how names of its database are written in SQL, in the tree's
   /// commands and in completion; a closed one tells nothing. It is forgotten with the node.
   void UseQuoting(const std::string& databaseKey, const Connection& connection);
-  /// That of the database that a node belongs to.
+  /// How names are written in SQL of the database that a node belongs to.
   [[nodiscard]] const NameQuoting& QuotingOf(const std::string& key) const {
     return vocabulary_.QuotingOf(DatabaseOf(key));
   }

@@ -1,7 +1,7 @@
 #include "logic/tags/TagStore.h"
 
+#include "logic/program/Characters.h"
 #include "logic/program/Global.h"
-#include "logic/program/Misc.h"
 
 namespace tessel {
 

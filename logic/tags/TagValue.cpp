@@ -1,7 +1,7 @@
 #include "logic/tags/TagValue.h"
 
 #include "logic/program/Global.h"
-#include "logic/program/Misc.h"
+#include "logic/tags/ValueFormat.h"
 
 namespace tessel {
 

@@ -1,9 +1,13 @@
+// The list of tags as a person meets it: adding, renaming, removing and checking tags, and the
+// editor that opens over a value. The frame's queries ask it for a tag's value; the tags themselves
+// are kept in the store.
+
 #include "logic/tags/TagsPanel.h"
 
 #include <algorithm>
 
 #include "contract/base/Error.h"
-#include "logic/program/Misc.h"
+#include "logic/program/Characters.h"
 #include "logic/tags/TagScanner.h"
 #include "logic/tags/TagValue.h"
 
@@ -64,8 +68,7 @@ void TagsPanel::WireMenu() {
     frame_.Menu("mnuTag_" + std::to_string(index)).Click = [this, index] { mnuTag_Click(index); };
 }
 
-// --- the list of tags
-// ---------------------------------------------------------------------------------------------
+// --- the list of tags ----------------------------------------------------------------------------
 
 void TagsPanel::cmdAddTag_Click() {
   CloseEditor(true);
@@ -171,8 +174,7 @@ void TagsPanel::mnuTag_Click(int index) {
   if (row >= 0) sqlWindow_.InsertText(MakeTagText(lsvTags_.Row(row).text, index, tagType::named));
 }
 
-// --- the value editor
-// ---------------------------------------------------------------------------------------------
+// --- the value editor ----------------------------------------------------------------------------
 
 bool TagsPanel::EditorOpenOn(const std::string& key) const {
   return EditorOpen() && editedKey_ == key;
@@ -275,8 +277,7 @@ void TagsPanel::cboTagValue_KeyDown(KeyEvent& event) {
   event.handled = true;
 }
 
-// --- values for tags
-// ----------------------------------------------------------------------------------------------
+// --- values for tags -----------------------------------------------------------------------------
 
 std::string TagsPanel::GetTagValue(const std::string& name, bool parenthesised, bool quoted) {
   if (!store_.Has(name)) RaiseAppError("Undefined tag: '" + name + "'");

@@ -60,7 +60,7 @@ FileState TextDocument::CompareWithFile() const {
     const bool same = StampOf(bytes) == origin_.stamp || bytes == Bytes();
     return same ? FileState::Same : FileState::Changed;
   } catch (const Error&) {
-    return files.Exists(origin_.path) ? FileState::Changed : FileState::Gone;
+    return files.FileExists(origin_.path) ? FileState::Changed : FileState::Gone;
   }
 }
 

@@ -34,7 +34,7 @@ class TextDocument {
   /// shows why; one that is not UTF-8 is read all the same, and a notice says so. True when the
   /// text was replaced.
   bool Open(const std::string& path) { return Read(path, false); }
-  /// The same for the file of this text, as an edit that can be undone.
+  /// Reads the file of this text again, as an edit that can be undone.
   bool Reload() { return Read(origin_.path, true); }
 
   /// Writes the whole text, in place of the file or not at all. False on failure, with `reason` set

@@ -1,11 +1,15 @@
+// The one window that shows or edits a longer text for a caller, and the two functions by which the
+// rest of the program opens it. What it does with files and wrapping is the text document's.
+
 #include "logic/text/frmText.h"
 
 #include <memory>
 #include <utility>
 
+#include "contract/base/TextCut.h"
 #include "contract/desktop/Button.h"
 #include "contract/desktop/TextBox.h"
-#include "logic/program/Misc.h"
+#include "logic/program/FileDialogs.h"
 #include "logic/text/SqlTarget.h"
 #include "logic/text/TextDocument.h"
 
@@ -110,25 +114,20 @@ class frmText {
 
   void Form_KeyDown(KeyEvent& event) {
     using namespace shiftState;
-    if (event.keyCode == 'C' && event.shift == (ctrl | alt)) event.handled = PressShown(cmdCopy_);
+    if (event.keyCode == 'C' && event.shift == (ctrl | alt)) event.handled = cmdCopy_.Press();
     else if (event.keyCode == 'C' && event.shift == (ctrl | shift))
-      event.handled = PressShown(cmdCopyToSQLWindow_);
+      event.handled = cmdCopyToSQLWindow_.Press();
     else if (event.keyCode == key::escape && event.shift == none) event.handled = window_->Unload();
     else if (event.shift == ctrl) HandleControlKey(event);
   }
 
   void HandleControlKey(KeyEvent& event) {
-    if (event.keyCode == 'O') event.handled = PressShown(cmdOpen_);
-    else if (event.keyCode == 'S') event.handled = PressShown(cmdSave_);
+    if (event.keyCode == 'O') event.handled = cmdOpen_.Press();
+    else if (event.keyCode == 'S') event.handled = cmdSave_.Press();
     else if (event.keyCode == 'W' && chkWordWrap_.Visible()) {
       chkWordWrap_.SetValue(!chkWordWrap_.Value());
       event.handled = true;
     }
-  }
-
-  static bool PressShown(Button& button) {
-    button.Press();
-    return button.Visible();
   }
 
   const Global& global_;

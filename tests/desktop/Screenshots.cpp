@@ -19,6 +19,7 @@
 #include "desktop/base/Text.h"
 #include "desktop/base/Theme.h"
 #include "desktop/dialogs/MessageDialog.h"
+#include "desktop/grid/RecordGrid.h"
 #include "logic/results/TopRow.h"
 #include "tests/desktop/QtUser.h"
 #include "tests/desktop/grid/GeneratedRows.h"
@@ -130,11 +131,15 @@ class Album {
     FillRecords(*records);
     PlaceRecords(*records, row);
     Save(AsQt(*frame).Outer(), QStringLiteral("frmMDI"));
-    records->Find<DataGrid>("DataGrid").SetSelBookmarks({1002, 1005});
+    auto& grid = *AsQt(*records).Root().findChild<RecordGrid*>(QStringLiteral("DataGrid"));
+    grid.Selection().SetRows({1002, 1005});
+    grid.ShowSelection();
     records->Find<DataGrid>("DataGrid").SetBackColor(0xD0FFFF);
     records->Find<DataGrid>("DataGrid").SetForeColor(0x600000);
     Save(AsQt(*records).Root(), QStringLiteral("frmRecords"));
-    records->Find<DataGrid>("DataGrid").SetSelColumns(1, 2);
+    grid.Selection().PressColumn(1, true, false);
+    grid.Selection().DragToColumn(2);
+    grid.ShowSelection();
     query->Activate();
     options.SetBounds({1500, 1500, 2400, 1200});
     options.SetVisible(true);

@@ -69,8 +69,7 @@ class DesktopScript {
   /// Fails the test for every answer left over, and forgets them.
   void VerifyScript();
 
-  // --- for the twin's windows
-  // ------------------------------------------------------------------------
+  // --- for the twin's windows --------------------------------------------------------------------
   [[nodiscard]] MessageResult AnswerMessage(const Message& message);
   [[nodiscard]] std::optional<std::string> TakeFile(const ShownFileDialog& dialog);
   [[nodiscard]] std::optional<Color> TakeColor(Color proposed);

@@ -448,8 +448,8 @@ TEST(FakeFilesTest, KeepsFilesInMemoryAndFailsOnDemand) {
   files.ReplaceWhole("/home/me/a.sql", "select 1", true);
   EXPECT_EQ(files.ReadWhole("/home/me/a.sql"), "select 1");
   EXPECT_TRUE(files.IsOwnerOnly("/home/me/a.sql"));
-  EXPECT_TRUE(files.Exists("/home/me/a.sql"));
-  EXPECT_FALSE(files.Exists("/home/me/b.sql"));
+  EXPECT_TRUE(files.FileExists("/home/me/a.sql"));
+  EXPECT_FALSE(files.FileExists("/home/me/b.sql"));
   EXPECT_THROW(static_cast<void>(files.ReadWhole("/home/me/b.sql")), Error);
   files.FailWrites();
   try {

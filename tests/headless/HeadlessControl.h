@@ -48,8 +48,7 @@ class HeadlessControl {
   /// Name of the control that a label's mnemonic leads to.
   [[nodiscard]] const std::string& Buddy() const { return buddy_; }
 
-  // --- what a user does; the window has made sure that it is possible
-  // ------------------------------
+  // --- what a user does; the window has made sure that it is possible ----------------------------
   virtual void RaiseGotFocus() = 0;
   virtual void RaiseLostFocus() = 0;
   virtual void RaiseKeyDown(KeyEvent& event) = 0;

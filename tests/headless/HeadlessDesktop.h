@@ -35,8 +35,7 @@ class HeadlessDesktop final : public Desktop, public DesktopScript {
   explicit HeadlessDesktop(std::string formsFolder = TESSEL_FORMS_DIR);
   ~HeadlessDesktop() override;
 
-  // --- the contract
-  // ----------------------------------------------------------------------------------
+  // --- the contract ------------------------------------------------------------------------------
   [[nodiscard]] std::unique_ptr<Window> MakeWindow(std::string_view formName) override;
   MessageResult ShowMessage(const Message& message) override { return AnswerMessage(message); }
   [[nodiscard]] HeadlessClipboard& TheClipboard() override { return clipboard_; }
@@ -48,8 +47,7 @@ class HeadlessDesktop final : public Desktop, public DesktopScript {
   void StartProcess(const std::string& path) override;
   bool ShowHelp(const std::string& helpFile, int command, int data) override;
 
-  // --- for tests
-  // -------------------------------------------------------------------------------------
+  // --- for tests ---------------------------------------------------------------------------------
   /// The newest loaded window of a form; fails the test when there is none.
   [[nodiscard]] HeadlessWindow& WindowOf(std::string_view formName) const;
   /// The loaded windows of a form, the oldest first.
@@ -78,8 +76,7 @@ class HeadlessDesktop final : public Desktop, public DesktopScript {
   [[nodiscard]] const std::vector<HelpRequest>& HelpRequests() const { return helpRequests_; }
   void SetHelpWorks(bool works) { helpWorks_ = works; }
 
-  // --- for the twin itself
-  // ---------------------------------------------------------------------------
+  // --- for the twin itself -----------------------------------------------------------------------
   [[nodiscard]] WindowStack& Stack() { return stack_; }
   [[nodiscard]] const WindowStack& Stack() const { return stack_; }
   /// Runs what is under way, then the test's steps, until the window is hidden or gone.

@@ -38,7 +38,7 @@ void HeadlessGrid::Refresh() {
   if (count > 0 && !onNewRow_ && source_->Eof()) source_->MoveLast();
 }
 
-void HeadlessGrid::SetSelColumns(int first, int last) {
+void HeadlessGrid::SelectColumns(int first, int last) {
   if (first != -1 || last != -1) {
     static_cast<void>(At(first));
     static_cast<void>(At(last));
@@ -47,8 +47,7 @@ void HeadlessGrid::SetSelColumns(int first, int last) {
   lastColumn_ = last;
 }
 
-void HeadlessGrid::SetCurrentColumn(int column) {
-  static_cast<void>(At(column));
+void HeadlessGrid::MoveToColumn(int column) {
   if (column == currentColumn_) return;
   EndEdit();
   currentColumn_ = column;
@@ -121,6 +120,10 @@ void HeadlessGrid::GoToNewRow() {
 
 bool HeadlessGrid::TakeKey(int keyCode, int shift) {
   if (source_ == nullptr || currentColumn_ < 0) return false;
+  if (keyCode == 'C' && shift == shiftState::ctrl && !editing_) {
+    Copy();
+    return true;
+  }
   if (keyCode == key::tab) return MoveToNext(shift == shiftState::shift ? -1 : 1);
   const bool held = shift == shiftState::shift || shift == shiftState::ctrl;
   if (keyCode == key::space && held && !editing_) return SelectRowByKey(shift == shiftState::ctrl);
@@ -141,7 +144,7 @@ bool HeadlessGrid::TakeKey(int keyCode, int shift) {
   if (keyCode == key::left || keyCode == key::right) {
     if (editing_) return TakeEditorKey(keyCode);
     const int column = currentColumn_ + (keyCode == key::left ? -1 : 1);
-    SetCurrentColumn(std::clamp(column, 0, ColumnCount() - 1));
+    MoveToColumn(std::clamp(column, 0, ColumnCount() - 1));
     return true;
   }
   if (keyCode != key::up && keyCode != key::down) return false;

@@ -38,31 +38,22 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   void SetAllowAddNew(bool allow) override;
 
   [[nodiscard]] std::vector<Bookmark> SelBookmarks() const override { return selected_; }
-  void SetSelBookmarks(const std::vector<Bookmark>& bookmarks) override {
-    selected_ = bookmarks;
-    anchor_ = -1;
-  }
   [[nodiscard]] int SelStartCol() const override { return firstColumn_; }
   [[nodiscard]] int SelEndCol() const override { return lastColumn_; }
-  void SetSelColumns(int first, int last) override;
 
   [[nodiscard]] int CurrentColumn() const override { return currentColumn_; }
-  void SetCurrentColumn(int column) override;
   [[nodiscard]] bool OnNewRow() const override { return onNewRow_; }
   [[nodiscard]] std::string ShownText(std::int64_t position, int column) const override;
   [[nodiscard]] Rect CellBounds() const override;
-  void Copy() override;
   [[nodiscard]] bool EditActive() const override { return editing_; }
   void Refresh() override;
 
-  // --- what the user sees of the cell being edited: the part of its text that is selected, else
-  // where the caret stands
-  // -----------------------------------------------------------------------------------------
+  // --- the text of the cell being edited ---------------------------------------------------------
+  /// What is selected of it; without a selection, where the caret stands.
   [[nodiscard]] std::size_t EditorSelStart() const { return editor_.Start(); }
   [[nodiscard]] std::size_t EditorSelLength() const { return editor_.Length(); }
 
-  // --- what a user does; positions are 0-based
-  // -----------------------------------------------------
+  // --- what a user does; positions are 0-based ---------------------------------------------------
   void ClickCell(std::int64_t position, int column);
   void DoubleClickCell(std::int64_t position, int column);
   /// Types into the current cell, character by character.
@@ -70,7 +61,7 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   void ClickButton(std::int64_t position, int column);
   /// Clicks row headers one after another: the first selects, the others add (Ctrl).
   void SelectRows(const std::vector<std::int64_t>& positions);
-  void SelectColumns(int first, int last) { SetSelColumns(first, last); }
+  void SelectColumns(int first, int last);
   void GoToNewRow();
   bool TakeKey(int keyCode, int shift) override;
 
@@ -94,6 +85,8 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   [[nodiscard]] std::int64_t LastPosition() const;
   [[nodiscard]] bool MoveTo(std::int64_t position, int column);
   bool MoveToNext(int step);
+  void MoveToColumn(int column);
+  void Copy();
   bool TakeEditorKey(int keyCode);
   bool SelectRowByKey(bool add);
   bool ExtendRows(int step);

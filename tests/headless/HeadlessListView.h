@@ -36,8 +36,7 @@ class HeadlessListView final : public Headless<ListView> {
 
   void StartLabelEdit(int index) override;
 
-  // --- what a user does
-  // ------------------------------------------------------------------------------
+  // --- what a user does --------------------------------------------------------------------------
   void ClickCell(int row, int column, const MouseEvent& event);
   void ClickHeader(int column);
   /// The row whose editor is open, -1 for none.

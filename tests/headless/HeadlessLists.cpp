@@ -9,11 +9,6 @@ HeadlessComboBox::HeadlessComboBox(const FormWidget& widget, FailureSink& failur
   HeadlessComboBox::WriteIndex(widget.properties.Number("currentIndex", -1));
 }
 
-void HeadlessComboBox::RemoveItem(int index) {
-  HeadlessListControl::RemoveItem(index);
-  if (!editable_) ShowSelected();
-}
-
 void HeadlessComboBox::Clear() {
   HeadlessListControl::Clear();
   text_.clear();

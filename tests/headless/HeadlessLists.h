@@ -34,11 +34,6 @@ class HeadlessListControl : public Headless<Kind>, public EntryPicker {
   [[nodiscard]] int ListCount() const override { return static_cast<int>(entries_.size()); }
   [[nodiscard]] std::string List(int index) const override { return entries_[Checked(index)]; }
   void AddItem(std::string_view text) override { entries_.emplace_back(text); }
-  void RemoveItem(int index) override {
-    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(Checked(index)));
-    if (index == selected_) selected_ = -1;
-    else if (index < selected_) --selected_;
-  }
   void Clear() override {
     entries_.clear();
     selected_ = -1;
@@ -114,7 +109,6 @@ class HeadlessComboBox final : public HeadlessListControl<ComboBox>, public Typi
 
   [[nodiscard]] bool Editable() const override { return editable_; }
   void SelectAllText() override { allSelected_ = true; }
-  void RemoveItem(int index) override;
   void Clear() override;
 
   /// Types at the end, or in place of the text when all of it is selected.

@@ -37,8 +37,7 @@ class HeadlessTreeView final : public Headless<TreeView> {
 
   [[nodiscard]] int Image(std::string_view key) const { return At(key).image; }
 
-  // --- what a user does
-  // ------------------------------------------------------------------------------
+  // --- what a user does --------------------------------------------------------------------------
   void ClickNode(const std::string& key);
   void ClickCheck(const std::string& key);
   bool TakeKey(int keyCode, int shift) override;

@@ -27,8 +27,7 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   HeadlessWindow(HeadlessDesktop& desktop, FormFile form, HeadlessWindow* frame);
   ~HeadlessWindow() override;
 
-  // --- the contract
-  // ----------------------------------------------------------------------------------
+  // --- the contract ------------------------------------------------------------------------------
   [[nodiscard]] MenuItem& Menu(std::string_view name) override;
   [[nodiscard]] Timer& TimerNamed(std::string_view name) override;
   [[nodiscard]] FileDialog& FileDialogNamed(std::string_view name) override;
@@ -60,8 +59,7 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   void Arrange(Tiling tiling) override;
   void HandlerFailed(std::exception_ptr failure) noexcept override;
 
-  // --- what a user sees
-  // ------------------------------------------------------------------------------
+  // --- what a user sees --------------------------------------------------------------------------
   /// Whether the control shows in fact: it, its containers, its window and the frame around it.
   [[nodiscard]] bool VisibleInFact(std::string_view control) const;
   [[nodiscard]] bool VisibleInFact() const;
@@ -115,8 +113,7 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   void Minimize(bool minimized);
   void Maximize(bool maximized);
 
-  // --- for the twin itself
-  // ---------------------------------------------------------------------------
+  // --- for the twin itself -----------------------------------------------------------------------
   [[nodiscard]] HeadlessWindow* FrameAround() const { return frame_; }
   void ForgetFrame() { frame_ = nullptr; }
   [[nodiscard]] bool IsFrame() const { return form_.properties.Text("kind") == "frame"; }

@@ -141,7 +141,7 @@ void FakeRecordset::EndChange(const void* operation) {
   state_ &= ~objectState::executing;
 }
 
-// --- on the server ---------------------------------------------------------------------------
+// --- on the server -------------------------------------------------------------------------------
 
 void FakeRecordset::WritePending() {
   const FakeStore::Pending& pending = *store_->pending;

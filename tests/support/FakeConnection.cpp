@@ -39,8 +39,7 @@ void FakeConnection::SetConnectionString(std::string connectionString) {
   connectionString_ = std::move(connectionString);
 }
 
-// --- opening and closing
-// -----------------------------------------------------------------------------
+// --- opening and closing -------------------------------------------------------------------------
 
 void FakeConnection::Open(const std::string& user, const std::string& password, int options) {
   if (State() != objectState::closed)
@@ -114,8 +113,7 @@ int FakeConnection::State() const {
   return (sessionOpen_ ? objectState::open : 0) | (running_ != nullptr ? running_->stage : 0);
 }
 
-// --- operations
-// --------------------------------------------------------------------------------------
+// --- operations ----------------------------------------------------------------------------------
 
 void FakeConnection::RequireIdle() const {
   if (!sessionOpen_)
@@ -191,8 +189,7 @@ void FakeConnection::End(Operation& operation) {
   if (running_.get() == &operation) running_.reset();
 }
 
-// --- commands
-// ----------------------------------------------------------------------------------------
+// --- commands ------------------------------------------------------------------------------------
 
 FakeResult FakeConnection::AnswerFor(const FakeRecordset& recordset, int options) {
   if (const auto& request = recordset.RequestInPlace()) {
@@ -282,8 +279,7 @@ void FakeConnection::EndCommand(Operation& operation) {
     recordset->FetchComplete.Raise(nullptr, Pointer(failure), StatusOf(failure));
 }
 
-// --- changes
-// -----------------------------------------------------------------------------------------
+// --- changes -------------------------------------------------------------------------------------
 
 void FakeConnection::Write(const std::shared_ptr<FakeRecordset>& recordset, int options,
                            std::function<void()> write) {
@@ -325,8 +321,7 @@ void FakeConnection::AnnounceChange(const std::shared_ptr<FakeRecordset>& record
   });
 }
 
-// --- catalogs and schema
-// -----------------------------------------------------------------------------
+// --- catalogs and schema -------------------------------------------------------------------------
 
 void FakeConnection::SetDefaultDatabase(const std::string& name) {
   RequireIdle();

@@ -67,8 +67,7 @@ class FakeConnection final : public Connection,
   [[nodiscard]] std::shared_ptr<Recordset> CreateCatalogChange(const std::string& name) override;
   [[nodiscard]] std::shared_ptr<Recordset> CreateRecordset() override;
 
-  // --- for recordsets
-  // --------------------------------------------------------------------------------
+  // --- for recordsets ----------------------------------------------------------------------------
   void Execute(const std::shared_ptr<FakeRecordset>& recordset, int options);
   void CancelOperation(const void* operation);
   /// Runs `write` as an operation of the connection; ChangeComplete of the recordset follows when
@@ -78,8 +77,7 @@ class FakeConnection final : public Connection,
   /// The end of a change that there was nothing to do for.
   void AnnounceChange(const std::shared_ptr<FakeRecordset>& recordset);
 
-  // --- for tests
-  // -------------------------------------------------------------------------------------
+  // --- for tests ---------------------------------------------------------------------------------
   /// Whether an operation is held.
   [[nodiscard]] bool IsHeld() const;
   /// Lets the held operation go on.

@@ -25,8 +25,8 @@ class FakeLock final : public FileLock {
 
 }  // namespace
 
-bool FakeFiles::Exists(const std::string& path) const {
-  if (real_ != nullptr) return real_->Exists(path);
+bool FakeFiles::FileExists(const std::string& path) const {
+  if (real_ != nullptr) return real_->FileExists(path);
   const std::string name = path.substr(path.rfind(pathSeparator) + 1);
   return !name.starts_with('.') && contents_.contains(path);
 }

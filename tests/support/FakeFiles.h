@@ -18,7 +18,7 @@ class FakeFiles final : public Files {
   /// Forwards to `real`, which outlives it.
   explicit FakeFiles(Files& real) : real_(&real) {}
 
-  [[nodiscard]] bool Exists(const std::string& path) const override;
+  [[nodiscard]] bool FileExists(const std::string& path) const override;
   [[nodiscard]] std::uint64_t Size(const std::string& path) const override;
   [[nodiscard]] std::string ReadWhole(const std::string& path) const override;
   void ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) override;

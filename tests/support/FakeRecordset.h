@@ -92,8 +92,7 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
   [[nodiscard]] const Request& RequestInPlace() const { return request_; }
   void SetRequest(Request request) { request_ = std::move(request); }
 
-  // --- for the connection; `operation` is the one that the rows come from
-  // --------------------------
+  // --- for the connection; `operation` is the one that the rows come from ------------------------
   void BeginExecute(const void* operation);
   void BeginRows(const void* operation, const FakeResult& result);
   void AddRows(const void* operation, std::size_t fetched);

@@ -74,8 +74,9 @@ struct FakeTable {
 /// Empty catalog and schema names of tables stand for null.
 class FakeServer {
  public:
-  // --- answers to commands, by their exact text; several for one text are given in order, the last
-  // one again and again. The reference may be used to refine the answer.
+  // --- answers to commands, by their exact text --------------------------------------------------
+  // Several for one text are given in order, the last one again and again. The reference may be
+  // used to refine the answer.
   FakeResult& Answer(const std::string& sql, std::vector<FieldInfo> fields, FakeRows rows);
   FakeResult& AnswerCount(const std::string& sql, std::int64_t recordsAffected);
   FakeResult& AnswerNothing(const std::string& sql);
@@ -83,8 +84,7 @@ class FakeServer {
   /// The next answer to a command; fails the test when there is none.
   [[nodiscard]] const FakeResult& TakeAnswer(const std::string& sql);
 
-  // --- what the server has
-  // -------------------------------------------------------------------------
+  // --- what the server has -----------------------------------------------------------------------
   std::string defaultDatabase;
   std::vector<std::string> catalogs;
   std::vector<FakeTable> tables;
@@ -95,8 +95,7 @@ class FakeServer {
   /// Whether a catalog may be named in [brackets].
   bool takesBrackets = false;
 
-  // --- failures on demand
-  // --------------------------------------------------------------------------
+  // --- failures on demand ------------------------------------------------------------------------
   std::optional<ErrorInfo> openRefused;  ///< Open raises it at once.
   std::optional<ErrorInfo> openFailure;  ///< The opening ends with it.
   bool holdConnecting = false;           ///< Opening goes on until it is cancelled or resumed.

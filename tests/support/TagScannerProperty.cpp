@@ -1,7 +1,7 @@
 #include "tests/support/TagScannerProperty.h"
 
 #include "contract/base/Error.h"
-#include "logic/program/Misc.h"
+#include "logic/program/Characters.h"
 #include "logic/tags/TagScanner.h"
 
 namespace tessel::test {

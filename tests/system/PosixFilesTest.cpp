@@ -167,11 +167,11 @@ TEST_F(PosixFilesTest, OnlyVisibleNormalFilesExist) {
   fs::create_directory(File("folder"));
   fs::create_symlink("file", File("link"));
   fs::create_symlink("nowhere", File("dangling"));
-  EXPECT_TRUE(files_.Exists(File("file")));
-  EXPECT_TRUE(files_.Exists(File("link")));
+  EXPECT_TRUE(files_.FileExists(File("file")));
+  EXPECT_TRUE(files_.FileExists(File("link")));
   for (const char* name : {".hidden", "folder", "dangling", "missing", ""})
-    EXPECT_FALSE(files_.Exists(File(name))) << name;
-  EXPECT_FALSE(files_.Exists(""));
+    EXPECT_FALSE(files_.FileExists(File(name))) << name;
+  EXPECT_FALSE(files_.FileExists(""));
 }
 
 TEST_F(PosixFilesTest, SaysWhyAFileCannotBeRead) {

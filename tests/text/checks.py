@@ -6,9 +6,14 @@ import subprocess
 import helpbook
 
 IMPLEMENTATIONS = ("data", "desktop", "system")
-# The folders of a floor, each using only itself and those before it.
-CONTRACT = ("base", "data", "desktop")
-WINGS = ("program", "text", "connections", "tags", "query", "schema", "results", "app")
+PRODUCT = ("contract", "logic", "main") + IMPLEMENTATIONS
+# The folders of each floor, each using only itself and those before it.
+FLOORS = {
+    "contract": ("base", "data", "desktop"),
+    "logic": ("program", "text", "connections", "tags", "query", "schema", "results", "app"),
+    "data": ("rows", "changes", "providers", "work", "cursor"),
+    "desktop": ("plain", "base", "services", "dialogs", "controls", "editor", "tree", "grid", "window", "help"),
+}
 LOGIC_LIBRARIES = {"pugixml.hpp", "utf8proc.h"}
 ODBC_DOOR = "data/providers/odbc/OdbcApi"
 PQ_DOOR = "data/providers/postgresql/PqApi"
@@ -37,6 +42,10 @@ WORDS = re.compile("|".join((
     r"\b[Ss]pecific" r"ations?\b", r"\b[Ss]pe" r"c\b", r"\bPart" r"s? \d", r"\bseed doc" r"ument",
     r"\b[Ii]ssue #?\d", r"\bsub" r"agent", r"(?<!\w)/wo" r"rk/", r"/fa" r"rm/", r"/ro" r"ot/")))
 WORDS_FREE = ("LICENSE",)
+
+
+SECTION_MARK = re.compile(r"^[ \t]*// ---(?!-).*$|^[ \t]*// -{4,}[ \t]*$", re.M)
+LINE_WIDTH = 100
 
 
 class Skipped(Exception):
@@ -89,8 +98,7 @@ def upward_includes(tree):
                 for line, _, name in tree.includes(path):
                     if name.startswith(above):
                         yield "%s:%d: may not include %s, which is above it" % (path, line, name)
-    return [found for floor, order in (("contract", CONTRACT), ("logic", WINGS))
-            for found in complaints(floor, order)]
+    return [found for floor, order in FLOORS.items() for found in complaints(floor, order)]
 
 
 def naked_calls(tree, call, door):
@@ -159,6 +167,44 @@ def include_cycles(tree):
     return complaints
 
 
+def unit_of(path):
+    return path.rsplit(".", 1)[0]
+
+
+def unit_circles(tree):
+    """No unit of the product, a header and its source taken together, includes itself through
+    others."""
+    paths, graph, trail, finished = tree.code_paths(*PRODUCT), {}, [], set()
+    units, complaints = {unit_of(path) for path in paths}, []
+    for path in paths:
+        used = {unit_of(name) for _, _, name in tree.includes(path)}
+        graph.setdefault(unit_of(path), set()).update(sorted(used & units - {unit_of(path)}))
+
+    def visit(unit):
+        if unit in trail:
+            complaints.append(" -> ".join(trail[trail.index(unit):] + [unit]))
+        elif unit not in finished:
+            trail.append(unit)
+            for used in sorted(graph[unit]):
+                visit(used)
+            finished.add(trail.pop())
+
+    for unit in sorted(graph):
+        visit(unit)
+    return complaints
+
+
+def section_marks(tree):
+    """A section mark is one line, "// --- title ---...", no longer than lines may be: so the formatter
+    leaves it whole."""
+    def is_whole(mark):
+        return len(mark) <= LINE_WIDTH and re.fullmatch(r" *// --- \S.*\S -{2,}", mark)
+
+    return ["%s:%d: is no whole section mark" % (path, tree.text(path).count("\n", 0, match.start()) + 1)
+            for path in tree.code_paths() for match in SECTION_MARK.finditer(tree.text(path))
+            if not is_whole(match.group())]
+
+
 def formatting(tree):
     """Changed files are as clang-format would write them."""
     if not shutil.which("clang-format"):
@@ -209,5 +255,5 @@ def help_book(tree):
 
 
 ALL = (logic_includes, contract_includes, implementation_includes, upward_includes, odbc_door,
-       postgresql_door, mariadb_door, inline_members, event_pump, forbidden_words, include_cycles, formatting, guard_headers, icons,
-       help_book)
+       postgresql_door, mariadb_door, inline_members, event_pump, forbidden_words, include_cycles,
+       unit_circles, section_marks, formatting, guard_headers, icons, help_book)

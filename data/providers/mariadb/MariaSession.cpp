@@ -4,11 +4,11 @@
 #include <charconv>
 #include <utility>
 
+#include "contract/base/Ascii.h"
 #include "data/changes/UniqueRows.h"
 #include "data/providers/CommandText.h"
 #include "data/providers/mariadb/MariaSchema.h"
 #include "data/providers/mariadb/MariaTables.h"
-#include "data/providers/odbc/OdbcScan.h"
 
 namespace tessel {
 
@@ -20,8 +20,8 @@ constexpr std::chrono::seconds killPatience{2};
 /// How statements begin that change rows, and so have a count even when it is 0. The server gives
 /// others counts too, such as the creation of a database.
 bool CountsRows(const std::string& sql) {
-  return odbc::HasStatement(
-      sql, {"insert", "update", "delete", "replace", "load", "with", "call", "execute"});
+  return HasStatement(sql,
+                      {"insert", "update", "delete", "replace", "load", "with", "call", "execute"});
 }
 
 /// Of names without quotes, as ODBC counts the ways.
@@ -116,7 +116,7 @@ Properties MariaSession::ReadProperties() {
 
 ExecuteResult MariaSession::ExecuteCommand(const std::string& sql, Operation& operation) {
   counts_ = CountsRows(sql);
-  keepsFoundRows_ = odbc::HasWord(sql, {"sql_calc_found_rows"});
+  keepsFoundRows_ = HasWord(sql, {"sql_calc_found_rows"});
   affected_ = 0;
   warnings_ = lostWarnings_ = 0;
   ended_ = false;
@@ -267,7 +267,7 @@ std::string MariaSession::CurrentCatalog() {
 }
 
 void MariaSession::SetCatalog(const std::string& name, Operation& operation) {
-  Guarded(operation, [&] { connection_->SelectDatabase(WithoutBrackets(name)); });
+  Guarded(operation, [&] { connection_->SelectDatabase(std::string(WithoutBrackets(name))); });
 }
 
 void MariaSession::ReadSchema(SchemaRows& rows, Operation& operation) {

@@ -48,7 +48,7 @@ class MariaSession : public ProviderSession {
   }
 
  private:
-  /// Does `work`; what it raises is raised as what it means.
+  /// Does `work`. An error becomes the one that tells what it means: a cancel, a lost server.
   template <class Work>
   auto Guarded(Operation& operation, Work work) {
     try {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "contract/base/Ascii.h"
-#include "data/rows/CellText.h"
+#include "data/rows/TextCells.h"
 
 namespace tessel {
 
@@ -145,7 +145,7 @@ void ApplyBit(const MariaColumn& column, MariaField& field) {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-/// Also of hours beyond a day and of zero dates.
+/// Takes hours beyond a day and zero dates for moments too.
 bool IsMoment(std::string_view text) {
   if (text.starts_with('-')) text.remove_prefix(1);
   return text.size() >= 2 && IsDigit(text[0]) && IsDigit(text[1]) &&

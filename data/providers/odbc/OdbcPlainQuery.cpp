@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "contract/base/Ascii.h"
-#include "data/providers/odbc/OdbcScan.h"
+#include "data/providers/CommandText.h"
 
 namespace tessel::odbc {
 

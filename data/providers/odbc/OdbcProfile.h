@@ -17,7 +17,7 @@ struct DriverProfile {
   /// Parts of the driver's name or library by which it is known, in lower case.
   std::vector<std::string_view> marks = {};
 
-  // --- opening --------------------------------------------------------------------------------
+  // --- opening -----------------------------------------------------------------------------------
   struct Key {
     std::string_view name;
     std::string_view value;
@@ -27,7 +27,7 @@ struct DriverProfile {
   std::uint64_t optionBits = 0;     ///< must hold.
   std::string_view fileKey = {};    ///< The key that names a file which must be there.
 
-  // --- commands -------------------------------------------------------------------------------
+  // --- commands ----------------------------------------------------------------------------------
   /// Tells Level, Code, Message of what the statements before it warned of, and how those are
   /// forgotten: the database itself does not do so with every statement.
   std::string_view warningsQuery = {};
@@ -44,7 +44,7 @@ struct DriverProfile {
   /// that touched no row answers SQL_NO_DATA.
   bool zeroIsNoCount = true;
 
-  // --- results --------------------------------------------------------------------------------
+  // --- results -----------------------------------------------------------------------------------
   bool isSlowToDropResults = false;  ///< It holds them whole; others may be open beside them.
   /// Base table and column are told, also behind an alias. Else each query is looked at: see
   /// FindBaseColumns.
@@ -61,7 +61,7 @@ struct DriverProfile {
   /// the quoted names.
   std::string_view readOnlyColumnsQuery = {};
 
-  // --- changing rows --------------------------------------------------------------------------
+  // --- changing rows -----------------------------------------------------------------------------
   struct Server {
     std::string name;
     std::string version;
@@ -77,7 +77,7 @@ struct DriverProfile {
   bool takesNumbers = false;    ///< Parameters that are numbers are told apart from texts.
   bool textEndsAtZero = false;  ///< A text with a zero character in it would be cut short.
 
-  // --- catalogs and schema --------------------------------------------------------------------
+  // --- catalogs and schema -----------------------------------------------------------------------
   enum class CatalogChange { None, Attribute, Reconnect };
   CatalogChange catalogChange = CatalogChange::Attribute;
   std::string_view catalogKey = "Database";  ///< With Reconnect.

@@ -6,19 +6,19 @@
 
 #include "contract/base/Ascii.h"
 #include "data/changes/UniqueRows.h"
+#include "data/providers/CommandText.h"
 #include "data/providers/odbc/OdbcBase.h"
 #include "data/providers/odbc/OdbcErrors.h"
 #include "data/providers/odbc/OdbcKeys.h"
 #include "data/providers/odbc/OdbcPlainQuery.h"
 #include "data/providers/odbc/OdbcProperties.h"
-#include "data/providers/odbc/OdbcScan.h"
 #include "data/providers/odbc/OdbcSchema.h"
 
 namespace tessel::odbc {
 
 namespace {
 
-/// For drivers that obey; nothing can cancel a connect.
+/// Drivers that obey give up a connect then; nothing can cancel it.
 constexpr std::chrono::seconds connectTimeout{15};
 
 /// A connect that hangs never comes back. A statement does, when the driver has dropped what it has
@@ -26,12 +26,6 @@ constexpr std::chrono::seconds connectTimeout{15};
 constexpr std::chrono::milliseconds connectPatience{150};
 constexpr std::chrono::milliseconds executePatience{500};
 constexpr std::chrono::milliseconds resultPatience{3000};
-
-/// `[name]` and `name` mean the same catalog.
-std::string WithoutBrackets(const std::string& name) {
-  const bool bracketed = name.size() > 2 && name.front() == '[' && name.back() == ']';
-  return bracketed ? name.substr(1, name.size() - 2) : name;
-}
 
 /// Drivers may quote the connection string they were given.
 void HidePassword(Diagnostics& records, const std::string& password) {
@@ -289,7 +283,7 @@ std::string OdbcSession::CurrentCatalog() {
 
 void OdbcSession::SetCatalog(const std::string& name, Operation& operation) {
   using Change = DriverProfile::CatalogChange;
-  const std::string catalog = WithoutBrackets(name);
+  const std::string catalog(WithoutBrackets(name));
   if (profile_.catalogChange == Change::None)
     throw Error(errorNumber::notSupported, driver_,
                 std::string(profile_.name) + " has no catalogs to change between.");

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "data/rows/CellText.h"
+#include "data/rows/TextCells.h"
 
 namespace tessel {
 

@@ -35,7 +35,7 @@ std::string TextOf(const char* text) { return text == nullptr ? std::string() : 
 
 }  // namespace
 
-// --- statements ------------------------------------------------------------------------------
+// --- statements ----------------------------------------------------------------------------------
 
 void SqliteStatement::CheckBound(int code) const {
   if (code != SQLITE_OK) Raise(Database(), code);
@@ -89,7 +89,7 @@ std::string_view SqliteStatement::EmptyOrNoMemory() const {
   return {};
 }
 
-// --- databases -------------------------------------------------------------------------------
+// --- databases -----------------------------------------------------------------------------------
 
 /// Without a mutex of SQLite's own: one thread uses a database at a time.
 SqliteDatabase::SqliteDatabase(const std::string& file, int flags) {

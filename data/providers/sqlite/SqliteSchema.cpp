@@ -43,7 +43,7 @@ void AddColumns(SqliteStatement& columns, const std::string& catalog, const std:
   }
 }
 
-/// By table and column, as who sorts a recordset by these finds them: they are sorted then.
+/// Adds the columns by table and place. Who sorts the recordset by these finds it sorted.
 void ReadColumns(SqliteDatabase& database, SchemaRows& rows, Operation& operation) {
   SqliteStatement tables = Tables(database, "upper(name), schema");
   SqliteStatement columns = database.PrepareOne(

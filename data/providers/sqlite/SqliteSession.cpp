@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <utility>
 
 #include "contract/base/Ascii.h"
 #include "data/changes/UniqueRows.h"
+#include "data/changes/WriteDialects.h"
 #include "data/providers/CommandText.h"
-#include "data/providers/odbc/OdbcScan.h"
 #include "data/providers/sqlite/SqliteFile.h"
 #include "data/providers/sqlite/SqliteSchema.h"
 
@@ -20,8 +21,49 @@ bool IsCounted(const SqliteStatement& statement) {
   constexpr std::array words = {"INSERT", "UPDATE", "DELETE", "REPLACE", "WITH"};
   if (statement.IsReadOnly()) return false;
   const std::string text = statement.Text();
-  const std::string_view first = odbc::FirstWord(text);
+  const std::string_view first = FirstWord(text);
   return std::ranges::any_of(words, [&](const char* word) { return EqualNoCase(word, first); });
+}
+
+/// Adds a value to a statement as the storage class that is nearest to it; the column's affinity
+/// does the rest.
+struct Binder {
+  SqliteStatement& statement;
+  int parameter;
+
+  void operator()(std::monostate /*null*/) const { statement.BindNull(parameter); }
+  void operator()(bool value) const { statement.BindInteger(parameter, value ? 1 : 0); }
+  void operator()(std::int64_t value) const { statement.BindInteger(parameter, value); }
+  void operator()(std::uint64_t value) const {
+    constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+    if (value <= most) statement.BindInteger(parameter, static_cast<std::int64_t>(value));
+    else statement.BindText(parameter, std::to_string(value));
+  }
+  void operator()(float value) const { statement.BindReal(parameter, value); }
+  void operator()(double value) const { statement.BindReal(parameter, value); }
+  void operator()(DecimalView value) const { statement.BindText(parameter, value.digits); }
+  void operator()(MomentView value) const { statement.BindText(parameter, value.text); }
+  void operator()(std::string_view value) const { statement.BindText(parameter, value); }
+  void operator()(BinaryView value) const { statement.BindBlob(parameter, value.bytes); }
+};
+
+/// The forms of the cells, as the fields declare them.
+std::vector<SqliteForm> FormsOf(const std::vector<const FieldInfo*>& fields) {
+  std::vector<SqliteForm> forms;
+  for (const FieldInfo* field : fields) {
+    FieldInfo unused;
+    forms.push_back(ApplyDeclaredType(field->typeName, unused));
+  }
+  return forms;
+}
+
+void AppendRow(const SqliteStatement& statement, const std::vector<SqliteForm>& forms,
+               RowSink& rows) {
+  for (int column = 0; column < statement.ColumnCount(); ++column) {
+    const auto index = static_cast<std::size_t>(column);
+    AppendSqliteCell(statement, column, forms[index], rows.Column(index));
+  }
+  rows.EndRow();
 }
 
 }  // namespace
@@ -31,7 +73,7 @@ void SqliteSession::Cancel() noexcept {
   if (operation_ != nullptr && database_) database_->Interrupt();
 }
 
-// --- opening and closing ---------------------------------------------------------------------
+// --- opening and closing -------------------------------------------------------------------------
 
 void SqliteSession::Open(const Login& /*login*/, Operation& operation) {
   const SqliteFile file = SqliteFile::FromKeys(keys_);
@@ -72,7 +114,7 @@ Properties SqliteSession::ReadProperties() {
   return properties;
 }
 
-// --- commands --------------------------------------------------------------------------------
+// --- commands ------------------------------------------------------------------------------------
 
 /// The next statement of the text; none at its end. What was done before it stays done, so it is
 /// only where there is one that a cancel can still take effect.
@@ -198,7 +240,7 @@ std::vector<std::size_t> SqliteSession::FindKey(const std::vector<FieldInfo>& fi
   return KeyFields(fields, tables_.begin()->second.keys);
 }
 
-// --- catalogs and schema ---------------------------------------------------------------------
+// --- catalogs and schema -------------------------------------------------------------------------
 
 void SqliteSession::SetCatalog(const std::string& /*name*/, Operation& /*operation*/) {
   throw Error(errorNumber::notSupported, "SQLite",
@@ -212,6 +254,46 @@ void SqliteSession::ReadSchema(SchemaRows& rows, Operation& operation) {
     ReadSqliteSchema(*database_, rows, operation);
   } catch (const Error& error) {
     throw AsCancelled(error, operation);
+  }
+}
+
+// --- changing rows -------------------------------------------------------------------------------
+
+const WriteDialect* SqliteSession::Writing() {
+  static const WriteDialect dialect = SqliteDialect();
+  return &dialect;
+}
+
+StatementResult SqliteSession::RunStatement(const RowStatement& text, Operation& operation) {
+  const Cancellable scope(*this, operation);
+  try {
+    SqliteStatement statement = database_->PrepareOne(text.sql);
+    int parameter = 0;
+    for (const auto& [value, field] : text.parameters)
+      std::visit(Binder{statement, ++parameter}, value);
+    const std::vector<SqliteForm> forms = FormsOf(text.columns);
+    StatementResult result;
+    RowSink rows(forms.size());
+    while (statement.Step())
+      if (result.rows++ == 0) AppendRow(statement, forms, rows);
+    if (forms.empty()) result.rows = database_->Changes();
+    result.first = TakeFirstRow(rows);
+    return result;
+  } catch (const Error& error) {
+    throw AsCancelled(error, operation);
+  }
+}
+
+UserTransaction SqliteSession::Transaction() {
+  return database_->InTransaction() ? UserTransaction::Open : UserTransaction::None;
+}
+
+void SqliteSession::RunControl(std::string_view sql, const Operation* operation) {
+  const Cancellable scope(*this, operation);
+  try {
+    (void)database_->PrepareOne(sql).Step();
+  } catch (const Error& error) {
+    throw operation == nullptr ? error : AsCancelled(error, *operation);
   }
 }
 

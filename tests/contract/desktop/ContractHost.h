@@ -24,7 +24,7 @@ class ContractHost {
 
   [[nodiscard]] virtual Desktop& TheDesktop() = 0;
 
-  // --- keyboard and mouse ----------------------------------------------------------------------
+  // --- keyboard and mouse ------------------------------------------------------------------------
   virtual void Click(Window& window, std::string_view control) = 0;
   /// In the middle of the control; in a list view beside its rows.
   virtual void DoubleClick(Window& window, std::string_view control) = 0;
@@ -36,7 +36,7 @@ class ContractHost {
   /// Presses and releases a key where the focus is.
   virtual void PressKey(Window& window, int keyCode, int shift = shiftState::none) = 0;
 
-  // --- what controls offer ---------------------------------------------------------------------
+  // --- what controls offer -----------------------------------------------------------------------
   /// Picks an entry of a list box, or of a combo box's opened list.
   virtual void SelectEntry(Window& window, std::string_view list, int index) = 0;
   virtual void ClickCell(Window& window, std::string_view listView, int row, int column) = 0;
@@ -56,7 +56,7 @@ class ContractHost {
   virtual void SelectGridRows(Window& window, std::string_view grid,
                               const std::vector<std::int64_t>& positions) = 0;
 
-  // --- windows and menus -----------------------------------------------------------------------
+  // --- windows and menus -------------------------------------------------------------------------
   /// Opens the menus of the menu bar down to a command and chooses it.
   virtual void ChooseMenu(Window& window, std::string_view command) = 0;
   virtual void CloseByControlBox(Window& window) = 0;
@@ -69,7 +69,7 @@ class ContractHost {
   /// A command of the next pop-up menu of that name is chosen; none when empty.
   virtual void OnPopup(const std::string& menu, const std::string& command) = 0;
 
-  // --- time ----------------------------------------------------------------------------------
+  // --- time --------------------------------------------------------------------------------------
   /// Lets so much time pass with the event loop running.
   virtual void PassTime(int milliseconds) = 0;
   /// Runs what waits in the event loop: notices, deferred actions, painting.

@@ -43,7 +43,8 @@ void BindingShowsTheFirstRow(ContractHost& host) {
 void UnbindingEmptiesTheGrid(ContractHost& host) {
   GridFixture test(host);
   test.Bind();
-  test.grid.SetSelBookmarks({test.At(1)});
+  test.host.SelectGridRows(test.window, gridName, {1});
+  static_cast<void>(test.record.Take());
   test.grid.SetDataSource(nullptr);
   EXPECT_EQ(test.grid.DataSource(), nullptr);
   EXPECT_EQ(test.grid.ColumnCount(), 0);
@@ -71,16 +72,6 @@ void MovingInTheGridMovesTheRecord(ContractHost& host) {
   test.host.PressKey(test.window, key::down);
   EXPECT_EQ(test.recordset->CurrentBookmark(), test.At(2));
   EXPECT_EQ(test.record.Take(), Seen{"moved"});
-}
-
-void ChangingTheColumnByCodeMovesOnce(ContractHost& host) {
-  GridFixture test(host);
-  test.Bind();
-  test.grid.SetCurrentColumn(1);
-  EXPECT_EQ(test.grid.CurrentColumn(), 1);
-  EXPECT_EQ(test.record.Take(), Seen{"moved"});
-  test.grid.SetCurrentColumn(1);
-  EXPECT_EQ(test.record.Take(), Seen{});
 }
 
 void RowsAreSelectedInTheUsersOrder(ContractHost& host) {
@@ -114,25 +105,6 @@ void RowsAreSelectedByKeys(ContractHost& host) {
   press(key::space, shiftState::shift);
   press(key::up, shiftState::shift);
   EXPECT_EQ(test.grid.SelBookmarks(), (std::vector{test.At(1), test.At(0)}));
-}
-
-void SelectionsAreSetByCode(ContractHost& host) {
-  GridFixture test(host);
-  test.Bind();
-  EXPECT_TRUE(test.grid.SelBookmarks().empty());
-  test.grid.SetSelBookmarks({test.At(1), test.At(0)});
-  EXPECT_EQ(test.grid.SelBookmarks(), (std::vector{test.At(1), test.At(0)}));
-  test.grid.SetSelBookmarks({});
-  EXPECT_TRUE(test.grid.SelBookmarks().empty());
-  EXPECT_EQ(test.grid.SelStartCol(), -1);
-  EXPECT_EQ(test.grid.SelEndCol(), -1);
-  test.grid.SetSelColumns(0, 1);
-  EXPECT_EQ(test.grid.SelStartCol(), 0);
-  EXPECT_EQ(test.grid.SelEndCol(), 1);
-  test.grid.SetSelBookmarks({test.At(1)});
-  EXPECT_EQ(test.grid.SelEndCol(), 1) << "rows and columns are selected each by themselves";
-  test.grid.SetSelColumns(1, 1);
-  EXPECT_EQ(test.grid.SelBookmarks(), std::vector{test.At(1)});
 }
 
 void ColumnsKeepTheirSettings(ContractHost& host) {
@@ -189,10 +161,11 @@ void AFormatDecidesHowValuesAreShown(ContractHost& host) {
 void CopyingTakesTheCurrentCellOrTheSelection(ContractHost& host) {
   GridFixture test(host);
   test.Bind();
-  test.grid.Copy();
+  test.grid.SetFocus();
+  test.host.PressKey(test.window, 'C', shiftState::ctrl);
   EXPECT_EQ(test.host.TheDesktop().TheClipboard().Text(), "1");
-  test.grid.SetSelBookmarks({test.At(1)});
-  test.grid.Copy();
+  test.host.SelectGridRows(test.window, gridName, {1});
+  test.host.PressKey(test.window, 'C', shiftState::ctrl);
   EXPECT_EQ(test.host.TheDesktop().TheClipboard().Text(), "2\t<b>two</b>");
 }
 
@@ -203,10 +176,8 @@ std::vector<ContractCase> GridContract() {
           {"UnbindingEmptiesTheGrid", &UnbindingEmptiesTheGrid},
           {"AnEmptyResultIsShown", &AnEmptyResultIsShown},
           {"MovingInTheGridMovesTheRecord", &MovingInTheGridMovesTheRecord},
-          {"ChangingTheColumnByCodeMovesOnce", &ChangingTheColumnByCodeMovesOnce},
           {"RowsAreSelectedInTheUsersOrder", &RowsAreSelectedInTheUsersOrder},
           {"RowsAreSelectedByKeys", &RowsAreSelectedByKeys},
-          {"SelectionsAreSetByCode", &SelectionsAreSetByCode},
           {"ColumnsKeepTheirSettings", &ColumnsKeepTheirSettings},
           {"EditingIsAllowedByFlags", &EditingIsAllowedByFlags},
           {"ValuesAreShownAsTheyAre", &ValuesAreShownAsTheyAre},

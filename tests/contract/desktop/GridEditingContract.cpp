@@ -352,7 +352,7 @@ void DeletedRowsAreForgotten(ContractHost& host) {
   EditingFixture test(host);
   test.Click(0, name);
   const std::vector<Bookmark> rows{test.recordset->BookmarkAt(1), test.recordset->BookmarkAt(2)};
-  test.grid.SetSelBookmarks(rows);
+  test.host.SelectGridRows(test.window, gridName, {1, 2});
   test.recordset->MoveTo(rows[1]);
   test.recordset->Delete(0);
   test.grid.Refresh();

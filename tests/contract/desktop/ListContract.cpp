@@ -79,32 +79,6 @@ void SelectingByTheUserClicksOnce(ContractHost& host) {
   });
 }
 
-void RemovingAnEntryAboveKeepsTheSelection(ContractHost& host) {
-  ForEachList(host, [](ListUnderTest& list) {
-    list.Fill();
-    list.control.SetListIndex(2);
-    static_cast<void>(list.record.Take());
-    list.control.RemoveItem(0);
-    EXPECT_EQ(list.control.ListIndex(), 1);
-    EXPECT_EQ(list.control.List(1), "two");
-    EXPECT_EQ(list.record.Take(), Seen{});
-  });
-}
-
-void RemovingTheSelectedEntryLeavesNone(ContractHost& host) {
-  ForEachList(host, [](ListUnderTest& list) {
-    list.Fill();
-    list.control.SetListIndex(1);
-    static_cast<void>(list.record.Take());
-    list.control.RemoveItem(1);
-    EXPECT_EQ(list.control.ListIndex(), -1);
-    EXPECT_EQ(list.control.ListCount(), 2);
-    EXPECT_EQ(list.record.Take(), Seen{});
-    list.control.SetListIndex(1);
-    EXPECT_EQ(list.record.Take(), Seen{"click 1"});
-  });
-}
-
 void ClearingIsSilent(ContractHost& host) {
   ForEachList(host, [](ListUnderTest& list) {
     list.Fill();
@@ -138,8 +112,6 @@ void AFixedComboBoxShowsItsEntries(ContractHost& host) {
     box.SetText("three");
     EXPECT_EQ(box.Text(), "two") << "there is no such entry";
     EXPECT_EQ(list.record.Take(), Seen{});
-    box.RemoveItem(2);
-    EXPECT_EQ(box.Text(), "");
   });
 }
 
@@ -155,8 +127,6 @@ void AListBoxShowsItsLinesAsTold(ContractHost& host) {
     EXPECT_EQ(box.Line(1), "two");
     box.AddItem("three");
     EXPECT_EQ(box.List(2), "<three>");
-    box.RemoveItem(0);
-    EXPECT_EQ(box.List(0), "<two>");
     box.SetLines(TextLines({"four"}), nullptr);
     EXPECT_EQ(box.List(0), "four");
     box.Clear();
@@ -224,8 +194,6 @@ std::vector<ContractCase> ListContract() {
   return {{"AddingSelectsNothing", &AddingSelectsNothing},
           {"SelectingByCodeClicksOnce", &SelectingByCodeClicksOnce},
           {"SelectingByTheUserClicksOnce", &SelectingByTheUserClicksOnce},
-          {"RemovingAnEntryAboveKeepsTheSelection", &RemovingAnEntryAboveKeepsTheSelection},
-          {"RemovingTheSelectedEntryLeavesNone", &RemovingTheSelectedEntryLeavesNone},
           {"ClearingIsSilent", &ClearingIsSilent},
           {"EntriesArePlainText", &EntriesArePlainText},
           {"AListBoxShowsItsLinesAsTold", &AListBoxShowsItsLinesAsTold},

@@ -1,4 +1,5 @@
 #include "tests/data/bodies/AllBodies.h"
+#include "tests/data/support/Values.h"
 
 namespace tessel::test {
 
@@ -9,8 +10,6 @@ namespace {
 
 constexpr std::size_t id = 0;
 constexpr std::size_t name = 1;
-
-Value Text(const char* text) { return std::string(text); }
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "tests/data/bodies/AllBodies.h"
+#include "tests/data/support/Values.h"
 
 namespace tessel::test {
 
@@ -15,9 +16,6 @@ constexpr std::size_t id = 0;
 constexpr std::size_t name = 1;
 constexpr std::size_t data = 2;
 constexpr std::size_t number = 3;
-
-Value Text(const char* text) { return std::string(text); }
-Value Whole(std::int64_t value) { return value; }
 
 }  // namespace
 

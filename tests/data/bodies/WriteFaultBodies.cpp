@@ -1,6 +1,7 @@
 #include <chrono>
 
 #include "tests/data/bodies/AllBodies.h"
+#include "tests/data/support/Values.h"
 
 namespace tessel::test {
 
@@ -11,9 +12,6 @@ namespace {
 
 constexpr std::size_t id = 0;
 constexpr std::size_t name = 1;
-
-Value Text(const char* text) { return std::string(text); }
-Value Whole(std::int64_t value) { return value; }
 
 }  // namespace
 

@@ -4,14 +4,12 @@
 
 #include "logic/results/Conversions.h"
 #include "tests/data/support/PumpQueue.h"
+#include "tests/data/support/Values.h"
 #include "tests/support/FakeData.h"
 
 namespace tessel::test {
 
 namespace {
-
-Value Text(std::string text) { return text; }
-Value Whole(std::int64_t number) { return number; }
 
 /// Every byte value once, in order.
 Bytes EveryByte() {

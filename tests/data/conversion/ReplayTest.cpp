@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <map>
 
-#include "logic/program/Misc.h"
+#include "logic/tags/ValueFormat.h"
 #include "tests/data/conversion/HardValues.h"
 #include "tests/data/providers/native/NativeServers.h"
 #include "tests/data/support/DataTest.h"

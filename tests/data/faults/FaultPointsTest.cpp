@@ -2,10 +2,10 @@
 #include <chrono>
 #include <thread>
 
-#include "data/work/Slowdown.h"
 #include "tests/data/faults/FaultClients.h"
 #include "tests/data/servers/FaultProxy.h"
 #include "tests/data/support/DataTest.h"
+#include "tests/support/Slowdown.h"
 
 namespace tessel::test {
 

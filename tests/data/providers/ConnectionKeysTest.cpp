@@ -71,13 +71,6 @@ TEST(ConnectionKeys, AreChangedAndJoinedAgain) {
   EXPECT_EQ(ConnectionKeys::Parse(keys.Compose()).Get("pwd"), "p;w}");
 }
 
-TEST(ConnectionKeys, EveryValueSurvivesBraces) {
-  for (const std::string value :
-       {"plain", "", " x", "x ", "a;b", "a=b", "{", "}", "}}", "{a}", "};"})
-    EXPECT_EQ(ConnectionKeys::Parse("K=" + BracedValue(value) + ";L=1").Get("K"), value) << value;
-  EXPECT_EQ(BracedValue("plain text"), "plain text");
-}
-
 TEST(ProviderRegistry, FindsAProviderByNameOrBeginning) {
   class Two : public ScriptedProvider {
    public:

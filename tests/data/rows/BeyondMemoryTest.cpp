@@ -84,7 +84,8 @@ class BeyondMemory : public testing::Test {
  protected:
   [[nodiscard]] std::shared_ptr<Connection> ConnectWith(std::size_t bytes,
                                                         const std::filesystem::path& folder) {
-    data_ = std::make_unique<DataAccessObjects>(queue_, nullptr, RowMemory{bytes, folder});
+    data_ =
+        std::make_unique<DataAccessObjects>(queue_, nullptr, RowMemory{bytes, folder}, slowdown);
     auto connection = data_->CreateConnection();
     connection->SetConnectionString("Provider=SQLite;Data Source=:memory:");
     connection->Open({}, {}, 0);

@@ -12,6 +12,7 @@
 #include "tests/data/support/Database.h"
 #include "tests/data/support/EventLog.h"
 #include "tests/data/support/PumpQueue.h"
+#include "tests/support/Slowdown.h"
 
 namespace tessel::test {
 
@@ -43,7 +44,7 @@ class DataTest : public testing::Test {
   [[nodiscard]] bool PumpToEnd(const EventLog& log, int ends = 1);
 
   PumpQueue queue_;
-  DataAccessObjects data_{queue_};
+  DataAccessObjects data_{queue_, nullptr, RowMemory::OfMachine(), slowdown};
 };
 
 /// A behaviour that every database has to show.

@@ -39,6 +39,22 @@ TEST_F(HangTest, AConnectThatHangsEndsWhenCancelled) {
   EXPECT_THAT(log.Lines(), ElementsAre("ConnectComplete failed 3712"));
 }
 
+TEST_F(HangTest, IsWaitedForAsManyTimesLongerAsTheBuildIsSlow) {
+  script_->open = [gate = gate_](Operation&) { gate->Pass(); };
+  patienceFactor_ = 4;
+  EventLog log;
+  const auto connection = NewConnection();
+  log.Watch(*connection);
+  connection->Open({}, {}, asyncConnect);
+  gate_->AwaitArrival();
+  const auto start = std::chrono::steady_clock::now();
+  connection->Cancel();
+  ASSERT_TRUE(PumpToEnd(log));
+  EXPECT_GE(std::chrono::steady_clock::now() - start, 4 * script_->patience);
+  gate_->Open();
+  EXPECT_TRUE(AllGone());
+}
+
 TEST_F(HangTest, AnExecutionThatHangsEndsWhenCancelledAndClosesTheConnection) {
   script_->execute = [gate = gate_](const std::string&, Operation&) {
     gate->Pass();

@@ -7,8 +7,10 @@
 #include <gtest/gtest.h>
 
 #include "data/cursor/DataConnection.h"
+#include "data/work/ThreadHost.h"
 #include "tests/data/support/DataTest.h"
 #include "tests/data/work/ScriptedProvider.h"
+#include "tests/support/Slowdown.h"
 
 namespace tessel::test {
 
@@ -36,6 +38,7 @@ class WorkerTest : public testing::Test {
   PumpQueue queue_;
   std::shared_ptr<Script> script_ = std::make_shared<Script>();
   std::shared_ptr<LeftBehind> leftBehind_ = std::make_shared<LeftBehind>();
+  int patienceFactor_ = slowdown;  ///< Of connections made from now on.
 
  private:
   std::shared_ptr<ProviderRegistry> providers_ = std::make_shared<ProviderRegistry>();

@@ -17,6 +17,7 @@
 #include "system/PosixFiles.h"
 #include "tests/desktop/QtContractHost.h"
 #include "tests/desktop/QtUser.h"
+#include "tests/support/Slowdown.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tessel::test {
@@ -117,7 +118,7 @@ class EditingTest : public ::testing::Test {
   TemporaryFolder folder;
   QtContractHost host;
   PosixFiles files;
-  DataAccessObjects data{host.TheDesktop().Events()};
+  DataAccessObjects data{host.TheDesktop().Events(), nullptr, RowMemory::OfMachine(), slowdown};
   std::shared_ptr<Connection> other_;
   Program program{Platform{
       host.TheDesktop(), data, files, folder.Path().string(), folder.File("Tessel"), "1.0", {}}};

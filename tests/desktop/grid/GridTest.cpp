@@ -11,10 +11,11 @@
 #include "data/cursor/ClientRecordset.h"
 #include "data/cursor/DataAccessObjects.h"
 #include "desktop/grid/CellDelegate.h"
-#include "desktop/grid/CellText.h"
 #include "desktop/grid/RecordGrid.h"
+#include "desktop/grid/ShownText.h"
 #include "tests/desktop/DesktopFixture.h"
 #include "tests/desktop/grid/GeneratedRows.h"
+#include "tests/support/Slowdown.h"
 
 namespace tessel::test {
 
@@ -65,7 +66,7 @@ class GridTest : public DesktopFixture {
     QTest::mouseRelease(&widget, Qt::LeftButton, {}, to);
   }
   [[nodiscard]] std::string Copied() {
-    grid.Copy();
+    view.Copy();
     return TheDesktop().TheClipboard().Text();
   }
 
@@ -205,11 +206,6 @@ TEST_F(GridTest, ShiftSelectsFromTheCellThatIsCurrent) {
   host.Settle();
   PressKeyCode(key::down, shiftState::shift);
   EXPECT_TRUE(view.ShowsSelected(0, 0)) << "after a move to the second row before";
-  grid.SetCurrentColumn(3);
-  grid.SetSelBookmarks({});
-  PressKeyCode(key::right, shiftState::shift);
-  EXPECT_TRUE(view.ShowsSelected(1, 3));
-  EXPECT_FALSE(view.ShowsSelected(1, 2)) << "another column, set by the program";
 }
 
 TEST_F(GridTest, SelectedRowsAreExtendedByEveryKeyThatMoves) {
@@ -231,7 +227,7 @@ TEST_F(GridTest, SelectedRowsAreExtendedByEveryKeyThatMoves) {
 }
 
 TEST_F(GridTest, SelectedRowsAreCopiedInTheirOrder) {
-  grid.SetSelBookmarks({At(2), At(0)});
+  host.SelectGridRows(*window, "DataGrid", {2, 0});
   const std::string text = Copied();
   EXPECT_TRUE(text.starts_with(
       "3\tJ\xC3\xBCrgen M\xC3\xBCller\t-3.5\t2026-03-14 15:09:26\t\"first line\r\nsecond "
@@ -250,7 +246,7 @@ TEST_F(GridTest, AnHtmlTableIsCopiedToo) {
       });
   grid.SetDataSource(marked);
   view.selectAll();
-  grid.Copy();
+  view.Copy();
   const QMimeData* data = QApplication::clipboard()->mimeData();
   EXPECT_EQ(data->html().toStdString(),
             "<table>\n<tr><th>&lt;name&gt;</th><th>n</th></tr>\n"
@@ -260,7 +256,7 @@ TEST_F(GridTest, AnHtmlTableIsCopiedToo) {
 }
 
 TEST_F(GridTest, AMillionCellsAreCopiedAsText) {
-  grid.SetSelColumns(0, 0);
+  QTest::mouseClick(view.horizontalHeader()->viewport(), Qt::LeftButton, {}, ColumnPlace(0));
   const std::string text = Copied();
   EXPECT_TRUE(text.ends_with("\r\n999999\r\n1000000"));
   EXPECT_FALSE(QApplication::clipboard()->mimeData()->hasHtml()) << "too many cells for a table";
@@ -347,7 +343,7 @@ TEST_F(GridTest, FollowsTheRecord) {
 }
 
 TEST_F(GridTest, SurvivesAClosedRecordset) {
-  grid.SetSelBookmarks({At(1)});
+  ClickRow(1);
   rows->Close();
   static_cast<void>(view.grab());
   host.Settle();
@@ -388,7 +384,7 @@ class SpilledGridTest : public GridTest {
  protected:
   [[nodiscard]] std::shared_ptr<Recordset> RowsWith(std::size_t bytes) {
     data_ = std::make_unique<DataAccessObjects>(TheDesktop().Events(), nullptr,
-                                                RowMemory{bytes, SpillFolder()});
+                                                RowMemory{bytes, SpillFolder()}, slowdown);
     const auto connection = data_->CreateConnection();
     connection->SetConnectionString("Provider=SQLite;Data Source=:memory:");
     connection->Open({}, {}, 0);
@@ -409,7 +405,8 @@ class SpilledGridTest : public GridTest {
       recordset->MoveTo(recordset->BookmarkAt(position));
       view.viewport()->update();
       host.Settle();
-      grid.SetSelBookmarks({recordset->BookmarkAt(position), recordset->BookmarkAt(49'999)});
+      view.Selection().SetRows({recordset->BookmarkAt(position), recordset->BookmarkAt(49'999)});
+      view.ShowSelection();
       places.emplace_back(view.viewport()->grab().toImage(), Copied());
     }
     return places;

@@ -14,6 +14,7 @@
 #include "system/PosixFiles.h"
 #include "tests/desktop/QtContractHost.h"
 #include "tests/desktop/QtUser.h"
+#include "tests/support/Slowdown.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tessel::test {
@@ -107,7 +108,7 @@ class ProgramFixture : public ::testing::Test {
   TemporaryFolder folder;
   QtContractHost host;
   PosixFiles files;
-  DataAccessObjects data{host.TheDesktop().Events()};
+  DataAccessObjects data{host.TheDesktop().Events(), nullptr, RowMemory::OfMachine(), slowdown};
   Program program{Platform{
       host.TheDesktop(), data, files, folder.Path().string(), folder.File("Tessel"), "1.0", {}}};
 };

@@ -637,7 +637,7 @@ TEST_F(frmMDITest, ASchemaIsReadFromTheDatabaseOfItsNodeAndWhenTheConnectionAsks
   mdi().ChooseMenu("mnuDBConnect");
   auto& tree = mdi().Find<TreeView>("trvBrowser");
   EXPECT_TRUE(tree.Exists("td2.TABLE OF DATABASE=B"));
-  EXPECT_TRUE(realFiles.Exists(folder.File("B.schema.xml")));
+  EXPECT_TRUE(realFiles.FileExists(folder.File("B.schema.xml")));
   EXPECT_TRUE(tree.Children("d1").empty());
   tree.SelectNode("d1");
   mdi().Menu("mnuDBLoadSchemaFromDB").Choose();

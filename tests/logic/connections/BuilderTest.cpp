@@ -176,5 +176,10 @@ TEST_F(BuilderTest, TheDataLinkTableEditsKeysAndValuesAndTestsThem) {
   EXPECT_EQ(opener.tested, (std::vector<std::string>{built}));
 }
 
+TEST(EditableBackColorTest, GreysLockedFields) {
+  EXPECT_EQ(EditableBackColor(true), 0x8000000FU);
+  EXPECT_EQ(EditableBackColor(false), 0x80000005U);
+}
+
 }  // namespace
 }  // namespace tessel

@@ -32,17 +32,5 @@ TEST(ConnectionTextTest, EverythingElseStaysAsItIs) {
     EXPECT_EQ(WithoutPasswords(text), text);
 }
 
-TEST(ConnectionTextTest, PartsKeepTheirOrderAndTheirWrapping) {
-  const auto parts = ConnectionParts(" Server = s ;x;Database={a;b};=y;Port=");
-  ASSERT_EQ(parts.size(), 4U);
-  EXPECT_EQ(parts[0].name, "Server");
-  EXPECT_EQ(parts[0].value, "s");
-  EXPECT_EQ(parts[1].name, "Database");
-  EXPECT_EQ(parts[1].value, "{a;b}");
-  EXPECT_EQ(BareValue(parts[1].value), "a;b");
-  EXPECT_EQ(parts[2].name, "");
-  EXPECT_EQ(parts[3].value, "");
-}
-
 }  // namespace
 }  // namespace tessel

@@ -24,8 +24,23 @@ TEST(DataLinkTextTest, SetsAKeyWithoutRegardToCaseAndAddsANewOneAtTheEnd) {
   EXPECT_EQ(JoinDataLink(pairs), "A=3;B=2;C={x;y}");
 }
 
-TEST(DataLinkTextTest, AnOpenBraceIsAnOrdinaryCharacter) {
-  EXPECT_EQ(SplitDataLink("A={x;B=1"), (DataLinkPairs{{"A", "{x"}, {"B", "1"}}));
+TEST(DataLinkTextTest, ReadsBracesAsTheProvidersDo) {
+  EXPECT_EQ(SplitDataLink("PWD={a}};b};B=1"), (DataLinkPairs{{"PWD", "{a}};b}"}, {"B", "1"}}));
+  EXPECT_EQ(SplitDataLink("A={x;B=1"), (DataLinkPairs{{"A", "{x;B=1"}}));
+  EXPECT_EQ(SplitDataLink("A= {x;y};B=1"), (DataLinkPairs{{"A", " {x;y}"}, {"B", "1"}}));
+}
+
+TEST(DataLinkTextTest, WhatIsJoinedIsReadAgain) {
+  DataLinkPairs pairs;
+  SetDataLinkPair(pairs, "PWD", "a}b;c");
+  const std::string text = JoinDataLink(pairs);
+  EXPECT_EQ(text, "PWD={a}}b;c}");
+  EXPECT_EQ(SplitDataLink(text), (DataLinkPairs{{"PWD", "{a}}b;c}"}}));
+}
+
+TEST(DataLinkTextTest, KeepsAPieceWithoutAValueAndTheBlanksOfValues) {
+  EXPECT_EQ(SplitDataLink("flag; A = x ;B=2"),
+            (DataLinkPairs{{"flag", ""}, {"A", " x "}, {"B", "2"}}));
 }
 
 }  // namespace

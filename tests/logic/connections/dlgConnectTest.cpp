@@ -207,7 +207,7 @@ TEST_F(dlgConnectTest, AFailedConnectionBringsTheDialogBackAsItWas) {
     EXPECT_EQ(w.Find<Label>("labColor").ForeColor(), 0x654321U);
     w.Click("cmdCancel");
   });
-  EXPECT_FALSE(files.Exists(global.SettingsFilePath()));
+  EXPECT_FALSE(files.FileExists(global.SettingsFilePath()));
 }
 
 TEST_F(dlgConnectTest, RemovingMovingAndReassigningThenCancelLeavesTheFile) {

@@ -16,44 +16,30 @@ class GlobalTest : public test::LogicFixture {
   }
 };
 
-TEST_F(GlobalTest, WithoutRegisteredProvidersTheJetVersionIs351) {
-  EXPECT_EQ(Detected({}), "Microsoft.Jet.OLEDB.3.51");
-  EXPECT_EQ(Detected({"Excel.Sheet.8", "Microsoft.Jet"}), "Microsoft.Jet.OLEDB.3.51");
+TEST_F(GlobalTest, TheHighestJetVersionThatIsRegisteredIsTaken) {
+  struct {
+    std::vector<std::string> registered;
+    std::string version;
+    const char* rule;
+  } const cases[] = {
+      {{}, "3.51", "none is registered"},
+      {{"Excel.Sheet.8", "Microsoft.Jet"}, "3.51", "others do not count"},
+      {{"Microsoft.Jet.OLEDB.3.51", "microsoft.jet.oledb.4.0"}, "4.0", "in any case"},
+      {{"Microsoft.Jet.OLEDB.4.0", "Microsoft.Jet.OLEDB.4.00"}, "4.0", "the first of equal ones"},
+      {{"Microsoft.Jet.OLEDB.4.00", "Microsoft.Jet.OLEDB.4.0"}, "4.00", "the first of equal ones"},
+      {{"Microsoft.Jet.OLEDB.12.0", "Microsoft.Jet.OLEDB.4.0"}, "12.0", "compared as numbers"},
+      {{"Microsoft.Jet.OLEDB.4.0", "Microsoft.Jet.OLEDB.12.0"}, "12.0", "compared as numbers"},
+      {{"Microsoft.Jet.OLEDB.4.0.Foo", "Microsoft.Jet.OLEDB."}, "3.51", "a number and no more"},
+      {{std::string("Microsoft.Jet.OLEDB.4.0\0junk", 28)}, "4.0", "cut at the first NUL"},
+  };
+  for (const auto& [registered, version, rule] : cases)
+    EXPECT_EQ(Detected(registered), "Microsoft.Jet.OLEDB." + version) << rule;
 }
 
 TEST_F(GlobalTest, WithoutARegistryTheJetVersionIs351) {
   Global plain(Platform{desktop, data, files, "/x", "/x/Tessel", "1.0", nullptr});
   plain.DetectJetProvider();
   EXPECT_EQ(plain.JetProviderName(), "Microsoft.Jet.OLEDB.3.51");
-}
-
-TEST_F(GlobalTest, TheHighestJetVersionWinsWhateverTheCaseOfItsPrefix) {
-  EXPECT_EQ(Detected({"Microsoft.Jet.OLEDB.3.51", "microsoft.jet.oledb.4.0"}),
-            "Microsoft.Jet.OLEDB.4.0");
-}
-
-TEST_F(GlobalTest, OfEqualJetVersionsTheFirstIsKept) {
-  EXPECT_EQ(Detected({"Microsoft.Jet.OLEDB.4.0", "Microsoft.Jet.OLEDB.4.00"}),
-            "Microsoft.Jet.OLEDB.4.0");
-  EXPECT_EQ(Detected({"Microsoft.Jet.OLEDB.4.00", "Microsoft.Jet.OLEDB.4.0"}),
-            "Microsoft.Jet.OLEDB.4.00");
-}
-
-TEST_F(GlobalTest, JetVersionsAreComparedAsNumbers) {
-  EXPECT_EQ(Detected({"Microsoft.Jet.OLEDB.12.0", "Microsoft.Jet.OLEDB.4.0"}),
-            "Microsoft.Jet.OLEDB.12.0");
-  EXPECT_EQ(Detected({"Microsoft.Jet.OLEDB.4.0", "Microsoft.Jet.OLEDB.12.0"}),
-            "Microsoft.Jet.OLEDB.12.0");
-}
-
-TEST_F(GlobalTest, JetNamesWithLettersBehindTheVersionAreIgnored) {
-  EXPECT_EQ(Detected({"Microsoft.Jet.OLEDB.4.0.Foo", "Microsoft.Jet.OLEDB."}),
-            "Microsoft.Jet.OLEDB.3.51");
-}
-
-TEST_F(GlobalTest, AClassNameIsCutAtItsFirstNul) {
-  EXPECT_EQ(Detected({std::string("Microsoft.Jet.OLEDB.4.0\0junk", 28)}),
-            "Microsoft.Jet.OLEDB.4.0");
 }
 
 TEST_F(GlobalTest, AFailingRegistryEndsTheDetectionSilentlyWithWhatWasFound) {

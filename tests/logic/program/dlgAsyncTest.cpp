@@ -277,8 +277,7 @@ TEST_F(dlgAsyncTest, ABlockingActionStatementGivesItsCount) {
   EXPECT_EQ(affected, 9);
 }
 
-// --- changing rows
-// ----------------------------------------------------------------------
+// --- changing rows -------------------------------------------------------------------------------
 
 class dlgAsyncChangeTest : public dlgAsyncTest {
  protected:
@@ -340,8 +339,7 @@ TEST_F(dlgAsyncChangeTest, ACancelReturnsFalseAndTheChangeStaysPending) {
   EXPECT_EQ(table->size(), 3U);
 }
 
-// --- the program's own loops
-// ----------------------------------------------------------------------
+// --- the program's own loops ---------------------------------------------------------------------
 
 TEST_F(dlgAsyncTest, AProcessShowsItsMessageModelessWithoutABar) {
   async.InitProcess("Preprocessing SQL...");

@@ -1,12 +1,12 @@
 #include "logic/query/Completion.h"
+#include "logic/program/Characters.h"
+#include "logic/query/Initials.h"
 
 #include <algorithm>
 #include <cstdint>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include "logic/program/Misc.h"
 
 namespace tessel {
 namespace {
@@ -32,14 +32,10 @@ std::vector<std::string> Found(const Vocabulary::Section& section, std::string_v
   return entries;
 }
 
-TEST(TextLinesTest, HoldsLinesAndLetsThemGo) {
+TEST(TextLinesTest, HoldsItsLinesInOrder) {
   TextLines lines({"one", "", "three"});
   lines.Add("four");
-  lines.Remove(0);
-  EXPECT_THAT(AllOf(lines), ElementsAre("", "three", "four"));
-  lines.Remove(2);
-  lines.Remove(0);
-  EXPECT_THAT(AllOf(lines), ElementsAre("three"));
+  EXPECT_THAT(AllOf(lines), ElementsAre("one", "", "three", "four"));
 }
 
 TEST(TypedWordTest, IsTheRunOfIdentifierCharactersThatEndsAtTheCaret) {

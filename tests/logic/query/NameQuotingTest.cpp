@@ -7,6 +7,15 @@
 namespace tessel {
 namespace {
 
+TEST(QuoteIdentifierTest, BracketsNamesWithSpaceOrLeadingDigit) {
+  EXPECT_EQ(QuoteIdentifier("Order Details"), "[Order Details]");
+  EXPECT_EQ(QuoteIdentifier("2005Sales"), "[2005Sales]");
+  EXPECT_EQ(QuoteIdentifier("Sales-2005"), "Sales-2005");
+  EXPECT_EQ(QuoteIdentifier("a.b"), "a.b");
+  EXPECT_EQ(QuoteIdentifier("a ]b"), "[a ]b]");
+  EXPECT_EQ(QuoteIdentifier(""), "");
+}
+
 enum class IdentifierCase { Upper = 1, Lower = 2, Kept = 4 };
 
 Properties Told(const std::string& quote, IdentifierCase kept) {

@@ -54,7 +54,7 @@ class RecoveryTest : public test::LogicFixture {
     return folder.File("Tessel.recovery-" + std::to_string(number));
   }
   std::optional<UnsavedText> Kept(int number) {
-    if (!files.Exists(Copy(number))) return std::nullopt;
+    if (!files.FileExists(Copy(number))) return std::nullopt;
     return UnpackUnsaved(files.ReadWhole(Copy(number)));
   }
   std::ptrdiff_t FilesInFolder() const {

@@ -70,7 +70,7 @@ TEST_F(VocabularyTest, AByteOrderMarkIsWrittenAgain) {
   vocabulary.WriteWordListFile(Path(), {"c"}, true);
   EXPECT_EQ(Content("Tessel.vocab.txt"), "\xEF\xBB\xBF"
                                          "b\r\nc\r\n");
-  EXPECT_FALSE(realFiles.Exists(Path() + ".old"));
+  EXPECT_FALSE(realFiles.FileExists(Path() + ".old"));
 }
 
 TEST_F(VocabularyTest, AFileThatWasNotUtf8IsKeptAsItWasWhenItIsWritten) {

@@ -104,8 +104,7 @@ TEST_F(OpenTransactionTest, ALostSessionHasNoTransaction) {
   EXPECT_EQ(Windows(), 0U);
 }
 
-// --- the question, on each way that ends the session
-// -----------------------------------------------
+// --- the question, on each way that ends the session ---------------------------------------------
 
 struct Way {
   const char* name;

@@ -102,8 +102,7 @@ TEST_F(RecordConversionTest, TheViewerTellsWhatItShowsAndSavesWithItsEnding) {
   EXPECT_EQ(titleAndEnding("mnuCvtArrayC"), "Array (C) of Shop, 3 records .c");
 }
 
-// --- the seven conversions
-// ------------------------------------------------------------------------
+// --- the seven conversions -----------------------------------------------------------------------
 
 TEST_F(RecordConversionTest, CsvHasAHeaderAndPlainValuesWithNullEmpty) {
   GiveThree();
@@ -181,8 +180,7 @@ TEST_F(RecordConversionTest, EachPassesItsHelpTopicAndFileTypes) {
   }
 }
 
-// --- values
-// ---------------------------------------------------------------------------------------
+// --- values --------------------------------------------------------------------------------------
 
 TEST_F(RecordConversionTest, AnEmptyRecordsetGivesWhatStandsAroundTheRecords) {
   Give({FakeField("id", DataType::Integer), FakeField("name")}, {}, "select * from Orders");
@@ -244,8 +242,7 @@ TEST_F(RecordConversionTest, MomentsAreQuotedLikeTexts) {
   EXPECT_EQ(Converted("mnuCvtCSV"), "t\r\n1899-12-30 00:00:00\r\n");
 }
 
-// --- which rows and columns
-// -----------------------------------------------------------------------
+// --- which rows and columns ----------------------------------------------------------------------
 
 TEST_F(RecordConversionTest, SelectedRowsComeInTheOrderOfSelection) {
   GiveThree();
@@ -268,8 +265,7 @@ TEST_F(RecordConversionTest, TheGridStaysOnItsRow) {
   EXPECT_EQ(Grid().DataSource()->CurrentBookmark(), Grid().DataSource()->BookmarkAt(1));
 }
 
-// --- progress
-// -------------------------------------------------------------------------------------
+// --- progress ------------------------------------------------------------------------------------
 
 TEST_F(RecordConversionTest, TheProgressWindowTellsWhatIsConverted) {
   GiveThree();
@@ -313,8 +309,7 @@ TEST_F(RecordConversionTest, AFailureIsShownCriticallyAndNoTextComesUp) {
   EXPECT_TRUE(desktop.WindowsOf("dlgAsync").empty());
 }
 
-// --- the name of the table
-// ------------------------------------------------------------------------
+// --- the name of the table -----------------------------------------------------------------------
 
 TEST_F(RecordConversionTest, WithoutFromInsertAsksForTheTable) {
   GiveThree("exec orders");

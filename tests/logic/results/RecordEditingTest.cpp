@@ -13,7 +13,7 @@ class RecordEditingTest : public test::EditingFixture {
   RecordEditingTest() { EXPECT_TRUE(Connect()); }
 };
 
-// --- the lock -------------------------------------------------------------------------------
+// --- the lock ------------------------------------------------------------------------------------
 
 TEST_F(RecordEditingTest, LockedRowsCannotBeEditedByTypingOrKeys) {
   RunRows();
@@ -55,7 +55,7 @@ TEST_F(RecordEditingTest, UnlockedRowsAreQueriedOptimisticallyAndMayBeChangedAdd
   EXPECT_TRUE(Grid().AllowAddNew());
 }
 
-// --- the warning ------------------------------------------------------------------------------
+// --- the warning ---------------------------------------------------------------------------------
 
 TEST_F(RecordEditingTest, LockedRowsNeverShowTheWarningWhateverTheKeySays) {
   data.Answer("select", test::FakeFields({"a"}), {{Text("x")}}).UniqueRows(false);
@@ -263,7 +263,7 @@ TEST_F(RecordEditingTest, ATextThatIsNoValueIsShownAndKeepsTheUserInTheCell) {
   EXPECT_EQ(Grid().CellText(), "abc");
 }
 
-// --- failures -----------------------------------------------------------------------------------
+// --- failures ------------------------------------------------------------------------------------
 
 TEST_F(RecordEditingTest, AFailedAcceptShowsTheProvidersWordsAndKeepsTheChange) {
   RunUnlocked();
@@ -384,7 +384,7 @@ TEST_F(RecordEditingTest, AProviderWithoutThreadsWritesBlocking) {
   EXPECT_EQ(Stored(0, name), Text("b"));
 }
 
-// --- null, empty and boolean --------------------------------------------------------------------
+// --- null, empty and boolean ---------------------------------------------------------------------
 
 TEST_F(RecordEditingTest, CtrlZeroEntersNull) {
   RunUnlocked();
@@ -442,8 +442,7 @@ TEST_F(RecordEditingTest, SpaceTurnsABooleanOver) {
   EXPECT_TRUE(ButtonsShow());
 }
 
-// --- keys of the cell
-// -----------------------------------------------------------------------------
+// --- keys of the cell ----------------------------------------------------------------------------
 
 TEST_F(RecordEditingTest, F2PutsTheCaretAtTheEndAndCtrlASelectsTheWholeText) {
   RunUnlocked();
@@ -460,10 +459,10 @@ TEST_F(RecordEditingTest, F2PutsTheCaretAtTheEndAndCtrlASelectsTheWholeText) {
 TEST_F(RecordEditingTest, CtrlAOnALockedCellLeavesThatCellAloneSelected) {
   RunRows();
   ClickCell(0, name);
-  Grid().SetSelColumns(0, 1);
+  G().SelectColumns(0, 1);
   Press('A', shiftState::ctrl);
   EXPECT_FALSE(Grid().EditActive());
-  Grid().Copy();
+  Press('C', shiftState::ctrl);
   EXPECT_EQ(desktop.TheClipboard().Text(), "one");
 }
 
@@ -546,8 +545,7 @@ TEST_F(RecordEditingTest, TheWindowsShortcutsReachTheWindowWhileACellIsEdited) {
   EXPECT_EQ(Grid().CellText(), "b");
 }
 
-// --- new records
-// ----------------------------------------------------------------------------------
+// --- new records ---------------------------------------------------------------------------------
 
 TEST_F(RecordEditingTest, ChangingACellOfTheNewRecordShowsNoButtons) {
   RunUnlocked();
@@ -609,8 +607,7 @@ TEST_F(RecordEditingTest, AQueryWithoutRowsOffersTheNewRecordAtOnce) {
   EXPECT_EQ(answer.rows->size(), 1U);
 }
 
-// --- deleting
-// -------------------------------------------------------------------------------------
+// --- deleting ------------------------------------------------------------------------------------
 
 TEST_F(RecordEditingTest, DelDeletesTheSelectedRowsAfterAsking) {
   RunUnlocked();
@@ -667,8 +664,7 @@ TEST_F(RecordEditingTest, DelOnLockedRowsDeletesNothing) {
   EXPECT_EQ(table->size(), 3U);
 }
 
-// --- beside it
-// --------------------------------------------------------------------------------------
+// --- beside it -----------------------------------------------------------------------------------
 
 TEST_F(RecordEditingTest, AFieldTagTakesNoValueFromTheNewRow) {
   RunUnlocked();

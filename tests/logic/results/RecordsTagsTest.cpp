@@ -10,8 +10,7 @@ using test::FakeFields;
 
 class RecordsTagsTest : public test::RecordsFixture {};
 
-// --- values for tags
-// ------------------------------------------------------------------------------
+// --- values for tags -----------------------------------------------------------------------------
 
 TEST_F(RecordsTagsTest, AListTakesTheSelectedRowsInTheirOrderOfSelection) {
   ASSERT_TRUE(Connect());
@@ -70,8 +69,7 @@ TEST_F(RecordsTagsTest, AListThatBeginsWithAnEmptyTextKeepsItsCommas) {
   EXPECT_EQ(records->GetTagFieldValue("name", true, false), "(, , c)");
 }
 
-// --- SQL with tags
-// --------------------------------------------------------------------------------
+// --- SQL with tags -------------------------------------------------------------------------------
 
 TEST_F(RecordsTagsTest, TagsOfAllThreeSourcesAreFilledInBeforeTheSqlRuns) {
   ASSERT_TRUE(Connect());

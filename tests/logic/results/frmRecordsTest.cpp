@@ -12,8 +12,7 @@ using test::FakeRows;
 
 class frmRecordsTest : public test::RecordsFixture {};
 
-// --- connecting
-// -----------------------------------------------------------------------------------
+// --- connecting ----------------------------------------------------------------------------------
 
 TEST_F(frmRecordsTest, AConnectedWindowShowsItsCaptionColoursAndStatus) {
   ASSERT_TRUE(Connect());
@@ -248,8 +247,7 @@ TEST_F(frmRecordsTest, AFailureToCloseDoesNotKeepTheWindow) {
   EXPECT_EQ(host.count, 0);
 }
 
-// --- running SQL
-// ----------------------------------------------------------------------------------
+// --- running SQL ---------------------------------------------------------------------------------
 
 TEST_F(frmRecordsTest, RowsShowInTheGridWithTheirCount) {
   ASSERT_TRUE(Connect());
@@ -436,8 +434,7 @@ TEST_F(frmRecordsTest, ALostSessionShowsAnErrorAndReconnectWorks) {
   EXPECT_TRUE(Run("select"));
 }
 
-// --- the lock and the warning
-// ---------------------------------------------------------------------
+// --- the lock and the warning --------------------------------------------------------------------
 
 TEST_F(frmRecordsTest, UnlockedRowsWithoutAUniqueKeyShowTheWarningAndMoveTheGridDown) {
   ASSERT_TRUE(Connect());
@@ -489,8 +486,7 @@ TEST_F(frmRecordsTest, BinaryColumnsShowSizesAndCarryAButton) {
   EXPECT_FALSE(Grid().ColumnButton(0) || Grid().ColumnLocked(0));
 }
 
-// --- history
-// --------------------------------------------------------------------------------------
+// --- history -------------------------------------------------------------------------------------
 
 TEST_F(frmRecordsTest, BackAndForwardStepThroughTheQueriesThatGaveRows) {
   ASSERT_TRUE(Connect());
@@ -610,8 +606,7 @@ TEST_F(frmRecordsTest, QueryPropertiesShowTheSqlBehindTheRows) {
   W().PressKey('Q', shiftState::ctrl);
 }
 
-// --- the window
-// -----------------------------------------------------------------------------------
+// --- the window ----------------------------------------------------------------------------------
 
 TEST_F(frmRecordsTest, PropertiesOfTheProviderShowByName) {
   data.properties.Set("DBMS Name", std::string("Fake"));

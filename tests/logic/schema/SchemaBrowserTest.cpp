@@ -71,8 +71,7 @@ const std::string price = "fd1.ORDER DETAILS.PRICE";
 const std::string secondField = "fd1.ORDER DETAILS.2ND";
 const std::string distinctPrices = "SELECT DISTINCT price FROM [Order Details]";
 
-// --- checks
-// ----------------------------------------------------------------------------------------------------
+// --- checks --------------------------------------------------------------------------------------
 
 TEST_F(SchemaBrowserTest, CheckingATableChecksAllItsFieldsAndUncheckingUnchecksThem) {
   Check(details);
@@ -98,8 +97,7 @@ TEST_F(SchemaBrowserTest, ADatabaseHasNoCheckBox) {
   EXPECT_EQ(tree.CheckedFields(details).size(), 3U);
 }
 
-// --- table commands
-// ------------------------------------------------------------------------------------------
+// --- table commands ------------------------------------------------------------------------------
 
 TEST_F(SchemaBrowserTest, TableCommandsWithoutCheckedFields) {
   EXPECT_EQ(Choose(details, "mnuTableName"), "[Order Details]");
@@ -130,8 +128,7 @@ TEST_F(SchemaBrowserTest, TableCommandsWithTwoCheckedFields) {
   EXPECT_EQ(Choose(details, "mnuTableWhere"), "WHERE [Order ID] =  AND [2nd] = ");
 }
 
-// --- field commands
-// ------------------------------------------------------------------------------------------
+// --- field commands ------------------------------------------------------------------------------
 
 TEST_F(SchemaBrowserTest, FieldCommandsWriteTheFieldAndItsTable) {
   EXPECT_EQ(Choose(secondField, "mnuFieldName"), "[2nd]");
@@ -165,8 +162,7 @@ TEST_F(SchemaBrowserTest, ACommandOnANodeOfAnotherKindOrWithoutOneDoesNothing) {
   EXPECT_TRUE(desktop.FileDialogs().empty());
 }
 
-// --- mouse and keys
-// ------------------------------------------------------------------------------------------
+// --- mouse and keys ------------------------------------------------------------------------------
 
 TEST_F(SchemaBrowserTest, ADoubleClickTakesTheNameAndInvertsTheNodesState) {
   view.SetExpanded("d1", true);
@@ -261,8 +257,7 @@ TEST_F(SchemaBrowserTest, TheContextMenuKeyOpensTheMenuAtAFixedOffsetFromTheNode
   EXPECT_EQ(popup.y, node.top + node.height);
 }
 
-// --- a database that takes no brackets
-// ------------------------------------------------------------------------------------------
+// --- a database that takes no brackets -----------------------------------------------------------
 
 class SchemaBrowserQuotesTest : public SchemaBrowserTest {
  protected:
@@ -309,8 +304,7 @@ TEST_F(SchemaBrowserQuotesTest, WordsAreBuiltFromAFieldInQuotes) {
   Choose("fd1.ORDERID.USER", "mnuFieldBuildVocab");
 }
 
-// --- schema commands
-// -----------------------------------------------------------------------------------------
+// --- schema commands -----------------------------------------------------------------------------
 
 TEST_F(SchemaBrowserTest, TheSchemaIsLoadedFromTheDatabaseOfTheNode) {
   AnswerViews(data, {{"New", {"field"}}});
@@ -408,8 +402,7 @@ TEST_F(SchemaBrowserTest, TheMenuOfADatabaseOffersTheFramesDatabaseCommandsToo) 
   EXPECT_EQ(chosen, 3);
 }
 
-// --- a new connection
-// ----------------------------------------------------------------------------------------
+// --- a new connection ----------------------------------------------------------------------------
 
 TEST_F(SchemaBrowserTest, ASchemaReadAtConnectionIsKeptInItsFile) {
   AnswerViews(data, {{"New", {"field"}}});
@@ -526,8 +519,7 @@ TEST_F(SchemaBrowserTest, AFullDiskAtConnectionIsNotTold) {
   EXPECT_TRUE(desktop.Messages().empty());
 }
 
-// --- words of a field
-// ----------------------------------------------------------------------------------------
+// --- words of a field ----------------------------------------------------------------------------
 
 TEST_F(SchemaBrowserTest, TheValuesOfAFieldBecomeWordsWhenTheUserAcceptsThem) {
   data.Answer(distinctPrices, FakeFields({"price"}),

@@ -9,8 +9,7 @@ namespace {
 
 class TagsPanelTest : public test::TagsFixture {};
 
-// --- adding
-// ---------------------------------------------------------------------------------------
+// --- adding --------------------------------------------------------------------------------------
 
 TEST_F(TagsPanelTest, AddingMakesATagWithoutValueAndLetsItsNameBeTyped) {
   W().Click("cmdAddTag");
@@ -44,8 +43,7 @@ TEST_F(TagsPanelTest, TheTipShowsHowTheTagIsWritten) {
   EXPECT_EQ(List().Row(0).toolTip, "<%?City%>  <*?City*>");
 }
 
-// --- renaming
-// -------------------------------------------------------------------------------------
+// --- renaming ------------------------------------------------------------------------------------
 
 TEST_F(TagsPanelTest, ARenamedTagKeepsItsValueUnderTheNewName) {
   AddTag("City");
@@ -120,8 +118,7 @@ TEST_F(TagsPanelTest, ACancelledEditKeepsTheName) {
   EXPECT_EQ(Names(), std::vector<std::string>{"City"});
 }
 
-// --- removing
-// -------------------------------------------------------------------------------------
+// --- removing ------------------------------------------------------------------------------------
 
 TEST_F(TagsPanelTest, ATagWithoutOrWithOneValueGoesWithoutAQuestion) {
   AddTag("a");
@@ -171,8 +168,7 @@ TEST_F(TagsPanelTest, ATagOfARemovedNameBeginsWithoutValues) {
   EXPECT_EQ(Failure("City"), "No value given for tag: 'City'");
 }
 
-// --- keys and menus
-// -------------------------------------------------------------------------------
+// --- keys and menus ------------------------------------------------------------------------------
 
 TEST_F(TagsPanelTest, KeysAddRenameRemoveAndLeave) {
   List().SetFocus();
@@ -237,8 +233,7 @@ TEST_F(TagsPanelTest, TheLeftButtonOpensNoMenu) {
   EXPECT_TRUE(desktop.Popups().empty());
 }
 
-// --- values for tags
-// ------------------------------------------------------------------------------
+// --- values for tags -----------------------------------------------------------------------------
 
 TEST_F(TagsPanelTest, ATagIsFoundInUpperAndLowerCaseAndTakesItsForm) {
   AddTag("City");
@@ -292,8 +287,7 @@ TEST_F(TagsPanelTest, AnEditorOnAnotherTagOrAHiddenOneDoesNotCount) {
   EXPECT_EQ(Failure("b"), "No value given for tag: 'b'");
 }
 
-// --- in the program
-// -------------------------------------------------------------------------------
+// --- in the program ------------------------------------------------------------------------------
 
 class TagsInProgramTest : public test::LogicFixture {
  protected:

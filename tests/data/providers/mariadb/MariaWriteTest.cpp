@@ -1,13 +1,11 @@
 #include "tests/data/providers/native/NativeFixture.h"
+#include "tests/data/support/Values.h"
 
 namespace tessel::test {
 
 using testing::ElementsAre;
 
 namespace {
-
-Value Text(const char* text) { return std::string(text); }
-Value Whole(std::int64_t value) { return value; }
 
 class MariaWrite : public MariaTest {
  protected:

@@ -1,10 +1,10 @@
 #include <chrono>
 #include <thread>
 
-#include "data/work/Slowdown.h"
 #include "tests/data/providers/native/NativeServers.h"
 #include "tests/data/servers/Listener.h"
 #include "tests/data/support/DataTest.h"
+#include "tests/support/Slowdown.h"
 
 namespace tessel::test {
 

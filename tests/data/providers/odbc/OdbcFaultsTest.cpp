@@ -1,8 +1,8 @@
 #include <thread>
 
-#include "data/work/Slowdown.h"
 #include "tests/data/providers/odbc/OdbcFixture.h"
 #include "tests/data/servers/Listener.h"
+#include "tests/support/Slowdown.h"
 
 namespace tessel::test {
 

@@ -2,7 +2,6 @@
 
 #include "data/providers/odbc/OdbcErrors.h"
 #include "data/providers/odbc/OdbcKeys.h"
-#include "data/providers/odbc/OdbcScan.h"
 #include "data/rows/RowSink.h"
 
 /// The rules of the ODBC provider that need no database.
@@ -136,32 +135,6 @@ TEST(OdbcWriting, SqlServerIsKnownByItsNameThroughEveryDriver) {
 }
 
 // --- texts ---------------------------------------------------------------------------------------
-
-TEST(OdbcScan, FindsTheFirstWord) {
-  EXPECT_EQ(FirstWord("  -- show\n /* x */ Select 1"), "Select");
-  EXPECT_EQ(FirstWord("-- nothing"), "");
-  EXPECT_EQ(FirstWord(""), "");
-}
-
-TEST(OdbcScan, FindsAWord) {
-  EXPECT_TRUE(HasWord("select Found_Rows()", {"show", "found_rows"}));
-  EXPECT_FALSE(HasWord("-- show\n/* show */ select 'show', \"show\", shown", {"show"}));
-  EXPECT_FALSE(HasWord("", {"show"}));
-}
-
-TEST(OdbcScan, FindsAStatementByItsWords) {
-  const auto hangs = [](std::string_view sql) {
-    return HasStatement(sql, "copy", {"stdin", "stdout"});
-  };
-  EXPECT_TRUE(hangs("COPY t FROM Stdin"));
-  EXPECT_TRUE(hangs("select 1; copy (select ';') to stdout"));
-  EXPECT_TRUE(hangs("/* ; */ copy t to stdout -- x"));
-  EXPECT_FALSE(hangs("copy t to '/tmp/stdout'"));
-  EXPECT_FALSE(hangs("copy t to '/tmp/x'; select stdout from y"));
-  EXPECT_FALSE(hangs("select 'copy', stdin from copy"));
-  EXPECT_FALSE(hangs("select \"a;copy\" from stdin"));
-  EXPECT_FALSE(hangs("'unfinished copy stdin"));
-}
 
 TEST(OdbcNotices, AreToldApartWhereTheDriverJoinsThem) {
   const Diagnostics records = {{"00000", -1, "NOTICE: a;b;WARNING: c\nDETAIL: d;INFO: "}};

@@ -1,4 +1,5 @@
 #include "tests/data/providers/native/NativeFixture.h"
+#include "tests/data/support/Values.h"
 
 namespace tessel::test {
 
@@ -6,9 +7,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 
 namespace {
-
-Value Text(const char* text) { return std::string(text); }
-Value Whole(std::int64_t value) { return value; }
 
 class PostgresWrite : public PostgresTest {
  protected:
