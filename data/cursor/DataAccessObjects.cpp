@@ -4,6 +4,7 @@
 #include "data/providers/odbc/OdbcProvider.h"
 #include "data/providers/postgresql/PostgresProvider.h"
 #include "data/providers/sqlite/SqliteProvider.h"
+#include "data/work/ThreadHost.h"
 
 namespace tessel {
 
@@ -21,7 +22,7 @@ std::shared_ptr<const ProviderRegistry> AllProviders() {
 }  // namespace
 
 DataAccessObjects::DataAccessObjects(EventQueue& queue, FailureSink* failures, RowMemory memory)
-    : services_{queue, failures, AllProviders(), std::make_shared<LeftBehind>(),
+    : services_{queue, failures, AllProviders(), ThreadHost::Starter(leftBehind_),
                 std::move(memory)} {}
 
 std::shared_ptr<Connection> DataAccessObjects::CreateConnection() {
@@ -38,6 +39,6 @@ std::vector<std::string> DataAccessObjects::OdbcDataSources() const {
   return tessel::OdbcDataSources();
 }
 
-bool DataAccessObjects::HasAbandonedWork() const { return services_.leftBehind->Any(); }
+bool DataAccessObjects::HasAbandonedWork() const { return leftBehind_->Any(); }
 
 }  // namespace tessel

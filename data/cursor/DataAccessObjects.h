@@ -6,6 +6,7 @@
 
 #include "contract/data/Connection.h"
 #include "data/cursor/DataConnection.h"
+#include "data/work/LeftBehind.h"
 
 namespace tessel {
 
@@ -30,6 +31,7 @@ class DataAccessObjects : public DataAccess {
   [[nodiscard]] bool HasAbandonedWork() const;
 
  private:
+  std::shared_ptr<LeftBehind> leftBehind_ = std::make_shared<LeftBehind>();
   ConnectionServices services_;
 };
 

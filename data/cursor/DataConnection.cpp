@@ -62,14 +62,13 @@ void DataConnection::SetConnectionString(std::string connectionString) {
 void DataConnection::Open(const std::string& user, const std::string& password, int options) {
   if (host_) throw Error(errorNumber::objectOpen, "Tessel", "The connection is open already.");
   errors_.clear();
-  host_ = SessionHost::Start(services_.providers->CreateSession(connectionString_),
-                             services_.leftBehind);
+  host_ = services_.startHost(services_.providers->CreateSession(connectionString_));
   givenUp_ = false;
   const auto task = std::make_shared<OpenTask>(Login{user, password});
   Begin(task, objectState::connecting);
   if ((options & asyncConnect) != 0)
     return SetNotices(*task, [task](DataConnection& self) { self.DeliverOpen(*task); });
-  task->WaitForEnd();
+  host_->WaitForEnd(*task);
   TaskNews news = task->TakeNews();
   FinishOpen(*task, news);
   if (news.failure) throw Error(*news.failure);
@@ -195,7 +194,7 @@ void DataConnection::Call(CallTask::Body body) {
   RequireIdle();
   const auto task = std::make_shared<CallTask>(std::move(body));
   Begin(task, objectState::executing);
-  task->WaitForEnd();
+  host_->WaitForEnd(*task);
   const TaskNews news = task->TakeNews();
   Finish(*task, news);
   if (news.failure) throw Error(*news.failure);
@@ -256,11 +255,12 @@ void DataConnection::Run(const std::shared_ptr<ClientRecordset>& recordset,
   execution->asyncFetch = (options & (openOption::asyncExecute | openOption::asyncFetch)) != 0;
   if ((options & openOption::asyncExecute) != 0) return SetNotices(*execution->task, deliver);
 
-  execution->task->WaitForResult();
+  const std::shared_ptr<SessionHost> host = host_;  // A handler may close the connection.
+  host->WaitForResult(*execution->task);
   DeliverExecution(*execution);
   if (execution->asyncFetch && !execution->ended) return SetNotices(*execution->task, deliver);
   if (!execution->ended) {
-    execution->task->WaitForEnd();
+    host->WaitForEnd(*execution->task);
     DeliverExecution(*execution);
   }
   if (execution->failure && !execution->asyncFetch) throw Error(*execution->failure);
@@ -332,7 +332,7 @@ void DataConnection::Write(const std::shared_ptr<ClientRecordset>& recordset, Ch
   if ((options & openOption::asyncExecute) != 0)
     return SetNotices(*writing.task,
                       [writing](DataConnection& self) { self.DeliverChange(writing); });
-  writing.task->WaitForEnd();
+  host_->WaitForEnd(*writing.task);
   const TaskNews news = writing.task->TakeNews();
   FinishChange(writing, news);
   if (news.failure) throw Error(*news.failure);

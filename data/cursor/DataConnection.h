@@ -11,7 +11,6 @@
 #include "data/cursor/ClientRecordset.h"
 #include "data/providers/Provider.h"
 #include "data/rows/RowMemory.h"
-#include "data/work/LeftBehind.h"
 #include "data/work/RowWriter.h"
 #include "data/work/SessionHost.h"
 #include "data/work/Task.h"
@@ -23,7 +22,7 @@ struct ConnectionServices {
   EventQueue& queue;
   FailureSink* failures = nullptr;  ///< May be null: what a handler throws then passes through.
   std::shared_ptr<const ProviderRegistry> providers;
-  std::shared_ptr<LeftBehind> leftBehind;
+  HostStarter startHost;                         ///< Where their tasks run.
   RowMemory rowMemory = RowMemory::OfMachine();  ///< Of each result.
 };
 

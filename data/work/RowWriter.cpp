@@ -214,9 +214,10 @@ FieldValues WriteRow(ProviderSession& session, const RowChange& change, Operatio
   return written;
 }
 
-void WriteTask::Run(ProviderSession& session) {
+bool WriteTask::Step(ProviderSession& session) {
   written_ = WriteRow(session, change_, *this);
   Settle();
+  return false;
 }
 
 }  // namespace tessel

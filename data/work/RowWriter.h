@@ -21,7 +21,7 @@ class WriteTask : public Task {
  public:
   explicit WriteTask(RowChange change) : change_(std::move(change)) {}
 
-  void Run(ProviderSession& session) override;
+  [[nodiscard]] bool Step(ProviderSession& session) override;
 
   [[nodiscard]] RowChange::Kind Kind() const { return change_.kind; }
   /// What the row holds; to be asked for after an end that was no failure.

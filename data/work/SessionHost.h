@@ -1,68 +1,34 @@
 #pragma once
 
-#include <condition_variable>
+#include <functional>
 #include <memory>
-#include <mutex>
 
 #include "data/providers/Provider.h"
-#include "data/work/LeftBehind.h"
 #include "data/work/Task.h"
 
 namespace tessel {
 
-/// A session and the one thread that it lives on, from a connection's Open to its Close. The thread
-/// holds the host, so a thread that hangs keeps all it uses. The public functions belong to the UI
-/// thread.
-class SessionHost : public std::enable_shared_from_this<SessionHost> {
+/// Where the tasks of one connection run: on a session of its own, one task at a time, from the
+/// connection's Open to its Close. UI thread.
+class SessionHost {
  public:
-  /// How long Stop waits for a session to be closed.
-  static constexpr std::chrono::milliseconds closePatience{500};
+  virtual ~SessionHost() = default;
 
-  [[nodiscard]] static std::shared_ptr<SessionHost> Start(std::unique_ptr<ProviderSession> session,
-                                                          std::shared_ptr<LeftBehind> leftBehind);
+  /// Begins `task`; the one before has ended.
+  virtual void Run(std::shared_ptr<Task> task) = 0;
+  /// Asks `task` to stop, without waiting; any number of times. It ends within the session's
+  /// patience.
+  virtual void Cancel(const std::shared_ptr<Task>& task) = 0;
+  /// Cancels `running` (may be null), waits for its end no longer than the session's patience, and
+  /// ends the session. The host is not used after that.
+  virtual void Stop(const std::shared_ptr<Task>& running) = 0;
 
-  /// Gives the worker its next task; the one before has ended.
-  void Run(std::shared_ptr<Task> task);
-
-  /// Asks `task` to stop, without waiting. It ends within the session's patience: by itself, or
-  /// abandoned.
-  void Cancel(const std::shared_ptr<Task>& task);
-
-  /// Cancels `running` (may be null), closes the session and ends the thread, or leaves it behind
-  /// when it hangs. Waits no longer than the two patiences, and not at all for one that is known to
-  /// hang.
-  void Stop(const std::shared_ptr<Task>& running);
-
- private:
-  SessionHost(std::unique_ptr<ProviderSession> session, std::shared_ptr<LeftBehind> leftBehind);
-
-  void Work();
-  [[nodiscard]] std::shared_ptr<Task> NextTask();
-  void RunTask(Task& task);
-  void TellTransaction(Task& task) noexcept;
-  [[nodiscard]] bool SessionIsLost(bool failed);
-  void SetRunning(Task* task);
-  void CancelUntilEnded(const Task& task);
-  void GiveUp(Task& task);
-
-  /// Of the worker; its Cancel also of the thread that cancels, its CancelPatience of the UI thread
-  /// until Stop has told the worker to end. Destroyed by the worker at its end.
-  std::unique_ptr<ProviderSession> session_;
-  const std::shared_ptr<LeftBehind> leftBehind_;
-  WatchedThread thread_;
-  bool opened_ = false;  ///< Worker only.
-
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::shared_ptr<Task> next_;
-  bool quit_ = false;
-  bool exited_ = false;
-  bool hangs_ = false;  ///< A task was abandoned: the worker does not come back.
-
-  /// Held around each call of ProviderSession::Cancel, and by the worker where one task is left and
-  /// the next one begun: so no late cancel reaches the next task.
-  std::mutex fence_;
-  const Task* running_ = nullptr;
+  /// Waits until the command of `task` has a result with columns, or `task` has ended.
+  virtual void WaitForResult(Task& task) = 0;
+  virtual void WaitForEnd(Task& task) = 0;
 };
+
+/// Makes the host of a session that is to be opened.
+using HostStarter = std::function<std::shared_ptr<SessionHost>(std::unique_ptr<ProviderSession>)>;
 
 }  // namespace tessel

@@ -114,21 +114,23 @@ Task::Poster Task::PostLocked() {
   return ended_ ? std::exchange(post_, nullptr) : nullptr;
 }
 
-void OpenTask::Run(ProviderSession& session) {
+bool OpenTask::Step(ProviderSession& session) {
   session.Open(login_, *this);
   opened_ = true;
   properties_ = session.ReadProperties();
   std::string catalog = session.CurrentCatalog();
   Tell([&](TaskNews& news) { news.catalog = std::move(catalog); }, false);
+  return false;
 }
 
-void CallTask::Run(ProviderSession& session) {
+bool CallTask::Step(ProviderSession& session) {
   body_(session, *this);
   std::string catalog = session.CurrentCatalog();
   Tell([&](TaskNews& news) { news.catalog = std::move(catalog); }, false);
+  return false;
 }
 
-void SchemaTask::Run(ProviderSession& session) {
+bool SchemaTask::Step(ProviderSession& session) {
   SchemaRows rows(request_.schema, request_.restrictions);
   session.ReadSchema(rows, *this);
   rows.Sink().CloseChunk();
@@ -140,17 +142,29 @@ void SchemaTask::Run(ProviderSession& session) {
         news.rowsFetched = rows.Sink().Rows();
       },
       false);
+  return false;
 }
 
-void ExecuteTask::Run(ProviderSession& session) {
+bool ExecuteTask::Step(ProviderSession& session) {
   try {
-    RunCommand(session);
+    if (Advance(session)) return true;
   } catch (...) {
     LeaveCommand(session);
     throw;
   }
   Settle();
   LeaveCommand(session);
+  return false;
+}
+
+/// Tells whether more is to be done.
+bool ExecuteTask::Advance(ProviderSession& session) {
+  switch (stage_) {
+    case Stage::Command: return RunCommand(session);
+    case Stage::Rows: FetchBlock(session); return true;
+    case Stage::Rest: Drain(session); break;
+  }
+  return false;
 }
 
 /// What is asked here is no part of the command: failing to tell it must not make the command a
@@ -183,7 +197,8 @@ void ExecuteTask::TellFields(ProviderSession& session) {
       false);
 }
 
-void ExecuteTask::RunCommand(ProviderSession& session) {
+/// Tells whether there are rows to be fetched.
+bool ExecuteTask::RunCommand(ProviderSession& session) {
   ExecuteResult result = session.ExecuteCommand(sql_, *this);
   fields_ = std::move(result.fields);
   const bool hasRows = !fields_.empty();
@@ -194,30 +209,31 @@ void ExecuteTask::RunCommand(ProviderSession& session) {
         news.recordsAffected = result.recordsAffected;
       },
       hasRows);
-  if (!hasRows) return;
-  FetchAll(session, fields_.size());
-  Drain(session);
+  if (!hasRows) return false;
+  stage_ = Stage::Rows;
+  rows_ = RowSink(fields_.size());
+  lastLook_ = lastHandOver_ = lastChunk_ = lastProgress_ = std::chrono::steady_clock::now();
+  return true;
 }
 
-void ExecuteTask::FetchAll(ProviderSession& session, std::size_t columns) {
-  RowSink rows(columns);
-  lastLook_ = lastHandOver_ = lastChunk_ = lastProgress_ = std::chrono::steady_clock::now();
+void ExecuteTask::FetchBlock(ProviderSession& session) {
   try {
-    while (session.FetchRows(rows, rowsAtOnce_, *this)) {
+    if (session.FetchRows(rows_, rowsAtOnce_, *this)) {
       ThrowIfStopped();
-      OfferRows(rows);
+      return OfferRows();
     }
   } catch (...) {
-    (void)HandOverLast(rows);
+    (void)HandOverLast();
     throw;
   }
-  ThrowIfAny(HandOverLast(rows));
+  stage_ = Stage::Rest;
+  ThrowIfAny(HandOverLast());
 }
 
 /// Now and then gives what was fetched to the UI thread: so that it can be seen, and is not lost
 /// with a worker that has to be left behind. Chunks grow with the rows there are, that there be few
 /// of them.
-void ExecuteTask::OfferRows(RowSink& rows) {
+void ExecuteTask::OfferRows() {
   const auto now = std::chrono::steady_clock::now();
   const bool slow = now - std::exchange(lastLook_, now) > handOverInterval;
   rowsAtOnce_ =
@@ -226,31 +242,33 @@ void ExecuteTask::OfferRows(RowSink& rows) {
   lastHandOver_ = now;
   const bool tell = now - lastProgress_ >= progressInterval;
   if (tell) lastProgress_ = now;
-  const bool large = static_cast<std::int64_t>(rows.PendingRows()) * 4 >= rows.Rows();
+  const bool large = static_cast<std::int64_t>(rows_.PendingRows()) * 4 >= rows_.Rows();
   if (large || now - lastChunk_ >= chunkInterval) {
     lastChunk_ = now;
-    rows.CloseChunk();
+    rows_.CloseChunk();
   }
-  ThrowIfAny(HandOver(rows, tell));
+  ThrowIfAny(HandOver(tell));
 }
 
 /// Rows for which there is no room are handed over all the same: they are there.
-std::optional<Error> ExecuteTask::HandOver(RowSink& rows, bool tell) {
-  std::vector<ChunkPtr> chunks = rows.TakeChunks();
+std::optional<Error> ExecuteTask::HandOver(bool tell) {
+  std::vector<ChunkPtr> chunks = rows_.TakeChunks();
   std::optional<Error> noRoom = keeper_.Keep(chunks);
   Tell(
       [&](TaskNews& news) {
         std::ranges::move(chunks, std::back_inserter(news.chunks));
-        news.rowsFetched = rows.Rows();
+        news.rowsFetched = rows_.Rows();
         news.progress = news.progress || tell;
       },
       tell);
   return noRoom;
 }
 
-std::optional<Error> ExecuteTask::HandOverLast(RowSink& rows) {
-  rows.CloseChunk();
-  return HandOver(rows, false);
+std::optional<Error> ExecuteTask::HandOverLast() {
+  rows_.CloseChunk();
+  std::optional<Error> noRoom = HandOver(false);
+  rows_ = RowSink(0);
+  return noRoom;
 }
 
 void ExecuteTask::Drain(ProviderSession& session) {

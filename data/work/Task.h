@@ -49,14 +49,15 @@ class Task : public Operation {
 
   virtual ~Task() = default;
 
-  /// Does the work; raises Error when it fails. Worker thread.
-  virtual void Run(ProviderSession& session) = 0;
-  /// Whether Run has opened the session. Worker thread.
+  /// Takes the next step of the work; false: it was the last one. Raises Error when the work fails;
+  /// no step follows then. Worker thread.
+  [[nodiscard]] virtual bool Step(ProviderSession& session) = 0;
+  /// Whether the work has opened the session. Worker thread.
   [[nodiscard]] virtual bool OpenedSession() const { return false; }
 
-  /// Tells what the user's transaction is like after Run. Worker thread.
+  /// Tells what the user's transaction is like after the work. Worker thread.
   void TellTransaction(UserTransaction state);
-  /// Ends the task with what Run came to. Worker thread.
+  /// Ends the task with what its work came to. Worker thread.
   void End(std::optional<ErrorInfo> failure, bool sessionLost);
   /// Ends the task in the worker's place, the session lost: as cancelled, or as done when its work
   /// was settled before. Nothing happens when it has ended. Any thread.
@@ -105,7 +106,7 @@ class OpenTask : public Task {
  public:
   explicit OpenTask(Login login) : login_(std::move(login)) {}
 
-  void Run(ProviderSession& session) override;
+  [[nodiscard]] bool Step(ProviderSession& session) override;
   [[nodiscard]] bool OpenedSession() const override { return opened_; }
 
   /// What ReadProperties gave; to be asked for after the end.
@@ -124,7 +125,7 @@ class CallTask : public Task {
 
   explicit CallTask(Body body) : body_(std::move(body)) {}
 
-  void Run(ProviderSession& session) override;
+  [[nodiscard]] bool Step(ProviderSession& session) override;
 
  private:
   Body body_;
@@ -135,13 +136,14 @@ class SchemaTask : public Task {
  public:
   explicit SchemaTask(SchemaRequest request) : request_(std::move(request)) {}
 
-  void Run(ProviderSession& session) override;
+  [[nodiscard]] bool Step(ProviderSession& session) override;
 
  private:
   SchemaRequest request_;
 };
 
-/// Runs a command and fetches its rows.
+/// Runs a command and fetches its rows: a step for the command, one for each block of rows, and a
+/// last one for what follows the rows.
 class ExecuteTask : public Task {
  public:
   /// How often progress is told.
@@ -156,21 +158,26 @@ class ExecuteTask : public Task {
   explicit ExecuteTask(std::string sql, RowMemory memory = RowMemory::OfMachine())
       : sql_(std::move(sql)), keeper_(std::move(memory)) {}
 
-  void Run(ProviderSession& session) override;
+  [[nodiscard]] bool Step(ProviderSession& session) override;
 
  private:
-  void RunCommand(ProviderSession& session);
-  void FetchAll(ProviderSession& session, std::size_t columns);
-  void OfferRows(RowSink& rows);
-  [[nodiscard]] std::optional<Error> HandOver(RowSink& rows, bool tell);
-  [[nodiscard]] std::optional<Error> HandOverLast(RowSink& rows);
+  enum class Stage { Command, Rows, Rest };
+
+  [[nodiscard]] bool Advance(ProviderSession& session);
+  [[nodiscard]] bool RunCommand(ProviderSession& session);
+  void FetchBlock(ProviderSession& session);
+  void OfferRows();
+  [[nodiscard]] std::optional<Error> HandOver(bool tell);
+  [[nodiscard]] std::optional<Error> HandOverLast();
   void Drain(ProviderSession& session);
   void LeaveCommand(ProviderSession& session) noexcept;
   void TellFields(ProviderSession& session);
 
   std::string sql_;
   ChunkKeeper keeper_;
+  Stage stage_ = Stage::Command;
   std::vector<FieldInfo> fields_;
+  RowSink rows_{0};
   std::chrono::steady_clock::time_point lastLook_;
   std::chrono::steady_clock::time_point lastHandOver_;
   std::chrono::steady_clock::time_point lastChunk_;

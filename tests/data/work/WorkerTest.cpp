@@ -12,7 +12,7 @@ void CollectedFailures::HandlerFailed(std::exception_ptr failure) noexcept {
 
 std::shared_ptr<Connection> WorkerTest::NewConnection(FailureSink* failures) {
   auto connection = std::make_shared<DataConnection>(
-      ConnectionServices{queue_, failures, providers_, leftBehind_});
+      ConnectionServices{queue_, failures, providers_, ThreadHost::Starter(leftBehind_)});
   connection->SetConnectionString("Provider=Scripted");
   return connection;
 }

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "data/cursor/DataConnection.h"
+#include "data/work/ThreadHost.h"
 #include "tests/data/support/DataTest.h"
 #include "tests/data/work/ScriptedProvider.h"
 
