@@ -7,7 +7,7 @@
 
 #include "tests/headless/HeadlessServices.h"
 #include "tests/support/ErrorNumber.h"
-#include "tests/support/FakeData.h"
+#include "tests/support/MemoryData.h"
 
 namespace tessel::test {
 namespace {
@@ -16,7 +16,7 @@ class FakeChangesTest : public testing::Test {
  protected:
   FakeChangesTest() {
     connection->Open("", "", 0);
-    answer = &data.Answer("rows", {FakeField("id", DataType::Integer), FakeField("name")},
+    answer = &data.Answer("rows", {MemoryField("id", DataType::Integer), MemoryField("name")},
                           {{1, "a"}, {2, "b"}, {3, "c"}});
     rows = Open(LockType::Optimistic);
   }
@@ -28,12 +28,12 @@ class FakeChangesTest : public testing::Test {
     recordset->Open(openOption::text);
     return recordset;
   }
-  [[nodiscard]] FakeRows& Table() const { return *answer->rows; }
+  [[nodiscard]] MemoryRows& Table() const { return *answer->rows; }
 
   HeadlessQueue queue;
-  FakeData data{queue};
+  MemoryData data{queue};
   std::shared_ptr<Connection> connection = data.CreateConnection();
-  FakeResult* answer = nullptr;
+  MemoryResult* answer = nullptr;
   std::shared_ptr<Recordset> rows;
 };
 

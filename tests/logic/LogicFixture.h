@@ -8,8 +8,8 @@
 #include "logic/program/Global.h"
 #include "system/PosixFiles.h"
 #include "tests/headless/HeadlessDesktop.h"
-#include "tests/support/FakeData.h"
 #include "tests/support/FakeFiles.h"
+#include "tests/support/MemoryData.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tessel::test {
@@ -20,7 +20,7 @@ class LogicFixture : public ::testing::Test {
  protected:
   TemporaryFolder folder;
   HeadlessDesktop desktop;
-  FakeData data{desktop.Events()};
+  MemoryData data{desktop.Events()};
   PosixFiles realFiles;
   FakeFiles files{realFiles};
   std::vector<std::string> classes;  ///< Registered class names.

@@ -10,14 +10,14 @@ namespace tessel::test {
 
 namespace {
 
-Error Pending(const char* text) { return {errorNumber::changePending, "FakeServer", text}; }
+Error Pending(const char* text) { return {errorNumber::changePending, "MemoryServer", text}; }
 
-Error Conflict(const char* text) { return {errorNumber::changeConflict, "FakeServer", text}; }
+Error Conflict(const char* text) { return {errorNumber::changeConflict, "MemoryServer", text}; }
 
-Error Refused(const std::string& text) { return {errorNumber::database, "FakeServer", text}; }
+Error Refused(const std::string& text) { return {errorNumber::database, "MemoryServer", text}; }
 
 ErrorInfo Reason(std::int32_t number, const std::string& text) {
-  return Error(number, "FakeServer", text).Info();
+  return Error(number, "MemoryServer", text).Info();
 }
 
 bool IsNullValue(const Value& value) { return value.index() == 0; }
@@ -75,7 +75,7 @@ void FakeRecordset::SetFieldValue(std::size_t field, Value value) {
   if (store_->pending && store_->pending->row != row)
     throw Pending("The change of another record waits to be written first.");
   if (!info.updatable)
-    throw Error(errorNumber::readOnly, "FakeServer",
+    throw Error(errorNumber::readOnly, "MemoryServer",
                 "The field '" + info.name + "' cannot be changed.");
   Value fitting = Fitting(info, std::move(value));
   if (!store_->pending) store_->pending = FakeStore::Pending{EditMode::InProgress, row, {}};
@@ -83,7 +83,7 @@ void FakeRecordset::SetFieldValue(std::size_t field, Value value) {
 }
 
 Value FakeRecordset::Fitting(const FieldInfo& field, Value value) const {
-  const Error mismatch(errorNumber::typeMismatch, "FakeServer",
+  const Error mismatch(errorNumber::typeMismatch, "MemoryServer",
                        "This is no value of the type of the field '" + field.name + "'.");
   if (const auto* text = std::get_if<std::string>(&value)) {
     std::optional<Value> parsed = ParseValue(field.type, *text);
@@ -106,7 +106,7 @@ void FakeRecordset::Update(int options) {
   const auto connection = connection_.lock();
   if (!store_->pending) return Announce(options);
   if (connection == nullptr)
-    throw Error(errorNumber::objectClosed, "FakeServer", "The recordset's connection is gone.");
+    throw Error(errorNumber::objectClosed, "MemoryServer", "The recordset's connection is gone.");
   connection->Write(shared_from_this(), options, [this] { WritePending(); });
 }
 
@@ -121,7 +121,7 @@ void FakeRecordset::Delete(int options) {
   if (isNew) return Announce(options);
   const auto connection = connection_.lock();
   if (connection == nullptr)
-    throw Error(errorNumber::objectClosed, "FakeServer", "The recordset's connection is gone.");
+    throw Error(errorNumber::objectClosed, "MemoryServer", "The recordset's connection is gone.");
   connection->Write(shared_from_this(), options, [this, row] { DeleteFromServer(row); });
 }
 
@@ -146,9 +146,9 @@ void FakeRecordset::EndChange(const void* operation) {
 void FakeRecordset::WritePending() {
   const FakeStore::Pending& pending = *store_->pending;
   const bool isNew = pending.mode == EditMode::Add;
-  FakeRow* onServer = isNew ? nullptr : &FindOnServer(pending.row);
+  MemoryRow* onServer = isNew ? nullptr : &FindOnServer(pending.row);
   if (!isNew) RequireUnchanged(*onServer);
-  FakeRow row = isNew ? FakeRow(store_->fields.size()) : *onServer;
+  MemoryRow row = isNew ? MemoryRow(store_->fields.size()) : *onServer;
   for (const auto& [field, value] : pending.values) row[field] = value;
   if (isNew) GiveNumbers(row);
   RequireConstraints(row, onServer);
@@ -162,21 +162,21 @@ void FakeRecordset::WritePending() {
 }
 
 void FakeRecordset::DeleteFromServer(std::int64_t row) {
-  const FakeRow& onServer = FindOnServer(row);
+  const MemoryRow& onServer = FindOnServer(row);
   if (onServer != store_->rows[static_cast<std::size_t>(row)])
     throw Conflict("The record was changed or deleted by somebody else since it was read.");
-  FakeRows& table = *store_->origin.rows;
+  MemoryRows& table = *store_->origin.rows;
   table.erase(table.begin() + (&onServer - table.data()));
   store_->gone.insert(row);
   ++store_->version;
 }
 
 /// By the first field when the rows are unique, else by all that was read.
-FakeRow& FakeRecordset::FindOnServer(std::int64_t row) const {
-  const FakeRow& read = store_->rows[static_cast<std::size_t>(row)];
+MemoryRow& FakeRecordset::FindOnServer(std::int64_t row) const {
+  const MemoryRow& read = store_->rows[static_cast<std::size_t>(row)];
   const std::size_t compared = store_->origin.uniqueRows ? 1 : read.size();
-  FakeRow* found = nullptr;
-  for (FakeRow& candidate : *store_->origin.rows) {
+  MemoryRow* found = nullptr;
+  for (MemoryRow& candidate : *store_->origin.rows) {
     if (!std::equal(read.begin(), read.begin() + static_cast<std::ptrdiff_t>(compared),
                     candidate.begin()))
       continue;
@@ -188,29 +188,29 @@ FakeRow& FakeRecordset::FindOnServer(std::int64_t row) const {
   return *found;
 }
 
-void FakeRecordset::RequireUnchanged(const FakeRow& onServer) const {
+void FakeRecordset::RequireUnchanged(const MemoryRow& onServer) const {
   const FakeStore::Pending& pending = *store_->pending;
-  const FakeRow& read = store_->rows[static_cast<std::size_t>(pending.row)];
+  const MemoryRow& read = store_->rows[static_cast<std::size_t>(pending.row)];
   for (const auto& [field, value] : pending.values)
     if (onServer[field] != read[field])
       throw Conflict("The record was changed or deleted by somebody else since it was read.");
 }
 
-void FakeRecordset::RequireConstraints(const FakeRow& row, const FakeRow* changed) const {
+void FakeRecordset::RequireConstraints(const MemoryRow& row, const MemoryRow* changed) const {
   for (std::size_t field = 0; field < row.size(); ++field)
     if (!store_->fields[field].nullable && IsNullValue(row[field]))
       throw Refused("NOT NULL constraint failed: " + store_->fields[field].name);
   if (!store_->origin.uniqueRows) return;
-  for (const FakeRow& other : *store_->origin.rows)
+  for (const MemoryRow& other : *store_->origin.rows)
     if (&other != changed && other[0] == row[0])
       throw Refused("UNIQUE constraint failed: " + store_->fields[0].name);
 }
 
-void FakeRecordset::GiveNumbers(FakeRow& row) const {
+void FakeRecordset::GiveNumbers(MemoryRow& row) const {
   for (std::size_t field = 0; field < row.size(); ++field) {
     if (!store_->fields[field].autoIncrement || !IsNullValue(row[field])) continue;
     std::int64_t largest = 0;
-    for (const FakeRow& other : *store_->origin.rows)
+    for (const MemoryRow& other : *store_->origin.rows)
       if (const auto* number = std::get_if<std::int64_t>(&other[field]))
         largest = std::max(largest, *number);
     row[field] = largest + 1;

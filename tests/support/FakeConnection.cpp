@@ -9,7 +9,9 @@ namespace tessel::test {
 
 namespace {
 
-ErrorInfo Cancelled() { return FakeError("The operation was cancelled.", errorNumber::cancelled); }
+ErrorInfo Cancelled() {
+  return MemoryError("The operation was cancelled.", errorNumber::cancelled);
+}
 
 const ErrorInfo* Pointer(const std::optional<ErrorInfo>& failure) {
   return failure ? &*failure : nullptr;
@@ -25,7 +27,7 @@ bool IsBlank(const std::string& text) {
 
 }  // namespace
 
-FakeConnection::FakeConnection(EventQueue& queue, std::shared_ptr<FakeLog> log,
+FakeConnection::FakeConnection(EventQueue& queue, std::shared_ptr<MemoryLog> log,
                                FindServer findServer)
     : queue_(queue), log_(std::move(log)), findServer_(std::move(findServer)) {}
 
@@ -35,7 +37,7 @@ FakeConnection::~FakeConnection() {
 
 void FakeConnection::SetConnectionString(std::string connectionString) {
   if (State() != objectState::closed)
-    throw Error(errorNumber::objectOpen, "FakeServer", "The connection is open.");
+    throw Error(errorNumber::objectOpen, "MemoryServer", "The connection is open.");
   connectionString_ = std::move(connectionString);
 }
 
@@ -44,7 +46,7 @@ void FakeConnection::SetConnectionString(std::string connectionString) {
 
 void FakeConnection::Open(const std::string& user, const std::string& password, int options) {
   if (State() != objectState::closed)
-    throw Error(errorNumber::objectOpen, "FakeServer", "The connection is open.");
+    throw Error(errorNumber::objectOpen, "MemoryServer", "The connection is open.");
   const bool async = (options & asyncConnect) != 0;
   log_->opened.push_back({connectionString_, user, password, async});
   server_ = &findServer_(connectionString_);
@@ -119,9 +121,9 @@ int FakeConnection::State() const {
 
 void FakeConnection::RequireIdle() const {
   if (!sessionOpen_)
-    throw Error(errorNumber::objectClosed, "FakeServer", "The connection is closed.");
+    throw Error(errorNumber::objectClosed, "MemoryServer", "The connection is closed.");
   if (running_ != nullptr)
-    throw Error(errorNumber::application, "FakeServer", "The connection is busy.");
+    throw Error(errorNumber::application, "MemoryServer", "The connection is busy.");
 }
 
 void FakeConnection::Begin(const OperationPtr& operation) {
@@ -194,19 +196,19 @@ void FakeConnection::End(Operation& operation) {
 // --- commands
 // ----------------------------------------------------------------------------------------
 
-FakeResult FakeConnection::AnswerFor(const FakeRecordset& recordset, int options) {
+MemoryResult FakeConnection::AnswerFor(const FakeRecordset& recordset, int options) {
   if (const auto& request = recordset.RequestInPlace()) {
     try {
       return request(*server_);
     } catch (const Error& error) {
-      FakeResult failed;
+      MemoryResult failed;
       failed.failure = error.Info();
       return failed;
     }
   }
   const std::string& sql = recordset.Source();
   if (IsBlank(sql))
-    throw Error(errorNumber::application, "FakeServer", "The command text is empty.");
+    throw Error(errorNumber::application, "MemoryServer", "The command text is empty.");
   log_->executed.push_back({connectionString_, sql, (options & openOption::asyncExecute) != 0});
   return server_->TakeAnswer(sql);
 }
@@ -225,7 +227,7 @@ void FakeConnection::Execute(const std::shared_ptr<FakeRecordset>& recordset, in
 }
 
 void FakeConnection::StepExecuting(Operation& operation) {
-  const FakeResult& result = operation.result;
+  const MemoryResult& result = operation.result;
   if (!operation.cancelled && HoldsAt(operation, result.holdExecuting)) return;
   const auto recordset = operation.recordset.lock();
   if (operation.cancelled) Fail(operation, Cancelled());
@@ -238,7 +240,7 @@ void FakeConnection::StepExecuting(Operation& operation) {
 }
 
 void FakeConnection::StepFetching(Operation& operation) {
-  const FakeResult& result = operation.result;
+  const MemoryResult& result = operation.result;
   const bool here = result.holdAtRow && operation.fetched == *result.holdAtRow;
   if (!operation.cancelled && HoldsAt(operation, here)) return;
   if (operation.cancelled) Fail(operation, Cancelled());
@@ -255,7 +257,7 @@ void FakeConnection::StepFetching(Operation& operation) {
 }
 
 std::size_t FakeConnection::NextBlockEnd(const Operation& operation) const {
-  const FakeResult& result = operation.result;
+  const MemoryResult& result = operation.result;
   std::size_t end = std::min(operation.fetched + result.block, result.rows->size());
   for (const auto& stop : {result.holdAtRow, result.failAtRow})
     if (stop && *stop > operation.fetched) end = std::min(end, *stop);
@@ -263,7 +265,7 @@ std::size_t FakeConnection::NextBlockEnd(const Operation& operation) const {
 }
 
 void FakeConnection::EndCommand(Operation& operation) {
-  const FakeResult& result = operation.result;
+  const MemoryResult& result = operation.result;
   if (running_.get() == &operation) {
     std::ranges::copy(result.notices, std::back_inserter(errors_));
     if (result.newCatalog && !operation.failure) catalog_ = *result.newCatalog;
@@ -348,8 +350,8 @@ std::shared_ptr<Recordset>
 FakeConnection::CreateSchemaRecordset(SchemaRowset schema,
                                       const std::vector<std::string>& restrictions) {
   auto recordset = std::make_shared<FakeRecordset>(weak_from_this());
-  recordset->SetRequest([schema, restrictions](FakeServer& server) {
-    FakeResult rows = server.SchemaRows(schema, restrictions);
+  recordset->SetRequest([schema, restrictions](MemoryServer& server) {
+    MemoryResult rows = server.SchemaRows(schema, restrictions);
     rows.holdExecuting = server.holdSchemas.contains(schema);
     return rows;
   });
@@ -358,9 +360,9 @@ FakeConnection::CreateSchemaRecordset(SchemaRowset schema,
 
 std::shared_ptr<Recordset> FakeConnection::CreateCatalogChange(const std::string& name) {
   auto recordset = std::make_shared<FakeRecordset>(weak_from_this());
-  recordset->SetRequest([name, log = log_](FakeServer& server) {
+  recordset->SetRequest([name, log = log_](MemoryServer& server) {
     log->catalogs.push_back(name);
-    FakeResult done;
+    MemoryResult done;
     done.newCatalog = server.FindCatalog(name);
     done.holdExecuting = server.holdCatalogChanges;
     if (server.properties.Number("Catalog Change Ends Session", 0) != 0)

@@ -9,12 +9,12 @@
 #include "contract/base/EventQueue.h"
 #include "contract/data/Connection.h"
 #include "tests/support/FakeRecordset.h"
-#include "tests/support/FakeServer.h"
+#include "tests/support/MemoryServer.h"
 
 namespace tessel::test {
 
 /// What was asked of the connections, in order.
-struct FakeLog {
+struct MemoryLog {
   struct Opening {
     std::string connectionString;
     std::string user;
@@ -42,9 +42,9 @@ class FakeConnection final : public Connection,
                              public std::enable_shared_from_this<FakeConnection> {
  public:
   /// Finds the server of a connection string; it outlives the connection.
-  using FindServer = std::function<FakeServer&(const std::string&)>;
+  using FindServer = std::function<MemoryServer&(const std::string&)>;
 
-  FakeConnection(EventQueue& queue, std::shared_ptr<FakeLog> log, FindServer findServer);
+  FakeConnection(EventQueue& queue, std::shared_ptr<MemoryLog> log, FindServer findServer);
   ~FakeConnection() override;
 
   [[nodiscard]] const std::string& ConnectionString() const override { return connectionString_; }
@@ -95,7 +95,7 @@ class FakeConnection final : public Connection,
     bool cancelled = false;
     bool held = false;
     bool resumed = false;
-    FakeResult result;
+    MemoryResult result;
     std::weak_ptr<FakeRecordset> recordset;
     std::function<void()> write;  ///< Empty: it is no change.
     std::size_t fetched = 0;
@@ -105,7 +105,7 @@ class FakeConnection final : public Connection,
   using OperationPtr = std::shared_ptr<Operation>;
 
   void RequireIdle() const;
-  [[nodiscard]] FakeResult AnswerFor(const FakeRecordset& recordset, int options);
+  [[nodiscard]] MemoryResult AnswerFor(const FakeRecordset& recordset, int options);
   void Begin(const OperationPtr& operation);
   void RunOn(const OperationPtr& operation);
   void Step(const OperationPtr& operation);
@@ -125,9 +125,9 @@ class FakeConnection final : public Connection,
   void AnnounceTransaction();
 
   EventQueue& queue_;
-  std::shared_ptr<FakeLog> log_;
+  std::shared_ptr<MemoryLog> log_;
   FindServer findServer_;
-  FakeServer* server_ = nullptr;
+  MemoryServer* server_ = nullptr;
   std::string connectionString_;
   bool sessionOpen_ = false;
   OperationPtr running_;

@@ -12,7 +12,7 @@ namespace tessel::test {
 namespace {
 
 Error NoCurrentRecord() {
-  return {errorNumber::noCurrentRecord, "FakeServer", "There is no current record."};
+  return {errorNumber::noCurrentRecord, "MemoryServer", "There is no current record."};
 }
 
 bool IsNumber(const ValueView& value) { return value.index() >= 1 && value.index() <= 6; }
@@ -64,7 +64,7 @@ FakeRecordset::~FakeRecordset() { FakeRecordset::Cancel(); }
 
 void FakeRecordset::SetSource(std::string commandText) {
   if (state_ != objectState::closed)
-    throw Error(errorNumber::objectOpen, "FakeServer", "The recordset is open.");
+    throw Error(errorNumber::objectOpen, "MemoryServer", "The recordset is open.");
   source_ = std::move(commandText);
 }
 
@@ -72,10 +72,10 @@ std::shared_ptr<Connection> FakeRecordset::ActiveConnection() const { return con
 
 void FakeRecordset::Open(int options) {
   if (state_ != objectState::closed)
-    throw Error(errorNumber::objectOpen, "FakeServer", "The recordset is open.");
+    throw Error(errorNumber::objectOpen, "MemoryServer", "The recordset is open.");
   const auto connection = connection_.lock();
   if (connection == nullptr)
-    throw Error(errorNumber::objectClosed, "FakeServer", "The recordset's connection is gone.");
+    throw Error(errorNumber::objectClosed, "MemoryServer", "The recordset's connection is gone.");
   connection->Execute(shared_from_this(), options);
 }
 
@@ -98,7 +98,7 @@ void FakeRecordset::Close() {
 
 void FakeRecordset::RequireOpen() const {
   if ((state_ & objectState::open) == 0)
-    throw Error(errorNumber::objectClosed, "FakeServer", "The recordset is closed.");
+    throw Error(errorNumber::objectClosed, "MemoryServer", "The recordset is closed.");
 }
 
 const std::vector<FieldInfo>& FakeRecordset::Fields() const {
@@ -142,7 +142,7 @@ std::int64_t FakeRecordset::RowAt(std::int64_t position) const {
 
 ValueView FakeRecordset::ValueAt(std::int64_t position, std::size_t field) const {
   if (field >= Fields().size())
-    throw Error(errorNumber::itemNotFound, "FakeServer", "There is no such field.");
+    throw Error(errorNumber::itemNotFound, "MemoryServer", "There is no such field.");
   const std::int64_t row = RowAt(position);
   if (store_->pending && store_->pending->row == row) {
     const auto set = store_->pending->values.find(field);
@@ -238,7 +238,7 @@ std::vector<FakeRecordset::SortField> FakeRecordset::ParseSort(std::string_view 
     if (name.starts_with('[') && name.ends_with(']')) name = name.substr(1, name.size() - 2);
     const auto field = FindField(name);
     if (!field)
-      throw Error(errorNumber::itemNotFound, "FakeServer",
+      throw Error(errorNumber::itemNotFound, "MemoryServer",
                   "There is no field '" + std::string(name) + "'.");
     fields.push_back({*field, descending});
   }
@@ -273,7 +273,7 @@ void FakeRecordset::BeginExecute(const void* operation) {
   state_ = objectState::executing;
 }
 
-void FakeRecordset::BeginRows(const void* operation, const FakeResult& result) {
+void FakeRecordset::BeginRows(const void* operation, const MemoryResult& result) {
   if (operation != operation_) return;
   Fill(result);
   store_->fetched = 0;
@@ -288,7 +288,7 @@ void FakeRecordset::AddRows(const void* operation, std::size_t fetched) {
   ++store_->version;
 }
 
-void FakeRecordset::EndRows(const void* operation, const FakeResult& result) {
+void FakeRecordset::EndRows(const void* operation, const MemoryResult& result) {
   if (operation != operation_) return;
   operation_ = nullptr;
   state_ &= objectState::open;
@@ -298,7 +298,7 @@ void FakeRecordset::EndRows(const void* operation, const FakeResult& result) {
   if (!sort_.empty()) ApplySort();
 }
 
-void FakeRecordset::Fill(const FakeResult& result) {
+void FakeRecordset::Fill(const MemoryResult& result) {
   store_ = std::make_shared<FakeStore>();
   store_->fields = result.fields;
   store_->rows = *result.rows;

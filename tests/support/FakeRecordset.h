@@ -11,7 +11,7 @@
 
 #include "contract/data/Connection.h"
 #include "contract/data/Recordset.h"
-#include "tests/support/FakeServer.h"
+#include "tests/support/MemoryServer.h"
 
 namespace tessel::test {
 
@@ -27,11 +27,11 @@ struct FakeStore {
   };
 
   std::vector<FieldInfo> fields;
-  FakeRows rows;  ///< As they were read; a new one stands behind them, and is gone until written.
+  MemoryRows rows;  ///< As they were read; a new one stands behind them, and is gone until written.
   std::size_t fetched = 0;  ///< Those that arrived.
   std::set<std::int64_t> gone;
   std::optional<Pending> pending;
-  FakeResult origin;    ///< What the server has of them.
+  MemoryResult origin;  ///< What the server has of them.
   std::string catalog;  ///< In use when they were read.
   Properties properties;
   int version = 0;  ///< Grows when rows come or go.
@@ -88,20 +88,20 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
   }
 
   /// What Open runs in place of the source; null: the source.
-  using Request = std::function<FakeResult(FakeServer& server)>;
+  using Request = std::function<MemoryResult(MemoryServer& server)>;
   [[nodiscard]] const Request& RequestInPlace() const { return request_; }
   void SetRequest(Request request) { request_ = std::move(request); }
 
   // --- for the connection; `operation` is the one that the rows come from
   // --------------------------
   void BeginExecute(const void* operation);
-  void BeginRows(const void* operation, const FakeResult& result);
+  void BeginRows(const void* operation, const MemoryResult& result);
   void AddRows(const void* operation, std::size_t fetched);
-  void EndRows(const void* operation, const FakeResult& result);
+  void EndRows(const void* operation, const MemoryResult& result);
   void BeginChange(const void* operation);
   void EndChange(const void* operation);
   /// Opens with rows that are all there.
-  void Fill(const FakeResult& result);
+  void Fill(const MemoryResult& result);
 
  private:
   struct SortField {
@@ -121,10 +121,10 @@ class FakeRecordset final : public Recordset, public std::enable_shared_from_thi
   void Announce(int options);
   void WritePending();
   void DeleteFromServer(std::int64_t row);
-  [[nodiscard]] FakeRow& FindOnServer(std::int64_t row) const;
-  void RequireUnchanged(const FakeRow& onServer) const;
-  void RequireConstraints(const FakeRow& row, const FakeRow* changed) const;
-  void GiveNumbers(FakeRow& row) const;
+  [[nodiscard]] MemoryRow& FindOnServer(std::int64_t row) const;
+  void RequireUnchanged(const MemoryRow& onServer) const;
+  void RequireConstraints(const MemoryRow& row, const MemoryRow* changed) const;
+  void GiveNumbers(MemoryRow& row) const;
 
   std::weak_ptr<FakeConnection> connection_;
   std::string source_;

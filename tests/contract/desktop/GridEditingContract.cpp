@@ -20,9 +20,9 @@ Value Number(std::int64_t number) { return number; }
 /// Three rows that can be changed.
 struct EditingFixture : GridWindow {
   explicit EditingFixture(ContractHost& contractHost) : GridWindow(contractHost) {
-    FieldInfo keyField = FakeField("id", DataType::Integer);
+    FieldInfo keyField = MemoryField("id", DataType::Integer);
     keyField.isKey = true;
-    data.Answer("rows", {keyField, FakeField("name"), FakeField("flag", DataType::Boolean)},
+    data.Answer("rows", {keyField, MemoryField("name"), MemoryField("flag", DataType::Boolean)},
                 {{Number(1), std::string("one"), true},
                  {Number(2), Value(), Value()},
                  {Number(3), std::string(), false}});

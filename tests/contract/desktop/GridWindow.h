@@ -4,7 +4,7 @@
 
 #include "contract/desktop/DataGrid.h"
 #include "tests/contract/desktop/ContractTools.h"
-#include "tests/support/FakeData.h"
+#include "tests/support/MemoryData.h"
 
 namespace tessel::test {
 
@@ -37,7 +37,7 @@ struct GridWindow {
   }
 
   ContractHost& host;
-  FakeData data;
+  MemoryData data;
   Framed windows;
   Window& window;
   DataGrid& grid;

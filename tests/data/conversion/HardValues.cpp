@@ -4,7 +4,7 @@
 
 #include "logic/results/Conversions.h"
 #include "tests/data/support/PumpQueue.h"
-#include "tests/support/FakeData.h"
+#include "tests/support/MemoryData.h"
 
 namespace tessel::test {
 
@@ -118,10 +118,10 @@ const std::vector<HardValue>& HardValues() {
 
 std::shared_ptr<Recordset> RecordsetOf(const std::vector<std::vector<Value>>& rows) {
   static PumpQueue queue;
-  static FakeData data(queue);
+  static MemoryData data(queue);
   std::vector<FieldInfo> fields;
   for (std::size_t i = 1; i <= rows.at(0).size(); ++i)
-    fields.push_back(FakeField("c" + std::to_string(i)));
+    fields.push_back(MemoryField("c" + std::to_string(i)));
   const std::string sql = "rows " + std::to_string(data.Log().executed.size());
   data.Answer(sql, std::move(fields), rows);
   const auto connection = data.CreateConnection();

@@ -7,10 +7,10 @@
 namespace tessel {
 namespace {
 
-using test::FakeError;
-using test::FakeField;
-using test::FakeFields;
-using test::FakeRows;
+using test::MemoryError;
+using test::MemoryField;
+using test::MemoryFields;
+using test::MemoryRows;
 using Step = test::DesktopScript::Step;
 
 class dlgAsyncTest : public test::LogicFixture {
@@ -26,8 +26,8 @@ class dlgAsyncTest : public test::LogicFixture {
     recordset->SetSource(sql);
     return recordset;
   }
-  static FakeRows Rows(std::size_t count) {
-    FakeRows rows;
+  static MemoryRows Rows(std::size_t count) {
+    MemoryRows rows;
     for (std::size_t i = 0; i < count; ++i) rows.push_back({Value(static_cast<std::int64_t>(i))});
     return rows;
   }
@@ -132,7 +132,7 @@ TEST_F(dlgAsyncTest, ItsTitleNamesTheConnectionOfTheOperation) {
 }
 
 TEST_F(dlgAsyncTest, AnErrorOfTheCompletionIsRaisedWithItsPartsAfterTheWindowHasGone) {
-  ErrorInfo failure = FakeError("password authentication failed");
+  ErrorInfo failure = MemoryError("password authentication failed");
   failure.sqlState = "28P01";
   failure.helpContext = 7;
   data.openFailure = failure;
@@ -149,7 +149,7 @@ TEST_F(dlgAsyncTest, AnErrorOfTheCompletionIsRaisedWithItsPartsAfterTheWindowHas
 }
 
 TEST_F(dlgAsyncTest, AnErrorRaisedAtOnceIsRaisedUnchanged) {
-  data.openRefused = FakeError("There is no provider 'X'.", errorNumber::providerNotFound);
+  data.openRefused = MemoryError("There is no provider 'X'.", errorNumber::providerNotFound);
   try {
     async.DoConnect(connection, "", "");
     FAIL() << "nothing was raised";
@@ -161,7 +161,7 @@ TEST_F(dlgAsyncTest, AnErrorRaisedAtOnceIsRaisedUnchanged) {
 
 TEST_F(dlgAsyncTest, FetchesRowsAndShowsHowManyThereAre) {
   OpenConnection();
-  data.Answer("select", {FakeField("n", DataType::Integer)}, Rows(250)).HoldAtRow(200);
+  data.Answer("select", {MemoryField("n", DataType::Integer)}, Rows(250)).HoldAtRow(200);
   desktop.OnModal("dlgAsync", [this](test::HeadlessWindow&) {
     EXPECT_EQ(Message(), "Fetching records...\n200");
     data.Resume();
@@ -198,7 +198,7 @@ TEST_F(dlgAsyncTest, AWindowThatBecomesActiveWhenTheWorkIsDoneHidesAtOnce) {
 
 TEST_F(dlgAsyncTest, CancelDuringALongFetchReturnsFalseAndKeepsTheRowsSoFar) {
   OpenConnection();
-  data.Answer("select", {FakeField("n", DataType::Integer)}, Rows(1000)).HoldAtRow(300);
+  data.Answer("select", {MemoryField("n", DataType::Integer)}, Rows(1000)).HoldAtRow(300);
   desktop.OnModal("dlgAsync", Cancel);
   auto recordset = Query("select");
   EXPECT_FALSE(async.DoQuery(recordset, affected, true));
@@ -208,7 +208,7 @@ TEST_F(dlgAsyncTest, CancelDuringALongFetchReturnsFalseAndKeepsTheRowsSoFar) {
 
 TEST_F(dlgAsyncTest, CancelDuringTheExecutionReturnsFalseWithTheRecordsetClosed) {
   OpenConnection();
-  data.Answer("select", FakeFields({"a"}), {}).HoldExecuting();
+  data.Answer("select", MemoryFields({"a"}), {}).HoldExecuting();
   desktop.OnModal("dlgAsync", [this](test::HeadlessWindow& w) {
     EXPECT_EQ(Message(), "\nExecuting...");
     Cancel(w);
@@ -227,14 +227,14 @@ TEST_F(dlgAsyncTest, AnActionStatementEndsWithItsCount) {
 
 TEST_F(dlgAsyncTest, AFailedExecutionIsRaised) {
   OpenConnection();
-  data.AnswerError("select", FakeError("no such table: x"));
+  data.AnswerError("select", MemoryError("no such table: x"));
   EXPECT_THROW(async.DoQuery(Query("select"), affected, true), Error);
 }
 
 TEST_F(dlgAsyncTest, AFetchThatFailsHalfwayIsRaised) {
   OpenConnection();
-  data.Answer("select", {FakeField("n", DataType::Integer)}, Rows(500))
-      .FailAtRow(300, FakeError("server gone"));
+  data.Answer("select", {MemoryField("n", DataType::Integer)}, Rows(500))
+      .FailAtRow(300, MemoryError("server gone"));
   auto recordset = Query("select");
   try {
     async.DoQuery(recordset, affected, true);
@@ -252,7 +252,7 @@ TEST_F(dlgAsyncTest, WithoutAnExecutionTheCountIsMinusTwo) {
 
 TEST_F(dlgAsyncTest, ABlockingQueryShowsWaitAndCannotBeCancelled) {
   OpenConnection();
-  data.Answer("select", {FakeField("n", DataType::Integer)}, Rows(5));
+  data.Answer("select", {MemoryField("n", DataType::Integer)}, Rows(5));
   int yields = 0;
   desktop.OnProcessPending([&](int) {
     ++yields;
@@ -284,13 +284,13 @@ class dlgAsyncChangeTest : public dlgAsyncTest {
  protected:
   dlgAsyncChangeTest() {
     OpenConnection();
-    table = data.Answer("rows", {FakeField("n", DataType::Integer)}, Rows(3)).rows;
+    table = data.Answer("rows", {MemoryField("n", DataType::Integer)}, Rows(3)).rows;
     rows = Query("rows");
     rows->SetLockType(LockType::Optimistic);
     rows->Open(openOption::text);
   }
 
-  std::shared_ptr<FakeRows> table;
+  std::shared_ptr<MemoryRows> table;
   std::shared_ptr<Recordset> rows;
 };
 
@@ -312,7 +312,7 @@ TEST_F(dlgAsyncChangeTest, WithNothingPendingItIsOverAtOnce) {
 }
 
 TEST_F(dlgAsyncChangeTest, AFailureIsRaisedAndTheChangeStaysPending) {
-  data.changeFailure = FakeError("constraint failed");
+  data.changeFailure = MemoryError("constraint failed");
   rows->SetFieldValue(0, Value(std::int64_t{10}));
   for (const bool asynchronously : {true, false}) try {
       static_cast<void>(async.DoUpdate(rows, asynchronously));

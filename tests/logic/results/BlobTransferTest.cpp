@@ -172,7 +172,7 @@ TEST_F(BlobTransferTest, NullSetsTheFieldToNull) {
 
 TEST_F(BlobTransferTest, AFailureToSetNullIsShownAndTheRecordUnchanged) {
   W().PressKey('L', shiftState::ctrl);
-  std::vector<FieldInfo> fields{test::FakeField("picture", DataType::LongVarBinary)};
+  std::vector<FieldInfo> fields{test::MemoryField("picture", DataType::LongVarBinary)};
   fields[0].updatable = false;
   data.Answer("computed", fields, {{Value(BytesOf(5))}});
   ASSERT_TRUE(Run("computed"));

@@ -5,9 +5,9 @@
 namespace tessel {
 namespace {
 
-using test::FakeError;
-using test::FakeField;
-using test::FakeRows;
+using test::MemoryError;
+using test::MemoryField;
+using test::MemoryRows;
 
 class BrokenFetchTest : public test::RecordsFixture {
  protected:
@@ -16,10 +16,10 @@ class BrokenFetchTest : public test::RecordsFixture {
 
   BrokenFetchTest() {
     EXPECT_TRUE(Connect());
-    FakeRows rows;
+    MemoryRows rows;
     for (int i = 0; i < 500; ++i) rows.push_back({Value(std::int64_t{i})});
-    data.Answer("broken", {FakeField("n", DataType::Integer)}, rows)
-        .FailAtRow(250, FakeError(reason));
+    data.Answer("broken", {MemoryField("n", DataType::Integer)}, rows)
+        .FailAtRow(250, MemoryError(reason));
   }
 };
 
@@ -54,7 +54,7 @@ TEST_F(BrokenFetchTest, ItBreaksTheSameWhereTheProviderBlocks) {
 
 TEST_F(BrokenFetchTest, AnErrorOfTheExecutionHidesTheRowsThatWereThere) {
   RunThreeRows();
-  data.AnswerError("bad", FakeError("no such table"));
+  data.AnswerError("bad", MemoryError("no such table"));
   EXPECT_FALSE(Run("bad"));
   EXPECT_EQ(Status(), "[12:00:00]  no such table");
   EXPECT_FALSE(Shows("DataGrid"));

@@ -9,8 +9,8 @@
 namespace tessel {
 namespace {
 
-using test::FakeError;
 using test::HeadlessWindow;
+using test::MemoryError;
 
 constexpr const char* question = "Save the change to this record?";
 
@@ -100,7 +100,7 @@ TEST_P(EachWay, CancelStopsAndKeepsTheChange) {
 }
 
 TEST_P(EachWay, AChangeThatCannotBeWrittenStopsAndStays) {
-  data.changeFailure = FakeError("value too long");
+  data.changeFailure = MemoryError("value too long");
   desktop.ExpectMessage(question, MessageResult::Yes);
   ExpectNotice("value too long");
   way.go();

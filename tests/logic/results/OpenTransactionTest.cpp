@@ -9,9 +9,9 @@
 namespace tessel {
 namespace {
 
-using test::FakeError;
-using test::FakeFields;
 using test::HeadlessWindow;
+using test::MemoryError;
+using test::MemoryFields;
 
 constexpr const char* question = "The connection 'Shop' has a transaction open since 14:05.";
 constexpr const char* failedQuestion =
@@ -30,7 +30,7 @@ class OpenTransactionTest : public test::EditingFixture {
     data.AnswerNothing("COMMIT").Leaves(UserTransaction::None);
     data.AnswerNothing("ROLLBACK").Leaves(UserTransaction::None);
     data.AnswerNothing("no autocommit").Leaves(UserTransaction::Waiting);
-    data.AnswerError("bad", FakeError("no such table"));
+    data.AnswerError("bad", MemoryError("no such table"));
     data.AnswerNothing("another");
   }
 
@@ -41,7 +41,7 @@ class OpenTransactionTest : public test::EditingFixture {
   /// A transaction that accepts nothing but its end.
   void BeginAndFail() {
     Begin();
-    data.Answer("fails", FakeFields({"a"}), {}).Leaves(UserTransaction::Failed);
+    data.Answer("fails", MemoryFields({"a"}), {}).Leaves(UserTransaction::Failed);
     EXPECT_TRUE(Run("fails"));
     desktop.DrainEvents();
   }
@@ -69,7 +69,7 @@ TEST_F(OpenTransactionTest, TheWordTellsWhatTheTransactionIsLike) {
   EXPECT_EQ(Word().Caption(), "In transaction since 14:05");
   EXPECT_NE(Word().BackColor(), quiet);
   data.transactionTime += std::chrono::minutes(7);
-  data.Answer("fails", FakeFields({"a"}), {}).Leaves(UserTransaction::Failed);
+  data.Answer("fails", MemoryFields({"a"}), {}).Leaves(UserTransaction::Failed);
   Run("fails");
   desktop.DrainEvents();
   EXPECT_EQ(Word().Caption(), "Failed transaction since 14:05");
@@ -166,7 +166,7 @@ TEST_P(EachEnd, CancelKeepsAllAsItIs) {
 
 TEST_P(EachEnd, ACommitThatFailsShowsWhyAndKeepsAll) {
   Begin();
-  data.AnswerError("COMMIT", FakeError("deferred constraint"));
+  data.AnswerError("COMMIT", MemoryError("deferred constraint"));
   Run("COMMIT");  // Takes the answer that is there already.
   Run("begin");
   desktop.ExpectMessage(question, MessageResult::Yes);

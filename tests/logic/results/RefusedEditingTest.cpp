@@ -85,7 +85,7 @@ class BrokenTextTest : public test::EditingFixture {
     EXPECT_TRUE(Connect());
     W().PressKey('L', shiftState::ctrl);
     table =
-        data.Answer("menu", test::FakeFields({"id", "drink"}), {{Text("1"), Text(broken)}}).rows;
+        data.Answer("menu", test::MemoryFields({"id", "drink"}), {{Text("1"), Text(broken)}}).rows;
     EXPECT_TRUE(Run("menu"));
     ClickCell(0, 1);
   }

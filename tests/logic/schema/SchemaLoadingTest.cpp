@@ -9,9 +9,9 @@
 namespace tessel {
 namespace {
 
-using test::FakeError;
-using test::FakeFields;
-using test::FakeRows;
+using test::MemoryError;
+using test::MemoryFields;
+using test::MemoryRows;
 
 const std::string viewsMissing = "no such table: INFORMATION_SCHEMA.TABLES";
 const std::string question =
@@ -23,9 +23,9 @@ class SchemaLoadingTest : public test::SchemaFixture {
   bool Load() { return loading.LoadSchemaFromDB("d1", connection); }
   /// A provider without the standard views, which knows its tables.
   void KnowTables(const Schema& schema) {
-    data.AnswerError(test::tablesQuery, FakeError(viewsMissing));
+    data.AnswerError(test::tablesQuery, MemoryError(viewsMissing));
     for (const TableSchema& table : schema)
-      data.tables.push_back({"", "", table.name, "TABLE", FakeFields(table.fields)});
+      data.tables.push_back({"", "", table.name, "TABLE", MemoryFields(table.fields)});
   }
   void ExpectFailure(const std::string& description) {
     desktop.ExpectMessage("Unable to get database schema information: " + description,
@@ -67,7 +67,7 @@ TEST_F(SchemaLoadingTest, QueriesRunAsynchronouslyWhereTheProviderAllows) {
 }
 
 TEST_F(SchemaLoadingTest, QueriesBlockWhereTheProviderIsOfOneThread) {
-  test::FakeData& server = data;
+  test::MemoryData& server = data;
   auto& other = server.ServerOf("Database=single");
   other.properties.Set("Data Source Object Threading Model", std::int64_t{2});
   AnswerViews(other, shop);
@@ -81,8 +81,8 @@ TEST_F(SchemaLoadingTest, QueriesBlockWhereTheProviderIsOfOneThread) {
 
 TEST_F(SchemaLoadingTest, AProviderWithoutTheViewsLoadsThroughItsRowsetsWithoutAQuestion) {
   KnowTables(shop);
-  data.tables.push_back({"", "", "A view", "VIEW", FakeFields({"x"})});
-  data.tables.push_back({"", "", "sys", "SYSTEM TABLE", FakeFields({"y"})});
+  data.tables.push_back({"", "", "A view", "VIEW", MemoryFields({"x"})});
+  data.tables.push_back({"", "", "sys", "SYSTEM TABLE", MemoryFields({"y"})});
   EXPECT_TRUE(Load());
   EXPECT_EQ(Tables(), shop);
   EXPECT_TRUE(desktop.Messages().empty());
@@ -94,10 +94,10 @@ TEST_F(SchemaLoadingTest, AProviderWhoseRowsetsKnowBetterIsNotAskedForTheViews) 
   data.properties.Set("Bracket Identifiers", std::int64_t{0});
   connection->Close();
   connection->Open("", "", 0);
-  data.tables = {{"shop", "archive", "orders", "TABLE", FakeFields({"old", "id"}), true},
-                 {"shop", "public", "orders", "TABLE", FakeFields({"id", "new"})},
-                 {"other", "", "a.b", "TABLE", FakeFields({"x"}), true},
-                 {"shop", "public", "seen", "VIEW", FakeFields({"id"})}};
+  data.tables = {{"shop", "archive", "orders", "TABLE", MemoryFields({"old", "id"}), true},
+                 {"shop", "public", "orders", "TABLE", MemoryFields({"id", "new"})},
+                 {"other", "", "a.b", "TABLE", MemoryFields({"x"}), true},
+                 {"shop", "public", "seen", "VIEW", MemoryFields({"id"})}};
   EXPECT_TRUE(Load());
   EXPECT_TRUE(loading.Complete());
   EXPECT_TRUE(data.ExecutedSql().empty());
@@ -125,7 +125,7 @@ TEST_F(SchemaLoadingTest, FieldsOfTheRowsetAreSortedIntoColumnOrder) {
 TEST_F(SchemaLoadingTest, AFailureOfBothWaysIsShownAndLeavesTheTree) {
   tree.AddTables("d1", {"Earlier"});
   KnowTables({});
-  data.schemaFailures[SchemaRowset::Tables] = FakeError("not allowed");
+  data.schemaFailures[SchemaRowset::Tables] = MemoryError("not allowed");
   ExpectFailure("not allowed");
   EXPECT_FALSE(Load());
   EXPECT_EQ(Tables(), (Schema{{"Earlier", {}}}));
@@ -134,7 +134,7 @@ TEST_F(SchemaLoadingTest, AFailureOfBothWaysIsShownAndLeavesTheTree) {
 
 TEST_F(SchemaLoadingTest, TheFailureOfTheColumnsRowsetIsShownAndKeepsTheTables) {
   KnowTables(shop);
-  data.schemaFailures[SchemaRowset::Columns] = FakeError("not allowed");
+  data.schemaFailures[SchemaRowset::Columns] = MemoryError("not allowed");
   ExpectFailure("not allowed");
   EXPECT_FALSE(Load());
   EXPECT_EQ(Tables(), (Schema{{"Items", {}}, {"Orders", {}}}));
@@ -142,10 +142,10 @@ TEST_F(SchemaLoadingTest, TheFailureOfTheColumnsRowsetIsShownAndKeepsTheTables) 
 
 TEST_F(SchemaLoadingTest, AColumnsViewThatFailsAsksOnceAndNoLeavesTablesWithoutFields) {
   AnswerViews(data, shop);
-  test::FakeData& server = data;
+  test::MemoryData& server = data;
   auto& other = server.ServerOf("Database=half");
-  other.Answer(test::tablesQuery, FakeFields({"TABLE_NAME"}), {{std::string("Orders")}});
-  other.AnswerError(test::columnsQuery, FakeError("no such view"));
+  other.Answer(test::tablesQuery, MemoryFields({"TABLE_NAME"}), {{std::string("Orders")}});
+  other.AnswerError(test::columnsQuery, MemoryError("no such view"));
   connection = data.CreateConnection();
   connection->SetConnectionString("Database=half");
   connection->Open("", "", 0);
@@ -156,9 +156,9 @@ TEST_F(SchemaLoadingTest, AColumnsViewThatFailsAsksOnceAndNoLeavesTablesWithoutF
 }
 
 TEST_F(SchemaLoadingTest, YesReadsTheFieldsThroughTheRowset) {
-  data.Answer(test::tablesQuery, FakeFields({"TABLE_NAME"}), {{std::string("Orders")}});
-  data.AnswerError(test::columnsQuery, FakeError("no such view"));
-  data.tables.push_back({"", "", "Orders", "TABLE", FakeFields({"id", "date"})});
+  data.Answer(test::tablesQuery, MemoryFields({"TABLE_NAME"}), {{std::string("Orders")}});
+  data.AnswerError(test::columnsQuery, MemoryError("no such view"));
+  data.tables.push_back({"", "", "Orders", "TABLE", MemoryFields({"id", "date"})});
   ExpectQuestion(MessageResult::Yes);
   EXPECT_TRUE(Load());
   EXPECT_EQ(Tables(), (Schema{{"Orders", {"id", "date"}}}));
@@ -166,9 +166,9 @@ TEST_F(SchemaLoadingTest, YesReadsTheFieldsThroughTheRowset) {
 }
 
 TEST_F(SchemaLoadingTest, YesMayFailToo) {
-  data.Answer(test::tablesQuery, FakeFields({"TABLE_NAME"}), {{std::string("Orders")}});
-  data.AnswerError(test::columnsQuery, FakeError("no such view"));
-  data.schemaFailures[SchemaRowset::Columns] = FakeError("not allowed");
+  data.Answer(test::tablesQuery, MemoryFields({"TABLE_NAME"}), {{std::string("Orders")}});
+  data.AnswerError(test::columnsQuery, MemoryError("no such view"));
+  data.schemaFailures[SchemaRowset::Columns] = MemoryError("not allowed");
   ExpectQuestion(MessageResult::Yes);
   ExpectFailure("not allowed");
   EXPECT_FALSE(Load());
@@ -191,8 +191,8 @@ TEST_F(SchemaLoadingTest, ATableThatDiffersOnlyInCaseIsNotAddedAndTheLoadGoesOn)
 }
 
 TEST_F(SchemaLoadingTest, FieldsOfWhatIsNotATableAreSkipped) {
-  data.Answer(test::tablesQuery, FakeFields({"TABLE_NAME"}), {{std::string("Orders")}});
-  data.Answer(test::columnsQuery, FakeFields({"TABLE_NAME", "COLUMN_NAME"}),
+  data.Answer(test::tablesQuery, MemoryFields({"TABLE_NAME"}), {{std::string("Orders")}});
+  data.Answer(test::columnsQuery, MemoryFields({"TABLE_NAME", "COLUMN_NAME"}),
               {{std::string("A view"), std::string("x")},
                {std::string("ORDERS"), std::string("id")},
                {std::string("Z view"), std::string("y")}});
@@ -251,7 +251,7 @@ TEST_F(SchemaLoadingTest, ThousandsOfNamesLeaveTheInterfaceItsTurnsAndCanBeCance
 
 TEST_F(SchemaLoadingTest, CancellingTheQueryForTablesLeavesTheTree) {
   tree.AddTables("d1", {"Earlier"});
-  data.Answer(test::tablesQuery, FakeFields({"TABLE_NAME"}), {{std::string("Orders")}})
+  data.Answer(test::tablesQuery, MemoryFields({"TABLE_NAME"}), {{std::string("Orders")}})
       .HoldExecuting();
   desktop.OnModal("dlgAsync", [](test::HeadlessWindow& w) { w.Click("cmdCancel"); });
   EXPECT_FALSE(Load());
@@ -260,8 +260,8 @@ TEST_F(SchemaLoadingTest, CancellingTheQueryForTablesLeavesTheTree) {
 }
 
 TEST_F(SchemaLoadingTest, CancellingTheQueryForFieldsKeepsTheTables) {
-  data.Answer(test::tablesQuery, FakeFields({"TABLE_NAME"}), {{std::string("Orders")}});
-  data.Answer(test::columnsQuery, FakeFields({"TABLE_NAME", "COLUMN_NAME"}),
+  data.Answer(test::tablesQuery, MemoryFields({"TABLE_NAME"}), {{std::string("Orders")}});
+  data.Answer(test::columnsQuery, MemoryFields({"TABLE_NAME", "COLUMN_NAME"}),
               {{std::string("Orders"), std::string("id")}})
       .HoldAtRow(1);
   desktop.OnModal("dlgAsync", [](test::HeadlessWindow& w) { w.Click("cmdCancel"); });
@@ -271,7 +271,7 @@ TEST_F(SchemaLoadingTest, CancellingTheQueryForFieldsKeepsTheTables) {
 }
 
 TEST_F(SchemaLoadingTest, RowsWithoutTheExpectedFieldEndInTheMessage) {
-  data.Answer(test::tablesQuery, FakeFields({"odd"}), {{std::string("Orders")}});
+  data.Answer(test::tablesQuery, MemoryFields({"odd"}), {{std::string("Orders")}});
   ExpectFailure("The rows have no field TABLE_NAME.");
   EXPECT_FALSE(Load());
 }
@@ -290,7 +290,7 @@ TEST_F(SchemaLoadingTest, TheTimeGrowsWithTheNumberOfFieldsOnly) {
       TableSchema& table = schema.emplace_back(TableSchema{"table_" + std::to_string(i), {}});
       for (int f = 0; f < 20; ++f) table.fields.push_back("field_" + std::to_string(f));
     }
-    test::FakeData& server = data;
+    test::MemoryData& server = data;
     AnswerViews(server.ServerOf(connectionString), schema);
     connection = data.CreateConnection();
     connection->SetConnectionString(connectionString);

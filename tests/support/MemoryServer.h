@@ -20,21 +20,21 @@
 
 namespace tessel::test {
 
-using FakeRow = std::vector<Value>;
-using FakeRows = std::vector<FakeRow>;
+using MemoryRow = std::vector<Value>;
+using MemoryRows = std::vector<MemoryRow>;
 
 /// A field that can be written.
-[[nodiscard]] FieldInfo FakeField(std::string name, DataType type = DataType::VarWChar);
+[[nodiscard]] FieldInfo MemoryField(std::string name, DataType type = DataType::VarWChar);
 /// Fields of text.
-[[nodiscard]] std::vector<FieldInfo> FakeFields(const std::vector<std::string>& names);
+[[nodiscard]] std::vector<FieldInfo> MemoryFields(const std::vector<std::string>& names);
 /// What a database reports.
-[[nodiscard]] ErrorInfo FakeError(std::string description,
-                                  std::int32_t number = errorNumber::database);
+[[nodiscard]] ErrorInfo MemoryError(std::string description,
+                                    std::int32_t number = errorNumber::database);
 
 /// What the server answers to one command. The members may be changed until the command runs.
-struct FakeResult {
+struct MemoryResult {
   std::vector<FieldInfo> fields;  ///< Empty: the command returns no rows.
-  std::shared_ptr<FakeRows> rows = std::make_shared<FakeRows>();
+  std::shared_ptr<MemoryRows> rows = std::make_shared<MemoryRows>();
   std::int64_t recordsAffected = -1;
   std::optional<ErrorInfo> failure;      ///< The command fails.
   std::vector<ErrorInfo> notices;        ///< In Errors although the command succeeded.
@@ -48,20 +48,20 @@ struct FakeResult {
   bool holdExecuting = false;                  ///< Runs until it is cancelled or resumed.
   std::optional<std::size_t> holdAtRow;        ///< The fetch stops here until cancelled or resumed.
 
-  FakeResult& Notices(std::vector<ErrorInfo> list);
-  FakeResult& FailAtRow(std::size_t row, ErrorInfo error);
-  FakeResult& Block(std::size_t size);
-  FakeResult& UniqueRows(bool unique);
-  FakeResult& WithoutProperties();
-  FakeResult& Writable(bool canBeWritten);
-  FakeResult& NewCatalog(std::string name);
-  FakeResult& Leaves(UserTransaction state);
-  FakeResult& HoldExecuting();
-  FakeResult& HoldAtRow(std::size_t row);
+  MemoryResult& Notices(std::vector<ErrorInfo> list);
+  MemoryResult& FailAtRow(std::size_t row, ErrorInfo error);
+  MemoryResult& Block(std::size_t size);
+  MemoryResult& UniqueRows(bool unique);
+  MemoryResult& WithoutProperties();
+  MemoryResult& Writable(bool canBeWritten);
+  MemoryResult& NewCatalog(std::string name);
+  MemoryResult& Leaves(UserTransaction state);
+  MemoryResult& HoldExecuting();
+  MemoryResult& HoldAtRow(std::size_t row);
 };
 
 /// One table of the schema rowsets.
-struct FakeTable {
+struct MemoryTable {
   std::string catalog;
   std::string schema;
   std::string name;
@@ -72,22 +72,22 @@ struct FakeTable {
 
 /// A database server in memory: its answers, catalogs and tables, and a switch for each failure.
 /// Empty catalog and schema names of tables stand for null.
-class FakeServer {
+class MemoryServer {
  public:
   // --- answers to commands, by their exact text; several for one text are given in order, the last
   // one again and again. The reference may be used to refine the answer.
-  FakeResult& Answer(const std::string& sql, std::vector<FieldInfo> fields, FakeRows rows);
-  FakeResult& AnswerCount(const std::string& sql, std::int64_t recordsAffected);
-  FakeResult& AnswerNothing(const std::string& sql);
-  FakeResult& AnswerError(const std::string& sql, ErrorInfo error);
+  MemoryResult& Answer(const std::string& sql, std::vector<FieldInfo> fields, MemoryRows rows);
+  MemoryResult& AnswerCount(const std::string& sql, std::int64_t recordsAffected);
+  MemoryResult& AnswerNothing(const std::string& sql);
+  MemoryResult& AnswerError(const std::string& sql, ErrorInfo error);
   /// The next answer to a command; fails the test when there is none.
-  [[nodiscard]] const FakeResult& TakeAnswer(const std::string& sql);
+  [[nodiscard]] const MemoryResult& TakeAnswer(const std::string& sql);
 
   // --- what the server has
   // -------------------------------------------------------------------------
   std::string defaultDatabase;
   std::vector<std::string> catalogs;
-  std::vector<FakeTable> tables;
+  std::vector<MemoryTable> tables;
   /// Of an open connection; "Data Source Object Threading Model" is 1 at first.
   Properties properties;
   /// When transactions are first seen: at 14:05.
@@ -109,20 +109,20 @@ class FakeServer {
   int changesBeforeFailure = 0;            ///< ... after so many that succeed.
   bool holdChanges = false;                ///< They go on until cancelled or resumed.
 
-  FakeServer();
+  MemoryServer();
 
-  [[nodiscard]] FakeResult SchemaRows(SchemaRowset schema,
-                                      const std::vector<std::string>& restrictions) const;
+  [[nodiscard]] MemoryResult SchemaRows(SchemaRowset schema,
+                                        const std::vector<std::string>& restrictions) const;
   /// The catalog that `name` stands for; raises Error when there is none.
   [[nodiscard]] std::string FindCatalog(const std::string& name) const;
 
  private:
   struct Answers {
-    std::deque<FakeResult> list;
+    std::deque<MemoryResult> list;
     std::size_t next = 0;
   };
 
-  FakeResult& Add(const std::string& sql, FakeResult result);
+  MemoryResult& Add(const std::string& sql, MemoryResult result);
 
   std::map<std::string, Answers> answers_;
 };

@@ -8,15 +8,15 @@
 #include "contract/base/EventQueue.h"
 #include "contract/data/Connection.h"
 #include "tests/support/FakeConnection.h"
-#include "tests/support/FakeServer.h"
+#include "tests/support/MemoryServer.h"
 
 namespace tessel::test {
 
 /// Databases in memory. It is itself the server of every connection string that has none of its
 /// own; it and `queue` outlive the connections.
-class FakeData final : public DataAccess, public FakeServer {
+class MemoryData final : public DataAccess, public MemoryServer {
  public:
-  explicit FakeData(EventQueue& queue) : queue_(queue) {}
+  explicit MemoryData(EventQueue& queue) : queue_(queue) {}
 
   [[nodiscard]] std::shared_ptr<Connection> CreateConnection() override;
   [[nodiscard]] std::vector<std::string> ProviderNames() const override { return providerNames; }
@@ -30,8 +30,8 @@ class FakeData final : public DataAccess, public FakeServer {
   std::vector<std::string> odbcDataSources;
 
   /// The server of one connection string, made at the first call.
-  [[nodiscard]] FakeServer& ServerOf(const std::string& connectionString);
-  [[nodiscard]] const FakeLog& Log() const { return *log_; }
+  [[nodiscard]] MemoryServer& ServerOf(const std::string& connectionString);
+  [[nodiscard]] const MemoryLog& Log() const { return *log_; }
   /// The texts executed so far, on whatever connection.
   [[nodiscard]] std::vector<std::string> ExecutedSql() const;
   /// The connections that are alive, the oldest first.
@@ -41,8 +41,8 @@ class FakeData final : public DataAccess, public FakeServer {
 
  private:
   EventQueue& queue_;
-  std::shared_ptr<FakeLog> log_ = std::make_shared<FakeLog>();
-  std::map<std::string, FakeServer> servers_;
+  std::shared_ptr<MemoryLog> log_ = std::make_shared<MemoryLog>();
+  std::map<std::string, MemoryServer> servers_;
   std::vector<std::weak_ptr<FakeConnection>> connections_;
 };
 

@@ -1,4 +1,4 @@
-#include "tests/support/FakeData.h"
+#include "tests/support/MemoryData.h"
 
 #include <memory>
 #include <string>
@@ -20,7 +20,7 @@ using testing::IsEmpty;
 
 constexpr int asyncOptions = openOption::text | openOption::asyncExecute | openOption::asyncFetch;
 
-class FakeDataTest : public testing::Test {
+class MemoryDataTest : public testing::Test {
  protected:
   std::shared_ptr<Connection> Connect(const std::string& connectionString = "db") {
     auto connection = data_.CreateConnection();
@@ -64,19 +64,19 @@ class FakeDataTest : public testing::Test {
   }
 
   HeadlessQueue queue_;
-  FakeData data_{queue_};
+  MemoryData data_{queue_};
   std::vector<std::string> seen_;
 };
 
-const FakeRows threeRows = {{1, "b"}, {2, "a"}, {3, Value()}};
+const MemoryRows threeRows = {{1, "b"}, {2, "a"}, {3, Value()}};
 
 std::vector<FieldInfo> IdAndName() {
-  return {FakeField("id", DataType::Integer), FakeField("name")};
+  return {MemoryField("id", DataType::Integer), MemoryField("name")};
 }
 
 }  // namespace
 
-TEST_F(FakeDataTest, OpensAtOnceOrInSteps) {
+TEST_F(MemoryDataTest, OpensAtOnceOrInSteps) {
   const auto waiting = Connect();
   EXPECT_EQ(waiting->State(), objectState::open);
   EXPECT_THAT(seen_, IsEmpty());
@@ -91,8 +91,8 @@ TEST_F(FakeDataTest, OpensAtOnceOrInSteps) {
   EXPECT_EQ(data_.Log().openSessions, 2);
 }
 
-TEST_F(FakeDataTest, OpeningFailsOnDemand) {
-  data_.ServerOf("db").openFailure = FakeError("refused");
+TEST_F(MemoryDataTest, OpeningFailsOnDemand) {
+  data_.ServerOf("db").openFailure = MemoryError("refused");
   EXPECT_EQ(ErrorNumberOf([&] { Connect(); }), errorNumber::database);
   const auto later = data_.CreateConnection();
   later->SetConnectionString("db");
@@ -102,13 +102,13 @@ TEST_F(FakeDataTest, OpeningFailsOnDemand) {
   EXPECT_EQ(later->State(), objectState::closed);
   EXPECT_THAT(seen_, ElementsAre("connect: refused"));
   EXPECT_EQ(later->Errors().at(0).description, "refused");
-  data_.ServerOf("db").openRefused = FakeError("no provider", errorNumber::providerNotFound);
+  data_.ServerOf("db").openRefused = MemoryError("no provider", errorNumber::providerNotFound);
   EXPECT_EQ(ErrorNumberOf([&] { later->Open("", "", asyncConnect); }),
             errorNumber::providerNotFound);
   EXPECT_EQ(later->State(), objectState::closed);
 }
 
-TEST_F(FakeDataTest, AHeldOpeningEndsByCancel) {
+TEST_F(MemoryDataTest, AHeldOpeningEndsByCancel) {
   data_.holdConnecting = true;
   const auto connection = data_.CreateConnection();
   Listen(*connection);
@@ -122,7 +122,7 @@ TEST_F(FakeDataTest, AHeldOpeningEndsByCancel) {
   EXPECT_THAT(seen_, ElementsAre("connect: The operation was cancelled."));
 }
 
-TEST_F(FakeDataTest, ASchemaRowsetIsReadAsACommandIs) {
+TEST_F(MemoryDataTest, ASchemaRowsetIsReadAsACommandIs) {
   data_.tables = {{"shop", "", "item", "TABLE", IdAndName()}};
   const auto connection = Connect();
   const auto tables = connection->CreateSchemaRecordset(SchemaRowset::Tables, {});
@@ -134,7 +134,7 @@ TEST_F(FakeDataTest, ASchemaRowsetIsReadAsACommandIs) {
   EXPECT_EQ(tables->RecordCount(), 1);
 }
 
-TEST_F(FakeDataTest, AHeldOpeningGoesOnWhenResumed) {
+TEST_F(MemoryDataTest, AHeldOpeningGoesOnWhenResumed) {
   data_.holdConnecting = true;
   const auto connection = data_.CreateConnection();
   Listen(*connection);
@@ -146,7 +146,7 @@ TEST_F(FakeDataTest, AHeldOpeningGoesOnWhenResumed) {
   EXPECT_THAT(seen_, ElementsAre("connect"));
 }
 
-TEST_F(FakeDataTest, FetchesInBlocks) {
+TEST_F(MemoryDataTest, FetchesInBlocks) {
   data_.Answer("select", IdAndName(), threeRows).Block(2);
   const auto connection = Connect();
   const auto recordset = Command(*connection, "select");
@@ -162,7 +162,7 @@ TEST_F(FakeDataTest, FetchesInBlocks) {
   EXPECT_THAT(data_.ExecutedSql(), ElementsAre("select"));
 }
 
-TEST_F(FakeDataTest, WaitsForAllRows) {
+TEST_F(MemoryDataTest, WaitsForAllRows) {
   data_.Answer("select", IdAndName(), threeRows);
   const auto connection = Connect();
   const auto recordset = Command(*connection, "select");
@@ -171,7 +171,7 @@ TEST_F(FakeDataTest, WaitsForAllRows) {
   EXPECT_THAT(seen_, ElementsAre("execute -1 state 9"));
 }
 
-TEST_F(FakeDataTest, CommandsWithoutRowsLeaveTheRecordsetClosed) {
+TEST_F(MemoryDataTest, CommandsWithoutRowsLeaveTheRecordsetClosed) {
   data_.AnswerCount("update", 3);
   data_.AnswerNothing("create");
   const auto connection = Connect();
@@ -184,8 +184,8 @@ TEST_F(FakeDataTest, CommandsWithoutRowsLeaveTheRecordsetClosed) {
             errorNumber::objectClosed);
 }
 
-TEST_F(FakeDataTest, CommandsFailOnDemand) {
-  data_.AnswerError("bad", FakeError("syntax"));
+TEST_F(MemoryDataTest, CommandsFailOnDemand) {
+  data_.AnswerError("bad", MemoryError("syntax"));
   const auto connection = Connect();
   EXPECT_EQ(ErrorNumberOf([&] { Command(*connection, "bad")->Open(openOption::text); }),
             errorNumber::database);
@@ -197,8 +197,8 @@ TEST_F(FakeDataTest, CommandsFailOnDemand) {
   EXPECT_EQ(connection->State(), objectState::open);
 }
 
-TEST_F(FakeDataTest, AFetchFailsOnDemandAndKeepsTheRows) {
-  data_.Answer("select", IdAndName(), threeRows).FailAtRow(2, FakeError("broken"));
+TEST_F(MemoryDataTest, AFetchFailsOnDemandAndKeepsTheRows) {
+  data_.Answer("select", IdAndName(), threeRows).FailAtRow(2, MemoryError("broken"));
   const auto connection = Connect();
   const auto recordset = Command(*connection, "select");
   recordset->Open(asyncOptions);
@@ -208,7 +208,7 @@ TEST_F(FakeDataTest, AFetchFailsOnDemandAndKeepsTheRows) {
   EXPECT_EQ(recordset->RecordCount(), 2);
 }
 
-TEST_F(FakeDataTest, CancelsWhileExecuting) {
+TEST_F(MemoryDataTest, CancelsWhileExecuting) {
   data_.Answer("select", IdAndName(), threeRows).HoldExecuting();
   const auto connection = Connect();
   const auto recordset = Command(*connection, "select");
@@ -221,7 +221,7 @@ TEST_F(FakeDataTest, CancelsWhileExecuting) {
   EXPECT_EQ(connection->State(), objectState::open);
 }
 
-TEST_F(FakeDataTest, CancelsWhileFetchingAndKeepsTheRows) {
+TEST_F(MemoryDataTest, CancelsWhileFetchingAndKeepsTheRows) {
   data_.Answer("select", IdAndName(), threeRows).HoldAtRow(1);
   const auto connection = Connect();
   const auto recordset = Command(*connection, "select");
@@ -237,7 +237,7 @@ TEST_F(FakeDataTest, CancelsWhileFetchingAndKeepsTheRows) {
   EXPECT_EQ(recordset->RecordCount(), 1);
 }
 
-TEST_F(FakeDataTest, ARecordsetClosedWhileFetchingStaysEmpty) {
+TEST_F(MemoryDataTest, ARecordsetClosedWhileFetchingStaysEmpty) {
   data_.Answer("select", IdAndName(), threeRows).HoldAtRow(1);
   data_.Answer("other", IdAndName(), {{7, "x"}});
   const auto connection = Connect();
@@ -255,7 +255,7 @@ TEST_F(FakeDataTest, ARecordsetClosedWhileFetchingStaysEmpty) {
   EXPECT_EQ(ToText(recordset->FieldValue(0)), "7");
 }
 
-TEST_F(FakeDataTest, ALateCancelDoesNotHitTheNextCommand) {
+TEST_F(MemoryDataTest, ALateCancelDoesNotHitTheNextCommand) {
   data_.AnswerCount("update", 1);
   const auto connection = Connect();
   const auto first = Command(*connection, "update");
@@ -267,7 +267,7 @@ TEST_F(FakeDataTest, ALateCancelDoesNotHitTheNextCommand) {
   EXPECT_THAT(seen_, ElementsAre("execute 1 state 0", "execute 1 state 0"));
 }
 
-TEST_F(FakeDataTest, OneCommandRunsAtATime) {
+TEST_F(MemoryDataTest, OneCommandRunsAtATime) {
   data_.AnswerCount("update", 1);
   const auto connection = Connect();
   const auto first = Command(*connection, "update");
@@ -278,8 +278,8 @@ TEST_F(FakeDataTest, OneCommandRunsAtATime) {
   EXPECT_EQ(ErrorNumberOf([&] { Command(*connection, " \n")->Open(0); }), errorNumber::application);
 }
 
-TEST_F(FakeDataTest, NoticesFollowASuccess) {
-  data_.AnswerCount("update", 1).Notices({FakeError("truncated", errorNumber::information)});
+TEST_F(MemoryDataTest, NoticesFollowASuccess) {
+  data_.AnswerCount("update", 1).Notices({MemoryError("truncated", errorNumber::information)});
   const auto connection = Connect();
   Command(*connection, "update")->Open(openOption::text);
   ASSERT_EQ(connection->Errors().size(), 1U);
@@ -288,7 +288,7 @@ TEST_F(FakeDataTest, NoticesFollowASuccess) {
   EXPECT_THAT(connection->Errors(), IsEmpty());
 }
 
-TEST_F(FakeDataTest, NoticesOfAConnectionThatIsGoneAreDropped) {
+TEST_F(MemoryDataTest, NoticesOfAConnectionThatIsGoneAreDropped) {
   data_.AnswerCount("update", 1);
   auto connection = Connect();
   const auto recordset = Command(*connection, "update");
@@ -299,7 +299,7 @@ TEST_F(FakeDataTest, NoticesOfAConnectionThatIsGoneAreDropped) {
   EXPECT_THAT(data_.Log().closed, ElementsAre("db"));
 }
 
-TEST_F(FakeDataTest, ClosingEndsWhatRuns) {
+TEST_F(MemoryDataTest, ClosingEndsWhatRuns) {
   data_.Answer("select", IdAndName(), threeRows).HoldExecuting();
   const auto connection = Connect();
   const auto recordset = Command(*connection, "select");
@@ -314,13 +314,13 @@ TEST_F(FakeDataTest, ClosingEndsWhatRuns) {
   EXPECT_EQ(connection->State(), objectState::open);
 }
 
-TEST_F(FakeDataTest, ClosingFailsOnDemand) {
-  data_.closeFailure = FakeError("stuck");
+TEST_F(MemoryDataTest, ClosingFailsOnDemand) {
+  data_.closeFailure = MemoryError("stuck");
   const auto connection = Connect();
   EXPECT_EQ(ErrorNumberOf([&] { connection->Close(); }), errorNumber::database);
 }
 
-TEST_F(FakeDataTest, AnswersOfOneTextComeInOrder) {
+TEST_F(MemoryDataTest, AnswersOfOneTextComeInOrder) {
   data_.AnswerCount("update", 1);
   data_.AnswerCount("update", 0);
   const auto connection = Connect();
@@ -328,7 +328,7 @@ TEST_F(FakeDataTest, AnswersOfOneTextComeInOrder) {
   EXPECT_THAT(seen_, ElementsAre("execute 1 state 0", "execute 0 state 0", "execute 0 state 0"));
 }
 
-TEST_F(FakeDataTest, EachConnectionStringMayHaveItsServer) {
+TEST_F(MemoryDataTest, EachConnectionStringMayHaveItsServer) {
   data_.AnswerCount("update", 1);
   data_.ServerOf("other").AnswerCount("update", 7);
   const auto connection = Connect("db");
@@ -338,7 +338,7 @@ TEST_F(FakeDataTest, EachConnectionStringMayHaveItsServer) {
   EXPECT_THAT(seen_, ElementsAre("execute 7 state 0", "execute 1 state 0"));
 }
 
-TEST_F(FakeDataTest, CatalogsAreChanged) {
+TEST_F(MemoryDataTest, CatalogsAreChanged) {
   data_.catalogs = {"shop", "archive"};
   data_.defaultDatabase = "shop";
   const auto connection = Connect();
@@ -351,13 +351,13 @@ TEST_F(FakeDataTest, CatalogsAreChanged) {
   data_.takesBrackets = true;
   connection->SetDefaultDatabase("[shop]");
   EXPECT_EQ(connection->DefaultDatabase(), "shop");
-  data_.catalogFailures["archive"] = FakeError("denied");
+  data_.catalogFailures["archive"] = MemoryError("denied");
   EXPECT_EQ(ErrorNumberOf([&] { connection->SetDefaultDatabase("archive"); }),
             errorNumber::database);
   EXPECT_THAT(data_.Log().catalogs, ElementsAre("[archive]", "ARCHIVE", "[shop]", "archive"));
 }
 
-TEST_F(FakeDataTest, SchemaRowsetsObeyTheirRestrictions) {
+TEST_F(MemoryDataTest, SchemaRowsetsObeyTheirRestrictions) {
   data_.catalogs = {"shop"};
   data_.tables = {{"shop", "", "item", "TABLE", IdAndName()}, {"shop", "", "recent", "VIEW", {}}};
   const auto connection = Connect();
@@ -370,13 +370,13 @@ TEST_F(FakeDataTest, SchemaRowsetsObeyTheirRestrictions) {
   const auto columns = connection->OpenSchema(SchemaRowset::Columns, {"", "", "item"});
   ASSERT_EQ(columns->RecordCount(), 2);
   EXPECT_EQ(ToText(columns->ValueAt(1, *columns->FindField("ORDINAL_POSITION"))), "2");
-  data_.schemaFailures[SchemaRowset::Tables] = FakeError("none", errorNumber::notSupported);
+  data_.schemaFailures[SchemaRowset::Tables] = MemoryError("none", errorNumber::notSupported);
   EXPECT_EQ(
       ErrorNumberOf([&] { static_cast<void>(connection->OpenSchema(SchemaRowset::Tables, {})); }),
       errorNumber::notSupported);
 }
 
-TEST_F(FakeDataTest, PropertiesCanBeMissing) {
+TEST_F(MemoryDataTest, PropertiesCanBeMissing) {
   data_.properties.Clear();
   data_.Answer("select", IdAndName(), threeRows).WithoutProperties();
   const auto connection = Connect();
@@ -390,7 +390,7 @@ TEST_F(FakeDataTest, PropertiesCanBeMissing) {
   EXPECT_EQ(recordset->RecordsetProperties().Find("Unique Rows"), nullptr);
 }
 
-TEST_F(FakeDataTest, RecordsAreWalked) {
+TEST_F(MemoryDataTest, RecordsAreWalked) {
   data_.Answer("select", IdAndName(), threeRows);
   data_.Answer("none", IdAndName(), {});
   const auto connection = Connect();
@@ -410,7 +410,7 @@ TEST_F(FakeDataTest, RecordsAreWalked) {
   EXPECT_TRUE(empty->Bof() && empty->Eof());
 }
 
-TEST_F(FakeDataTest, SortingKeepsBookmarksAndTheCurrentRecord) {
+TEST_F(MemoryDataTest, SortingKeepsBookmarksAndTheCurrentRecord) {
   data_.Answer("select", IdAndName(), threeRows);
   const auto connection = Connect();
   const auto recordset = Command(*connection, "select");
@@ -427,7 +427,7 @@ TEST_F(FakeDataTest, SortingKeepsBookmarksAndTheCurrentRecord) {
   EXPECT_EQ(recordset->PositionOf(first), 0);
 }
 
-TEST_F(FakeDataTest, AClonePositionsByItself) {
+TEST_F(MemoryDataTest, AClonePositionsByItself) {
   data_.Answer("select", IdAndName(), threeRows);
   const auto connection = Connect();
   const auto recordset = Command(*connection, "select");

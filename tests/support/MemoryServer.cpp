@@ -1,4 +1,4 @@
-#include "tests/support/FakeServer.h"
+#include "tests/support/MemoryServer.h"
 
 #include <algorithm>
 #include <utility>
@@ -15,13 +15,13 @@ Value TextOrNull(const std::string& text) { return text.empty() ? Value() : Valu
 
 /// Whether a row's first values are those that the restrictions ask for; empty ones ask for
 /// nothing.
-bool Matches(const FakeRow& row, const std::vector<std::string>& restrictions) {
+bool Matches(const MemoryRow& row, const std::vector<std::string>& restrictions) {
   for (std::size_t i = 0; i < restrictions.size() && i < row.size(); ++i)
     if (!restrictions[i].empty() && row[i] != Value(restrictions[i])) return false;
   return true;
 }
 
-void AppendColumns(const FakeTable& table, FakeRows& rows) {
+void AppendColumns(const MemoryTable& table, MemoryRows& rows) {
   std::int64_t ordinal = 0;
   for (const FieldInfo& column : table.columns)
     rows.push_back({TextOrNull(table.catalog), TextOrNull(table.schema), table.name, column.name,
@@ -30,23 +30,23 @@ void AppendColumns(const FakeTable& table, FakeRows& rows) {
 }
 
 std::vector<FieldInfo> SchemaFields(SchemaRowset schema) {
-  if (schema == SchemaRowset::Catalogs) return FakeFields({"CATALOG_NAME", "DESCRIPTION"});
+  if (schema == SchemaRowset::Catalogs) return MemoryFields({"CATALOG_NAME", "DESCRIPTION"});
   if (schema == SchemaRowset::Tables)
-    return FakeFields({"TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME", "TABLE_TYPE", "DESCRIPTION",
-                       "NEEDS_SCHEMA"});
+    return MemoryFields({"TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME", "TABLE_TYPE", "DESCRIPTION",
+                         "NEEDS_SCHEMA"});
   std::vector<FieldInfo> fields =
-      FakeFields({"TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME", "COLUMN_NAME"});
-  fields.push_back(FakeField("ORDINAL_POSITION", DataType::Integer));
-  fields.push_back(FakeField("IS_NULLABLE", DataType::Boolean));
-  fields.push_back(FakeField("DATA_TYPE", DataType::Integer));
-  fields.push_back(FakeField("TYPE_NAME"));
-  fields.push_back(FakeField("NEEDS_SCHEMA", DataType::Boolean));
+      MemoryFields({"TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME", "COLUMN_NAME"});
+  fields.push_back(MemoryField("ORDINAL_POSITION", DataType::Integer));
+  fields.push_back(MemoryField("IS_NULLABLE", DataType::Boolean));
+  fields.push_back(MemoryField("DATA_TYPE", DataType::Integer));
+  fields.push_back(MemoryField("TYPE_NAME"));
+  fields.push_back(MemoryField("NEEDS_SCHEMA", DataType::Boolean));
   return fields;
 }
 
 }  // namespace
 
-FieldInfo FakeField(std::string name, DataType type) {
+FieldInfo MemoryField(std::string name, DataType type) {
   FieldInfo field;
   field.name = std::move(name);
   field.type = type;
@@ -54,109 +54,109 @@ FieldInfo FakeField(std::string name, DataType type) {
   return field;
 }
 
-std::vector<FieldInfo> FakeFields(const std::vector<std::string>& names) {
+std::vector<FieldInfo> MemoryFields(const std::vector<std::string>& names) {
   std::vector<FieldInfo> fields;
   fields.reserve(names.size());
-  for (const std::string& name : names) fields.push_back(FakeField(name));
+  for (const std::string& name : names) fields.push_back(MemoryField(name));
   return fields;
 }
 
-ErrorInfo FakeError(std::string description, std::int32_t number) {
+ErrorInfo MemoryError(std::string description, std::int32_t number) {
   ErrorInfo error;
   error.number = number;
-  error.source = "FakeServer";
+  error.source = "MemoryServer";
   error.description = std::move(description);
   return error;
 }
 
-FakeResult& FakeResult::Notices(std::vector<ErrorInfo> list) {
+MemoryResult& MemoryResult::Notices(std::vector<ErrorInfo> list) {
   notices = std::move(list);
   return *this;
 }
 
-FakeResult& FakeResult::FailAtRow(std::size_t row, ErrorInfo error) {
+MemoryResult& MemoryResult::FailAtRow(std::size_t row, ErrorInfo error) {
   failAtRow = row;
   failure = std::move(error);
   return *this;
 }
 
-FakeResult& FakeResult::Block(std::size_t size) {
+MemoryResult& MemoryResult::Block(std::size_t size) {
   block = size;
   return *this;
 }
 
-FakeResult& FakeResult::UniqueRows(bool unique) {
+MemoryResult& MemoryResult::UniqueRows(bool unique) {
   uniqueRows = unique;
   return *this;
 }
 
-FakeResult& FakeResult::WithoutProperties() {
+MemoryResult& MemoryResult::WithoutProperties() {
   hasUniqueRowsProperty = false;
   return *this;
 }
 
-FakeResult& FakeResult::Writable(bool canBeWritten) {
+MemoryResult& MemoryResult::Writable(bool canBeWritten) {
   writable = canBeWritten;
   return *this;
 }
 
-FakeResult& FakeResult::NewCatalog(std::string name) {
+MemoryResult& MemoryResult::NewCatalog(std::string name) {
   newCatalog = std::move(name);
   return *this;
 }
 
-FakeResult& FakeResult::Leaves(UserTransaction state) {
+MemoryResult& MemoryResult::Leaves(UserTransaction state) {
   transaction = state;
   return *this;
 }
 
-FakeResult& FakeResult::HoldExecuting() {
+MemoryResult& MemoryResult::HoldExecuting() {
   holdExecuting = true;
   return *this;
 }
 
-FakeResult& FakeResult::HoldAtRow(std::size_t row) {
+MemoryResult& MemoryResult::HoldAtRow(std::size_t row) {
   holdAtRow = row;
   return *this;
 }
 
-FakeServer::FakeServer() {
+MemoryServer::MemoryServer() {
   properties.Set("Data Source Object Threading Model", std::int64_t{1});
-  properties.Set("Provider Name", std::string("FakeServer"));
+  properties.Set("Provider Name", std::string("MemoryServer"));
   properties.Set("DBMS Name", std::string("Fake"));
   properties.Set("DBMS Version", std::string("1.0"));
   properties.Set("Identifier Quote Character", std::string("\""));
 }
 
-FakeResult& FakeServer::Answer(const std::string& sql, std::vector<FieldInfo> fields,
-                               FakeRows rows) {
-  FakeResult result;
+MemoryResult& MemoryServer::Answer(const std::string& sql, std::vector<FieldInfo> fields,
+                                   MemoryRows rows) {
+  MemoryResult result;
   result.fields = std::move(fields);
   *result.rows = std::move(rows);
   return Add(sql, std::move(result));
 }
 
-FakeResult& FakeServer::AnswerCount(const std::string& sql, std::int64_t recordsAffected) {
-  FakeResult result;
+MemoryResult& MemoryServer::AnswerCount(const std::string& sql, std::int64_t recordsAffected) {
+  MemoryResult result;
   result.recordsAffected = recordsAffected;
   return Add(sql, std::move(result));
 }
 
-FakeResult& FakeServer::AnswerNothing(const std::string& sql) { return AnswerCount(sql, -1); }
+MemoryResult& MemoryServer::AnswerNothing(const std::string& sql) { return AnswerCount(sql, -1); }
 
-FakeResult& FakeServer::AnswerError(const std::string& sql, ErrorInfo error) {
-  FakeResult result;
+MemoryResult& MemoryServer::AnswerError(const std::string& sql, ErrorInfo error) {
+  MemoryResult result;
   result.failure = std::move(error);
   return Add(sql, std::move(result));
 }
 
-FakeResult& FakeServer::Add(const std::string& sql, FakeResult result) {
-  std::deque<FakeResult>& list = answers_[sql].list;
+MemoryResult& MemoryServer::Add(const std::string& sql, MemoryResult result) {
+  std::deque<MemoryResult>& list = answers_[sql].list;
   list.push_back(std::move(result));
   return list.back();
 }
 
-const FakeResult& FakeServer::TakeAnswer(const std::string& sql) {
+const MemoryResult& MemoryServer::TakeAnswer(const std::string& sql) {
   const auto found = answers_.find(sql);
   if (found == answers_.end()) StopTest("The fake server has no answer to:\n" + sql);
   Answers& answers = found->second;
@@ -164,25 +164,25 @@ const FakeResult& FakeServer::TakeAnswer(const std::string& sql) {
   return answers.list[std::min(answers.next++, last)];
 }
 
-FakeResult FakeServer::SchemaRows(SchemaRowset schema,
-                                  const std::vector<std::string>& restrictions) const {
+MemoryResult MemoryServer::SchemaRows(SchemaRowset schema,
+                                      const std::vector<std::string>& restrictions) const {
   const auto failure = schemaFailures.find(schema);
   if (failure != schemaFailures.end()) throw Error(failure->second);
-  FakeResult result;
+  MemoryResult result;
   result.fields = SchemaFields(schema);
   if (schema == SchemaRowset::Catalogs)
     for (const std::string& catalog : catalogs) result.rows->push_back({catalog, Value()});
-  for (const FakeTable& table : tables) {
+  for (const MemoryTable& table : tables) {
     if (schema == SchemaRowset::Columns) AppendColumns(table, *result.rows);
     if (schema == SchemaRowset::Tables)
       result.rows->push_back({TextOrNull(table.catalog), TextOrNull(table.schema), table.name,
                               table.type, Value(), table.needsSchema});
   }
-  std::erase_if(*result.rows, [&](const FakeRow& row) { return !Matches(row, restrictions); });
+  std::erase_if(*result.rows, [&](const MemoryRow& row) { return !Matches(row, restrictions); });
   return result;
 }
 
-std::string FakeServer::FindCatalog(const std::string& name) const {
+std::string MemoryServer::FindCatalog(const std::string& name) const {
   const auto failure = catalogFailures.find(name);
   if (failure != catalogFailures.end()) throw Error(failure->second);
   const bool bracketed =
@@ -190,7 +190,7 @@ std::string FakeServer::FindCatalog(const std::string& name) const {
   const std::string bare = bracketed ? name.substr(1, name.size() - 2) : name;
   for (const std::string& catalog : catalogs)
     if (EqualNoCase(catalog, bare)) return catalog;
-  throw Error(FakeError("Unknown database '" + name + "'."));
+  throw Error(MemoryError("Unknown database '" + name + "'."));
 }
 
 }  // namespace tessel::test
