@@ -179,7 +179,7 @@ void DataConnection::Finish(const Task& task, const TaskNews& news) {
 void DataConnection::NoteTransaction(UserTransaction state) {
   const UserTransaction before = std::exchange(transaction_.state, state);
   if (before == state) return;
-  if (!IsUnderWay(before)) transaction_.since = std::chrono::system_clock::now();
+  if (!IsUnderWay(before)) transaction_.since = services_.now();
   AnnounceTransaction();
 }
 
@@ -240,7 +240,7 @@ void DataConnection::Execute(const std::shared_ptr<ClientRecordset>& recordset,
                              const std::string& sql, int options) {
   RequireIdle();
   if (IsBlank(sql)) throw Error(errorNumber::application, "Tessel", "The command text is empty.");
-  Run(recordset, std::make_shared<ExecuteTask>(sql, services_.rowMemory), options);
+  Run(recordset, std::make_shared<ExecuteTask>(sql, services_.rowMemory, services_.pace), options);
 }
 
 void DataConnection::Run(const std::shared_ptr<ClientRecordset>& recordset,

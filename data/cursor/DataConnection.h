@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -24,6 +25,9 @@ struct ConnectionServices {
   std::shared_ptr<const ProviderRegistry> providers;
   HostStarter startHost;                         ///< Where their tasks run.
   RowMemory rowMemory = RowMemory::OfMachine();  ///< Of each result.
+  FetchPace pace = {};                           ///< Of each result.
+  /// The time at which a transaction is first seen.
+  std::function<std::chrono::system_clock::time_point()> now = &std::chrono::system_clock::now;
 };
 
 /// A row that is being changed, among those it belongs to.

@@ -62,6 +62,11 @@ bool Task::Ended() const {
   return ended_;
 }
 
+bool Task::HasResult() const {
+  const std::lock_guard lock(mutex_);
+  return hasResult_;
+}
+
 bool Task::WaitForEnd(Milliseconds limit) const {
   std::unique_lock lock(mutex_);
   return changed_.wait_for(lock, limit, [this] { return ended_; });
@@ -235,15 +240,15 @@ void ExecuteTask::FetchBlock(ProviderSession& session) {
 /// of them.
 void ExecuteTask::OfferRows() {
   const auto now = std::chrono::steady_clock::now();
-  const bool slow = now - std::exchange(lastLook_, now) > handOverInterval;
-  rowsAtOnce_ =
-      slow ? std::max<std::size_t>(rowsAtOnce_ / 2, 1) : std::min(rowsAtOnce_ * 2, mostRowsAtOnce);
-  if (now - lastHandOver_ < handOverInterval) return;
+  const bool slow = now - std::exchange(lastLook_, now) > pace_.handOver;
+  rowsAtOnce_ = slow ? std::max(rowsAtOnce_ / 2, pace_.fewestRows)
+                     : std::min(rowsAtOnce_ * 2, FetchPace::mostRows);
+  if (now - lastHandOver_ < pace_.handOver) return;
   lastHandOver_ = now;
-  const bool tell = now - lastProgress_ >= progressInterval;
+  const bool tell = now - lastProgress_ >= pace_.progress;
   if (tell) lastProgress_ = now;
   const bool large = static_cast<std::int64_t>(rows_.PendingRows()) * 4 >= rows_.Rows();
-  if (large || now - lastChunk_ >= chunkInterval) {
+  if (large || now - lastChunk_ >= pace_.chunk) {
     lastChunk_ = now;
     rows_.CloseChunk();
   }

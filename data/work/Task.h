@@ -67,6 +67,8 @@ class Task : public Operation {
   /// True for the first caller only.
   [[nodiscard]] bool BeginCancel();
   [[nodiscard]] bool Ended() const;
+  /// Whether the command has a result with columns.
+  [[nodiscard]] bool HasResult() const;
   /// Waits until the task has ended or `limit` is over; tells whether it has ended.
   [[nodiscard]] bool WaitForEnd(Milliseconds limit) const;
   void WaitForEnd() const;
@@ -136,28 +138,37 @@ class SchemaTask : public Task {
  public:
   explicit SchemaTask(SchemaRequest request) : request_(std::move(request)) {}
 
+  [[nodiscard]] SchemaRowset Schema() const { return request_.schema; }
+
   [[nodiscard]] bool Step(ProviderSession& session) override;
 
  private:
   SchemaRequest request_;
 };
 
+/// How often something is heard of rows that are being fetched.
+struct FetchPace {
+  /// The worker looks up from fetching after so many rows where they come fast.
+  static constexpr std::size_t mostRows = 256;
+
+  std::chrono::milliseconds progress{100};  ///< How often progress is told.
+  /// How often rows are handed over: what was fetched since is lost with a worker left behind.
+  std::chrono::milliseconds handOver{10};
+  /// How long rows may wait for their chunk to become large.
+  std::chrono::milliseconds chunk{250};
+  /// After so many rows the worker looks up where they come slowly, and at first.
+  std::size_t fewestRows = 1;
+};
+
 /// Runs a command and fetches its rows: a step for the command, one for each block of rows, and a
 /// last one for what follows the rows.
 class ExecuteTask : public Task {
  public:
-  /// How often progress is told.
-  static constexpr Milliseconds progressInterval{100};
-  /// How often rows are handed over: what was fetched since is lost with a worker left behind.
-  static constexpr Milliseconds handOverInterval{10};
-  /// How long rows may wait for their chunk to become large.
-  static constexpr Milliseconds chunkInterval{250};
-  /// The worker looks up from fetching after so many rows; sooner where rows come slowly.
-  static constexpr std::size_t mostRowsAtOnce = 256;
+  explicit ExecuteTask(std::string sql, RowMemory memory = RowMemory::OfMachine(),
+                       FetchPace pace = {})
+      : sql_(std::move(sql)), keeper_(std::move(memory)), pace_(pace) {}
 
-  explicit ExecuteTask(std::string sql, RowMemory memory = RowMemory::OfMachine())
-      : sql_(std::move(sql)), keeper_(std::move(memory)) {}
-
+  [[nodiscard]] const std::string& Sql() const { return sql_; }
   [[nodiscard]] bool Step(ProviderSession& session) override;
 
  private:
@@ -175,6 +186,7 @@ class ExecuteTask : public Task {
 
   std::string sql_;
   ChunkKeeper keeper_;
+  const FetchPace pace_;
   Stage stage_ = Stage::Command;
   std::vector<FieldInfo> fields_;
   RowSink rows_{0};
@@ -182,7 +194,7 @@ class ExecuteTask : public Task {
   std::chrono::steady_clock::time_point lastHandOver_;
   std::chrono::steady_clock::time_point lastChunk_;
   std::chrono::steady_clock::time_point lastProgress_;
-  std::size_t rowsAtOnce_ = 1;
+  std::size_t rowsAtOnce_ = pace_.fewestRows;
 };
 
 }  // namespace tessel

@@ -140,8 +140,10 @@ void RecordsThatCannotBeChangedNowSaySoAtTheFirstKeystroke(ContractHost& host) {
   test.data.catalogs = {"elsewhere"};
   test.connection->SetDefaultDatabase("elsewhere");
   test.Click(0, name);
-  host.OnMessage("These records come from the database '', and 'elsewhere' is in use now.",
-                 MessageResult::Ok);
+  host.OnMessage(
+      "These records were read while no database was in use, and 'elsewhere' is in use now: "
+      "run the query again. Nothing was changed.",
+      MessageResult::Ok);
   test.Type("x");
   EXPECT_FALSE(test.grid.EditActive());
   EXPECT_EQ(test.Shown(0, name), "one");

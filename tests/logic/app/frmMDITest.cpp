@@ -9,8 +9,7 @@
 namespace tessel {
 namespace {
 
-using test::MemoryError;
-using test::MemoryFields;
+using test::AnswerViews;
 
 /// The shortcuts as they are told to users: keys are padded to ten columns.
 std::string ExpectedShortcuts() {

@@ -1,5 +1,8 @@
 #include "logic/program/dlgAsync.h"
 
+#include <functional>
+#include <vector>
+
 #include "contract/desktop/Button.h"
 #include "contract/desktop/Progress.h"
 #include "tests/logic/LogicFixture.h"
@@ -7,10 +10,6 @@
 namespace tessel {
 namespace {
 
-using test::MemoryError;
-using test::MemoryField;
-using test::MemoryFields;
-using test::MemoryRows;
 using Step = test::DesktopScript::Step;
 
 class dlgAsyncTest : public test::LogicFixture {
@@ -187,7 +186,7 @@ TEST_F(dlgAsyncTest, AWindowThatBecomesActiveWhenTheWorkIsDoneHidesAtOnce) {
     w.Activate();
     EXPECT_TRUE(w.Visible()) << "the work goes on";
     data.Resume();
-    desktop.ProcessPending();
+    desktop.DrainEvents();
     EXPECT_FALSE(w.Visible());
     w.Show();
     EXPECT_FALSE(w.Visible()) << "active once more";
@@ -290,6 +289,22 @@ class dlgAsyncChangeTest : public dlgAsyncTest {
     rows->Open(openOption::text);
   }
 
+  /// Every way to change the records, or to take back what is pending.
+  static std::vector<std::function<void()>> ChangesOf(Recordset& records) {
+    return {[&] { records.SetFieldValue(0, Value(std::int64_t{30})); }, [&] { records.AddNew(); },
+            [&] { records.Update(0); }, [&] { records.Delete(0); },
+            [&] { records.CancelUpdate(); }};
+  }
+  /// Why something is refused; empty when it is not.
+  static std::string ReasonOf(const std::function<void()>& change) {
+    try {
+      change();
+    } catch (const Error& error) {
+      return error.Description();
+    }
+    return {};
+  }
+
   std::shared_ptr<MemoryRows> table;
   std::shared_ptr<Recordset> rows;
 };
@@ -338,6 +353,36 @@ TEST_F(dlgAsyncChangeTest, ACancelReturnsFalseAndTheChangeStaysPending) {
   });
   EXPECT_FALSE(async.DoDelete(rows, true));
   EXPECT_EQ(table->size(), 3U);
+}
+
+TEST_F(dlgAsyncChangeTest, RecordsThatAreStillArrivingAreNotChanged) {
+  data.Answer("more", {MemoryField("n", DataType::Integer)}, Rows(250)).HoldAtRow(200);
+  const auto more = Query("more");
+  more->SetLockType(LockType::Optimistic);
+  desktop.OnModal("dlgAsync", [&](test::HeadlessWindow&) {
+    EXPECT_EQ(more->RecordCount(), 200);
+    for (const auto& change : ChangesOf(*more))
+      EXPECT_EQ(ReasonOf(change), "The records are still being fetched.");
+    data.Resume();
+  });
+  EXPECT_TRUE(async.DoQuery(more, affected, true));
+  EXPECT_EQ(more->WhyNotChangeable(), std::nullopt);
+  more->SetFieldValue(0, Value(std::int64_t{-1}));
+  EXPECT_TRUE(async.DoUpdate(more, true));
+}
+
+TEST_F(dlgAsyncChangeTest, ARecordThatIsBeingWrittenIsLeftAlone) {
+  data.holdChanges = true;
+  rows->SetFieldValue(0, Value(std::int64_t{10}));
+  desktop.OnModal("dlgAsync", [&](test::HeadlessWindow&) {
+    for (const auto& change : ChangesOf(*rows))
+      EXPECT_EQ(ReasonOf(change), "The change is being written.");
+    data.Resume();
+  });
+  EXPECT_TRUE(async.DoUpdate(rows, true));
+  EXPECT_EQ(table->at(0).at(0), Value(std::int64_t{10}));
+  EXPECT_EQ(rows->Editing(), EditMode::None);
+  EXPECT_EQ(data.Log().changes, 1);
 }
 
 // --- the program's own loops

@@ -5,10 +5,6 @@
 namespace tessel {
 namespace {
 
-using test::MemoryError;
-using test::MemoryField;
-using test::MemoryRows;
-
 class BrokenFetchTest : public test::RecordsFixture {
  protected:
   static constexpr const char* reason =

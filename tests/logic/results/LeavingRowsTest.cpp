@@ -10,7 +10,6 @@ namespace tessel {
 namespace {
 
 using test::HeadlessWindow;
-using test::MemoryError;
 
 constexpr const char* question = "Save the change to this record?";
 
@@ -111,9 +110,9 @@ TEST_P(EachWay, AChangeThatCannotBeWrittenStopsAndStays) {
 }
 
 TEST_P(EachWay, ALostServerStopsYesAndLetsNoGoOn) {
-  data.Connections().back()->LoseSession();
+  data.LoseSessions();
   desktop.ExpectMessage(question, MessageResult::Yes);
-  ExpectNotice("The connection is closed.");
+  ExpectNotice("The server has gone away.");
   way.go();
   EXPECT_FALSE(way.gone());
   EXPECT_TRUE(Grid().ChangePending());

@@ -10,8 +10,6 @@ namespace tessel {
 namespace {
 
 using test::HeadlessWindow;
-using test::MemoryError;
-using test::MemoryFields;
 
 constexpr const char* question = "The connection 'Shop' has a transaction open since 14:05.";
 constexpr const char* failedQuestion =
@@ -97,7 +95,8 @@ TEST_F(OpenTransactionTest, WhereTheDatabaseDoesNotTellThereIsNoWord) {
 
 TEST_F(OpenTransactionTest, ALostSessionHasNoTransaction) {
   Begin();
-  data.Connections().at(0)->LoseSession();
+  data.LoseSessions();
+  Run("another");
   desktop.DrainEvents();
   EXPECT_FALSE(Shows("lblTransaction"));
   W().CloseByControlBox();
@@ -203,8 +202,8 @@ TEST_P(EachEnd, AFailedTransactionCanOnlyBeRolledBack) {
 TEST_P(EachEnd, WithTheServerGoneACommitSaysSoAndTheNextAttemptGoesOn) {
   Begin();
   desktop.ExpectMessage(question, MessageResult::Yes,
-                        [this](const Message&) { data.Connections().at(0)->LoseSession(); });
-  ExpectNotice("The connection is closed.");
+                        [this](const Message&) { data.LoseSessions(); });
+  ExpectNotice("The server has gone away.");
   way.go();
   ExpectAllIsKept();
   if (std::string(way.name) == "CatalogChange") return;  // It needs a session.
@@ -216,8 +215,8 @@ TEST_P(EachEnd, ARollbackThatFindsTheServerGoneGoesOn) {
   if (std::string(way.name) == "CatalogChange") GTEST_SKIP() << "it needs a session";
   Begin();
   desktop.ExpectMessage(question, MessageResult::No,
-                        [this](const Message&) { data.Connections().at(0)->LoseSession(); });
-  if (std::string(way.name) != "FrameClose") ExpectNotice("The connection is closed.");
+                        [this](const Message&) { data.LoseSessions(); });
+  if (std::string(way.name) != "FrameClose") ExpectNotice("The server has gone away.");
   way.go();
   EXPECT_TRUE(way.gone());
 }
@@ -308,10 +307,9 @@ TEST_P(EachEnd, WithTheServerGoneOnlyTheChangeIsLeftToAskAbout) {
   if (std::string(way.name) == "CatalogChange") GTEST_SKIP() << "it needs a session";
   Begin();
   TypeIntoARow();
-  data.Connections().at(0)->LoseSession();
-  desktop.DrainEvents();
+  data.LoseSessions();
   desktop.ExpectMessage(saveQuestion, MessageResult::Yes);
-  ExpectNotice("The connection is closed.");
+  ExpectNotice("The server has gone away.");
   way.go();
   ExpectAllIsKept();
   EXPECT_EQ(Grid().CellText(), "typed");

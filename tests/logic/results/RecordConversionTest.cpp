@@ -6,9 +6,6 @@
 namespace tessel {
 namespace {
 
-using test::MemoryField;
-using test::MemoryRows;
-
 constexpr const char* allCommands[] = {"mnuCvtCSV",       "mnuCvtQuotedCSV", "mnuCvtTabDelimited",
                                        "mnuCvtInsertSQL", "mnuCvtSetSQL",    "mnuCvtHTMLTable",
                                        "mnuCvtArrayC"};
@@ -304,9 +301,9 @@ TEST_F(RecordConversionTest, CancelKeepsAndShowsWhatIsDone) {
 TEST_F(RecordConversionTest, AFailureIsShownCriticallyAndNoTextComesUp) {
   GiveThree();
   const auto rows = Grid().DataSource();
-  desktop.ExpectMessage("The recordset is closed.", MessageResult::Ok, [](const Message& message) {
-    EXPECT_EQ(message.icon, MessageIcon::Critical);
-  });
+  desktop.ExpectMessage(
+      "This is not possible while the recordset is closed.", MessageResult::Ok,
+      [](const Message& message) { EXPECT_EQ(message.icon, MessageIcon::Critical); });
   rows->Close();
   W().ChooseMenu("mnuCvtCSV");
   ExpectNoViewer();

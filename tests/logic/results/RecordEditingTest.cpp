@@ -6,7 +6,6 @@ namespace tessel {
 namespace {
 
 using test::HeadlessWindow;
-using test::MemoryError;
 
 class RecordEditingTest : public test::EditingFixture {
  protected:
@@ -58,7 +57,7 @@ TEST_F(RecordEditingTest, UnlockedRowsAreQueriedOptimisticallyAndMayBeChangedAdd
 // --- the warning ------------------------------------------------------------------------------
 
 TEST_F(RecordEditingTest, LockedRowsNeverShowTheWarningWhateverTheKeySays) {
-  data.Answer("select", test::MemoryFields({"a"}), {{Text("x")}}).UniqueRows(false);
+  data.Answer("select", MemoryFields({"a"}), {{Text("x")}}).UniqueRows(false);
   ASSERT_TRUE(Run("select"));
   EXPECT_FALSE(Shows("lblWarning"));
   EXPECT_EQ(Grid().Bounds().top, 840);
@@ -66,7 +65,7 @@ TEST_F(RecordEditingTest, LockedRowsNeverShowTheWarningWhateverTheKeySays) {
 
 TEST_F(RecordEditingTest, TheWarningTellsMoreWhenItIsDoubleClicked) {
   W().PressKey('L', shiftState::ctrl);
-  data.Answer("select", test::MemoryFields({"a"}), {{Text("x")}}).UniqueRows(false);
+  data.Answer("select", MemoryFields({"a"}), {{Text("x")}}).UniqueRows(false);
   ASSERT_TRUE(Run("select"));
   EXPECT_TRUE(Shows("lblWarning"));
   EXPECT_EQ(Grid().Bounds().top, 960);
@@ -88,7 +87,7 @@ TEST_F(RecordEditingTest, TheWarningTellsMoreWhenItIsDoubleClicked) {
 
 TEST_F(RecordEditingTest, ANewQueryAndAReconnectionHideTheButtonsAndTheWarning) {
   W().PressKey('L', shiftState::ctrl);
-  data.Answer("keyless", test::MemoryFields({"a"}), {{Text("y")}}).UniqueRows(false);
+  data.Answer("keyless", MemoryFields({"a"}), {{Text("y")}}).UniqueRows(false);
   ASSERT_TRUE(Run("keyless"));
   Type("x");
   EXPECT_TRUE(ButtonsShow());
@@ -297,7 +296,8 @@ TEST_F(RecordEditingTest, ARowThatSomebodyElseChangedIsAConflictAndStays) {
   table->at(0).at(name) = Text("theirs");
   ClickCell(0, name);
   Type("mine");
-  ExpectNotice("The record was changed or deleted by somebody else since it was read.");
+  ExpectNotice(
+      "The record was changed or deleted by somebody else since it was read. Nothing was changed.");
   Press('S', shiftState::ctrl);
   EXPECT_EQ(Stored(0, name), Text("theirs"));
   EXPECT_EQ(Grid().ShownText(0, name), "mine");
@@ -306,20 +306,20 @@ TEST_F(RecordEditingTest, ARowThatSomebodyElseChangedIsAConflictAndStays) {
 
 TEST_F(RecordEditingTest, ARowThatMatchesSeveralIsNotWritten) {
   W().PressKey('L', shiftState::ctrl);
-  data.Answer("twins", {test::MemoryField("a"), test::MemoryField("b")},
+  data.Answer("twins", {MemoryField("a"), MemoryField("b")},
               {{Text("x"), Text("y")}, {Text("x"), Text("y")}})
       .UniqueRows(false);
   ASSERT_TRUE(Run("twins"));
   ClickCell(0, 1);
   Type("z");
-  ExpectNotice("Several records match; none was changed.");
+  ExpectNotice("The record matches several rows; nothing was changed.");
   Press('S', shiftState::ctrl);
   EXPECT_TRUE(ButtonsShow());
 }
 
 TEST_F(RecordEditingTest, RowsThatCannotBeWrittenAreNotOfferedForEditing) {
   W().PressKey('L', shiftState::ctrl);
-  data.Answer("join", {test::MemoryField("a")}, {{Text("x")}}).Writable(false).UniqueRows(false);
+  data.Answer("join", {MemoryField("a")}, {{Text("x")}}).Writable(false).UniqueRows(false);
   ASSERT_TRUE(Run("join"));
   EXPECT_FALSE(Grid().AllowUpdate());
   EXPECT_FALSE(Grid().AllowDelete());
@@ -337,7 +337,7 @@ TEST_F(RecordEditingTest, RowsThatCannotBeWrittenAreNotOfferedForEditing) {
 
 TEST_F(RecordEditingTest, AColumnThatCannotBeWrittenIsReadOnly) {
   W().PressKey('L', shiftState::ctrl);
-  std::vector<FieldInfo> fields = test::MemoryFields({"a", "twice"});
+  std::vector<FieldInfo> fields = MemoryFields({"a", "twice"});
   fields[1].updatable = false;
   data.Answer("computed", fields, {{Text("x"), Text("xx")}});
   ASSERT_TRUE(Run("computed"));
@@ -600,7 +600,7 @@ TEST_F(RecordEditingTest, VisitingTheNewRowWithoutTypingAddsNothing) {
 
 TEST_F(RecordEditingTest, AQueryWithoutRowsOffersTheNewRecordAtOnce) {
   W().PressKey('L', shiftState::ctrl);
-  test::MemoryResult& answer = data.Answer("none", {test::MemoryField("a")}, {});
+  MemoryResult& answer = data.Answer("none", {MemoryField("a")}, {});
   ASSERT_TRUE(Run("none"));
   EXPECT_TRUE(Grid().OnNewRow());
   W().ClickGridCell("DataGrid", 0, 0);

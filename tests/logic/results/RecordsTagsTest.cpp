@@ -5,9 +5,6 @@
 namespace tessel {
 namespace {
 
-using test::MemoryField;
-using test::MemoryFields;
-
 class RecordsTagsTest : public test::RecordsFixture {};
 
 // --- values for tags

@@ -9,7 +9,8 @@ using test::HeadlessWindow;
 class OtherDatabaseTest : public test::EditingFixture {
  protected:
   static constexpr const char* refusal =
-      "These records come from the database 'prod', and 'test' is in use now.";
+      "These records come from the database 'prod', and 'test' is in use now: choose 'prod' again, "
+      "or run the query again. Nothing was changed.";
 
   OtherDatabaseTest() {
     data.defaultDatabase = "prod";
@@ -84,8 +85,7 @@ class BrokenTextTest : public test::EditingFixture {
   BrokenTextTest() {
     EXPECT_TRUE(Connect());
     W().PressKey('L', shiftState::ctrl);
-    table =
-        data.Answer("menu", test::MemoryFields({"id", "drink"}), {{Text("1"), Text(broken)}}).rows;
+    table = data.Answer("menu", MemoryFields({"id", "drink"}), {{Text("1"), Text(broken)}}).rows;
     EXPECT_TRUE(Run("menu"));
     ClickCell(0, 1);
   }

@@ -7,8 +7,7 @@
 namespace tessel {
 namespace {
 
-using test::MemoryError;
-using test::MemoryFields;
+using test::AnswerViews;
 
 /// Stands for the frame and the query window.
 class FakeSchemaHost : public SchemaHost, public SqlTarget {
@@ -506,7 +505,7 @@ TEST_F(SchemaBrowserTest, AMissingOrDamagedFileIsNotTold) {
 }
 
 TEST_F(SchemaBrowserTest, AConnectionThatNamesNoDatabaseNeitherReadsNorWritesAFile) {
-  test::MemoryServer& server = data.ServerOf("Provider=X");
+  MemoryServer& server = data.ServerOf("Provider=X");
   AnswerViews(server, {{"New", {"field"}}});
   connection = data.CreateConnection();
   connection->SetConnectionString("Provider=X");

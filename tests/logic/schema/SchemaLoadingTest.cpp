@@ -9,9 +9,7 @@
 namespace tessel {
 namespace {
 
-using test::MemoryError;
-using test::MemoryFields;
-using test::MemoryRows;
+using test::AnswerViews;
 
 const std::string viewsMissing = "no such table: INFORMATION_SCHEMA.TABLES";
 const std::string question =
@@ -277,8 +275,11 @@ TEST_F(SchemaLoadingTest, RowsWithoutTheExpectedFieldEndInTheMessage) {
 }
 
 TEST_F(SchemaLoadingTest, ALostConnectionEndsInTheMessage) {
-  data.Connections().front()->LoseSession();
-  ExpectFailure("The connection is closed.");
+  AnswerViews(data, shop);
+  data.LoseSessions();
+  ExpectFailure(
+      "The connection is closed: it was lost, or given up because the database did not react to "
+      "a cancel. Connect again.");
   EXPECT_FALSE(Load());
   EXPECT_TRUE(desktop.WindowsOf("dlgAsync").empty());
 }

@@ -1,47 +1,40 @@
-#include "tests/support/MemoryServer.h"
+#include "data/providers/memory/MemoryServer.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "contract/base/Ascii.h"
-#include "tests/support/TestStop.h"
 
-namespace tessel::test {
+namespace tessel {
 
 namespace {
 
 /// Empty names stand for null.
-Value TextOrNull(const std::string& text) { return text.empty() ? Value() : Value(text); }
-
-/// Whether a row's first values are those that the restrictions ask for; empty ones ask for
-/// nothing.
-bool Matches(const MemoryRow& row, const std::vector<std::string>& restrictions) {
-  for (std::size_t i = 0; i < restrictions.size() && i < row.size(); ++i)
-    if (!restrictions[i].empty() && row[i] != Value(restrictions[i])) return false;
-  return true;
+OptionalText TextOrNull(const std::string& text) {
+  return text.empty() ? OptionalText() : OptionalText(text);
 }
 
-void AppendColumns(const MemoryTable& table, MemoryRows& rows) {
+void AddTable(SchemaRows& rows, const MemoryTable& table) {
+  rows.AddTable({.catalog = TextOrNull(table.catalog),
+                 .schema = TextOrNull(table.schema),
+                 .name = table.name,
+                 .type = table.type,
+                 .description = {},
+                 .needsSchema = table.needsSchema});
+}
+
+void AddColumns(SchemaRows& rows, const MemoryTable& table) {
   std::int64_t ordinal = 0;
   for (const FieldInfo& column : table.columns)
-    rows.push_back({TextOrNull(table.catalog), TextOrNull(table.schema), table.name, column.name,
-                    ++ordinal, column.nullable, static_cast<std::int64_t>(column.type),
-                    column.typeName, table.needsSchema});
-}
-
-std::vector<FieldInfo> SchemaFields(SchemaRowset schema) {
-  if (schema == SchemaRowset::Catalogs) return MemoryFields({"CATALOG_NAME", "DESCRIPTION"});
-  if (schema == SchemaRowset::Tables)
-    return MemoryFields({"TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME", "TABLE_TYPE", "DESCRIPTION",
-                         "NEEDS_SCHEMA"});
-  std::vector<FieldInfo> fields =
-      MemoryFields({"TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME", "COLUMN_NAME"});
-  fields.push_back(MemoryField("ORDINAL_POSITION", DataType::Integer));
-  fields.push_back(MemoryField("IS_NULLABLE", DataType::Boolean));
-  fields.push_back(MemoryField("DATA_TYPE", DataType::Integer));
-  fields.push_back(MemoryField("TYPE_NAME"));
-  fields.push_back(MemoryField("NEEDS_SCHEMA", DataType::Boolean));
-  return fields;
+    rows.AddColumn({.catalog = TextOrNull(table.catalog),
+                    .schema = TextOrNull(table.schema),
+                    .table = table.name,
+                    .name = column.name,
+                    .ordinal = ++ordinal,
+                    .nullable = column.nullable,
+                    .type = column.type,
+                    .typeName = column.typeName,
+                    .needsSchema = table.needsSchema});
 }
 
 }  // namespace
@@ -90,11 +83,6 @@ MemoryResult& MemoryResult::UniqueRows(bool unique) {
   return *this;
 }
 
-MemoryResult& MemoryResult::WithoutProperties() {
-  hasUniqueRowsProperty = false;
-  return *this;
-}
-
 MemoryResult& MemoryResult::Writable(bool canBeWritten) {
   writable = canBeWritten;
   return *this;
@@ -120,10 +108,20 @@ MemoryResult& MemoryResult::HoldAtRow(std::size_t row) {
   return *this;
 }
 
+std::vector<FieldInfo> MemoryResult::DescribedFields() const {
+  std::vector<FieldInfo> described = fields;
+  if (!writable) return described;
+  for (FieldInfo& field : described) {
+    field.baseTable = table;
+    field.baseColumn = field.name;
+  }
+  return described;
+}
+
 MemoryServer::MemoryServer() {
   properties.Set("Data Source Object Threading Model", std::int64_t{1});
   properties.Set("Provider Name", std::string("MemoryServer"));
-  properties.Set("DBMS Name", std::string("Fake"));
+  properties.Set("DBMS Name", std::string("Memory"));
   properties.Set("DBMS Version", std::string("1.0"));
   properties.Set("Identifier Quote Character", std::string("\""));
 }
@@ -151,35 +149,42 @@ MemoryResult& MemoryServer::AnswerError(const std::string& sql, ErrorInfo error)
 }
 
 MemoryResult& MemoryServer::Add(const std::string& sql, MemoryResult result) {
+  result.table = "table" + std::to_string(++tables_);
   std::deque<MemoryResult>& list = answers_[sql].list;
   list.push_back(std::move(result));
   return list.back();
 }
 
-const MemoryResult& MemoryServer::TakeAnswer(const std::string& sql) {
+const MemoryResult* MemoryServer::FindAnswer(const std::string& sql) const {
   const auto found = answers_.find(sql);
-  if (found == answers_.end()) StopTest("The fake server has no answer to:\n" + sql);
-  Answers& answers = found->second;
-  const std::size_t last = answers.list.size() - 1;
-  return answers.list[std::min(answers.next++, last)];
+  if (found == answers_.end()) return nullptr;
+  const Answers& answers = found->second;
+  return &answers.list[std::min(answers.next, answers.list.size() - 1)];
 }
 
-MemoryResult MemoryServer::SchemaRows(SchemaRowset schema,
-                                      const std::vector<std::string>& restrictions) const {
-  const auto failure = schemaFailures.find(schema);
+const MemoryResult& MemoryServer::TakeAnswer(const std::string& sql) {
+  const MemoryResult* answer = FindAnswer(sql);
+  if (answer == nullptr) throw Error(MemoryError("The server in memory has no answer to:\n" + sql));
+  ++answers_[sql].next;
+  return *answer;
+}
+
+MemoryResult* MemoryServer::FindTable(std::string_view table) {
+  for (auto& [sql, answers] : answers_)
+    for (MemoryResult& result : answers.list)
+      if (result.table == table) return &result;
+  return nullptr;
+}
+
+void MemoryServer::ReadSchema(SchemaRows& rows) const {
+  const auto failure = schemaFailures.find(rows.Kind());
   if (failure != schemaFailures.end()) throw Error(failure->second);
-  MemoryResult result;
-  result.fields = SchemaFields(schema);
-  if (schema == SchemaRowset::Catalogs)
-    for (const std::string& catalog : catalogs) result.rows->push_back({catalog, Value()});
+  if (rows.Kind() == SchemaRowset::Catalogs)
+    for (const std::string& catalog : catalogs) rows.AddCatalog(catalog, {});
   for (const MemoryTable& table : tables) {
-    if (schema == SchemaRowset::Columns) AppendColumns(table, *result.rows);
-    if (schema == SchemaRowset::Tables)
-      result.rows->push_back({TextOrNull(table.catalog), TextOrNull(table.schema), table.name,
-                              table.type, Value(), table.needsSchema});
+    if (rows.Kind() == SchemaRowset::Columns) AddColumns(rows, table);
+    if (rows.Kind() == SchemaRowset::Tables) AddTable(rows, table);
   }
-  std::erase_if(*result.rows, [&](const MemoryRow& row) { return !Matches(row, restrictions); });
-  return result;
 }
 
 std::string MemoryServer::FindCatalog(const std::string& name) const {
@@ -193,4 +198,4 @@ std::string MemoryServer::FindCatalog(const std::string& name) const {
   throw Error(MemoryError("Unknown database '" + name + "'."));
 }
 
-}  // namespace tessel::test
+}  // namespace tessel
