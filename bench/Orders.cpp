@@ -1,20 +1,18 @@
 #include "bench/Orders.h"
 
 #include "bench/OrdersFile.h"
+#include "tests/support/DataSteps.h"
 
 namespace tessel::bench {
 
 std::shared_ptr<Recordset> ReadOrders(Connection& connection) {
-  auto recordset = connection.CreateRecordset();
-  recordset->SetSource(ordersQuery);
-  recordset->Open(openOption::text);
-  return recordset;
+  return test::QueryNow(connection, ordersQuery);
 }
 
 std::shared_ptr<Connection> OpenOrders(DataAccess& data, std::int64_t rows) {
   auto connection = data.CreateConnection();
   connection->SetConnectionString("Provider=SQLite;Data Source=" + OrdersFile(rows));
-  connection->Open({}, {}, 0);
+  test::OpenNow(*connection);
   return connection;
 }
 

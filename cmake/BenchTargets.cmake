@@ -1,11 +1,11 @@
 # The benchmarks: tessel_bench, on Google Benchmark, and the programs of bench/compare.sh, which
 # measure one thing in one process each: ours with the allocator of the program, raw loops without.
 find_package(benchmark REQUIRED)
-tessel_executable(tessel_bench EXCEPT "/(compare|workbench)/" bench/*.cpp)
+tessel_executable(tessel_bench EXCEPT "/(compare|workbench)/" bench/*.cpp tests/support/DataSteps.cpp)
 if(TARGET tessel_bench)
   target_link_libraries(tessel_bench PRIVATE tessel_logic benchmark::benchmark benchmark::benchmark_main)
   if(NOT TESSEL_LOGIC_ONLY)
-    target_link_libraries(tessel_bench PRIVATE tessel_data tessel_desktop tessel_system)
+    target_link_libraries(tessel_bench PRIVATE tessel_drivers tessel_desktop tessel_system)
   endif()
 endif()
 
@@ -26,13 +26,15 @@ if(NOT TESSEL_LOGIC_ONLY)
   add_custom_target(compare DEPENDS Tessel tessel_bench)
   file(GLOB compare_loops CONFIGURE_DEPENDS bench/compare/Raw*.cpp)
   set(compare_common bench/compare/Cases.cpp bench/compare/Say.cpp bench/OrdersFile.cpp bench/OrdersSql.cpp)
-  tessel_compare(compare_raw tessel_data
+  tessel_compare(compare_raw tessel_drivers
                  SOURCES bench/compare/raw.cpp ${compare_loops} ${compare_common} bench/RawBlock.cpp
                          bench/RawOrders.cpp)
-  tessel_compare(compare_data tessel_data
+  tessel_compare(compare_data tessel_drivers
                  SOURCES bench/compare/data.cpp ${compare_common}
-                         tests/data/support/EventLog.cpp tests/data/support/PumpQueue.cpp)
-  tessel_compare(compare_window tessel_data tessel_desktop SOURCES bench/compare/window.cpp)
+                         tests/data/support/EventLog.cpp tests/data/support/PumpQueue.cpp
+                         tests/support/DataSteps.cpp)
+  tessel_compare(compare_window tessel_drivers tessel_desktop
+                 SOURCES bench/compare/window.cpp tests/support/DataSteps.cpp)
   tessel_fast_allocator(compare_data)
   tessel_fast_allocator(compare_window)
   tessel_compare(compare_servers tessel_test_servers SOURCES bench/compare/servers.cpp)
@@ -42,6 +44,6 @@ endif()
 
 # The sidebar and the completion list on real windows.
 if(NOT TESSEL_LOGIC_ONLY)
-  tessel_executable(workbench_bench bench/workbench/*.cpp)
-  target_link_libraries(workbench_bench PRIVATE tessel_logic tessel_data tessel_desktop tessel_system)
+  tessel_executable(workbench_bench bench/workbench/*.cpp tests/support/DataSteps.cpp)
+  target_link_libraries(workbench_bench PRIVATE tessel_logic tessel_drivers tessel_desktop tessel_system)
 endif()

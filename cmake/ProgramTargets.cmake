@@ -1,17 +1,17 @@
 # The implementations of the contract, and the program.
 find_package(SQLite3 REQUIRED)
 find_package(ODBC REQUIRED)
-find_package(Threads REQUIRED)
 find_package(mimalloc REQUIRED)
 pkg_check_modules(libpq REQUIRED IMPORTED_TARGET libpq)
 pkg_check_modules(libmariadb REQUIRED IMPORTED_TARGET libmariadb)
 find_package(Qt6 REQUIRED COMPONENTS Widgets PrintSupport Svg Test)
 find_library(TESSEL_QSCINTILLA NAMES qscintilla2_qt6 REQUIRED)
 
-tessel_library_recursive(tessel_data data/*.cpp)
-tessel_link(tessel_data tessel_contract SQLite::SQLite3 ODBC::ODBC PkgConfig::libpq
-            PkgConfig::libmariadb Threads::Threads)
-tessel_precompile_std(tessel_data)
+# The databases that the program knows.
+tessel_library(tessel_drivers data/cursor/DataAccessObjects.cpp data/providers/odbc/*.cpp
+               data/providers/postgresql/*.cpp data/providers/mariadb/*.cpp data/providers/sqlite/*.cpp)
+tessel_link(tessel_drivers tessel_data SQLite::SQLite3 ODBC::ODBC PkgConfig::libpq PkgConfig::libmariadb)
+tessel_precompile_std(tessel_drivers)
 
 file(GLOB_RECURSE desktop_sources CONFIGURE_DEPENDS desktop/*.cpp desktop/*.h)
 list(FILTER desktop_sources EXCLUDE REGEX "/desktop/plain/") # a library of its own
@@ -46,7 +46,7 @@ tessel_executable(Tessel main/*.cpp EXCEPT "^main/allocator/") # tessel_fast_all
 if(TARGET Tessel)
   tessel_fast_allocator(Tessel)
   set_target_properties(Tessel PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
-  target_link_libraries(Tessel PRIVATE tessel_logic tessel_desktop tessel_data tessel_system)
+  target_link_libraries(Tessel PRIVATE tessel_logic tessel_desktop tessel_drivers tessel_system)
   target_compile_definitions(Tessel PRIVATE TESSEL_VERSION="${PROJECT_VERSION}")
 endif()
 

@@ -7,7 +7,7 @@ file(GLOB_RECURSE support_sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR}
      tests/support/*.cpp tests/headless/*.cpp tests/contract/*.cpp)
 list(FILTER support_sources EXCLUDE REGEX "Test\\.cpp$")
 tessel_library_of(tessel_test_support ${support_sources})
-tessel_link(tessel_test_support tessel_contract tessel_logic tessel_system pugixml::pugixml GTest::gtest)
+tessel_link(tessel_test_support tessel_contract tessel_logic tessel_data tessel_system pugixml::pugixml GTest::gtest)
 tessel_scope(tessel_test_support support_scope)
 target_compile_definitions(tessel_test_support ${support_scope}
                            TESSEL_FORMS_DIR="${CMAKE_SOURCE_DIR}/desktop/forms")
@@ -32,13 +32,13 @@ tessel_test(logic GTest::gtest_main tessel_logic tessel_desktop_plain
                   tests/desktop/plain/*.cpp)
 if(NOT TESSEL_LOGIC_ONLY)
   include(cmake/ServerTargets.cmake)
-  tessel_test(data GTest::gtest_main tessel_data tessel_test_servers EXCEPT /servers/
+  tessel_test(data GTest::gtest_main tessel_drivers tessel_test_servers EXCEPT /servers/
               FILES tests/data/*.cpp)
   if(TARGET data_tests)
     target_compile_definitions(data_tests
       PRIVATE TESSEL_DATA_FIXTURES="${CMAKE_SOURCE_DIR}/tests/data/fixtures")
   endif()
-  tessel_test(desktop GTest::gtest tessel_desktop tessel_data tessel_system tessel_logic tessel_test_servers Qt6::Test
+  tessel_test(desktop GTest::gtest tessel_desktop tessel_drivers tessel_system tessel_logic tessel_test_servers Qt6::Test
               EXCEPT /plain/ FILES tests/desktop/*.cpp)
   if(TARGET desktop_tests)
     set_target_properties(desktop_tests PROPERTIES AUTOMOC ON)

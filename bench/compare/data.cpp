@@ -10,12 +10,12 @@
 #include "data/cursor/DataAccessObjects.h"
 #include "tests/data/support/EventLog.h"
 #include "tests/data/support/PumpQueue.h"
+#include "tests/support/DataSteps.h"
 
 namespace tessel::bench {
 
 namespace {
 
-constexpr int asyncOptions = openOption::text | openOption::asyncExecute | openOption::asyncFetch;
 constexpr std::chrono::minutes limit{10};
 
 /// The data layer, its notices delivered on this thread as the program does it.
@@ -28,17 +28,14 @@ struct Platform {
   std::shared_ptr<Connection> Connect(const std::string& connectionString) {
     auto connection = data.CreateConnection();
     connection->SetConnectionString(connectionString);
-    connection->Open({}, {}, 0);
+    test::OpenNow(*connection);
     return connection;
   }
-  static std::shared_ptr<Recordset> Start(Connection& connection, const std::string& sql,
-                                          test::EventLog& log) {
-    auto recordset = connection.CreateRecordset();
-    log.Watch(connection);
-    log.Watch(*recordset);
-    recordset->SetSource(sql);
-    recordset->Open(asyncOptions);
-    return recordset;
+  static test::StartedQuery Start(Connection& connection, const std::string& sql,
+                                  test::EventLog& log) {
+    test::StartedQuery query(connection.StartQuery(sql, LockType::ReadOnly));
+    log.Watch(query.Operation());
+    return query;
   }
   void WaitForEnd(const test::EventLog& log) {
     if (!queue.PumpUntil([&] { return log.Ends() > 0; }, limit))
@@ -46,11 +43,7 @@ struct Platform {
   }
 };
 
-void Run(Connection& connection, const std::string& sql) {
-  const auto recordset = connection.CreateRecordset();
-  recordset->SetSource(sql);
-  recordset->Open(openOption::text);
-}
+void Run(Connection& connection, const std::string& sql) { test::QueryNow(connection, sql); }
 
 /// From the start of the command until its end is announced.
 void FetchWithin(RowMemory memory, Arguments arguments) {
@@ -93,7 +86,7 @@ void Cancel(Arguments arguments) {
     throw std::runtime_error("No row came.");
   }
   const Stopwatch watch;
-  recordset->Cancel();
+  recordset.Cancel();
   platform.WaitForEnd(log);
   Say("seconds", watch.Seconds());
   const bool cancelled = log.LastError() && log.LastError()->number == errorNumber::cancelled;
@@ -106,8 +99,8 @@ void Catalog(Arguments arguments) {
   Platform platform;
   const auto connection = platform.Connect(arguments[0]);
   const Stopwatch watch;
-  const auto tables = connection->OpenSchema(SchemaRowset::Tables, {});
-  const auto columns = connection->OpenSchema(SchemaRowset::Columns, {});
+  const auto tables = test::ReadSchema(*connection, SchemaRowset::Tables, {});
+  const auto columns = test::ReadSchema(*connection, SchemaRowset::Columns, {});
   Say("seconds", watch.Seconds());
   Say("rows", tables->RecordCount() + columns->RecordCount());
 }

@@ -13,6 +13,7 @@
 #include "data/cursor/DataAccessObjects.h"
 #include "desktop/QtDesktop.h"
 #include "desktop/grid/RecordGrid.h"
+#include "tests/support/DataSteps.h"
 
 namespace tessel::bench {
 
@@ -77,16 +78,13 @@ class PaintWatch final : public QObject {
 struct Program {
   DataAccessObjects data;
   std::shared_ptr<Connection> connection;
-  std::shared_ptr<Recordset> recordset;
+  std::string query;
   RecordGrid grid;
 
-  explicit Program(QtDesktop& desktop, const std::string& connectionString,
-                   const std::string& query)
-      : data(desktop.Events()), connection(data.CreateConnection()) {
+  Program(QtDesktop& desktop, const std::string& connectionString, std::string sql)
+      : data(desktop.Events()), connection(data.CreateConnection()), query(std::move(sql)) {
     connection->SetConnectionString(connectionString);
-    connection->Open({}, {}, 0);
-    recordset = connection->CreateRecordset();
-    recordset->SetSource(query);
+    test::OpenNow(*connection);
     grid.resize(1000, 700);
     grid.show();
     RunFor(second / 2);
@@ -97,25 +95,25 @@ struct Program {
 /// were fetched, to the last.
 void MeasureStall(Program& program) {
   bool ended = false;
-  program.recordset->FetchComplete = [&](const ErrorInfo*, EventStatus) {
+  const Heartbeat heart;
+  const auto operation = program.connection->StartQuery(program.query, LockType::ReadOnly);
+  operation->Ended = [&] {
     ended = true;
     QApplication::exit();
   };
-  const Heartbeat heart;
-  program.recordset->Open(openOption::text | openOption::asyncExecute | openOption::asyncFetch);
   RunFor(longest);
   if (!ended) throw std::runtime_error("It does not come to an end.");
   Say("stall", heart.Longest());
-  Say("rows", program.recordset->RecordCount());
+  Say("rows", operation->FirstRows()->RecordCount());
 }
 
 /// From the moment that the grid is given the rows to its first picture, and from the keys Ctrl+End
 /// to the picture of the last rows.
 void MeasureShow(Program& program) {
-  program.recordset->Open(openOption::text);
+  const std::shared_ptr<Recordset> rows = test::QueryNow(*program.connection, program.query);
   PaintWatch painted(*program.grid.viewport());
   const Stopwatch first;
-  program.grid.Bind(program.recordset);
+  program.grid.Bind(rows);
   painted.Await();
   Say("first", first.Seconds());
   RunFor(second / 4);

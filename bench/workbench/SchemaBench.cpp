@@ -9,6 +9,7 @@
 #include "bench/workbench/Parts.h"
 #include "logic/schema/SchemaFile.h"
 #include "logic/schema/SchemaLoading.h"
+#include "tests/support/DataSteps.h"
 
 namespace tessel::bench {
 
@@ -62,15 +63,12 @@ class StallWatch {
 std::shared_ptr<Connection> Connect(DataAccess& data, const std::string& connectionString) {
   auto connection = data.CreateConnection();
   connection->SetConnectionString(connectionString);
-  connection->Open({}, {}, 0);
+  test::OpenNow(*connection);
   return connection;
 }
 
 std::shared_ptr<Recordset> Run(Connection& connection, const std::string& sql) {
-  auto recordset = connection.CreateRecordset();
-  recordset->SetSource(sql);
-  recordset->Open(openOption::text);
-  return recordset;
+  return test::QueryNow(connection, sql);
 }
 
 std::string CreateTable(int number) {
@@ -82,7 +80,7 @@ std::string CreateTable(int number) {
 }
 
 void Prepare(Connection& connection) {
-  const auto present = connection.OpenSchema(SchemaRowset::Tables, {"", "", "", "TABLE"});
+  const auto present = test::ReadSchema(connection, SchemaRowset::Tables, {"", "", "", "TABLE"});
   if (present->RecordCount() >= tables) return;
   constexpr int atOnce = 100;
   for (int first = 0; first < tables; first += atOnce) {
@@ -101,8 +99,8 @@ double QueriesAlone(Connection& connection) {
     Run(connection, "SELECT TABLE_NAME, COLUMN_NAME FROM INFORMATION_SCHEMA.COLUMNS ORDER BY "
                     "TABLE_NAME, ORDINAL_POSITION");
   } catch (const Error&) {
-    static_cast<void>(connection.OpenSchema(SchemaRowset::Tables, {"", "", "", "TABLE"}));
-    static_cast<void>(connection.OpenSchema(SchemaRowset::Columns, {}));
+    static_cast<void>(test::ReadSchema(connection, SchemaRowset::Tables, {"", "", "", "TABLE"}));
+    static_cast<void>(test::ReadSchema(connection, SchemaRowset::Columns, {}));
   }
   return watch.Milliseconds();
 }

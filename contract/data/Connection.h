@@ -9,6 +9,7 @@
 #include "contract/base/Error.h"
 #include "contract/base/Event.h"
 #include "contract/base/Properties.h"
+#include "contract/data/Operation.h"
 #include "contract/data/Recordset.h"
 
 namespace tessel {
@@ -46,28 +47,25 @@ struct TransactionState {
   std::chrono::system_clock::time_point since = {};
 };
 
-/// Option of Connection::Open: return at once, ConnectComplete follows.
-inline constexpr int asyncConnect = 16;
-
 /// One session with one database. UI thread only, except where said.
 ///
-/// Each connection has a worker of its own that opens, executes and fetches; notices come through
-/// the event queue on the UI thread and are dropped once the connection is gone. Destroying it
-/// cancels, ends the worker (or leaves one behind that hangs in a driver, with all it uses) and
-/// closes the session.
+/// Each connection has a worker of its own that opens, executes, fetches and writes. One operation
+/// runs at a time: to start another one raises Error(application), and Error(objectClosed) while
+/// the connection is closed. Notices come through the event queue on the UI thread and are dropped
+/// once the connection is gone. Destroying it cancels, ends the worker (or leaves one behind that
+/// hangs in a driver, with all it uses) and closes the session.
 class Connection {
  public:
   virtual ~Connection() = default;
 
   [[nodiscard]] virtual const std::string& ConnectionString() const = 0;
   virtual void SetConnectionString(std::string connectionString) = 0;
-  virtual void SetCursorLocation(int location) = 0;  ///< 3 (client) is the only one made.
 
   /// Opens by the connection string; `user` and `password` apply when the string names none. They
-  /// are kept in memory only and appear in no message. With asyncConnect it returns at once and
-  /// ConnectComplete follows, once. Raises Error at once for an unknown provider or driver (the
-  /// text lists those present) and when already open; without asyncConnect for every failure.
-  virtual void Open(const std::string& user, const std::string& password, int options) = 0;
+  /// are kept in memory only and appear in no message. Raises Error for an unknown provider or
+  /// driver (the text lists those present) and when already open.
+  [[nodiscard]] virtual std::shared_ptr<Operation> StartOpen(const std::string& user,
+                                                             const std::string& password) = 0;
 
   /// Cancels what runs, closes the session. Closing a closed connection does nothing.
   virtual void Close() = 0;
@@ -75,59 +73,41 @@ class Connection {
   /// Bits of objectState.
   [[nodiscard]] virtual int State() const = 0;
 
-  /// Asks what runs (connecting, executing, fetching) to stop, without waiting; any number of
-  /// times. The end is announced, once, within moments even when a driver hangs. A late cancel does
-  /// nothing to the next command.
-  virtual void Cancel() = 0;
-
   /// Errors, warnings and notices of the last operation, in the order reported.
   [[nodiscard]] virtual const std::vector<ErrorInfo>& Errors() const = 0;
   virtual void ClearErrors() = 0;
 
-  /// Provider properties, read at Open: "Data Source Object Threading Model" (bit 0: asynchronous
-  /// work is possible), "DBMS Name", "DBMS Version", "Provider Name", "Identifier Quote Character"
-  /// and more. "Catalog Change Ends Session" is true where a transaction does not outlive it.
-  /// "Bracket Identifiers" is 0 where a name may not stand in brackets; where that is not told it
-  /// may. "Schema By Rowsets" is 1 where the schema rowsets tell the tables of the catalog in use
-  /// better than the standard views do.
+  /// Provider properties, read when it is opened: "Data Source Object Threading Model" (bit 0:
+  /// asynchronous work is possible), "DBMS Name", "DBMS Version", "Provider Name", "Identifier
+  /// Quote Character" and more. "Catalog Change Ends Session" is true where a transaction does not
+  /// outlive it. "Bracket Identifiers" is 0 where a name may not stand in brackets; where that is
+  /// not told it may. "Schema By Rowsets" is 1 where the schema rowsets tell the tables of the
+  /// catalog in use better than the standard views do.
   [[nodiscard]] virtual const Properties& ProviderProperties() const = 0;
 
   /// The catalog in use; empty when the database has none. Reading it never waits for a running
   /// command.
   [[nodiscard]] virtual std::string DefaultDatabase() const = 0;
-  /// Changes the catalog in use; raises Error and leaves it as it was on failure. Waits for the
-  /// database.
-  virtual void SetDefaultDatabase(const std::string& name) = 0;
+  /// Changes the catalog in use, which stays as it was when that fails.
+  [[nodiscard]] virtual std::shared_ptr<Operation> StartUseCatalog(const std::string& name) = 0;
 
   /// The user's own transaction, as the database told after the last command, change of a row or
   /// change of the catalog; None while the connection is closed. Reading it never waits for a
   /// running command.
   [[nodiscard]] virtual TransactionState Transaction() const = 0;
 
-  /// A schema rowset, fetched whole. `restrictions` stand in the order given at SchemaRowset; an
-  /// empty or missing one restricts nothing. Raises Error(notSupported) when the provider has no
-  /// such rowset. Waits for the database.
-  [[nodiscard]] virtual std::shared_ptr<Recordset>
-  OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) = 0;
+  /// Runs `sql` as one command and fetches all that it gives. Its rows can be changed unless `lock`
+  /// is ReadOnly. An error behind the first result with columns is listed in Errors and does not
+  /// fail the command. Raises Error(application) for a text without content.
+  [[nodiscard]] virtual std::shared_ptr<QueryOperation> StartQuery(const std::string& sql,
+                                                                   LockType lock) = 0;
 
-  /// A closed recordset whose Open reads a schema rowset in place of a command, with the options of
-  /// a command: so it can be waited for, and cancelled, as one.
-  [[nodiscard]] virtual std::shared_ptr<Recordset>
-  CreateSchemaRecordset(SchemaRowset schema, const std::vector<std::string>& restrictions) = 0;
+  /// Reads a schema rowset. `restrictions` stand in the order given at SchemaRowset; an empty or
+  /// missing one restricts nothing. Fails with Error(notSupported) when the provider has no such
+  /// rowset.
+  [[nodiscard]] virtual std::shared_ptr<QueryOperation>
+  StartSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) = 0;
 
-  /// A closed recordset whose Open changes the catalog in use, as SetDefaultDatabase does, in place
-  /// of a command that returns no rows.
-  [[nodiscard]] virtual std::shared_ptr<Recordset> CreateCatalogChange(const std::string& name) = 0;
-
-  /// A closed recordset with this connection as its ActiveConnection. One command runs at a time on
-  /// a connection.
-  [[nodiscard]] virtual std::shared_ptr<Recordset> CreateRecordset() = 0;
-
-  /// The end of an asynchronous Open: the error when the status says so, else null.
-  Event<const ErrorInfo*, EventStatus> ConnectComplete;
-  /// The end of an execution: records affected (-1 unknown), the error or null, the status, the
-  /// recordset that was opened. The recordset's State tells whether rows follow.
-  Event<std::int64_t, const ErrorInfo*, EventStatus, Recordset*> ExecuteComplete;
   /// The state of Transaction changed, or the session ended: a notice of its own, behind those of
   /// what did it.
   Event<> TransactionChanged;

@@ -9,13 +9,13 @@
 #include <vector>
 
 #include "contract/base/Error.h"
-#include "contract/base/Event.h"
 #include "contract/base/Properties.h"
 #include "contract/base/Value.h"
 
 namespace tessel {
 
 class Connection;
+class Operation;
 
 /// Bits of Connection::State and Recordset::State.
 namespace objectState {
@@ -26,7 +26,6 @@ inline constexpr int executing = 4;
 inline constexpr int fetching = 8;
 }  // namespace objectState
 
-enum class CursorType { Unspecified = -1, ForwardOnly = 0, Keyset = 1, Dynamic = 2, Static = 3 };
 enum class LockType {
   Unspecified = -1,
   ReadOnly = 1,
@@ -34,16 +33,6 @@ enum class LockType {
   Optimistic = 3,
   BatchOptimistic = 4
 };
-
-/// Options of Recordset::Open, combined by OR.
-namespace openOption {
-inline constexpr int text = 1;  ///< The source is command text.
-inline constexpr int asyncExecute =
-    16;  ///< Open returns at once; ExecuteComplete and FetchComplete follow.
-inline constexpr int asyncFetch = 32;  ///< Rows are fetched in the background.
-}  // namespace openOption
-
-enum class EventStatus { Ok = 1, ErrorsOccurred = 2 };
 
 enum class EditMode { None = 0, InProgress = 1, Add = 2, Delete = 4 };
 
@@ -80,37 +69,21 @@ class Recordset {
  public:
   virtual ~Recordset() = default;
 
-  // --- what to open
-  // -------------------------------------------------------------------------------------------
+  // --- where they come from -------------------------------------------------------------------
+  /// The text of the command; empty for a schema rowset.
   [[nodiscard]] virtual const std::string& Source() const = 0;
-  virtual void SetSource(std::string commandText) = 0;
   [[nodiscard]] virtual std::shared_ptr<Connection> ActiveConnection() const = 0;
-  virtual void SetCursorType(
-      CursorType type) = 0;  ///< Static is the only kind made; others are taken as Static.
-  virtual void SetLockType(LockType type) = 0;
   [[nodiscard]] virtual LockType Lock() const = 0;
 
-  /// Runs the source as one command and fetches the first result that has columns; the others are
-  /// drained so that their errors are reported. Without async options it returns when every row is
-  /// there, having raised ExecuteComplete on the way, and raises Error on failure. With
-  /// asyncExecute it returns at once; exactly one end follows on the UI thread: ExecuteComplete
-  /// with a failed status or with the recordset still closed (no rows), or ExecuteComplete and then
-  /// FetchComplete. Raises Error at once when the connection is not open or busy, or the source is
-  /// empty. A command that returns no columns leaves the recordset closed.
-  virtual void Open(int options) = 0;
-
-  /// Asks a running Open to stop; any number of times, at any time, without waiting. Rows already
-  /// fetched stay: the recordset is then open and holds them. The end is still announced, once.
-  virtual void Cancel() = 0;
-
-  /// Cancels, drops rows and pending edits. Closing a closed recordset does nothing.
+  /// Asks what still fetches or writes for it to stop, drops rows and pending edits. Closing a
+  /// closed recordset does nothing.
   virtual void Close() = 0;
 
-  /// Bits of objectState; open|fetching while rows arrive.
+  /// Bits of objectState; open|fetching while rows arrive, open|executing while a change is
+  /// written.
   [[nodiscard]] virtual int State() const = 0;
 
-  // --- its rows
-  // ----------------------------------------------------------------------------------------------
+  // --- its rows --------------------------------------------------------------------------------
   [[nodiscard]] virtual const std::vector<FieldInfo>& Fields() const = 0;
   /// Field number (0-based) of a name, without regard to case; the first of several; nothing if
   /// there is none.
@@ -124,8 +97,7 @@ class Recordset {
   /// Position of a row, or nothing when it was deleted or never was.
   [[nodiscard]] virtual std::optional<std::int64_t> PositionOf(Bookmark bookmark) const = 0;
 
-  // --- its current record
-  // ------------------------------------------------------------------------------------
+  // --- its current record ----------------------------------------------------------------------
   [[nodiscard]] virtual bool Bof() const = 0;
   [[nodiscard]] virtual bool Eof() const = 0;
   virtual void MoveFirst() = 0;
@@ -153,11 +125,10 @@ class Recordset {
   /// current record stays current.
   virtual void SetSort(const std::string& order) = 0;
 
-  // --- changing its rows
-  // --------------------------------------------------------------------------------------------
+  // --- changing its rows -----------------------------------------------------------------------
   // One change is pending at a time: of the current record, or of a new one. It lies in memory and
-  // is seen by this recordset and its clones at once; Update writes it to the database. Moving away
-  // leaves it pending. All of them raise the error of WhyNotChangeable where there is one;
+  // is seen by this recordset and its clones at once; StartUpdate writes it to the database. Moving
+  // away leaves it pending. All of them raise the error of WhyNotChangeable where there is one;
   // CancelUpdate needs no database, so it does not mind which one is in use.
 
   /// Why none of its rows can be changed now; nothing when they can. Error(readOnly) when the lock
@@ -182,28 +153,17 @@ class Recordset {
   /// is found by a whole unique key among the fields, else by all original values that can be
   /// compared, and must still hold the original values of the fields that were changed. Generated
   /// keys and defaults are read back. In the user's own open transaction it takes part without
-  /// ending it. On failure, raised or announced, the change stays pending. Nothing pending: does
-  /// nothing, and is complete at once. With asyncExecute it returns at once and ChangeComplete
-  /// follows, once; Cancel asks it to stop. Else it waits and raises Error.
-  virtual void Update(int options) = 0;
+  /// ending it. On failure the change stays pending. Nothing pending: the operation has ended.
+  [[nodiscard]] virtual std::shared_ptr<Operation> StartUpdate() = 0;
   /// Drops the pending change; after AddNew the record that was current before is so again.
   virtual void CancelUpdate() = 0;
-  /// Deletes the current record from the database, under the rules of Update, but that all of its
-  /// original values that can be compared must still be there; drops a pending change of it. The
-  /// record behind it becomes current.
-  virtual void Delete(int options) = 0;
-  /// The end of an asynchronous Update or Delete: the error when the status says so, else null.
-  Event<const ErrorInfo*, EventStatus> ChangeComplete;
+  /// Deletes the current record from the database, under the rules of StartUpdate, but that all of
+  /// its original values that can be compared must still be there; drops a pending change of it.
+  /// The record behind it becomes current.
+  [[nodiscard]] virtual std::shared_ptr<Operation> StartDelete() = 0;
 
   /// "Unique Rows" (boolean): the fields hold a whole unique key of their one base table.
   [[nodiscard]] virtual const Properties& RecordsetProperties() const = 0;
-
-  // --- notices of an asynchronous Open
-  // ------------------------------------------------------------------------
-  /// Rows so far, rows expected (0 when unknown), status.
-  Event<std::int64_t, std::int64_t, EventStatus> FetchProgress;
-  /// The error when the status says so, else null.
-  Event<const ErrorInfo*, EventStatus> FetchComplete;
 };
 
 }  // namespace tessel

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "contract/base/Ascii.h"
-#include "data/cursor/DataConnection.h"
 
 namespace tessel {
 
@@ -39,46 +38,25 @@ struct ByteCount {
 
 }  // namespace
 
-ClientRecordset::ClientRecordset(std::weak_ptr<DataConnection> connection)
-    : connection_(std::move(connection)) {
+ClientRecordset::ClientRecordset(std::weak_ptr<CursorHost> host, std::string source, LockType lock)
+    : host_(std::move(host)), source_(std::move(source)), lock_(lock) {
   UseRows(std::make_shared<ResultRows>());
 }
 
-ClientRecordset::~ClientRecordset() {
-  ClientRecordset::Cancel();
-  UseRows(nullptr);
-}
+ClientRecordset::~ClientRecordset() { UseRows(nullptr); }
 
-// --- what to open ----------------------------------------------------------------------------
+// --- where they come from --------------------------------------------------------------------
 
-void ClientRecordset::SetSource(std::string commandText) {
-  if (state_ != objectState::closed)
-    throw Error(errorNumber::objectOpen, "Tessel",
-                "The source cannot be changed while the recordset is open.");
-  source_ = std::move(commandText);
-}
-
-std::shared_ptr<Connection> ClientRecordset::ActiveConnection() const { return connection_.lock(); }
-
-void ClientRecordset::Open(int options) {
-  if (state_ != objectState::closed)
-    throw Error(errorNumber::objectOpen, "Tessel", "The recordset is open already.");
-  const std::shared_ptr<DataConnection> connection = connection_.lock();
-  if (!connection)
-    throw Error(errorNumber::objectClosed, "Tessel", "The recordset's connection is gone.");
-  if (makeTask_) connection->Run(shared_from_this(), makeTask_(), options);
-  else connection->Execute(shared_from_this(), source_, options);
-}
-
-void ClientRecordset::Cancel() {
-  const std::shared_ptr<DataConnection> connection = connection_.lock();
-  if (!connection) return;
-  if (task_) connection->CancelTask(task_);
-  if (change_) connection->CancelTask(change_);
+std::shared_ptr<Connection> ClientRecordset::ActiveConnection() const {
+  const std::shared_ptr<CursorHost> host = host_.lock();
+  return host ? host->AsConnection() : nullptr;
 }
 
 void ClientRecordset::Close() {
-  Cancel();
+  if (const std::shared_ptr<CursorHost> host = host_.lock()) {
+    if (task_) host->CancelTask(task_);
+    if (change_) host->CancelTask(change_);
+  }
   task_.reset();
   change_.reset();
   state_ = objectState::closed;
@@ -221,9 +199,7 @@ std::int64_t ClientRecordset::ActualSize(std::size_t field) const {
 
 std::shared_ptr<Recordset> ClientRecordset::Clone(LockType lock) {
   RequireOpen();
-  auto clone = std::make_shared<ClientRecordset>(connection_);
-  clone->source_ = source_;
-  clone->lock_ = lock;
+  auto clone = std::make_shared<ClientRecordset>(host_, source_, lock);
   clone->UseRows(rows_);
   clone->state_ = objectState::open;
   return clone;
@@ -252,14 +228,8 @@ void ClientRecordset::ApplySort() {
 
 // --- for the connection ----------------------------------------------------------------------
 
-void ClientRecordset::BeginExecute(std::shared_ptr<Task> task) {
+void ClientRecordset::BeginRows(std::shared_ptr<Task> task, std::vector<FieldInfo> fields) {
   task_ = std::move(task);
-  state_ = objectState::executing;
-}
-
-void ClientRecordset::BeginRows(const Task* task, std::vector<FieldInfo> fields) {
-  if (task != task_.get()) return;
-  UseRows(std::make_shared<ResultRows>());
   rows_->fields = std::move(fields);
   state_ = objectState::open | objectState::fetching;
 }
@@ -280,13 +250,6 @@ void ClientRecordset::EndRows(const Task* task, RowFacts facts) {
     std::ranges::move(facts.fields, rows_->fields.begin());
   rows_->SetKey(std::move(facts.key));
   if (!sort_.empty()) ApplySort();
-}
-
-void ClientRecordset::Fill(std::vector<FieldInfo> fields, std::vector<ChunkPtr> chunks) {
-  UseRows(std::make_shared<ResultRows>());
-  rows_->fields = std::move(fields);
-  for (ChunkPtr& chunk : chunks) rows_->store.Add(std::move(chunk));
-  state_ = objectState::open;
 }
 
 }  // namespace tessel

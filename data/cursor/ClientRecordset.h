@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,14 +7,13 @@
 #include <vector>
 
 #include "contract/data/Recordset.h"
+#include "data/cursor/CursorHost.h"
 #include "data/cursor/ResultRows.h"
 #include "data/rows/RowOrder.h"
 #include "data/rows/SortOrder.h"
 #include "data/work/Task.h"
 
 namespace tessel {
-
-class DataConnection;
 
 /// The recordset of this data layer: a static cursor over rows in memory. UI thread.
 ///
@@ -29,18 +27,13 @@ class ClientRecordset : public Recordset,
                         public std::enable_shared_from_this<ClientRecordset>,
                         private RowWatcher {
  public:
-  explicit ClientRecordset(std::weak_ptr<DataConnection> connection);
+  ClientRecordset(std::weak_ptr<CursorHost> host, std::string source, LockType lock);
   ~ClientRecordset() override;
 
   [[nodiscard]] const std::string& Source() const override { return source_; }
-  void SetSource(std::string commandText) override;
   [[nodiscard]] std::shared_ptr<Connection> ActiveConnection() const override;
-  void SetCursorType(CursorType /*type*/) override {}
-  void SetLockType(LockType type) override { lock_ = type; }
   [[nodiscard]] LockType Lock() const override { return lock_; }
 
-  void Open(int options) override;
-  void Cancel() override;
   void Close() override;
   [[nodiscard]] int State() const override { return state_; }
 
@@ -69,9 +62,9 @@ class ClientRecordset : public Recordset,
   [[nodiscard]] EditMode Editing() const override;
   void AddNew() override;
   void SetFieldValue(std::size_t field, Value value) override;
-  void Update(int options) override;
+  [[nodiscard]] std::shared_ptr<Operation> StartUpdate() override;
   void CancelUpdate() override;
-  void Delete(int options) override;
+  [[nodiscard]] std::shared_ptr<Operation> StartDelete() override;
   [[nodiscard]] const Properties& RecordsetProperties() const override { return rows_->properties; }
 
   /// Its rows, in the order of arrival.
@@ -80,13 +73,8 @@ class ClientRecordset : public Recordset,
   [[nodiscard]] std::size_t HeldBytes() const { return rows_->store.HeldBytes(); }
 
   // --- for the connection ----------------------------------------------------------------------
-  /// Open runs what this makes, not the source.
-  using TaskMaker = std::function<std::shared_ptr<Task>()>;
-  void SetTask(TaskMaker makeTask) { makeTask_ = std::move(makeTask); }
-  /// A command runs for this recordset.
-  void BeginExecute(std::shared_ptr<Task> task);
-  /// The command has a result with these fields; its rows follow.
-  void BeginRows(const Task* task, std::vector<FieldInfo> fields);
+  /// The command that `task` runs has a result with these fields; its rows follow.
+  void BeginRows(std::shared_ptr<Task> task, std::vector<FieldInfo> fields);
   void AddRows(const Task* task, std::vector<ChunkPtr> chunks);
   /// What is known of rows when their command has ended.
   struct RowFacts {
@@ -99,8 +87,6 @@ class ClientRecordset : public Recordset,
   /// A change is being written for this recordset, until EndChange.
   void BeginChange(std::shared_ptr<Task> task);
   void EndChange(const Task* task);
-  /// Fills a closed recordset and opens it.
-  void Fill(std::vector<FieldInfo> fields, std::vector<ChunkPtr> chunks);
 
  private:
   void RequireOpen() const;
@@ -118,17 +104,15 @@ class ClientRecordset : public Recordset,
   [[nodiscard]] std::int64_t RowAt(std::int64_t position) const;
   void LeaveNewRow();
   [[nodiscard]] Value Fitting(const FieldInfo& field, Value value) const;
-  void Write(RowChange change, std::int64_t row, int options);
-  void CompleteAtOnce(int options);
+  [[nodiscard]] std::shared_ptr<Operation> Write(RowChange change, std::int64_t row);
 
   void RowComes(std::int64_t row) override;
   void RowGoes(std::int64_t row) override;
   void NewRowDropped() override;
 
-  std::weak_ptr<DataConnection> connection_;
+  std::weak_ptr<CursorHost> host_;
   std::string source_;
-  TaskMaker makeTask_;  ///< Null: Open runs the source.
-  LockType lock_ = LockType::ReadOnly;
+  LockType lock_;
   int state_ = objectState::closed;
   std::shared_ptr<Task> task_;    ///< What fetches for it, else null.
   std::shared_ptr<Task> change_;  ///< What writes for it, else null.

@@ -13,18 +13,18 @@ bool IsBlank(const std::string& sql) {
   return sql.find_first_not_of(" \t\r\n\f\v") == std::string::npos;
 }
 
-const ErrorInfo* Pointer(const std::optional<ErrorInfo>& failure) {
-  return failure ? &*failure : nullptr;
-}
-
-EventStatus StatusOf(const std::optional<ErrorInfo>& failure) {
-  return failure ? EventStatus::ErrorsOccurred : EventStatus::Ok;
+/// The bit of Connection::State that stands for a phase.
+int StateOf(OperationPhase phase) {
+  switch (phase) {
+    case OperationPhase::Connecting: return objectState::connecting;
+    case OperationPhase::Fetching: return objectState::fetching;
+    default: return objectState::executing;
+  }
 }
 
 CallTask::Body CatalogChange(const std::string& name) {
-  return [name](ProviderSession& session, Operation& operation) {
-    session.SetCatalog(name, operation);
-  };
+  return
+      [name](ProviderSession& session, WorkContext& context) { session.SetCatalog(name, context); };
 }
 
 /// Where no sink is given: keeps what a handler threw until everything is in order, then lets it
@@ -48,6 +48,7 @@ DataConnection::~DataConnection() {
   if (running_) running_->SetPoster(nullptr);
   DropHost();
   ReleaseRunning();
+  if (const auto operation = operation_.lock()) operation->EndUnheard();
 }
 
 void DataConnection::SetConnectionString(std::string connectionString) {
@@ -59,32 +60,21 @@ void DataConnection::SetConnectionString(std::string connectionString) {
 
 // --- opening and closing ---------------------------------------------------------------------
 
-void DataConnection::Open(const std::string& user, const std::string& password, int options) {
+std::shared_ptr<Operation> DataConnection::StartOpen(const std::string& user,
+                                                     const std::string& password) {
   if (host_) throw Error(errorNumber::objectOpen, "Tessel", "The connection is open already.");
   errors_.clear();
   host_ = services_.startHost(services_.providers->CreateSession(connectionString_));
   givenUp_ = false;
   const auto task = std::make_shared<OpenTask>(Login{user, password});
-  Begin(task, objectState::connecting);
-  if ((options & asyncConnect) != 0)
-    return SetNotices(*task, [task](DataConnection& self) { self.DeliverOpen(*task); });
-  host_->WaitForEnd(*task);
-  TaskNews news = task->TakeNews();
-  FinishOpen(*task, news);
-  if (news.failure) throw Error(*news.failure);
+  return Start(task, OperationPhase::Connecting,
+               [this, task](Delivery& delivery) { FinishOpen(*task, delivery); });
 }
 
-void DataConnection::DeliverOpen(OpenTask& task) {
-  TaskNews news = task.TakeNews();
+void DataConnection::FinishOpen(const OpenTask& task, Delivery& delivery) {
+  TaskNews& news = delivery.news;
   if (!news.ended) return;
-  FinishOpen(task, news);
-  ConnectComplete.Raise(services_.failures, Pointer(news.failure), StatusOf(news.failure));
-}
-
-void DataConnection::FinishOpen(const OpenTask& task, TaskNews& news) {
-  const bool wanted = running_.get() == &task;
-  Finish(task, news);
-  if (!wanted) {  // The connection was closed while it was being opened.
+  if (!delivery.isCurrent) {  // The connection was closed while it was being opened.
     if (!news.failure) news.failure = CancelledError().Info();
   } else if (news.failure) {
     DropHost();
@@ -99,16 +89,13 @@ void DataConnection::Close() {
   ReleaseRunning();
 }
 
-/// The recordset that ran is left with the rows it was given: whoever asks its state must not wait
-/// for a notice that may never come.
+/// Recordsets are left with the rows they were given: whoever asks their state must not wait for a
+/// notice that may never come.
 void DataConnection::ReleaseRunning() {
-  const std::shared_ptr<ClientRecordset> recordset = runningFor_.lock();
-  if (recordset && running_) {
-    recordset->EndRows(running_.get(), {});
-    recordset->EndChange(running_.get());
-  }
-  const std::shared_ptr<ResultRows> rows = runningRows_.lock();
-  if (rows && running_) rows->EndWriting(running_.get());
+  if (!running_) return;
+  if (const auto operation = operation_.lock()) operation->LeaveRows();
+  if (const auto recordset = writesFor_.lock()) recordset->EndChange(running_.get());
+  if (const auto rows = writesTo_.lock()) rows->EndWriting(running_.get());
   running_.reset();
 }
 
@@ -125,10 +112,14 @@ void DataConnection::DropHost() {
 
 int DataConnection::State() const {
   if (!host_) return objectState::closed;
-  return (sessionOpen_ ? objectState::open : 0) | (running_ ? runningState_ : 0);
+  return (sessionOpen_ ? objectState::open : 0) | (running_ ? StateOf(runningPhase_) : 0);
 }
 
-void DataConnection::Cancel() { CancelTask(running_); }
+/// Without a session the task has ended, or was abandoned.
+void DataConnection::WaitFor(Task& task) {
+  if (host_) host_->WaitForEnd(task);
+  else task.WaitForEnd();
+}
 
 void DataConnection::CancelTask(const std::shared_ptr<Task>& task) {
   if (host_ && task && task == running_) host_->Cancel(task);
@@ -146,26 +137,53 @@ void DataConnection::RequireIdle() const {
     throw Error(errorNumber::application, "Tessel", "The connection is busy with another command.");
 }
 
-void DataConnection::Begin(const std::shared_ptr<Task>& task, int stateBits) {
+/// The task is given to the worker. Its news are delivered through the event queue, or by
+/// DataOperation::Wait.
+std::shared_ptr<DataOperation> DataConnection::Start(std::shared_ptr<Task> task,
+                                                     OperationPhase phase, Take take,
+                                                     RowSettings settings) {
   errors_.clear();
+  const std::weak_ptr<DataConnection> weak = weak_from_this();
+  auto operation = std::make_shared<DataOperation>(
+      std::shared_ptr<CursorHost>(shared_from_this(), this), task, phase, std::move(settings));
   running_ = task;
-  runningState_ = stateBits;
+  runningPhase_ = phase;
+  operation_ = operation;
+  auto deliver = [weak, task, told = operation_, take = std::move(take)] {
+    if (const auto self = weak.lock()) self->Deliver(task, told, take);
+  };
+  operation->SetDelivery(deliver);
   host_->Run(task);
+  task->SetPoster([weak, &queue = services_.queue, deliver = std::move(deliver)] {
+    queue.Post(weak, deliver);
+  });
+  return operation;
 }
 
-void DataConnection::SetNotices(Task& task, std::function<void(DataConnection&)> deliver) {
-  const std::weak_ptr<DataConnection> weak = weak_from_this();
-  EventQueue& queue = services_.queue;
-  task.SetPoster([weak, &queue, deliver = std::move(deliver)] {
-    queue.Post(weak, [weak, deliver] {
-      if (const auto self = weak.lock()) deliver(*self);
-    });
-  });
+/// Brings everything that is new to the connection and to the operation, then raises the event that
+/// is due. A handler may run the event queue, but no more than one delivery has anything to tell of
+/// each step.
+void DataConnection::Deliver(const std::shared_ptr<Task>& task,
+                             const std::weak_ptr<DataOperation>& told, const Take& take) {
+  const auto self = shared_from_this();
+  TaskNews news = task->TakeNews();
+  RowOrigin origin{connectionString_, news.catalog.value_or(catalog_)};
+  Delivery delivery{std::move(news), std::move(origin), running_ == task};
+  Finish(*task, delivery.news);
+  if (take) take(delivery);
+  const auto operation = told.lock();
+  if (!operation) return;
+  LateFailure late;
+  FailureSink& failures = services_.failures == nullptr ? late : *services_.failures;
+  operation->Take(delivery.news, delivery.origin);
+  operation->Announce(delivery.news, failures);
+  late.Rethrow();
 }
 
 /// Takes in what a task that has ended says of the connection.
 void DataConnection::Finish(const Task& task, const TaskNews& news) {
   if (running_.get() != &task) return;
+  if (news.executed) runningPhase_ = OperationPhase::Fetching;
   std::ranges::copy(news.reports, std::back_inserter(errors_));
   if (!news.ended) return;
   running_.reset();
@@ -179,7 +197,7 @@ void DataConnection::Finish(const Task& task, const TaskNews& news) {
 void DataConnection::NoteTransaction(UserTransaction state) {
   const UserTransaction before = std::exchange(transaction_.state, state);
   if (before == state) return;
-  if (!IsUnderWay(before)) transaction_.since = std::chrono::system_clock::now();
+  if (!IsUnderWay(before)) transaction_.since = services_.now();
   AnnounceTransaction();
 }
 
@@ -190,179 +208,41 @@ void DataConnection::AnnounceTransaction() {
   });
 }
 
-void DataConnection::Call(CallTask::Body body) {
+std::shared_ptr<Operation> DataConnection::StartUseCatalog(const std::string& name) {
   RequireIdle();
-  const auto task = std::make_shared<CallTask>(std::move(body));
-  Begin(task, objectState::executing);
-  host_->WaitForEnd(*task);
-  const TaskNews news = task->TakeNews();
-  Finish(*task, news);
-  if (news.failure) throw Error(*news.failure);
+  return Start(std::make_shared<CallTask>(CatalogChange(name)), OperationPhase::Executing);
 }
 
-void DataConnection::SetDefaultDatabase(const std::string& name) { Call(CatalogChange(name)); }
-
-std::shared_ptr<Recordset>
-DataConnection::OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) {
-  const auto rows = std::make_shared<SchemaRows>(schema, restrictions);
-  Call([rows](ProviderSession& session, Operation& operation) {
-    session.ReadSchema(*rows, operation);
-    rows->Sink().CloseChunk();
-  });
-  const auto recordset = std::make_shared<ClientRecordset>(weak_from_this());
-  recordset->Fill(rows->Fields(), rows->Sink().TakeChunks());
-  return recordset;
+std::shared_ptr<QueryOperation>
+DataConnection::StartSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) {
+  RequireIdle();
+  return Start(std::make_shared<SchemaTask>(SchemaRequest{schema, restrictions}),
+               OperationPhase::Executing);
 }
 
-std::shared_ptr<Recordset>
-DataConnection::CreateSchemaRecordset(SchemaRowset schema,
-                                      const std::vector<std::string>& restrictions) {
-  auto recordset = std::make_shared<ClientRecordset>(weak_from_this());
-  recordset->SetTask([request = SchemaRequest{schema, restrictions}] {
-    return std::make_shared<SchemaTask>(request);
-  });
-  return recordset;
-}
-
-std::shared_ptr<Recordset> DataConnection::CreateCatalogChange(const std::string& name) {
-  auto recordset = std::make_shared<ClientRecordset>(weak_from_this());
-  recordset->SetTask([name] { return std::make_shared<CallTask>(CatalogChange(name)); });
-  return recordset;
-}
-
-std::shared_ptr<Recordset> DataConnection::CreateRecordset() {
-  return std::make_shared<ClientRecordset>(weak_from_this());
-}
-
-// --- commands --------------------------------------------------------------------------------
-
-void DataConnection::Execute(const std::shared_ptr<ClientRecordset>& recordset,
-                             const std::string& sql, int options) {
+std::shared_ptr<QueryOperation> DataConnection::StartQuery(const std::string& sql, LockType lock) {
   RequireIdle();
   if (IsBlank(sql)) throw Error(errorNumber::application, "Tessel", "The command text is empty.");
-  Run(recordset, std::make_shared<ExecuteTask>(sql, services_.rowMemory), options);
-}
-
-void DataConnection::Run(const std::shared_ptr<ClientRecordset>& recordset,
-                         std::shared_ptr<Task> task, int options) {
-  RequireIdle();
-  const auto execution = std::make_shared<Execution>();
-  execution->task = std::move(task);
-  execution->recordset = runningFor_ = recordset;
-  const auto deliver = [execution](DataConnection& self) { self.DeliverExecution(*execution); };
-  recordset->BeginExecute(execution->task);
-  Begin(execution->task, objectState::executing);
-  execution->asyncFetch = (options & (openOption::asyncExecute | openOption::asyncFetch)) != 0;
-  if ((options & openOption::asyncExecute) != 0) return SetNotices(*execution->task, deliver);
-
-  const std::shared_ptr<SessionHost> host = host_;  // A handler may close the connection.
-  host->WaitForResult(*execution->task);
-  DeliverExecution(*execution);
-  if (execution->asyncFetch && !execution->ended) return SetNotices(*execution->task, deliver);
-  if (!execution->ended) {
-    host->WaitForEnd(*execution->task);
-    DeliverExecution(*execution);
-  }
-  if (execution->failure && !execution->asyncFetch) throw Error(*execution->failure);
-}
-
-/// Brings everything that is new to the recordset, then raises the events that are due. A handler
-/// may run the event queue, but no more than one delivery has anything to tell of each step.
-void DataConnection::DeliverExecution(Execution& execution) {
-  const auto self = shared_from_this();
-  LateFailure late;
-  FailureSink& failures = services_.failures == nullptr ? late : *services_.failures;
-  TaskNews news = execution.task->TakeNews();
-  if (!news.ended) Finish(*execution.task, news);
-  DeliverRows(execution, news, failures);
-  if (news.ended) DeliverEnd(execution, news, failures);
-  late.Rethrow();
-}
-
-void DataConnection::DeliverRows(Execution& execution, TaskNews& news, FailureSink& failures) {
-  const auto recordset = execution.recordset.lock();
-  if (recordset) {
-    if (news.executed) recordset->BeginRows(execution.task.get(), std::move(news.fields));
-    recordset->AddRows(execution.task.get(), std::move(news.chunks));
-  }
-  if (news.executed) {
-    execution.hasRows = true;
-    if (running_ == execution.task) runningState_ = objectState::fetching;
-    RaiseExecuted(execution, news, failures);
-  }
-  if (recordset && news.progress && execution.asyncFetch && !news.ended)
-    recordset->FetchProgress.Raise(&failures, news.rowsFetched, 0, EventStatus::Ok);
-}
-
-void DataConnection::DeliverEnd(Execution& execution, const TaskNews& news, FailureSink& failures) {
-  RowOrigin origin{connectionString_, news.catalog.value_or(catalog_)};
-  Finish(*execution.task, news);
-  execution.ended = true;
-  execution.failure = news.failure;
-  const auto recordset = execution.recordset.lock();
-  if (recordset)
-    recordset->EndRows(execution.task.get(), {std::move(origin), news.key, news.fields});
-  if (!execution.hasRows) {
-    RaiseExecuted(execution, news, failures);
-  } else if (recordset && execution.asyncFetch) {
-    recordset->FetchComplete.Raise(&failures, Pointer(news.failure), StatusOf(news.failure));
-  }
-}
-
-/// For a command whose recordset is gone nobody waits.
-void DataConnection::RaiseExecuted(const Execution& execution, const TaskNews& news,
-                                   FailureSink& failures) {
-  const auto recordset = execution.recordset.lock();
-  if (!recordset) return;
-  const std::optional<ErrorInfo>& failure = execution.failure;
-  ExecuteComplete.Raise(&failures, news.recordsAffected, Pointer(failure), StatusOf(failure),
-                        recordset.get());
+  return Start(std::make_shared<ExecuteTask>(sql, services_.rowMemory, services_.pace),
+               OperationPhase::Executing, {}, {sql, lock});
 }
 
 // --- changes ---------------------------------------------------------------------------------
 
-void DataConnection::Write(const std::shared_ptr<ClientRecordset>& recordset, ChangedRow row,
-                           RowChange change, int options) {
+/// What was written is taken down even when the recordset is closed by then: clones show the row.
+std::shared_ptr<Operation>
+DataConnection::StartWrite(const std::shared_ptr<ClientRecordset>& recordset, ChangedRow row,
+                           RowChange change) {
   RequireIdle();
-  const Writing writing{std::make_shared<WriteTask>(std::move(change)), recordset, std::move(row)};
-  runningFor_ = recordset;
-  runningRows_ = writing.row.rows;
-  recordset->BeginChange(writing.task);
-  Begin(writing.task, objectState::executing);
-  if ((options & openOption::asyncExecute) != 0)
-    return SetNotices(*writing.task,
-                      [writing](DataConnection& self) { self.DeliverChange(writing); });
-  host_->WaitForEnd(*writing.task);
-  const TaskNews news = writing.task->TakeNews();
-  FinishChange(writing, news);
-  if (news.failure) throw Error(*news.failure);
-}
-
-/// What was written is taken down even when the recordset is closed by now: clones show the row.
-void DataConnection::FinishChange(const Writing& writing, const TaskNews& news) {
-  Finish(*writing.task, news);
-  const auto recordset = writing.recordset.lock();
-  if (recordset) recordset->EndChange(writing.task.get());
-  writing.row.rows->EndWriting(writing.task.get());
-  if (!news.failure)
-    writing.row.rows->Accept(writing.task->Kind(), writing.row.number, writing.task->TakeWritten());
-}
-
-void DataConnection::DeliverChange(const Writing& writing) {
-  const auto self = shared_from_this();
-  const TaskNews news = writing.task->TakeNews();
-  if (!news.ended) return;
-  FinishChange(writing, news);
-  if (const auto recordset = writing.recordset.lock())
-    recordset->ChangeComplete.Raise(services_.failures, Pointer(news.failure),
-                                    StatusOf(news.failure));
-}
-
-void DataConnection::AnnounceChange(const std::shared_ptr<ClientRecordset>& recordset) {
-  const std::weak_ptr<ClientRecordset> weak = recordset;
-  services_.queue.Post(weak, [weak, failures = services_.failures] {
-    if (const auto told = weak.lock())
-      told->ChangeComplete.Raise(failures, nullptr, EventStatus::Ok);
+  const auto task = std::make_shared<WriteTask>(std::move(change));
+  const std::weak_ptr<ClientRecordset> cursor = writesFor_ = recordset;
+  writesTo_ = row.rows;
+  recordset->BeginChange(task);
+  return Start(task, OperationPhase::Writing, [task, row, cursor](Delivery& delivery) {
+    if (!delivery.news.ended) return;
+    if (const auto told = cursor.lock()) told->EndChange(task.get());
+    row.rows->EndWriting(task.get());
+    if (!delivery.news.failure) row.rows->Accept(task->Kind(), row.number, task->TakeWritten());
   });
 }
 

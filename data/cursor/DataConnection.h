@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -9,6 +10,8 @@
 #include "contract/base/EventQueue.h"
 #include "contract/data/Connection.h"
 #include "data/cursor/ClientRecordset.h"
+#include "data/cursor/CursorHost.h"
+#include "data/cursor/DataOperation.h"
 #include "data/providers/Provider.h"
 #include "data/rows/RowMemory.h"
 #include "data/work/RowWriter.h"
@@ -24,12 +27,9 @@ struct ConnectionServices {
   std::shared_ptr<const ProviderRegistry> providers;
   HostStarter startHost;                         ///< Where their tasks run.
   RowMemory rowMemory = RowMemory::OfMachine();  ///< Of each result.
-};
-
-/// A row that is being changed, among those it belongs to.
-struct ChangedRow {
-  std::shared_ptr<ResultRows> rows;
-  std::int64_t number = 0;
+  FetchPace pace = {};                           ///< Of each result.
+  /// The time at which a transaction is first seen.
+  std::function<std::chrono::system_clock::time_point()> now = &std::chrono::system_clock::now;
 };
 
 /// The connection of this data layer. UI thread.
@@ -41,84 +41,61 @@ struct ChangedRow {
 ///
 /// After a cancel to which the driver does not react within the session's patience, or when the
 /// server is gone, the connection closes by itself.
-class DataConnection : public Connection, public std::enable_shared_from_this<DataConnection> {
+class DataConnection : public Connection,
+                       public std::enable_shared_from_this<DataConnection>,
+                       private CursorHost {
  public:
   explicit DataConnection(ConnectionServices services) : services_(std::move(services)) {}
   ~DataConnection() override;
 
   [[nodiscard]] const std::string& ConnectionString() const override { return connectionString_; }
   void SetConnectionString(std::string connectionString) override;
-  void SetCursorLocation(int /*location*/) override {}
 
-  void Open(const std::string& user, const std::string& password, int options) override;
+  [[nodiscard]] std::shared_ptr<Operation> StartOpen(const std::string& user,
+                                                     const std::string& password) override;
   void Close() override;
   [[nodiscard]] int State() const override;
-  void Cancel() override;
 
   [[nodiscard]] const std::vector<ErrorInfo>& Errors() const override { return errors_; }
   void ClearErrors() override { errors_.clear(); }
   [[nodiscard]] const Properties& ProviderProperties() const override { return properties_; }
 
   [[nodiscard]] std::string DefaultDatabase() const override { return catalog_; }
-  void SetDefaultDatabase(const std::string& name) override;
+  [[nodiscard]] std::shared_ptr<Operation> StartUseCatalog(const std::string& name) override;
   [[nodiscard]] TransactionState Transaction() const override { return transaction_; }
-  [[nodiscard]] std::shared_ptr<Recordset>
-  OpenSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
-  [[nodiscard]] std::shared_ptr<Recordset>
-  CreateSchemaRecordset(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
-  [[nodiscard]] std::shared_ptr<Recordset> CreateCatalogChange(const std::string& name) override;
-  [[nodiscard]] std::shared_ptr<Recordset> CreateRecordset() override;
-
-  // --- for its recordsets ----------------------------------------------------------------------
-  /// Where rows that were read now would come from.
-  [[nodiscard]] RowOrigin Origin() const { return {connectionString_, catalog_}; }
-  /// Runs `sql` for `recordset`, whose rows it becomes. Raises what Recordset::Open says.
-  void Execute(const std::shared_ptr<ClientRecordset>& recordset, const std::string& sql,
-               int options);
-  /// Runs what a recordset opens with in place of a command, in the same way.
-  void Run(const std::shared_ptr<ClientRecordset>& recordset, std::shared_ptr<Task> task,
-           int options);
-  /// Writes `change` of `row` for `recordset`. Raises what Recordset::Update says.
-  void Write(const std::shared_ptr<ClientRecordset>& recordset, ChangedRow row, RowChange change,
-             int options);
-  /// Announces the end of a change that was nothing to write.
-  void AnnounceChange(const std::shared_ptr<ClientRecordset>& recordset);
-  /// Asks `task` to stop, if it is the one that runs.
-  void CancelTask(const std::shared_ptr<Task>& task);
+  [[nodiscard]] std::shared_ptr<QueryOperation> StartQuery(const std::string& sql,
+                                                           LockType lock) override;
+  [[nodiscard]] std::shared_ptr<QueryOperation>
+  StartSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
 
  private:
-  /// A command from its start to the delivery of its end, as the UI thread sees it.
-  struct Execution {
-    std::shared_ptr<Task> task;
-    std::weak_ptr<ClientRecordset> recordset;
-    bool asyncFetch = false;
-    bool hasRows = false;  ///< ExecuteComplete was raised for a result with columns.
-    bool ended = false;
-    std::optional<ErrorInfo> failure;  ///< After `ended`.
+  /// News of a task, with what the connection knows of it.
+  struct Delivery {
+    TaskNews news;
+    RowOrigin origin;       ///< Where rows of the task come from.
+    bool isCurrent = true;  ///< The connection was not closed meanwhile.
   };
+  /// What one kind of task has to say to the connection, before its operation hears of the news.
+  using Take = std::function<void(Delivery&)>;
 
-  /// A change from its start to the delivery of its end.
-  struct Writing {
-    std::shared_ptr<WriteTask> task;
-    std::weak_ptr<ClientRecordset> recordset;
-    ChangedRow row;
-  };
+  // For recordsets and operations.
+  [[nodiscard]] std::shared_ptr<Connection> AsConnection() override { return shared_from_this(); }
+  [[nodiscard]] RowOrigin Origin() const override { return {connectionString_, catalog_}; }
+  void CancelTask(const std::shared_ptr<Task>& task) override;
+  void WaitFor(Task& task) override;
+  [[nodiscard]] std::shared_ptr<Operation>
+  StartWrite(const std::shared_ptr<ClientRecordset>& recordset, ChangedRow row,
+             RowChange change) override;
 
   void RequireIdle() const;
-  void Begin(const std::shared_ptr<Task>& task, int stateBits);
-  void SetNotices(Task& task, std::function<void(DataConnection&)> deliver);
-  void Call(CallTask::Body body);
+  [[nodiscard]] std::shared_ptr<DataOperation> Start(std::shared_ptr<Task> task,
+                                                     OperationPhase phase, Take take = {},
+                                                     RowSettings settings = {});
+  void Deliver(const std::shared_ptr<Task>& task, const std::weak_ptr<DataOperation>& told,
+               const Take& take);
   void DropHost();
   void ReleaseRunning();
-
-  void DeliverOpen(OpenTask& task);
-  void FinishOpen(const OpenTask& task, TaskNews& news);
-  void DeliverExecution(Execution& execution);
-  void DeliverRows(Execution& execution, TaskNews& news, FailureSink& failures);
-  void DeliverEnd(Execution& execution, const TaskNews& news, FailureSink& failures);
-  void RaiseExecuted(const Execution& execution, const TaskNews& news, FailureSink& failures);
-  void DeliverChange(const Writing& writing);
-  void FinishChange(const Writing& writing, const TaskNews& news);
+  void FinishOpen(const OpenTask& task, Delivery& delivery);
   void Finish(const Task& task, const TaskNews& news);
   void NoteTransaction(UserTransaction state);
   void AnnounceTransaction();
@@ -132,9 +109,10 @@ class DataConnection : public Connection, public std::enable_shared_from_this<Da
 
   std::shared_ptr<SessionHost> host_;  ///< From Open to Close, else null.
   std::shared_ptr<Task> running_;      ///< Until its end is delivered.
-  int runningState_ = 0;               ///< The state bits of what runs.
-  std::weak_ptr<ClientRecordset> runningFor_;
-  std::weak_ptr<ResultRows> runningRows_;  ///< Of which one is being written.
+  OperationPhase runningPhase_ = OperationPhase::Ended;
+  std::weak_ptr<DataOperation> operation_;    ///< Of what runs, or ran last.
+  std::weak_ptr<ClientRecordset> writesFor_;  ///< A change, if one runs.
+  std::weak_ptr<ResultRows> writesTo_;
   bool sessionOpen_ = false;
   bool givenUp_ = false;  ///< The connection closed by itself.
 };

@@ -1,7 +1,6 @@
 #include <utility>
 
 #include "data/cursor/ClientRecordset.h"
-#include "data/cursor/DataConnection.h"
 
 namespace tessel {
 
@@ -17,6 +16,22 @@ Error WrongType(const FieldInfo& field) {
   return {errorNumber::typeMismatch, "Tessel",
           "This is no value of the type of the field '" + field.name + "'."};
 }
+
+/// The operation that there was nothing to do for.
+class NothingToDo final : public Operation {
+ public:
+  explicit NothingToDo(std::weak_ptr<Connection> connection)
+      : Operation(OperationPhase::Ended), connection_(std::move(connection)) {}
+
+  [[nodiscard]] std::shared_ptr<Connection> ActiveConnection() const override {
+    return connection_.lock();
+  }
+  void Cancel() override {}
+  void Wait() override {}
+
+ private:
+  std::weak_ptr<Connection> connection_;
+};
 
 }  // namespace
 
@@ -37,9 +52,9 @@ std::optional<ErrorInfo> ClientRecordset::WhyNeverChangeable() const {
 
 std::optional<ErrorInfo> ClientRecordset::WhyNotChangeable() const {
   if (auto reason = WhyNeverChangeable()) return reason;
-  const std::shared_ptr<DataConnection> connection = connection_.lock();
-  if (!connection || (connection->State() & objectState::open) == 0) return std::nullopt;
-  return WhyOtherOrigin(rows_->origin, connection->Origin());
+  const std::shared_ptr<CursorHost> host = host_.lock();
+  if (!host || (host->AsConnection()->State() & objectState::open) == 0) return std::nullopt;
+  return WhyOtherOrigin(rows_->origin, host->Origin());
 }
 
 void ClientRecordset::RequireChangeable() const {
@@ -110,35 +125,28 @@ void ClientRecordset::CancelUpdate() {
   rows_->DropPending();
 }
 
-void ClientRecordset::Update(int options) {
+std::shared_ptr<Operation> ClientRecordset::StartUpdate() {
   RequireChangeable();
-  if (!rows_->pending) return CompleteAtOnce(options);
-  Write(rows_->PendingAsChange(), rows_->pending->row, options);
+  if (!rows_->pending) return std::make_shared<NothingToDo>(ActiveConnection());
+  return Write(rows_->PendingAsChange(), rows_->pending->row);
 }
 
-void ClientRecordset::Delete(int options) {
+std::shared_ptr<Operation> ClientRecordset::StartDelete() {
   RequireChangeable();
   const std::int64_t row = CurrentRow();
   if (rows_->pending && rows_->pending->row != row)
     throw IsPending("The change of another record waits to be written first.");
   const bool isWritten = !atNew_;
   rows_->DropPending();
-  if (!isWritten) return CompleteAtOnce(options);
-  Write(rows_->Deletion(row), row, options);
+  if (!isWritten) return std::make_shared<NothingToDo>(ActiveConnection());
+  return Write(rows_->Deletion(row), row);
 }
 
-void ClientRecordset::Write(RowChange change, std::int64_t row, int options) {
-  const std::shared_ptr<DataConnection> connection = connection_.lock();
-  if (!connection)
+std::shared_ptr<Operation> ClientRecordset::Write(RowChange change, std::int64_t row) {
+  const std::shared_ptr<CursorHost> host = host_.lock();
+  if (!host)
     throw Error(errorNumber::objectClosed, "Tessel", "The recordset's connection is gone.");
-  connection->Write(shared_from_this(), {rows_, row}, std::move(change), options);
-}
-
-/// Announced through the event queue as every other end is.
-void ClientRecordset::CompleteAtOnce(int options) {
-  const std::shared_ptr<DataConnection> connection = connection_.lock();
-  if ((options & openOption::asyncExecute) != 0 && connection)
-    connection->AnnounceChange(shared_from_this());
+  return host->StartWrite(shared_from_this(), {rows_, row}, std::move(change));
 }
 
 void ClientRecordset::BeginChange(std::shared_ptr<Task> task) {

@@ -46,8 +46,7 @@ std::vector<std::int64_t> ResultRows::Numbers() const {
   return numbers;
 }
 
-// --- changes
-// ----------------------------------------------------------------------------------------
+// --- changes -------------------------------------------------------------------------------------
 
 /// With the original values that find the row, and those that have to be there still: of the fields
 /// that are changed, and of a row that is deleted all.

@@ -24,7 +24,7 @@ class RowWatcher {
   /// Called before the rows know of it.
   virtual void RowComes(std::int64_t row) = 0;
   virtual void RowGoes(std::int64_t row) = 0;
-  /// The new row that was pending is so no more, and was not written.
+  /// The new row is no longer pending: it was dropped and not written.
   virtual void NewRowDropped() = 0;
 
  protected:
@@ -126,7 +126,7 @@ class ResultRows {
 
   std::unordered_map<std::int64_t, FieldValues> overlay_;  ///< What differs from the store.
   std::unordered_set<std::int64_t> gone_;                  ///< Of the store.
-  std::int64_t added_ = 0;                                 ///< That are there.
+  std::int64_t added_ = 0;  ///< Rows added here that are still there.
   std::int64_t next_ = 0;
   std::vector<RowWatcher*> watchers_;
 };

@@ -4,29 +4,29 @@
 
 namespace tessel {
 
-using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-void CancelSwitch::TurnOn() {
+void CancelSwitch::TurnOn(std::function<void()> send) {
   const std::lock_guard lock(mutex_);
-  on_ = true;
+  send_ = std::move(send);
   sent_ = false;
-  next_ = {};
-  interval_ = milliseconds(15);
+  next_ =
+      pace_.before.count() == 0 ? steady_clock::time_point() : steady_clock::now() + pace_.before;
+  interval_ = pace_.between;
 }
 
 void CancelSwitch::TurnOff() {
   const std::lock_guard lock(mutex_);
-  on_ = false;
+  send_ = nullptr;
 }
 
 void CancelSwitch::Request() noexcept {
   const std::lock_guard lock(mutex_);
-  if (!on_ || steady_clock::now() < next_) return;
+  if (!send_ || steady_clock::now() < next_) return;
   send_();
   sent_ = true;
   next_ = steady_clock::now() + interval_;
-  interval_ = std::min(interval_ * 2, milliseconds(1000));
+  interval_ = std::min(interval_ * 2, Milliseconds(1000));
 }
 
 bool CancelSwitch::Sent() const {

@@ -7,22 +7,32 @@
 
 namespace tessel {
 
-/// Lets requests to cancel through to the database while a command runs there, and at no other
-/// time: a late one would hit what runs next.
+/// Lets requests to cancel through to the database while it works on something, and at no other
+/// time: a late one would hit what runs next. Every session has one.
 class CancelSwitch {
  public:
-  /// `send` asks the database to cancel. Called on the threads that request, one at a time.
-  explicit CancelSwitch(std::function<void()> send) : send_(std::move(send)) {}
+  using Milliseconds = std::chrono::milliseconds;
 
-  /// A command begins. Worker.
-  void TurnOn();
-  /// It has ended: waits for a request that is on its way. Worker.
-  void TurnOff();
+  /// When requests are passed on.
+  struct Pace {
+    Milliseconds before{0};    ///< Of the work's beginning; earlier requests are not passed on.
+    Milliseconds between{15};  ///< Two requests at first; the interval doubles, up to a second.
+  };
 
-  /// A command runs while it lives. Worker.
+  CancelSwitch() = default;
+  explicit CancelSwitch(Pace pace) : pace_(pace) {}
+  CancelSwitch(const CancelSwitch&) = delete;
+  CancelSwitch& operator=(const CancelSwitch&) = delete;
+
+  /// Work that may be cancelled goes on while it lives. Its end waits for a request that is on its
+  /// way. Worker.
   class On {
    public:
-    explicit On(CancelSwitch& cancel) : cancel_(cancel) { cancel_.TurnOn(); }
+    /// `send` asks the database to cancel; it may block. Called on the threads that request, one at
+    /// a time.
+    On(CancelSwitch& cancel, std::function<void()> send) : cancel_(cancel) {
+      cancel_.TurnOn(std::move(send));
+    }
     On(const On&) = delete;
     On& operator=(const On&) = delete;
     ~On() { cancel_.TurnOff(); }
@@ -31,20 +41,22 @@ class CancelSwitch {
     CancelSwitch& cancel_;
   };
 
-  /// Asks the database, if a command runs. To be called again and again until it ends, for a
-  /// request may come before the database has begun; they are sent in growing intervals. Blocks
-  /// when the database does. Any thread.
+  /// Asks the database, if it works. To be called again and again until the work ends, for a
+  /// request may come before the database has begun. Blocks when the database does. Any thread.
   void Request() noexcept;
-  /// True when the database was asked during the present or last command.
+  /// True when the database was asked during the present or last work.
   [[nodiscard]] bool Sent() const;
 
  private:
-  const std::function<void()> send_;
-  mutable std::mutex mutex_;  ///< Also held while the database is asked.
-  bool on_ = false;
+  void TurnOn(std::function<void()> send);
+  void TurnOff();
+
+  const Pace pace_;
+  mutable std::mutex mutex_;    ///< Also held while the database is asked.
+  std::function<void()> send_;  ///< Null: nothing runs.
   bool sent_ = false;
   std::chrono::steady_clock::time_point next_;
-  std::chrono::milliseconds interval_{0};
+  Milliseconds interval_{0};
 };
 
 }  // namespace tessel

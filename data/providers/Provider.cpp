@@ -17,11 +17,11 @@ bool Serves(std::string_view pattern, std::string_view name) {
 }  // namespace
 
 StatementResult ProviderSession::RunStatement(const RowStatement& /*statement*/,
-                                              Operation& /*operation*/) {
+                                              WorkContext& /*context*/) {
   throw Error(errorNumber::notSupported, "Tessel", "This provider cannot change records.");
 }
 
-void ProviderSession::RunControl(std::string_view /*sql*/, const Operation* /*operation*/) {
+void ProviderSession::RunControl(std::string_view /*sql*/, const WorkContext* /*context*/) {
   throw Error(errorNumber::notSupported, "Tessel", "This provider cannot change records.");
 }
 

@@ -13,8 +13,8 @@
 #include "contract/data/Recordset.h"
 #include "data/changes/RowStatement.h"
 #include "data/providers/ConnectionKeys.h"
-#include "data/providers/Operation.h"
 #include "data/providers/SchemaRows.h"
+#include "data/providers/WorkContext.h"
 #include "data/rows/RowSink.h"
 
 namespace tessel {
@@ -25,25 +25,19 @@ struct Login {
   std::string password;
 };
 
-/// What ExecuteCommand found.
-struct ExecuteResult {
-  std::vector<FieldInfo> fields;  ///< Of the first result that has columns; empty: there is none.
-  std::int64_t recordsAffected =
-      -1;  ///< Sum over the statements that counted so far; -1 when none did.
-};
-
 /// One session with one database, as a provider makes it.
 ///
 /// Every function but Cancel and CancelPatience is called on the connection's worker thread only,
 /// one at a time, in this order: Open; then any number of commands (ExecuteCommand, FetchRows until
-/// it returns false, DrainResults, CloseResult, CompleteFields, FindKey), changes of rows, schema
+/// it returns false, NextResult and its rows until there is none, CloseResult, CompleteFields,
+/// FindKey), changes of rows, schema
 /// rowsets and catalog changes; Close; destructor. All may raise Error, except Cancel,
 /// CancelPatience, CloseResult, Close and the destructor.
 ///
-/// Cancelling: the core sets Operation::StopAsked and then calls Cancel from a helper thread, again
-/// every few milliseconds, until the running function returns. A function that ends because of it
-/// raises CancelledError() whatever the database called it, or (FetchRows) returns what it has.
-/// Work that was finished when the request came is reported as finished. When nothing returns
+/// Cancelling: the core sets WorkContext::StopAsked and then calls Cancel from a helper thread,
+/// again every few milliseconds, until the running function returns. A function that ends because
+/// of it raises CancelledError() whatever the database called it, or (FetchRows) returns what it
+/// has. Work that was finished when the request came is reported as finished. When nothing returns
 /// within CancelPatience the core announces the end by itself and leaves thread and session behind:
 /// a session must own all it uses, and may be destroyed late, on its own thread.
 class ProviderSession {
@@ -51,7 +45,7 @@ class ProviderSession {
   virtual ~ProviderSession() = default;
 
   /// Opens the session. Raises Error with the reason; the password must not stand in its text.
-  virtual void Open(const Login& login, Operation& operation) = 0;
+  virtual void Open(const Login& login, WorkContext& context) = 0;
   /// Ends the session; what is open is dropped. Called once after an Open that succeeded.
   virtual void Close() noexcept = 0;
   /// False once the session is known to be lost (server gone): the core then closes the connection.
@@ -61,27 +55,29 @@ class ProviderSession {
   /// "Provider Name", "DBMS Name", "DBMS Version", "Identifier Quote Character".
   [[nodiscard]] virtual Properties ReadProperties() = 0;
 
-  /// Runs the whole text as one command, up to and with the first result that has columns; without
-  /// such a result the whole text has been run. `sql` is not blank.
-  [[nodiscard]] virtual ExecuteResult ExecuteCommand(const std::string& sql,
-                                                     Operation& operation) = 0;
-  /// Adds up to `maxRows` rows of the result to `rows`, whose columns are those of
-  /// ExecuteResult::fields. Between rows it looks at StopAsked and returns early. False: there are
-  /// no more rows. On Error the rows that are complete stay; a row that was begun is dropped.
+  /// Runs the whole text as one command, up to and with the first result that has columns, and
+  /// gives its fields; none: there is no such result, and the whole text has been run. Each
+  /// statement without columns on the way is told by WorkContext::EndStatement. `sql` is not blank.
+  [[nodiscard]] virtual std::vector<FieldInfo> ExecuteCommand(const std::string& sql,
+                                                              WorkContext& context) = 0;
+  /// Adds up to `maxRows` rows of the result to `rows`, whose columns are those of its fields.
+  /// Between rows it looks at StopAsked and returns early. False: there are no more rows. On Error
+  /// the rows that are complete stay; a row that was begun is dropped.
   [[nodiscard]] virtual bool FetchRows(RowSink& rows, std::size_t maxRows,
-                                       Operation& operation) = 0;
-  /// Runs what follows the result, without keeping rows. An Error raised here is listed in the
-  /// connection's Errors and does not fail the command.
-  virtual void DrainResults(Operation& operation) = 0;
+                                       WorkContext& context) = 0;
+  /// Runs what follows, up to and with the next result that has columns, in the same way. An Error
+  /// raised here is listed in the connection's Errors and does not fail the command.
+  [[nodiscard]] virtual std::vector<FieldInfo> NextResult(WorkContext& context) = 0;
   /// Drops what is left of the command, if anything; called once after each ExecuteCommand, also
   /// after one that failed.
   virtual void CloseResult() noexcept = 0;
-  /// Adds what could not be asked for while the rows of the command just closed were on their way,
-  /// such as base names; names and types stay. Must be quick, as FindKey.
+  /// Adds to the fields of the first result of the command just closed what could not be asked for
+  /// while rows were on their way, such as base names; names and types stay. Must be quick, as
+  /// FindKey.
   virtual void CompleteFields(std::vector<FieldInfo>& /*fields*/) {}
   /// The fields that make a whole primary key, or a unique not-null index, of the one base table of
-  /// `fields`, those of the command just closed; none when they hold no such key. Also asked after
-  /// a fetch that was cancelled; must be quick.
+  /// `fields`, those of the first result of the command just closed; none when they hold no such
+  /// key. Also asked after a fetch that was cancelled; must be quick.
   [[nodiscard]] virtual std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) = 0;
 
   /// How statements that change rows are to be written for this database; null: it cannot be done.
@@ -91,10 +87,10 @@ class ProviderSession {
   [[nodiscard]] virtual UserTransaction Transaction() { return UserTransaction::None; }
   /// Runs one statement with its parameters, to its end.
   [[nodiscard]] virtual StatementResult RunStatement(const RowStatement& statement,
-                                                     Operation& operation);
+                                                     WorkContext& context);
   /// Runs a statement that begins or ends a transaction or savepoint. With an operation it may be
   /// cancelled where the database then undoes it.
-  virtual void RunControl(std::string_view sql, const Operation* operation);
+  virtual void RunControl(std::string_view sql, const WorkContext* context);
 
   /// Called when the end of an operation has been announced: for what takes long and nobody needs
   /// to wait for.
@@ -103,11 +99,11 @@ class ProviderSession {
   /// The catalog in use, empty when there is none; read after Open and after each command.
   [[nodiscard]] virtual std::string CurrentCatalog() = 0;
   /// Changes the catalog in use; raises Error and leaves it as it was on failure.
-  virtual void SetCatalog(const std::string& name, Operation& operation) = 0;
+  virtual void SetCatalog(const std::string& name, WorkContext& context) = 0;
   /// Adds the rows of a schema rowset; SchemaRows leaves out those that its restrictions exclude,
   /// so using the restrictions to ask the database for less is optional. Raises Error(notSupported)
   /// when there is no such rowset.
-  virtual void ReadSchema(SchemaRows& rows, Operation& operation) = 0;
+  virtual void ReadSchema(SchemaRows& rows, WorkContext& context) = 0;
 
   /// Asks the function that runs to end soon. Any thread; repeatedly; in every phase, Open
   /// included, and between two functions of one command, but never before an operation has begun or

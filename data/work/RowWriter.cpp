@@ -30,9 +30,9 @@ class RowTransaction {
     if (!kept_) Undo();
   }
 
-  void Keep(const Operation& operation) {
+  void Keep(const WorkContext& context) {
     if (kept_) return;
-    session_.RunControl(isSavepoint_ ? "release savepoint tessel_change" : "commit", &operation);
+    session_.RunControl(isSavepoint_ ? "release savepoint tessel_change" : "commit", &context);
     kept_ = true;
   }
 
@@ -72,11 +72,11 @@ class RowTransaction {
 class ChangeWriter {
  public:
   ChangeWriter(ProviderSession& session, const WriteDialect& dialect, const RowChange& change,
-               Operation& operation)
+               WorkContext& context)
       : session_(session),
         dialect_(dialect),
         change_(change),
-        operation_(operation),
+        context_(context),
         sql_(change, dialect) {}
 
   FieldValues Write() {
@@ -113,8 +113,8 @@ class ChangeWriter {
   }
 
   StatementResult Run(const RowStatement& statement) {
-    operation_.ThrowIfStopped();
-    return session_.RunStatement(statement, operation_);
+    context_.ThrowIfStopped();
+    return session_.RunStatement(statement, context_);
   }
 
   /// Where no key makes sure that there is but one row, and a change of more may not be undone.
@@ -192,25 +192,25 @@ class ChangeWriter {
   ProviderSession& session_;
   const WriteDialect& dialect_;
   const RowChange& change_;
-  Operation& operation_;
+  WorkContext& context_;
   RowSql sql_;
 };
 
 }  // namespace
 
 /// What cannot be undone is not stopped half way: it would be called cancelled, and be there.
-FieldValues WriteRow(ProviderSession& session, const RowChange& change, Operation& operation) {
+FieldValues WriteRow(ProviderSession& session, const RowChange& change, WorkContext& context) {
   const WriteDialect* dialect = session.Writing();
   if (dialect == nullptr)
     throw Error(errorNumber::notSupported, "Tessel", "This provider cannot change records.");
   RowTransaction transaction(session, *dialect);
   if (const auto reason = WhyOtherCatalog(change.catalog, session.CurrentCatalog()))
     throw Error(*reason);
-  Operation unstopped;
-  Operation& stoppable = dialect->needsKey ? unstopped : operation;
+  WorkContext unstopped;
+  WorkContext& stoppable = dialect->needsKey ? unstopped : context;
   FieldValues written = ChangeWriter(session, *dialect, change, stoppable).Write();
   stoppable.ThrowIfStopped();
-  transaction.Keep(operation);
+  transaction.Keep(context);
   return written;
 }
 

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "data/changes/RowChange.h"
-#include "data/providers/Operation.h"
 #include "data/providers/Provider.h"
+#include "data/providers/WorkContext.h"
 #include "data/work/Task.h"
 
 namespace tessel {
@@ -14,7 +14,7 @@ namespace tessel {
 /// row was read. Returns what the row holds then, as far as it is known; nothing for a row that was
 /// deleted. Worker thread.
 [[nodiscard]] FieldValues WriteRow(ProviderSession& session, const RowChange& change,
-                                   Operation& operation);
+                                   WorkContext& context);
 
 /// Writes one change.
 class WriteTask : public Task {

@@ -23,8 +23,7 @@ class SessionHost {
   /// ends the session. The host is not used after that.
   virtual void Stop(const std::shared_ptr<Task>& running) = 0;
 
-  /// Waits until the command of `task` has a result with columns, or `task` has ended.
-  virtual void WaitForResult(Task& task) = 0;
+  /// Waits until `task` has ended, without the event queue.
   virtual void WaitForEnd(Task& task) = 0;
 };
 

@@ -10,9 +10,16 @@ namespace tessel {
 
 namespace {
 
-std::vector<ErrorInfo>& operator+=(std::vector<ErrorInfo>& list, std::vector<ErrorInfo> more) {
-  std::ranges::move(more, std::back_inserter(list));
+std::vector<ErrorInfo>& operator+=(std::vector<ErrorInfo>& list,
+                                   const std::vector<ErrorInfo>& more) {
+  list.insert(list.end(), more.begin(), more.end());
   return list;
+}
+
+/// Where more of the result told last belongs to.
+ResultNews& LatestResult(TaskNews& news) {
+  if (news.results.empty()) news.results.push_back({.begins = false});
+  return news.results.back();
 }
 
 void ThrowIfAny(const std::optional<Error>& error) {
@@ -25,7 +32,8 @@ void Task::End(std::optional<ErrorInfo> failure, bool sessionLost) {
   Poster spent;
   const std::lock_guard lock(mutex_);
   if (ended_) return;
-  news_.reports += TakeReports();
+  TakeInStatements();
+  TakeInReports();
   news_.ended = true;
   news_.failure = std::move(failure);
   news_.sessionLost = sessionLost;
@@ -62,6 +70,11 @@ bool Task::Ended() const {
   return ended_;
 }
 
+bool Task::HasResult() const {
+  const std::lock_guard lock(mutex_);
+  return hasResult_;
+}
+
 bool Task::WaitForEnd(Milliseconds limit) const {
   std::unique_lock lock(mutex_);
   return changed_.wait_for(lock, limit, [this] { return ended_; });
@@ -70,11 +83,6 @@ bool Task::WaitForEnd(Milliseconds limit) const {
 void Task::WaitForEnd() const {
   std::unique_lock lock(mutex_);
   changed_.wait(lock, [this] { return ended_; });
-}
-
-void Task::WaitForResult() const {
-  std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return hasResult_ || ended_; });
 }
 
 void Task::SetPoster(Poster post) {
@@ -91,6 +99,26 @@ TaskNews Task::TakeNews() {
   return std::exchange(news_, TaskNews());
 }
 
+/// The statements that are done become news. With the lock held, as TakeInReports.
+void Task::TakeInStatements() {
+  for (DoneStatement& statement : TakeStatements()) {
+    if (statement.recordsAffected >= 0)
+      recordsAffected_ = std::max<std::int64_t>(recordsAffected_, 0) + statement.recordsAffected;
+    news_.reports += statement.reports;
+    news_.results.push_back(
+        {.recordsAffected = statement.recordsAffected, .notices = std::move(statement.reports)});
+  }
+  if (!hasResult_) news_.recordsAffected = recordsAffected_;
+}
+
+/// What was reported since belongs to the result that was told last.
+void Task::TakeInReports() {
+  const std::vector<ErrorInfo> reports = TakeReports();
+  if (reports.empty()) return;
+  news_.reports += reports;
+  LatestResult(news_).notices += reports;
+}
+
 void Task::Settle() {
   const std::lock_guard lock(mutex_);
   settled_ = true;
@@ -99,8 +127,9 @@ void Task::Settle() {
 void Task::Tell(const std::function<void(TaskNews&)>& change, bool post) {
   const std::lock_guard lock(mutex_);
   if (ended_) return;
+  TakeInStatements();
   change(news_);
-  news_.reports += TakeReports();
+  TakeInReports();
   hasResult_ = hasResult_ || news_.executed;
   if (post) (void)PostLocked();
 }
@@ -137,8 +166,7 @@ bool SchemaTask::Step(ProviderSession& session) {
   Tell(
       [&](TaskNews& news) {
         news.executed = true;
-        news.fields = rows.Fields();
-        news.chunks = rows.Sink().TakeChunks();
+        news.results.push_back({.fields = rows.Fields(), .chunks = rows.Sink().TakeChunks()});
         news.rowsFetched = rows.Sink().Rows();
       },
       false);
@@ -157,12 +185,18 @@ bool ExecuteTask::Step(ProviderSession& session) {
   return false;
 }
 
-/// Tells whether more is to be done.
+/// Tells whether more is to be done. An error behind the first result with columns does not fail
+/// the command.
 bool ExecuteTask::Advance(ProviderSession& session) {
-  switch (stage_) {
-    case Stage::Command: return RunCommand(session);
-    case Stage::Rows: FetchBlock(session); return true;
-    case Stage::Rest: Drain(session); break;
+  try {
+    switch (stage_) {
+      case Stage::Command: return BeginFirst(session);
+      case Stage::Rows: FetchBlock(session); return true;
+      case Stage::Next: return BeginNext(session);
+    }
+  } catch (const Error& error) {
+    if (!behindFirst_ || error.Number() == errorNumber::cancelled) throw;
+    NoteFailure(error);
   }
   return false;
 }
@@ -197,22 +231,36 @@ void ExecuteTask::TellFields(ProviderSession& session) {
       false);
 }
 
-/// Tells whether there are rows to be fetched.
-bool ExecuteTask::RunCommand(ProviderSession& session) {
-  ExecuteResult result = session.ExecuteCommand(sql_, *this);
-  fields_ = std::move(result.fields);
-  const bool hasRows = !fields_.empty();
+bool ExecuteTask::BeginFirst(ProviderSession& session) {
+  fields_ = session.ExecuteCommand(sql_, *this);
+  return BeginResult(fields_);
+}
+
+/// Rows behind those of the first result cannot be changed.
+bool ExecuteTask::BeginNext(ProviderSession& session) {
+  behindFirst_ = true;
+  rowsBefore_ = rowsSoFar_;
+  std::vector<FieldInfo> fields = session.NextResult(*this);
+  for (FieldInfo& field : fields) field.updatable = false;
+  return BeginResult(std::move(fields));
+}
+
+/// Tells whether there are rows to be fetched. What was done is told in any case: what follows may
+/// hang.
+bool ExecuteTask::BeginResult(std::vector<FieldInfo> fields) {
+  if (fields.empty()) {
+    Tell([](TaskNews& /*statements*/) {}, false);
+    return false;
+  }
+  stage_ = Stage::Rows;
+  rows_ = RowSink(fields.size());
+  lastLook_ = lastHandOver_ = lastChunk_ = lastProgress_ = std::chrono::steady_clock::now();
   Tell(
       [&](TaskNews& news) {
-        news.executed = hasRows;
-        news.fields = fields_;
-        news.recordsAffected = result.recordsAffected;
+        news.executed = true;
+        news.results.push_back({.fields = std::move(fields)});
       },
-      hasRows);
-  if (!hasRows) return false;
-  stage_ = Stage::Rows;
-  rows_ = RowSink(fields_.size());
-  lastLook_ = lastHandOver_ = lastChunk_ = lastProgress_ = std::chrono::steady_clock::now();
+      true);
   return true;
 }
 
@@ -226,7 +274,7 @@ void ExecuteTask::FetchBlock(ProviderSession& session) {
     (void)HandOverLast();
     throw;
   }
-  stage_ = Stage::Rest;
+  stage_ = Stage::Next;
   ThrowIfAny(HandOverLast());
 }
 
@@ -235,15 +283,15 @@ void ExecuteTask::FetchBlock(ProviderSession& session) {
 /// of them.
 void ExecuteTask::OfferRows() {
   const auto now = std::chrono::steady_clock::now();
-  const bool slow = now - std::exchange(lastLook_, now) > handOverInterval;
-  rowsAtOnce_ =
-      slow ? std::max<std::size_t>(rowsAtOnce_ / 2, 1) : std::min(rowsAtOnce_ * 2, mostRowsAtOnce);
-  if (now - lastHandOver_ < handOverInterval) return;
+  const bool slow = now - std::exchange(lastLook_, now) > pace_.handOver;
+  rowsAtOnce_ = slow ? std::max(rowsAtOnce_ / 2, pace_.fewestRows)
+                     : std::min(rowsAtOnce_ * 2, FetchPace::mostRows);
+  if (now - lastHandOver_ < pace_.handOver) return;
   lastHandOver_ = now;
-  const bool tell = now - lastProgress_ >= progressInterval;
+  const bool tell = now - lastProgress_ >= pace_.progress;
   if (tell) lastProgress_ = now;
   const bool large = static_cast<std::int64_t>(rows_.PendingRows()) * 4 >= rows_.Rows();
-  if (large || now - lastChunk_ >= chunkInterval) {
+  if (large || now - lastChunk_ >= pace_.chunk) {
     lastChunk_ = now;
     rows_.CloseChunk();
   }
@@ -254,10 +302,11 @@ void ExecuteTask::OfferRows() {
 std::optional<Error> ExecuteTask::HandOver(bool tell) {
   std::vector<ChunkPtr> chunks = rows_.TakeChunks();
   std::optional<Error> noRoom = keeper_.Keep(chunks);
+  rowsSoFar_ = rowsBefore_ + rows_.Rows();
   Tell(
       [&](TaskNews& news) {
-        std::ranges::move(chunks, std::back_inserter(news.chunks));
-        news.rowsFetched = rows_.Rows();
+        std::ranges::move(chunks, std::back_inserter(LatestResult(news).chunks));
+        news.rowsFetched = rowsSoFar_;
         news.progress = news.progress || tell;
       },
       tell);
@@ -269,15 +318,6 @@ std::optional<Error> ExecuteTask::HandOverLast() {
   std::optional<Error> noRoom = HandOver(false);
   rows_ = RowSink(0);
   return noRoom;
-}
-
-void ExecuteTask::Drain(ProviderSession& session) {
-  try {
-    session.DrainResults(*this);
-  } catch (const Error& error) {
-    if (error.Number() == errorNumber::cancelled) throw;
-    NoteFailure(error);
-  }
 }
 
 }  // namespace tessel

@@ -10,30 +10,38 @@
 #include <string>
 #include <vector>
 
-#include "data/providers/Operation.h"
 #include "data/providers/Provider.h"
+#include "data/providers/WorkContext.h"
 #include "data/rows/ColumnChunk.h"
 #include "data/rows/RowMemory.h"
 
 namespace tessel {
 
+/// What is new of a result of the command.
+struct ResultNews {
+  bool begins = true;                  ///< Else more of the one told last.
+  std::vector<FieldInfo> fields = {};  ///< Of one that begins; empty: it has no columns.
+  std::int64_t recordsAffected = -1;   ///< Of one without columns that begins.
+  std::vector<ErrorInfo> notices = {};
+  std::vector<ChunkPtr> chunks = {};
+};
+
 /// What a task has to tell since it was last asked.
 struct TaskNews {
   std::vector<ErrorInfo> reports;
+  std::vector<ResultNews> results;
 
-  bool executed = false;          ///< The command was run and has a result with columns: `fields`.
-  std::vector<FieldInfo> fields;  ///< Told with `executed`, and once more, complete, with the end.
-  std::int64_t recordsAffected = -1;
-
-  std::vector<ChunkPtr> chunks;
-  bool progress = false;  ///< It is time to show `rowsFetched`.
+  bool executed = false;              ///< The first result with columns is among `results`.
+  std::int64_t recordsAffected = -1;  ///< Up to there, or to the end.
+  bool progress = false;              ///< It is time to show `rowsFetched`.
   std::int64_t rowsFetched = 0;
 
   bool ended = false;  ///< Said once.
   std::optional<ErrorInfo> failure;
   bool sessionLost = false;
   std::optional<std::string> catalog;          ///< The one in use, where it is known.
-  std::vector<std::size_t> key;                ///< The fields of a whole unique key.
+  std::vector<FieldInfo> fields;               ///< Those of the first result, complete.
+  std::vector<std::size_t> key;                ///< The fields of a whole unique key among them.
   std::optional<UserTransaction> transaction;  ///< The user's, where it is known.
 };
 
@@ -42,22 +50,22 @@ struct TaskNews {
 ///
 /// It ends exactly once: by the worker, or by Abandon when the worker does not come back. Whatever
 /// the worker says after that is ignored.
-class Task : public Operation {
+class Task : public WorkContext {
  public:
   using Milliseconds = std::chrono::milliseconds;
   using Poster = std::function<void()>;
 
   virtual ~Task() = default;
 
-  /// Takes the next step of the work; false: it was the last one. Raises Error when the work fails;
-  /// no step follows then. Worker thread.
+  /// Does the next piece of the work, and tells whether there is more to do; raises Error when it
+  /// fails. Worker thread.
   [[nodiscard]] virtual bool Step(ProviderSession& session) = 0;
-  /// Whether the work has opened the session. Worker thread.
+  /// Whether the session was opened. Worker thread.
   [[nodiscard]] virtual bool OpenedSession() const { return false; }
 
-  /// Tells what the user's transaction is like after the work. Worker thread.
+  /// Tells what the user's transaction is like after the last step. Worker thread.
   void TellTransaction(UserTransaction state);
-  /// Ends the task with what its work came to. Worker thread.
+  /// Ends the task with what its steps came to. Worker thread.
   void End(std::optional<ErrorInfo> failure, bool sessionLost);
   /// Ends the task in the worker's place, the session lost: as cancelled, or as done when its work
   /// was settled before. Nothing happens when it has ended. Any thread.
@@ -67,11 +75,11 @@ class Task : public Operation {
   /// True for the first caller only.
   [[nodiscard]] bool BeginCancel();
   [[nodiscard]] bool Ended() const;
+  /// Whether the command has a result with columns.
+  [[nodiscard]] bool HasResult() const;
   /// Waits until the task has ended or `limit` is over; tells whether it has ended.
   [[nodiscard]] bool WaitForEnd(Milliseconds limit) const;
   void WaitForEnd() const;
-  /// Waits until the command has a result with columns or the task has ended.
-  void WaitForResult() const;
 
   /// From now on `post` is called, from any thread, when there is news; at once if there is some
   /// already. Null: when this returns, no call is under way and none will come. It is let go of
@@ -89,12 +97,15 @@ class Task : public Operation {
 
  private:
   [[nodiscard]] Poster PostLocked();
+  void TakeInStatements();
+  void TakeInReports();
 
   mutable std::mutex mutex_;
   mutable std::condition_variable changed_;
   TaskNews news_;
   Poster post_;
   bool posted_ = false;  ///< A notice is on its way.
+  std::int64_t recordsAffected_ = -1;
   bool hasResult_ = false;
   bool settled_ = false;
   bool ended_ = false;
@@ -121,7 +132,7 @@ class OpenTask : public Task {
 /// Something short that the UI thread waits for.
 class CallTask : public Task {
  public:
-  using Body = std::function<void(ProviderSession&, Operation&)>;
+  using Body = std::function<void(ProviderSession&, WorkContext&)>;
 
   explicit CallTask(Body body) : body_(std::move(body)) {}
 
@@ -136,53 +147,67 @@ class SchemaTask : public Task {
  public:
   explicit SchemaTask(SchemaRequest request) : request_(std::move(request)) {}
 
+  [[nodiscard]] SchemaRowset Schema() const { return request_.schema; }
+
   [[nodiscard]] bool Step(ProviderSession& session) override;
 
  private:
   SchemaRequest request_;
 };
 
-/// Runs a command and fetches its rows: a step for the command, one for each block of rows, and a
-/// last one for what follows the rows.
+/// How often something is heard of rows that are being fetched.
+struct FetchPace {
+  /// The worker looks up from fetching after so many rows where they come fast.
+  static constexpr std::size_t mostRows = 256;
+
+  std::chrono::milliseconds progress{100};  ///< How often progress is told.
+  /// How often rows are handed over: what was fetched since is lost with a worker left behind.
+  std::chrono::milliseconds handOver{10};
+  /// How long rows may wait for their chunk to become large.
+  std::chrono::milliseconds chunk{250};
+  /// After so many rows the worker looks up where they come slowly, and at first.
+  std::size_t fewestRows = 1;
+};
+
+/// Runs a command and fetches the rows of all its results: a step for the command, one for each
+/// block of rows, and one for each result that follows.
 class ExecuteTask : public Task {
  public:
-  /// How often progress is told.
-  static constexpr Milliseconds progressInterval{100};
-  /// How often rows are handed over: what was fetched since is lost with a worker left behind.
-  static constexpr Milliseconds handOverInterval{10};
-  /// How long rows may wait for their chunk to become large.
-  static constexpr Milliseconds chunkInterval{250};
-  /// The worker looks up from fetching after so many rows; sooner where rows come slowly.
-  static constexpr std::size_t mostRowsAtOnce = 256;
+  explicit ExecuteTask(std::string sql, RowMemory memory = RowMemory::OfMachine(),
+                       FetchPace pace = {})
+      : sql_(std::move(sql)), keeper_(std::move(memory)), pace_(pace) {}
 
-  explicit ExecuteTask(std::string sql, RowMemory memory = RowMemory::OfMachine())
-      : sql_(std::move(sql)), keeper_(std::move(memory)) {}
-
+  [[nodiscard]] const std::string& Sql() const { return sql_; }
   [[nodiscard]] bool Step(ProviderSession& session) override;
 
  private:
-  enum class Stage { Command, Rows, Rest };
+  enum class Stage { Command, Rows, Next };
 
   [[nodiscard]] bool Advance(ProviderSession& session);
-  [[nodiscard]] bool RunCommand(ProviderSession& session);
+  [[nodiscard]] bool BeginFirst(ProviderSession& session);
+  [[nodiscard]] bool BeginNext(ProviderSession& session);
+  [[nodiscard]] bool BeginResult(std::vector<FieldInfo> fields);
   void FetchBlock(ProviderSession& session);
   void OfferRows();
   [[nodiscard]] std::optional<Error> HandOver(bool tell);
   [[nodiscard]] std::optional<Error> HandOverLast();
-  void Drain(ProviderSession& session);
   void LeaveCommand(ProviderSession& session) noexcept;
   void TellFields(ProviderSession& session);
 
   std::string sql_;
   ChunkKeeper keeper_;
+  const FetchPace pace_;
   Stage stage_ = Stage::Command;
-  std::vector<FieldInfo> fields_;
-  RowSink rows_{0};
+  bool behindFirst_ = false;       ///< The first result with columns has been fetched.
+  std::vector<FieldInfo> fields_;  ///< Of that first result.
+  RowSink rows_{0};                ///< Of the present one.
+  std::int64_t rowsBefore_ = 0;    ///< Of the results before it.
+  std::int64_t rowsSoFar_ = 0;     ///< With those of the present one that were handed over.
   std::chrono::steady_clock::time_point lastLook_;
   std::chrono::steady_clock::time_point lastHandOver_;
   std::chrono::steady_clock::time_point lastChunk_;
   std::chrono::steady_clock::time_point lastProgress_;
-  std::size_t rowsAtOnce_ = 1;
+  std::size_t rowsAtOnce_ = pace_.fewestRows;
 };
 
 }  // namespace tessel

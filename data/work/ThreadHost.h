@@ -31,7 +31,6 @@ class ThreadHost : public SessionHost, public std::enable_shared_from_this<Threa
   /// and not at all for one that is known to hang.
   void Stop(const std::shared_ptr<Task>& running) override;
 
-  void WaitForResult(Task& task) override { task.WaitForResult(); }
   void WaitForEnd(Task& task) override { task.WaitForEnd(); }
 
  private:

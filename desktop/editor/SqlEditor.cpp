@@ -18,8 +18,8 @@
 #include "contract/base/Utf8.h"
 #include "desktop/base/Colors.h"
 #include "desktop/base/Text.h"
-#include "desktop/plain/LineWrapping.h"
 #include "desktop/editor/SqlColors.h"
+#include "desktop/plain/LineWrapping.h"
 
 namespace tessel {
 

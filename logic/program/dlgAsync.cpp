@@ -16,10 +16,7 @@ namespace tessel {
 namespace {
 
 constexpr int tickMilliseconds = 500;
-constexpr std::int64_t noExecution = -2;
 constexpr const char* programName = "Tessel";
-
-bool HasSettled(int state) { return state == objectState::closed || state == objectState::open; }
 
 }  // namespace
 
@@ -59,24 +56,21 @@ void dlgAsync::NameConnection(const std::shared_ptr<Connection>& connection, std
   names_.push_back({connection, std::move(name)});
 }
 
-void dlgAsync::WorkFor(const Connection* connection) {
+std::string dlgAsync::TitleOf(const Connection* connection) const {
   const auto named = std::ranges::find_if(
       names_, [&](const Name& name) { return name.connection.lock().get() == connection; });
-  title_ = connection == nullptr || named == names_.end() ? std::string() : named->text;
+  return connection == nullptr || named == names_.end() ? programName : named->text;
 }
 
-void dlgAsync::Reset() {
+void dlgAsync::Reset(const Connection* connection) {
   Load();
-  window_->SetCaption(title_.empty() ? programName : title_);
+  window_->SetCaption(TitleOf(connection));
   window_->Find<Label>("lblMessage").SetCaption("");
   bar_->SetVisible(false);
   bar_->SetValue(0);
   window_->Find<Button>("cmdCancel").SetEnabled(true);
   cancelled_ = false;
-  done_ = false;
   Release();
-  storedError_.reset();
-  recordsAffected_ = noExecution;
   start_ = desktop_.TheClock().Milliseconds();
   clockRuns_ = true;
   ShowElapsed();
@@ -89,14 +83,15 @@ void dlgAsync::ShowElapsed() {
   window_->Find<Label>("lblTimer").SetCaption(FormatElapsed(elapsed));
 }
 
-void dlgAsync::InitProcess(const std::string& message) {
-  Reset();
+void dlgAsync::InitProcess(const std::string& message, const Connection* connection) {
+  Reset(connection);
   window_->Find<Label>("lblMessage").SetCaption("\n" + message);
   window_->ShowAboveSoon(frame_);
 }
 
-void dlgAsync::InitProgress(const std::string& message, double maximum) {
-  Reset();
+void dlgAsync::InitProgress(const std::string& message, double maximum,
+                            const Connection* connection) {
+  Reset(connection);
   window_->Find<Label>("lblMessage").SetCaption(message);
   progressStep_ = static_cast<std::uint32_t>(std::min(std::ceil(maximum / 32), 16.0));
   bar_->SetMax(maximum);
@@ -122,38 +117,26 @@ bool dlgAsync::DoProgress(double increment) {
 }
 
 std::shared_ptr<Recordset> dlgAsync::ReadRows(Connection& connection, const std::string& sql) {
-  std::shared_ptr<Recordset> rows = connection.CreateRecordset();
-  rows->SetSource(sql);
-  rows->SetCursorType(CursorType::Static);
-  rows->SetLockType(LockType::ReadOnly);
-  return Read(connection, std::move(rows));
+  return Read(connection.StartQuery(sql, LockType::ReadOnly));
 }
 
 std::shared_ptr<Recordset> dlgAsync::ReadSchema(Connection& connection, SchemaRowset schema,
                                                 const std::vector<std::string>& restrictions) {
-  return Read(connection, connection.CreateSchemaRecordset(schema, restrictions));
+  return Read(connection.StartSchema(schema, restrictions));
 }
 
-bool dlgAsync::UseCatalog(Connection& connection, const std::string& name) {
-  std::int64_t recordsAffected = 0;
-  return DoQuery(connection.CreateCatalogChange(name), recordsAffected,
-                 AllowsAsynchronousWork(connection));
+std::shared_ptr<Recordset> dlgAsync::Read(const std::shared_ptr<QueryOperation>& query) {
+  const bool async = AllowsAsynchronousWork(*query->ActiveConnection());
+  return Run(query, "Executing...", async) ? query->FirstRows() : nullptr;
 }
 
-std::shared_ptr<Recordset> dlgAsync::Read(Connection& connection, std::shared_ptr<Recordset> rows) {
-  std::int64_t recordsAffected = 0;
-  if (DoQuery(rows, recordsAffected, AllowsAsynchronousWork(connection))) return rows;
-  rows->Close();
-  return nullptr;
-}
-
-bool dlgAsync::ForEach(const std::string& message, std::int64_t count,
+bool dlgAsync::ForEach(const std::string& message, const Connection* connection, std::int64_t count,
                        const std::function<void(std::int64_t)>& step, std::int64_t atOnce) {
   if (count < atOnce) {
     for (std::int64_t i = 0; i < count; ++i) step(i);
     return true;
   }
-  InitProgress(message, static_cast<double>(count));
+  InitProgress(message, static_cast<double>(count), connection);
   bool goesOn = true;
   try {
     std::int64_t taken = 0;
@@ -173,175 +156,103 @@ bool dlgAsync::ForEach(const std::string& message, std::int64_t count,
 
 bool dlgAsync::DoConnect(const std::shared_ptr<Connection>& connection, const std::string& user,
                          const std::string& password) {
-  std::exception_ptr pending;
-  try {
-    WorkFor(connection.get());
-    Reset();
-    connection_ = connection;
-    connection->ConnectComplete = [this](const ErrorInfo* error, EventStatus status) {
-      Complete(error, status);
-    };
-    window_->Find<Label>("lblMessage").SetCaption("\nConnecting...");
-    connection->Open(user, password, asyncConnect);
-    WaitModally();
-    while (!HasSettled(connection->State())) Yield();
-  } catch (const Error&) {
-    pending = std::current_exception();
-  }
-  return Finish(pending);
+  return Run(connection->StartOpen(user, password), "Connecting...", true);
 }
 
-bool dlgAsync::DoQuery(const std::shared_ptr<Recordset>& recordset, std::int64_t& recordsAffected,
+bool dlgAsync::DoQuery(const std::shared_ptr<QueryOperation>& query, std::int64_t& recordsAffected,
                        bool async) {
-  std::exception_ptr pending;
-  try {
-    WorkFor(recordset->ActiveConnection().get());
-    Reset();
-    Hold(recordset);
-    connection_->ExecuteComplete = [this](std::int64_t affected, const ErrorInfo* error,
-                                          EventStatus status, Recordset*) {
-      mCn_ExecuteComplete(affected, error, status);
-    };
-    recordset->FetchProgress = [this](std::int64_t progress, std::int64_t, EventStatus) {
-      mRs_FetchProgress(progress);
-    };
-    recordset->FetchComplete = [this](const ErrorInfo* error, EventStatus status) {
-      Complete(error, status);
-    };
-    window_->Find<Label>("lblMessage").SetCaption("\nExecuting...");
-    if (async) {
-      recordset->Open(openOption::text | openOption::asyncExecute | openOption::asyncFetch);
-      WaitModally();
-      while (!HasSettled(recordset->State())) Yield();
-    } else {
-      WaitBlocked([&] { recordset->Open(openOption::text); });
-    }
-  } catch (const Error&) {
-    pending = std::current_exception();
+  WaitFor({query}, "Executing...", async);
+  recordsAffected = query->RecordsAffected();
+  return Conclude();
+}
+
+bool dlgAsync::Run(std::shared_ptr<Operation> operation, const std::string& message, bool async) {
+  return RunAll({std::move(operation)}, message, async);
+}
+
+bool dlgAsync::RunAll(Operations operations, const std::string& message, bool async) {
+  WaitFor(std::move(operations), message, async);
+  return Conclude();
+}
+
+/// The window may be closed by the program's end before the operations have ended.
+void dlgAsync::WaitFor(Operations operations, const std::string& message, bool async) {
+  Reset(operations.front()->ActiveConnection().get());
+  operations_ = std::move(operations);
+  for (const auto& operation : operations_) {
+    operation->Progress = [this] { OperationProgress(); };
+    operation->Ended = [this] { OperationEnded(); };
   }
-  recordsAffected = recordsAffected_;
-  return Finish(pending);
+  window_->Find<Label>("lblMessage").SetCaption("\n" + message);
+  if (async) WaitModally();
+  else WaitBlocked();
+  while (!AllEnded()) Yield();
 }
 
-bool dlgAsync::DoUpdate(const std::shared_ptr<Recordset>& recordset, bool async) {
-  return DoChange(recordset, "Saving the record...", async,
-                  [&](int options) { recordset->Update(options); });
-}
-
-bool dlgAsync::DoDelete(const std::shared_ptr<Recordset>& recordset, bool async) {
-  return DoChange(recordset, "Deleting the record...", async,
-                  [&](int options) { recordset->Delete(options); });
-}
-
-bool dlgAsync::DoChange(const std::shared_ptr<Recordset>& recordset, const std::string& message,
-                        bool async, const std::function<void(int options)>& change) {
-  std::exception_ptr pending;
-  try {
-    WorkFor(recordset->ActiveConnection().get());
-    Reset();
-    Hold(recordset);
-    recordset->ChangeComplete = [this](const ErrorInfo* error, EventStatus status) {
-      Complete(error, status);
-    };
-    window_->Find<Label>("lblMessage").SetCaption("\n" + message);
-    if (async) {
-      change(openOption::asyncExecute);
-      WaitModally();
-      while (!HasSettled(recordset->State())) Yield();
-    } else {
-      WaitBlocked([&] { change(0); });
-    }
-  } catch (const Error&) {
-    pending = std::current_exception();
-  }
-  return Finish(pending);
-}
-
-void dlgAsync::Hold(const std::shared_ptr<Recordset>& recordset) {
-  connection_ = recordset->ActiveConnection();
-  recordset_ = recordset;
-}
-
-/// Shows the window until the operation is done; it may have ended already.
 void dlgAsync::WaitModally() {
-  if (!done_) window_->ShowModal(&frame_);
+  if (!AllEnded()) window_->ShowModal(&frame_);
 }
 
 /// The clock cannot tick while the provider blocks: a word stands in its place.
-void dlgAsync::WaitBlocked(const std::function<void()>& operation) {
+void dlgAsync::WaitBlocked() {
   clockRuns_ = false;
   window_->Find<Label>("lblTimer").SetCaption("wait...");
   window_->Find<Button>("cmdCancel").SetEnabled(false);
   window_->ShowAbove(frame_);
   Yield();
-  operation();
+  for (const auto& operation : operations_) operation->Wait();
 }
 
-void dlgAsync::Complete(const ErrorInfo* error, EventStatus status) {
-  if (status == EventStatus::ErrorsOccurred && error != nullptr && !storedError_)
-    storedError_ = *error;
-  done_ = true;
-  window_->Hide();
+bool dlgAsync::AllEnded() const {
+  return std::ranges::all_of(operations_,
+                             [](const auto& operation) { return operation->HasEnded(); });
 }
 
-void dlgAsync::mCn_ExecuteComplete(std::int64_t recordsAffected, const ErrorInfo* error,
-                                   EventStatus status) {
-  recordsAffected_ = recordsAffected;
-  const bool rowsFollow = recordset_ != nullptr && (recordset_->State() & objectState::open) != 0;
-  if (status == EventStatus::ErrorsOccurred || !rowsFollow) Complete(error, status);
+void dlgAsync::OperationEnded() {
+  if (AllEnded()) window_->Hide();
 }
 
-void dlgAsync::mRs_FetchProgress(std::int64_t progress) {
+void dlgAsync::OperationProgress() {
   if (cancelled_) return;
-  window_->Find<Label>("lblMessage").SetCaption("Fetching records...\n" + std::to_string(progress));
+  std::int64_t rows = 0;
+  for (const auto& operation : operations_) rows += operation->Rows();
+  if (rows == 0) return;
+  window_->Find<Label>("lblMessage").SetCaption("Fetching records...\n" + std::to_string(rows));
 }
 
 void dlgAsync::Form_Activate() {
-  if (done_) window_->Hide();
+  if (!operations_.empty() && AllEnded()) window_->Hide();
 }
 
 void dlgAsync::cmdCancel_Click() {
   if (cancelled_) return;
   cancelled_ = true;
   window_->Find<Label>("lblMessage").SetCaption("\nCancelling...");
-  try {
-    if (recordset_ != nullptr) recordset_->Cancel();
-    else if (connection_ != nullptr) connection_->Cancel();
-  } catch (const Error&) {
-    // The operation ends through its own completion, whatever the cancel reports.
-  }
+  for (const auto& operation : operations_) operation->Cancel();
 }
 
-bool dlgAsync::Finish(std::exception_ptr pending) {
-  const std::optional<ErrorInfo> storedError = std::exchange(storedError_, std::nullopt);
+bool dlgAsync::Conclude() {
+  const Operations ended = operations_;
   const bool cancelled = cancelled_;
   Unload();
   if (cancelled) return false;
-  if (pending) std::rethrow_exception(pending);
-  if (storedError) throw Error(*storedError);
+  for (const auto& operation : ended)
+    if (operation->Failure()) throw Error(*operation->Failure());
   return true;
 }
 
-/// Lets go of the objects of the operation; their events no longer reach this window.
+/// Lets go of what was waited for; its events no longer reach this window.
 void dlgAsync::Release() {
-  if (recordset_ != nullptr) {
-    recordset_->FetchProgress = nullptr;
-    recordset_->FetchComplete = nullptr;
-    recordset_->ChangeComplete = nullptr;
+  for (const auto& operation : operations_) {
+    operation->Progress = nullptr;
+    operation->Ended = nullptr;
   }
-  if (connection_ != nullptr) {
-    connection_->ConnectComplete = nullptr;
-    connection_->ExecuteComplete = nullptr;
-  }
-  recordset_.reset();
-  connection_.reset();
+  operations_.clear();
 }
 
 void dlgAsync::Unload() {
   if (window_ == nullptr) return;
   window_->TimerNamed("tmrTimer").SetEnabled(false);
-  storedError_.reset();
-  title_.clear();
   Release();
   window_->Unload();
 }

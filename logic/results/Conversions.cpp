@@ -113,6 +113,12 @@ RecordFormat FormatOf(const Conversion& conversion) {
 
 }  // namespace
 
+std::vector<std::string> ConversionCommands() {
+  std::vector<std::string> commands;
+  for (const Conversion& conversion : conversions) commands.emplace_back(conversion.command);
+  return commands;
+}
+
 const Conversion& ConversionOf(std::string_view command, bool severalColumns) {
   if (command == oneColumnArray.command && !severalColumns) return oneColumnArray;
   const auto* found = std::ranges::find(conversions, command, &Conversion::command);

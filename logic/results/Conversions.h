@@ -45,6 +45,9 @@ struct ConversionFrame {
   std::string closing;
 };
 
+/// The menu items of all conversions.
+[[nodiscard]] std::vector<std::string> ConversionCommands();
+
 /// The conversion of a menu item, for one column or for several. Raises Error(itemNotFound) when
 /// there is none.
 [[nodiscard]] const Conversion& ConversionOf(std::string_view command, bool severalColumns);

@@ -95,11 +95,9 @@ bool OpenTransaction::RollBack(Connection& connection, Session session) {
 }
 
 bool OpenTransaction::Run(Connection& connection, const char* sql) {
-  const std::shared_ptr<Recordset> command = connection.CreateRecordset();
-  command->SetSource(sql);
-  std::int64_t unused = 0;
   try {
-    return async_.DoQuery(command, unused, AllowsAsynchronousWork(connection));
+    return async_.Run(connection.StartQuery(sql, LockType::ReadOnly), "Executing...",
+                      AllowsAsynchronousWork(connection));
   } catch (const Error& error) {
     help_.Show(error.Description(), MessageIcon::Exclamation);
     return false;

@@ -18,9 +18,6 @@ namespace {
 constexpr int viewWidth = 9600;
 constexpr int viewHeight = 6300;
 constexpr std::string_view arrow = "--> ";  ///< Before the names of conversions in the menu.
-constexpr const char* commands[] = {"mnuCvtCSV",       "mnuCvtQuotedCSV", "mnuCvtTabDelimited",
-                                    "mnuCvtInsertSQL", "mnuCvtSetSQL",    "mnuCvtHTMLTable",
-                                    "mnuCvtArrayC"};
 
 /// Gives a text that grows record by record the room it will need, so that it is not moved again
 /// and again and takes little more memory than it fills.
@@ -63,7 +60,7 @@ RecordConversion::RecordConversion(const Global& global, Window& window, dlgAsyn
       sqlWindow_(sqlWindow),
       window_(window),
       grid_(window.Find<DataGrid>("DataGrid")) {
-  for (const char* command : commands)
+  for (const std::string& command : ConversionCommands())
     window.Menu(command).Click = [this, command] { Convert(command); };
 }
 
@@ -120,8 +117,8 @@ void RecordConversion::ConvertRecords(std::string& text, const RecordFormat& for
   RecordFormatter formatter(format, columns);
   converted_ = 0;
   if (all) rows->MoveFirst();
-  async_.WorkFor(rows->ActiveConnection().get());
-  async_.ForEach(ProgressMessage(count, !all), count, [&](std::int64_t i) {
+  const std::shared_ptr<Connection> connection = rows->ActiveConnection();
+  async_.ForEach(ProgressMessage(count, !all), connection.get(), count, [&](std::int64_t i) {
     if (!all) rows->MoveTo(selected[static_cast<std::size_t>(i)]);
     if (i != 0) text += format.record.separator;
     formatter.FormatRecord(text, *rows);

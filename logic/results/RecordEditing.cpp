@@ -130,7 +130,7 @@ bool RecordEditing::Write() {
   bool written = false;
   TryTo([&] {
     dataGrid_.EndEdit();
-    written = async_.DoUpdate(rows, writesAsync_);
+    written = async_.Run(rows->StartUpdate(), "Saving the record...", writesAsync_);
   });
   if (dataGrid_.DataSource() != rows || !written) return false;
   dataGrid_.Refresh();
@@ -273,7 +273,7 @@ void RecordEditing::DeleteRows(const std::vector<Bookmark>& rows) {
   TryTo([&] {
     for (const Bookmark row : rows) {
       source->MoveTo(row);
-      if (!async_.DoDelete(source, writesAsync_)) return;
+      if (!async_.Run(source->StartDelete(), "Deleting the record...", writesAsync_)) return;
     }
   });
   if (dataGrid_.DataSource() != source) return;

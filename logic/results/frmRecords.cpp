@@ -15,7 +15,6 @@ namespace tessel {
 
 namespace {
 
-constexpr int clientSideCursors = 3;
 constexpr int confirmContext = 8203;
 constexpr int windowContext = 8400;
 constexpr int errorsContext = 8403;
@@ -33,8 +32,9 @@ std::string ShownName(const ConnectRequest& request) {
 /// The progress window without a bar, for as long as this lives.
 class ProcessShown {
  public:
-  ProcessShown(dlgAsync& async, const std::string& message) : async_(async) {
-    async.InitProcess(message);
+  ProcessShown(dlgAsync& async, const std::string& message, const Connection& connection)
+      : async_(async) {
+    async.InitProcess(message, &connection);
   }
   ~ProcessShown() { async_.Unload(); }
   ProcessShown(const ProcessShown&) = delete;
@@ -83,7 +83,6 @@ void frmRecords::Form_Load() {
   host_.CountRecordsWindow(1);
   window_->SetHelpContext(windowContext);
   mCn_ = global_.Data().CreateConnection();
-  mCn_->SetCursorLocation(clientSideCursors);
   mCn_->TransactionChanged = [this] { ShowTransaction(); };
   WireControls();
   WireMenus();
@@ -147,6 +146,7 @@ void frmRecords::Form_Unload() {
     // The window goes all the same.
   }
   mCn_->TransactionChanged = nullptr;
+  query_.reset();
   mCn_.reset();
   host_.CountRecordsWindow(-1);
   if (onUnloaded) onUnloaded();
@@ -273,16 +273,20 @@ bool frmRecords::MayChangeCatalog() {
 
 /// Some databases want the name in brackets, others as it is. False when the user cancelled.
 bool frmRecords::UseCatalog(const std::string& name) {
+  const auto use = [this](const std::string& written) {
+    return async_.Run(mCn_->StartUseCatalog(written), "Executing...", freeThreaded_);
+  };
   try {
-    return async_.UseCatalog(*mCn_, "[" + name + "]");
+    return use("[" + name + "]");
   } catch (const Error&) {
-    return async_.UseCatalog(*mCn_, name);
+    return use(name);
   }
 }
 
 void frmRecords::cmdReconnect_Click() {
   if (!MayEndSession(OpenTransaction::Session::GoesOn)) return FocusRecords();
   dataGrid_.SetDataSource(nullptr);
+  query_.reset();
   EnableRecords(false);
   cboCatalog_.SetVisible(false);
   try {
@@ -318,8 +322,7 @@ bool frmRecords::DoQueryTags(const std::string& taggedSQL, bool confirmFirst, in
 std::optional<SubstitutedText> frmRecords::Preprocess(const std::string& taggedSQL) {
   if (!MayHoldTags(taggedSQL)) return SubstitutedText{taggedSQL};
   try {
-    async_.WorkFor(mCn_.get());
-    const ProcessShown shown(async_, "Preprocessing SQL...");
+    const ProcessShown shown(async_, "Preprocessing SQL...", *mCn_);
     return SubstituteTags(taggedSQL, *this);
   } catch (const Error& error) {
     help_.HelpMsgBoxNotice(error.Description(), MessageButtons::Ok, MessageIcon::Exclamation);
@@ -351,22 +354,22 @@ bool frmRecords::Run(const Execution& execution, std::int64_t start) {
   dataGrid_.SetDataSource(nullptr);
   EnableRecords(false);
   mCn_->ClearErrors();
-  const std::shared_ptr<Recordset> recordset = mCn_->CreateRecordset();
-  recordset->SetSource(execution.sql);
-  recordset->SetCursorType(CursorType::Static);
-  recordset->SetLockType(editing_.Locked() ? LockType::ReadOnly : LockType::Optimistic);
+  query_.reset();
+  query_ = mCn_->StartQuery(execution.sql,
+                            editing_.Locked() ? LockType::ReadOnly : LockType::Optimistic);
   std::int64_t recordsAffected = -3;
   bool interrupted = false;
   try {
-    interrupted = !async_.DoQuery(recordset, recordsAffected, freeThreaded_);
+    interrupted = !async_.DoQuery(query_, recordsAffected, freeThreaded_);
   } catch (const Error& error) {
-    if (recordset->State() == objectState::closed) throw;
-    ShowRowsOf(execution, recordset, start);
-    ReportBrokenFetch(*recordset, error);
+    const std::shared_ptr<Recordset> rows = query_->FirstRows();
+    if (rows == nullptr) throw;
+    ShowRowsOf(execution, rows, start);
+    ReportBrokenFetch(*rows, error);
     return false;
   }
-  if (recordset->State() != objectState::closed) {
-    ShowRowsOf(execution, recordset, start);
+  if (const std::shared_ptr<Recordset> rows = query_->FirstRows()) {
+    ShowRowsOf(execution, rows, start);
   } else {
     UpdateTimer(start);
     if (!ReportNoRows(recordsAffected, interrupted)) return false;

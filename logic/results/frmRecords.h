@@ -172,6 +172,7 @@ class frmRecords : private QueryRunner, private TagResolver {
 
   int windowID_ = -1;
   std::shared_ptr<Connection> mCn_;
+  std::shared_ptr<QueryOperation> query_;  ///< The last one, with all its results.
   std::string userName_;
   std::string password_;
   bool freeThreaded_ = false;

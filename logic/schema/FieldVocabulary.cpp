@@ -22,7 +22,7 @@ std::optional<FieldVocabulary::Values> FieldVocabulary::Read(const std::string& 
                                                              Connection& connection) {
   try {
     const std::shared_ptr<Recordset> rows = async_.ReadRows(connection, sql);
-    if (rows == nullptr || rows->State() == objectState::closed) return std::nullopt;
+    if (rows == nullptr) return std::nullopt;
     Values values{rows->RecordCount() != 0, TextOf(*rows)};
     rows->Close();
     return values;
@@ -35,12 +35,13 @@ std::optional<FieldVocabulary::Values> FieldVocabulary::Read(const std::string& 
 
 std::string FieldVocabulary::TextOf(const Recordset& rows) {
   std::string text;
-  async_.WorkFor(rows.ActiveConnection().get());
-  async_.ForEach("Reading vocabulary...", rows.RecordCount(), [&](std::int64_t row) {
-    const std::string value = ToText(rows.ValueAt(row, 0));
-    const std::size_t start = std::min(value.find_first_not_of(' '), value.size());
-    if (start != value.size()) text.append(value, start).append("\r\n");
-  });
+  const std::shared_ptr<Connection> connection = rows.ActiveConnection();
+  async_.ForEach("Reading vocabulary...", connection.get(), rows.RecordCount(),
+                 [&](std::int64_t row) {
+                   const std::string value = ToText(rows.ValueAt(row, 0));
+                   const std::size_t start = std::min(value.find_first_not_of(' '), value.size());
+                   if (start != value.size()) text.append(value, start).append("\r\n");
+                 });
   return text;
 }
 

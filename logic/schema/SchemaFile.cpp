@@ -192,8 +192,8 @@ void SchemaFile::Lay(const std::string& databaseKey, const Schema& schema) {
     const TableSchema& table = schema[static_cast<std::size_t>(i)];
     if (!table.fields.empty()) tree_.AddFields(TableNodeKey(databaseKey, table.name), table.fields);
   };
-  async_.ForEach("Reading schema file...", static_cast<std::int64_t>(schema.size()), addFields,
-                 tablesAtOnce);
+  async_.ForEach("Reading schema file...", nullptr, static_cast<std::int64_t>(schema.size()),
+                 addFields, tablesAtOnce);
   tree_.View().SetExpanded(databaseKey, true);
 }
 

@@ -176,8 +176,8 @@ class Loading {
 
   void ForEach(const std::string& message, std::int64_t count,
                const std::function<void(std::int64_t)>& step) {
-    async_.WorkFor(connection_.get());
-    if (!async_.ForEach(message, count, step, NamesAtOnce(count))) cancelled_ = true;
+    if (!async_.ForEach(message, connection_.get(), count, step, NamesAtOnce(count)))
+      cancelled_ = true;
   }
 
   /// Fields of what is not among the tables, such as a view, are left out.

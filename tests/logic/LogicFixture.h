@@ -5,11 +5,13 @@
 #include <memory>
 #include <string>
 
+#include "contract/desktop/Button.h"
+#include "contract/desktop/Label.h"
 #include "logic/program/Global.h"
 #include "system/PosixFiles.h"
 #include "tests/headless/HeadlessDesktop.h"
-#include "tests/support/FakeData.h"
 #include "tests/support/FakeFiles.h"
+#include "tests/support/MemoryData.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tessel::test {
@@ -20,7 +22,7 @@ class LogicFixture : public ::testing::Test {
  protected:
   TemporaryFolder folder;
   HeadlessDesktop desktop;
-  FakeData data{desktop.Events()};
+  MemoryData data{desktop.Events()};
   PosixFiles realFiles;
   FakeFiles files{realFiles};
   std::vector<std::string> classes;  ///< Registered class names.
@@ -29,6 +31,18 @@ class LogicFixture : public ::testing::Test {
                            if (index >= static_cast<int>(classes.size())) return std::nullopt;
                            return classes[static_cast<std::size_t>(index)];
                          }}};
+
+  /// From now on notes whether the progress window says that it waits inside a provider, as it does
+  /// where that is of one thread.
+  void NoteWaiting() {
+    desktop.OnProcessPending([this](int) {
+      const auto windows = desktop.WindowsOf("dlgAsync");
+      if (windows.empty()) return;
+      waited = waited || (windows.front()->Find<Label>("lblTimer").Caption() == "wait..." &&
+                          !windows.front()->Find<Button>("cmdCancel").Enabled());
+    });
+  }
+  bool waited = false;
 
   /// The whole of a file of the program's folder.
   [[nodiscard]] std::string Content(const std::string& name) const {

@@ -142,7 +142,7 @@ void MariaConnection::SetPatience(std::chrono::seconds patience) {
 /// Connecting is done in steps; one that is told that its time is over ends with an error, and so
 /// frees what it holds.
 void MariaConnection::Open(const MariaLogin& login, std::chrono::seconds limit,
-                           const Operation& operation) {
+                           const WorkContext& context) {
   const auto start = steady_clock::now();
   const auto isOver = [&] { return limit.count() > 0 && steady_clock::now() - start > limit; };
   const auto given = [](const std::string& text) { return text.empty() ? nullptr : text.c_str(); };
@@ -154,12 +154,12 @@ void MariaConnection::Open(const MariaLogin& login, std::chrono::seconds limit,
                                given(login.password), given(login.database), login.port,
                                given(login.socket), CLIENT_MULTI_STATEMENTS | CLIENT_FOUND_ROWS);
   while (status != 0) {
-    const bool over = operation.StopAsked() || isOver();
+    const bool over = context.StopAsked() || isOver();
     const int happened = over ? MYSQL_WAIT_TIMEOUT : Await(connection, status);
     if (happened != 0) status = mysql_real_connect_cont(&opened, connection, happened);
   }
   if (opened != nullptr) return;
-  operation.ThrowIfStopped();
+  context.ThrowIfStopped();
   if (isOver())
     throw Error(errorNumber::database, "MariaDB",
                 "The server did not answer within " + std::to_string(limit.count()) + " seconds.");

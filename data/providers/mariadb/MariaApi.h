@@ -12,7 +12,7 @@
 #include <mysql.h>
 
 #include "contract/base/Value.h"
-#include "data/providers/Operation.h"
+#include "data/providers/WorkContext.h"
 
 namespace tessel {
 
@@ -138,7 +138,7 @@ class MariaConnection {
   /// Connects; called once. Raises Error when that fails or takes longer than `limit` (0: no
   /// limit), and CancelledError soon after `operation` was asked to stop; but looking up the
   /// server's name cannot be interrupted.
-  void Open(const MariaLogin& login, std::chrono::seconds limit, const Operation& operation);
+  void Open(const MariaLogin& login, std::chrono::seconds limit, const WorkContext& context);
   /// No call waits longer than this for the server. To be called before Open.
   void SetPatience(std::chrono::seconds patience);
 

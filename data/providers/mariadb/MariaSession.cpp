@@ -40,12 +40,12 @@ ErrorInfo Warning(std::string text) {
 // --- errors --------------------------------------------------------------------------------------
 
 /// An error ends the whole text.
-void MariaSession::RaiseFailure(const Error& error, const Operation& operation) {
+void MariaSession::RaiseFailure(const Error& error, const WorkContext& context) {
   result_ = MariaResult();
   ended_ = true;
   statusIsOld_ = true;
   lost_ = lost_ || SaysSessionIsLost(error.Info());
-  if (operation.StopAsked() && SaysInterrupted(error.Info())) throw CancelledError();
+  if (context.StopAsked() && SaysInterrupted(error.Info())) throw CancelledError();
   throw error;
 }
 
@@ -53,7 +53,7 @@ void MariaSession::SendKill() const noexcept {
   try {
     MariaLogin login = target_.login;
     login.database.clear();
-    const Operation unstopped;
+    const WorkContext unstopped;
     MariaConnection killer;
     killer.SetPatience(killPatience);
     killer.Open(login, killPatience, unstopped);
@@ -65,10 +65,10 @@ void MariaSession::SendKill() const noexcept {
 
 // --- opening and closing -------------------------------------------------------------------------
 
-void MariaSession::Open(const Login& login, Operation& operation) {
+void MariaSession::Open(const Login& login, WorkContext& context) {
   target_.AddLogin(login);
   connection_ = std::make_unique<MariaConnection>();
-  connection_->Open(target_.login, target_.limit, operation);
+  connection_->Open(target_.login, target_.limit, context);
   // The client library goes on in the clear when the server has no TLS, whatever was demanded.
   if (target_.login.useSsl && connection_->Cipher().empty()) {
     connection_.reset();
@@ -114,19 +114,29 @@ Properties MariaSession::ReadProperties() {
 
 // --- commands ------------------------------------------------------------------------------------
 
-ExecuteResult MariaSession::ExecuteCommand(const std::string& sql, Operation& operation) {
+std::vector<FieldInfo> MariaSession::ExecuteCommand(const std::string& sql, WorkContext& context) {
   counts_ = CountsRows(sql);
   keepsFoundRows_ = HasWord(sql, {"sql_calc_found_rows"});
-  affected_ = 0;
   warnings_ = lostWarnings_ = 0;
   ended_ = false;
-  cancel_.TurnOn();
-  ExecuteResult result = Guarded(operation, [&] {
+  running_.emplace(cancel_, CancelSender());
+  std::vector<FieldInfo> fields = Guarded(context, [&] {
     ended_ = !RunText(sql);
-    return ended_ ? ExecuteResult() : FindRows();
+    return ended_ ? std::vector<FieldInfo>() : FindRows(context);
   });
-  if (ended_) ReportWarnings(operation);
-  return result;
+  if (ended_) ReportWarnings(context);
+  return fields;
+}
+
+std::vector<FieldInfo> MariaSession::NextResult(WorkContext& context) {
+  std::vector<FieldInfo> fields = Guarded(context, [&] {
+    result_ = MariaResult();
+    CountWarnings();
+    ended_ = !NextStatement();
+    return ended_ ? std::vector<FieldInfo>() : FindRows(context);
+  });
+  if (ended_) ReportWarnings(context);
+  return fields;
 }
 
 /// False when there is no statement in it.
@@ -145,40 +155,41 @@ bool MariaSession::NextStatement() try {
   throw;
 }
 
-ExecuteResult MariaSession::FindRows() {
+/// Goes on to the next statement with columns.
+std::vector<FieldInfo> MariaSession::FindRows(WorkContext& context) {
   do {
     result_ = connection_->Result();
     if (result_) return BeginResult();
-    affected_ += connection_->AffectedRows();
-    EndStatement();
+    context.EndStatement(counts_ ? connection_->AffectedRows() : -1);
+    CountWarnings();
   } while (NextStatement());
   ended_ = true;
-  return {.fields = {}, .recordsAffected = counts_ ? affected_ : -1};
+  return {};
 }
 
 /// Goes to the first row before it tells the columns: these come from the server before the
 /// statement has done anything.
-ExecuteResult MariaSession::BeginResult() {
-  ExecuteResult result{.fields = {}, .recordsAffected = counts_ ? affected_ : -1};
+std::vector<FieldInfo> MariaSession::BeginResult() {
+  std::vector<FieldInfo> fields;
   forms_.clear();
   for (unsigned i = 0; i < result_.ColumnCount(); ++i) {
     MariaField field = DescribeMariaColumn(result_.Column(i));
     forms_.push_back(field.form);
-    result.fields.push_back(std::move(field.info));
+    fields.push_back(std::move(field.info));
   }
   hasRow_ = result_.Fetch();
-  return result;
+  return fields;
 }
 
-void MariaSession::EndStatement() {
+void MariaSession::CountWarnings() {
   lostWarnings_ += warnings_;
   warnings_ = connection_->WarningCount();
 }
 
-bool MariaSession::FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) {
-  return Guarded(operation, [&] {
+bool MariaSession::FetchRows(RowSink& rows, std::size_t maxRows, WorkContext& context) {
+  return Guarded(context, [&] {
     for (std::size_t i = 0; hasRow_ && i < maxRows; ++i) {
-      if (operation.StopAsked()) return true;
+      if (context.StopAsked()) return true;
       AppendRow(rows);
       hasRow_ = result_.Fetch();
     }
@@ -195,35 +206,21 @@ void MariaSession::AppendRow(RowSink& rows) const {
   rows.EndRow();
 }
 
-void MariaSession::DrainResults(Operation& operation) {
-  Guarded(operation, [&] {
-    result_ = MariaResult();
-    EndStatement();
-    while (NextStatement()) {
-      MariaResult rows = connection_->Result();
-      while (rows && rows.Fetch()) operation.ThrowIfStopped();
-      EndStatement();
-    }
-    ended_ = true;
-  });
-  ReportWarnings(operation);
-}
-
 /// The server keeps those of the last statement only. The command itself is done: what goes wrong
 /// here does not make it a failure.
-void MariaSession::ReportWarnings(Operation& operation) try {
+void MariaSession::ReportWarnings(WorkContext& context) try {
   if (lostWarnings_ > 0)
-    operation.Report(Warning("Warnings of statements before the last one, which the server does "
-                             "not keep: " +
-                             std::to_string(lostWarnings_)));
-  if (warnings_ == 0 || operation.StopAsked()) return;
+    context.Report(Warning("Warnings of statements before the last one, which the server does "
+                           "not keep: " +
+                           std::to_string(lostWarnings_)));
+  if (warnings_ == 0 || context.StopAsked()) return;
   connection_->Run("show warnings");
   MariaResult rows = connection_->Result();
   while (rows.Fetch()) {
     ErrorInfo warning = Warning(std::string(rows.TextAt(0)) + ": " + std::string(rows.TextAt(2)));
     const std::string_view code = rows.TextAt(1);
     std::from_chars(code.data(), code.data() + code.size(), warning.nativeError);
-    operation.Report(std::move(warning));
+    context.Report(std::move(warning));
   }
 } catch (const Error& error) {
   lost_ = lost_ || SaysSessionIsLost(error.Info());
@@ -243,7 +240,7 @@ void MariaSession::DropResults() noexcept try {
 void MariaSession::CloseResult() noexcept {
   if (!ended_) DropResults();
   hasRow_ = false;
-  cancel_.TurnOff();
+  running_.reset();
 }
 
 /// The alias of a query is told like a table: where there is no such table, nothing can be written.
@@ -266,13 +263,13 @@ std::string MariaSession::CurrentCatalog() {
   return connection_ ? connection_->Database() : std::string();
 }
 
-void MariaSession::SetCatalog(const std::string& name, Operation& operation) {
-  Guarded(operation, [&] { connection_->SelectDatabase(std::string(WithoutBrackets(name))); });
+void MariaSession::SetCatalog(const std::string& name, WorkContext& context) {
+  Guarded(context, [&] { connection_->SelectDatabase(std::string(WithoutBrackets(name))); });
 }
 
-void MariaSession::ReadSchema(SchemaRows& rows, Operation& operation) {
-  const CancelSwitch::On scope(cancel_);
-  Guarded(operation, [&] { ReadMariaSchema(*connection_, rows); });
+void MariaSession::ReadSchema(SchemaRows& rows, WorkContext& context) {
+  const CancelSwitch::On scope(cancel_, CancelSender());
+  Guarded(context, [&] { ReadMariaSchema(*connection_, rows); });
 }
 
 }  // namespace tessel

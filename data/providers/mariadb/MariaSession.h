@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,14 +22,15 @@ class MariaSession : public ProviderSession {
  public:
   explicit MariaSession(const ConnectionKeys& keys) : target_(MariaTarget::FromKeys(keys)) {}
 
-  void Open(const Login& login, Operation& operation) override;
+  void Open(const Login& login, WorkContext& context) override;
   void Close() noexcept override;
   [[nodiscard]] bool IsAlive() noexcept override { return connection_ && !lost_; }
   [[nodiscard]] Properties ReadProperties() override;
 
-  [[nodiscard]] ExecuteResult ExecuteCommand(const std::string& sql, Operation& operation) override;
-  [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) override;
-  void DrainResults(Operation& operation) override;
+  [[nodiscard]] std::vector<FieldInfo> ExecuteCommand(const std::string& sql,
+                                                      WorkContext& context) override;
+  [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, WorkContext& context) override;
+  [[nodiscard]] std::vector<FieldInfo> NextResult(WorkContext& context) override;
   void CloseResult() noexcept override;
   void CompleteFields(std::vector<FieldInfo>& fields) override;
   [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
@@ -35,12 +38,12 @@ class MariaSession : public ProviderSession {
   [[nodiscard]] const WriteDialect* Writing() override { return &dialect_; }
   [[nodiscard]] UserTransaction Transaction() override;
   [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
-                                             Operation& operation) override;
-  void RunControl(std::string_view sql, const Operation* operation) override;
+                                             WorkContext& context) override;
+  void RunControl(std::string_view sql, const WorkContext* context) override;
 
   [[nodiscard]] std::string CurrentCatalog() override;
-  void SetCatalog(const std::string& name, Operation& operation) override;
-  void ReadSchema(SchemaRows& rows, Operation& operation) override;
+  void SetCatalog(const std::string& name, WorkContext& context) override;
+  void ReadSchema(SchemaRows& rows, WorkContext& context) override;
 
   void Cancel() noexcept override { cancel_.Request(); }
   [[nodiscard]] std::chrono::milliseconds CancelPatience() const noexcept override {
@@ -50,39 +53,42 @@ class MariaSession : public ProviderSession {
  private:
   /// Does `work`. An error becomes the one that tells what it means: a cancel, a lost server.
   template <class Work>
-  auto Guarded(Operation& operation, Work work) {
+  auto Guarded(WorkContext& context, Work work) {
     try {
       return work();
     } catch (const Error& error) {
-      RaiseFailure(error, operation);
+      RaiseFailure(error, context);
     }
   }
-  [[noreturn]] void RaiseFailure(const Error& error, const Operation& operation);
+  [[noreturn]] void RaiseFailure(const Error& error, const WorkContext& context);
   void ChooseDialect();
   [[nodiscard]] bool RunText(const std::string& sql);
   [[nodiscard]] bool NextStatement();
-  [[nodiscard]] ExecuteResult FindRows();
-  [[nodiscard]] ExecuteResult BeginResult();
-  void EndStatement();
+  [[nodiscard]] std::vector<FieldInfo> FindRows(WorkContext& context);
+  [[nodiscard]] std::vector<FieldInfo> BeginResult();
+  void CountWarnings();
   void AppendRow(RowSink& rows) const;
-  void ReportWarnings(Operation& operation);
+  void ReportWarnings(WorkContext& context);
   void DropResults() noexcept;
   void SendKill() const noexcept;
+  [[nodiscard]] std::function<void()> CancelSender() const {
+    return [this] { SendKill(); };
+  }
 
   MariaTarget target_;
   std::unique_ptr<MariaConnection> connection_;
   WriteDialect dialect_;
   bool lost_ = false;
   bool statusIsOld_ = false;  ///< Of the server: the last answer was an error.
-  CancelSwitch cancel_{[this] { SendKill(); }};
+  CancelSwitch cancel_;
+  std::optional<CancelSwitch::On> running_;  ///< While a command runs.
 
   // The command that runs, or ran last.
   bool ended_ = true;  ///< Nothing of it is left at the server.
   bool counts_ = false;
   bool keepsFoundRows_ = false;  ///< What it found is asked for by a command to come.
-  std::int64_t affected_ = 0;
-  unsigned warnings_ = 0;      ///< Of its last statement so far.
-  unsigned lostWarnings_ = 0;  ///< Of those before.
+  unsigned warnings_ = 0;        ///< Of its last statement so far.
+  unsigned lostWarnings_ = 0;    ///< Of those before.
   MariaResult result_;
   bool hasRow_ = false;  ///< It stands on a row that was not fetched.
   std::vector<MariaForm> forms_;

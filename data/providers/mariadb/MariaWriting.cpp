@@ -44,9 +44,9 @@ UserTransaction MariaSession::Transaction() {
   return connection_->CommitsByItself() ? UserTransaction::None : UserTransaction::Waiting;
 }
 
-StatementResult MariaSession::RunStatement(const RowStatement& text, Operation& operation) {
-  const CancelSwitch::On scope(cancel_);
-  return Guarded(operation, [&] {
+StatementResult MariaSession::RunStatement(const RowStatement& text, WorkContext& context) {
+  const CancelSwitch::On scope(cancel_, CancelSender());
+  return Guarded(context, [&] {
     std::vector<ValueView> parameters;
     for (const auto& [value, field] : text.parameters) parameters.push_back(value);
     MariaStatement statement = connection_->Prepare(text.sql);
@@ -57,7 +57,7 @@ StatementResult MariaSession::RunStatement(const RowStatement& text, Operation& 
 }
 
 /// Cannot be cancelled: whoever cancels a commit would not know what came of it.
-void MariaSession::RunControl(std::string_view sql, const Operation* /*operation*/) try {
+void MariaSession::RunControl(std::string_view sql, const WorkContext* /*context*/) try {
   connection_->Run(std::string(sql));
 } catch (const Error& error) {
   lost_ = lost_ || SaysSessionIsLost(error.Info());

@@ -134,43 +134,6 @@ std::vector<NamedItem> Environment::Drivers() const { return Walk(handle_, SQLDr
 
 std::vector<NamedItem> Environment::DataSources() const { return Walk(handle_, SQLDataSources); }
 
-// --- CancelGate ----------------------------------------------------------------------------------
-
-// At its very beginning and end a statement is not yet or no longer protected by all drivers: short
-// ones are left to end by themselves.
-void CancelGate::Enter(SQLHSTMT statement) {
-  using namespace std::chrono_literals;
-  const std::lock_guard lock(mutex_);
-  running_ = statement;
-  reached_ = false;
-  next_ = std::chrono::steady_clock::now() + 5ms;
-  interval_ = 10ms;
-}
-
-void CancelGate::Leave() {
-  const std::lock_guard lock(mutex_);
-  running_ = SQL_NULL_HSTMT;
-}
-
-template <class Function>
-SQLRETURN CancelGate::Run(SQLHSTMT statement, Function function) {
-  Enter(statement);
-  const SQLRETURN code = function();
-  Leave();
-  return code;
-}
-
-// A request is lost when it arrives before the server has begun, so it is sent again.
-void CancelGate::Cancel() noexcept {
-  const std::lock_guard lock(mutex_);
-  const auto now = std::chrono::steady_clock::now();
-  if (running_ == SQL_NULL_HSTMT || now < next_) return;
-  SQLCancel(running_);
-  reached_ = true;
-  next_ = now + interval_;
-  interval_ = std::min(interval_ * 2, std::chrono::milliseconds(1000));
-}
-
 // --- Dbc -----------------------------------------------------------------------------------------
 
 Dbc::Dbc(std::shared_ptr<const Trace> trace)
@@ -245,8 +208,14 @@ void Statement::BindParameter(SQLUSMALLINT number, SQLSMALLINT cType, SQLSMALLIN
                                  static_cast<SQLULEN>(size), 0, buffer, size, indicator));
 }
 
-Outcome Statement::Execute(const std::string& sql, CancelGate& gate, Diagnostics& notices) {
-  const SQLRETURN code = gate.Run(handle_.Raw(), [&] {
+template <class Function>
+SQLRETURN Statement::RunCancellable(CancelSwitch& cancel, Function function) {
+  const CancelSwitch::On on(cancel, [statement = handle_.Raw()] { SQLCancel(statement); });
+  return function();
+}
+
+Outcome Statement::Execute(const std::string& sql, CancelSwitch& cancel, Diagnostics& notices) {
+  const SQLRETURN code = RunCancellable(cancel, [&] {
     return SQLExecDirect(handle_.Raw(), Text(sql), static_cast<SQLINTEGER>(sql.size()));
   });
   const Outcome outcome = handle_.Check("SQLExecDirect", code);
@@ -254,8 +223,8 @@ Outcome Statement::Execute(const std::string& sql, CancelGate& gate, Diagnostics
   return outcome;
 }
 
-bool Statement::MoreResults(CancelGate& gate, Diagnostics& notices) {
-  const SQLRETURN code = gate.Run(handle_.Raw(), [&] { return SQLMoreResults(handle_.Raw()); });
+bool Statement::MoreResults(CancelSwitch& cancel, Diagnostics& notices) {
+  const SQLRETURN code = RunCancellable(cancel, [&] { return SQLMoreResults(handle_.Raw()); });
   try {
     const Outcome outcome = handle_.Check("SQLMoreResults", code);
     if (outcome == Outcome::SuccessWithInfo) notices = handle_.ReadDiagnostics();
@@ -314,6 +283,8 @@ void Statement::Bind(SQLUSMALLINT column, SQLSMALLINT type, void* buffer, SQLLEN
                      SQLLEN* indicator) {
   handle_.Check("SQLBindCol", SQLBindCol(handle_.Raw(), column, type, buffer, size, indicator));
 }
+
+void Statement::Unbind() { handle_.Check("SQLFreeStmt", SQLFreeStmt(handle_.Raw(), SQL_UNBIND)); }
 
 bool Statement::Fetch() {
   return handle_.Check("SQLFetch", SQLFetch(handle_.Raw())) != Outcome::NoData;

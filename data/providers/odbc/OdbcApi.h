@@ -18,6 +18,8 @@
 /// The one door to ODBC: every call of the program goes through these classes. Each call's return
 /// code is checked, diagnostics are read at once, and each call can be traced. Narrow calls only:
 /// text goes in and comes out as UTF-8.
+#include "data/providers/CancelSwitch.h"
+
 namespace tessel::odbc {
 
 /// One diagnostic record as the driver gave it.
@@ -88,31 +90,6 @@ class Environment {
   Handle handle_;
 };
 
-/// Lets other threads cancel what the worker executes, and nothing else: outside of Execute and
-/// MoreResults a cancel would close a cursor under the worker's hands.
-class CancelGate {
- public:
-  /// Asks the driver to cancel, if a statement executes and has done so for a moment. To be called
-  /// again and again until it ends, on any thread; requests reach the driver in growing intervals.
-  /// Blocks when the server does.
-  void Cancel() noexcept;
-  /// True when the driver was asked during the last execution. Worker.
-  [[nodiscard]] bool Reached() const { return reached_; }
-
- private:
-  friend class Statement;
-  template <class Function>
-  SQLRETURN Run(SQLHSTMT statement, Function function);
-  void Enter(SQLHSTMT statement);
-  void Leave();
-
-  std::mutex mutex_;  ///< Also held while the driver is asked: Leave waits for that to end.
-  SQLHSTMT running_ = SQL_NULL_HSTMT;
-  bool reached_ = false;
-  std::chrono::steady_clock::time_point next_;
-  std::chrono::milliseconds interval_{0};
-};
-
 /// One session with a data source.
 class Dbc {
  public:
@@ -159,7 +136,8 @@ struct CatalogName {
   bool operator==(const CatalogName&) const = default;
 };
 
-/// One statement. Columns count from 1, as in ODBC.
+/// One statement. Columns count from 1, as in ODBC. It can be cancelled in Execute and MoreResults
+/// only: elsewhere a cancel would close a cursor under the worker's hands.
 class Statement {
  public:
   explicit Statement(const Dbc& dbc);
@@ -168,10 +146,11 @@ class Statement {
   /// they are until it has run.
   void BindParameter(SQLUSMALLINT number, SQLSMALLINT cType, SQLSMALLINT sqlType, void* buffer,
                      SQLLEN* indicator);
-  /// Runs `sql`; adds what the driver remarked to `notices`. NoData: it ran and touched no row.
-  Outcome Execute(const std::string& sql, CancelGate& gate, Diagnostics& notices);
+  /// Runs `sql`, which may be cancelled meanwhile; adds what the driver remarked to `notices`.
+  /// NoData: it ran and touched no row.
+  Outcome Execute(const std::string& sql, CancelSwitch& cancel, Diagnostics& notices);
   /// False when there are no more results, or the driver knows of no more than one.
-  bool MoreResults(CancelGate& gate, Diagnostics& notices);
+  bool MoreResults(CancelSwitch& cancel, Diagnostics& notices);
 
   [[nodiscard]] SQLSMALLINT ColumnCount() const;
   [[nodiscard]] ColumnDescription Describe(SQLUSMALLINT column) const;
@@ -185,6 +164,8 @@ class Statement {
 
   /// `buffer` and `indicator` must stay where they are while rows are fetched.
   void Bind(SQLUSMALLINT column, SQLSMALLINT type, void* buffer, SQLLEN size, SQLLEN* indicator);
+  /// Lets go of all buffers.
+  void Unbind();
   /// False when there are no more rows. A value cut short in its buffer is no failure.
   bool Fetch();
   /// The value, or the next piece of it, as SQLGetData gives it.
@@ -199,6 +180,9 @@ class Statement {
   void UniqueIndexes(const CatalogName& name);
 
  private:
+  template <class Function>
+  SQLRETURN RunCancellable(CancelSwitch& cancel, Function function);
+
   Handle handle_;
 };
 

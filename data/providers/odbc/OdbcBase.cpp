@@ -65,7 +65,7 @@ bool FindByText(const Dbc& dbc, const WriteDialect& dialect, const std::string& 
 }
 
 /// A driver may take the alias for the name of the base column.
-bool SeesThroughAliases(const Dbc& dbc, CancelGate& gate, const WriteDialect& dialect,
+bool SeesThroughAliases(const Dbc& dbc, CancelSwitch& cancel, const WriteDialect& dialect,
                         const FieldInfo& told) try {
   if (!dialect.namesCatalog && !told.baseCatalog.empty() &&
       told.baseCatalog != dbc.CurrentCatalog())
@@ -74,7 +74,7 @@ bool SeesThroughAliases(const Dbc& dbc, CancelGate& gate, const WriteDialect& di
   Statement statement(dbc);
   statement.Execute("select " + QuotedName(told.baseColumn, dialect) + " as tessel_alias from " +
                         BaseTableName(told, dialect) + " where 1 = 0",
-                    gate, unused);
+                    cancel, unused);
   return statement.ColumnText(1, SQL_DESC_BASE_COLUMN_NAME) == told.baseColumn;
 } catch (const Failure&) {
   return false;
@@ -82,11 +82,11 @@ bool SeesThroughAliases(const Dbc& dbc, CancelGate& gate, const WriteDialect& di
 
 }  // namespace
 
-void FindBaseColumns(const Dbc& dbc, CancelGate& gate, const WriteDialect& dialect,
+void FindBaseColumns(const Dbc& dbc, CancelSwitch& cancel, const WriteDialect& dialect,
                      const std::string& sql, std::vector<FieldInfo>& fields) {
   if (FindByText(dbc, dialect, sql, fields)) return;
   const FieldInfo* told = OneBaseTable(fields);
-  if (told != nullptr && SeesThroughAliases(dbc, gate, dialect, *told)) return;
+  if (told != nullptr && SeesThroughAliases(dbc, cancel, dialect, *told)) return;
   for (FieldInfo& field : fields) SetBase(field, Base());
 }
 

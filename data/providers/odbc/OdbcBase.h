@@ -13,7 +13,7 @@ namespace tessel::odbc {
 /// known to tell it: of a query that names plain columns of one table by its text and the columns
 /// of that table; else as the driver has told it, when it sees through an alias of one of them. The
 /// others are left without a table.
-void FindBaseColumns(const Dbc& dbc, CancelGate& gate, const WriteDialect& dialect,
+void FindBaseColumns(const Dbc& dbc, CancelSwitch& cancel, const WriteDialect& dialect,
                      const std::string& sql, std::vector<FieldInfo>& fields);
 
 }  // namespace tessel::odbc

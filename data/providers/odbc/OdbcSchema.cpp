@@ -20,8 +20,8 @@ OptionalText Named(const OptionalText& text) {
 /// Reads one schema rowset.
 class SchemaReader {
  public:
-  SchemaReader(const Dbc& dbc, const DriverProfile& profile, CancelGate& gate, SchemaRows& rows)
-      : dbc_(dbc), profile_(profile), gate_(gate), rows_(rows), statement_(dbc) {}
+  SchemaReader(const Dbc& dbc, const DriverProfile& profile, CancelSwitch& cancel, SchemaRows& rows)
+      : dbc_(dbc), profile_(profile), cancel_(cancel), rows_(rows), statement_(dbc) {}
 
   void Catalogs();
   void Tables();
@@ -41,7 +41,7 @@ class SchemaReader {
 
   const Dbc& dbc_;
   const DriverProfile& profile_;
-  CancelGate& gate_;
+  CancelSwitch& cancel_;
   SchemaRows& rows_;
   Statement statement_;
 };
@@ -50,7 +50,7 @@ void SchemaReader::Catalogs() {
   Diagnostics notices;
   if (profile_.catalogQuery.empty())
     statement_.Tables({.catalog = "%", .schema = "", .table = ""}, "");
-  else statement_.Execute(std::string(profile_.catalogQuery), gate_, notices);
+  else statement_.Execute(std::string(profile_.catalogQuery), cancel_, notices);
   std::vector<std::string> names;
   ForEachRow(statement_, 1, [&](const TextRow& row) {
     if (const OptionalText name = Named(row[0])) names.push_back(*name);
@@ -176,11 +176,11 @@ std::string WithNames(std::string_view query, const CatalogName& table) {
   return sql;
 }
 
-Indexes QueriedIndexes(const Dbc& dbc, std::string_view query, CancelGate& gate,
+Indexes QueriedIndexes(const Dbc& dbc, std::string_view query, CancelSwitch& cancel,
                        const CatalogName& table) {
   Diagnostics unused;
   Statement statement(dbc);
-  statement.Execute(WithNames(query, table), gate, unused);
+  statement.Execute(WithNames(query, table), cancel, unused);
   Indexes indexes;
   ForEachRow(statement, 2, [&](const TextRow& row) {
     indexes[row[0].value_or("")].push_back(row[1].value_or(""));
@@ -201,9 +201,9 @@ bool NeverNull(const std::vector<FieldInfo>& fields, const std::vector<std::stri
 
 }  // namespace
 
-void ReadSchemaRows(const Dbc& dbc, const DriverProfile& profile, CancelGate& gate,
+void ReadSchemaRows(const Dbc& dbc, const DriverProfile& profile, CancelSwitch& cancel,
                     SchemaRows& rows) {
-  SchemaReader reader(dbc, profile, gate, rows);
+  SchemaReader reader(dbc, profile, cancel, rows);
   switch (rows.Kind()) {
     case SchemaRowset::Catalogs: return reader.Catalogs();
     case SchemaRowset::Columns: return reader.Columns();
@@ -212,7 +212,7 @@ void ReadSchemaRows(const Dbc& dbc, const DriverProfile& profile, CancelGate& ga
 }
 
 std::vector<std::size_t> FindUniqueKey(const Dbc& dbc, const DriverProfile& profile,
-                                       CancelGate& gate, const std::vector<FieldInfo>& fields) {
+                                       CancelSwitch& cancel, const std::vector<FieldInfo>& fields) {
   const FieldInfo* base = OneBaseTable(fields);
   if (base == nullptr) return {};
   const CatalogName table = NameOf(*base);
@@ -220,20 +220,20 @@ std::vector<std::size_t> FindUniqueKey(const Dbc& dbc, const DriverProfile& prof
   if (!primary.empty()) return KeyFields(fields, {primary});
   const Indexes indexes = profile.uniqueIndexQuery.empty()
                               ? UniqueIndexes(dbc, table)
-                              : QueriedIndexes(dbc, profile.uniqueIndexQuery, gate, table);
+                              : QueriedIndexes(dbc, profile.uniqueIndexQuery, cancel, table);
   std::vector<TableKey> keys;
   for (const auto& [name, columns] : indexes)
     if (NeverNull(fields, columns)) keys.push_back(columns);
   return KeyFields(fields, keys);
 }
 
-void FindReadOnlyColumns(const Dbc& dbc, const DriverProfile& profile, CancelGate& gate,
+void FindReadOnlyColumns(const Dbc& dbc, const DriverProfile& profile, CancelSwitch& cancel,
                          std::vector<FieldInfo>& fields) {
   const FieldInfo* base = OneBaseTable(fields);
   if (base == nullptr || profile.readOnlyColumnsQuery.empty()) return;
   Diagnostics unused;
   Statement statement(dbc);
-  statement.Execute(WithNames(profile.readOnlyColumnsQuery, NameOf(*base)), gate, unused);
+  statement.Execute(WithNames(profile.readOnlyColumnsQuery, NameOf(*base)), cancel, unused);
   ForEachRow(statement, 1, [&](const TextRow& row) {
     for (FieldInfo& field : fields)
       if (!field.baseTable.empty() && field.baseColumn == row[0]) field.updatable = false;

@@ -10,18 +10,18 @@ namespace tessel::odbc {
 
 /// Adds the rows of a schema rowset: tables sorted by name, columns by table and place. Throws
 /// Failure.
-void ReadSchemaRows(const Dbc& dbc, const DriverProfile& profile, CancelGate& gate,
+void ReadSchemaRows(const Dbc& dbc, const DriverProfile& profile, CancelSwitch& cancel,
                     SchemaRows& rows);
 
 /// The fields that make the whole primary key, or a whole unique index of columns that are never
 /// null, of their one base table, each column once; none when they hold no such key. Throws
 /// Failure.
 [[nodiscard]] std::vector<std::size_t> FindUniqueKey(const Dbc& dbc, const DriverProfile& profile,
-                                                     CancelGate& gate,
+                                                     CancelSwitch& cancel,
                                                      const std::vector<FieldInfo>& fields);
 
 /// Says of the fields of one base table which of them cannot be written. Throws Failure.
-void FindReadOnlyColumns(const Dbc& dbc, const DriverProfile& profile, CancelGate& gate,
+void FindReadOnlyColumns(const Dbc& dbc, const DriverProfile& profile, CancelSwitch& cancel,
                          std::vector<FieldInfo>& fields);
 
 }  // namespace tessel::odbc

@@ -47,12 +47,12 @@ OdbcSession::OdbcSession(Target target, std::shared_ptr<const Trace> trace)
 // --- errors --------------------------------------------------------------------------------------
 
 /// Whatever the driver calls it, what fails after a cancel reached it was cancelled.
-void OdbcSession::RaiseFailure(const Failure& failure, Operation& operation) {
+void OdbcSession::RaiseFailure(const Failure& failure, WorkContext& context) {
   NoteHealth(failure);
   hasWarnings_ = true;
-  const bool cancelled = operation.StopAsked() && gate_.Reached();
+  const bool cancelled = context.StopAsked() && cancel_.Sent();
   if (cancelled) throw CancelledError();
-  operation.Raise(ToErrors(failure.Records(), driver_));
+  context.Raise(ToErrors(failure.Records(), driver_));
 }
 
 void OdbcSession::NoteHealth(const Failure& failure) {
@@ -62,11 +62,11 @@ void OdbcSession::NoteHealth(const Failure& failure) {
 
 // --- opening -------------------------------------------------------------------------------------
 
-void OdbcSession::Open(const Login& login, Operation& operation) {
+void OdbcSession::Open(const Login& login, WorkContext& context) {
   AddLogin(keys_, login.user, login.password);
   AddDefaults(keys_, profile_);
   CheckFile();
-  dbc_ = Connect(keys_, operation);
+  dbc_ = Connect(keys_, context);
   alive_ = true;
   patience_ = executePatience;
   const std::uint32_t extensions = dbc_->InfoNumber(SQL_GETDATA_EXTENSIONS).value_or(0);
@@ -74,17 +74,17 @@ void OdbcSession::Open(const Login& login, Operation& operation) {
   canReadBoundCells_ = (extensions & needed) == needed;
 }
 
-std::unique_ptr<Dbc> OdbcSession::Connect(const ConnectionKeys& keys, Operation& operation) const {
+std::unique_ptr<Dbc> OdbcSession::Connect(const ConnectionKeys& keys, WorkContext& context) const {
   try {
     auto dbc = std::make_unique<Dbc>(trace_);
     const Diagnostics notices = dbc->Connect(keys.Compose(), connectTimeout);
     for (ErrorInfo& notice : ToNotices(notices, driver_, profile_))
-      operation.Report(std::move(notice));
+      context.Report(std::move(notice));
     return dbc;
   } catch (const Failure& failure) {
     Diagnostics records = failure.Records();
     HidePassword(records, PasswordOf(keys));
-    operation.Raise(ToErrors(records, driver_));
+    context.Raise(ToErrors(records, driver_));
   }
 }
 
@@ -114,12 +114,27 @@ Properties OdbcSession::ReadProperties() {
 
 // --- commands ------------------------------------------------------------------------------------
 
-ExecuteResult OdbcSession::ExecuteCommand(const std::string& sql, Operation& operation) {
+std::vector<FieldInfo> OdbcSession::ExecuteCommand(const std::string& sql, WorkContext& context) {
   RefuseWhatHangs(sql);
   sql_ = sql;
   lastNotices_.clear();
+  mayBeWritten_.clear();
   wantsWarnings_ = !profile_.warningsQuery.empty() && !HasWord(sql, profile_.looksBackWith);
-  return Guarded(operation, [&] { return Run(sql, operation); });
+  return Guarded(context, [&] { return Run(sql, context); });
+}
+
+std::vector<FieldInfo> OdbcSession::NextResult(WorkContext& context) {
+  reader_.reset();
+  return Guarded(context, [&] {
+    statement_->Unbind();
+    std::vector<FieldInfo> fields;
+    if (MoreResults(context)) {
+      context.ThrowIfStopped();
+      fields = FindColumns(Outcome::Success, context);
+    }
+    if (fields.empty()) ReportWarnings(context);
+    return fields;
+  });
 }
 
 void OdbcSession::RefuseWhatHangs(const std::string& sql) const {
@@ -132,39 +147,41 @@ void OdbcSession::RefuseWhatHangs(const std::string& sql) const {
                   AsciiUpper(profile_.hangsOn) + " with " + words + ".");
 }
 
-ExecuteResult OdbcSession::Run(const std::string& sql, Operation& operation) {
-  ExecuteResult result;
+std::vector<FieldInfo> OdbcSession::Run(const std::string& sql, WorkContext& context) {
   Diagnostics notices;
   if (wantsWarnings_ && hasWarnings_) ForgetWarnings();
   statement_ = std::make_unique<Statement>(*dbc_);
-  const Outcome outcome = statement_->Execute(sql, gate_, notices);
+  const Outcome outcome = statement_->Execute(sql, cancel_, notices);
   patience_ = resultPatience;
-  ReportNotices(notices, operation);
-  FindColumns(result, outcome, operation);
-  if (FirstWord(sql).empty()) result.recordsAffected = -1;  // Comments only.
-  if (result.fields.empty()) ReportWarnings(operation);
-  return result;
+  ReportNotices(notices, context);
+  std::vector<FieldInfo> fields = FindColumns(outcome, context);
+  if (fields.empty()) ReportWarnings(context);
+  return fields;
 }
 
 /// After a cancel that reached the driver but was late, the command is done and its results are
-/// gone; drivers crash when asked for them.
-void OdbcSession::FindColumns(ExecuteResult& result, Outcome outcome, Operation& operation) {
+/// gone; drivers crash when asked for them. A text of comments only has no statement to count.
+std::vector<FieldInfo> OdbcSession::FindColumns(Outcome outcome, WorkContext& context) {
+  const bool hasStatement = !FirstWord(sql_).empty();
   do {
-    if (gate_.Reached()) return;
+    if (cancel_.Sent()) return {};
     const std::vector<ResultField> fields = DescribeFields(*statement_, profile_);
-    if (!fields.empty()) {
-      mayBeWritten_.clear();
-      for (const ResultField& field : fields) {
-        result.fields.push_back(field.info);
-        mayBeWritten_.push_back(field.mayBeWritten);
-      }
-      reader_ = std::make_unique<RowReader>(*statement_, fields, canReadBoundCells_);
-      return;
-    }
-    if (const std::int64_t count = Count(outcome); count >= 0)
-      result.recordsAffected = std::max<std::int64_t>(result.recordsAffected, 0) + count;
+    if (!fields.empty()) return BeginResult(fields);
+    if (hasStatement) context.EndStatement(Count(outcome));
     outcome = Outcome::Success;
-  } while (NextResult(operation));
+  } while (MoreResults(context));
+  return {};
+}
+
+std::vector<FieldInfo> OdbcSession::BeginResult(const std::vector<ResultField>& described) {
+  const bool isFirst = mayBeWritten_.empty();
+  std::vector<FieldInfo> fields;
+  for (const ResultField& field : described) {
+    fields.push_back(field.info);
+    if (isFirst) mayBeWritten_.push_back(field.mayBeWritten);
+  }
+  reader_ = std::make_unique<RowReader>(*statement_, described, canReadBoundCells_);
+  return fields;
 }
 
 /// The count of a result without columns, -1 when it has none.
@@ -174,60 +191,51 @@ std::int64_t OdbcSession::Count(Outcome outcome) const {
   return isCount ? count : -1;
 }
 
-bool OdbcSession::NextResult(Operation& operation) {
+bool OdbcSession::MoreResults(WorkContext& context) {
   Diagnostics notices;
-  const bool more = statement_->MoreResults(gate_, notices);
-  ReportNotices(notices, operation);
+  const bool more = statement_->MoreResults(cancel_, notices);
+  ReportNotices(notices, context);
   return more;
 }
 
 /// A driver may repeat the notices of a text with each of its results.
-void OdbcSession::ReportNotices(const Diagnostics& notices, Operation& operation) {
+void OdbcSession::ReportNotices(const Diagnostics& notices, WorkContext& context) {
   if (notices == lastNotices_) return;
   lastNotices_ = notices;
-  for (ErrorInfo& notice : ToNotices(notices, driver_, profile_))
-    operation.Report(std::move(notice));
+  for (ErrorInfo& notice : ToNotices(notices, driver_, profile_)) context.Report(std::move(notice));
 }
 
 void OdbcSession::ForgetWarnings() {
   Diagnostics unused;
-  Statement(*dbc_).Execute(std::string(profile_.warningsReset), gate_, unused);
+  Statement(*dbc_).Execute(std::string(profile_.warningsReset), cancel_, unused);
   hasWarnings_ = false;
 }
 
 /// The command itself is done: what goes wrong here does not make it a failure.
-void OdbcSession::ReportWarnings(Operation& operation) try {
-  if (!std::exchange(wantsWarnings_, false) || operation.StopAsked()) return;
+void OdbcSession::ReportWarnings(WorkContext& context) try {
+  if (!std::exchange(wantsWarnings_, false) || context.StopAsked()) return;
   Diagnostics unused;
   Statement query(*dbc_);
-  query.Execute(std::string(profile_.warningsQuery), gate_, unused);
-  if (gate_.Reached()) return;
+  query.Execute(std::string(profile_.warningsQuery), cancel_, unused);
+  if (cancel_.Sent()) return;
   ForEachRow(query, 3, [&](const TextRow& row) {
     ErrorInfo warning;
     warning.number = errorNumber::information;
     warning.nativeError = static_cast<std::int32_t>(ToNumber(row[1], 0));
     warning.source = driver_;
     warning.description = row[0].value_or("") + ": " + row[2].value_or("");
-    operation.Report(std::move(warning));
+    context.Report(std::move(warning));
     hasWarnings_ = true;
   });
 } catch (const Failure& failure) {
   NoteHealth(failure);
 }
 
-bool OdbcSession::FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) {
-  return Guarded(operation, [&] {
-    for (std::size_t i = 0; i < maxRows && !operation.StopAsked(); ++i)
+bool OdbcSession::FetchRows(RowSink& rows, std::size_t maxRows, WorkContext& context) {
+  return Guarded(context, [&] {
+    for (std::size_t i = 0; i < maxRows && !context.StopAsked(); ++i)
       if (!reader_->ReadRow(rows)) return false;
     return true;
-  });
-}
-
-void OdbcSession::DrainResults(Operation& operation) {
-  reader_.reset();
-  Guarded(operation, [&] {
-    while (NextResult(operation)) operation.ThrowIfStopped();
-    ReportWarnings(operation);
   });
 }
 
@@ -246,7 +254,7 @@ void OdbcSession::TidyUp() noexcept {
 
 void OdbcSession::FindBase(std::vector<FieldInfo>& fields) {
   if (const WriteDialect* dialect = Writing())
-    FindBaseColumns(*dbc_, gate_, *dialect, sql_, fields);
+    FindBaseColumns(*dbc_, cancel_, *dialect, sql_, fields);
   for (std::size_t i = 0; i < fields.size(); ++i)
     fields[i].updatable = !fields[i].baseTable.empty() && mayBeWritten_[i];
 }
@@ -259,14 +267,14 @@ void OdbcSession::CompleteFields(std::vector<FieldInfo>& fields) {
     for (FieldInfo& field : fields) field.updatable = false;
     return;
   }
-  FindReadOnlyColumns(*dbc_, profile_, gate_, fields);
+  FindReadOnlyColumns(*dbc_, profile_, cancel_, fields);
 }
 
 std::vector<std::size_t> OdbcSession::FindKey(const std::vector<FieldInfo>& fields) {
   const FieldInfo* base = OneBaseTable(fields);
   if (base == nullptr) return {};
   if (profile_.aliasHidesColumn && !NamesPlainColumns(sql_, base->baseTable)) return {};
-  return FindUniqueKey(*dbc_, profile_, gate_, fields);
+  return FindUniqueKey(*dbc_, profile_, cancel_, fields);
 }
 
 // --- catalogs and schema -------------------------------------------------------------------------
@@ -281,22 +289,22 @@ std::string OdbcSession::CurrentCatalog() {
   }
 }
 
-void OdbcSession::SetCatalog(const std::string& name, Operation& operation) {
+void OdbcSession::SetCatalog(const std::string& name, WorkContext& context) {
   using Change = DriverProfile::CatalogChange;
   const std::string catalog(WithoutBrackets(name));
   if (profile_.catalogChange == Change::None)
     throw Error(errorNumber::notSupported, driver_,
                 std::string(profile_.name) + " has no catalogs to change between.");
   if (profile_.catalogChange == Change::Attribute)
-    return Guarded(operation, [&] { dbc_->SetCurrentCatalog(catalog); });
+    return Guarded(context, [&] { dbc_->SetCurrentCatalog(catalog); });
   ConnectionKeys keys = keys_;
   keys.Set(profile_.catalogKey, catalog);
-  dbc_ = Connect(keys, operation);
+  dbc_ = Connect(keys, context);
   keys_ = std::move(keys);
 }
 
-void OdbcSession::ReadSchema(SchemaRows& rows, Operation& operation) {
-  Guarded(operation, [&] { ReadSchemaRows(*dbc_, profile_, gate_, rows); });
+void OdbcSession::ReadSchema(SchemaRows& rows, WorkContext& context) {
+  Guarded(context, [&] { ReadSchemaRows(*dbc_, profile_, cancel_, rows); });
 }
 
 }  // namespace tessel::odbc

@@ -25,14 +25,15 @@ class OdbcSession : public ProviderSession {
   /// `trace` may be null.
   OdbcSession(Target target, std::shared_ptr<const Trace> trace);
 
-  void Open(const Login& login, Operation& operation) override;
+  void Open(const Login& login, WorkContext& context) override;
   void Close() noexcept override;
   [[nodiscard]] bool IsAlive() noexcept override { return alive_; }
   [[nodiscard]] Properties ReadProperties() override;
 
-  [[nodiscard]] ExecuteResult ExecuteCommand(const std::string& sql, Operation& operation) override;
-  [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) override;
-  void DrainResults(Operation& operation) override;
+  [[nodiscard]] std::vector<FieldInfo> ExecuteCommand(const std::string& sql,
+                                                      WorkContext& context) override;
+  [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, WorkContext& context) override;
+  [[nodiscard]] std::vector<FieldInfo> NextResult(WorkContext& context) override;
   void CloseResult() noexcept override;
   void TidyUp() noexcept override;
   void CompleteFields(std::vector<FieldInfo>& fields) override;
@@ -41,14 +42,14 @@ class OdbcSession : public ProviderSession {
   [[nodiscard]] const WriteDialect* Writing() override;
   [[nodiscard]] UserTransaction Transaction() override;
   [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
-                                             Operation& operation) override;
-  void RunControl(std::string_view sql, const Operation* operation) override;
+                                             WorkContext& context) override;
+  void RunControl(std::string_view sql, const WorkContext* context) override;
 
   [[nodiscard]] std::string CurrentCatalog() override;
-  void SetCatalog(const std::string& name, Operation& operation) override;
-  void ReadSchema(SchemaRows& rows, Operation& operation) override;
+  void SetCatalog(const std::string& name, WorkContext& context) override;
+  void ReadSchema(SchemaRows& rows, WorkContext& context) override;
 
-  void Cancel() noexcept override { gate_.Cancel(); }
+  void Cancel() noexcept override { cancel_.Request(); }
   [[nodiscard]] std::chrono::milliseconds CancelPatience() const noexcept override {
     return patience_.load();
   }
@@ -56,32 +57,33 @@ class OdbcSession : public ProviderSession {
  private:
   /// Does `work`. A Failure in it is raised as the Error that it means.
   template <class Work>
-  auto Guarded(Operation& operation, Work work) {
+  auto Guarded(WorkContext& context, Work work) {
     try {
       return work();
     } catch (const Failure& failure) {
-      RaiseFailure(failure, operation);
+      RaiseFailure(failure, context);
     }
   }
-  [[noreturn]] void RaiseFailure(const Failure& failure, Operation& operation);
+  [[noreturn]] void RaiseFailure(const Failure& failure, WorkContext& context);
   void NoteHealth(const Failure& failure);
 
   [[nodiscard]] std::unique_ptr<Dbc> Connect(const ConnectionKeys& keys,
-                                             Operation& operation) const;
+                                             WorkContext& context) const;
   void CheckFile() const;
   void RefuseWhatHangs(const std::string& sql) const;
 
-  [[nodiscard]] ExecuteResult Run(const std::string& sql, Operation& operation);
+  [[nodiscard]] std::vector<FieldInfo> Run(const std::string& sql, WorkContext& context);
   /// Walks on until a result has columns, counting on the way.
-  void FindColumns(ExecuteResult& result, Outcome outcome, Operation& operation);
-  [[nodiscard]] bool NextResult(Operation& operation);
+  [[nodiscard]] std::vector<FieldInfo> FindColumns(Outcome outcome, WorkContext& context);
+  [[nodiscard]] std::vector<FieldInfo> BeginResult(const std::vector<ResultField>& described);
+  [[nodiscard]] bool MoreResults(WorkContext& context);
   [[nodiscard]] std::int64_t Count(Outcome outcome) const;
-  void ReportNotices(const Diagnostics& notices, Operation& operation);
+  void ReportNotices(const Diagnostics& notices, WorkContext& context);
   void FindBase(std::vector<FieldInfo>& fields);
   [[noreturn]] void RaiseCancelledLate() const;
   [[nodiscard]] StatementResult ReadResult(Statement& statement);
   void ForgetWarnings();
-  void ReportWarnings(Operation& operation);
+  void ReportWarnings(WorkContext& context);
 
   const std::string driver_;
   const DriverProfile& profile_;
@@ -89,7 +91,10 @@ class OdbcSession : public ProviderSession {
   ConnectionKeys keys_;  ///< From Open on with user and password; they stay in memory.
 
   std::unique_ptr<Dbc> dbc_;
-  CancelGate gate_;
+  /// At its very beginning a statement is not yet protected by all drivers: short ones are left to
+  /// end by themselves.
+  CancelSwitch cancel_{
+      {.before = CancelSwitch::Milliseconds(5), .between = CancelSwitch::Milliseconds(10)}};
   std::atomic<std::chrono::milliseconds> patience_;  ///< With what runs now.
   bool alive_ = false;
   bool canReadBoundCells_ = false;
@@ -99,10 +104,11 @@ class OdbcSession : public ProviderSession {
   std::unique_ptr<Statement> dropped_;  ///< With a result to drop when nobody waits.
   std::unique_ptr<RowReader> reader_;   ///< While there are rows to read.
   Diagnostics lastNotices_;
-  std::string sql_;                 ///< The last command.
-  std::vector<bool> mayBeWritten_;  ///< Of its fields, where base columns have to be found out.
-  bool wantsWarnings_ = false;      ///< Of the present command.
-  bool hasWarnings_ = false;        ///< The database still tells those of an earlier command.
+  std::string sql_;  ///< The last command.
+  /// Of the fields of its first result, where base columns have to be found out.
+  std::vector<bool> mayBeWritten_;
+  bool wantsWarnings_ = false;  ///< Of the present command.
+  bool hasWarnings_ = false;    ///< The database still tells those of an earlier command.
 };
 
 }  // namespace tessel::odbc

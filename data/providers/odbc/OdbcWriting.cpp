@@ -124,18 +124,18 @@ const WriteDialect* OdbcSession::Writing() {
 }
 
 /// After a cancel that reached the driver too late its result is gone; the change is undone.
-StatementResult OdbcSession::RunStatement(const RowStatement& text, Operation& operation) {
+StatementResult OdbcSession::RunStatement(const RowStatement& text, WorkContext& context) {
   hasWarnings_ = true;
-  return Guarded(operation, [&] {
+  return Guarded(context, [&] {
     Statement statement(*dbc_);
     Parameters parameters(profile_);
     parameters.Bind(statement, text.parameters);
     Diagnostics notices;
-    const Outcome outcome = statement.Execute(text.sql, gate_, notices);
-    if (gate_.Reached()) RaiseCancelledLate();
+    const Outcome outcome = statement.Execute(text.sql, cancel_, notices);
+    if (cancel_.Sent()) RaiseCancelledLate();
     if (outcome == Outcome::NoData) return StatementResult();
     for (ErrorInfo& notice : ToNotices(notices, driver_, profile_))
-      operation.Report(std::move(notice));
+      context.Report(std::move(notice));
     return ReadResult(statement);
   });
 }
@@ -165,10 +165,10 @@ StatementResult OdbcSession::ReadResult(Statement& statement) {
 /// Asked of the server: a driver knows what it was told to do, not what the user's text did.
 UserTransaction OdbcSession::Transaction() try {
   if (profile_.transactionQuery.empty()) return UserTransaction::Unknown;
-  CancelGate gate;
+  CancelSwitch unheard;
   Diagnostics unused;
   Statement query(*dbc_);
-  query.Execute(std::string(profile_.transactionQuery), gate, unused);
+  query.Execute(std::string(profile_.transactionQuery), unheard, unused);
   std::int64_t answer = 0;
   ForEachRow(query, 1, [&](const TextRow& row) { answer = ToNumber(row[0], 0); });
   if (answer == 2) return UserTransaction::Waiting;
@@ -180,11 +180,11 @@ UserTransaction OdbcSession::Transaction() try {
   throw Error(error);
 }
 
-/// Cannot be cancelled: the gate is one that nobody knows.
-void OdbcSession::RunControl(std::string_view sql, const Operation* /*operation*/) try {
-  CancelGate gate;
+/// Cannot be cancelled: nobody knows the switch.
+void OdbcSession::RunControl(std::string_view sql, const WorkContext* /*context*/) try {
+  CancelSwitch unheard;
   Diagnostics unused;
-  Statement(*dbc_).Execute(std::string(sql), gate, unused);
+  Statement(*dbc_).Execute(std::string(sql), unheard, unused);
 } catch (const Failure& failure) {
   NoteHealth(failure);
   throw Error(ToErrors(failure.Records(), driver_).front());

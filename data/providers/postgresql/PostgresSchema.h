@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "data/providers/Operation.h"
 #include "data/providers/SchemaRows.h"
+#include "data/providers/WorkContext.h"
 #include "data/providers/postgresql/PqApi.h"
 
 namespace tessel {

@@ -56,18 +56,18 @@ void AddRow(const PqResult& row, RowSink& rows) {
 
 // --- opening and closing -------------------------------------------------------------------------
 
-void PostgresSession::Open(const Login& login, Operation& operation) {
+void PostgresSession::Open(const Login& login, WorkContext& context) {
   target_.AddLogin(login);
-  connection_ = Connect(target_, operation);
+  connection_ = Connect(target_, context);
 }
 
 std::unique_ptr<PqConnection> PostgresSession::Connect(const PostgresTarget& target,
-                                                       Operation& operation) const {
+                                                       WorkContext& context) const {
   auto connection = std::make_unique<PqConnection>();
-  connection->Open(target.keywords, target.limit, operation);
+  connection->Open(target.keywords, target.limit, context);
   UseFixedForms(*connection);
   for (const PqMessage& notice : connection->TakeNotices())
-    operation.Report(ToErrorInfo(notice, errorNumber::information, {}));
+    context.Report(ToErrorInfo(notice, errorNumber::information, {}));
   return connection;
 }
 
@@ -80,58 +80,67 @@ Properties PostgresSession::ReadProperties() { return ReadPostgresProperties(*co
 
 // --- commands ------------------------------------------------------------------------------------
 
-ExecuteResult PostgresSession::ExecuteCommand(const std::string& sql, Operation& operation) {
+std::vector<FieldInfo> PostgresSession::ExecuteCommand(const std::string& sql,
+                                                       WorkContext& context) {
   RefuseNul(sql, "PostgreSQL");
   sql_ = sql;
-  affected_ = -1;
-  cancel_.TurnOn();
+  columns_.clear();
+  running_.emplace(cancel_, CancelSender());
   connection_->Send(sql_);
   ended_ = false;
-  while (PqResult result = NextResult(operation)) {
-    if (result.ColumnCount() > 0) return BeginResult(std::move(result));
-    Count(result);
+  return FindRows(context);
+}
+
+std::vector<FieldInfo> PostgresSession::NextResult(WorkContext& context) {
+  next_ = PqResult();
+  return FindRows(context);
+}
+
+std::vector<FieldInfo> PostgresSession::FindRows(WorkContext& context) {
+  while (PqResult piece = NextPiece(context)) {
+    if (piece.ColumnCount() > 0) return BeginResult(std::move(piece));
+    const PqKind kind = piece.Kind();
+    if (kind != PqKind::Empty)
+      context.EndStatement(kind == PqKind::Done ? piece.AffectedRows() : -1);
   }
-  return {.fields = {}, .recordsAffected = affected_};
+  return {};
 }
 
 /// The next piece of what the command gives, no error and no COPY; none at its end.
-PqResult PostgresSession::NextResult(Operation& operation) {
+PqResult PostgresSession::NextPiece(WorkContext& context) {
   PqResult result = connection_->Next();
   for (const PqMessage& notice : connection_->TakeNotices())
-    operation.Report(ToErrorInfo(notice, errorNumber::information, sql_));
+    context.Report(ToErrorInfo(notice, errorNumber::information, sql_));
   ended_ = !result;
   if (ended_) return result;
   switch (result.Kind()) {
-    case PqKind::Error: RaiseFailure(result, operation);
+    case PqKind::Error: RaiseFailure(result, context);
     case PqKind::CopyIn:
-    case PqKind::CopyOut: RefuseCopy(result.Kind(), operation);
+    case PqKind::CopyOut: RefuseCopy(result.Kind(), context);
     default: return result;
   }
 }
 
-void PostgresSession::Count(const PqResult& result) {
-  const std::int64_t count = result.Kind() == PqKind::Done ? result.AffectedRows() : -1;
-  if (count >= 0) affected_ = std::max<std::int64_t>(affected_, 0) + count;
-}
-
-ExecuteResult PostgresSession::BeginResult(PqResult first) {
-  ExecuteResult result{.fields = {}, .recordsAffected = affected_};
-  columns_.clear();
+/// What is told of the columns later is that of the first result.
+std::vector<FieldInfo> PostgresSession::BeginResult(PqResult first) {
+  const bool isFirst = columns_.empty();
+  std::vector<FieldInfo> fields;
   forms_.clear();
   for (int i = 0; i < first.ColumnCount(); ++i) {
-    const PqColumn& column = columns_.emplace_back(first.Column(i));
-    FieldInfo& field = result.fields.emplace_back();
+    const PqColumn column = first.Column(i);
+    FieldInfo& field = fields.emplace_back();
     field.name = column.name;
     forms_.push_back(ApplyPostgresType(column.type, column.modifier, field));
+    if (isFirst) columns_.push_back(column);
   }
   next_ = std::move(first);
-  return result;
+  return fields;
 }
 
-bool PostgresSession::FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) {
+bool PostgresSession::FetchRows(RowSink& rows, std::size_t maxRows, WorkContext& context) {
   for (std::size_t i = 0; i < maxRows; ++i) {
-    if (operation.StopAsked()) return true;
-    if (!next_) next_ = NextResult(operation);
+    if (context.StopAsked()) return true;
+    if (!next_) next_ = NextPiece(context);
     if (next_.Kind() != PqKind::Row) return false;
     AppendRow(rows);
     next_ = PqResult();
@@ -148,20 +157,15 @@ void PostgresSession::AppendRow(RowSink& rows) const {
   rows.EndRow();
 }
 
-void PostgresSession::DrainResults(Operation& operation) {
-  next_ = PqResult();
-  while (NextResult(operation)) operation.ThrowIfStopped();
-}
-
 /// An error ends the whole text.
-void PostgresSession::RaiseFailure(const PqResult& failed, Operation& operation) {
+void PostgresSession::RaiseFailure(const PqResult& failed, WorkContext& context) {
   std::vector<ErrorInfo> errors = {ToErrorInfo(failed.Message(), errorNumber::database, sql_)};
   (void)DropResults(errors);
-  if (operation.StopAsked() && errors.front().sqlState == queryCanceled) throw CancelledError();
-  operation.Raise(std::move(errors));
+  if (context.StopAsked() && errors.front().sqlState == queryCanceled) throw CancelledError();
+  context.Raise(std::move(errors));
 }
 
-void PostgresSession::RefuseCopy(PqKind kind, Operation& operation) {
+void PostgresSession::RefuseCopy(PqKind kind, WorkContext& context) {
   if (kind == PqKind::CopyOut) connection_->SendCancel();
   connection_->LeaveCopy(kind);
   std::vector<ErrorInfo> errors;
@@ -170,7 +174,7 @@ void PostgresSession::RefuseCopy(PqKind kind, Operation& operation) {
                                             : "COPY TO STDOUT is not possible from here: use "
                                               "SELECT, or COPY to a file of the server.";
   if (!DropResults(errors)) text += " The rest of the text was run.";
-  if (operation.StopAsked()) throw CancelledError();
+  if (context.StopAsked()) throw CancelledError();
   throw Error(errorNumber::notSupported, "PostgreSQL", text);
 }
 
@@ -196,7 +200,7 @@ void PostgresSession::CloseResult() noexcept {
     connection_->SendCancel();
     (void)DropResults(unused);
   }
-  cancel_.TurnOff();
+  running_.reset();
 }
 
 /// In a transaction that failed nothing can be asked.
@@ -218,23 +222,21 @@ std::string PostgresSession::CurrentCatalog() {
   return connection_ ? connection_->Database() : std::string();
 }
 
-void PostgresSession::SetCatalog(const std::string& name, Operation& operation) {
+void PostgresSession::SetCatalog(const std::string& name, WorkContext& context) {
   PostgresTarget target = target_;
   target.SetDatabase(std::string(WithoutBrackets(name)));
-  connection_ = Connect(target, operation);
+  connection_ = Connect(target, context);
   target_ = std::move(target);
 }
 
-void PostgresSession::ReadSchema(SchemaRows& rows, Operation& operation) {
-  cancel_.TurnOn();
+void PostgresSession::ReadSchema(SchemaRows& rows, WorkContext& context) {
+  const CancelSwitch::On scope(cancel_, CancelSender());
   try {
     ReadPostgresSchema(*connection_, rows);
   } catch (const Error& error) {
-    cancel_.TurnOff();
-    if (operation.StopAsked() && error.Info().sqlState == queryCanceled) throw CancelledError();
+    if (context.StopAsked() && error.Info().sqlState == queryCanceled) throw CancelledError();
     throw;
   }
-  cancel_.TurnOff();
 }
 
 // --- changing rows -------------------------------------------------------------------------------
@@ -254,14 +256,14 @@ UserTransaction PostgresSession::Transaction() {
   return connection_->InTransaction() ? UserTransaction::Open : UserTransaction::None;
 }
 
-StatementResult PostgresSession::RunStatement(const RowStatement& statement, Operation& operation) {
+StatementResult PostgresSession::RunStatement(const RowStatement& statement, WorkContext& context) {
   const std::vector<PqParameter> parameters = ToParameters(statement);
-  const CancelSwitch::On scope(cancel_);
+  const CancelSwitch::On scope(cancel_, CancelSender());
   sql_ = statement.sql;
   connection_->Send(sql_, parameters);
   StatementResult result;
   RowSink rows(statement.columns.size());
-  while (const PqResult piece = NextResult(operation)) {
+  while (const PqResult piece = NextPiece(context)) {
     if (piece.Kind() == PqKind::Done) result.rows = piece.AffectedRows();
     if (piece.Kind() == PqKind::Row && result.rows++ == 0) AddRow(piece, rows);
   }
@@ -270,7 +272,7 @@ StatementResult PostgresSession::RunStatement(const RowStatement& statement, Ope
 }
 
 /// Cannot be cancelled: whoever cancels a commit would not know what came of it.
-void PostgresSession::RunControl(std::string_view sql, const Operation* /*operation*/) {
+void PostgresSession::RunControl(std::string_view sql, const WorkContext* /*context*/) {
   ForEachRow(*connection_, std::string(sql), {}, [](const PqResult&) {});
   (void)connection_->TakeNotices();
 }

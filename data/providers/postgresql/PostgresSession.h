@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,14 +23,15 @@ class PostgresSession : public ProviderSession {
  public:
   explicit PostgresSession(const ConnectionKeys& keys) : target_(PostgresTarget::FromKeys(keys)) {}
 
-  void Open(const Login& login, Operation& operation) override;
+  void Open(const Login& login, WorkContext& context) override;
   void Close() noexcept override;
   [[nodiscard]] bool IsAlive() noexcept override { return connection_ && connection_->IsAlive(); }
   [[nodiscard]] Properties ReadProperties() override;
 
-  [[nodiscard]] ExecuteResult ExecuteCommand(const std::string& sql, Operation& operation) override;
-  [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) override;
-  void DrainResults(Operation& operation) override;
+  [[nodiscard]] std::vector<FieldInfo> ExecuteCommand(const std::string& sql,
+                                                      WorkContext& context) override;
+  [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, WorkContext& context) override;
+  [[nodiscard]] std::vector<FieldInfo> NextResult(WorkContext& context) override;
   void CloseResult() noexcept override;
   void CompleteFields(std::vector<FieldInfo>& fields) override;
   [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
@@ -36,12 +39,12 @@ class PostgresSession : public ProviderSession {
   [[nodiscard]] const WriteDialect* Writing() override;
   [[nodiscard]] UserTransaction Transaction() override;
   [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
-                                             Operation& operation) override;
-  void RunControl(std::string_view sql, const Operation* operation) override;
+                                             WorkContext& context) override;
+  void RunControl(std::string_view sql, const WorkContext* context) override;
 
   [[nodiscard]] std::string CurrentCatalog() override;
-  void SetCatalog(const std::string& name, Operation& operation) override;
-  void ReadSchema(SchemaRows& rows, Operation& operation) override;
+  void SetCatalog(const std::string& name, WorkContext& context) override;
+  void ReadSchema(SchemaRows& rows, WorkContext& context) override;
 
   void Cancel() noexcept override { cancel_.Request(); }
   [[nodiscard]] std::chrono::milliseconds CancelPatience() const noexcept override {
@@ -50,25 +53,28 @@ class PostgresSession : public ProviderSession {
 
  private:
   [[nodiscard]] std::unique_ptr<PqConnection> Connect(const PostgresTarget& target,
-                                                      Operation& operation) const;
-  [[nodiscard]] PqResult NextResult(Operation& operation);
-  [[nodiscard]] ExecuteResult BeginResult(PqResult first);
-  void Count(const PqResult& result);
+                                                      WorkContext& context) const;
+  [[nodiscard]] PqResult NextPiece(WorkContext& context);
+  [[nodiscard]] std::vector<FieldInfo> FindRows(WorkContext& context);
+  [[nodiscard]] std::vector<FieldInfo> BeginResult(PqResult first);
   void AppendRow(RowSink& rows) const;
-  [[noreturn]] void RaiseFailure(const PqResult& failed, Operation& operation);
-  [[noreturn]] void RefuseCopy(PqKind kind, Operation& operation);
+  [[noreturn]] void RaiseFailure(const PqResult& failed, WorkContext& context);
+  [[noreturn]] void RefuseCopy(PqKind kind, WorkContext& context);
   [[nodiscard]] bool DropResults(std::vector<ErrorInfo>& errors);
+  [[nodiscard]] std::function<void()> CancelSender() {
+    return [this] { connection_->SendCancel(); };
+  }
 
   PostgresTarget target_;
   std::unique_ptr<PqConnection> connection_;
-  CancelSwitch cancel_{[this] { connection_->SendCancel(); }};
+  CancelSwitch cancel_;
+  std::optional<CancelSwitch::On> running_;  ///< While a command runs.
 
   // The command that runs, or ran last.
   std::string sql_;
-  bool ended_ = true;  ///< Nothing of it is left at the server.
-  std::int64_t affected_ = -1;
-  PqResult next_;  ///< What FetchRows looks at first.
-  std::vector<PqColumn> columns_;
+  bool ended_ = true;              ///< Nothing of it is left at the server.
+  PqResult next_;                  ///< What FetchRows looks at first.
+  std::vector<PqColumn> columns_;  ///< Of its first result with columns.
   std::vector<PostgresForm> forms_;
 };
 

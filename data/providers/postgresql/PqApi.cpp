@@ -123,7 +123,7 @@ void PqConnection::RaiseFailure(const char* sqlState) const {
 }
 
 void PqConnection::Open(const std::vector<PqKeyword>& keywords, std::chrono::seconds limit,
-                        const Operation& operation) {
+                        const WorkContext& context) {
   constexpr int glance = 10;  // Milliseconds between looks at the request to stop.
   const auto start = steady_clock::now();
   std::vector<const char*> names;
@@ -141,7 +141,7 @@ void PqConnection::Open(const std::vector<PqKeyword>& keywords, std::chrono::sec
   PostgresPollingStatusType next = PGRES_POLLING_WRITING;
   while (next != PGRES_POLLING_OK) {
     if (next == PGRES_POLLING_FAILED) RaiseFailure("08001");
-    operation.ThrowIfStopped();
+    context.ThrowIfStopped();
     if (limit.count() > 0 && steady_clock::now() - start > limit)
       throw Error(ErrorInfo{errorNumber::database,
                             0,

@@ -12,7 +12,7 @@
 
 #include <libpq-fe.h>
 
-#include "data/providers/Operation.h"
+#include "data/providers/WorkContext.h"
 
 namespace tessel {
 
@@ -129,7 +129,7 @@ class PqConnection {
   /// limit), and CancelledError soon after `operation` was asked to stop; but looking up the
   /// server's name cannot be interrupted.
   void Open(const std::vector<PqKeyword>& keywords, std::chrono::seconds limit,
-            const Operation& operation);
+            const WorkContext& context);
   [[nodiscard]] bool IsAlive() const { return PQstatus(connection_.get()) == CONNECTION_OK; }
 
   /// Sends a text of any number of statements. Next tells what comes of it, to its end.

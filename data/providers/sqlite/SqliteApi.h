@@ -11,7 +11,7 @@
 
 #include <sqlite3.h>
 
-#include "data/providers/Operation.h"
+#include "data/providers/WorkContext.h"
 
 namespace tessel {
 
@@ -164,9 +164,9 @@ class SqliteDatabase {
 }
 
 /// `error` as the cancel that it comes from, if it does.
-[[nodiscard]] inline Error AsCancelled(const Error& error, const Operation& operation) {
+[[nodiscard]] inline Error AsCancelled(const Error& error, const WorkContext& context) {
   const bool interrupted = HasCode(error, SQLITE_INTERRUPT) || HasCode(error, SQLITE_BUSY);
-  return interrupted && operation.StopAsked() ? CancelledError() : error;
+  return interrupted && context.StopAsked() ? CancelledError() : error;
 }
 
 }  // namespace tessel

@@ -44,21 +44,21 @@ void AddColumns(SqliteStatement& columns, const std::string& catalog, const std:
 }
 
 /// Adds the columns by table and place. Who sorts the recordset by these finds it sorted.
-void ReadColumns(SqliteDatabase& database, SchemaRows& rows, Operation& operation) {
+void ReadColumns(SqliteDatabase& database, SchemaRows& rows, WorkContext& context) {
   SqliteStatement tables = Tables(database, "upper(name), schema");
   SqliteStatement columns = database.PrepareOne(
       "select name, cid, type, \"notnull\" from pragma_table_xinfo(?1, ?2) where hidden <> 1 "
       "order by cid");
   while (tables.Step()) {
-    operation.ThrowIfStopped();
+    context.ThrowIfStopped();
     const std::string catalog = Text(tables, 0);
     const std::string table = Text(tables, 1);
     if (!rows.Restriction(2).empty() && rows.Restriction(2) != table) continue;
     try {
       AddColumns(columns, catalog, table, rows);
     } catch (const Error& error) {
-      operation.ThrowIfStopped();
-      operation.Report(error.Info());
+      context.ThrowIfStopped();
+      context.Report(error.Info());
     }
   }
 }
@@ -80,11 +80,11 @@ void ReadCatalogs(SqliteDatabase& database, SchemaRows& rows) {
 
 }  // namespace
 
-void ReadSqliteSchema(SqliteDatabase& database, SchemaRows& rows, Operation& operation) {
+void ReadSqliteSchema(SqliteDatabase& database, SchemaRows& rows, WorkContext& context) {
   switch (rows.Kind()) {
     case SchemaRowset::Catalogs: return ReadCatalogs(database, rows);
     case SchemaRowset::Tables: return ReadTables(database, rows);
-    case SchemaRowset::Columns: return ReadColumns(database, rows, operation);
+    case SchemaRowset::Columns: return ReadColumns(database, rows, context);
   }
 }
 

@@ -68,33 +68,24 @@ void AppendRow(const SqliteStatement& statement, const std::vector<SqliteForm>& 
 
 }  // namespace
 
-void SqliteSession::Cancel() noexcept {
-  const std::lock_guard lock(cancelMutex_);
-  if (operation_ != nullptr && database_) database_->Interrupt();
-}
-
 // --- opening and closing -------------------------------------------------------------------------
 
-void SqliteSession::Open(const Login& /*login*/, Operation& operation) {
+void SqliteSession::Open(const Login& /*login*/, WorkContext& context) {
   const SqliteFile file = SqliteFile::FromKeys(keys_);
   auto database = std::make_unique<SqliteDatabase>(file.name, file.flags);
-  database->SetWatch([this] { return operation_ != nullptr && operation_->StopAsked(); },
+  database->SetWatch([this] { return context_ != nullptr && context_->StopAsked(); },
                      file.lockPatience);
-  {
-    const std::lock_guard lock(cancelMutex_);
-    database_ = std::move(database);
-  }
-  const Cancellable scope(*this, operation);
+  database_ = std::move(database);
+  const Cancellable scope(*this, context);
   try {
     file.Check(*database_);
   } catch (const Error& error) {
-    throw AsCancelled(error, operation);
+    throw AsCancelled(error, context);
   }
 }
 
 void SqliteSession::Close() noexcept {
   CloseResult();
-  const std::lock_guard lock(cancelMutex_);
   database_.reset();
 }
 
@@ -118,49 +109,62 @@ Properties SqliteSession::ReadProperties() {
 
 /// The next statement of the text; none at its end. What was done before it stays done, so it is
 /// only where there is one that a cancel can still take effect.
-SqliteStatement SqliteSession::NextStatement(Operation& operation) {
+SqliteStatement SqliteSession::NextStatement(WorkContext& context) {
   SqliteStatement statement;
   while (!statement && !rest_.empty()) statement = database_->Prepare(rest_);
-  if (statement) operation.ThrowIfStopped();
+  if (statement) context.ThrowIfStopped();
   return statement;
 }
 
-void SqliteSession::RunCounted(SqliteStatement statement) {
+/// The records that it affected; -1: it is of no kind that counts them.
+std::int64_t SqliteSession::RunCounted(SqliteStatement statement) {
   const std::int64_t before = database_->TotalChanges();
   (void)statement.Step();
-  if (IsCounted(statement))
-    affected_ = std::max<std::int64_t>(affected_, 0) + database_->TotalChanges() - before;
+  return IsCounted(statement) ? database_->TotalChanges() - before : -1;
 }
 
-ExecuteResult SqliteSession::ExecuteCommand(const std::string& sql, Operation& operation) {
+std::vector<FieldInfo> SqliteSession::ExecuteCommand(const std::string& sql, WorkContext& context) {
   RefuseNul(sql, "SQLite");
   text_ = sql;
   rest_ = text_;
-  affected_ = -1;
-  const Cancellable scope(*this, operation);
+  query_.clear();
+  tables_.clear();
+  return FindRows(context);
+}
+
+std::vector<FieldInfo> SqliteSession::NextResult(WorkContext& context) {
+  statement_ = SqliteStatement();
+  return FindRows(context);
+}
+
+/// Runs the statements up to the next one with columns.
+std::vector<FieldInfo> SqliteSession::FindRows(WorkContext& context) {
+  const Cancellable scope(*this, context);
   try {
-    while (SqliteStatement statement = NextStatement(operation)) {
+    while (SqliteStatement statement = NextStatement(context)) {
       if (statement.ColumnCount() > 0) return BeginResult(std::move(statement));
-      RunCounted(std::move(statement));
+      context.EndStatement(RunCounted(std::move(statement)));
     }
   } catch (const Error& error) {
-    throw AsCancelled(error, operation);
+    throw AsCancelled(error, context);
   }
-  return {.fields = {}, .recordsAffected = affected_};
+  return {};
 }
 
 /// SQLite counts the changes of a statement when that has ended: one with rows is not counted. The
 /// first row is gone to before the columns are told: it decides the type of those without one.
-ExecuteResult SqliteSession::BeginResult(SqliteStatement statement) {
+std::vector<FieldInfo> SqliteSession::BeginResult(SqliteStatement statement) {
   statement_ = std::move(statement);
-  query_ = statement_.Text();
-  tables_.clear();
+  const bool isFirst = query_.empty();
+  if (isFirst) query_ = statement_.Text();
+  const auto tables = tables_;
   forms_.clear();
   hasRow_ = statement_.Step();
-  ExecuteResult result{.fields = {}, .recordsAffected = affected_};
+  std::vector<FieldInfo> fields;
   for (int column = 0; column < statement_.ColumnCount(); ++column)
-    result.fields.push_back(DescribeColumn(column));
-  return result;
+    fields.push_back(DescribeColumn(column));
+  if (!isFirst) tables_ = tables;
+  return fields;
 }
 
 FieldInfo SqliteSession::DescribeColumn(int column) {
@@ -189,12 +193,12 @@ const SqliteTable& SqliteSession::TableOf(const FieldInfo& field) {
   return tables_.emplace(key, ReadSqliteTable(*database_, key.first, key.second)).first->second;
 }
 
-bool SqliteSession::FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) {
-  const Cancellable scope(*this, operation);
+bool SqliteSession::FetchRows(RowSink& rows, std::size_t maxRows, WorkContext& context) {
+  const Cancellable scope(*this, context);
   const int columns = statement_.ColumnCount();
   try {
     for (std::size_t fetched = 0; hasRow_ && fetched < maxRows; ++fetched) {
-      if (operation.StopAsked()) return true;
+      if (context.StopAsked()) return true;
       for (int column = 0; column < columns; ++column) {
         const auto index = static_cast<std::size_t>(column);
         AppendSqliteCell(statement_, column, forms_[index], rows.Column(index));
@@ -203,22 +207,9 @@ bool SqliteSession::FetchRows(RowSink& rows, std::size_t maxRows, Operation& ope
       hasRow_ = statement_.Step();
     }
   } catch (const Error& error) {
-    throw AsCancelled(error, operation);
+    throw AsCancelled(error, context);
   }
   return hasRow_;
-}
-
-void SqliteSession::DrainResults(Operation& operation) {
-  const Cancellable scope(*this, operation);
-  statement_ = SqliteStatement();
-  try {
-    while (SqliteStatement statement = NextStatement(operation)) {
-      while (statement.Step()) {
-      }
-    }
-  } catch (const Error& error) {
-    throw AsCancelled(error, operation);
-  }
 }
 
 void SqliteSession::CloseResult() noexcept {
@@ -242,18 +233,18 @@ std::vector<std::size_t> SqliteSession::FindKey(const std::vector<FieldInfo>& fi
 
 // --- catalogs and schema -------------------------------------------------------------------------
 
-void SqliteSession::SetCatalog(const std::string& /*name*/, Operation& /*operation*/) {
+void SqliteSession::SetCatalog(const std::string& /*name*/, WorkContext& /*context*/) {
   throw Error(errorNumber::notSupported, "SQLite",
               "SQLite has no catalogs to change between: name the attached database in the "
               "statement.");
 }
 
-void SqliteSession::ReadSchema(SchemaRows& rows, Operation& operation) {
-  const Cancellable scope(*this, operation);
+void SqliteSession::ReadSchema(SchemaRows& rows, WorkContext& context) {
+  const Cancellable scope(*this, context);
   try {
-    ReadSqliteSchema(*database_, rows, operation);
+    ReadSqliteSchema(*database_, rows, context);
   } catch (const Error& error) {
-    throw AsCancelled(error, operation);
+    throw AsCancelled(error, context);
   }
 }
 
@@ -264,8 +255,8 @@ const WriteDialect* SqliteSession::Writing() {
   return &dialect;
 }
 
-StatementResult SqliteSession::RunStatement(const RowStatement& text, Operation& operation) {
-  const Cancellable scope(*this, operation);
+StatementResult SqliteSession::RunStatement(const RowStatement& text, WorkContext& context) {
+  const Cancellable scope(*this, context);
   try {
     SqliteStatement statement = database_->PrepareOne(text.sql);
     int parameter = 0;
@@ -280,7 +271,7 @@ StatementResult SqliteSession::RunStatement(const RowStatement& text, Operation&
     result.first = TakeFirstRow(rows);
     return result;
   } catch (const Error& error) {
-    throw AsCancelled(error, operation);
+    throw AsCancelled(error, context);
   }
 }
 
@@ -288,12 +279,12 @@ UserTransaction SqliteSession::Transaction() {
   return database_->InTransaction() ? UserTransaction::Open : UserTransaction::None;
 }
 
-void SqliteSession::RunControl(std::string_view sql, const Operation* operation) {
-  const Cancellable scope(*this, operation);
+void SqliteSession::RunControl(std::string_view sql, const WorkContext* context) {
+  const Cancellable scope(*this, context);
   try {
     (void)database_->PrepareOne(sql).Step();
   } catch (const Error& error) {
-    throw operation == nullptr ? error : AsCancelled(error, *operation);
+    throw context == nullptr ? error : AsCancelled(error, *context);
   }
 }
 

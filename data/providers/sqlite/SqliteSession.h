@@ -2,11 +2,12 @@
 
 #include <map>
 #include <memory>
-#include <mutex>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "data/providers/CancelSwitch.h"
 #include "data/providers/Provider.h"
 #include "data/providers/sqlite/SqliteApi.h"
 #include "data/providers/sqlite/SqliteTables.h"
@@ -25,13 +26,14 @@ class SqliteSession : public ProviderSession {
  public:
   explicit SqliteSession(ConnectionKeys keys) : keys_(std::move(keys)) {}
 
-  void Open(const Login& login, Operation& operation) override;
+  void Open(const Login& login, WorkContext& context) override;
   void Close() noexcept override;
   [[nodiscard]] Properties ReadProperties() override;
 
-  [[nodiscard]] ExecuteResult ExecuteCommand(const std::string& sql, Operation& operation) override;
-  [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) override;
-  void DrainResults(Operation& operation) override;
+  [[nodiscard]] std::vector<FieldInfo> ExecuteCommand(const std::string& sql,
+                                                      WorkContext& context) override;
+  [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, WorkContext& context) override;
+  [[nodiscard]] std::vector<FieldInfo> NextResult(WorkContext& context) override;
   void CloseResult() noexcept override;
   void CompleteFields(std::vector<FieldInfo>& fields) override;
   [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
@@ -39,14 +41,14 @@ class SqliteSession : public ProviderSession {
   [[nodiscard]] const WriteDialect* Writing() override;
   [[nodiscard]] UserTransaction Transaction() override;
   [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
-                                             Operation& operation) override;
-  void RunControl(std::string_view sql, const Operation* operation) override;
+                                             WorkContext& context) override;
+  void RunControl(std::string_view sql, const WorkContext* context) override;
 
   [[nodiscard]] std::string CurrentCatalog() override { return {}; }
-  void SetCatalog(const std::string& name, Operation& operation) override;
-  void ReadSchema(SchemaRows& rows, Operation& operation) override;
+  void SetCatalog(const std::string& name, WorkContext& context) override;
+  void ReadSchema(SchemaRows& rows, WorkContext& context) override;
 
-  void Cancel() noexcept override;
+  void Cancel() noexcept override { cancel_.Request(); }
   /// Longer than the usual: what runs here lives in this process and reacts as soon as it is given
   /// the processor; a session left behind would keep its locks.
   [[nodiscard]] std::chrono::milliseconds CancelPatience() const noexcept override {
@@ -54,31 +56,31 @@ class SqliteSession : public ProviderSession {
   }
 
  private:
-  /// While it lives, Cancel interrupts; at its end no interrupt is under way.
+  /// While it lives, Cancel interrupts; at its end no interrupt is under way. Without a context
+  /// nothing can be cancelled.
   class Cancellable {
    public:
-    Cancellable(SqliteSession& session, const Operation* operation) : session_(session) {
-      Set(operation);
+    Cancellable(SqliteSession& session, const WorkContext* context) : session_(session) {
+      session.context_ = context;
+      if (context != nullptr)
+        on_.emplace(session.cancel_, [&session] { session.database_->Interrupt(); });
     }
-    Cancellable(SqliteSession& session, const Operation& operation)
-        : Cancellable(session, &operation) {}
+    Cancellable(SqliteSession& session, const WorkContext& context)
+        : Cancellable(session, &context) {}
     Cancellable(const Cancellable&) = delete;
     Cancellable& operator=(const Cancellable&) = delete;
-    ~Cancellable() { Set(nullptr); }
+    ~Cancellable() { session_.context_ = nullptr; }
 
    private:
-    void Set(const Operation* operation) {
-      const std::lock_guard lock(session_.cancelMutex_);
-      session_.operation_ = operation;
-    }
-
     SqliteSession& session_;
+    std::optional<CancelSwitch::On> on_;
   };
 
   void OpenFile(const std::string& file);
-  [[nodiscard]] SqliteStatement NextStatement(Operation& operation);
-  void RunCounted(SqliteStatement statement);
-  [[nodiscard]] ExecuteResult BeginResult(SqliteStatement statement);
+  [[nodiscard]] SqliteStatement NextStatement(WorkContext& context);
+  [[nodiscard]] std::vector<FieldInfo> FindRows(WorkContext& context);
+  [[nodiscard]] std::int64_t RunCounted(SqliteStatement statement);
+  [[nodiscard]] std::vector<FieldInfo> BeginResult(SqliteStatement statement);
   [[nodiscard]] FieldInfo DescribeColumn(int column);
   [[nodiscard]] const SqliteTable& TableOf(const FieldInfo& field);
 
@@ -87,17 +89,15 @@ class SqliteSession : public ProviderSession {
 
   // The command that runs.
   std::string text_;
-  std::string_view rest_;  ///< Of text_: what has not been compiled yet.
-  std::int64_t affected_ = -1;
+  std::string_view rest_;      ///< Of text_: what has not been compiled yet.
   SqliteStatement statement_;  ///< The one whose rows are fetched.
   bool hasRow_ = false;        ///< It stands on a row that was not fetched.
   std::vector<SqliteForm> forms_;
-  std::string query_;  ///< The text of the last statement_.
-  std::map<std::pair<std::string, std::string>, SqliteTable> tables_;
+  std::string query_;  ///< The text of the first statement_; empty: there was none.
+  std::map<std::pair<std::string, std::string>, SqliteTable> tables_;  ///< What it reads.
 
-  std::mutex cancelMutex_;
-  const Operation* operation_ =
-      nullptr;  ///< What may be cancelled now. Changed by the worker, locked.
+  CancelSwitch cancel_;
+  const WorkContext* context_ = nullptr;  ///< What may be cancelled now. Worker.
 };
 
 }  // namespace tessel

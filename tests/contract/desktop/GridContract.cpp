@@ -11,9 +11,9 @@ namespace {
 /// Two results, one of three rows, neither bound yet.
 struct GridFixture : GridWindow {
   explicit GridFixture(ContractHost& contractHost) : GridWindow(contractHost) {
-    data.Answer("rows", {FakeField("id", DataType::Integer), FakeField("name")},
+    data.Answer("rows", {MemoryField("id", DataType::Integer), MemoryField("name")},
                 {{1, "one"}, {2, "<b>two</b>"}, {3, Value()}});
-    data.Answer("none", FakeFields({"id"}), {});
+    data.Answer("none", MemoryFields({"id"}), {});
     recordset = Open("rows");
     grid.RowColChange = record.Noting("moved");
     grid.ButtonClick = [this](int column) { record.Add("button " + std::to_string(column)); };

@@ -20,9 +20,9 @@ Value Number(std::int64_t number) { return number; }
 /// Three rows that can be changed.
 struct EditingFixture : GridWindow {
   explicit EditingFixture(ContractHost& contractHost) : GridWindow(contractHost) {
-    FieldInfo keyField = FakeField("id", DataType::Integer);
+    FieldInfo keyField = MemoryField("id", DataType::Integer);
     keyField.isKey = true;
-    data.Answer("rows", {keyField, FakeField("name"), FakeField("flag", DataType::Boolean)},
+    data.Answer("rows", {keyField, MemoryField("name"), MemoryField("flag", DataType::Boolean)},
                 {{Number(1), std::string("one"), true},
                  {Number(2), Value(), Value()},
                  {Number(3), std::string(), false}});
@@ -48,7 +48,7 @@ struct EditingFixture : GridWindow {
     record.Add("leaves");
     stay = stays;
     if (stays) return;
-    recordset->Update(0);
+    Update(*recordset);
     grid.Refresh();
   }
   void Click(std::int64_t position, int column) {
@@ -138,10 +138,12 @@ void BytesThatAreNoTextAreNotEditedInPlace(ContractHost& host) {
 void RecordsThatCannotBeChangedNowSaySoAtTheFirstKeystroke(ContractHost& host) {
   EditingFixture test(host);
   test.data.catalogs = {"elsewhere"};
-  test.connection->SetDefaultDatabase("elsewhere");
+  UseCatalog(*test.connection, "elsewhere");
   test.Click(0, name);
-  host.OnMessage("These records come from the database '', and 'elsewhere' is in use now.",
-                 MessageResult::Ok);
+  host.OnMessage(
+      "These records were read while no database was in use, and 'elsewhere' is in use now: "
+      "run the query again. Nothing was changed.",
+      MessageResult::Ok);
   test.Type("x");
   EXPECT_FALSE(test.grid.EditActive());
   EXPECT_EQ(test.Shown(0, name), "one");
@@ -242,7 +244,7 @@ void ANewRecordThatIsWrittenIsCurrent(ContractHost& host) {
   test.GoToNewRow();
   test.Type("new");
   test.grid.EndEdit();
-  test.recordset->Update(0);
+  Update(*test.recordset);
   test.grid.Refresh();
   EXPECT_FALSE(test.grid.OnNewRow());
   EXPECT_EQ(test.grid.CellText(), "new");
@@ -354,14 +356,14 @@ void DeletedRowsAreForgotten(ContractHost& host) {
   const std::vector<Bookmark> rows{test.recordset->BookmarkAt(1), test.recordset->BookmarkAt(2)};
   test.host.SelectGridRows(test.window, gridName, {1, 2});
   test.recordset->MoveTo(rows[1]);
-  test.recordset->Delete(0);
+  Delete(*test.recordset);
   test.grid.Refresh();
   EXPECT_EQ(test.grid.SelBookmarks(), std::vector<Bookmark>{rows[0]});
   EXPECT_EQ(test.recordset->CurrentBookmark(), rows[0]) << "the last one is gone";
   EXPECT_FALSE(test.grid.OnNewRow());
   for (int left = 2; left > 0; --left) {
     test.recordset->MoveFirst();
-    test.recordset->Delete(0);
+    Delete(*test.recordset);
   }
   test.grid.Refresh();
   EXPECT_TRUE(test.grid.OnNewRow());

@@ -4,7 +4,8 @@
 
 #include "contract/desktop/DataGrid.h"
 #include "tests/contract/desktop/ContractTools.h"
-#include "tests/support/FakeData.h"
+#include "tests/support/DataSteps.h"
+#include "tests/support/MemoryData.h"
 
 namespace tessel::test {
 
@@ -19,7 +20,7 @@ struct GridWindow {
         window(*windows.document),
         grid(window.Find<DataGrid>(gridName)),
         connection(data.CreateConnection()) {
-    connection->Open("", "", 0);
+    OpenNow(*connection);
     grid.SetBounds({60, 1000, 9000, 4500});
     grid.SetVisible(true);
   }
@@ -29,15 +30,11 @@ struct GridWindow {
 
   [[nodiscard]] std::shared_ptr<Recordset> Open(const std::string& sql,
                                                 LockType lock = LockType::ReadOnly) const {
-    auto opened = connection->CreateRecordset();
-    opened->SetSource(sql);
-    opened->SetLockType(lock);
-    opened->Open(openOption::text);
-    return opened;
+    return QueryNow(*connection, sql, lock);
   }
 
   ContractHost& host;
-  FakeData data;
+  MemoryData data;
   Framed windows;
   Window& window;
   DataGrid& grid;

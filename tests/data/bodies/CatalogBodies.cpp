@@ -21,7 +21,7 @@ void CatalogBodies::SetUp() {
   own_ = connection_->DefaultDatabase();
   elsewhere_ = Connect();
   for (const std::string& sql : Db().OtherCatalogSetup()) Run(*elsewhere_, sql);
-  elsewhere_->SetDefaultDatabase(Db().OtherCatalog());
+  UseCatalog(*elsewhere_, Db().OtherCatalog());
   Run(*elsewhere_, "create table " + table_->Name() + " (id " + Db().KeyType() + ", name " +
                        Db().TextType() + ", data " + Db().BinaryType() + ", n integer)");
   Run(*elsewhere_,
@@ -32,7 +32,7 @@ void CatalogBodies::SetUp() {
 void CatalogBodies::TearDown() {
   if (!elsewhere_) return;
   Run(*elsewhere_, "drop table " + table_->Name());
-  connection_->SetDefaultDatabase(own_);  // The scratch table is dropped there.
+  UseCatalog(*connection_, own_);  // The scratch table is dropped there.
 }
 
 void CatalogBodies::ExpectRefused(const std::function<void()>& action) const {
@@ -48,12 +48,12 @@ std::vector<std::string> CatalogBodies::NamesElsewhere() {
 
 TEST_P(CatalogBodies, RowsAreReadAndNotWrittenIntoAnotherCatalog) {
   const auto recordset = OpenAll();
-  connection_->SetDefaultDatabase(Db().OtherCatalog());
+  UseCatalog(*connection_, Db().OtherCatalog());
   EXPECT_EQ(ToText(recordset->FieldValue(name)), "one");
   EXPECT_TRUE(recordset->WhyNotChangeable());
   ExpectRefused([&] { recordset->SetFieldValue(name, Text("mine")); });
   ExpectRefused([&] { recordset->AddNew(); });
-  ExpectRefused([&] { recordset->Delete(0); });
+  ExpectRefused([&] { Delete(*recordset); });
   EXPECT_EQ(recordset->Editing(), EditMode::None);
   EXPECT_EQ(recordset->RecordCount(), 3);
   EXPECT_THAT(NamesElsewhere(), ElementsAre("one", "two", "three"));
@@ -63,15 +63,15 @@ TEST_P(CatalogBodies, RowsAreReadAndNotWrittenIntoAnotherCatalog) {
 TEST_P(CatalogBodies, AChangeThatWasBegunWaitsForItsCatalog) {
   const auto recordset = OpenAll();
   recordset->SetFieldValue(name, Text("mine"));
-  connection_->SetDefaultDatabase(Db().OtherCatalog());
-  ExpectRefused([&] { recordset->Update(0); });
-  ExpectRefused([&] { recordset->Update(openOption::asyncExecute); });
+  UseCatalog(*connection_, Db().OtherCatalog());
+  ExpectRefused([&] { Update(*recordset); });
+  ExpectRefused([&] { (void)recordset->StartUpdate(); });
   EXPECT_EQ(recordset->Editing(), EditMode::InProgress);
   EXPECT_EQ(ToText(recordset->FieldValue(name)), "mine");
   EXPECT_THAT(NamesElsewhere(), ElementsAre("one", "two", "three"));
-  connection_->SetDefaultDatabase(own_);
+  UseCatalog(*connection_, own_);
   EXPECT_FALSE(recordset->WhyNotChangeable());
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_THAT(NamesElsewhere(), ElementsAre("one", "two", "three"));
   EXPECT_THAT(Names(), ElementsAre("1|mine", "2|two", "3|three"));
 }
@@ -80,32 +80,32 @@ TEST_P(CatalogBodies, AChangeThatWasBegunIsDroppedUnderAnotherCatalog) {
   const auto recordset = OpenAll();
   recordset->AddNew();
   recordset->SetFieldValue(id, Value(std::int64_t{4}));
-  connection_->SetDefaultDatabase(Db().OtherCatalog());
-  ExpectRefused([&] { recordset->Update(0); });
+  UseCatalog(*connection_, Db().OtherCatalog());
+  ExpectRefused([&] { Update(*recordset); });
   recordset->CancelUpdate();
   EXPECT_EQ(recordset->Editing(), EditMode::None);
   EXPECT_THAT(NamesElsewhere(), ElementsAre("one", "two", "three"));
 }
 
 TEST_P(CatalogBodies, RowsOfTheCatalogInUseAreWrittenThere) {
-  connection_->SetDefaultDatabase(Db().OtherCatalog());
+  UseCatalog(*connection_, Db().OtherCatalog());
   const auto recordset = OpenAll();
   recordset->SetFieldValue(name, Text("theirs"));
-  recordset->Update(0);
+  Update(*recordset);
   recordset->MoveLast();
-  recordset->Delete(0);
+  Delete(*recordset);
   EXPECT_THAT(NamesElsewhere(), ElementsAre("theirs", "two"));
   EXPECT_THAT(Names(), ElementsAre("1|one", "2|two", "3|three"));
 }
 
 TEST_P(CatalogBodies, AReconnectionToAnotherCatalogIsNoticed) {
-  connection_->SetDefaultDatabase(Db().OtherCatalog());
+  UseCatalog(*connection_, Db().OtherCatalog());
   const auto recordset = OpenAll();
   recordset->SetFieldValue(name, Text("theirs"));
   connection_->Close();
-  connection_->Open({}, {}, 0);
+  OpenNow(*connection_);
   ASSERT_EQ(connection_->DefaultDatabase(), own_);
-  EXPECT_THAT(ErrorOf([&] { recordset->Update(0); }).description,
+  EXPECT_THAT(ErrorOf([&] { Update(*recordset); }).description,
               HasSubstr("come from the database '" + Db().OtherCatalog() + "', and '" + own_ +
                         "' is in use now"));
   EXPECT_EQ(recordset->Editing(), EditMode::InProgress);
@@ -118,12 +118,12 @@ TEST_P(CatalogBodies, ATypedChangeOfTheCatalogCountsToo) {
   const auto recordset = OpenAll();
   recordset->SetFieldValue(name, Text("mine"));
   Run(*connection_, use);
-  ExpectRefused([&] { recordset->Update(0); });
+  ExpectRefused([&] { Update(*recordset); });
   recordset->CancelUpdate();
   ExpectRefused([&] { recordset->SetFieldValue(name, Text("mine")); });
   Run(*connection_, Db().UseStatement(own_));
   recordset->SetFieldValue(name, Text("mine"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_THAT(NamesElsewhere(), ElementsAre("one", "two", "three"));
   EXPECT_THAT(Names(), ElementsAre("1|mine", "2|two", "3|three"));
 }

@@ -4,18 +4,15 @@ namespace tessel::test {
 
 using testing::ElementsAre;
 
-TEST_P(CommandBodies, RowsAreThereWhenOpenReturns) {
+TEST_P(CommandBodies, RowsAreThereWhenTheEndWasWaitedFor) {
   const auto connection = Connect();
   EventLog log;
-  log.Watch(*connection);
-  const auto recordset = connection->CreateRecordset();
-  log.Watch(*recordset);
-  recordset->SetSource(Db().Series(3));
-  recordset->Open(openOption::text);
-  EXPECT_EQ(recordset->State(), objectState::open);
+  const auto recordset = Start(*connection, Db().Series(3), log);
+  recordset.Operation().Wait();
+  EXPECT_EQ(recordset.State(), objectState::open);
   EXPECT_THAT(TextsOf(*recordset, 1), ElementsAre("row 1", "row 2", "row 3"));
   EXPECT_THAT(TextsOf(*recordset, 2), ElementsAre("0.5", "1", "1.5"));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=9"));
+  EXPECT_THAT(log.Lines(), ElementsAre("fetching", "done"));
   EXPECT_EQ(connection->State(), objectState::open);
 }
 
@@ -23,27 +20,24 @@ TEST_P(CommandBodies, EventsOfAQueryComeInOrderOnThePumpingThread) {
   const auto connection = Connect();
   EventLog log;
   const auto recordset = Start(*connection, Db().Series(1000), log);
-  EXPECT_EQ(recordset->State(), objectState::executing);
+  EXPECT_EQ(recordset.State(), objectState::executing);
   EXPECT_EQ(connection->State(), objectState::open | objectState::executing);
   EXPECT_TRUE(log.Lines().empty());
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=9", "FetchComplete ok"));
-  EXPECT_EQ(recordset->State(), objectState::open);
+  EXPECT_THAT(log.Lines(), ElementsAre("fetching", "done"));
+  EXPECT_EQ(recordset.State(), objectState::open);
   EXPECT_EQ(connection->State(), objectState::open);
   EXPECT_EQ(recordset->RecordCount(), 1000);
 }
 
-TEST_P(CommandBodies, FetchingCanGoOnAfterExecuteWasWaitedFor) {
+TEST_P(CommandBodies, WhatWasWaitedForIsNotToldAgain) {
   const auto connection = Connect();
   EventLog log;
-  log.Watch(*connection);
-  const auto recordset = connection->CreateRecordset();
-  log.Watch(*recordset);
-  recordset->SetSource(Db().Series(1000));
-  recordset->Open(openOption::text | openOption::asyncFetch);
-  EXPECT_EQ(log.Lines().front(), "ExecuteComplete ok state=9");
-  ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=9", "FetchComplete ok"));
+  const auto recordset = Start(*connection, Db().Series(1000), log);
+  recordset.Operation().Wait();
+  recordset.Operation().Wait();
+  queue_.Pump();
+  EXPECT_THAT(log.Lines(), ElementsAre("fetching", "done"));
   EXPECT_EQ(recordset->RecordCount(), 1000);
 }
 
@@ -55,19 +49,16 @@ TEST_P(CommandBodies, ACommandWithoutRowsEndsWithItsExecution) {
       Start(*connection, "insert into " + table.Name() + " values (1), (2), (3)", log);
   ASSERT_TRUE(PumpToEnd(log));
   queue_.Pump();
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=0"));
+  EXPECT_THAT(log.Lines(), ElementsAre("done"));
   EXPECT_EQ(log.RecordsAffected(), 3);
-  EXPECT_EQ(recordset->State(), objectState::closed);
+  EXPECT_EQ(recordset.State(), objectState::closed);
 }
 
 TEST_P(CommandBodies, RecordsAffectedAreCounted) {
   const auto connection = Connect();
   const ScratchTable table(connection, "id " + Db().KeyType() + ", v integer");
-  EventLog log;
-  log.Watch(*connection);
   const auto count = [&](const std::string& sql) {
-    Run(*connection, sql);
-    return log.RecordsAffected();
+    return Run(*connection, sql).Operation().RecordsAffected();
   };
   const std::string& name = table.Name();
   EXPECT_EQ(count("insert into " + name + " values (1, 1), (2, 1)"), 2);
@@ -100,9 +91,8 @@ TEST_P(CommandBodies, FailureInTheBackgroundIsAnnouncedOnce) {
   ASSERT_TRUE(PumpToEnd(log));
   queue_.Pump();
   ASSERT_TRUE(log.LastError());
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete failed " +
-                                       std::to_string(log.LastError()->number) + " state=0"));
-  EXPECT_EQ(recordset->State(), objectState::closed);
+  EXPECT_THAT(log.Lines(), ElementsAre("failed " + std::to_string(log.LastError()->number)));
+  EXPECT_EQ(recordset.State(), objectState::closed);
   EXPECT_EQ(connection->State(), objectState::open);
 }
 
@@ -114,9 +104,8 @@ TEST_P(CommandBodies, FailureWhileFetchingKeepsTheRowsBefore) {
   const auto recordset = Start(*connection, query, log);
   ASSERT_TRUE(PumpToEnd(log));
   EXPECT_THAT(log.Lines(),
-              ElementsAre("ExecuteComplete ok state=9",
-                          "FetchComplete failed " + std::to_string(log.LastError()->number)));
-  EXPECT_EQ(recordset->State(), objectState::open);
+              ElementsAre("fetching", "failed " + std::to_string(log.LastError()->number)));
+  EXPECT_EQ(recordset.State(), objectState::open);
   EXPECT_EQ(recordset->RecordCount(), 500);
   EXPECT_EQ(TextsOf(*recordset).back(), "500");
   EXPECT_FALSE(connection->Errors().empty());
@@ -126,22 +115,19 @@ TEST_P(CommandBodies, FailureWhileFetchingKeepsTheRowsBefore) {
 TEST_P(CommandBodies, BlankTextIsRefusedBeforeTheDatabase) {
   const auto connection = Connect();
   for (const char* blank : {"", " ", "\r\n\t "}) {
-    const auto recordset = connection->CreateRecordset();
-    recordset->SetSource(blank);
-    const ErrorInfo error = ErrorOf([&] { recordset->Open(asyncOptions); });
+    const ErrorInfo error =
+        ErrorOf([&] { (void)connection->StartQuery(blank, LockType::ReadOnly); });
     EXPECT_EQ(error.source, "Tessel");
     EXPECT_THAT(error.description, testing::HasSubstr("empty"));
-    EXPECT_EQ(recordset->State(), objectState::closed);
+    EXPECT_EQ(connection->State(), objectState::open);
   }
 }
 
 TEST_P(CommandBodies, TextOfCommentsOnlyDoesNothing) {
   const auto connection = Connect();
-  EventLog log;
-  log.Watch(*connection);
   const auto recordset = Run(*connection, "-- nothing; at all\n/* nor ' here */\n");
-  EXPECT_EQ(recordset->State(), objectState::closed);
-  EXPECT_EQ(log.RecordsAffected(), -1);
+  EXPECT_EQ(recordset.State(), objectState::closed);
+  EXPECT_EQ(recordset.Operation().RecordsAffected(), -1);
 }
 
 TEST_P(CommandBodies, CommentsAndQuotesAreTheDatabasesOwn) {
@@ -154,15 +140,14 @@ TEST_P(CommandBodies, OnlyOneCommandRunsAtATime) {
   const auto connection = Connect();
   EventLog log;
   const auto first = Start(*connection, Db().SlowStatement(), log);
-  const auto second = connection->CreateRecordset();
-  second->SetSource("select 1");
-  EXPECT_THAT(ErrorOf([&] { second->Open(openOption::text); }).description,
+  const auto refusal = [&](const std::function<void()>& action) {
+    return ErrorOf(action).description;
+  };
+  EXPECT_THAT(refusal([&] { Run(*connection, "select 1"); }), testing::HasSubstr("busy"));
+  EXPECT_THAT(refusal([&] { (void)ReadSchema(*connection, SchemaRowset::Tables); }),
               testing::HasSubstr("busy"));
-  EXPECT_EQ(second->State(), objectState::closed);
-  EXPECT_THAT(ErrorOf([&] { (void)connection->OpenSchema(SchemaRowset::Tables, {}); }).description,
-              testing::HasSubstr("busy"));
-  EXPECT_EQ(ErrorOf([&] { first->Open(openOption::text); }).number, errorNumber::objectOpen);
-  first->Cancel();
+  EXPECT_EQ(ErrorOf([&] { OpenNow(*connection); }).number, errorNumber::objectOpen);
+  first.Cancel();
   EXPECT_TRUE(PumpToEnd(log));
 }
 
@@ -171,9 +156,7 @@ TEST_P(CommandBodies, ACommandCanBeStartedFromTheHandlerOfAnEnd) {
   EventLog log;
   const auto first = Start(*connection, Db().Series(10), log);
   std::vector<std::string> inside;
-  first->FetchComplete = [&](const ErrorInfo*, EventStatus) {
-    inside = TextsOf(*Run(*connection, Db().Series(2)));
-  };
+  first.Operation().Ended = [&] { inside = TextsOf(*Run(*connection, Db().Series(2))); };
   ASSERT_TRUE(queue_.PumpUntil([&] { return !inside.empty(); }));
   EXPECT_THAT(inside, ElementsAre("1", "2"));
   EXPECT_EQ(first->RecordCount(), 10);
@@ -194,11 +177,34 @@ TEST_P(CommandBodies, OfSeveralStatementsTheCountsAreSummed) {
   if (!Db().Traits().severalStatements) GTEST_SKIP() << "one statement at a time only";
   const auto connection = Connect();
   const ScratchTable table(connection, "id " + Db().KeyType());
-  EventLog log;
-  log.Watch(*connection);
-  Run(*connection, "insert into " + table.Name() + " values (1), (2); delete from " + table.Name() +
-                       " where id = 1");
-  EXPECT_EQ(log.RecordsAffected(), 3);
+  const auto done =
+      Run(*connection, "insert into " + table.Name() + " values (1), (2); delete from " +
+                           table.Name() + " where id = 1");
+  EXPECT_EQ(done.Operation().RecordsAffected(), 3);
+}
+
+TEST_P(CommandBodies, EveryResultOfSeveralStatementsIsKeptInItsOrder) {
+  if (!Db().Traits().severalStatements) GTEST_SKIP() << "one statement at a time only";
+  const auto connection = Connect();
+  const ScratchTable table(connection, "id " + Db().KeyType());
+  const std::string& name = table.Name();
+  const auto done =
+      Run(*connection, "insert into " + name + " values (1), (2); select id, 'x' as t from " +
+                           name + " order by id; delete from " + name +
+                           " where id = 1; select id from " + name);
+  const auto& results = done.Operation().Results();
+  ASSERT_EQ(results.size(), 4U);
+  EXPECT_EQ(results[0].rows, nullptr);
+  EXPECT_EQ(results[0].recordsAffected, 2);
+  ASSERT_NE(results[1].rows, nullptr);
+  EXPECT_EQ(results[1].rows, done.Rows());
+  EXPECT_THAT(TextsOf(*results[1].rows), ElementsAre("1", "2"));
+  EXPECT_EQ(results[2].rows, nullptr);
+  EXPECT_EQ(results[2].recordsAffected, 1);
+  ASSERT_NE(results[3].rows, nullptr);
+  EXPECT_THAT(TextsOf(*results[3].rows), ElementsAre("2"));
+  EXPECT_EQ(results[3].rows->State(), objectState::open);
+  EXPECT_EQ(done.Operation().RecordsAffected(), 2);
 }
 
 TEST_P(CommandBodies, AnErrorBeforeTheRowsFailsTheCommand) {
@@ -220,7 +226,7 @@ TEST_P(CommandBodies, TheNextOperationForgetsTheErrorsOfTheLast) {
   connection->ClearErrors();
   EXPECT_TRUE(connection->Errors().empty());
   EXPECT_THROW(Run(*connection, "no statement"), Error);
-  (void)connection->OpenSchema(SchemaRowset::Tables, {});
+  (void)ReadSchema(*connection, SchemaRowset::Tables, {});
   EXPECT_TRUE(connection->Errors().empty());
 }
 
@@ -231,11 +237,11 @@ TEST_P(CommandBodies, ProgressIsToldWhileManyRowsArrive) {
   const auto recordset = Start(*connection, Db().Series(many), log);
   std::int64_t seen = 0;
   ASSERT_TRUE(queue_.PumpUntil([&] {
-    if ((recordset->State() & objectState::open) != 0) seen = recordset->RecordCount();
+    if ((recordset.State() & objectState::open) != 0) seen = recordset->RecordCount();
     return log.ProgressCount() > 1 || log.Ends() > 0;
   }));
   EXPECT_GE(log.LastProgress(), seen);
-  recordset->Cancel();
+  recordset.Cancel();
   ASSERT_TRUE(PumpToEnd(log));
   EXPECT_GE(recordset->RecordCount(), log.LastProgress());
 }

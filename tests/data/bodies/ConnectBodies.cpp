@@ -9,7 +9,7 @@ TEST_P(ConnectBodies, OpensWaitsAndCloses) {
   const auto connection = data_.CreateConnection();
   connection->SetConnectionString(Db().ConnectionString());
   EXPECT_EQ(connection->State(), objectState::closed);
-  connection->Open({}, {}, 0);
+  OpenNow(*connection);
   EXPECT_EQ(connection->State(), objectState::open);
   EXPECT_TRUE(connection->Errors().empty());
   connection->Close();
@@ -20,20 +20,20 @@ TEST_P(ConnectBodies, OpensWaitsAndCloses) {
 TEST_P(ConnectBodies, OpensInTheBackgroundAndSaysSoOnce) {
   EventLog log;
   const auto connection = data_.CreateConnection();
-  log.Watch(*connection);
   connection->SetConnectionString(Db().ConnectionString());
-  connection->Open({}, {}, asyncConnect);
+  const auto opening = connection->StartOpen({}, {});
+  log.Watch(*opening);
   EXPECT_EQ(connection->State(), objectState::connecting);
   ASSERT_TRUE(PumpToEnd(log));
   EXPECT_EQ(connection->State(), objectState::open);
   queue_.Pump();
-  EXPECT_THAT(log.Lines(), ElementsAre("ConnectComplete ok"));
+  EXPECT_THAT(log.Lines(), ElementsAre("done"));
 }
 
 TEST_P(ConnectBodies, FailureToOpenIsRaised) {
   const auto connection = data_.CreateConnection();
   connection->SetConnectionString(Db().BadConnectionString());
-  const ErrorInfo error = ErrorOf([&] { connection->Open({}, {}, 0); });
+  const ErrorInfo error = ErrorOf([&] { OpenNow(*connection); });
   EXPECT_NE(error.number, 0);
   EXPECT_THAT(error.description, Not(testing::IsEmpty()));
   EXPECT_THAT(error.source, Not(testing::IsEmpty()));
@@ -45,24 +45,23 @@ TEST_P(ConnectBodies, FailureToOpenIsRaised) {
 TEST_P(ConnectBodies, FailureToOpenInTheBackgroundIsAnnouncedOnce) {
   EventLog log;
   const auto connection = data_.CreateConnection();
-  log.Watch(*connection);
   connection->SetConnectionString(Db().BadConnectionString());
-  connection->Open({}, {}, asyncConnect);
+  const auto opening = connection->StartOpen({}, {});
+  log.Watch(*opening);
   ASSERT_TRUE(PumpToEnd(log));
   EXPECT_EQ(connection->State(), objectState::closed);
   ASSERT_TRUE(log.LastError());
-  EXPECT_THAT(log.Lines(),
-              ElementsAre("ConnectComplete failed " + std::to_string(log.LastError()->number)));
+  EXPECT_THAT(log.Lines(), ElementsAre("failed " + std::to_string(log.LastError()->number)));
   EXPECT_THAT(log.LastError()->description, Not(testing::IsEmpty()));
 }
 
 TEST_P(ConnectBodies, OpensAgainAfterClosingAndAfterFailing) {
   const auto connection = data_.CreateConnection();
   connection->SetConnectionString(Db().BadConnectionString());
-  EXPECT_THROW(connection->Open({}, {}, 0), Error);
+  EXPECT_THROW(OpenNow(*connection), Error);
   connection->SetConnectionString(Db().ConnectionString());
   for (int round = 0; round < 3; ++round) {
-    connection->Open({}, {}, 0);
+    OpenNow(*connection);
     EXPECT_EQ(ToText(ToView(Cell(*connection, "select 42"))), "42");
     connection->Close();
   }
@@ -70,7 +69,7 @@ TEST_P(ConnectBodies, OpensAgainAfterClosingAndAfterFailing) {
 
 TEST_P(ConnectBodies, AnOpenConnectionRefusesToOpenAndToChangeItsString) {
   const auto connection = Connect();
-  EXPECT_EQ(ErrorOf([&] { connection->Open({}, {}, 0); }).number, errorNumber::objectOpen);
+  EXPECT_EQ(ErrorOf([&] { OpenNow(*connection); }).number, errorNumber::objectOpen);
   EXPECT_EQ(ErrorOf([&] { connection->SetConnectionString("x"); }).number, errorNumber::objectOpen);
   EXPECT_EQ(connection->State(), objectState::open);
 }
@@ -78,47 +77,45 @@ TEST_P(ConnectBodies, AnOpenConnectionRefusesToOpenAndToChangeItsString) {
 TEST_P(ConnectBodies, AClosedConnectionRefusesCommands) {
   const auto connection = data_.CreateConnection();
   EXPECT_EQ(ErrorOf([&] { Run(*connection, "select 1"); }).number, errorNumber::objectClosed);
-  EXPECT_EQ(ErrorOf([&] { (void)connection->OpenSchema(SchemaRowset::Tables, {}); }).number,
+  EXPECT_EQ(ErrorOf([&] { (void)ReadSchema(*connection, SchemaRowset::Tables, {}); }).number,
             errorNumber::objectClosed);
-  EXPECT_EQ(ErrorOf([&] { connection->SetDefaultDatabase("x"); }).number,
-            errorNumber::objectClosed);
+  EXPECT_EQ(ErrorOf([&] { UseCatalog(*connection, "x"); }).number, errorNumber::objectClosed);
 }
 
 TEST_P(ConnectBodies, ClosingWhileConnectingAnnouncesACancel) {
   EventLog log;
   const auto connection = data_.CreateConnection();
-  log.Watch(*connection);
   connection->SetConnectionString(Db().ConnectionString());
-  connection->Open({}, {}, asyncConnect);
+  const auto opening = connection->StartOpen({}, {});
+  log.Watch(*opening);
   connection->Close();
   EXPECT_EQ(connection->State(), objectState::closed);
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ConnectComplete failed 3712"));
+  EXPECT_THAT(log.Lines(), ElementsAre("failed 3712"));
   EXPECT_EQ(connection->State(), objectState::closed);
 }
 
 TEST_P(ConnectBodies, CancellingWhileConnectingEndsOnceEitherWay) {
   EventLog log;
   const auto connection = data_.CreateConnection();
-  log.Watch(*connection);
   connection->SetConnectionString(Db().ConnectionString());
-  connection->Open({}, {}, asyncConnect);
-  connection->Cancel();
-  connection->Cancel();
+  const auto opening = connection->StartOpen({}, {});
+  log.Watch(*opening);
+  opening->Cancel();
+  opening->Cancel();
   ASSERT_TRUE(PumpToEnd(log));
-  connection->Cancel();
+  opening->Cancel();
   queue_.Pump();
   const bool open = connection->State() == objectState::open;
-  EXPECT_THAT(log.Lines(),
-              ElementsAre(open ? "ConnectComplete ok" : "ConnectComplete failed 3712"));
+  EXPECT_THAT(log.Lines(), ElementsAre(open ? "done" : "failed 3712"));
 }
 
 TEST_P(ConnectBodies, NoticesOfADroppedConnectionAreDropped) {
   EventLog log;
   auto connection = data_.CreateConnection();
-  log.Watch(*connection);
   connection->SetConnectionString(Db().ConnectionString());
-  connection->Open({}, {}, asyncConnect);
+  const auto opening = connection->StartOpen({}, {});
+  log.Watch(*opening);
   connection.reset();
   queue_.Pump();
   EXPECT_TRUE(log.Lines().empty());

@@ -24,8 +24,8 @@ TEST_P(EditBodies, ReadOnlyRecordsRefuseEverything) {
   EXPECT_EQ(recordset->Lock(), LockType::ReadOnly);
   for (const auto& action : std::vector<std::function<void()>>{
            [&] { recordset->AddNew(); }, [&] { recordset->SetFieldValue(name, Text("x")); },
-           [&] { recordset->Update(0); }, [&] { recordset->CancelUpdate(); },
-           [&] { recordset->Delete(0); }})
+           [&] { Update(*recordset); }, [&] { recordset->CancelUpdate(); },
+           [&] { Delete(*recordset); }})
     EXPECT_EQ(ErrorOf(action).number, errorNumber::readOnly);
   EXPECT_EQ(recordset->Editing(), EditMode::None);
 }
@@ -35,7 +35,7 @@ TEST_P(EditBodies, RecordsOfNoTableCannotBeChanged) {
   EXPECT_EQ(ErrorOf([&] { recordset->AddNew(); }).number, errorNumber::notSupported);
   EXPECT_EQ(ErrorOf([&] { recordset->SetFieldValue(0, Whole(2)); }).number,
             errorNumber::notSupported);
-  EXPECT_EQ(ErrorOf([&] { recordset->Delete(0); }).number, errorNumber::notSupported);
+  EXPECT_EQ(ErrorOf([&] { Delete(*recordset); }).number, errorNumber::notSupported);
 }
 
 TEST_P(EditBodies, RecordsOfTwoTablesCannotBeChanged) {
@@ -84,8 +84,8 @@ TEST_P(EditBodies, OneChangeIsPendingAtATime) {
   EXPECT_EQ(ErrorOf([&] { recordset->SetFieldValue(name, Text("x")); }).number,
             errorNumber::changePending);
   EXPECT_EQ(ErrorOf([&] { recordset->AddNew(); }).number, errorNumber::changePending);
-  EXPECT_EQ(ErrorOf([&] { recordset->Delete(0); }).number, errorNumber::changePending);
-  recordset->Update(0);
+  EXPECT_EQ(ErrorOf([&] { Delete(*recordset); }).number, errorNumber::changePending);
+  Update(*recordset);
   EXPECT_THAT(Names(), ElementsAre("1|changed", "2|two", "3|three"));
 }
 
@@ -142,7 +142,7 @@ TEST_P(EditBodies, ANewRecordGetsANumberOfItsOwn) {
   EXPECT_NE(kept, dropped);
   recordset->SetFieldValue(id, Whole(4));
   recordset->SetFieldValue(name, Text("four"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(recordset->RecordCount(), 4);
   EXPECT_EQ(recordset->CurrentBookmark(), kept);
   EXPECT_EQ(recordset->PositionOf(kept), 3);
@@ -159,7 +159,7 @@ TEST_P(EditBodies, RowsKeepTheirBookmarksWhenOthersGo) {
   const Bookmark two = recordset->BookmarkAt(1);
   const Bookmark three = recordset->BookmarkAt(2);
   recordset->MoveTo(two);
-  recordset->Delete(0);
+  Delete(*recordset);
   EXPECT_EQ(recordset->RecordCount(), 2);
   EXPECT_EQ(recordset->CurrentBookmark(), three);
   EXPECT_EQ(recordset->PositionOf(one), 0);
@@ -181,11 +181,11 @@ TEST_P(EditBodies, RowsKeepTheirBookmarksWhenOthersGo) {
 TEST_P(EditBodies, ChangedAndAddedRowsAreSorted) {
   const auto recordset = OpenAll();
   recordset->SetFieldValue(name, Text("zebra"));
-  recordset->Update(0);
+  Update(*recordset);
   recordset->AddNew();
   recordset->SetFieldValue(id, Whole(4));
   recordset->SetFieldValue(name, Text("ape"));
-  recordset->Update(0);
+  Update(*recordset);
   recordset->SetSort("name");
   EXPECT_THAT(TextsOf(*recordset, name), ElementsAre("ape", "three", "two", "zebra"));
   EXPECT_EQ(ToText(recordset->FieldValue(name)), "ape");
@@ -196,7 +196,7 @@ TEST_P(EditBodies, ChangedAndAddedRowsAreSorted) {
 TEST_P(EditBodies, FieldsReadAtOnceAreThoseReadOneByOne) {
   const auto recordset = OpenAll();
   recordset->SetFieldValue(name, Text("written"));
-  recordset->Update(0);
+  Update(*recordset);
   recordset->MoveNext();
   recordset->SetFieldValue(name, Text("pending"));
   std::array<ValueView, 2> values;
@@ -220,7 +220,7 @@ TEST_P(EditBodies, AViewOfAnotherRowOutlivesAChange) {
   const ValueView other = recordset->ValueAt(1, name);
   for (int round = 0; round < 100; ++round) {
     recordset->SetFieldValue(name, Value("round " + std::to_string(round)));
-    if (round % 20 == 19) recordset->Update(0);
+    if (round % 20 == 19) Update(*recordset);
   }
   EXPECT_EQ(ToText(other), "two");
 }
@@ -237,24 +237,17 @@ TEST_P(EditBodies, ClosingDropsWhatIsPending) {
 
 TEST_P(EditBodies, NothingPendingIsCompleteAtOnce) {
   const auto recordset = OpenAll();
-  recordset->Update(0);
-  int ends = 0;
-  recordset->ChangeComplete = [&](const ErrorInfo* error, EventStatus status) {
-    ++ends;
-    EXPECT_EQ(error, nullptr);
-    EXPECT_EQ(status, EventStatus::Ok);
-  };
-  recordset->Update(openOption::asyncExecute);
-  ASSERT_TRUE(queue_.PumpUntil([&] { return ends > 0; }));
-  queue_.Pump();
-  EXPECT_EQ(ends, 1);
+  Update(*recordset);
+  const auto operation = recordset->StartUpdate();
+  EXPECT_TRUE(operation->HasEnded());
+  EXPECT_EQ(operation->Outcome(), OperationOutcome::Done);
 }
 
 TEST_P(EditBodies, DeletingTheNewRecordDropsIt) {
   const auto recordset = OpenAll();
   recordset->AddNew();
   recordset->SetFieldValue(id, Whole(4));
-  recordset->Delete(0);
+  Delete(*recordset);
   EXPECT_EQ(recordset->Editing(), EditMode::None);
   EXPECT_EQ(ToText(recordset->FieldValue(name)), "one");
   EXPECT_THAT(Names(), ElementsAre("1|one", "2|two", "3|three"));

@@ -21,7 +21,7 @@ TEST_P(SchemaBodies, TablesAreListed) {
   const auto connection = Connect();
   const ScratchTable one(connection, "id " + Db().KeyType());
   const ScratchTable two(connection, "id " + Db().KeyType());
-  const auto tables = connection->OpenSchema(SchemaRowset::Tables, {"", "", "", "TABLE"});
+  const auto tables = ReadSchema(*connection, SchemaRowset::Tables, {"", "", "", "TABLE"});
   EXPECT_THAT(Names(*tables), ElementsAre("TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME",
                                           "TABLE_TYPE", "DESCRIPTION", "NEEDS_SCHEMA"));
   EXPECT_THAT(TextsOf(*tables, 2), Contains(one.Name()));
@@ -33,9 +33,9 @@ TEST_P(SchemaBodies, TablesAreRestrictedByName) {
   const auto connection = Connect();
   const ScratchTable one(connection, "id " + Db().KeyType());
   const ScratchTable two(connection, "id " + Db().KeyType());
-  const auto tables = connection->OpenSchema(SchemaRowset::Tables, {"", "", one.Name()});
+  const auto tables = ReadSchema(*connection, SchemaRowset::Tables, {"", "", one.Name()});
   EXPECT_THAT(TextsOf(*tables, 2), ElementsAre(one.Name()));
-  const auto none = connection->OpenSchema(SchemaRowset::Tables, {"", "", one.Name(), "VIEW"});
+  const auto none = ReadSchema(*connection, SchemaRowset::Tables, {"", "", one.Name(), "VIEW"});
   EXPECT_EQ(none->RecordCount(), 0);
   EXPECT_EQ(none->State(), objectState::open);
 }
@@ -45,8 +45,8 @@ TEST_P(SchemaBodies, RestrictionsAreNoPatterns) {
   const ScratchTable table(connection, "id " + Db().KeyType());
   std::string pattern = table.Name();
   pattern.back() = '_';
-  EXPECT_EQ(connection->OpenSchema(SchemaRowset::Tables, {"", "", pattern})->RecordCount(), 0);
-  EXPECT_EQ(connection->OpenSchema(SchemaRowset::Tables, {"", "", "%"})->RecordCount(), 0);
+  EXPECT_EQ(ReadSchema(*connection, SchemaRowset::Tables, {"", "", pattern})->RecordCount(), 0);
+  EXPECT_EQ(ReadSchema(*connection, SchemaRowset::Tables, {"", "", "%"})->RecordCount(), 0);
 }
 
 TEST_P(SchemaBodies, ViewsAreListedAsViews) {
@@ -54,7 +54,7 @@ TEST_P(SchemaBodies, ViewsAreListedAsViews) {
   const ScratchTable table(connection, "id " + Db().KeyType());
   const std::string view = "view_of_" + table.Name();
   Run(*connection, "create view " + view + " as select id from " + table.Name());
-  const auto views = connection->OpenSchema(SchemaRowset::Tables, {"", "", "", "VIEW"});
+  const auto views = ReadSchema(*connection, SchemaRowset::Tables, {"", "", "", "VIEW"});
   EXPECT_THAT(TextsOf(*views, 2), Contains(view));
   EXPECT_THAT(TextsOf(*views, 2), Not(Contains(table.Name())));
   Run(*connection, "drop view " + view);
@@ -64,7 +64,7 @@ TEST_P(SchemaBodies, ColumnsAreListedInTheirOrder) {
   const auto connection = Connect();
   const ScratchTable table(connection, "id " + Db().KeyType() + ", zeta " + Db().TextType() +
                                            ", alpha integer not null");
-  const auto columns = connection->OpenSchema(SchemaRowset::Columns, {"", "", table.Name()});
+  const auto columns = ReadSchema(*connection, SchemaRowset::Columns, {"", "", table.Name()});
   EXPECT_THAT(Names(*columns), ElementsAre("TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME",
                                            "COLUMN_NAME", "ORDINAL_POSITION", "IS_NULLABLE",
                                            "DATA_TYPE", "TYPE_NAME", "NEEDS_SCHEMA"));
@@ -79,15 +79,15 @@ TEST_P(SchemaBodies, ColumnsAreListedInTheirOrder) {
 TEST_P(SchemaBodies, ColumnsAreRestrictedByTheirName) {
   const auto connection = Connect();
   const ScratchTable table(connection, "id " + Db().KeyType() + ", v " + Db().TextType());
-  const auto columns = connection->OpenSchema(SchemaRowset::Columns, {"", "", table.Name(), "v"});
+  const auto columns = ReadSchema(*connection, SchemaRowset::Columns, {"", "", table.Name(), "v"});
   EXPECT_THAT(TextsOf(*columns, 3), ElementsAre("v"));
 }
 
 TEST_P(SchemaBodies, ATableStandsInItsCatalogAndSchema) {
   const auto connection = Connect();
   const ScratchTable table(connection, "id " + Db().KeyType());
-  const auto tables = connection->OpenSchema(
-      SchemaRowset::Tables, {Db().TableCatalog(), Db().TableSchema(), table.Name()});
+  const auto tables = ReadSchema(*connection, SchemaRowset::Tables,
+                                 {Db().TableCatalog(), Db().TableSchema(), table.Name()});
   ASSERT_EQ(tables->RecordCount(), 1);
   const auto told = [&](std::size_t field) { return ToText(tables->ValueAt(0, field)); };
   EXPECT_EQ(told(0), Db().TableCatalog());
@@ -103,7 +103,7 @@ TEST_P(SchemaBodies, NamesThatNeedQuotesAreWrittenAsTheDatabaseTakesThem) {
   for (const std::string& name : names) {
     const std::string written = quoting.Name(name);
     Run(*connection, "create table " + written + " (" + written + " integer)");
-    const auto columns = connection->OpenSchema(SchemaRowset::Columns, {"", "", name});
+    const auto columns = ReadSchema(*connection, SchemaRowset::Columns, {"", "", name});
     EXPECT_THAT(TextsOf(*columns, 3), ElementsAre(name));
     Run(*connection, "select " + written + " from " + written);
     Run(*connection, "drop table " + written);
@@ -114,7 +114,7 @@ TEST_P(SchemaBodies, AWrongCatalogIsRefusedAndTheOldOneKept) {
   const auto connection = Connect();
   const std::string before = connection->DefaultDatabase();
   EXPECT_FALSE(
-      ErrorOf([&] { connection->SetDefaultDatabase("there is no such one"); }).description.empty());
+      ErrorOf([&] { UseCatalog(*connection, "there is no such one"); }).description.empty());
   EXPECT_EQ(connection->DefaultDatabase(), before);
   EXPECT_EQ(connection->State(), objectState::open);
 }

@@ -59,12 +59,12 @@ TEST_P(TransactionBodies, EveryChangeIsAnnounced) {
 TEST_P(TransactionBodies, AWrittenRowLeavesItAsItIs) {
   const auto recordset = OpenAll();
   recordset->SetFieldValue(1, std::string("changed"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(State(), UserTransaction::None);
   Run(*connection_, "begin");
   const auto again = OpenAll();
   again->SetFieldValue(1, std::string("again"));
-  again->Update(0);
+  Update(*again);
   EXPECT_EQ(State(), UserTransaction::Open);
   Run(*connection_, "rollback");
   EXPECT_EQ(State(), UserTransaction::None);
@@ -85,7 +85,7 @@ TEST_P(TransactionBodies, ACancelledCommandLeavesItUnderWay) {
   EventLog log;
   const auto recordset = Start(*connection_, Db().SlowStatement(), log);
   queue_.PumpUntil([] { return false; }, std::chrono::milliseconds(100));
-  connection_->Cancel();
+  recordset.Cancel();
   ASSERT_TRUE(PumpToEnd(log));
   EXPECT_TRUE(IsUnderWay(State()));
   Run(*connection_, "rollback");
@@ -98,7 +98,7 @@ TEST_P(TransactionBodies, AClosedConnectionHasNone) {
   connection_->Close();
   EXPECT_EQ(State(), UserTransaction::None);
   EXPECT_THAT(Outside("select id from " + table_->Name() + " where id = 10"), ElementsAre());
-  connection_->Open({}, {}, 0);
+  OpenNow(*connection_);
   EXPECT_EQ(State(), UserTransaction::None);
 }
 

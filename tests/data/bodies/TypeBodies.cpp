@@ -42,10 +42,7 @@ void TypeBodies::ForEachType(
 }
 
 std::shared_ptr<Recordset> TypeBodies::Open(const std::string& sql) {
-  auto recordset = connection_->CreateRecordset();
-  recordset->SetLockType(LockType::Optimistic);
-  recordset->SetSource(sql);
-  recordset->Open(openOption::text);
+  const auto recordset = QueryNow(*connection_, sql, LockType::Optimistic);
   return recordset;
 }
 
@@ -59,12 +56,12 @@ TEST_P(TypeBodies, EveryTypeIsWrittenAsItWasRead) {
     ASSERT_EQ(value, type.value) << ToText(ToView(value));
     recordset->MoveNext();
     recordset->SetFieldValue(v, value);
-    recordset->Update(0);
+    Update(*recordset);
     EXPECT_TRUE(IsSame(recordset->FieldValue(v), value)) << ToText(recordset->FieldValue(v));
     recordset->AddNew();
     recordset->SetFieldValue(id, Value(std::int64_t{3}));
     recordset->SetFieldValue(v, value);
-    recordset->Update(0);
+    Update(*recordset);
     EXPECT_TRUE(IsSame(recordset->FieldValue(v), value)) << ToText(recordset->FieldValue(v));
     const auto again = Open(query);
     ASSERT_EQ(again->RecordCount(), 3);
@@ -80,7 +77,7 @@ TEST_P(TypeBodies, EveryTypeIsWrittenAsItsText) {
     const auto recordset = Open("select id, v from " + table + " order by id");
     recordset->MoveNext();
     recordset->SetFieldValue(v, *text);
-    recordset->Update(0);
+    Update(*recordset);
     EXPECT_TRUE(IsSame(recordset->FieldValue(v), type.value)) << ToText(recordset->FieldValue(v));
   });
 }
@@ -92,10 +89,10 @@ TEST_P(TypeBodies, EveryTypeIsComparedWithWhatIsThere) {
     const auto recordset = Open("select id, v from " + table + " order by id");
     const auto late = Open("select id, v from " + table + " order by id");
     recordset->SetFieldValue(v, Value());
-    recordset->Update(0);
+    Update(*recordset);
     EXPECT_TRUE(IsSame(recordset->FieldValue(v), Value()));
     late->SetFieldValue(v, Value());
-    EXPECT_EQ(ErrorOf([&] { late->Update(0); }).number, errorNumber::changeConflict);
+    EXPECT_EQ(ErrorOf([&] { Update(*late); }).number, errorNumber::changeConflict);
   });
 }
 
@@ -104,7 +101,7 @@ TEST_P(TypeBodies, EveryTypeFindsItsRowWithoutAKey) {
     if (!type.notCompared.empty()) return;
     const auto recordset = Open("select v from " + table + " where id = 1");
     recordset->SetFieldValue(0, Value());
-    recordset->Update(0);
+    Update(*recordset);
     EXPECT_TRUE(IsSame(recordset->FieldValue(0), Value()));
   });
 }
@@ -123,9 +120,9 @@ TEST_P(TypeBodies, AHundredMegabytesAreWrittenAndRead) {
   }
   const auto recordset = Open("select id, t, b from " + table.Name());
   recordset->SetFieldValue(1, text);
-  recordset->Update(0);
+  Update(*recordset);
   recordset->SetFieldValue(2, bytes);
-  recordset->Update(0);
+  Update(*recordset);
   recordset->Close();
   const auto again = Open("select t, b from " + table.Name());
   const ValueView readText = again->ValueAt(0, 0);

@@ -26,7 +26,7 @@ TEST_P(WriteBodies, AnUpdateIsWritten) {
   recordset->MoveNext();
   recordset->SetFieldValue(name, Text("changed"));
   recordset->SetFieldValue(number, Value());
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(recordset->Editing(), EditMode::None);
   EXPECT_EQ(ToText(recordset->FieldValue(name)), "changed");
   EXPECT_EQ(ToValue(recordset->FieldValue(number)), Value());
@@ -38,22 +38,22 @@ TEST_P(WriteBodies, ARowIsChangedAgainAndAgain) {
   const auto recordset = OpenAll();
   for (const char* text : {"a", "", "c", "c"}) {
     recordset->SetFieldValue(name, Text(text));
-    recordset->Update(0);
+    Update(*recordset);
     EXPECT_EQ(ToText(recordset->FieldValue(name)), text);
   }
   recordset->SetFieldValue(name, Value());
-  recordset->Update(0);
+  Update(*recordset);
   recordset->SetFieldValue(name, Text("last"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_THAT(Names(), ElementsAre("1|last", "2|two", "3|three"));
 }
 
 TEST_P(WriteBodies, TheKeyItselfCanBeChanged) {
   const auto recordset = OpenAll();
   recordset->SetFieldValue(id, Whole(77));
-  recordset->Update(0);
+  Update(*recordset);
   recordset->SetFieldValue(name, Text("moved"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_THAT(Names(), ElementsAre("2|two", "3|three", "77|moved"));
 }
 
@@ -62,11 +62,11 @@ TEST_P(WriteBodies, EveryCharacterIsWritten) {
   const std::string text = "it's \"quoted\" \\ back` $1 ? :a @b %s \t\r\n "
                            "gr\u00fc\u00dfe \u6f22\u5b57 \U0001F418 -- /* */ ;";
   recordset->SetFieldValue(name, text);
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(ToText(recordset->FieldValue(name)), text);
   EXPECT_THAT(Outside("select name from " + table_->Name() + " where id = 1"), ElementsAre(text));
   recordset->SetFieldValue(name, Text("plain"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_THAT(Names(), ElementsAre("1|plain", "2|two", "3|three"));
 }
 
@@ -74,13 +74,13 @@ TEST_P(WriteBodies, EveryByteIsWritten) {
   const auto recordset = OpenAll();
   for (const std::size_t size : {1U, 256U, 5000U, 0U, 300'000U}) {
     recordset->SetFieldValue(data, EveryByte(size));
-    recordset->Update(0);
+    Update(*recordset);
     EXPECT_TRUE(ToValue(recordset->FieldValue(data)) == Value(EveryByte(size))) << size;
     const Value outside = Cell(*other_, "select data from " + table_->Name() + " where id = 1");
     EXPECT_TRUE(outside == Value(EveryByte(size))) << size;
   }
   recordset->SetFieldValue(data, Text(""));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(Cell(*other_, "select data from " + table_->Name() + " where id = 1"), Value());
 }
 
@@ -90,14 +90,14 @@ TEST_P(WriteBodies, ARecordIsAdded) {
   recordset->SetFieldValue(id, Whole(4));
   recordset->SetFieldValue(name, Text("four"));
   recordset->SetFieldValue(data, EveryByte(300));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(recordset->RecordCount(), 4);
   EXPECT_EQ(ToText(recordset->FieldValue(name)), "four");
   EXPECT_THAT(Names(), ElementsAre("1|one", "2|two", "3|three", "4|four"));
   recordset->SetFieldValue(name, Text("4"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_THAT(Names(), ElementsAre("1|one", "2|two", "3|three", "4|4"));
-  recordset->Delete(0);
+  Delete(*recordset);
   EXPECT_THAT(Names(), ElementsAre("1|one", "2|two", "3|three"));
   EXPECT_EQ(recordset->RecordCount(), 3);
   EXPECT_TRUE(recordset->Eof());
@@ -109,18 +109,18 @@ TEST_P(WriteBodies, GeneratedKeysAndDefaultsAreReadBack) {
   const auto recordset = OpenToWrite(*connection_, "select k, v, n from " + table.Name());
   recordset->AddNew();
   recordset->SetFieldValue(1, Text("first"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(ToValue(recordset->FieldValue(0)), Whole(1));
   EXPECT_EQ(ToValue(recordset->FieldValue(2)), Whole(5));
   recordset->AddNew();
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(ToValue(recordset->FieldValue(0)), Whole(2));
   EXPECT_EQ(ToText(recordset->FieldValue(1)), "usual");
   recordset->SetFieldValue(1, Text("second"));
-  recordset->Update(0);
+  Update(*recordset);
   recordset->AddNew();
   recordset->SetFieldValue(1, Value());
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_THAT(Outside("select k, v, n from " + table.Name() + " order by k"),
               ElementsAre("1|first|5", "2|second|5", "3|NULL|5"));
 }
@@ -134,7 +134,7 @@ TEST_P(WriteBodies, ComputedColumnsAreReadBackAndNotWritten) {
   EXPECT_FALSE(recordset->Fields()[2].updatable);
   EXPECT_EQ(ErrorOf([&] { recordset->SetFieldValue(2, Whole(1)); }).number, errorNumber::readOnly);
   recordset->SetFieldValue(1, Whole(21));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(ToText(recordset->FieldValue(2)), "42");
 }
 
@@ -143,7 +143,7 @@ TEST_P(WriteBodies, AnAliasIsNoColumn) {
   const auto recordset = OpenToWrite(*connection_, "select name as id, id as name from " +
                                                        table_->Name() + " order by 2");
   recordset->SetFieldValue(0, Text("changed"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(ToText(recordset->FieldValue(0)), "changed");
   EXPECT_THAT(Names(), ElementsAre("1|changed", "2|two", "3|three"));
 }
@@ -151,21 +151,21 @@ TEST_P(WriteBodies, AnAliasIsNoColumn) {
 TEST_P(WriteBodies, ARecordIsDeleted) {
   const auto recordset = OpenAll();
   recordset->MoveLast();
-  recordset->Delete(0);
+  Delete(*recordset);
   EXPECT_TRUE(recordset->Eof());
   recordset->MoveFirst();
   recordset->SetFieldValue(name, Text("dropped"));
-  recordset->Delete(0);
+  Delete(*recordset);
   EXPECT_EQ(recordset->Editing(), EditMode::None);
   EXPECT_EQ(ToText(recordset->FieldValue(name)), "two");
-  recordset->Delete(0);
+  Delete(*recordset);
   EXPECT_EQ(recordset->RecordCount(), 0);
   EXPECT_TRUE(recordset->Bof());
   EXPECT_TRUE(recordset->Eof());
   EXPECT_THAT(Names(), ElementsAre());
   recordset->AddNew();
   recordset->SetFieldValue(id, Whole(9));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(recordset->RecordCount(), 1);
   EXPECT_EQ(ToText(recordset->FieldValue(id)), "9");
 }
@@ -177,18 +177,18 @@ TEST_P(WriteBodies, WithoutAKeyAllValuesFindTheRow) {
   const auto recordset = OpenToWrite(*connection_, "select a, b, c, d from " + table.Name());
   EXPECT_EQ(recordset->RecordsetProperties().Number("Unique Rows", -1), 0);
   recordset->SetFieldValue(2, EveryByte(512));
-  recordset->Update(0);
+  Update(*recordset);
   recordset->SetFieldValue(0, Whole(2));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_THAT(Outside("select a, b from " + table.Name() + " order by a desc, b"),
               testing::UnorderedElementsAre("2|x", "1|y", "NULL|NULL"));
   recordset->MoveTo(3);
   recordset->SetFieldValue(1, Text("z"));
-  recordset->Update(0);
-  recordset->Delete(0);
+  Update(*recordset);
+  Delete(*recordset);
   recordset->AddNew();
   recordset->SetFieldValue(0, Whole(7));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_THAT(Outside("select a, b from " + table.Name()),
               testing::UnorderedElementsAre("2|x", "1|y", "7|NULL"));
 }
@@ -203,7 +203,7 @@ TEST_P(WriteBodies, StrangeNamesAreQuoted) {
   table.Insert("(1, 'a')");
   const auto recordset = OpenToWrite(*connection_, "select * from " + table.Name());
   recordset->SetFieldValue(1, Text("b"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_THAT(Outside("select * from " + table.Name()), ElementsAre("1|b"));
 }
 
@@ -212,9 +212,9 @@ TEST_P(WriteBodies, TheUsersTransactionGoesOn) {
   Run(*connection_, "insert into " + table_->Name() + " (id, name) values (4, 'earlier')");
   const auto recordset = OpenAll();
   recordset->SetFieldValue(name, Text("changed"));
-  recordset->Update(0);
+  Update(*recordset);
   recordset->MoveTo(2);
-  recordset->Delete(0);
+  Delete(*recordset);
   EXPECT_THAT(Names(), ElementsAre("1|one", "2|two", "3|three"));
   Run(*connection_, "rollback");
   EXPECT_THAT(Names(), ElementsAre("1|one", "2|two", "3|three"));
@@ -222,30 +222,35 @@ TEST_P(WriteBodies, TheUsersTransactionGoesOn) {
   Run(*connection_, "begin");
   const auto again = OpenAll();
   again->SetFieldValue(name, Text("kept"));
-  again->Update(0);
+  Update(*again);
   Run(*connection_, "commit");
   EXPECT_THAT(Names(), ElementsAre("1|kept", "2|two", "3|three"));
 }
 
 TEST_P(WriteBodies, AChangeInTheBackgroundIsAnnouncedOnce) {
   const auto recordset = OpenAll();
-  std::vector<std::string> ends;
-  recordset->ChangeComplete = [&](const ErrorInfo* error, EventStatus status) {
-    ends.push_back(error == nullptr && status == EventStatus::Ok ? "ok" : "failed");
-    EXPECT_EQ(recordset->State(), objectState::open);
-    EXPECT_EQ(connection_->State(), objectState::open);
+  std::vector<OperationOutcome> ends;
+  const auto watch = [&](Operation& operation) {
+    operation.Ended = [&] {
+      ends.push_back(operation.Outcome());
+      EXPECT_EQ(recordset->State(), objectState::open);
+      EXPECT_EQ(connection_->State(), objectState::open);
+    };
   };
   recordset->SetFieldValue(name, Text("changed"));
-  recordset->Update(openOption::asyncExecute);
+  const auto update = recordset->StartUpdate();
+  watch(*update);
+  EXPECT_EQ(update->Phase(), OperationPhase::Writing);
   EXPECT_EQ(recordset->State(), objectState::open | objectState::executing);
   EXPECT_EQ(ErrorOf([&] { recordset->SetFieldValue(name, Text("x")); }).number,
             errorNumber::changePending);
   ASSERT_TRUE(queue_.PumpUntil([&] { return !ends.empty(); }));
   EXPECT_EQ(recordset->Editing(), EditMode::None);
-  recordset->Delete(openOption::asyncExecute);
+  const auto deletion = recordset->StartDelete();
+  watch(*deletion);
   ASSERT_TRUE(queue_.PumpUntil([&] { return ends.size() == 2; }));
   queue_.Pump();
-  EXPECT_THAT(ends, ElementsAre("ok", "ok"));
+  EXPECT_THAT(ends, ElementsAre(OperationOutcome::Done, OperationOutcome::Done));
   EXPECT_THAT(Names(), ElementsAre("2|two", "3|three"));
 }
 
@@ -254,11 +259,11 @@ TEST_P(WriteBodies, ACloneWritesToo) {
   const auto clone = recordset->Clone(LockType::Optimistic);
   clone->MoveLast();
   clone->SetFieldValue(name, Text("changed"));
-  clone->Update(0);
+  Update(*clone);
   EXPECT_EQ(ToText(recordset->ValueAt(2, name)), "changed");
   recordset->Close();
   clone->SetFieldValue(name, Text("again"));
-  clone->Update(0);
+  Update(*clone);
   EXPECT_THAT(Names(), ElementsAre("1|one", "2|two", "3|again"));
 }
 
@@ -266,7 +271,7 @@ TEST_P(WriteBodies, OtherCommandsRunInBetween) {
   const auto recordset = OpenAll();
   recordset->SetFieldValue(name, Text("changed"));
   EXPECT_EQ(ToText(ToView(Cell(*connection_, "select 42"))), "42");
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(
       ToText(ToView(Cell(*connection_, "select name from " + table_->Name() + " where id = 1"))),
       "changed");

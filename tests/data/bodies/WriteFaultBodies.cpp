@@ -19,7 +19,7 @@ TEST_P(WriteFaultBodies, ARowChangedBySomebodyElseIsAConflict) {
   const auto recordset = OpenAll();
   RunOutside("update " + table_->Name() + " set name = 'theirs' where id = 1");
   recordset->SetFieldValue(name, Text("mine"));
-  const ErrorInfo error = ErrorOf([&] { recordset->Update(0); });
+  const ErrorInfo error = ErrorOf([&] { Update(*recordset); });
   EXPECT_EQ(error.number, errorNumber::changeConflict);
   EXPECT_THAT(error.description, HasSubstr("changed or deleted by somebody else"));
   EXPECT_EQ(recordset->Editing(), EditMode::InProgress);
@@ -33,11 +33,11 @@ TEST_P(WriteFaultBodies, ACaseChangedBySomebodyElseIsAConflict) {
   const auto recordset = OpenAll();
   RunOutside("update " + table_->Name() + " set name = 'ONE' where id = 1");
   recordset->SetFieldValue(name, Text("mine"));
-  EXPECT_EQ(ErrorOf([&] { recordset->Update(0); }).number, errorNumber::changeConflict);
+  EXPECT_EQ(ErrorOf([&] { Update(*recordset); }).number, errorNumber::changeConflict);
   RunOutside("update " + table_->Name() + " set name = 'one ' where id = 1");
-  EXPECT_EQ(ErrorOf([&] { recordset->Update(0); }).number, errorNumber::changeConflict);
+  EXPECT_EQ(ErrorOf([&] { Update(*recordset); }).number, errorNumber::changeConflict);
   RunOutside("update " + table_->Name() + " set name = 'one' where id = 1");
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_THAT(Names(), ElementsAre("1|mine", "2|two", "3|three"));
 }
 
@@ -45,7 +45,7 @@ TEST_P(WriteFaultBodies, AnotherFieldChangedBySomebodyElseIsNone) {
   const auto recordset = OpenAll();
   RunOutside("update " + table_->Name() + " set n = 99 where id = 1");
   recordset->SetFieldValue(name, Text("mine"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(ToText(recordset->FieldValue(3)), "99");
   EXPECT_THAT(Names(), ElementsAre("1|mine", "2|two", "3|three"));
 }
@@ -54,12 +54,12 @@ TEST_P(WriteFaultBodies, ARowWithAnyFieldChangedBySomebodyElseIsNotDeleted) {
   const auto recordset = OpenAll();
   for (const char* change : {"n = 99", "name = 'One'", "data = 'x'", "n = null"}) {
     RunOutside("update " + table_->Name() + " set " + change + " where id = 1");
-    const ErrorInfo error = ErrorOf([&] { recordset->Delete(0); });
+    const ErrorInfo error = ErrorOf([&] { Delete(*recordset); });
     EXPECT_EQ(error.number, errorNumber::changeConflict) << change;
     EXPECT_EQ(recordset->RecordCount(), 3);
     RunOutside("update " + table_->Name() + " set n = 10, name = 'one', data = null where id = 1");
   }
-  recordset->Delete(0);
+  Delete(*recordset);
   EXPECT_THAT(Names(), ElementsAre("2|two", "3|three"));
 }
 
@@ -67,9 +67,9 @@ TEST_P(WriteFaultBodies, ARowThatIsGoneIsAConflict) {
   const auto recordset = OpenAll();
   RunOutside("delete from " + table_->Name() + " where id = 1");
   recordset->SetFieldValue(name, Text("mine"));
-  EXPECT_EQ(ErrorOf([&] { recordset->Update(0); }).number, errorNumber::changeConflict);
+  EXPECT_EQ(ErrorOf([&] { Update(*recordset); }).number, errorNumber::changeConflict);
   recordset->CancelUpdate();
-  EXPECT_EQ(ErrorOf([&] { recordset->Delete(0); }).number, errorNumber::changeConflict);
+  EXPECT_EQ(ErrorOf([&] { Delete(*recordset); }).number, errorNumber::changeConflict);
   EXPECT_EQ(recordset->RecordCount(), 3);
   EXPECT_THAT(Names(), ElementsAre("2|two", "3|three"));
 }
@@ -79,11 +79,11 @@ TEST_P(WriteFaultBodies, DuplicateRowsWithoutAKeyAreLeftAlone) {
   table.Insert("(1, 'x'), (1, 'x'), (2, null)");
   const auto recordset = OpenToWrite(*connection_, "select a, b from " + table.Name());
   recordset->SetFieldValue(1, Text("changed"));
-  const ErrorInfo error = ErrorOf([&] { recordset->Update(0); });
+  const ErrorInfo error = ErrorOf([&] { Update(*recordset); });
   EXPECT_EQ(error.number, errorNumber::changeConflict);
   EXPECT_THAT(error.description, HasSubstr("matches several rows; nothing was changed"));
   recordset->CancelUpdate();
-  EXPECT_EQ(ErrorOf([&] { recordset->Delete(0); }).number, errorNumber::changeConflict);
+  EXPECT_EQ(ErrorOf([&] { Delete(*recordset); }).number, errorNumber::changeConflict);
   EXPECT_THAT(Outside("select a, b from " + table.Name() + " order by a"),
               ElementsAre("1|x", "1|x", "2|NULL"));
 }
@@ -91,23 +91,23 @@ TEST_P(WriteFaultBodies, DuplicateRowsWithoutAKeyAreLeftAlone) {
 TEST_P(WriteFaultBodies, AViolatedConstraintKeepsTheChangePending) {
   const auto recordset = OpenAll();
   recordset->SetFieldValue(id, Whole(2));
-  const ErrorInfo error = ErrorOf([&] { recordset->Update(0); });
+  const ErrorInfo error = ErrorOf([&] { Update(*recordset); });
   EXPECT_NE(error.number, errorNumber::changeConflict);
   EXPECT_FALSE(error.description.empty());
   ASSERT_FALSE(connection_->Errors().empty());
   EXPECT_EQ(connection_->Errors().front().description, error.description);
   EXPECT_EQ(recordset->Editing(), EditMode::InProgress);
   recordset->SetFieldValue(id, Whole(20));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_THAT(Names(), ElementsAre("2|two", "3|three", "20|one"));
 
   recordset->AddNew();
   recordset->SetFieldValue(id, Whole(3));
-  EXPECT_THROW(recordset->Update(0), Error);
+  EXPECT_THROW(Update(*recordset), Error);
   EXPECT_EQ(recordset->Editing(), EditMode::Add);
   EXPECT_EQ(recordset->RecordCount(), 3);
   recordset->SetFieldValue(id, Whole(4));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(recordset->RecordCount(), 4);
 }
 
@@ -117,7 +117,7 @@ TEST_P(WriteFaultBodies, NullWhereThereMustBeAValueIsRefused) {
   table.Insert("(1, 'a')");
   const auto recordset = OpenToWrite(*connection_, "select id, v from " + table.Name());
   recordset->SetFieldValue(1, Value());
-  EXPECT_THROW(recordset->Update(0), Error);
+  EXPECT_THROW(Update(*recordset), Error);
   EXPECT_EQ(recordset->Editing(), EditMode::InProgress);
   EXPECT_THAT(Outside("select id, v from " + table.Name()), ElementsAre("1|a"));
 }
@@ -126,7 +126,7 @@ TEST_P(WriteFaultBodies, TooLongATextIsRefused) {
   if (!Db().Traits().limitsText) GTEST_SKIP() << "takes texts of any length";
   const auto recordset = OpenAll();
   recordset->SetFieldValue(name, std::string(201, 'x'));
-  EXPECT_THROW(recordset->Update(0), Error);
+  EXPECT_THROW(Update(*recordset), Error);
   EXPECT_EQ(recordset->Editing(), EditMode::InProgress);
   EXPECT_THAT(Names(), ElementsAre("1|one", "2|two", "3|three"));
 }
@@ -136,12 +136,12 @@ TEST_P(WriteFaultBodies, AFailureInTheUsersTransactionUndoesOnlyItself) {
   Run(*connection_, "insert into " + table_->Name() + " (id, name) values (4, 'earlier')");
   const auto recordset = OpenAll();
   recordset->SetFieldValue(id, Whole(2));
-  EXPECT_THROW(recordset->Update(0), Error);
+  EXPECT_THROW(Update(*recordset), Error);
   recordset->CancelUpdate();
   const auto several =
       OpenToWrite(*connection_, "select n from " + table_->Name() + " where n is null");
   several->SetFieldValue(0, Whole(1));
-  EXPECT_EQ(ErrorOf([&] { several->Update(0); }).number, errorNumber::changeConflict);
+  EXPECT_EQ(ErrorOf([&] { Update(*several); }).number, errorNumber::changeConflict);
   EXPECT_EQ(ToText(ToView(Cell(*connection_, "select count(*) from " + table_->Name()))), "4");
   Run(*connection_, "commit");
   EXPECT_THAT(Names(), ElementsAre("1|one", "2|two", "3|three", "4|earlier"));
@@ -152,30 +152,24 @@ TEST_P(WriteFaultBodies, ABlockedUpdateIsCancelled) {
   Run(*other_, Db().LockStatement(table_->Name()));
   const auto recordset = OpenAll();
   recordset->SetFieldValue(name, Text("mine"));
-  std::optional<ErrorInfo> failure;
-  int ends = 0;
-  recordset->ChangeComplete = [&](const ErrorInfo* error, EventStatus) {
-    ++ends;
-    if (error != nullptr) failure = *error;
-  };
-  recordset->Update(openOption::asyncExecute);
+  EventLog log;
+  const auto update = recordset->StartUpdate();
+  log.Watch(*update);
   queue_.PumpUntil([] { return false; }, std::chrono::milliseconds(100));
-  ASSERT_EQ(ends, 0);
+  ASSERT_EQ(log.Ends(), 0);
   const auto start = std::chrono::steady_clock::now();
-  recordset->Cancel();
-  recordset->Cancel();
-  ASSERT_TRUE(queue_.PumpUntil([&] { return ends > 0; }));
+  update->Cancel();
+  update->Cancel();
+  ASSERT_TRUE(PumpToEnd(log));
   const auto took = std::chrono::steady_clock::now() - start;
   EXPECT_LT(took, std::chrono::milliseconds(200));
   queue_.Pump();
-  EXPECT_EQ(ends, 1);
-  ASSERT_TRUE(failure);
-  EXPECT_EQ(failure->number, errorNumber::cancelled);
+  EXPECT_THAT(log.Lines(), ElementsAre("failed 3712"));
   EXPECT_EQ(recordset->Editing(), EditMode::InProgress);
   Run(*other_, "rollback");
   EXPECT_THAT(Names(), ElementsAre("1|one", "2|two", "3|three"));
   ASSERT_EQ(connection_->State(), objectState::open);
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_THAT(Names(), ElementsAre("1|mine", "2|two", "3|three"));
 }
 
@@ -184,20 +178,17 @@ TEST_P(WriteFaultBodies, ACancelNeitherLosesNorHalvesAChange) {
   for (int round = 0; round < 40; ++round) {
     const std::string before = ToText(recordset->FieldValue(name));
     const std::string after = "round " + std::to_string(round);
-    std::optional<bool> done;
-    recordset->ChangeComplete = [&](const ErrorInfo* error, EventStatus) {
-      done = error == nullptr;
-    };
     recordset->SetFieldValue(name, after);
-    recordset->Update(openOption::asyncExecute);
+    const auto update = recordset->StartUpdate();
     if (round % 2 == 0)
       queue_.PumpUntil([] { return false; }, std::chrono::milliseconds(round % 7));
-    recordset->Cancel();
-    ASSERT_TRUE(queue_.PumpUntil([&] { return done.has_value(); }));
+    update->Cancel();
+    ASSERT_TRUE(queue_.PumpUntil([&] { return update->HasEnded(); }));
+    const bool done = update->Outcome() == OperationOutcome::Done;
     ASSERT_EQ(connection_->State(), objectState::open);
     EXPECT_THAT(Outside("select name from " + table_->Name() + " where id = 1"),
-                ElementsAre(*done ? after : before));
-    if (!*done) recordset->CancelUpdate();
+                ElementsAre(done ? after : before));
+    if (!done) recordset->CancelUpdate();
   }
 }
 
@@ -206,13 +197,15 @@ TEST_P(WriteFaultBodies, ClosingWhileWritingEndsOnce) {
   Run(*other_, Db().LockStatement(table_->Name()));
   const auto recordset = OpenAll();
   const auto clone = recordset->Clone(LockType::Optimistic);
-  int ends = 0;
-  recordset->ChangeComplete = [&](const ErrorInfo*, EventStatus) { ++ends; };
+  EventLog log;
   recordset->SetFieldValue(name, Text("mine"));
-  recordset->Update(openOption::asyncExecute);
+  const auto update = recordset->StartUpdate();
+  log.Watch(*update);
   recordset->Close();
   EXPECT_EQ(recordset->State(), objectState::closed);
-  ASSERT_TRUE(queue_.PumpUntil([&] { return ends > 0; }));
+  ASSERT_TRUE(PumpToEnd(log));
+  queue_.Pump();
+  EXPECT_EQ(log.Ends(), 1);
   Run(*other_, "rollback");
   EXPECT_THAT(Names(), ElementsAre("1|one", "2|two", "3|three"));
   clone->CancelUpdate();
@@ -224,7 +217,7 @@ TEST_P(WriteFaultBodies, DroppingTheConnectionLeavesTheChangePending) {
   table_.reset();
   recordset->SetFieldValue(name, Text("mine"));
   connection_.reset();
-  EXPECT_EQ(ErrorOf([&] { recordset->Update(0); }).number, errorNumber::objectClosed);
+  EXPECT_EQ(ErrorOf([&] { Update(*recordset); }).number, errorNumber::objectClosed);
   EXPECT_EQ(recordset->Editing(), EditMode::InProgress);
 }
 
@@ -234,16 +227,16 @@ TEST_P(WriteFaultBodies, AServerThatEndsLeavesTheChangePending) {
   recordset->SetFieldValue(name, Text("mine"));
   Run(*other_, Db().FlushStatement());
   Db().KillServer();
-  const ErrorInfo error = ErrorOf([&] { recordset->Update(0); });
+  const ErrorInfo error = ErrorOf([&] { Update(*recordset); });
   Db().RestartServer();
   EXPECT_FALSE(error.description.empty());
   EXPECT_EQ(recordset->Editing(), EditMode::InProgress);
   EXPECT_EQ(ToText(recordset->FieldValue(name)), "mine");
-  const ErrorInfo again = ErrorOf([&] { recordset->Update(0); });
+  const ErrorInfo again = ErrorOf([&] { Update(*recordset); });
   EXPECT_EQ(again.number, errorNumber::objectClosed);
   EXPECT_THAT(again.description, HasSubstr("Connect again"));
-  connection_->Open({}, {}, 0);
-  recordset->Update(0);
+  OpenNow(*connection_);
+  Update(*recordset);
   EXPECT_EQ(
       ToText(ToView(Cell(*connection_, "select name from " + table_->Name() + " where id = 1"))),
       "mine");

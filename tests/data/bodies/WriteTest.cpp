@@ -14,10 +14,7 @@ void WriteTest::SetUp() {
 }
 
 std::shared_ptr<Recordset> WriteTest::OpenToWrite(Connection& connection, const std::string& sql) {
-  auto recordset = connection.CreateRecordset();
-  recordset->SetLockType(LockType::Optimistic);
-  recordset->SetSource(sql);
-  recordset->Open(openOption::text);
+  const auto recordset = QueryNow(connection, sql, LockType::Optimistic);
   return recordset;
 }
 

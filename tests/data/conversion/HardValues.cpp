@@ -1,11 +1,12 @@
 #include "tests/data/conversion/HardValues.h"
+#include "tests/support/DataSteps.h"
 
 #include <limits>
 
 #include "logic/results/Conversions.h"
 #include "tests/data/support/PumpQueue.h"
 #include "tests/data/support/Values.h"
-#include "tests/support/FakeData.h"
+#include "tests/support/MemoryData.h"
 
 namespace tessel::test {
 
@@ -116,17 +117,15 @@ const std::vector<HardValue>& HardValues() {
 
 std::shared_ptr<Recordset> RecordsetOf(const std::vector<std::vector<Value>>& rows) {
   static PumpQueue queue;
-  static FakeData data(queue);
+  static MemoryData data(queue);
   std::vector<FieldInfo> fields;
   for (std::size_t i = 1; i <= rows.at(0).size(); ++i)
-    fields.push_back(FakeField("c" + std::to_string(i)));
+    fields.push_back(MemoryField("c" + std::to_string(i)));
   const std::string sql = "rows " + std::to_string(data.Log().executed.size());
   data.Answer(sql, std::move(fields), rows);
   const auto connection = data.CreateConnection();
-  connection->Open({}, {}, 0);
-  auto recordset = connection->CreateRecordset();
-  recordset->SetSource(sql);
-  recordset->Open(openOption::text);
+  OpenNow(*connection);
+  const auto recordset = QueryNow(*connection, sql);
   return recordset;
 }
 

@@ -98,20 +98,20 @@ class FaultTest : public DataTest {
   }
   /// What stalls waits for a cancel; all else must end by itself, except what was corrupted: that
   /// may make the client wait for more than will ever come.
-  void AwaitEnd(Connection& connection, const EventLog& log, Kind kind) {
+  void AwaitEnd(Operation& operation, const EventLog& log, Kind kind) {
     const bool ended = PumpFor(log, kind == Kind::Stall ? milliseconds(300) : patience);
     if (kind == Kind::Stall) {
       EXPECT_FALSE(ended);
     } else if (kind != Kind::Corrupt) {
       EXPECT_TRUE(ended);
     }
-    if (!ended) ExpectCancelled(connection, log);
+    if (!ended) ExpectCancelled(operation, log);
     (void)PumpFor(EventLog(), milliseconds(30));
     EXPECT_EQ(log.Ends(), 1);
   }
-  void ExpectCancelled(Connection& connection, const EventLog& log) {
+  void ExpectCancelled(Operation& operation, const EventLog& log) {
     const auto start = steady_clock::now();
-    Timed([&] { connection.Cancel(); });
+    Timed([&] { operation.Cancel(); });
     ASSERT_TRUE(PumpFor(log, std::chrono::seconds(20)));
     EXPECT_LT(steady_clock::now() - start, soon);
     ASSERT_TRUE(log.LastError());
@@ -129,10 +129,10 @@ class FaultTest : public DataTest {
   /// may still wait for what never comes; a cancel and a reconnect help.
   void ExpectGoesOn(Connection& connection, Kind kind) {
     proxy_.Clear();
-    if (connection.State() == objectState::closed) connection.Open({}, {}, 0);
+    if (connection.State() == objectState::closed) OpenNow(connection);
     if (kind == Kind::Corrupt && !Answers(connection)) {
       connection.Close();
-      connection.Open({}, {}, 0);
+      OpenNow(connection);
     }
     EXPECT_EQ(ToText(ToView(Cell(connection, "select 42"))), "42");
   }
@@ -141,7 +141,7 @@ class FaultTest : public DataTest {
     EventLog log;
     const auto answer = Start(connection, "select 42", log);
     if (PumpFor(log, patience)) return !log.LastError();
-    ExpectCancelled(connection, log);
+    ExpectCancelled(answer.Operation(), log);
     return false;
   }
 
@@ -180,11 +180,12 @@ TEST_P(FaultsInConnecting, EndAndLeaveTheConnectionClosed) {
   const auto connection = data_.CreateConnection();
   connection->SetConnectionString(client_.stringAt(proxy_.Port()));
   EventLog log;
-  log.Watch(*connection);
   proxy_.Set(TheFault());
-  Timed([&] { connection->Open({}, {}, asyncConnect); });
+  std::shared_ptr<Operation> opening;
+  Timed([&] { opening = connection->StartOpen({}, {}); });
+  log.Watch(*opening);
   ASSERT_TRUE(proxy_.WaitUntilStruck(std::chrono::seconds(10)));
-  AwaitEnd(*connection, log, TheKind());
+  AwaitEnd(*opening, log, TheKind());
   RecordError(log);
   EXPECT_TRUE(log.LastError());
   EXPECT_EQ(connection->State(), objectState::closed);
@@ -208,13 +209,13 @@ TEST_P(FaultsInCommands, EndWithTheRowsSoFar) {
   const auto connection = Connect(proxy_.Port());
   EventLog log;
   proxy_.Set(TheFault());
-  std::shared_ptr<Recordset> recordset;
+  StartedQuery recordset;
   Timed([&] { recordset = Start(*connection, client_.series(rowCount), log); });
   ASSERT_TRUE(proxy_.WaitUntilStruck(std::chrono::seconds(10)));
-  AwaitEnd(*connection, log, TheKind());
+  AwaitEnd(recordset.Operation(), log, TheKind());
   RecordError(log);
   EXPECT_TRUE(log.LastError());
-  const bool open = (recordset->State() & objectState::open) != 0;
+  const bool open = (recordset.State() & objectState::open) != 0;
   EXPECT_TRUE(open || !BreaksAmongRows()) << "those that came are there";
   if (open) {
     EXPECT_LT(recordset->RecordCount(), rowCount);
@@ -250,7 +251,7 @@ class FaultsElsewhere : public FaultTest, public testing::WithParamInterface<Fau
     EventLog log;
     const auto recordset = Start(*connection, "commit", log);
     EXPECT_TRUE(proxy_.WaitUntilStruck(std::chrono::seconds(10)));
-    AwaitEnd(*connection, log, fault.kind);
+    AwaitEnd(recordset.Operation(), log, fault.kind);
     EXPECT_EQ(connection->State(), objectState::closed);
     return log.LastError();
   }
@@ -299,7 +300,7 @@ TEST_P(FaultsElsewhere, ACancelThatDoesNotGetThroughEndsTheCommandAllTheSame) {
     const auto recordset = Start(*connection, client_.sleep, log);
     EXPECT_FALSE(PumpFor(log, milliseconds(200)));
     proxy_.Set({.kind = kind, .fromConnection = proxy_.Connections() + 1});
-    ExpectCancelled(*connection, log);
+    ExpectCancelled(recordset.Operation(), log);
     ExpectGoesOn(*connection, Kind::None);
   }
 }

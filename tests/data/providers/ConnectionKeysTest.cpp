@@ -104,7 +104,7 @@ class ProgramProviders : public DataTest {};
 TEST_F(ProgramProviders, AnUnknownProviderIsRefusedAtOnce) {
   const auto connection = data_.CreateConnection();
   connection->SetConnectionString("Provider=Nonsense");
-  const ErrorInfo error = ErrorOf([&] { connection->Open({}, {}, asyncConnect); });
+  const ErrorInfo error = ErrorOf([&] { (void)connection->StartOpen({}, {}); });
   EXPECT_EQ(error.number, errorNumber::providerNotFound);
   for (const std::string& name : data_.ProviderNames())
     EXPECT_THAT(error.description, HasSubstr(name));

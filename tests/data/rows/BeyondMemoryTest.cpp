@@ -88,33 +88,27 @@ class BeyondMemory : public testing::Test {
         std::make_unique<DataAccessObjects>(queue_, nullptr, RowMemory{bytes, folder}, slowdown);
     auto connection = data_->CreateConnection();
     connection->SetConnectionString("Provider=SQLite;Data Source=:memory:");
-    connection->Open({}, {}, 0);
+    OpenNow(*connection);
     return connection;
   }
   [[nodiscard]] static std::shared_ptr<Recordset> Read(Connection& connection,
                                                        const std::string& sql = manyRows) {
-    auto recordset = connection.CreateRecordset();
-    recordset->SetSource(sql);
-    recordset->Open(openOption::text);
-    return recordset;
+    return QueryNow(connection, sql);
   }
   [[nodiscard]] static std::size_t HeldBytes(const Recordset& recordset) {
     return static_cast<const ClientRecordset&>(recordset).HeldBytes();
   }
   /// Fetches until there is no more room, and checks what is told and kept.
   void ExpectEndsFull(Connection& connection) {
-    const auto recordset = connection.CreateRecordset();
-    recordset->SetSource(manyRows);
     EventLog log;
-    log.Watch(connection);
-    log.Watch(*recordset);
-    recordset->Open(asyncOptions);
+    const StartedQuery recordset(connection.StartQuery(manyRows, LockType::ReadOnly));
+    log.Watch(recordset.Operation());
     ASSERT_TRUE(queue_.PumpUntil([&] { return log.Ends() > 0; }));
     ASSERT_TRUE(log.LastError());
     EXPECT_EQ(log.LastError()->number, errorNumber::file);
     EXPECT_THAT(log.LastError()->description, testing::HasSubstr("fetched so far are kept"));
     EXPECT_EQ(connection.Errors().size(), 1U);
-    EXPECT_EQ(recordset->State(), objectState::open);
+    EXPECT_EQ(recordset.State(), objectState::open);
     EXPECT_GT(recordset->RecordCount(), 0);
     EXPECT_LT(recordset->RecordCount(), rows);
     for (std::int64_t row = 0; row < recordset->RecordCount(); ++row)
@@ -248,16 +242,14 @@ TEST_F(BeyondMemory, AMissingFolderEndsTheFetchWithTheRowsSoFar) {
 
 TEST_F(BeyondMemory, ACancelIsStillACancelWhenThereIsNoRoom) {
   const auto connection = ConnectWith(megabyte, SpillFolder());
-  const auto recordset = connection->CreateRecordset();
-  recordset->SetSource("with recursive c(n) as (select 1 union all select n + 1 from c) select n "
-                       "from c");
   EventLog log;
-  log.Watch(*connection);
-  log.Watch(*recordset);
-  recordset->Open(asyncOptions);
+  const StartedQuery recordset(connection->StartQuery(
+      "with recursive c(n) as (select 1 union all select n + 1 from c) select n from c",
+      LockType::ReadOnly));
+  log.Watch(recordset.Operation());
   ASSERT_TRUE(
-      queue_.PumpUntil([&] { return recordset->State() > 0 && log.LastProgress() > 300'000; }));
-  connection->Cancel();
+      queue_.PumpUntil([&] { return recordset.State() > 0 && log.LastProgress() > 300'000; }));
+  recordset.Cancel();
   ASSERT_TRUE(queue_.PumpUntil([&] { return log.Ends() > 0; }));
   ASSERT_TRUE(log.LastError());
   EXPECT_EQ(log.LastError()->number, errorNumber::cancelled);

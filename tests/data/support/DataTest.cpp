@@ -4,13 +4,6 @@ namespace tessel::test {
 
 namespace {
 
-std::shared_ptr<Recordset> Open(Connection& connection, const std::string& sql, int options) {
-  auto recordset = connection.CreateRecordset();
-  recordset->SetSource(sql);
-  recordset->Open(options);
-  return recordset;
-}
-
 std::string NewName() {
   static int count = 0;
   return "scratch_" + std::to_string(++count);
@@ -50,26 +43,22 @@ std::vector<std::string> TextsOf(const Recordset& recordset, std::size_t field) 
 std::shared_ptr<Connection> DataTest::ConnectTo(const std::string& connectionString) {
   auto connection = data_.CreateConnection();
   connection->SetConnectionString(connectionString);
-  connection->Open({}, {}, 0);
+  OpenNow(*connection);
   return connection;
 }
 
-std::shared_ptr<Recordset> DataTest::Run(Connection& connection, const std::string& sql) {
-  return Open(connection, sql, openOption::text);
+StartedQuery DataTest::Run(Connection& connection, const std::string& sql) {
+  return QueryNow(connection, sql);
 }
 
 Value DataTest::Cell(Connection& connection, const std::string& sql) {
   return ToValue(Run(connection, sql)->ValueAt(0, 0));
 }
 
-std::shared_ptr<Recordset> DataTest::Start(Connection& connection, const std::string& sql,
-                                           EventLog& log) {
-  auto recordset = connection.CreateRecordset();
-  log.Watch(connection);
-  log.Watch(*recordset);
-  recordset->SetSource(sql);
-  recordset->Open(asyncOptions);
-  return recordset;
+StartedQuery DataTest::Start(Connection& connection, const std::string& sql, EventLog& log) {
+  StartedQuery query(connection.StartQuery(sql, LockType::ReadOnly));
+  log.Watch(query.Operation());
+  return query;
 }
 
 bool DataTest::PumpToEnd(const EventLog& log, int ends) {
@@ -84,19 +73,19 @@ void DatabaseTest::SetUp() {
 
 ScratchTable::ScratchTable(std::shared_ptr<Connection> connection, const std::string& columns)
     : connection_(std::move(connection)), name_(NewName()) {
-  Open(*connection_, "create table " + name_ + " (" + columns + ")", openOption::text);
+  QueryNow(*connection_, "create table " + name_ + " (" + columns + ")");
 }
 
 ScratchTable::~ScratchTable() {
   try {
-    Open(*connection_, "drop table " + name_, openOption::text);
+    QueryNow(*connection_, "drop table " + name_);
   } catch (const Error&) {
     return;  // The connection was closed by the test: the scratch database goes as a whole.
   }
 }
 
 void ScratchTable::Insert(const std::string& values) const {
-  Open(*connection_, "insert into " + name_ + " values " + values, openOption::text);
+  QueryNow(*connection_, "insert into " + name_ + " values " + values);
 }
 
 }  // namespace tessel::test

@@ -12,13 +12,10 @@
 #include "tests/data/support/Database.h"
 #include "tests/data/support/EventLog.h"
 #include "tests/data/support/PumpQueue.h"
+#include "tests/support/DataSteps.h"
 #include "tests/support/Slowdown.h"
 
 namespace tessel::test {
-
-/// Everything that is asynchronous, as Recordset::Open takes it.
-inline constexpr int asyncOptions =
-    openOption::text | openOption::asyncExecute | openOption::asyncFetch;
 
 /// The error that `action` raises; fails the test and gives an empty one when it raises none.
 [[nodiscard]] ErrorInfo ErrorOf(const std::function<void()>& action);
@@ -31,15 +28,14 @@ inline constexpr int asyncOptions =
 /// Has the providers of the program and an event queue that the test pumps.
 class DataTest : public testing::Test {
  protected:
-  /// Opens without async options.
+  /// Opens and waits.
   [[nodiscard]] std::shared_ptr<Connection> ConnectTo(const std::string& connectionString);
   /// Runs and waits. The recordset is closed when there are no columns.
-  static std::shared_ptr<Recordset> Run(Connection& connection, const std::string& sql);
+  static StartedQuery Run(Connection& connection, const std::string& sql);
   /// The first cell of a query.
   static Value Cell(Connection& connection, const std::string& sql);
-  /// Starts with asyncOptions; `log` watches connection and recordset.
-  static std::shared_ptr<Recordset> Start(Connection& connection, const std::string& sql,
-                                          EventLog& log);
+  /// Starts without waiting; `log` watches.
+  static StartedQuery Start(Connection& connection, const std::string& sql, EventLog& log);
   /// Pumps until `log` has seen the end of `ends` operations.
   [[nodiscard]] bool PumpToEnd(const EventLog& log, int ends = 1);
 

@@ -1,40 +1,36 @@
 #include "tests/data/support/EventLog.h"
 
+#include <utility>
+
 namespace tessel::test {
 
-void EventLog::Seen::Add(const std::string& name, const ErrorInfo* error, EventStatus status,
-                         const std::string& more) {
-  const bool failed = status == EventStatus::ErrorsOccurred;
-  lastError = error == nullptr ? std::nullopt : std::optional(*error);
-  std::string line = name + (failed ? " failed" : " ok");
-  if (failed != (error != nullptr)) line += " (status and error disagree)";
-  if (error != nullptr) line += " " + std::to_string(error->number);
-  lines.push_back(line + more);
+void EventLog::Seen::NoteRows(const QueryOperation& operation, bool& noted) {
+  if (operation.FirstRows() && !std::exchange(noted, true)) lines.emplace_back("fetching");
 }
 
-void EventLog::Watch(Connection& connection) {
-  connection.ConnectComplete = [seen = seen_](const ErrorInfo* error, EventStatus status) {
-    ++seen->ends;
-    seen->Add("ConnectComplete", error, status);
-  };
-  connection.ExecuteComplete = [seen = seen_](std::int64_t affected, const ErrorInfo* error,
-                                              EventStatus status, Recordset* recordset) {
-    seen->recordsAffected = affected;
-    const int state = recordset->State();
-    if ((state & objectState::open) == 0) ++seen->ends;
-    seen->Add("ExecuteComplete", error, status, " state=" + std::to_string(state));
-  };
+void EventLog::Seen::NoteEnd(const Operation& operation) {
+  ++ends;
+  lastError = operation.Failure();
+  lines.push_back(lastError ? "failed " + std::to_string(lastError->number) : "done");
 }
 
-void EventLog::Watch(Recordset& recordset) {
-  recordset.FetchProgress = [seen = seen_](std::int64_t rows, std::int64_t /*expected*/,
-                                           EventStatus) {
+void EventLog::Watch(Operation& operation) {
+  operation.Ended = [seen = seen_, &operation] { seen->NoteEnd(operation); };
+}
+
+void EventLog::Watch(QueryOperation& operation) {
+  const auto noted = std::make_shared<bool>(false);
+  operation.Progress = [seen = seen_, noted, &operation] {
+    seen->NoteRows(operation, *noted);
+    seen->recordsAffected = operation.RecordsAffected();
+    if (operation.Rows() <= seen->lastProgress) return;
     ++seen->progress;
-    seen->lastProgress = rows;
+    seen->lastProgress = operation.Rows();
   };
-  recordset.FetchComplete = [seen = seen_](const ErrorInfo* error, EventStatus status) {
-    ++seen->ends;
-    seen->Add("FetchComplete", error, status);
+  operation.Ended = [seen = seen_, noted, &operation] {
+    seen->NoteRows(operation, *noted);
+    seen->recordsAffected = operation.RecordsAffected();
+    seen->NoteEnd(operation);
   };
 }
 

@@ -6,22 +6,22 @@
 #include <string>
 #include <vector>
 
-#include "contract/data/Connection.h"
-#include "contract/data/Recordset.h"
+#include "contract/data/Operation.h"
 
 namespace tessel::test {
 
-/// Writes down the events of a connection and its recordsets, each as one line: "ConnectComplete
-/// ok", "ExecuteComplete ok state=0", "FetchComplete failed 3712". Progress is counted, not listed.
+/// Writes down what operations tell: "fetching" once there is a result with columns, and their end
+/// as "done" or "failed 3712". Progress is counted, not listed.
 class EventLog {
  public:
-  void Watch(Connection& connection);
-  void Watch(Recordset& recordset);
+  /// Once for each operation. One that has ended already is not written down.
+  void Watch(Operation& operation);
+  void Watch(QueryOperation& operation);
 
   [[nodiscard]] const std::vector<std::string>& Lines() const { return seen_->lines; }
   [[nodiscard]] int ProgressCount() const { return seen_->progress; }
   [[nodiscard]] std::int64_t LastProgress() const { return seen_->lastProgress; }
-  /// How many operations have announced their end.
+  /// How many operations have told their end.
   [[nodiscard]] int Ends() const { return seen_->ends; }
   [[nodiscard]] const std::optional<ErrorInfo>& LastError() const { return seen_->lastError; }
   [[nodiscard]] std::int64_t RecordsAffected() const { return seen_->recordsAffected; }
@@ -35,8 +35,8 @@ class EventLog {
     std::optional<ErrorInfo> lastError;
     std::int64_t recordsAffected = -2;
 
-    void Add(const std::string& name, const ErrorInfo* error, EventStatus status,
-             const std::string& more = {});
+    void NoteRows(const QueryOperation& operation, bool& noted);
+    void NoteEnd(const Operation& operation);
   };
 
   /// Shared with the handlers, which may be called when the log is gone.

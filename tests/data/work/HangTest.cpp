@@ -13,22 +13,22 @@ class HangTest : public WorkerTest {
 };
 
 TEST_F(HangTest, AConnectThatHangsEndsWhenCancelled) {
-  script_->open = [gate = gate_](Operation&) { gate->Pass(); };
+  script_->open = [gate = gate_](WorkContext&) { gate->Pass(); };
   EventLog log;
   const auto connection = NewConnection();
-  log.Watch(*connection);
-  connection->Open({}, {}, asyncConnect);
+  const auto opening = connection->StartOpen({}, {});
+  log.Watch(*opening);
   gate_->AwaitArrival();
   EXPECT_EQ(connection->State(), objectState::connecting);
-  connection->Cancel();
-  connection->Cancel();
+  opening->Cancel();
+  opening->Cancel();
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ConnectComplete failed 3712"));
+  EXPECT_THAT(log.Lines(), ElementsAre("failed 3712"));
   EXPECT_EQ(connection->State(), objectState::closed);
   EXPECT_TRUE(leftBehind_->Any());
 
   script_->open = nullptr;
-  connection->Open({}, {}, 0);
+  OpenNow(*connection);
   EXPECT_EQ(connection->State(), objectState::open);
   connection->Close();
 
@@ -36,19 +36,19 @@ TEST_F(HangTest, AConnectThatHangsEndsWhenCancelled) {
   EXPECT_TRUE(AllGone());
   EXPECT_EQ(script_->opens, 2);
   EXPECT_EQ(script_->closes, 2);
-  EXPECT_THAT(log.Lines(), ElementsAre("ConnectComplete failed 3712"));
+  EXPECT_THAT(log.Lines(), ElementsAre("failed 3712"));
 }
 
 TEST_F(HangTest, IsWaitedForAsManyTimesLongerAsTheBuildIsSlow) {
-  script_->open = [gate = gate_](Operation&) { gate->Pass(); };
+  script_->open = [gate = gate_](WorkContext&) { gate->Pass(); };
   patienceFactor_ = 4;
   EventLog log;
   const auto connection = NewConnection();
-  log.Watch(*connection);
-  connection->Open({}, {}, asyncConnect);
+  const auto opening = connection->StartOpen({}, {});
+  log.Watch(*opening);
   gate_->AwaitArrival();
   const auto start = std::chrono::steady_clock::now();
-  connection->Cancel();
+  opening->Cancel();
   ASSERT_TRUE(PumpToEnd(log));
   EXPECT_GE(std::chrono::steady_clock::now() - start, 4 * script_->patience);
   gate_->Open();
@@ -56,7 +56,7 @@ TEST_F(HangTest, IsWaitedForAsManyTimesLongerAsTheBuildIsSlow) {
 }
 
 TEST_F(HangTest, AnExecutionThatHangsEndsWhenCancelledAndClosesTheConnection) {
-  script_->execute = [gate = gate_](const std::string&, Operation&) {
+  script_->execute = [gate = gate_](const std::string&, WorkContext&) {
     gate->Pass();
     return OneColumn();
   };
@@ -64,12 +64,12 @@ TEST_F(HangTest, AnExecutionThatHangsEndsWhenCancelledAndClosesTheConnection) {
   EventLog log;
   const auto recordset = Start(*connection, log);
   gate_->AwaitArrival();
-  recordset->Cancel();
+  recordset.Cancel();
   EXPECT_EQ(connection->State(), objectState::open | objectState::executing);
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete failed 3712 state=0"));
+  EXPECT_THAT(log.Lines(), ElementsAre("failed 3712"));
   EXPECT_EQ(connection->State(), objectState::closed);
-  EXPECT_EQ(recordset->State(), objectState::closed);
+  EXPECT_EQ(recordset.State(), objectState::closed);
   EXPECT_GT(script_->cancels, 0);
 
   const ErrorInfo error = ErrorOf([&] { Start(*connection, log); });
@@ -84,9 +84,9 @@ TEST_F(HangTest, AnExecutionThatHangsEndsWhenCancelledAndClosesTheConnection) {
 }
 
 TEST_F(HangTest, RowsFetchedBeforeAHangAreKept) {
-  script_->execute = [](const std::string&, Operation&) { return OneColumn(); };
+  script_->execute = [](const std::string&, WorkContext&) { return OneColumn(); };
   script_->fetch = [gate = gate_, next = std::int64_t{1}](RowSink& rows, std::size_t,
-                                                          Operation&) mutable {
+                                                          WorkContext&) mutable {
     if (next > 4) gate->Pass();
     AddNumbers(rows, next, next);
     ++next;
@@ -97,9 +97,9 @@ TEST_F(HangTest, RowsFetchedBeforeAHangAreKept) {
   EventLog log;
   const auto recordset = Start(*connection, log);
   gate_->AwaitArrival();
-  recordset->Cancel();
+  recordset.Cancel();
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=9", "FetchComplete failed 3712"));
+  EXPECT_THAT(log.Lines(), ElementsAre("fetching", "failed 3712"));
   EXPECT_THAT(TextsOf(*recordset), ElementsAre("1", "2", "3", "4"));
   EXPECT_EQ(connection->State(), objectState::closed);
   gate_->Open();
@@ -109,19 +109,19 @@ TEST_F(HangTest, RowsFetchedBeforeAHangAreKept) {
 
 TEST_F(HangTest, ACancelThatBlocksItselfDoesNotHoldTheEnd) {
   const auto cancelGate = std::make_shared<Gate>();
-  script_->execute = [gate = gate_](const std::string&, Operation&) {
+  script_->execute = [gate = gate_](const std::string&, WorkContext&) {
     gate->Pass();
-    return ExecuteResult{};
+    return NoColumns();
   };
   script_->cancel = [cancelGate] { cancelGate->Pass(); };
   const auto connection = Connect();
   EventLog log;
   const auto recordset = Start(*connection, log);
   gate_->AwaitArrival();
-  recordset->Cancel();
+  recordset.Cancel();
   cancelGate->AwaitArrival();
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete failed 3712 state=0"));
+  EXPECT_THAT(log.Lines(), ElementsAre("failed 3712"));
   EXPECT_EQ(connection->State(), objectState::closed);
   gate_->Open();
   cancelGate->Open();
@@ -129,8 +129,9 @@ TEST_F(HangTest, ACancelThatBlocksItselfDoesNotHoldTheEnd) {
 }
 
 TEST_F(HangTest, WorkThatIsDoneStaysDoneWhenItsAftermathHangs) {
-  script_->execute = [](const std::string&, Operation&) {
-    return ExecuteResult{.fields = {}, .recordsAffected = 4};
+  script_->execute = [](const std::string&, WorkContext& context) {
+    context.EndStatement(4);
+    return NoColumns();
   };
   const auto connection = Connect();
   script_->catalog = [gate = gate_] {
@@ -140,9 +141,9 @@ TEST_F(HangTest, WorkThatIsDoneStaysDoneWhenItsAftermathHangs) {
   EventLog log;
   const auto recordset = Start(*connection, log);
   gate_->AwaitArrival();
-  recordset->Cancel();
+  recordset.Cancel();
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=0"));
+  EXPECT_THAT(log.Lines(), ElementsAre("done"));
   EXPECT_EQ(log.RecordsAffected(), 4);
   EXPECT_EQ(connection->State(), objectState::closed) << "the session hangs all the same";
   gate_->Open();
@@ -150,9 +151,9 @@ TEST_F(HangTest, WorkThatIsDoneStaysDoneWhenItsAftermathHangs) {
 }
 
 TEST_F(HangTest, ClosingLeavesAHangingWorkerBehind) {
-  script_->execute = [gate = gate_](const std::string&, Operation&) {
+  script_->execute = [gate = gate_](const std::string&, WorkContext&) {
     gate->Pass();
-    return ExecuteResult{};
+    return NoColumns();
   };
   const auto connection = Connect();
   EventLog log;
@@ -160,22 +161,22 @@ TEST_F(HangTest, ClosingLeavesAHangingWorkerBehind) {
   gate_->AwaitArrival();
   connection->Close();
   EXPECT_EQ(connection->State(), objectState::closed);
-  EXPECT_EQ(recordset->State(), objectState::closed);
+  EXPECT_EQ(recordset.State(), objectState::closed);
   EXPECT_TRUE(leftBehind_->Any());
   EXPECT_EQ(script_->sessions, 1);
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete failed 3712 state=0"));
+  EXPECT_THAT(log.Lines(), ElementsAre("failed 3712"));
   gate_->Open();
   EXPECT_TRUE(AllGone());
   EXPECT_EQ(script_->closes, 1);
 }
 
 TEST_F(HangTest, DroppingAConnectionLeavesAHangingWorkerBehind) {
-  script_->open = [gate = gate_](Operation&) { gate->Pass(); };
+  script_->open = [gate = gate_](WorkContext&) { gate->Pass(); };
   EventLog log;
   auto connection = NewConnection();
-  log.Watch(*connection);
-  connection->Open({}, {}, asyncConnect);
+  const auto opening = connection->StartOpen({}, {});
+  log.Watch(*opening);
   gate_->AwaitArrival();
   connection.reset();
   EXPECT_TRUE(leftBehind_->Any());
@@ -186,9 +187,9 @@ TEST_F(HangTest, DroppingAConnectionLeavesAHangingWorkerBehind) {
 }
 
 TEST_F(HangTest, AHangingWorkerOutlivesEverythingElse) {
-  script_->open = [gate = gate_](Operation&) { gate->Pass(); };
+  script_->open = [gate = gate_](WorkContext&) { gate->Pass(); };
   auto connection = NewConnection();
-  connection->Open({}, {}, asyncConnect);
+  const auto opening = connection->StartOpen({}, {});
   gate_->AwaitArrival();
   connection.reset();
   leftBehind_.reset();  // As when the program's data access goes.
@@ -201,9 +202,9 @@ TEST_F(HangTest, AHangingWorkerOutlivesEverythingElse) {
 TEST_F(HangTest, TheCatalogIsToldWhileACommandHangs) {
   script_->catalog = [] { return std::string("sales"); };
   const auto connection = Connect();
-  script_->execute = [gate = gate_](const std::string&, Operation&) {
+  script_->execute = [gate = gate_](const std::string&, WorkContext&) {
     gate->Pass();
-    return ExecuteResult{};
+    return NoColumns();
   };
   EventLog log;
   const auto recordset = Start(*connection, log);
@@ -211,7 +212,7 @@ TEST_F(HangTest, TheCatalogIsToldWhileACommandHangs) {
   EXPECT_EQ(connection->DefaultDatabase(), "sales");
   gate_->Open();
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=0"));
+  EXPECT_THAT(log.Lines(), ElementsAre("done"));
 }
 
 }  // namespace tessel::test

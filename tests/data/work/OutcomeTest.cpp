@@ -35,111 +35,144 @@ class OutcomeTest : public WorkerTest {
 
 TEST_F(OutcomeTest, WorkThatEndsAsTheCancelComesIsDone) {
   const auto connection = Connect();
-  script_->execute = [](const std::string&, Operation& operation) {
-    while (!operation.StopAsked()) std::this_thread::yield();
-    return ExecuteResult{.fields = {}, .recordsAffected = 1};
+  script_->execute = [](const std::string&, WorkContext& context) {
+    while (!context.StopAsked()) std::this_thread::yield();
+    context.EndStatement(1);
+    return NoColumns();
   };
   EventLog log;
   const auto recordset = Start(*connection, log);
-  recordset->Cancel();
+  recordset.Cancel();
   ASSERT_TRUE(PumpToEnd(log));
   // Either it had not begun yet, or it is done: never a commit that is called a failure.
   const bool begun = log.RecordsAffected() == 1;
-  EXPECT_THAT(log.Lines(), ElementsAre(begun ? "ExecuteComplete ok state=0"
-                                             : "ExecuteComplete failed 3712 state=0"));
+  EXPECT_THAT(log.Lines(), ElementsAre(begun ? "done" : "failed 3712"));
   EXPECT_EQ(connection->State(), objectState::open);
 }
 
 TEST_F(OutcomeTest, EveryRowFetchedBeforeTheCancelIsASuccess) {
   const auto connection = Connect();
-  script_->execute = [](const std::string&, Operation&) { return OneColumn(); };
-  script_->fetch = [](RowSink& rows, std::size_t, Operation& operation) {
-    while (!operation.StopAsked()) std::this_thread::yield();
+  script_->execute = [](const std::string&, WorkContext&) { return OneColumn(); };
+  script_->fetch = [](RowSink& rows, std::size_t, WorkContext& context) {
+    while (!context.StopAsked()) std::this_thread::yield();
     AddNumbers(rows, 1, 3);
     return false;
   };
   EventLog log;
   const auto recordset = Start(*connection, log);
   ASSERT_TRUE(queue_.PumpUntil([&] { return !log.Lines().empty(); }));
-  recordset->Cancel();
+  recordset.Cancel();
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=9", "FetchComplete ok"));
+  EXPECT_THAT(log.Lines(), ElementsAre("fetching", "done"));
   EXPECT_EQ(recordset->RecordCount(), 3);
 }
 
 TEST_F(OutcomeTest, ACancelReachesOnlyTheCommandItWasMeantFor) {
   const auto connection = Connect();
-  script_->execute = [](const std::string& sql, Operation& operation) {
-    for (int i = 0; i < 50 && !operation.StopAsked(); ++i) std::this_thread::yield();
-    if (sql == "run") operation.ThrowIfStopped();
-    return ExecuteResult{};
+  script_->execute = [](const std::string& sql, WorkContext& context) {
+    for (int i = 0; i < 50 && !context.StopAsked(); ++i) std::this_thread::yield();
+    if (sql == "run") context.ThrowIfStopped();
+    return NoColumns();
   };
   for (int round = 0; round < 300; ++round) {
     EventLog log;
     const auto recordset = Start(*connection, log);
     for (int i = 0; i < round % 11; ++i) std::this_thread::yield();
-    recordset->Cancel();
+    recordset.Cancel();
     ASSERT_TRUE(PumpToEnd(log));
-    const auto next = connection->CreateRecordset();
-    next->SetSource("next");
-    next->Open(openOption::text);
+    const auto next = QueryNow(*connection, "next");
   }
   EXPECT_EQ(script_->wrongCancels, 0);
 }
 
 TEST_F(OutcomeTest, NoticesAndErrorsAreListedInOrder) {
   const auto connection = Connect();
-  script_->execute = [](const std::string&, Operation& operation) -> ExecuteResult {
-    operation.Report(Notice("first"));
-    operation.Raise({Failure("second").Info(), Failure("third").Info()});
+  script_->execute = [](const std::string&, WorkContext& context) -> Fields {
+    context.Report(Notice("first"));
+    context.Raise({Failure("second").Info(), Failure("third").Info()});
   };
-  const auto recordset = connection->CreateRecordset();
-  recordset->SetSource("run");
-  EXPECT_EQ(ErrorOf([&] { recordset->Open(openOption::text); }).description, "second");
+  EXPECT_EQ(ErrorOf([&] { QueryNow(*connection, "run"); }).description, "second");
   EXPECT_THAT(Descriptions(*connection), ElementsAre("first", "second", "third"));
   EXPECT_EQ(connection->Errors()[0].number, errorNumber::information);
 }
 
 TEST_F(OutcomeTest, AnErrorAfterTheRowsIsListedAndFailsNothing) {
   const auto connection = Connect();
-  script_->execute = [](const std::string&, Operation&) { return OneColumn(); };
-  script_->fetch = [](RowSink& rows, std::size_t, Operation&) {
+  script_->execute = [](const std::string&, WorkContext&) { return OneColumn(); };
+  script_->fetch = [](RowSink& rows, std::size_t, WorkContext&) {
     AddNumbers(rows, 1, 2);
     return false;
   };
-  script_->drain = [](Operation&) { throw Failure("later statement"); };
+  script_->next = [](WorkContext&) -> Fields { throw Failure("later statement"); };
   EventLog log;
   const auto recordset = Start(*connection, log);
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=9", "FetchComplete ok"));
+  EXPECT_THAT(log.Lines(), ElementsAre("fetching", "done"));
   EXPECT_EQ(recordset->RecordCount(), 2);
   EXPECT_THAT(Descriptions(*connection), ElementsAre("later statement"));
 }
 
+TEST_F(OutcomeTest, EveryResultIsKeptInItsOrderWithItsNotices) {
+  const auto connection = Connect();
+  script_->execute = [](const std::string&, WorkContext& context) {
+    context.Report(Notice("of the first"));
+    context.EndStatement(3);
+    context.Report(Notice("of the second"));
+    return OneColumn();
+  };
+  const auto step = std::make_shared<int>(0);
+  script_->fetch = [step](RowSink& rows, std::size_t, WorkContext&) {
+    AddNumbers(rows, 10 * *step + 1, 10 * *step + 2);
+    return false;
+  };
+  script_->next = [step](WorkContext& context) {
+    if (++*step > 1) return NoColumns();
+    context.EndStatement(4);
+    return OneColumn();
+  };
+  const auto query = QueryNow(*connection, "run");
+  const auto& results = query.Operation().Results();
+  ASSERT_EQ(results.size(), 4U);
+  EXPECT_EQ(results[0].rows, nullptr);
+  EXPECT_EQ(results[0].recordsAffected, 3);
+  ASSERT_EQ(results[0].notices.size(), 1U);
+  EXPECT_EQ(results[0].notices[0].description, "of the first");
+  EXPECT_THAT(TextsOf(*results[1].rows), ElementsAre("1", "2"));
+  ASSERT_EQ(results[1].notices.size(), 1U);
+  EXPECT_EQ(results[1].notices[0].description, "of the second");
+  EXPECT_EQ(results[2].recordsAffected, 4);
+  EXPECT_THAT(TextsOf(*results[3].rows), ElementsAre("11", "12"));
+  EXPECT_EQ(query.Rows(), results[1].rows);
+  EXPECT_EQ(query.Operation().RecordsAffected(), 3) << "up to the first rows";
+  EXPECT_EQ(query.Operation().Rows(), 4);
+  EXPECT_THAT(Descriptions(*connection), ElementsAre("of the first", "of the second"));
+}
+
 TEST_F(OutcomeTest, ACancelAmongLaterStatementsIsACancel) {
   const auto connection = Connect();
-  script_->execute = [](const std::string&, Operation&) { return OneColumn(); };
-  script_->fetch = [](RowSink& rows, std::size_t, Operation&) {
+  script_->execute = [](const std::string&, WorkContext&) { return OneColumn(); };
+  script_->fetch = [](RowSink& rows, std::size_t, WorkContext&) {
     AddNumbers(rows, 1, 2);
     return false;
   };
-  script_->drain = [](Operation& operation) {
-    while (!operation.StopAsked()) std::this_thread::yield();
-    operation.ThrowIfStopped();
+  script_->next = [](WorkContext& context) {
+    while (!context.StopAsked()) std::this_thread::yield();
+    context.ThrowIfStopped();
+    return NoColumns();
   };
   EventLog log;
   const auto recordset = Start(*connection, log);
   ASSERT_TRUE(queue_.PumpUntil([&] { return !log.Lines().empty(); }));
-  recordset->Cancel();
+  recordset.Cancel();
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=9", "FetchComplete failed 3712"));
+  EXPECT_THAT(log.Lines(), ElementsAre("fetching", "failed 3712"));
   EXPECT_EQ(recordset->RecordCount(), 2);
 }
 
 TEST_F(OutcomeTest, AFetchThatFailsKeepsTheRowsThatAreComplete) {
   const auto connection = Connect();
-  script_->execute = [](const std::string&, Operation&) { return OneColumn(); };
-  script_->fetch = [](RowSink& rows, std::size_t, Operation&) -> bool {
+  script_->execute = [](const std::string&, WorkContext&) { return OneColumn(); };
+  script_->fetch = [](RowSink& rows, std::size_t, WorkContext&) -> bool {
     AddNumbers(rows, 1, 3);
     rows.Column(0).AppendInteger(4);  // A row that is begun only.
     throw Failure("server died");
@@ -149,26 +182,26 @@ TEST_F(OutcomeTest, AFetchThatFailsKeepsTheRowsThatAreComplete) {
   ASSERT_TRUE(PumpToEnd(log));
   EXPECT_THAT(TextsOf(*recordset), ElementsAre("1", "2", "3"));
   EXPECT_EQ(log.LastError()->description, "server died");
-  EXPECT_EQ(recordset->State(), objectState::open);
+  EXPECT_EQ(recordset.State(), objectState::open);
 }
 
-TEST_F(OutcomeTest, AWaitingOpenRaisesWhatEndedTheFetch) {
+TEST_F(OutcomeTest, WaitingForTheEndRaisesWhatEndedTheFetch) {
   const auto connection = Connect();
-  script_->execute = [](const std::string&, Operation&) { return OneColumn(); };
-  script_->fetch = [](RowSink& rows, std::size_t, Operation&) -> bool {
+  script_->execute = [](const std::string&, WorkContext&) { return OneColumn(); };
+  script_->fetch = [](RowSink& rows, std::size_t, WorkContext&) -> bool {
     AddNumbers(rows, 1, 3);
     throw Failure("server died");
   };
-  const auto recordset = connection->CreateRecordset();
-  recordset->SetSource("run");
-  EXPECT_EQ(ErrorOf([&] { recordset->Open(openOption::text); }).description, "server died");
-  EXPECT_EQ(recordset->State(), objectState::open);
+  EventLog log;
+  const auto recordset = Start(*connection, log);
+  EXPECT_EQ(ErrorOf([&] { Finish(recordset.Operation()); }).description, "server died");
+  EXPECT_EQ(recordset.State(), objectState::open);
   EXPECT_EQ(recordset->RecordCount(), 3);
 }
 
 TEST_F(OutcomeTest, ALostSessionClosesTheConnection) {
   const auto connection = Connect();
-  script_->execute = [this](const std::string&, Operation&) -> ExecuteResult {
+  script_->execute = [this](const std::string&, WorkContext&) -> Fields {
     script_->alive = false;
     throw Failure("server gone");
   };
@@ -177,23 +210,22 @@ TEST_F(OutcomeTest, ALostSessionClosesTheConnection) {
   ASSERT_TRUE(PumpToEnd(log));
   EXPECT_EQ(connection->State(), objectState::closed);
   EXPECT_THAT(Descriptions(*connection), ElementsAre("server gone"));
-  EXPECT_THAT(ErrorOf([&] { (void)connection->OpenSchema(SchemaRowset::Tables, {}); }).description,
+  EXPECT_THAT(ErrorOf([&] { (void)ReadSchema(*connection, SchemaRowset::Tables, {}); }).description,
               HasSubstr("lost"));
   script_->alive = true;
   script_->execute = nullptr;
-  connection->Open({}, {}, 0);
+  OpenNow(*connection);
   EXPECT_EQ(connection->State(), objectState::open);
 }
 
 TEST_F(OutcomeTest, WhateverIsThrownBecomesAnError) {
   const auto connection = Connect();
   const auto failure = [&](std::function<void()> thrower) {
-    script_->execute = [thrower](const std::string&, Operation&) {
+    script_->execute = [thrower](const std::string&, WorkContext&) {
       thrower();
-      return ExecuteResult{};
+      return NoColumns();
     };
-    EventLog log;
-    return ErrorOf([&] { Start(*connection, log, openOption::text); });
+    return ErrorOf([&] { QueryNow(*connection, "run"); });
   };
   EXPECT_THAT(failure([] { throw std::bad_alloc(); }).description, HasSubstr("memory"));
   EXPECT_EQ(failure([] { throw std::runtime_error("odd"); }).description, "odd");
@@ -204,7 +236,7 @@ TEST_F(OutcomeTest, WhateverIsThrownBecomesAnError) {
 TEST_F(OutcomeTest, AnOpenThatFailsLateClosesTheSession) {
   script_->properties = []() -> Properties { throw Failure("no properties"); };
   const auto connection = NewConnection();
-  EXPECT_EQ(ErrorOf([&] { connection->Open({}, {}, 0); }).description, "no properties");
+  EXPECT_EQ(ErrorOf([&] { OpenNow(*connection); }).description, "no properties");
   EXPECT_EQ(connection->State(), objectState::closed);
   EXPECT_TRUE(AllGone());
   EXPECT_EQ(script_->closes, 1);
@@ -217,19 +249,17 @@ TEST_F(OutcomeTest, TheCatalogFollowsCommandsAndChanges) {
     if (name.front() == '[') throw Failure("no such catalog");
     *catalog = name;
   };
-  script_->execute = [catalog](const std::string&, Operation&) {
+  script_->execute = [catalog](const std::string&, WorkContext&) {
     *catalog = "used";
-    return ExecuteResult{};
+    return NoColumns();
   };
   const auto connection = Connect();
   EXPECT_EQ(connection->DefaultDatabase(), "one");
-  EXPECT_EQ(ErrorOf([&] { connection->SetDefaultDatabase("[two]"); }).description,
-            "no such catalog");
+  EXPECT_EQ(ErrorOf([&] { UseCatalog(*connection, "[two]"); }).description, "no such catalog");
   EXPECT_EQ(connection->DefaultDatabase(), "one");
-  connection->SetDefaultDatabase("two");
+  UseCatalog(*connection, "two");
   EXPECT_EQ(connection->DefaultDatabase(), "two");
-  EventLog log;
-  Start(*connection, log, openOption::text);
+  QueryNow(*connection, "run");
   EXPECT_EQ(connection->DefaultDatabase(), "used");
   connection->Close();
   EXPECT_EQ(connection->DefaultDatabase(), "");
@@ -237,18 +267,17 @@ TEST_F(OutcomeTest, TheCatalogFollowsCommandsAndChanges) {
 
 TEST_F(OutcomeTest, AFailureToTellOfTheAftermathFailsNothing) {
   const auto connection = Connect();
-  script_->execute = [](const std::string&, Operation&) { return OneColumn(); };
+  script_->execute = [](const std::string&, WorkContext&) { return OneColumn(); };
   script_->unique = []() -> bool { throw Failure("cannot tell"); };
-  EventLog log;
-  const auto recordset = Start(*connection, log, openOption::text);
-  EXPECT_EQ(recordset->State(), objectState::open);
+  const auto recordset = QueryNow(*connection, "run");
+  EXPECT_EQ(recordset.State(), objectState::open);
   EXPECT_EQ(recordset->RecordsetProperties().Number("Unique Rows", -1), 0);
 }
 
 TEST_F(OutcomeTest, UniqueRowsAreAskedForAfterACancelToo) {
   const auto connection = Connect();
-  script_->execute = [](const std::string&, Operation&) { return OneColumn(); };
-  script_->fetch = [](RowSink& rows, std::size_t, Operation&) {
+  script_->execute = [](const std::string&, WorkContext&) { return OneColumn(); };
+  script_->fetch = [](RowSink& rows, std::size_t, WorkContext&) {
     AddNumbers(rows, 1, 1);
     return true;
   };
@@ -257,7 +286,7 @@ TEST_F(OutcomeTest, UniqueRowsAreAskedForAfterACancelToo) {
   const auto recordset = Start(*connection, log);
   ASSERT_TRUE(queue_.PumpUntil([&] { return !log.Lines().empty(); }));
   EXPECT_EQ(recordset->RecordsetProperties().Number("Unique Rows", -1), 0);
-  recordset->Cancel();
+  recordset.Cancel();
   ASSERT_TRUE(PumpToEnd(log));
   EXPECT_EQ(recordset->RecordsetProperties().Number("Unique Rows", -1), 1);
 }
@@ -265,40 +294,39 @@ TEST_F(OutcomeTest, UniqueRowsAreAskedForAfterACancelToo) {
 TEST_F(OutcomeTest, WhatAHandlerThrowsGoesToTheSink) {
   CollectedFailures failures;
   const auto connection = Connect(&failures);
-  script_->execute = [](const std::string&, Operation&) { return OneColumn(); };
+  const auto gate = std::make_shared<Gate>();
+  script_->execute = [](const std::string&, WorkContext&) { return OneColumn(); };
+  script_->fetch = [this, gate](RowSink&, std::size_t, WorkContext&) {
+    gate->Pass();
+    return false;
+  };
   EventLog log;
   const auto recordset = Start(*connection, log);
-  connection->ExecuteComplete = [](std::int64_t, const ErrorInfo*, EventStatus, Recordset*) {
-    throw std::runtime_error("in ExecuteComplete");
-  };
-  recordset->FetchComplete = [](const ErrorInfo*, EventStatus) {
-    throw std::runtime_error("in FetchComplete");
-  };
+  recordset.Operation().Progress = [] { throw std::runtime_error("in Progress"); };
+  recordset.Operation().Ended = [] { throw std::runtime_error("in Ended"); };
+  ASSERT_TRUE(queue_.PumpUntil([&] { return failures.texts.size() == 1; }));
+  gate->Open();
   ASSERT_TRUE(queue_.PumpUntil([&] { return failures.texts.size() == 2; }));
-  EXPECT_THAT(failures.texts, ElementsAre("in ExecuteComplete", "in FetchComplete"));
-  EXPECT_EQ(recordset->State(), objectState::open);
+  EXPECT_THAT(failures.texts, ElementsAre("in Progress", "in Ended"));
+  EXPECT_EQ(recordset.State(), objectState::open);
   EXPECT_EQ(connection->State(), objectState::open);
 }
 
 TEST_F(OutcomeTest, WithoutASinkItPassesWhenAllIsInOrder) {
   const auto connection = Connect();
-  EventLog log;
-  connection->ExecuteComplete = [](std::int64_t, const ErrorInfo*, EventStatus, Recordset*) {
-    throw std::runtime_error("in ExecuteComplete");
-  };
-  const auto recordset = connection->CreateRecordset();
-  recordset->SetSource("run");
-  EXPECT_THROW(recordset->Open(openOption::text), std::runtime_error);
+  const auto operation = connection->StartQuery("run", LockType::ReadOnly);
+  operation->Ended = [] { throw std::runtime_error("in Ended"); };
+  EXPECT_THROW(operation->Wait(), std::runtime_error);
+  EXPECT_TRUE(operation->HasEnded());
   EXPECT_EQ(connection->State(), objectState::open);
-  connection->ExecuteComplete = nullptr;
-  recordset->Open(openOption::text);
+  QueryNow(*connection, "run");
 }
 
 TEST_F(OutcomeTest, ACloneSeesTheRowsThatStillArrive) {
   const auto connection = Connect();
   const auto gate = std::make_shared<Gate>();
-  script_->execute = [](const std::string&, Operation&) { return OneColumn(); };
-  script_->fetch = [gate](RowSink& rows, std::size_t, Operation&) {
+  script_->execute = [](const std::string&, WorkContext&) { return OneColumn(); };
+  script_->fetch = [gate](RowSink& rows, std::size_t, WorkContext&) {
     gate->Pass();
     AddNumbers(rows, 1, 3);
     return false;

@@ -22,18 +22,18 @@ class NotingSession : public ProviderSession {
  public:
   explicit NotingSession(std::string catalog) : catalog_(std::move(catalog)) {}
 
-  void Open(const Login& /*login*/, Operation& /*operation*/) override {}
+  void Open(const Login& /*login*/, WorkContext& /*context*/) override {}
   void Close() noexcept override {}
   [[nodiscard]] Properties ReadProperties() override { return {}; }
-  [[nodiscard]] ExecuteResult ExecuteCommand(const std::string& /*sql*/,
-                                             Operation& /*operation*/) override {
+  [[nodiscard]] std::vector<FieldInfo> ExecuteCommand(const std::string& /*sql*/,
+                                                      WorkContext& /*context*/) override {
     return {};
   }
   [[nodiscard]] bool FetchRows(RowSink& /*rows*/, std::size_t /*maxRows*/,
-                               Operation& /*operation*/) override {
+                               WorkContext& /*context*/) override {
     return false;
   }
-  void DrainResults(Operation& /*operation*/) override {}
+  [[nodiscard]] std::vector<FieldInfo> NextResult(WorkContext& /*context*/) override { return {}; }
   void CloseResult() noexcept override {}
   [[nodiscard]] std::vector<std::size_t>
   FindKey(const std::vector<FieldInfo>& /*fields*/) override {
@@ -41,16 +41,16 @@ class NotingSession : public ProviderSession {
   }
   [[nodiscard]] const WriteDialect* Writing() override { return &dialect_; }
   [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
-                                             Operation& /*operation*/) override {
+                                             WorkContext& /*context*/) override {
     statements.push_back(statement.sql);
     return {.rows = 1, .first = {}};
   }
-  void RunControl(std::string_view sql, const Operation* /*operation*/) override {
+  void RunControl(std::string_view sql, const WorkContext* /*context*/) override {
     statements.emplace_back(sql);
   }
   [[nodiscard]] std::string CurrentCatalog() override { return catalog_; }
-  void SetCatalog(const std::string& /*name*/, Operation& /*operation*/) override {}
-  void ReadSchema(SchemaRows& /*rows*/, Operation& /*operation*/) override {}
+  void SetCatalog(const std::string& /*name*/, WorkContext& /*context*/) override {}
+  void ReadSchema(SchemaRows& /*rows*/, WorkContext& /*context*/) override {}
   void Cancel() noexcept override {}
 
   std::vector<std::string> statements;
@@ -91,30 +91,30 @@ TEST(RowWriter, LooksAtTheCatalogInUseRightBeforeItWrites) {
   for (const Kind kind : {Kind::Update, Kind::Insert, Kind::Delete}) {
     RowChange change = ChangeOf(kind);
     if (kind != Kind::Delete) change.changes[1] = Value(std::int64_t{3});
-    Operation operation;
+    WorkContext context;
     NotingSession other("test");
     try {
-      (void)WriteRow(other, change, operation);
+      (void)WriteRow(other, change, context);
       ADD_FAILURE() << "It was written.";
     } catch (const Error& error) {
       EXPECT_THAT(error.Description(), HasSubstr("come from the database 'prod', and 'test'"));
     }
     EXPECT_THAT(other.statements, ElementsAre("begin", "rollback"));
     NotingSession same("prod");
-    (void)WriteRow(same, change, operation);
+    (void)WriteRow(same, change, context);
     EXPECT_EQ(same.statements.size(), 3U) << "the change, in a transaction";
   }
 }
 
 TEST(RowWriter, ADeletionComparesAllThatWasReadAndAnUpdateWhatItChanges) {
-  Operation operation;
+  WorkContext context;
   NotingSession session("prod");
-  (void)WriteRow(session, ChangeOf(RowChange::Kind::Delete), operation);
+  (void)WriteRow(session, ChangeOf(RowChange::Kind::Delete), context);
   EXPECT_THAT(session.statements, Contains(HasSubstr("\"b\" is not distinct from ?")));
   RowChange update = ChangeOf(RowChange::Kind::Update);
   update.changes[0] = Value(std::int64_t{7});
   NotingSession updating("prod");
-  (void)WriteRow(updating, update, operation);
+  (void)WriteRow(updating, update, context);
   EXPECT_THAT(updating.statements, Not(Contains(HasSubstr("\"b\" is not distinct from"))));
 }
 

@@ -13,9 +13,9 @@ class ScriptedSession : public ProviderSession {
   }
   ~ScriptedSession() override { --script_->sessions; }
 
-  void Open(const Login& /*login*/, Operation& operation) override {
+  void Open(const Login& /*login*/, WorkContext& context) override {
     const Inside inside(*this);
-    if (script_->open) script_->open(operation);
+    if (script_->open) script_->open(context);
     ++script_->opens;
   }
   void Close() noexcept override {
@@ -26,20 +26,19 @@ class ScriptedSession : public ProviderSession {
   [[nodiscard]] Properties ReadProperties() override {
     return script_->properties ? script_->properties() : Properties();
   }
-  [[nodiscard]] ExecuteResult ExecuteCommand(const std::string& sql,
-                                             Operation& operation) override {
+  [[nodiscard]] Fields ExecuteCommand(const std::string& sql, WorkContext& context) override {
     const Inside inside(*this);
     resultOpen_ = true;
-    current_ = &operation;
-    return script_->execute ? script_->execute(sql, operation) : ExecuteResult{};
+    current_ = &context;
+    return script_->execute ? script_->execute(sql, context) : NoColumns();
   }
-  [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, Operation& operation) override {
+  [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, WorkContext& context) override {
     const Inside inside(*this);
-    return script_->fetch && script_->fetch(rows, maxRows, operation);
+    return script_->fetch && script_->fetch(rows, maxRows, context);
   }
-  void DrainResults(Operation& operation) override {
+  [[nodiscard]] Fields NextResult(WorkContext& context) override {
     const Inside inside(*this);
-    if (script_->drain) script_->drain(operation);
+    return script_->next ? script_->next(context) : NoColumns();
   }
   void CloseResult() noexcept override {
     current_ = nullptr;
@@ -53,15 +52,15 @@ class ScriptedSession : public ProviderSession {
   [[nodiscard]] std::string CurrentCatalog() override {
     return script_->catalog ? script_->catalog() : std::string();
   }
-  void SetCatalog(const std::string& name, Operation& /*operation*/) override {
+  void SetCatalog(const std::string& name, WorkContext& /*context*/) override {
     if (script_->setCatalog) script_->setCatalog(name);
   }
-  void ReadSchema(SchemaRows& /*rows*/, Operation& /*operation*/) override {
+  void ReadSchema(SchemaRows& /*rows*/, WorkContext& /*context*/) override {
     throw Error(errorNumber::notSupported, "Scripted", "There is no schema.");
   }
   void Cancel() noexcept override {
     ++script_->cancels;
-    const Operation* current = current_;
+    const WorkContext* current = current_;
     if (current != nullptr && !current->StopAsked()) ++script_->wrongCancels;
     if (script_->cancel) script_->cancel();
   }
@@ -86,7 +85,7 @@ class ScriptedSession : public ProviderSession {
 
   std::shared_ptr<Script> script_;
   std::atomic<int> depth_ = 0;
-  std::atomic<Operation*> current_ = nullptr;  ///< Of the command that runs.
+  std::atomic<WorkContext*> current_ = nullptr;  ///< Of the command that runs.
   bool resultOpen_ = false;
 };
 
@@ -115,11 +114,11 @@ ScriptedProvider::CreateSession(const ConnectionKeys& /*keys*/) const {
   return std::make_unique<ScriptedSession>(script_);
 }
 
-ExecuteResult OneColumn() {
+Fields OneColumn() {
   FieldInfo field;
   field.name = "n";
   field.type = DataType::BigInt;
-  return {.fields = {field}, .recordsAffected = -1};
+  return {field};
 }
 
 void AddNumbers(RowSink& rows, std::int64_t first, std::int64_t last) {

@@ -30,14 +30,19 @@ class Gate {
   int arrived_ = 0;
 };
 
+using Fields = std::vector<FieldInfo>;
+
+/// Of a result without columns.
+[[nodiscard]] inline Fields NoColumns() { return {}; }
+
 /// What the sessions of a ScriptedProvider do; shared with them, as they may outlive the test's own
 /// objects. To be changed while no session works only.
 struct Script {
-  std::function<void(Operation&)> open;
+  std::function<void(WorkContext&)> open;
   std::function<Properties()> properties;
-  std::function<ExecuteResult(const std::string&, Operation&)> execute;
-  std::function<bool(RowSink&, std::size_t, Operation&)> fetch;
-  std::function<void(Operation&)> drain;
+  std::function<Fields(const std::string&, WorkContext&)> execute;
+  std::function<bool(RowSink&, std::size_t, WorkContext&)> fetch;
+  std::function<Fields(WorkContext&)> next;
   std::function<bool()> unique;
   std::function<std::string()> catalog;
   std::function<void(const std::string&)> setCatalog;
@@ -67,7 +72,7 @@ class ScriptedProvider : public Provider {
 };
 
 /// A result of one whole-number column "n".
-[[nodiscard]] ExecuteResult OneColumn();
+[[nodiscard]] Fields OneColumn();
 /// Adds rows `first` to `last` to such a result.
 void AddNumbers(RowSink& rows, std::int64_t first, std::int64_t last);
 

@@ -16,7 +16,7 @@ struct OwnedTask {
   }
 
   std::shared_ptr<Task> task =
-      std::make_shared<CallTask>([](ProviderSession& /*session*/, Operation& /*operation*/) {});
+      std::make_shared<CallTask>([](ProviderSession& /*session*/, WorkContext& /*context*/) {});
   int posts = 0;
 };
 

@@ -19,17 +19,14 @@ std::shared_ptr<Connection> WorkerTest::NewConnection(FailureSink* failures) {
 
 std::shared_ptr<Connection> WorkerTest::Connect(FailureSink* failures) {
   auto connection = NewConnection(failures);
-  connection->Open({}, {}, 0);
+  OpenNow(*connection);
   return connection;
 }
 
-std::shared_ptr<Recordset> WorkerTest::Start(Connection& connection, EventLog& log, int options) {
-  auto recordset = connection.CreateRecordset();
-  log.Watch(connection);
-  log.Watch(*recordset);
-  recordset->SetSource("run");
-  recordset->Open(options);
-  return recordset;
+StartedQuery WorkerTest::Start(Connection& connection, EventLog& log) {
+  StartedQuery query(connection.StartQuery("run", LockType::ReadOnly));
+  log.Watch(query.Operation());
+  return query;
 }
 
 bool WorkerTest::PumpToEnd(const EventLog& log, int ends) {

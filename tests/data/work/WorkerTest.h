@@ -29,8 +29,7 @@ class WorkerTest : public testing::Test {
   /// Not open yet.
   [[nodiscard]] std::shared_ptr<Connection> NewConnection(FailureSink* failures = nullptr);
   [[nodiscard]] std::shared_ptr<Connection> Connect(FailureSink* failures = nullptr);
-  std::shared_ptr<Recordset> Start(Connection& connection, EventLog& log,
-                                   int options = asyncOptions);
+  StartedQuery Start(Connection& connection, EventLog& log);
   [[nodiscard]] bool PumpToEnd(const EventLog& log, int ends = 1);
   /// Waits until no thread is left behind and no session exists.
   [[nodiscard]] bool AllGone();

@@ -123,7 +123,7 @@ TEST_F(TypingTest, ALabelBeingEditedTakesNoTextOfHeldKeys) {
 
 TEST_F(TypingTest, ACellTakesNoTextOfHeldKeys) {
   GridWindow test(host);
-  test.data.Answer("rows", {FakeField("name")}, {{std::string("one")}});
+  test.data.Answer("rows", {MemoryField("name")}, {{std::string("one")}});
   test.grid.SetAllowUpdate(true);
   test.grid.SetDataSource(test.Open("rows", LockType::Optimistic));
   test.grid.SetFocus();

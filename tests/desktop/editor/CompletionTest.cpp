@@ -14,7 +14,7 @@
 #include "desktop/editor/SqlEditor.h"
 #include "logic/query/CompletionList.h"
 #include "tests/desktop/DesktopFixture.h"
-#include "tests/support/FakeData.h"
+#include "tests/support/MemoryData.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include "system/PosixFiles.h"
@@ -64,7 +64,7 @@ class CompletionTest : public DesktopFixture {
   [[nodiscard]] QRect Caret() { return Scale().Pixels(box.CaretBounds()); }
 
   TemporaryFolder folder;
-  FakeData data{TheDesktop().Events()};
+  MemoryData data{TheDesktop().Events()};
   PosixFiles files;
   Global global{
       Platform{TheDesktop(), data, files, folder.Path().string(), folder.File("Tessel"), "1", {}}};

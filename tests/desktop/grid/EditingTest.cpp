@@ -17,6 +17,7 @@
 #include "system/PosixFiles.h"
 #include "tests/desktop/QtContractHost.h"
 #include "tests/desktop/QtUser.h"
+#include "tests/support/DataSteps.h"
 #include "tests/support/Slowdown.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -57,11 +58,9 @@ class EditingTest : public ::testing::Test {
     if (other_ == nullptr) {
       other_ = data.CreateConnection();
       other_->SetConnectionString(ConnectionString());
-      other_->Open("", "", 0);
+      OpenNow(*other_);
     }
-    auto rows = other_->CreateRecordset();
-    rows->SetSource(sql);
-    rows->Open(openOption::text);
+    const auto rows = QueryNow(*other_, sql);
     return rows;
   }
   /// On a connection of its own.

@@ -24,13 +24,8 @@ class GeneratedRows final : public Recordset {
   void RefuseMoves(std::string description) { refusal_ = std::move(description); }
 
   [[nodiscard]] const std::string& Source() const override { return source_; }
-  void SetSource(std::string commandText) override { source_ = std::move(commandText); }
   [[nodiscard]] std::shared_ptr<Connection> ActiveConnection() const override { return nullptr; }
-  void SetCursorType(CursorType /*type*/) override {}
-  void SetLockType(LockType /*type*/) override {}
   [[nodiscard]] LockType Lock() const override { return LockType::ReadOnly; }
-  void Open(int /*options*/) override { state_ = objectState::open; }
-  void Cancel() override {}
   void Close() override { state_ = objectState::closed; }
   [[nodiscard]] int State() const override { return state_; }
 
@@ -67,9 +62,9 @@ class GeneratedRows final : public Recordset {
   [[nodiscard]] EditMode Editing() const override { return EditMode::None; }
   void AddNew() override {}
   void SetFieldValue(std::size_t /*field*/, Value /*value*/) override {}
-  void Update(int /*options*/) override {}
+  [[nodiscard]] std::shared_ptr<Operation> StartUpdate() override { return nullptr; }
   void CancelUpdate() override {}
-  void Delete(int /*options*/) override {}
+  [[nodiscard]] std::shared_ptr<Operation> StartDelete() override { return nullptr; }
   [[nodiscard]] const Properties& RecordsetProperties() const override { return properties_; }
 
  private:

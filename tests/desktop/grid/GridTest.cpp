@@ -15,6 +15,7 @@
 #include "desktop/grid/ShownText.h"
 #include "tests/desktop/DesktopFixture.h"
 #include "tests/desktop/grid/GeneratedRows.h"
+#include "tests/support/DataSteps.h"
 #include "tests/support/Slowdown.h"
 
 namespace tessel::test {
@@ -387,13 +388,12 @@ class SpilledGridTest : public GridTest {
                                                 RowMemory{bytes, SpillFolder()}, slowdown);
     const auto connection = data_->CreateConnection();
     connection->SetConnectionString("Provider=SQLite;Data Source=:memory:");
-    connection->Open({}, {}, 0);
-    auto recordset = connection->CreateRecordset();
-    recordset->SetSource(
+    OpenNow(*connection);
+    const auto recordset = QueryNow(
+        *connection,
         "with recursive c(n) as (select 1 union all select n + 1 from c where n < 100000) "
         "select n, 'name ' || (n * 104729 % 1000003) as name, nullif(n % 5, 3) * 0.25 as price, "
         "zeroblob(n % 9) as photo from c");
-    recordset->Open(openOption::text);
     return recordset;
   }
   /// What the grid shows, and what it copies, at its start, in its middle and at its end.

@@ -14,6 +14,7 @@
 #include "system/PosixFiles.h"
 #include "tests/desktop/QtContractHost.h"
 #include "tests/desktop/QtUser.h"
+#include "tests/support/DataSteps.h"
 #include "tests/support/Slowdown.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -76,7 +77,7 @@ class ProgramFixture : public ::testing::Test {
     const auto connection = data.CreateConnection();
     connection->SetConnectionString(connectionString);
     try {
-      connection->Open("", "", 0);
+      OpenNow(*connection);
     } catch (const Error& error) {
       return error.Description();
     }

@@ -9,6 +9,7 @@
 #include "logic/query/NameQuoting.h"
 #include "tests/data/servers/TestServers.h"
 #include "tests/desktop/program/ProgramFixture.h"
+#include "tests/support/DataSteps.h"
 
 namespace tessel::test {
 namespace {
@@ -61,11 +62,9 @@ void ExecuteOn(DataAccess& data, const std::string& connectionString,
                const std::vector<std::string>& statements) {
   const auto connection = data.CreateConnection();
   connection->SetConnectionString(connectionString);
-  connection->Open("", "", 0);
+  OpenNow(*connection);
   for (const std::string& sql : statements) {
-    const auto recordset = connection->CreateRecordset();
-    recordset->SetSource(sql);
-    recordset->Open(openOption::text);
+    const auto recordset = QueryNow(*connection, sql);
   }
 }
 
@@ -180,7 +179,7 @@ TEST_P(WalkTest, TheTextsOfTheTablesMenuRun) {
 TEST_P(WalkTest, TheTextsOfATableWhoseNamesNeedQuotesRun) {
   const auto connection = data.CreateConnection();
   connection->SetConnectionString(connectionString);
-  connection->Open("", "", 0);
+  OpenNow(*connection);
   const NameQuoting quoting(connection->ProviderProperties());
   connection->Close();
   const std::string table = quoting.Name("Walk Order");

@@ -9,8 +9,7 @@
 namespace tessel {
 namespace {
 
-using test::FakeError;
-using test::FakeFields;
+using test::AnswerViews;
 
 /// The shortcuts as they are told to users: keys are padded to ten columns.
 std::string ExpectedShortcuts() {
@@ -183,7 +182,7 @@ TEST_F(frmMDITest, AFailureOnTheSecondOfThreeAsksByItsCaptionAndCancelLeavesTheT
   Start();
   for (const char* name : {"A", "B", "C"}) {
     if (std::string(name) == "B")
-      data.ServerOf(name).AnswerError("select 1", FakeError("no such table"));
+      data.ServerOf(name).AnswerError("select 1", MemoryError("no such table"));
     else data.ServerOf(name).AnswerNothing("select 1");
     Connect(name);
   }
@@ -207,7 +206,7 @@ TEST_F(frmMDITest, AFailureOnTheSecondOfThreeAsksByItsCaptionAndCancelLeavesTheT
 TEST_F(frmMDITest, AChangeThatIsToStayCountsAsAQueryThatDidNotComplete) {
   Start();
   for (const char* name : {"A", "B"}) {
-    data.ServerOf(name).Answer("select", FakeFields({"a"}), {{Value(std::string("x"))}});
+    data.ServerOf(name).Answer("select", MemoryFields({"a"}), {{Value(std::string("x"))}});
     Connect(name);
   }
   Window& first = *desktop.WindowsOf("frmRecords").front();
@@ -232,7 +231,7 @@ TEST_F(frmMDITest, AChangeThatIsToStayCountsAsAQueryThatDidNotComplete) {
 TEST_F(frmMDITest, AFailureOnTheLastConnectionAsksNothing) {
   Start();
   Connect("A");
-  data.AnswerError("select 1", FakeError("no such table"));
+  data.AnswerError("select 1", MemoryError("no such table"));
   Select("select 1");
   mdi().ChooseMenu("mnuDBExecute");
   EXPECT_TRUE(desktop.Messages().empty());
@@ -312,7 +311,7 @@ TEST_F(frmMDITest, AClosedRecordsWindowIsForgottenAndTheOthersGoOn) {
 
 TEST_F(frmMDITest, AFailedConnectionReturnsToTheDialogAndLeavesNoWindow) {
   Start();
-  data.ServerOf("A").openFailure = FakeError("refused");
+  data.ServerOf("A").openFailure = MemoryError("refused");
   desktop.ExpectMessage("refused", MessageResult::Ok);
   desktop.OnModal("dlgConnect", [](Window& w) {
     w.Find<TextBox>("txtCnStr").SetText("A");
@@ -479,7 +478,7 @@ TEST_F(frmMDITest, AHandMadeLayoutIsLeftAloneByANewConnection) {
 
 TEST_F(frmMDITest, ARunShowsItsResultWhereADocumentFilledTheFrame) {
   Start();
-  data.ServerOf("A").AnswerError("select 1", FakeError("no such table"));
+  data.ServerOf("A").AnswerError("select 1", MemoryError("no such table"));
   Connect("A");
   Connect("B");
   mdi().ChooseMenu("mnuWindowTileVert");
@@ -676,7 +675,7 @@ TEST_F(frmMDITest, ExitAsksAboutUnsavedSqlOnceAndClosesTheConnections) {
 
 TEST_F(frmMDITest, TheDataLinkTestTellsHowItWent) {
   Start();
-  data.ServerOf("Bad=1").openFailure = FakeError("refused");
+  data.ServerOf("Bad=1").openFailure = MemoryError("refused");
   desktop.OnModal("dlgDataLink", [](Window& w) {
     w.Click("cmdTest");
     EXPECT_EQ(w.Find<Label>("lblResult").Caption(), "refused");

@@ -1,16 +1,16 @@
 #include "logic/program/dlgAsync.h"
 
+#include <functional>
+#include <vector>
+
 #include "contract/desktop/Button.h"
 #include "contract/desktop/Progress.h"
 #include "tests/logic/LogicFixture.h"
+#include "tests/support/DataSteps.h"
 
 namespace tessel {
 namespace {
 
-using test::FakeError;
-using test::FakeField;
-using test::FakeFields;
-using test::FakeRows;
 using Step = test::DesktopScript::Step;
 
 class dlgAsyncTest : public test::LogicFixture {
@@ -20,14 +20,12 @@ class dlgAsyncTest : public test::LogicFixture {
     connection->SetConnectionString("Provider=Fake");
   }
 
-  void OpenConnection() { connection->Open("", "", 0); }
-  std::shared_ptr<Recordset> Query(const std::string& sql) {
-    auto recordset = connection->CreateRecordset();
-    recordset->SetSource(sql);
-    return recordset;
+  void OpenConnection() { test::OpenNow(*connection); }
+  std::shared_ptr<QueryOperation> Query(const std::string& sql) {
+    return connection->StartQuery(sql, LockType::ReadOnly);
   }
-  static FakeRows Rows(std::size_t count) {
-    FakeRows rows;
+  static MemoryRows Rows(std::size_t count) {
+    MemoryRows rows;
     for (std::size_t i = 0; i < count; ++i) rows.push_back({Value(static_cast<std::int64_t>(i))});
     return rows;
   }
@@ -52,7 +50,6 @@ TEST_F(dlgAsyncTest, ConnectsWithTheUserAndPasswordGiven) {
   EXPECT_EQ(connection->State(), objectState::open);
   EXPECT_EQ(data.Log().opened.at(0).user, "me");
   EXPECT_EQ(data.Log().opened.at(0).password, "secret");
-  EXPECT_TRUE(data.Log().opened.at(0).async);
   EXPECT_TRUE(desktop.WindowsOf("dlgAsync").empty());
 }
 
@@ -116,8 +113,7 @@ TEST_F(dlgAsyncTest, ItsTitleNamesTheConnectionOfTheOperation) {
   async.Unload();
   async.NameConnection(connection, "first");
   async.NameConnection(connection, "Shop");
-  async.WorkFor(connection.get());
-  async.InitProgress("x", 1);
+  async.InitProgress("x", 1, connection.get());
   EXPECT_EQ(title(), "Shop");
   async.Unload();
   async.InitProcess("x");
@@ -132,7 +128,7 @@ TEST_F(dlgAsyncTest, ItsTitleNamesTheConnectionOfTheOperation) {
 }
 
 TEST_F(dlgAsyncTest, AnErrorOfTheCompletionIsRaisedWithItsPartsAfterTheWindowHasGone) {
-  ErrorInfo failure = FakeError("password authentication failed");
+  ErrorInfo failure = MemoryError("password authentication failed");
   failure.sqlState = "28P01";
   failure.helpContext = 7;
   data.openFailure = failure;
@@ -149,7 +145,7 @@ TEST_F(dlgAsyncTest, AnErrorOfTheCompletionIsRaisedWithItsPartsAfterTheWindowHas
 }
 
 TEST_F(dlgAsyncTest, AnErrorRaisedAtOnceIsRaisedUnchanged) {
-  data.openRefused = FakeError("There is no provider 'X'.", errorNumber::providerNotFound);
+  data.openRefused = MemoryError("There is no provider 'X'.", errorNumber::providerNotFound);
   try {
     async.DoConnect(connection, "", "");
     FAIL() << "nothing was raised";
@@ -161,22 +157,22 @@ TEST_F(dlgAsyncTest, AnErrorRaisedAtOnceIsRaisedUnchanged) {
 
 TEST_F(dlgAsyncTest, FetchesRowsAndShowsHowManyThereAre) {
   OpenConnection();
-  data.Answer("select", {FakeField("n", DataType::Integer)}, Rows(250)).HoldAtRow(200);
+  data.Answer("select", {MemoryField("n", DataType::Integer)}, Rows(250)).HoldAtRow(200);
   desktop.OnModal("dlgAsync", [this](test::HeadlessWindow&) {
     EXPECT_EQ(Message(), "Fetching records...\n200");
     data.Resume();
   });
-  auto recordset = Query("select");
-  EXPECT_TRUE(async.DoQuery(recordset, affected, true));
-  EXPECT_EQ(recordset->State(), objectState::open);
-  EXPECT_EQ(recordset->RecordCount(), 250);
+  const auto query = Query("select");
+  EXPECT_TRUE(async.DoQuery(query, affected, true));
+  EXPECT_EQ(query->FirstRows()->State(), objectState::open);
+  EXPECT_EQ(query->FirstRows()->RecordCount(), 250);
 }
 
 TEST_F(dlgAsyncTest, AnOperationThatIsOverBeforeTheWindowShowsEndsAtOnce) {
   OpenConnection();
   data.AnswerCount("update", 3);
-  auto recordset = Query("update");
-  EXPECT_TRUE(async.DoQuery(recordset, affected, true));
+  const auto query = Query("update");
+  EXPECT_TRUE(async.DoQuery(query, affected, true));
   EXPECT_EQ(affected, 3);
 }
 
@@ -187,7 +183,7 @@ TEST_F(dlgAsyncTest, AWindowThatBecomesActiveWhenTheWorkIsDoneHidesAtOnce) {
     w.Activate();
     EXPECT_TRUE(w.Visible()) << "the work goes on";
     data.Resume();
-    desktop.ProcessPending();
+    desktop.DrainEvents();
     EXPECT_FALSE(w.Visible());
     w.Show();
     EXPECT_FALSE(w.Visible()) << "active once more";
@@ -198,24 +194,24 @@ TEST_F(dlgAsyncTest, AWindowThatBecomesActiveWhenTheWorkIsDoneHidesAtOnce) {
 
 TEST_F(dlgAsyncTest, CancelDuringALongFetchReturnsFalseAndKeepsTheRowsSoFar) {
   OpenConnection();
-  data.Answer("select", {FakeField("n", DataType::Integer)}, Rows(1000)).HoldAtRow(300);
+  data.Answer("select", {MemoryField("n", DataType::Integer)}, Rows(1000)).HoldAtRow(300);
   desktop.OnModal("dlgAsync", Cancel);
-  auto recordset = Query("select");
-  EXPECT_FALSE(async.DoQuery(recordset, affected, true));
-  EXPECT_EQ(recordset->State(), objectState::open);
-  EXPECT_EQ(recordset->RecordCount(), 300);
+  const auto query = Query("select");
+  EXPECT_FALSE(async.DoQuery(query, affected, true));
+  EXPECT_EQ(query->FirstRows()->State(), objectState::open);
+  EXPECT_EQ(query->FirstRows()->RecordCount(), 300);
 }
 
 TEST_F(dlgAsyncTest, CancelDuringTheExecutionReturnsFalseWithTheRecordsetClosed) {
   OpenConnection();
-  data.Answer("select", FakeFields({"a"}), {}).HoldExecuting();
+  data.Answer("select", MemoryFields({"a"}), {}).HoldExecuting();
   desktop.OnModal("dlgAsync", [this](test::HeadlessWindow& w) {
     EXPECT_EQ(Message(), "\nExecuting...");
     Cancel(w);
   });
-  auto recordset = Query("select");
-  EXPECT_FALSE(async.DoQuery(recordset, affected, true));
-  EXPECT_EQ(recordset->State(), objectState::closed);
+  const auto query = Query("select");
+  EXPECT_FALSE(async.DoQuery(query, affected, true));
+  EXPECT_EQ(query->FirstRows(), nullptr);
 }
 
 TEST_F(dlgAsyncTest, AnActionStatementEndsWithItsCount) {
@@ -227,32 +223,59 @@ TEST_F(dlgAsyncTest, AnActionStatementEndsWithItsCount) {
 
 TEST_F(dlgAsyncTest, AFailedExecutionIsRaised) {
   OpenConnection();
-  data.AnswerError("select", FakeError("no such table: x"));
+  data.AnswerError("select", MemoryError("no such table: x"));
   EXPECT_THROW(async.DoQuery(Query("select"), affected, true), Error);
 }
 
 TEST_F(dlgAsyncTest, AFetchThatFailsHalfwayIsRaised) {
   OpenConnection();
-  data.Answer("select", {FakeField("n", DataType::Integer)}, Rows(500))
-      .FailAtRow(300, FakeError("server gone"));
-  auto recordset = Query("select");
+  data.Answer("select", {MemoryField("n", DataType::Integer)}, Rows(500))
+      .FailAtRow(300, MemoryError("server gone"));
+  const auto query = Query("select");
   try {
-    async.DoQuery(recordset, affected, true);
+    async.DoQuery(query, affected, true);
     FAIL() << "nothing was raised";
   } catch (const Error& error) {
     EXPECT_EQ(error.Description(), "server gone");
   }
 }
 
-TEST_F(dlgAsyncTest, WithoutAnExecutionTheCountIsMinusTwo) {
-  auto recordset = Query("select");
-  EXPECT_THROW(async.DoQuery(recordset, affected, true), Error);
-  EXPECT_EQ(affected, -2);
+TEST_F(dlgAsyncTest, BeforeTheExecutionHasCompletedTheCountIsMinusTwo) {
+  OpenConnection();
+  data.Answer("select", MemoryFields({"a"}), {}).HoldExecuting();
+  const auto query = Query("select");
+  desktop.OnModal("dlgAsync", [&](test::HeadlessWindow& w) {
+    EXPECT_EQ(query->RecordsAffected(), -2);
+    Cancel(w);
+  });
+  EXPECT_FALSE(async.DoQuery(query, affected, true));
+  EXPECT_EQ(affected, -1) << "it ended, and told of none";
+}
+
+TEST_F(dlgAsyncTest, ItWaitsForSeveralOperationsAndCancelsThemAll) {
+  const std::shared_ptr<Connection> other = data.CreateConnection();
+  other->SetConnectionString("Provider=Other");
+  for (const bool cancel : {false, true}) {
+    data.holdConnecting = true;
+    const dlgAsync::Operations opening = {connection->StartOpen({}, {}), other->StartOpen({}, {})};
+    desktop.OnModal("dlgAsync", [&](test::HeadlessWindow& w) {
+      EXPECT_EQ(Message(), "\nConnecting...");
+      if (cancel) return Cancel(w);
+      desktop.ProcessPending();
+      data.ResumeAll();
+    });
+    EXPECT_EQ(async.RunAll(opening, "Connecting...", true), !cancel);
+    for (const auto& operation : opening) EXPECT_TRUE(operation->HasEnded());
+    EXPECT_EQ(connection->State(), cancel ? objectState::closed : objectState::open);
+    EXPECT_EQ(other->State(), cancel ? objectState::closed : objectState::open);
+    connection->Close();
+    other->Close();
+  }
 }
 
 TEST_F(dlgAsyncTest, ABlockingQueryShowsWaitAndCannotBeCancelled) {
   OpenConnection();
-  data.Answer("select", {FakeField("n", DataType::Integer)}, Rows(5));
+  data.Answer("select", {MemoryField("n", DataType::Integer)}, Rows(5));
   int yields = 0;
   desktop.OnProcessPending([&](int) {
     ++yields;
@@ -262,11 +285,10 @@ TEST_F(dlgAsyncTest, ABlockingQueryShowsWaitAndCannotBeCancelled) {
     EXPECT_FALSE(desktop.WindowOf("dlgAsync").Find<Button>("cmdCancel").Enabled());
     EXPECT_FALSE(frame->Enabled());
   });
-  auto recordset = Query("select");
-  EXPECT_TRUE(async.DoQuery(recordset, affected, false));
+  const auto query = Query("select");
+  EXPECT_TRUE(async.DoQuery(query, affected, false));
   EXPECT_EQ(yields, 1);
-  EXPECT_EQ(recordset->RecordCount(), 5);
-  EXPECT_FALSE(data.Log().executed.back().async);
+  EXPECT_EQ(query->FirstRows()->RecordCount(), 5);
   EXPECT_TRUE(frame->Enabled());
 }
 
@@ -283,38 +305,52 @@ class dlgAsyncChangeTest : public dlgAsyncTest {
  protected:
   dlgAsyncChangeTest() {
     OpenConnection();
-    table = data.Answer("rows", {FakeField("n", DataType::Integer)}, Rows(3)).rows;
-    rows = Query("rows");
-    rows->SetLockType(LockType::Optimistic);
-    rows->Open(openOption::text);
+    table = data.Answer("rows", {MemoryField("n", DataType::Integer)}, Rows(3)).rows;
+    rows = test::QueryNow(*connection, "rows", LockType::Optimistic);
   }
 
-  std::shared_ptr<FakeRows> table;
+  /// Every way to change the records, or to take back what is pending.
+  static std::vector<std::function<void()>> ChangesOf(Recordset& records) {
+    return {[&] { records.SetFieldValue(0, Value(std::int64_t{30})); }, [&] { records.AddNew(); },
+            [&] { (void)records.StartUpdate(); }, [&] { (void)records.StartDelete(); },
+            [&] { records.CancelUpdate(); }};
+  }
+  /// Why something is refused; empty when it is not.
+  static std::string ReasonOf(const std::function<void()>& change) {
+    try {
+      change();
+    } catch (const Error& error) {
+      return error.Description();
+    }
+    return {};
+  }
+
+  std::shared_ptr<MemoryRows> table;
   std::shared_ptr<Recordset> rows;
 };
 
 TEST_F(dlgAsyncChangeTest, WritesAndDeletes) {
   for (const bool asynchronously : {true, false}) {
     rows->SetFieldValue(0, Value(std::int64_t{asynchronously ? 10 : 20}));
-    EXPECT_TRUE(async.DoUpdate(rows, asynchronously));
+    EXPECT_TRUE(async.Run(rows->StartUpdate(), "Saving the record...", asynchronously));
     EXPECT_EQ(table->at(0).at(0), Value(std::int64_t{asynchronously ? 10 : 20}));
     EXPECT_TRUE(frame->Enabled());
   }
-  EXPECT_TRUE(async.DoDelete(rows, true));
+  EXPECT_TRUE(async.Run(rows->StartDelete(), "Deleting the record...", true));
   EXPECT_EQ(table->size(), 2U);
   EXPECT_EQ(rows->State(), objectState::open);
 }
 
 TEST_F(dlgAsyncChangeTest, WithNothingPendingItIsOverAtOnce) {
-  EXPECT_TRUE(async.DoUpdate(rows, true));
+  EXPECT_TRUE(async.Run(rows->StartUpdate(), "Saving the record...", true));
   EXPECT_EQ(data.Log().changes, 0);
 }
 
 TEST_F(dlgAsyncChangeTest, AFailureIsRaisedAndTheChangeStaysPending) {
-  data.changeFailure = FakeError("constraint failed");
+  data.changeFailure = MemoryError("constraint failed");
   rows->SetFieldValue(0, Value(std::int64_t{10}));
   for (const bool asynchronously : {true, false}) try {
-      static_cast<void>(async.DoUpdate(rows, asynchronously));
+      static_cast<void>(async.Run(rows->StartUpdate(), "Saving the record...", asynchronously));
       FAIL() << "nothing was raised";
     } catch (const Error& error) {
       EXPECT_EQ(error.Description(), "constraint failed");
@@ -329,14 +365,44 @@ TEST_F(dlgAsyncChangeTest, ACancelReturnsFalseAndTheChangeStaysPending) {
     EXPECT_EQ(Message(), "\nSaving the record...");
     Cancel(w);
   });
-  EXPECT_FALSE(async.DoUpdate(rows, true));
+  EXPECT_FALSE(async.Run(rows->StartUpdate(), "Saving the record...", true));
   EXPECT_EQ(rows->Editing(), EditMode::InProgress);
   desktop.OnModal("dlgAsync", [this](test::HeadlessWindow& w) {
     EXPECT_EQ(Message(), "\nDeleting the record...");
     Cancel(w);
   });
-  EXPECT_FALSE(async.DoDelete(rows, true));
+  EXPECT_FALSE(async.Run(rows->StartDelete(), "Deleting the record...", true));
   EXPECT_EQ(table->size(), 3U);
+}
+
+TEST_F(dlgAsyncChangeTest, RecordsThatAreStillArrivingAreNotChanged) {
+  data.Answer("more", {MemoryField("n", DataType::Integer)}, Rows(250)).HoldAtRow(200);
+  const auto query = connection->StartQuery("more", LockType::Optimistic);
+  desktop.OnModal("dlgAsync", [&](test::HeadlessWindow&) {
+    EXPECT_EQ(query->FirstRows()->RecordCount(), 200);
+    for (const auto& change : ChangesOf(*query->FirstRows()))
+      EXPECT_EQ(ReasonOf(change), "The records are still being fetched.");
+    data.Resume();
+  });
+  EXPECT_TRUE(async.DoQuery(query, affected, true));
+  const std::shared_ptr<Recordset> more = query->FirstRows();
+  EXPECT_EQ(more->WhyNotChangeable(), std::nullopt);
+  more->SetFieldValue(0, Value(std::int64_t{-1}));
+  EXPECT_TRUE(async.Run(more->StartUpdate(), "Saving the record...", true));
+}
+
+TEST_F(dlgAsyncChangeTest, ARecordThatIsBeingWrittenIsLeftAlone) {
+  data.holdChanges = true;
+  rows->SetFieldValue(0, Value(std::int64_t{10}));
+  desktop.OnModal("dlgAsync", [&](test::HeadlessWindow&) {
+    for (const auto& change : ChangesOf(*rows))
+      EXPECT_EQ(ReasonOf(change), "The change is being written.");
+    data.Resume();
+  });
+  EXPECT_TRUE(async.Run(rows->StartUpdate(), "Saving the record...", true));
+  EXPECT_EQ(table->at(0).at(0), Value(std::int64_t{10}));
+  EXPECT_EQ(rows->Editing(), EditMode::None);
+  EXPECT_EQ(data.Log().changes, 1);
 }
 
 // --- the program's own loops ---------------------------------------------------------------------

@@ -172,14 +172,15 @@ TEST_F(BlobTransferTest, NullSetsTheFieldToNull) {
 
 TEST_F(BlobTransferTest, AFailureToSetNullIsShownAndTheRecordUnchanged) {
   W().PressKey('L', shiftState::ctrl);
-  std::vector<FieldInfo> fields{test::FakeField("picture", DataType::LongVarBinary)};
-  fields[0].updatable = false;
-  data.Answer("computed", fields, {{Value(BytesOf(5))}});
+  std::vector<FieldInfo> fields{MemoryField("id", DataType::Integer),
+                                MemoryField("picture", DataType::LongVarBinary)};
+  fields[1].updatable = false;
+  data.Answer("computed", fields, {{Value(std::int64_t{1}), Value(BytesOf(5))}});
   ASSERT_TRUE(Run("computed"));
   ExpectNotice("The field 'picture' cannot be changed.");
   desktop.ExpectPopup("menuBLOB", "mnuBLOBNull");
-  W().ClickGridButton("DataGrid", 0, 0);
-  EXPECT_EQ(Grid().ShownText(0, 0), "[5]");
+  W().ClickGridButton("DataGrid", 0, 1);
+  EXPECT_EQ(Grid().ShownText(0, 1), "[5]");
   EXPECT_TRUE(NoButtonShows());
 }
 

@@ -5,10 +5,6 @@
 namespace tessel {
 namespace {
 
-using test::FakeError;
-using test::FakeField;
-using test::FakeRows;
-
 class BrokenFetchTest : public test::RecordsFixture {
  protected:
   static constexpr const char* reason =
@@ -16,10 +12,10 @@ class BrokenFetchTest : public test::RecordsFixture {
 
   BrokenFetchTest() {
     EXPECT_TRUE(Connect());
-    FakeRows rows;
+    MemoryRows rows;
     for (int i = 0; i < 500; ++i) rows.push_back({Value(std::int64_t{i})});
-    data.Answer("broken", {FakeField("n", DataType::Integer)}, rows)
-        .FailAtRow(250, FakeError(reason));
+    data.Answer("broken", {MemoryField("n", DataType::Integer)}, rows)
+        .FailAtRow(250, MemoryError(reason));
   }
 };
 
@@ -54,7 +50,7 @@ TEST_F(BrokenFetchTest, ItBreaksTheSameWhereTheProviderBlocks) {
 
 TEST_F(BrokenFetchTest, AnErrorOfTheExecutionHidesTheRowsThatWereThere) {
   RunThreeRows();
-  data.AnswerError("bad", FakeError("no such table"));
+  data.AnswerError("bad", MemoryError("no such table"));
   EXPECT_FALSE(Run("bad"));
   EXPECT_EQ(Status(), "[12:00:00]  no such table");
   EXPECT_FALSE(Shows("DataGrid"));

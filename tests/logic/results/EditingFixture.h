@@ -21,18 +21,18 @@ class EditingFixture : public RecordsFixture {
   [[nodiscard]] static Bytes BytesOf(std::size_t count) { return Bytes(count, std::byte{7}); }
 
   /// Unlocks, and runs a query that gives the rows of the table.
-  FakeResult& RunUnlocked(const std::string& sql = "select") {
+  MemoryResult& RunUnlocked(const std::string& sql = "select") {
     if (W().Find<CheckBox>("chkLock").Value()) W().PressKey('L', shiftState::ctrl);
     return RunRows(sql);
   }
-  FakeResult& RunRows(const std::string& sql = "select") {
-    std::vector<FieldInfo> fields{FakeField("id", DataType::Integer), FakeField("name"),
-                                  FakeField("active", DataType::Boolean),
-                                  FakeField("picture", DataType::LongVarBinary),
-                                  FakeField("picture_FileName")};
+  MemoryResult& RunRows(const std::string& sql = "select") {
+    std::vector<FieldInfo> fields{MemoryField("id", DataType::Integer), MemoryField("name"),
+                                  MemoryField("active", DataType::Boolean),
+                                  MemoryField("picture", DataType::LongVarBinary),
+                                  MemoryField("picture_FileName")};
     fields[id].nullable = false;
     fields[id].autoIncrement = true;
-    FakeResult& answer =
+    MemoryResult& answer =
         data.Answer(sql, fields,
                     {{Int(1), Text("one"), Value(true), Value(BytesOf(2048)), Text("one.png")},
                      {Int(2), Value(), Value(), Value(), Value()},
@@ -59,7 +59,7 @@ class EditingFixture : public RecordsFixture {
     });
   }
 
-  std::shared_ptr<FakeRows> table;
+  std::shared_ptr<MemoryRows> table;
 };
 
 }  // namespace tessel::test

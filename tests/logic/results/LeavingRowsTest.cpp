@@ -9,7 +9,6 @@
 namespace tessel {
 namespace {
 
-using test::FakeError;
 using test::HeadlessWindow;
 
 constexpr const char* question = "Save the change to this record?";
@@ -100,7 +99,7 @@ TEST_P(EachWay, CancelStopsAndKeepsTheChange) {
 }
 
 TEST_P(EachWay, AChangeThatCannotBeWrittenStopsAndStays) {
-  data.changeFailure = FakeError("value too long");
+  data.changeFailure = MemoryError("value too long");
   desktop.ExpectMessage(question, MessageResult::Yes);
   ExpectNotice("value too long");
   way.go();
@@ -111,9 +110,9 @@ TEST_P(EachWay, AChangeThatCannotBeWrittenStopsAndStays) {
 }
 
 TEST_P(EachWay, ALostServerStopsYesAndLetsNoGoOn) {
-  data.Connections().back()->LoseSession();
+  data.LoseSessions();
   desktop.ExpectMessage(question, MessageResult::Yes);
-  ExpectNotice("The connection is closed.");
+  ExpectNotice("The server has gone away.");
   way.go();
   EXPECT_FALSE(way.gone());
   EXPECT_TRUE(Grid().ChangePending());

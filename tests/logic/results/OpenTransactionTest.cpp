@@ -9,8 +9,6 @@
 namespace tessel {
 namespace {
 
-using test::FakeError;
-using test::FakeFields;
 using test::HeadlessWindow;
 
 constexpr const char* question = "The connection 'Shop' has a transaction open since 14:05.";
@@ -30,7 +28,7 @@ class OpenTransactionTest : public test::EditingFixture {
     data.AnswerNothing("COMMIT").Leaves(UserTransaction::None);
     data.AnswerNothing("ROLLBACK").Leaves(UserTransaction::None);
     data.AnswerNothing("no autocommit").Leaves(UserTransaction::Waiting);
-    data.AnswerError("bad", FakeError("no such table"));
+    data.AnswerError("bad", MemoryError("no such table"));
     data.AnswerNothing("another");
   }
 
@@ -41,7 +39,7 @@ class OpenTransactionTest : public test::EditingFixture {
   /// A transaction that accepts nothing but its end.
   void BeginAndFail() {
     Begin();
-    data.Answer("fails", FakeFields({"a"}), {}).Leaves(UserTransaction::Failed);
+    data.Answer("fails", MemoryFields({"a"}), {}).Leaves(UserTransaction::Failed);
     EXPECT_TRUE(Run("fails"));
     desktop.DrainEvents();
   }
@@ -69,7 +67,7 @@ TEST_F(OpenTransactionTest, TheWordTellsWhatTheTransactionIsLike) {
   EXPECT_EQ(Word().Caption(), "In transaction since 14:05");
   EXPECT_NE(Word().BackColor(), quiet);
   data.transactionTime += std::chrono::minutes(7);
-  data.Answer("fails", FakeFields({"a"}), {}).Leaves(UserTransaction::Failed);
+  data.Answer("fails", MemoryFields({"a"}), {}).Leaves(UserTransaction::Failed);
   Run("fails");
   desktop.DrainEvents();
   EXPECT_EQ(Word().Caption(), "Failed transaction since 14:05");
@@ -97,7 +95,8 @@ TEST_F(OpenTransactionTest, WhereTheDatabaseDoesNotTellThereIsNoWord) {
 
 TEST_F(OpenTransactionTest, ALostSessionHasNoTransaction) {
   Begin();
-  data.Connections().at(0)->LoseSession();
+  data.LoseSessions();
+  Run("another");
   desktop.DrainEvents();
   EXPECT_FALSE(Shows("lblTransaction"));
   W().CloseByControlBox();
@@ -165,7 +164,7 @@ TEST_P(EachEnd, CancelKeepsAllAsItIs) {
 
 TEST_P(EachEnd, ACommitThatFailsShowsWhyAndKeepsAll) {
   Begin();
-  data.AnswerError("COMMIT", FakeError("deferred constraint"));
+  data.AnswerError("COMMIT", MemoryError("deferred constraint"));
   Run("COMMIT");  // Takes the answer that is there already.
   Run("begin");
   desktop.ExpectMessage(question, MessageResult::Yes);
@@ -202,8 +201,8 @@ TEST_P(EachEnd, AFailedTransactionCanOnlyBeRolledBack) {
 TEST_P(EachEnd, WithTheServerGoneACommitSaysSoAndTheNextAttemptGoesOn) {
   Begin();
   desktop.ExpectMessage(question, MessageResult::Yes,
-                        [this](const Message&) { data.Connections().at(0)->LoseSession(); });
-  ExpectNotice("The connection is closed.");
+                        [this](const Message&) { data.LoseSessions(); });
+  ExpectNotice("The server has gone away.");
   way.go();
   ExpectAllIsKept();
   if (std::string(way.name) == "CatalogChange") return;  // It needs a session.
@@ -215,8 +214,8 @@ TEST_P(EachEnd, ARollbackThatFindsTheServerGoneGoesOn) {
   if (std::string(way.name) == "CatalogChange") GTEST_SKIP() << "it needs a session";
   Begin();
   desktop.ExpectMessage(question, MessageResult::No,
-                        [this](const Message&) { data.Connections().at(0)->LoseSession(); });
-  if (std::string(way.name) != "FrameClose") ExpectNotice("The connection is closed.");
+                        [this](const Message&) { data.LoseSessions(); });
+  if (std::string(way.name) != "FrameClose") ExpectNotice("The server has gone away.");
   way.go();
   EXPECT_TRUE(way.gone());
 }
@@ -307,10 +306,9 @@ TEST_P(EachEnd, WithTheServerGoneOnlyTheChangeIsLeftToAskAbout) {
   if (std::string(way.name) == "CatalogChange") GTEST_SKIP() << "it needs a session";
   Begin();
   TypeIntoARow();
-  data.Connections().at(0)->LoseSession();
-  desktop.DrainEvents();
+  data.LoseSessions();
   desktop.ExpectMessage(saveQuestion, MessageResult::Yes);
-  ExpectNotice("The connection is closed.");
+  ExpectNotice("The server has gone away.");
   way.go();
   ExpectAllIsKept();
   EXPECT_EQ(Grid().CellText(), "typed");

@@ -6,9 +6,6 @@
 namespace tessel {
 namespace {
 
-using test::FakeField;
-using test::FakeRows;
-
 constexpr const char* allCommands[] = {"mnuCvtCSV",       "mnuCvtQuotedCSV", "mnuCvtTabDelimited",
                                        "mnuCvtInsertSQL", "mnuCvtSetSQL",    "mnuCvtHTMLTable",
                                        "mnuCvtArrayC"};
@@ -30,15 +27,15 @@ class RecordConversionTest : public test::RecordsFixture {
  protected:
   RecordConversionTest() { EXPECT_TRUE(Connect()); }
 
-  void Give(std::vector<FieldInfo> fields, FakeRows rows, const std::string& sql = "select") {
+  void Give(std::vector<FieldInfo> fields, MemoryRows rows, const std::string& sql = "select") {
     data.Answer(sql, std::move(fields), std::move(rows));
     ASSERT_TRUE(Run(sql));
   }
   /// One column of that name with these values.
   void GiveColumn(const std::string& name, DataType type, const std::vector<Value>& values) {
-    FakeRows rows;
+    MemoryRows rows;
     for (const Value& value : values) rows.push_back({value});
-    Give({FakeField(name, type)}, std::move(rows));
+    Give({MemoryField(name, type)}, std::move(rows));
   }
   /// The fields id and name with the rows (1, a'b), (2, null) and (3, c).
   void GiveThree(const std::string& sql = "select * from Orders") { RunThreeRows(sql); }
@@ -110,7 +107,7 @@ TEST_F(RecordConversionTest, CsvHasAHeaderAndPlainValuesWithNullEmpty) {
 }
 
 TEST_F(RecordConversionTest, QuotedCsvQuotesTextsAloneAndNoNames) {
-  Give({FakeField("my id", DataType::Integer), FakeField("na\"me")},
+  Give({MemoryField("my id", DataType::Integer), MemoryField("na\"me")},
        {{Number(1), Text("say \"hi\", you")}, {Number(2), Value()}});
   EXPECT_EQ(Converted("mnuCvtQuotedCSV"), "my id,na\"me\r\n1,\"say \"\"hi\"\", you\"\r\n2,\r\n");
 }
@@ -121,8 +118,8 @@ TEST_F(RecordConversionTest, TabDelimitedWritesNullAsAWord) {
 }
 
 TEST_F(RecordConversionTest, InsertWritesAStatementARecord) {
-  Give({FakeField("Id", DataType::Integer), FakeField("Unit Price", DataType::Double),
-        FakeField("2nd")},
+  Give({MemoryField("Id", DataType::Integer), MemoryField("Unit Price", DataType::Double),
+        MemoryField("2nd")},
        {{Number(7), Value(0.5), Text("O'Brien")}, {Number(8), Value(), Value()}},
        "select * from Orders");
   EXPECT_EQ(Converted("mnuCvtInsertSQL"),
@@ -131,13 +128,13 @@ TEST_F(RecordConversionTest, InsertWritesAStatementARecord) {
 }
 
 TEST_F(RecordConversionTest, SetListsTheFirstColumnOnly) {
-  Give({FakeField("name"), FakeField("id", DataType::Integer)},
+  Give({MemoryField("name"), MemoryField("id", DataType::Integer)},
        {{Text("O'Brien"), Number(1)}, {Text("b"), Number(2)}, {Value(), Number(3)}});
   EXPECT_EQ(Converted("mnuCvtSetSQL"), "('O''Brien', 'b', NULL)");
 }
 
 TEST_F(RecordConversionTest, HtmlIsATableWithAnEmptyCellForNull) {
-  Give({FakeField("a<b"), FakeField("id", DataType::Integer)},
+  Give({MemoryField("a<b"), MemoryField("id", DataType::Integer)},
        {{Text("x<y & \"z\""), Number(1)}, {Value(), Number(2)}});
   EXPECT_EQ(Converted("mnuCvtHTMLTable"),
             "<table border=\"1\">\r\n<tr><th>a<b</th><th>id</th></tr>\r\n"
@@ -183,7 +180,7 @@ TEST_F(RecordConversionTest, EachPassesItsHelpTopicAndFileTypes) {
 // --- values --------------------------------------------------------------------------------------
 
 TEST_F(RecordConversionTest, AnEmptyRecordsetGivesWhatStandsAroundTheRecords) {
-  Give({FakeField("id", DataType::Integer), FakeField("name")}, {}, "select * from Orders");
+  Give({MemoryField("id", DataType::Integer), MemoryField("name")}, {}, "select * from Orders");
   EXPECT_EQ(Converted("mnuCvtCSV"), "id,name\r\n");
   EXPECT_EQ(Converted("mnuCvtInsertSQL"), "");
   EXPECT_EQ(Converted("mnuCvtSetSQL"), "()");
@@ -251,7 +248,7 @@ TEST_F(RecordConversionTest, SelectedRowsComeInTheOrderOfSelection) {
 }
 
 TEST_F(RecordConversionTest, SelectedColumnsAloneAreTaken) {
-  Give({FakeField("a"), FakeField("b"), FakeField("c")}, {{Text("1"), Text("2"), Text("3")}});
+  Give({MemoryField("a"), MemoryField("b"), MemoryField("c")}, {{Text("1"), Text("2"), Text("3")}});
   W().SelectGridColumns("DataGrid", 1, 2);
   EXPECT_EQ(Converted("mnuCvtCSV"), "b,c\r\n2,3\r\n");
   EXPECT_EQ(Converted("mnuCvtSetSQL"), "('2')");
@@ -300,9 +297,9 @@ TEST_F(RecordConversionTest, CancelKeepsAndShowsWhatIsDone) {
 TEST_F(RecordConversionTest, AFailureIsShownCriticallyAndNoTextComesUp) {
   GiveThree();
   const auto rows = Grid().DataSource();
-  desktop.ExpectMessage("The recordset is closed.", MessageResult::Ok, [](const Message& message) {
-    EXPECT_EQ(message.icon, MessageIcon::Critical);
-  });
+  desktop.ExpectMessage(
+      "This is not possible while the recordset is closed.", MessageResult::Ok,
+      [](const Message& message) { EXPECT_EQ(message.icon, MessageIcon::Critical); });
   rows->Close();
   W().ChooseMenu("mnuCvtCSV");
   ExpectNoViewer();
@@ -394,7 +391,7 @@ TEST_F(RecordConversionTest, InsertWritesTheQuotesOfADatabaseThatTakesNoBrackets
   data.properties.Set("Bracket Identifiers", std::int64_t{0});
   data.properties.Set("Identifier Case Sensitivity", std::int64_t{2});
   W().Click("cmdReconnect");
-  data.Answer("select * from Orders o", {FakeField("Order ID"), FakeField("user")},
+  data.Answer("select * from Orders o", {MemoryField("Order ID"), MemoryField("user")},
               {{Text("a"), Text("b")}});
   ASSERT_TRUE(Run("select * from Orders o"));
   EXPECT_EQ(Converted("mnuCvtInsertSQL"),

@@ -5,7 +5,6 @@
 namespace tessel {
 namespace {
 
-using test::FakeError;
 using test::HeadlessWindow;
 
 class RecordEditingTest : public test::EditingFixture {
@@ -58,7 +57,7 @@ TEST_F(RecordEditingTest, UnlockedRowsAreQueriedOptimisticallyAndMayBeChangedAdd
 // --- the warning ---------------------------------------------------------------------------------
 
 TEST_F(RecordEditingTest, LockedRowsNeverShowTheWarningWhateverTheKeySays) {
-  data.Answer("select", test::FakeFields({"a"}), {{Text("x")}}).UniqueRows(false);
+  data.Answer("select", MemoryFields({"a"}), {{Text("x")}}).UniqueRows(false);
   ASSERT_TRUE(Run("select"));
   EXPECT_FALSE(Shows("lblWarning"));
   EXPECT_EQ(Grid().Bounds().top, 840);
@@ -66,7 +65,7 @@ TEST_F(RecordEditingTest, LockedRowsNeverShowTheWarningWhateverTheKeySays) {
 
 TEST_F(RecordEditingTest, TheWarningTellsMoreWhenItIsDoubleClicked) {
   W().PressKey('L', shiftState::ctrl);
-  data.Answer("select", test::FakeFields({"a"}), {{Text("x")}}).UniqueRows(false);
+  data.Answer("select", MemoryFields({"a"}), {{Text("x")}}).UniqueRows(false);
   ASSERT_TRUE(Run("select"));
   EXPECT_TRUE(Shows("lblWarning"));
   EXPECT_EQ(Grid().Bounds().top, 960);
@@ -88,7 +87,7 @@ TEST_F(RecordEditingTest, TheWarningTellsMoreWhenItIsDoubleClicked) {
 
 TEST_F(RecordEditingTest, ANewQueryAndAReconnectionHideTheButtonsAndTheWarning) {
   W().PressKey('L', shiftState::ctrl);
-  data.Answer("keyless", test::FakeFields({"a"}), {{Text("y")}}).UniqueRows(false);
+  data.Answer("keyless", MemoryFields({"a"}), {{Text("y")}}).UniqueRows(false);
   ASSERT_TRUE(Run("keyless"));
   Type("x");
   EXPECT_TRUE(ButtonsShow());
@@ -267,7 +266,7 @@ TEST_F(RecordEditingTest, ATextThatIsNoValueIsShownAndKeepsTheUserInTheCell) {
 
 TEST_F(RecordEditingTest, AFailedAcceptShowsTheProvidersWordsAndKeepsTheChange) {
   RunUnlocked();
-  data.changeFailure = FakeError("CHECK constraint failed: name");
+  data.changeFailure = MemoryError("CHECK constraint failed: name");
   ClickCell(0, name);
   Type("b");
   ExpectNotice("CHECK constraint failed: name");
@@ -282,7 +281,7 @@ TEST_F(RecordEditingTest, AFailedAcceptShowsTheProvidersWordsAndKeepsTheChange) 
 
 TEST_F(RecordEditingTest, ARowThatCannotBeWrittenKeepsTheUserOnIt) {
   RunUnlocked();
-  data.changeFailure = FakeError("database is locked");
+  data.changeFailure = MemoryError("database is locked");
   ClickCell(0, name);
   Type("b");
   ExpectNotice("database is locked");
@@ -297,7 +296,8 @@ TEST_F(RecordEditingTest, ARowThatSomebodyElseChangedIsAConflictAndStays) {
   table->at(0).at(name) = Text("theirs");
   ClickCell(0, name);
   Type("mine");
-  ExpectNotice("The record was changed or deleted by somebody else since it was read.");
+  ExpectNotice(
+      "The record was changed or deleted by somebody else since it was read. Nothing was changed.");
   Press('S', shiftState::ctrl);
   EXPECT_EQ(Stored(0, name), Text("theirs"));
   EXPECT_EQ(Grid().ShownText(0, name), "mine");
@@ -306,20 +306,20 @@ TEST_F(RecordEditingTest, ARowThatSomebodyElseChangedIsAConflictAndStays) {
 
 TEST_F(RecordEditingTest, ARowThatMatchesSeveralIsNotWritten) {
   W().PressKey('L', shiftState::ctrl);
-  data.Answer("twins", {test::FakeField("a"), test::FakeField("b")},
+  data.Answer("twins", {MemoryField("a"), MemoryField("b")},
               {{Text("x"), Text("y")}, {Text("x"), Text("y")}})
       .UniqueRows(false);
   ASSERT_TRUE(Run("twins"));
   ClickCell(0, 1);
   Type("z");
-  ExpectNotice("Several records match; none was changed.");
+  ExpectNotice("The record matches several rows; nothing was changed.");
   Press('S', shiftState::ctrl);
   EXPECT_TRUE(ButtonsShow());
 }
 
 TEST_F(RecordEditingTest, RowsThatCannotBeWrittenAreNotOfferedForEditing) {
   W().PressKey('L', shiftState::ctrl);
-  data.Answer("join", {test::FakeField("a")}, {{Text("x")}}).Writable(false).UniqueRows(false);
+  data.Answer("join", {MemoryField("a")}, {{Text("x")}}).Writable(false).UniqueRows(false);
   ASSERT_TRUE(Run("join"));
   EXPECT_FALSE(Grid().AllowUpdate());
   EXPECT_FALSE(Grid().AllowDelete());
@@ -337,7 +337,7 @@ TEST_F(RecordEditingTest, RowsThatCannotBeWrittenAreNotOfferedForEditing) {
 
 TEST_F(RecordEditingTest, AColumnThatCannotBeWrittenIsReadOnly) {
   W().PressKey('L', shiftState::ctrl);
-  std::vector<FieldInfo> fields = test::FakeFields({"a", "twice"});
+  std::vector<FieldInfo> fields = MemoryFields({"a", "twice"});
   fields[1].updatable = false;
   data.Answer("computed", fields, {{Text("x"), Text("xx")}});
   ASSERT_TRUE(Run("computed"));
@@ -598,7 +598,7 @@ TEST_F(RecordEditingTest, VisitingTheNewRowWithoutTypingAddsNothing) {
 
 TEST_F(RecordEditingTest, AQueryWithoutRowsOffersTheNewRecordAtOnce) {
   W().PressKey('L', shiftState::ctrl);
-  test::FakeResult& answer = data.Answer("none", {test::FakeField("a")}, {});
+  MemoryResult& answer = data.Answer("none", {MemoryField("a")}, {});
   ASSERT_TRUE(Run("none"));
   EXPECT_TRUE(Grid().OnNewRow());
   W().ClickGridCell("DataGrid", 0, 0);
@@ -636,7 +636,7 @@ TEST_F(RecordEditingTest, AnsweringNoDeletesNothing) {
 
 TEST_F(RecordEditingTest, DeletingStopsWithTheMessageAtTheFirstFailure) {
   RunUnlocked();
-  data.changeFailure = FakeError("FOREIGN KEY constraint failed");
+  data.changeFailure = MemoryError("FOREIGN KEY constraint failed");
   data.changesBeforeFailure = 1;
   W().SelectGridRows("DataGrid", {0, 1, 2});
   desktop.ExpectMessage("Delete 3 record(s)?", MessageResult::Yes);

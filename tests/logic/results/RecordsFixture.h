@@ -82,7 +82,7 @@ class RecordsFixture : public LogicFixture {
   void RunThreeRows(const std::string& sql = "select") { RunThreeRows(sql, sql); }
   /// Runs SQL with tags; `filled` is what the database gets of it.
   void RunThreeRows(const std::string& sql, const std::string& filled) {
-    data.Answer(filled, {FakeField("id", DataType::Integer), FakeField("name")},
+    data.Answer(filled, {MemoryField("id", DataType::Integer), MemoryField("name")},
                 {{Value(std::int64_t{1}), Value(std::string("a'b"))},
                  {Value(std::int64_t{2}), Value()},
                  {Value(std::int64_t{3}), Value(std::string("c"))}});

@@ -5,9 +5,6 @@
 namespace tessel {
 namespace {
 
-using test::FakeField;
-using test::FakeFields;
-
 class RecordsTagsTest : public test::RecordsFixture {};
 
 // --- values for tags -----------------------------------------------------------------------------
@@ -51,7 +48,7 @@ TEST_F(RecordsTagsTest, TagValuesThatCannotBeTakenSayWhy) {
   };
   ASSERT_TRUE(Connect());
   EXPECT_EQ(reason("id"), "No records available.");
-  data.Answer("none", FakeFields({"id"}), {});
+  data.Answer("none", MemoryFields({"id"}), {});
   EXPECT_TRUE(Run("none"));
   EXPECT_EQ(reason("id"), "No data available.");
   EXPECT_EQ(reason("other"), "Field 'other' not available.");
@@ -63,7 +60,7 @@ TEST_F(RecordsTagsTest, TagValuesThatCannotBeTakenSayWhy) {
 
 TEST_F(RecordsTagsTest, AListThatBeginsWithAnEmptyTextKeepsItsCommas) {
   ASSERT_TRUE(Connect());
-  data.Answer("select", FakeFields({"name"}),
+  data.Answer("select", MemoryFields({"name"}),
               {{Value(std::string())}, {Value(std::string())}, {Value(std::string("c"))}});
   EXPECT_TRUE(Run("select"));
   EXPECT_EQ(records->GetTagFieldValue("name", true, false), "(, , c)");
@@ -95,7 +92,7 @@ TEST_F(RecordsTagsTest, AListTagTakesAllRowsOrTheSelectedOnes) {
 
 TEST_F(RecordsTagsTest, TagsOfNullAndOfBooleansTakeTheirOwnForms) {
   ASSERT_TRUE(Connect());
-  data.Answer("select", {FakeField("n"), FakeField("b", DataType::Boolean)},
+  data.Answer("select", {MemoryField("n"), MemoryField("b", DataType::Boolean)},
               {{Value(), Value(true)}});
   EXPECT_TRUE(Run("select"));
   data.AnswerNothing("NULL NULL 1 '1'");
@@ -150,7 +147,7 @@ TEST_F(RecordsTagsTest, FieldTagsNeedRowsAndACurrentRecord) {
   ASSERT_TRUE(Connect());
   desktop.ExpectMessage("No records available.");
   EXPECT_FALSE(Run("<%=id%>"));
-  data.Answer("none", FakeFields({"id"}), {});
+  data.Answer("none", MemoryFields({"id"}), {});
   EXPECT_TRUE(Run("none"));
   desktop.ExpectMessage("No data available.");
   EXPECT_FALSE(Run("{%=id%}"));
@@ -211,7 +208,7 @@ TEST_F(RecordsTagsTest, ARequeryFillsTheTagsAnewAndAPlainOneDoesNot) {
   W().PressKey(key::f5);
   EXPECT_EQ(data.ExecutedSql().back(), "select 1");
   EXPECT_TRUE(Shows("cmdRequeryTags"));
-  data.Answer("select 2", FakeFields({"n"}), {});
+  data.Answer("select 2", MemoryFields({"n"}), {});
   W().PressKey(key::f5, shiftState::ctrl);
   EXPECT_EQ(data.ExecutedSql().back(), "select 2");
   EXPECT_FALSE(W().Find<Button>("cmdHistoryBack").Enabled());
@@ -232,7 +229,7 @@ TEST_F(RecordsTagsTest, ForwardFillsTheTagsFromTheRowsOnShow) {
   EXPECT_EQ(W().Find<Button>("cmdHistoryForwardTags").ToolTip(),
             "Forward (resubstitute tags) to: second <%=id%>");
   W().ClickGridCell("DataGrid", 2, 0);
-  data.Answer("second 3", FakeFields({"n"}), {});
+  data.Answer("second 3", MemoryFields({"n"}), {});
   W().PressKey(key::right, shiftState::ctrl | shiftState::alt);
   EXPECT_EQ(data.ExecutedSql().back(), "second 3");
   EXPECT_FALSE(W().Find<Button>("cmdHistoryForward").Enabled());

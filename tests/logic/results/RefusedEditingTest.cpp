@@ -1,4 +1,5 @@
 #include "tests/logic/results/EditingFixture.h"
+#include "tests/support/DataSteps.h"
 
 namespace tessel {
 namespace {
@@ -9,14 +10,15 @@ using test::HeadlessWindow;
 class OtherDatabaseTest : public test::EditingFixture {
  protected:
   static constexpr const char* refusal =
-      "These records come from the database 'prod', and 'test' is in use now.";
+      "These records come from the database 'prod', and 'test' is in use now: choose 'prod' again, "
+      "or run the query again. Nothing was changed.";
 
   OtherDatabaseTest() {
     data.defaultDatabase = "prod";
     data.catalogs = {"prod", "test"};
     EXPECT_TRUE(Connect());
   }
-  void Use(const char* catalog) { data.Connections().front()->SetDefaultDatabase(catalog); }
+  void Use(const char* catalog) { test::UseCatalog(*data.Connections().front(), catalog); }
 };
 
 TEST_F(OtherDatabaseTest, RecordsAreReadAndRefuseTheFirstKeystroke) {
@@ -84,8 +86,7 @@ class BrokenTextTest : public test::EditingFixture {
   BrokenTextTest() {
     EXPECT_TRUE(Connect());
     W().PressKey('L', shiftState::ctrl);
-    table =
-        data.Answer("menu", test::FakeFields({"id", "drink"}), {{Text("1"), Text(broken)}}).rows;
+    table = data.Answer("menu", MemoryFields({"id", "drink"}), {{Text("1"), Text(broken)}}).rows;
     EXPECT_TRUE(Run("menu"));
     ClickCell(0, 1);
   }

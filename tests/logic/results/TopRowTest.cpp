@@ -107,7 +107,7 @@ TEST_F(TopRowTest, TheWordOfTheTransactionMakesTheRowFoldAndUnfold) {
 
 /// Two windows side by side on a screen 1024 wide, the sidebar shown.
 TEST_F(TopRowTest, InTwoTiledColumnsTwoRowsDo) {
-  data.Answer("fails", test::FakeFields({"a"}), {}).Leaves(UserTransaction::Failed);
+  data.Answer("fails", MemoryFields({"a"}), {}).Leaves(UserTransaction::Failed);
   Run("fails");
   desktop.DrainEvents();
   ASSERT_EQ(W().Find<Label>("lblTransaction").Caption(), "Failed transaction since 14:05");
@@ -119,7 +119,7 @@ TEST_F(TopRowTest, InTwoTiledColumnsTwoRowsDo) {
 TEST_F(TopRowTest, TheWarningStandsBelowAFoldedRow) {
   W().ResizeTo(6000, 6000);
   W().PressKey('L', shiftState::ctrl);
-  data.Answer("select", test::FakeFields({"a"}), {{Value(std::string("x"))}}).UniqueRows(false);
+  data.Answer("select", MemoryFields({"a"}), {{Value(std::string("x"))}}).UniqueRows(false);
   EXPECT_TRUE(Run("select"));
   EXPECT_EQ(At("DataGrid").top, 960 + 360);
   EXPECT_EQ(At("lblWarning").top, 750 + 360);

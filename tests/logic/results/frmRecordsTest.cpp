@@ -5,11 +5,6 @@
 namespace tessel {
 namespace {
 
-using test::FakeError;
-using test::FakeField;
-using test::FakeFields;
-using test::FakeRows;
-
 class frmRecordsTest : public test::RecordsFixture {};
 
 // --- connecting ----------------------------------------------------------------------------------
@@ -35,7 +30,7 @@ TEST_F(frmRecordsTest, TheSchemaBrowserFollowsACatalogChosenInACommand) {
   data.catalogs = {"shop", "test"};
   ASSERT_TRUE(Connect());
   host.loads.clear();
-  data.AnswerNothing("use test").NewCatalog("test").Notices({FakeError("beware")});
+  data.AnswerNothing("use test").NewCatalog("test").Notices({MemoryError("beware")});
   data.AnswerNothing("do nothing");
   ASSERT_TRUE(Run("use test"));
   EXPECT_EQ(W().Find<ComboBox>("cboCatalog").Text(), "test");
@@ -51,7 +46,7 @@ TEST_F(frmRecordsTest, WithoutACaptionTheConnectionStringStandsForIt) {
 }
 
 TEST_F(frmRecordsTest, AFailedConnectionShowsWhyAndUnloadsTheWindow) {
-  data.openFailure = FakeError("unable to open database file");
+  data.openFailure = MemoryError("unable to open database file");
   desktop.ExpectMessage(
       "unable to open database file", MessageResult::Ok,
       [](const Message& message) { EXPECT_EQ(message.icon, MessageIcon::Critical); });
@@ -91,7 +86,7 @@ TEST_F(frmRecordsTest, TheCatalogListHoldsTheOneInUseFirstAndTheOthersOnce) {
 TEST_F(frmRecordsTest, AProviderWithoutAListOfCatalogsStillConnects) {
   data.defaultDatabase = "shop";
   data.schemaFailures[SchemaRowset::Catalogs] =
-      FakeError("not supported", errorNumber::notSupported);
+      MemoryError("not supported", errorNumber::notSupported);
   ASSERT_TRUE(Connect());
   EXPECT_EQ(W().Find<ComboBox>("cboCatalog").ListCount(), 1);
 }
@@ -112,7 +107,7 @@ TEST_F(frmRecordsTest, ACancelThatCostsTheConnectionIsACancelledConnect) {
   data.defaultDatabase = "shop";
   data.holdSchemas = {SchemaRowset::Catalogs};
   desktop.OnModal("dlgAsync", [this](test::HeadlessWindow& w) {
-    data.Connections().at(0)->LoseSession();
+    data.LoseSessions();
     w.Click("cmdCancel");
   });
   EXPECT_FALSE(Connect());
@@ -150,7 +145,7 @@ TEST_F(frmRecordsTest, TheSchemaBrowserFollowsAReconnectThatLosesTheCatalogChose
   ASSERT_TRUE(Connect());
   W().SelectItem("cboCatalog", 1);
   host.loads.clear();
-  data.catalogFailures["test"] = FakeError("access denied");
+  data.catalogFailures["test"] = MemoryError("access denied");
   desktop.ExpectMessage("Error using 'test': access denied");
   W().Click("cmdReconnect");
   EXPECT_EQ(host.loads, (std::vector<std::string>{"d1 follows shop from the file"}));
@@ -165,7 +160,7 @@ TEST_F(frmRecordsTest, WithoutACaptionTheConnectionStringIsShownWithoutItsPasswo
 TEST_F(frmRecordsTest, ACatalogThatCannotBeUsedIsReportedAndTheListGoesBack) {
   data.defaultDatabase = "shop";
   data.catalogs = {"shop", "test"};
-  data.catalogFailures["test"] = FakeError("access denied");
+  data.catalogFailures["test"] = MemoryError("access denied");
   ASSERT_TRUE(Connect());
   desktop.ExpectMessage(
       "Error using 'test': access denied", MessageResult::Ok,
@@ -184,7 +179,7 @@ TEST_F(frmRecordsTest, UsingAnotherCatalogCanBeCancelled) {
   desktop.OnModal("dlgAsync", [](test::HeadlessWindow& w) { w.Click("cmdCancel"); });
   W().SelectItem("cboCatalog", 1);
   EXPECT_EQ(data.Log().cancels, 1);
-  EXPECT_EQ(data.Log().catalogs, (std::vector<std::string>{"[test]"}));
+  EXPECT_TRUE(data.Log().catalogs.empty()) << "neither in brackets nor without";
   EXPECT_EQ(W().Find<ComboBox>("cboCatalog").Text(), "shop");
   EXPECT_EQ(Status(), "[12:00:00]  Connected.");
 }
@@ -222,7 +217,7 @@ TEST_F(frmRecordsTest, ACancelledReconnectSaysDisconnected) {
 
 TEST_F(frmRecordsTest, AFailedReconnectShowsWhyAndTheNextOneWorks) {
   ASSERT_TRUE(Connect());
-  data.openFailure = FakeError("connection refused");
+  data.openFailure = MemoryError("connection refused");
   W().Click("cmdReconnect");
   EXPECT_EQ(Status(), "[12:00:00]  connection refused");
   EXPECT_EQ(StatusColor(), 0x0000BFU);
@@ -241,7 +236,7 @@ TEST_F(frmRecordsTest, UnloadingClosesTheConnectionAndUnregisters) {
 
 TEST_F(frmRecordsTest, AFailureToCloseDoesNotKeepTheWindow) {
   ASSERT_TRUE(Connect());
-  data.closeFailure = FakeError("close failed");
+  data.closeFailure = MemoryError("close failed");
   W().CloseByControlBox();
   EXPECT_TRUE(desktop.WindowsOf("frmRecords").empty());
   EXPECT_EQ(host.count, 0);
@@ -291,7 +286,7 @@ TEST_F(frmRecordsTest, AFailedStatementShowsTheErrorInRedGrown) {
   ASSERT_TRUE(Connect());
   RunThreeRows();
   std::string lines = "ERROR:  relation \"x\" does not exist\nDETAIL: 2\nHINT: 3";
-  data.AnswerError("bad", FakeError(lines));
+  data.AnswerError("bad", MemoryError(lines));
   EXPECT_FALSE(Run("bad"));
   EXPECT_EQ(Status(), "[12:00:00]  " + lines);
   EXPECT_EQ(StatusColor(), 0x0000BFU);
@@ -307,7 +302,7 @@ TEST_F(frmRecordsTest, AVeryLongErrorGrowsOnlyAsFarAsThereIsRoom) {
   ASSERT_TRUE(Connect());
   std::string lines;
   for (int i = 0; i < 100; ++i) lines += "line\n";
-  data.AnswerError("bad", FakeError(lines));
+  data.AnswerError("bad", MemoryError(lines));
   EXPECT_FALSE(Run("bad"));
   const Rect bounds = W().Find<TextBox>("txtStatus").Bounds();
   EXPECT_EQ(bounds.height, W().ScaleHeight() - 240 - bounds.top);
@@ -315,7 +310,7 @@ TEST_F(frmRecordsTest, AVeryLongErrorGrowsOnlyAsFarAsThereIsRoom) {
 
 TEST_F(frmRecordsTest, ACancelBeforeRowsSaysSoAndReturnsFalse) {
   ASSERT_TRUE(Connect());
-  data.Answer("slow", FakeFields({"a"}), {}).HoldExecuting();
+  data.Answer("slow", MemoryFields({"a"}), {}).HoldExecuting();
   desktop.OnModal("dlgAsync", [](test::HeadlessWindow& w) { w.Click("cmdCancel"); });
   EXPECT_FALSE(Run("slow"));
   EXPECT_EQ(Status(), "[12:00:00]  Execution cancelled.");
@@ -324,9 +319,9 @@ TEST_F(frmRecordsTest, ACancelBeforeRowsSaysSoAndReturnsFalse) {
 
 TEST_F(frmRecordsTest, ACancelDuringTheFetchShowsTheRowsSoFarAsInterrupted) {
   ASSERT_TRUE(Connect());
-  FakeRows rows;
+  MemoryRows rows;
   for (int i = 0; i < 500; ++i) rows.push_back({Value(std::int64_t{i})});
-  data.Answer("slow", {FakeField("n", DataType::Integer)}, rows).HoldAtRow(200);
+  data.Answer("slow", {MemoryField("n", DataType::Integer)}, rows).HoldAtRow(200);
   desktop.OnModal("dlgAsync", [](test::HeadlessWindow& w) { w.Click("cmdCancel"); });
   EXPECT_FALSE(Run("slow"));
   EXPECT_EQ(Status(), "[12:00:00]  200 record(s). [Interrupted]");
@@ -341,15 +336,16 @@ TEST_F(frmRecordsTest, TheStatusLinesTextIsBlackOrWhiteByItsGround) {
   data.AnswerCount("update", 3);
   EXPECT_TRUE(Run("update"));
   EXPECT_EQ(text(), color::black) << "on bright green";
-  data.AnswerError("bad", FakeError("no such table"));
+  data.AnswerError("bad", MemoryError("no such table"));
   EXPECT_FALSE(Run("bad"));
   EXPECT_EQ(text(), color::white);
 }
 
 TEST_F(frmRecordsTest, ErrorsBesideASuccessAreCountedWithoutTheNoInterfaceOnes) {
   ASSERT_TRUE(Connect());
-  const std::vector<ErrorInfo> notices = {
-      FakeError("first"), FakeError("ignored", errorNumber::noInterface), FakeError("second")};
+  const std::vector<ErrorInfo> notices = {MemoryError("first"),
+                                          MemoryError("ignored", errorNumber::noInterface),
+                                          MemoryError("second")};
   data.AnswerNothing("noisy").Notices(notices);
   EXPECT_TRUE(Run("noisy"));
   EXPECT_EQ(Status(), "[12:00:00]  Execution completed. [2 error(s) occurred]");
@@ -365,7 +361,7 @@ TEST_F(frmRecordsTest, ErrorsBesideASuccessAreCountedWithoutTheNoInterfaceOnes) 
 
 TEST_F(frmRecordsTest, OnlyNoInterfaceErrorsAreNoErrors) {
   ASSERT_TRUE(Connect());
-  data.AnswerNothing("quiet").Notices({FakeError("ignored", errorNumber::noInterface)});
+  data.AnswerNothing("quiet").Notices({MemoryError("ignored", errorNumber::noInterface)});
   EXPECT_TRUE(Run("quiet"));
   EXPECT_EQ(Status(), "[12:00:00]  Execution completed.");
   EXPECT_FALSE(Shows("cmdCnErrors"));
@@ -420,13 +416,14 @@ TEST_F(frmRecordsTest, TheTimerShowsHowLongTheQueryTook) {
 TEST_F(frmRecordsTest, AProviderWithoutThreadsRunsBlocking) {
   data.properties.Set("Data Source Object Threading Model", std::int64_t{2});
   ASSERT_TRUE(Connect());
+  NoteWaiting();
   RunThreeRows();
-  EXPECT_FALSE(data.Log().executed.back().async);
+  EXPECT_TRUE(waited);
 }
 
 TEST_F(frmRecordsTest, ALostSessionShowsAnErrorAndReconnectWorks) {
   ASSERT_TRUE(Connect());
-  data.Connections().at(0)->LoseSession();
+  data.LoseSessions();
   data.AnswerNothing("select");
   EXPECT_FALSE(Run("select"));
   EXPECT_EQ(StatusColor(), 0x0000BFU);
@@ -438,7 +435,7 @@ TEST_F(frmRecordsTest, ALostSessionShowsAnErrorAndReconnectWorks) {
 
 TEST_F(frmRecordsTest, UnlockedRowsWithoutAUniqueKeyShowTheWarningAndMoveTheGridDown) {
   ASSERT_TRUE(Connect());
-  data.Answer("select", FakeFields({"a"}), {{Value(std::string("x"))}}).UniqueRows(false);
+  data.Answer("select", MemoryFields({"a"}), {{Value(std::string("x"))}}).UniqueRows(false);
   EXPECT_TRUE(Run("select"));
   EXPECT_FALSE(Shows("lblWarning"));
   EXPECT_EQ(Grid().Bounds().top, 840);
@@ -475,7 +472,7 @@ TEST_F(frmRecordsTest, TheLockAppliesToSubsequentQueriesAndItsTooltipSaysSo) {
 TEST_F(frmRecordsTest, BinaryColumnsShowSizesAndCarryAButton) {
   ASSERT_TRUE(Connect());
   data.Answer("select",
-              {FakeField("id", DataType::Integer), FakeField("pic", DataType::LongVarBinary)},
+              {MemoryField("id", DataType::Integer), MemoryField("pic", DataType::LongVarBinary)},
               {{Value(std::int64_t{1}), Value(Bytes(2048))},
                {Value(std::int64_t{2}), Value()},
                {Value(std::int64_t{3}), Value(Bytes())}});
@@ -511,7 +508,7 @@ TEST_F(frmRecordsTest, AFailedRerunLeavesThePositionWhereItWas) {
   ASSERT_TRUE(Connect());
   RunThreeRows("select 1");
   RunThreeRows("select 2");
-  data.AnswerError("select 1", FakeError("gone"));
+  data.AnswerError("select 1", MemoryError("gone"));
   W().Click("cmdHistoryBack");
   W().Click("cmdHistoryBack");
   EXPECT_EQ(W().Find<Button>("cmdHistoryBack").Enabled(), true);

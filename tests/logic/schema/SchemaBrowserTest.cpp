@@ -7,8 +7,7 @@
 namespace tessel {
 namespace {
 
-using test::FakeError;
-using test::FakeFields;
+using test::AnswerViews;
 
 /// Stands for the frame and the query window.
 class FakeSchemaHost : public SchemaHost, public SqlTarget {
@@ -265,10 +264,10 @@ class SchemaBrowserQuotesTest : public SchemaBrowserTest {
     data.properties.Set("Bracket Identifiers", std::int64_t{0});
     data.properties.Set("Identifier Case Sensitivity", std::int64_t{2});
     data.properties.Set("Schema By Rowsets", std::int64_t{1});
-    data.tables = {{"", "public", "OrderId", "TABLE", FakeFields({"user", "Order ID", "plain"})},
-                   {"", "archive", "OrderId", "TABLE", FakeFields({"old"}), true}};
+    data.tables = {{"", "public", "OrderId", "TABLE", MemoryFields({"user", "Order ID", "plain"})},
+                   {"", "archive", "OrderId", "TABLE", MemoryFields({"old"}), true}};
     connection->Close();
-    connection->Open("", "", 0);
+    test::OpenNow(*connection);
     browser.LoadSchema("d1", connection, true);
   }
   const std::string table = "td1.ORDERID";
@@ -299,7 +298,7 @@ TEST_F(SchemaBrowserQuotesTest, TheNamesStayQuotedWhenTheServerIsGone) {
 }
 
 TEST_F(SchemaBrowserQuotesTest, WordsAreBuiltFromAFieldInQuotes) {
-  data.Answer("SELECT DISTINCT \"user\" FROM \"OrderId\"", FakeFields({"user"}), {});
+  data.Answer("SELECT DISTINCT \"user\" FROM \"OrderId\"", MemoryFields({"user"}), {});
   ExpectNotice("The table 'OrderId' is empty.");
   Choose("fd1.ORDERID.USER", "mnuFieldBuildVocab");
 }
@@ -434,7 +433,7 @@ TEST_F(SchemaBrowserTest, DatabasesOfOneNameOnTwoServersDoNotShareAFile) {
     AnswerViews(data.ServerOf(text), {{"Of " + server, {}}});
     connection = data.CreateConnection();
     connection->SetConnectionString(text);
-    connection->Open("", "", 0);
+    test::OpenNow(*connection);
     browser.LoadSchema("d1", connection, false);
     EXPECT_EQ(Tables(), (Schema{{"Earlier", {}}})) << "there is no newer file";
     browser.LoadSchema("d1", connection, true);
@@ -455,28 +454,28 @@ TEST_F(SchemaBrowserTest, AnotherCatalogHasAFileOfItsOwn) {
   data.catalogs = {"shop", "archive"};
   data.defaultDatabase = "shop";
   connection->Close();
-  connection->Open("", "", 0);
+  test::OpenNow(*connection);
   folder.Write("shop.schema.xml", "<Database><Table name='Shop'/></Database>");
   browser.LoadSchema("d1", connection, false);
   EXPECT_EQ(Tables(), (Schema{{"Shop", {}}}));
-  connection->SetDefaultDatabase("archive");
+  test::UseCatalog(*connection, "archive");
   browser.FollowCatalog("d1", connection, false);
   EXPECT_EQ(Tables(), Schema()) << "nothing is known of it";
   EXPECT_TRUE(WordsOf(vocabulary.Tables()).empty());
   AnswerViews(data, {{"Archive", {}}});
   Choose("d1", "mnuDBLoadSchemaFromDB");
-  connection->SetDefaultDatabase("shop");
+  test::UseCatalog(*connection, "shop");
   browser.FollowCatalog("d1", connection, false);
   EXPECT_EQ(Tables(), (Schema{{"Shop", {}}}));
-  connection->SetDefaultDatabase("archive");
+  test::UseCatalog(*connection, "archive");
   browser.FollowCatalog("d1", connection, false);
   EXPECT_EQ(Tables(), (Schema{{"Archive", {}}}));
 }
 
 TEST_F(SchemaBrowserTest, ASchemaThatCannotBeReadLeavesTheFile) {
   folder.Write("shop.schema.xml", "old");
-  data.AnswerError(test::tablesQuery, FakeError("no"));
-  data.schemaFailures[SchemaRowset::Tables] = FakeError("not allowed");
+  data.AnswerError(test::tablesQuery, MemoryError("no"));
+  data.schemaFailures[SchemaRowset::Tables] = MemoryError("not allowed");
   desktop.ExpectMessage("Unable to get database schema information: not allowed");
   browser.LoadSchema("d1", connection, true);
   EXPECT_EQ(Content("shop.schema.xml"), "old");
@@ -499,11 +498,11 @@ TEST_F(SchemaBrowserTest, AMissingOrDamagedFileIsNotTold) {
 }
 
 TEST_F(SchemaBrowserTest, AConnectionThatNamesNoDatabaseNeitherReadsNorWritesAFile) {
-  test::FakeServer& server = data.ServerOf("Provider=X");
+  MemoryServer& server = data.ServerOf("Provider=X");
   AnswerViews(server, {{"New", {"field"}}});
   connection = data.CreateConnection();
   connection->SetConnectionString("Provider=X");
-  connection->Open("", "", 0);
+  test::OpenNow(*connection);
   folder.Write(".schema.xml", "<Database><Table name='Wrong'/></Database>");
   browser.LoadSchema("d1", connection, false);
   EXPECT_EQ(Tables().size(), 2U);
@@ -522,7 +521,7 @@ TEST_F(SchemaBrowserTest, AFullDiskAtConnectionIsNotTold) {
 // --- words of a field ----------------------------------------------------------------------------
 
 TEST_F(SchemaBrowserTest, TheValuesOfAFieldBecomeWordsWhenTheUserAcceptsThem) {
-  data.Answer(distinctPrices, FakeFields({"price"}),
+  data.Answer(distinctPrices, MemoryFields({"price"}),
               {{std::string("  Paris")},
                {Value()},
                {std::string("   ")},
@@ -541,8 +540,8 @@ TEST_F(SchemaBrowserTest, TheValuesOfAFieldBecomeWordsWhenTheUserAcceptsThem) {
 }
 
 TEST_F(SchemaBrowserTest, BuildingTheWordsOfAFieldAgainReplacesThem) {
-  data.Answer(distinctPrices, FakeFields({"price"}), {{std::string("one")}});
-  data.Answer(distinctPrices, FakeFields({"price"}), {{std::string("two")}});
+  data.Answer(distinctPrices, MemoryFields({"price"}), {{std::string("one")}});
+  data.Answer(distinctPrices, MemoryFields({"price"}), {{std::string("two")}});
   for (int i = 0; i < 2; ++i) {
     desktop.OnModal("frmText", [](test::HeadlessWindow& w) { w.Click("cmdOK"); });
     Choose(price, "mnuFieldBuildVocab");
@@ -551,20 +550,20 @@ TEST_F(SchemaBrowserTest, BuildingTheWordsOfAFieldAgainReplacesThem) {
 }
 
 TEST_F(SchemaBrowserTest, ValuesThatTheUserDoesNotAcceptAreForgotten) {
-  data.Answer(distinctPrices, FakeFields({"price"}), {{std::string("one")}});
+  data.Answer(distinctPrices, MemoryFields({"price"}), {{std::string("one")}});
   desktop.OnModal("frmText", [](test::HeadlessWindow& w) { w.Click("cmdCancel"); });
   Choose(price, "mnuFieldBuildVocab");
   EXPECT_TRUE(CustomWords(price).empty());
 }
 
 TEST_F(SchemaBrowserTest, AnEmptyTableIsTold) {
-  data.Answer(distinctPrices, FakeFields({"price"}), {});
+  data.Answer(distinctPrices, MemoryFields({"price"}), {});
   ExpectNotice("The table 'Order Details' is empty.");
   Choose(price, "mnuFieldBuildVocab");
 }
 
 TEST_F(SchemaBrowserTest, AFieldWhoseEveryValueIsNullOrBlankIsTold) {
-  data.Answer(distinctPrices, FakeFields({"price"}),
+  data.Answer(distinctPrices, MemoryFields({"price"}),
               {{Value()}, {std::string("")}, {std::string("   ")}});
   ExpectNotice("All values of 'price' are blank.");
   Choose(price, "mnuFieldBuildVocab");
@@ -572,7 +571,7 @@ TEST_F(SchemaBrowserTest, AFieldWhoseEveryValueIsNullOrBlankIsTold) {
 }
 
 TEST_F(SchemaBrowserTest, AQueryForValuesThatFailsIsTold) {
-  data.AnswerError(distinctPrices, FakeError("no such column"));
+  data.AnswerError(distinctPrices, MemoryError("no such column"));
   desktop.ExpectMessage("no such column", MessageResult::Ok, [](const Message& message) {
     EXPECT_EQ(message.icon, MessageIcon::Critical);
   });
@@ -581,14 +580,14 @@ TEST_F(SchemaBrowserTest, AQueryForValuesThatFailsIsTold) {
 }
 
 TEST_F(SchemaBrowserTest, AQueryForValuesThatIsCancelledEndsTheCommand) {
-  data.Answer(distinctPrices, FakeFields({"price"}), {{std::string("one")}}).HoldAtRow(1);
+  data.Answer(distinctPrices, MemoryFields({"price"}), {{std::string("one")}}).HoldAtRow(1);
   desktop.OnModal("dlgAsync", [](test::HeadlessWindow& w) { w.Click("cmdCancel"); });
   Choose(price, "mnuFieldBuildVocab");
   EXPECT_TRUE(desktop.Messages().empty());
 }
 
 TEST_F(SchemaBrowserTest, CancellingTheReadingOfValuesShowsThoseRead) {
-  data.Answer(distinctPrices, FakeFields({"price"}),
+  data.Answer(distinctPrices, MemoryFields({"price"}),
               {{std::string("a")}, {std::string("b")}, {std::string("c")}});
   desktop.OnProcessPending([this](int call) {
     test::HeadlessWindow& window = desktop.WindowOf("dlgAsync");

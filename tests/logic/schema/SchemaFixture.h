@@ -9,6 +9,7 @@
 #include "logic/schema/SchemaTree.h"
 #include "tests/headless/HeadlessTreeView.h"
 #include "tests/logic/LogicFixture.h"
+#include "tests/support/DataSteps.h"
 
 namespace tessel::test {
 
@@ -20,15 +21,15 @@ inline const std::string columnsQuery =
     "'INFORMATION_SCHEMA' ORDER BY TABLE_NAME, ORDINAL_POSITION";
 
 /// The rows of both standard views, in the order of `schema`.
-inline void AnswerViews(FakeServer& server, const Schema& schema) {
-  FakeRows tables;
-  FakeRows columns;
+inline void AnswerViews(MemoryServer& server, const Schema& schema) {
+  MemoryRows tables;
+  MemoryRows columns;
   for (const TableSchema& table : schema) {
     tables.push_back({table.name});
     for (const std::string& field : table.fields) columns.push_back({table.name, field});
   }
-  server.Answer(tablesQuery, FakeFields({"TABLE_NAME"}), std::move(tables));
-  server.Answer(columnsQuery, FakeFields({"TABLE_NAME", "COLUMN_NAME"}), std::move(columns));
+  server.Answer(tablesQuery, MemoryFields({"TABLE_NAME"}), std::move(tables));
+  server.Answer(columnsQuery, MemoryFields({"TABLE_NAME", "COLUMN_NAME"}), std::move(columns));
 }
 
 /// The frame with its tree, a database node "d1", and an open connection of it.
@@ -39,7 +40,7 @@ class SchemaFixture : public LogicFixture {
     vocabulary.LoadVocabulary();
     tree.AddDatabase("d1", "Shop");
     connection->SetConnectionString("Database=shop");
-    connection->Open("", "", 0);
+    test::OpenNow(*connection);
   }
 
   /// What hangs on a database node.

@@ -9,9 +9,7 @@
 namespace tessel {
 namespace {
 
-using test::FakeError;
-using test::FakeFields;
-using test::FakeRows;
+using test::AnswerViews;
 
 const std::string viewsMissing = "no such table: INFORMATION_SCHEMA.TABLES";
 const std::string question =
@@ -23,9 +21,9 @@ class SchemaLoadingTest : public test::SchemaFixture {
   bool Load() { return loading.LoadSchemaFromDB("d1", connection); }
   /// A provider without the standard views, which knows its tables.
   void KnowTables(const Schema& schema) {
-    data.AnswerError(test::tablesQuery, FakeError(viewsMissing));
+    data.AnswerError(test::tablesQuery, MemoryError(viewsMissing));
     for (const TableSchema& table : schema)
-      data.tables.push_back({"", "", table.name, "TABLE", FakeFields(table.fields)});
+      data.tables.push_back({"", "", table.name, "TABLE", MemoryFields(table.fields)});
   }
   void ExpectFailure(const std::string& description) {
     desktop.ExpectMessage("Unable to get database schema information: " + description,
@@ -67,22 +65,23 @@ TEST_F(SchemaLoadingTest, QueriesRunAsynchronouslyWhereTheProviderAllows) {
 }
 
 TEST_F(SchemaLoadingTest, QueriesBlockWhereTheProviderIsOfOneThread) {
-  test::FakeData& server = data;
+  test::MemoryData& server = data;
   auto& other = server.ServerOf("Database=single");
   other.properties.Set("Data Source Object Threading Model", std::int64_t{2});
   AnswerViews(other, shop);
   connection = data.CreateConnection();
   connection->SetConnectionString("Database=single");
-  connection->Open("", "", 0);
+  test::OpenNow(*connection);
+  NoteWaiting();
   EXPECT_TRUE(Load());
   EXPECT_EQ(Tables(), shop);
-  EXPECT_FALSE(data.Log().executed.at(0).async);
+  EXPECT_TRUE(waited);
 }
 
 TEST_F(SchemaLoadingTest, AProviderWithoutTheViewsLoadsThroughItsRowsetsWithoutAQuestion) {
   KnowTables(shop);
-  data.tables.push_back({"", "", "A view", "VIEW", FakeFields({"x"})});
-  data.tables.push_back({"", "", "sys", "SYSTEM TABLE", FakeFields({"y"})});
+  data.tables.push_back({"", "", "A view", "VIEW", MemoryFields({"x"})});
+  data.tables.push_back({"", "", "sys", "SYSTEM TABLE", MemoryFields({"y"})});
   EXPECT_TRUE(Load());
   EXPECT_EQ(Tables(), shop);
   EXPECT_TRUE(desktop.Messages().empty());
@@ -93,11 +92,11 @@ TEST_F(SchemaLoadingTest, AProviderWhoseRowsetsKnowBetterIsNotAskedForTheViews) 
   data.properties.Set("Schema By Rowsets", std::int64_t{1});
   data.properties.Set("Bracket Identifiers", std::int64_t{0});
   connection->Close();
-  connection->Open("", "", 0);
-  data.tables = {{"shop", "archive", "orders", "TABLE", FakeFields({"old", "id"}), true},
-                 {"shop", "public", "orders", "TABLE", FakeFields({"id", "new"})},
-                 {"other", "", "a.b", "TABLE", FakeFields({"x"}), true},
-                 {"shop", "public", "seen", "VIEW", FakeFields({"id"})}};
+  test::OpenNow(*connection);
+  data.tables = {{"shop", "archive", "orders", "TABLE", MemoryFields({"old", "id"}), true},
+                 {"shop", "public", "orders", "TABLE", MemoryFields({"id", "new"})},
+                 {"other", "", "a.b", "TABLE", MemoryFields({"x"}), true},
+                 {"shop", "public", "seen", "VIEW", MemoryFields({"id"})}};
   EXPECT_TRUE(Load());
   EXPECT_TRUE(loading.Complete());
   EXPECT_TRUE(data.ExecutedSql().empty());
@@ -125,7 +124,7 @@ TEST_F(SchemaLoadingTest, FieldsOfTheRowsetAreSortedIntoColumnOrder) {
 TEST_F(SchemaLoadingTest, AFailureOfBothWaysIsShownAndLeavesTheTree) {
   tree.AddTables("d1", {"Earlier"});
   KnowTables({});
-  data.schemaFailures[SchemaRowset::Tables] = FakeError("not allowed");
+  data.schemaFailures[SchemaRowset::Tables] = MemoryError("not allowed");
   ExpectFailure("not allowed");
   EXPECT_FALSE(Load());
   EXPECT_EQ(Tables(), (Schema{{"Earlier", {}}}));
@@ -134,7 +133,7 @@ TEST_F(SchemaLoadingTest, AFailureOfBothWaysIsShownAndLeavesTheTree) {
 
 TEST_F(SchemaLoadingTest, TheFailureOfTheColumnsRowsetIsShownAndKeepsTheTables) {
   KnowTables(shop);
-  data.schemaFailures[SchemaRowset::Columns] = FakeError("not allowed");
+  data.schemaFailures[SchemaRowset::Columns] = MemoryError("not allowed");
   ExpectFailure("not allowed");
   EXPECT_FALSE(Load());
   EXPECT_EQ(Tables(), (Schema{{"Items", {}}, {"Orders", {}}}));
@@ -142,13 +141,13 @@ TEST_F(SchemaLoadingTest, TheFailureOfTheColumnsRowsetIsShownAndKeepsTheTables) 
 
 TEST_F(SchemaLoadingTest, AColumnsViewThatFailsAsksOnceAndNoLeavesTablesWithoutFields) {
   AnswerViews(data, shop);
-  test::FakeData& server = data;
+  test::MemoryData& server = data;
   auto& other = server.ServerOf("Database=half");
-  other.Answer(test::tablesQuery, FakeFields({"TABLE_NAME"}), {{std::string("Orders")}});
-  other.AnswerError(test::columnsQuery, FakeError("no such view"));
+  other.Answer(test::tablesQuery, MemoryFields({"TABLE_NAME"}), {{std::string("Orders")}});
+  other.AnswerError(test::columnsQuery, MemoryError("no such view"));
   connection = data.CreateConnection();
   connection->SetConnectionString("Database=half");
-  connection->Open("", "", 0);
+  test::OpenNow(*connection);
   ExpectQuestion(MessageResult::No);
   EXPECT_FALSE(Load());
   EXPECT_EQ(Tables(), (Schema{{"Orders", {}}}));
@@ -156,9 +155,9 @@ TEST_F(SchemaLoadingTest, AColumnsViewThatFailsAsksOnceAndNoLeavesTablesWithoutF
 }
 
 TEST_F(SchemaLoadingTest, YesReadsTheFieldsThroughTheRowset) {
-  data.Answer(test::tablesQuery, FakeFields({"TABLE_NAME"}), {{std::string("Orders")}});
-  data.AnswerError(test::columnsQuery, FakeError("no such view"));
-  data.tables.push_back({"", "", "Orders", "TABLE", FakeFields({"id", "date"})});
+  data.Answer(test::tablesQuery, MemoryFields({"TABLE_NAME"}), {{std::string("Orders")}});
+  data.AnswerError(test::columnsQuery, MemoryError("no such view"));
+  data.tables.push_back({"", "", "Orders", "TABLE", MemoryFields({"id", "date"})});
   ExpectQuestion(MessageResult::Yes);
   EXPECT_TRUE(Load());
   EXPECT_EQ(Tables(), (Schema{{"Orders", {"id", "date"}}}));
@@ -166,9 +165,9 @@ TEST_F(SchemaLoadingTest, YesReadsTheFieldsThroughTheRowset) {
 }
 
 TEST_F(SchemaLoadingTest, YesMayFailToo) {
-  data.Answer(test::tablesQuery, FakeFields({"TABLE_NAME"}), {{std::string("Orders")}});
-  data.AnswerError(test::columnsQuery, FakeError("no such view"));
-  data.schemaFailures[SchemaRowset::Columns] = FakeError("not allowed");
+  data.Answer(test::tablesQuery, MemoryFields({"TABLE_NAME"}), {{std::string("Orders")}});
+  data.AnswerError(test::columnsQuery, MemoryError("no such view"));
+  data.schemaFailures[SchemaRowset::Columns] = MemoryError("not allowed");
   ExpectQuestion(MessageResult::Yes);
   ExpectFailure("not allowed");
   EXPECT_FALSE(Load());
@@ -191,8 +190,8 @@ TEST_F(SchemaLoadingTest, ATableThatDiffersOnlyInCaseIsNotAddedAndTheLoadGoesOn)
 }
 
 TEST_F(SchemaLoadingTest, FieldsOfWhatIsNotATableAreSkipped) {
-  data.Answer(test::tablesQuery, FakeFields({"TABLE_NAME"}), {{std::string("Orders")}});
-  data.Answer(test::columnsQuery, FakeFields({"TABLE_NAME", "COLUMN_NAME"}),
+  data.Answer(test::tablesQuery, MemoryFields({"TABLE_NAME"}), {{std::string("Orders")}});
+  data.Answer(test::columnsQuery, MemoryFields({"TABLE_NAME", "COLUMN_NAME"}),
               {{std::string("A view"), std::string("x")},
                {std::string("ORDERS"), std::string("id")},
                {std::string("Z view"), std::string("y")}});
@@ -251,7 +250,7 @@ TEST_F(SchemaLoadingTest, ThousandsOfNamesLeaveTheInterfaceItsTurnsAndCanBeCance
 
 TEST_F(SchemaLoadingTest, CancellingTheQueryForTablesLeavesTheTree) {
   tree.AddTables("d1", {"Earlier"});
-  data.Answer(test::tablesQuery, FakeFields({"TABLE_NAME"}), {{std::string("Orders")}})
+  data.Answer(test::tablesQuery, MemoryFields({"TABLE_NAME"}), {{std::string("Orders")}})
       .HoldExecuting();
   desktop.OnModal("dlgAsync", [](test::HeadlessWindow& w) { w.Click("cmdCancel"); });
   EXPECT_FALSE(Load());
@@ -260,8 +259,8 @@ TEST_F(SchemaLoadingTest, CancellingTheQueryForTablesLeavesTheTree) {
 }
 
 TEST_F(SchemaLoadingTest, CancellingTheQueryForFieldsKeepsTheTables) {
-  data.Answer(test::tablesQuery, FakeFields({"TABLE_NAME"}), {{std::string("Orders")}});
-  data.Answer(test::columnsQuery, FakeFields({"TABLE_NAME", "COLUMN_NAME"}),
+  data.Answer(test::tablesQuery, MemoryFields({"TABLE_NAME"}), {{std::string("Orders")}});
+  data.Answer(test::columnsQuery, MemoryFields({"TABLE_NAME", "COLUMN_NAME"}),
               {{std::string("Orders"), std::string("id")}})
       .HoldAtRow(1);
   desktop.OnModal("dlgAsync", [](test::HeadlessWindow& w) { w.Click("cmdCancel"); });
@@ -271,14 +270,17 @@ TEST_F(SchemaLoadingTest, CancellingTheQueryForFieldsKeepsTheTables) {
 }
 
 TEST_F(SchemaLoadingTest, RowsWithoutTheExpectedFieldEndInTheMessage) {
-  data.Answer(test::tablesQuery, FakeFields({"odd"}), {{std::string("Orders")}});
+  data.Answer(test::tablesQuery, MemoryFields({"odd"}), {{std::string("Orders")}});
   ExpectFailure("The rows have no field TABLE_NAME.");
   EXPECT_FALSE(Load());
 }
 
 TEST_F(SchemaLoadingTest, ALostConnectionEndsInTheMessage) {
-  data.Connections().front()->LoseSession();
-  ExpectFailure("The connection is closed.");
+  AnswerViews(data, shop);
+  data.LoseSessions();
+  ExpectFailure(
+      "The connection is closed: it was lost, or given up because the database did not react to "
+      "a cancel. Connect again.");
   EXPECT_FALSE(Load());
   EXPECT_TRUE(desktop.WindowsOf("dlgAsync").empty());
 }
@@ -290,11 +292,11 @@ TEST_F(SchemaLoadingTest, TheTimeGrowsWithTheNumberOfFieldsOnly) {
       TableSchema& table = schema.emplace_back(TableSchema{"table_" + std::to_string(i), {}});
       for (int f = 0; f < 20; ++f) table.fields.push_back("field_" + std::to_string(f));
     }
-    test::FakeData& server = data;
+    test::MemoryData& server = data;
     AnswerViews(server.ServerOf(connectionString), schema);
     connection = data.CreateConnection();
     connection->SetConnectionString(connectionString);
-    connection->Open("", "", 0);
+    test::OpenNow(*connection);
     const std::clock_t start = std::clock();
     EXPECT_TRUE(Load());
     const double taken = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;

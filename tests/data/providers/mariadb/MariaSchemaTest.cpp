@@ -21,26 +21,26 @@ class MariaSchema : public MariaTest {
   void TearDown() override { Run("drop database lib; drop table shop.axb"); }
 
   std::shared_ptr<Recordset> Tables(const std::vector<std::string>& restrictions) {
-    return connection_->OpenSchema(SchemaRowset::Tables, restrictions);
+    return ReadSchema(*connection_, SchemaRowset::Tables, restrictions);
   }
 };
 
 TEST_F(MariaSchema, CatalogsAreTheDatabases) {
-  const auto names = TextsOf(*connection_->OpenSchema(SchemaRowset::Catalogs, {}));
+  const auto names = TextsOf(*ReadSchema(*connection_, SchemaRowset::Catalogs, {}));
   EXPECT_THAT(names, IsSupersetOf({"lib", "mysql", "shop"}));
   EXPECT_TRUE(std::ranges::is_sorted(names));
-  EXPECT_THAT(TextsOf(*connection_->OpenSchema(SchemaRowset::Catalogs, {"lib"})),
+  EXPECT_THAT(TextsOf(*ReadSchema(*connection_, SchemaRowset::Catalogs, {"lib"})),
               ElementsAre("lib"));
 }
 
 TEST_F(MariaSchema, TheCatalogInUseIsChangedAndFollowed) {
   EXPECT_EQ(connection_->DefaultDatabase(), "shop");
-  connection_->SetDefaultDatabase("[lib]");
+  UseCatalog(*connection_, "[lib]");
   EXPECT_EQ(connection_->DefaultDatabase(), "lib");
   EXPECT_EQ(Cell("select database()"), Value("lib"));
   Run("use shop");
   EXPECT_EQ(connection_->DefaultDatabase(), "shop");
-  EXPECT_EQ(ErrorOf([&] { connection_->SetDefaultDatabase("nowhere"); }).nativeError, 1049);
+  EXPECT_EQ(ErrorOf([&] { UseCatalog(*connection_, "nowhere"); }).nativeError, 1049);
   EXPECT_EQ(connection_->DefaultDatabase(), "shop");
   Run("create or replace database gone; use gone; drop database gone");
   EXPECT_EQ(connection_->DefaultDatabase(), "");
@@ -58,14 +58,14 @@ TEST_F(MariaSchema, TablesAreThoseOfTheDatabaseAskedFor) {
 
 TEST_F(MariaSchema, ATableOfAnotherDatabaseThanTheOneInUseNeedsIt) {
   const auto needs = [&](const std::string& database) {
-    const auto columns = connection_->OpenSchema(SchemaRowset::Columns, {database, "", "axb"});
+    const auto columns = ReadSchema(*connection_, SchemaRowset::Columns, {database, "", "axb"});
     const auto tables = Tables({database, "", "axb"});
     EXPECT_EQ(TextsOf(*columns, 8), TextsOf(*tables, 5));
     return TextsOf(*tables, 5);
   };
   EXPECT_THAT(needs("shop"), ElementsAre("False"));
   EXPECT_THAT(needs("lib"), ElementsAre("True"));
-  connection_->SetDefaultDatabase("lib");
+  UseCatalog(*connection_, "lib");
   EXPECT_THAT(needs(""), ElementsAre("False"));
   EXPECT_EQ(connection_->ProviderProperties().At("Schema By Rowsets"), Value(std::int64_t{1}));
 }
@@ -91,15 +91,15 @@ TEST_F(MariaSchema, WithoutRestrictionTheDatabaseInUseCounts) {
   std::string string = server_.ConnectionString();
   string.erase(string.find("Database=shop;"), std::string("Database=shop;").size());
   none->SetConnectionString(string);
-  none->Open({}, {}, 0);
+  OpenNow(*none);
   EXPECT_EQ(none->DefaultDatabase(), "");
-  const auto all = none->OpenSchema(SchemaRowset::Tables, {});
+  const auto all = ReadSchema(*none, SchemaRowset::Tables, {});
   EXPECT_THAT(TextsOf(*all, 0), IsSupersetOf({"lib", "shop"}));
   EXPECT_THAT(TextsOf(*all, 0), Not(Contains("mysql")));
 }
 
 TEST_F(MariaSchema, ColumnsTellTypePlaceAndName) {
-  const auto columns = connection_->OpenSchema(SchemaRowset::Columns, {"lib", "", "a_b"});
+  const auto columns = ReadSchema(*connection_, SchemaRowset::Columns, {"lib", "", "a_b"});
   EXPECT_THAT(TextsOf(*columns, 3), ElementsAre("id", "name", "amount", "flag", "wide", "u"));
   EXPECT_THAT(TextsOf(*columns, 4), ElementsAre("1", "2", "3", "4", "5", "6"));
   EXPECT_THAT(TextsOf(*columns, 5), ElementsAre("False", "True", "False", "True", "True", "True"));
@@ -113,7 +113,7 @@ TEST_F(MariaSchema, ColumnsHaveTheTypesThatResultsHave) {
       "float, f double, g char(3), h varchar(3), i tinytext, j text, k mediumtext, l longtext, m "
       "binary(3), n varbinary(3), o tinyblob, p blob, q mediumblob, r longblob, s date, t time, u "
       "datetime, v timestamp null, w year, x enum('a'), y set('a'), z json)");
-  const auto columns = connection_->OpenSchema(SchemaRowset::Columns, {"lib", "", "every"});
+  const auto columns = ReadSchema(*connection_, SchemaRowset::Columns, {"lib", "", "every"});
   std::vector<std::string> types;
   std::vector<std::string> names;
   const auto rows = Run("select * from lib.every");

@@ -10,10 +10,7 @@ namespace {
 class MariaWrite : public MariaTest {
  protected:
   std::shared_ptr<Recordset> OpenToWrite(const std::string& sql) {
-    auto recordset = connection_->CreateRecordset();
-    recordset->SetLockType(LockType::Optimistic);
-    recordset->SetSource(sql);
-    recordset->Open(openOption::text);
+    const auto recordset = QueryNow(*connection_, sql, LockType::Optimistic);
     return recordset;
   }
 };
@@ -25,12 +22,12 @@ TEST_F(MariaWrite, DuplicatesAreLeftAloneWhereNothingCanBeUndone) {
   Run("insert into t values (1, 'x'), (1, 'x'), (2, 'y')");
   const auto recordset = OpenToWrite("select a, b from t order by a");
   recordset->SetFieldValue(1, Text("changed"));
-  EXPECT_EQ(ErrorOf([&] { recordset->Update(0); }).number, errorNumber::changeConflict);
+  EXPECT_EQ(ErrorOf([&] { Update(*recordset); }).number, errorNumber::changeConflict);
   recordset->CancelUpdate();
-  EXPECT_EQ(ErrorOf([&] { recordset->Delete(0); }).number, errorNumber::changeConflict);
+  EXPECT_EQ(ErrorOf([&] { Delete(*recordset); }).number, errorNumber::changeConflict);
   recordset->MoveLast();
   recordset->SetFieldValue(1, Text("z"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_THAT(TextsOf(*Run("select b from t order by a")), ElementsAre("x", "x", "z"));
 }
 
@@ -72,7 +69,7 @@ TEST_F(MariaWrite, WithoutAutocommitTheChangeWaitsForTheUsersCommit) {
   EXPECT_EQ(state(), UserTransaction::Waiting) << "nothing is done yet";
   const auto recordset = OpenToWrite("select id, v from t_write");
   recordset->SetFieldValue(1, Text("b"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(state(), UserTransaction::Open);
   EXPECT_EQ(DataTest::Cell(*other, "select v from t_write"), Text("a"));
   Run("rollback");
@@ -87,7 +84,7 @@ TEST_F(MariaWrite, TheSameValueIsNoConflict) {
   Run("insert into t values (1, 'a')");
   const auto recordset = OpenToWrite("select id, v from t");
   recordset->SetFieldValue(1, Text("a"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(recordset->Editing(), EditMode::None);
 }
 
@@ -98,7 +95,7 @@ TEST_F(MariaWrite, ViewsAreWrittenThroughWhereTheyCanBe) {
   Run("create or replace view few as select distinct v from t_write");
   const auto recordset = OpenToWrite("select * from plain");
   recordset->SetFieldValue(0, Text("b"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(Cell("select v from t_write"), Text("b"));
   const auto few = OpenToWrite("select * from few");
   EXPECT_FALSE(few->Fields()[0].updatable);
@@ -114,7 +111,7 @@ TEST_F(MariaWrite, ExactNumbersAreComparedExactly) {
   const auto recordset = OpenToWrite("select id, v from t");
   Run("update t set v = v + 1");
   recordset->SetFieldValue(1, Text("1"));
-  EXPECT_EQ(ErrorOf([&] { recordset->Update(0); }).number, errorNumber::changeConflict);
+  EXPECT_EQ(ErrorOf([&] { Update(*recordset); }).number, errorNumber::changeConflict);
 }
 
 TEST_F(MariaWrite, AnotherCharacterSetIsComparedToo) {
@@ -122,7 +119,7 @@ TEST_F(MariaWrite, AnotherCharacterSetIsComparedToo) {
   Run("insert into t values (1, 'gr\u00fc\u00dfe')");
   const auto recordset = OpenToWrite("select id, v from t");
   recordset->SetFieldValue(1, Text("\u00e4"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(Cell("select v from t"), Text("\u00e4"));
   EXPECT_EQ(Cell("select id from t"), Whole(1));
 }

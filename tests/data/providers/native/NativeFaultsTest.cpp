@@ -31,10 +31,13 @@ class NativeFaults : public DataTest, public testing::WithParamInterface<NativeS
   [[nodiscard]] std::shared_ptr<Connection> Connect() {
     return ConnectTo(GetParam().ConnectionString());
   }
+  /// What the last StartOpen started.
+  std::shared_ptr<Operation> opening_;
+
   std::shared_ptr<Connection> StartOpen(int port, EventLog& log) {
     auto connection = NewConnection(GetParam().StringAt(port));
-    log.Watch(*connection);
-    connection->Open({}, {}, asyncConnect);
+    opening_ = connection->StartOpen({}, {});
+    log.Watch(*opening_);
     return connection;
   }
   /// Pumps for a while, so that what is started gets under way.
@@ -42,9 +45,9 @@ class NativeFaults : public DataTest, public testing::WithParamInterface<NativeS
     (void)queue_.PumpUntil([] { return false; }, time);
   }
   /// Cancels, and checks that the end comes soon, once and as cancelled.
-  void ExpectCancelled(Connection& connection, const EventLog& log) {
+  void ExpectCancelled(Operation& operation, const EventLog& log) {
     const auto start = steady_clock::now();
-    connection.Cancel();
+    operation.Cancel();
     ASSERT_TRUE(PumpToEnd(log));
     EXPECT_LT(steady_clock::now() - start, soon);
     ASSERT_TRUE(log.LastError());
@@ -63,7 +66,7 @@ class NativeFaults : public DataTest, public testing::WithParamInterface<NativeS
 TEST_P(NativeFaults, ARefusedConnectionIsAnErrorWithTheReason) {
   const Listener refusing(Listener::Behaviour::Refuse);
   const auto connection = NewConnection(GetParam().StringAt(refusing.Port()));
-  const ErrorInfo error = ErrorOf([&] { connection->Open({}, {}, 0); });
+  const ErrorInfo error = ErrorOf([&] { OpenNow(*connection); });
   EXPECT_EQ(error.source, GetParam().name);
   EXPECT_THAT(error.description, HasSubstr("127.0.0.1"));
   EXPECT_TRUE(error.nativeError != 0 || error.sqlState == "08001");
@@ -77,7 +80,7 @@ TEST_P(NativeFaults, AServerThatNeverAnswersIsLeftAtACancel) {
   ASSERT_TRUE(silent.WaitForClient(std::chrono::seconds(10)));
   PumpFor(milliseconds(50));
   EXPECT_EQ(log.Ends(), 0);
-  ExpectCancelled(*connection, log);
+  ExpectCancelled(*opening_, log);
   EXPECT_EQ(connection->State(), objectState::closed);
   // The thread has come back by itself.
   EXPECT_TRUE(queue_.PumpUntil([&] { return !data_.HasAbandonedWork(); }, soon) ||
@@ -88,7 +91,7 @@ TEST_P(NativeFaults, AServerThatNeverAnswersIsLeftAfterTheTimeGiven) {
   const Listener silent(Listener::Behaviour::Silent);
   const auto connection = NewConnection(GetParam().StringAt(silent.Port()) + ";Connect Timeout=1");
   const auto start = steady_clock::now();
-  const ErrorInfo error = ErrorOf([&] { connection->Open({}, {}, 0); });
+  const ErrorInfo error = ErrorOf([&] { OpenNow(*connection); });
   EXPECT_GE(steady_clock::now() - start, milliseconds(900));
   EXPECT_LT(steady_clock::now() - start, slowdown * milliseconds(5000));
   EXPECT_FALSE(error.description.empty());
@@ -99,9 +102,9 @@ TEST_P(NativeFaults, AConnectionGivenUpMayBeOpenedAgain) {
   EventLog log;
   const auto connection = StartOpen(silent.Port(), log);
   ASSERT_TRUE(silent.WaitForClient(std::chrono::seconds(10)));
-  ExpectCancelled(*connection, log);
+  ExpectCancelled(*opening_, log);
   connection->SetConnectionString(GetParam().ConnectionString());
-  connection->Open({}, {}, 0);
+  OpenNow(*connection);
   ExpectUsable(*connection);
 }
 
@@ -119,7 +122,7 @@ TEST_P(NativeFaults, AWrongPasswordIsNotShown) {
   const auto connection = data_.CreateConnection();
   const std::string string = GetParam().ConnectionString();
   connection->SetConnectionString(string.substr(0, string.rfind('=') + 1) + "Wr0ng-Secret");
-  const ErrorInfo error = ErrorOf([&] { connection->Open({}, {}, 0); });
+  const ErrorInfo error = ErrorOf([&] { OpenNow(*connection); });
   EXPECT_THAT(error.description, HasSubstr("tessel"));
   EXPECT_THAT(error.description, Not(HasSubstr("Wr0ng-Secret")));
 }
@@ -132,7 +135,7 @@ TEST_P(NativeFaults, AStatementIsCancelledAndTheConnectionStaysUsable) {
   const auto recordset = Start(*connection, GetParam().sleep, log);
   PumpFor(milliseconds(200));
   ASSERT_EQ(log.Ends(), 0);
-  ExpectCancelled(*connection, log);
+  ExpectCancelled(recordset.Operation(), log);
   ExpectUsable(*connection);
 }
 
@@ -142,7 +145,7 @@ TEST_P(NativeFaults, ACancelRightAfterTheStartIsNotLost) {
     EventLog log;
     const auto recordset = Start(*connection, GetParam().sleep, log);
     std::this_thread::sleep_for(std::chrono::microseconds(100 * round));
-    ASSERT_NO_FATAL_FAILURE(ExpectCancelled(*connection, log));
+    ASSERT_NO_FATAL_FAILURE(ExpectCancelled(recordset.Operation(), log));
     ASSERT_EQ(connection->State(), objectState::open);
   }
   ExpectUsable(*connection);
@@ -156,7 +159,7 @@ TEST_P(NativeFaults, ALateCancelHitsNothingElse) {
     EventLog log;
     const auto recordset = Start(*connection, GetParam().nap, log);
     std::this_thread::sleep_for(std::chrono::microseconds(15000 + 100 * round));
-    connection->Cancel();
+    recordset.Cancel();
     ASSERT_TRUE(PumpToEnd(log));
     if (log.LastError()) {
       ASSERT_EQ(log.LastError()->number, errorNumber::cancelled) << log.LastError()->description;
@@ -176,7 +179,7 @@ TEST_P(NativeFaults, ALateCancelTellsTheTruthOfAChange) {
     const auto recordset =
         Start(*connection, "insert into " + table.Name() + " " + GetParam().nap, log);
     std::this_thread::sleep_for(std::chrono::microseconds(15000 + 100 * round));
-    connection->Cancel();
+    recordset.Cancel();
     ASSERT_TRUE(PumpToEnd(log));
     if (!log.LastError()) ++done;
   }
@@ -188,7 +191,7 @@ TEST_P(NativeFaults, AFetchWithoutEndIsCancelledAndKeepsItsRows) {
   EventLog log;
   const auto recordset = Start(*connection, GetParam().endless, log);
   ASSERT_TRUE(queue_.PumpUntil([&] { return log.ProgressCount() > 0; }));
-  ExpectCancelled(*connection, log);
+  ExpectCancelled(recordset.Operation(), log);
   EXPECT_GT(recordset->RecordCount(), 0);
   EXPECT_EQ(ToText(recordset->ValueAt(recordset->RecordCount() - 1, 0)),
             std::to_string(recordset->RecordCount()));
@@ -215,10 +218,10 @@ TEST_P(NativeFaults, AStatementOnAFrozenServerIsLeftAtACancel) {
   PumpFor(milliseconds(200));
   {
     const FrozenServer frozen(GetParam().server());
-    ExpectCancelled(*connection, log);
+    ExpectCancelled(recordset.Operation(), log);
     EXPECT_EQ(connection->State(), objectState::closed);
   }
-  connection->Open({}, {}, 0);
+  OpenNow(*connection);
   ExpectUsable(*connection);
 }
 
@@ -227,14 +230,13 @@ TEST_P(NativeFaults, AChangeOfCatalogOnAFrozenServerIsLeftAtACancel) {
   EventLog log;
   {
     const FrozenServer frozen(GetParam().server());
-    log.Watch(*connection);
-    const auto change = connection->CreateCatalogChange("elsewhere");
-    change->Open(asyncOptions);
+    const auto change = connection->StartUseCatalog("elsewhere");
+    log.Watch(*change);
     PumpFor(milliseconds(200));
-    ExpectCancelled(*connection, log);
+    ExpectCancelled(*change, log);
   }
   connection->Close();
-  connection->Open({}, {}, 0);
+  OpenNow(*connection);
   EXPECT_EQ(connection->DefaultDatabase(), "shop");
   ExpectUsable(*connection);
 }
@@ -247,11 +249,11 @@ TEST_P(NativeFaults, AFetchFromAFrozenServerIsLeftAtACancelWithItsRows) {
   {
     const FrozenServer frozen(GetParam().server());
     PumpFor(milliseconds(300));
-    ExpectCancelled(*connection, log);
+    ExpectCancelled(recordset.Operation(), log);
     EXPECT_GT(recordset->RecordCount(), 0);
   }
   connection->Close();
-  connection->Open({}, {}, 0);
+  OpenNow(*connection);
   ExpectUsable(*connection);
 }
 
@@ -264,9 +266,9 @@ TEST_P(NativeFaults, AfterTheServersDeathTheConnectionIsClosedAndOpensAgain) {
   EXPECT_EQ(error.source, GetParam().name);
   RecordProperty("error", error.description);
   EXPECT_EQ(connection->State(), objectState::closed);
-  EXPECT_THROW(connection->Open({}, {}, 0), Error);
+  EXPECT_THROW(OpenNow(*connection), Error);
   GetParam().server().Restart();
-  connection->Open({}, {}, 0);
+  OpenNow(*connection);
   ExpectUsable(*connection);
 }
 

@@ -3,12 +3,7 @@
 namespace tessel::test {
 
 std::int64_t NativeTest::Affected(const std::string& sql) {
-  EventLog log;
-  log.Watch(*connection_);
-  Run(sql);
-  connection_->ConnectComplete = nullptr;
-  connection_->ExecuteComplete = nullptr;
-  return log.RecordsAffected();
+  return Run(sql).Operation().RecordsAffected();
 }
 
 std::vector<std::string> NativeTest::Reports() const {

@@ -19,9 +19,7 @@ class NativeTest : public DataTest {
   [[nodiscard]] std::shared_ptr<Connection> Connect() {
     return ConnectTo(server_.ConnectionString());
   }
-  std::shared_ptr<Recordset> Run(const std::string& sql) {
-    return DataTest::Run(*connection_, sql);
-  }
+  StartedQuery Run(const std::string& sql) { return DataTest::Run(*connection_, sql); }
   Value Cell(const std::string& sql) { return DataTest::Cell(*connection_, sql); }
   ErrorInfo FailureOf(const std::string& sql) {
     return ErrorOf([&] { Run(sql); });

@@ -72,16 +72,16 @@ TEST_F(OdbcAccess, ACommandItCannotRunIsAnError) {
 
 TEST_F(OdbcAccess, TablesAndColumnsAreListed) {
   const auto connection = Connect(AccessString());
-  const auto tables = connection->OpenSchema(SchemaRowset::Tables, {"", "", "", "TABLE"});
+  const auto tables = ReadSchema(*connection, SchemaRowset::Tables, {"", "", "", "TABLE"});
   ASSERT_EQ(tables->RecordCount(), 2);
   EXPECT_EQ(AllText(*tables)[0][2], "Order Items");
   EXPECT_EQ(AllText(*tables)[1][2], "People");
-  const auto columns = connection->OpenSchema(SchemaRowset::Columns, {"", "", "Order Items"});
+  const auto columns = ReadSchema(*connection, SchemaRowset::Columns, {"", "", "Order Items"});
   ASSERT_EQ(columns->RecordCount(), 2);
   EXPECT_EQ(AllText(*columns)[0][3], "OrderID");
   EXPECT_EQ(AllText(*columns)[1][3], "Item");
-  EXPECT_GE(connection->OpenSchema(SchemaRowset::Columns, {})->RecordCount(), 10);
-  EXPECT_EQ(connection->OpenSchema(SchemaRowset::Catalogs, {})->RecordCount(), 0);
+  EXPECT_GE(ReadSchema(*connection, SchemaRowset::Columns, {})->RecordCount(), 10);
+  EXPECT_EQ(ReadSchema(*connection, SchemaRowset::Catalogs, {})->RecordCount(), 0);
 }
 
 TEST_F(OdbcAccess, AFileThatIsNotThereIsNamed) {
@@ -94,7 +94,7 @@ TEST_F(OdbcAccess, AFileThatIsNotThereIsNamed) {
 TEST_F(OdbcAccess, ThereIsNoCatalogToChangeTo) {
   const auto connection = Connect(AccessString());
   EXPECT_EQ(connection->DefaultDatabase(), "");
-  EXPECT_THROW(connection->SetDefaultDatabase("other"), Error);
+  EXPECT_THROW(UseCatalog(*connection, "other"), Error);
 }
 
 }  // namespace tessel::test

@@ -44,14 +44,14 @@ class OdbcFaults : public OdbcTest {
     (void)queue_.PumpUntil([] { return false; }, time);
   }
   /// Cancels at a time near the end of a nap, a little later with each `round` of 100.
-  static void CancelAbout(Connection& connection, int round) {
+  static void CancelAbout(Operation& operation, int round) {
     std::this_thread::sleep_for(std::chrono::microseconds(15000 + 100 * round));
-    connection.Cancel();
+    operation.Cancel();
   }
   /// Cancels and checks that the end comes soon, once and as cancelled.
-  void ExpectCancelled(Connection& connection, const Pending& pending) {
+  void ExpectCancelled(const Pending& pending) {
     const auto start = steady_clock::now();
-    connection.Cancel();
+    pending.operation->Cancel();
     EXPECT_TRUE(Ends(pending));
     EXPECT_LT(MillisecondsSince(start), soon);
     ASSERT_TRUE(pending.error);
@@ -70,7 +70,7 @@ TEST_F(OdbcFaults, AServerThatNeverAnswersIsLeftAtACancel) {
     const auto pending = StartOpen(connection);
     ASSERT_TRUE(silent.WaitForClient(std::chrono::seconds(10)));
     EXPECT_EQ(pending->ends, 0);
-    ExpectCancelled(*connection, *pending);
+    ExpectCancelled(*pending);
     EXPECT_EQ(connection->State(), objectState::closed);
   }
 }
@@ -80,16 +80,16 @@ TEST_F(OdbcFaults, AConnectionGivenUpMayBeOpenedAgain) {
   const auto connection = NewConnection(PostgresStringAt(silent.Port()));
   const auto pending = StartOpen(connection);
   ASSERT_TRUE(silent.WaitForClient(std::chrono::seconds(10)));
-  ExpectCancelled(*connection, *pending);
+  ExpectCancelled(*pending);
   connection->SetConnectionString(PostgresString());
-  connection->Open({}, {}, 0);
+  OpenNow(*connection);
   EXPECT_EQ(Single(*connection, "select 1"), Value(std::int64_t{1}));
 }
 
 TEST_F(OdbcFaults, DroppingAConnectionThatHangsDoesNotWait) {
   const Listener silent(Listener::Behaviour::Silent);
   auto connection = NewConnection(MariaDbStringAt(silent.Port()));
-  StartOpen(connection);
+  const auto pending = StartOpen(connection);
   ASSERT_TRUE(silent.WaitForClient(std::chrono::seconds(10)));
   const auto start = steady_clock::now();
   connection.reset();
@@ -105,7 +105,7 @@ TEST_F(OdbcFaults, AStatementIsCancelledAndTheConnectionStaysUsable) {
     const auto pending = Start(connection, server.sleep);
     PumpFor(milliseconds(200));
     ASSERT_EQ(pending->ends, 0);
-    ExpectCancelled(*connection, *pending);
+    ExpectCancelled(*pending);
     EXPECT_EQ(connection->State(), objectState::open);
     EXPECT_EQ(Single(*connection, "select 1"), Value(std::int64_t{1}));
   }
@@ -117,7 +117,7 @@ TEST_F(OdbcFaults, WhatFollowsACancelledStatementIsNotRunByPostgreSql) {
   Run(*connection, "create temp table cancelled as select 1 as n");
   const auto pending = Start(connection, "select pg_sleep(60); update cancelled set n = 2");
   PumpFor(milliseconds(200));
-  ExpectCancelled(*connection, *pending);
+  ExpectCancelled(*pending);
   EXPECT_EQ(Single(*connection, "select n from cancelled"), Value(std::int64_t{1}));
 }
 
@@ -127,7 +127,7 @@ TEST_F(OdbcFaults, ACancelWithinATextOfMariaDbEndsItOnce) {
   for (int i = 0; i < 5; ++i) {
     const auto pending = Start(connection, "select sleep(60); select 1");
     PumpFor(milliseconds(100));
-    connection->Cancel();
+    pending->operation->Cancel();
     ASSERT_TRUE(Ends(*pending));
     PumpFor(milliseconds(20));
     EXPECT_EQ(pending->ends, 1);
@@ -142,7 +142,7 @@ TEST_F(OdbcFaults, ACancelRightAfterTheStartIsNotLost) {
     for (int i = 0; i < 20; ++i) {
       const auto pending = Start(connection, server.sleep);
       std::this_thread::sleep_for(std::chrono::microseconds(100 * i));
-      ExpectCancelled(*connection, *pending);
+      ExpectCancelled(*pending);
       if (HasFailure()) return;
       ASSERT_EQ(connection->State(), objectState::open);
     }
@@ -154,7 +154,7 @@ TEST_F(OdbcFaults, ACancelRightAfterTheStartIsNotLost) {
 /// and the next statement is not hit.
 /// On a busy machine a driver may take longer for a cancel than its session's patience.
 static void OpenIfGivenUp(Connection& connection) {
-  if (connection.State() == objectState::closed) connection.Open("", "", 0);
+  if (connection.State() == objectState::closed) OpenNow(connection);
 }
 
 TEST_F(OdbcFaults, ALateCancelHitsNothingElse) {
@@ -163,7 +163,7 @@ TEST_F(OdbcFaults, ALateCancelHitsNothingElse) {
     const auto connection = Connect(server.connectionString);
     for (int i = 0; i < 100; ++i) {
       const auto pending = Start(connection, server.nap);
-      CancelAbout(*connection, i);
+      CancelAbout(*pending->operation, i);
       ASSERT_TRUE(Ends(*pending));
       if (pending->error) {
         ASSERT_EQ(pending->error->number, errorNumber::cancelled) << pending->error->description;
@@ -188,7 +188,7 @@ TEST_F(OdbcFaults, ALateCancelTellsTheTruthOfAChange) {
     std::int64_t done = 0;
     for (int i = 0; i < 100; ++i) {
       const auto pending = Start(connection, "insert into late " + server.nap);
-      CancelAbout(*connection, i);
+      CancelAbout(*pending->operation, i);
       ASSERT_TRUE(Ends(*pending));
       if (!pending->error) ++done;
     }
@@ -202,7 +202,7 @@ TEST_F(OdbcFaults, AFetchIsCancelledAndKeepsItsRows) {
   const auto pending =
       Start(connection, "select n, repeat('x', 200) from generate_series(1, 400000) n");
   ASSERT_TRUE(queue_.PumpUntil([&] { return pending->fetched > 0; }));
-  ExpectCancelled(*connection, *pending);
+  ExpectCancelled(*pending);
   EXPECT_GT(pending->recordset->RecordCount(), 0);
   EXPECT_LT(pending->recordset->RecordCount(), 400000);
   EXPECT_EQ(Single(*connection, "select 1"), Value(std::int64_t{1}));
@@ -218,10 +218,10 @@ TEST_F(OdbcFaults, AStatementOnAFrozenServerIsLeftAtACancel) {
     PumpFor(milliseconds(200));
     {
       const FrozenServer frozen(server.server());
-      ExpectCancelled(*connection, *pending);
+      ExpectCancelled(*pending);
       EXPECT_EQ(connection->State(), objectState::closed);
     }
-    connection->Open({}, {}, 0);
+    OpenNow(*connection);
     EXPECT_EQ(Single(*connection, "select 1"), Value(std::int64_t{1}));
   }
 }
@@ -242,7 +242,7 @@ TEST_F(OdbcFaults, AfterTheServersDeathTheConnectionIsClosedAndOpensAgain) {
     EXPECT_EQ(connection->State(), objectState::closed);
     EXPECT_TRUE(FailureOf(server.connectionString));
     server.server().Restart();
-    connection->Open({}, {}, 0);
+    OpenNow(*connection);
     EXPECT_EQ(Single(*connection, "select 3"), Value(std::int64_t{3}));
   }
 }

@@ -80,7 +80,7 @@ std::shared_ptr<Connection> OdbcTest::Connect(const std::string& connectionStrin
                                               const std::string& user,
                                               const std::string& password) {
   auto connection = NewConnection(connectionString);
-  connection->Open(user, password, 0);
+  OpenNow(*connection, user, password);
   return connection;
 }
 
@@ -93,21 +93,12 @@ std::optional<ErrorInfo> OdbcTest::FailureOf(const std::string& connectionString
   }
 }
 
-std::shared_ptr<Recordset> OdbcTest::Run(Connection& connection, const std::string& sql) {
-  auto recordset = connection.CreateRecordset();
-  recordset->SetSource(sql);
-  recordset->Open(openOption::text);
-  return recordset;
+StartedQuery OdbcTest::Run(Connection& connection, const std::string& sql) {
+  return QueryNow(connection, sql);
 }
 
 std::int64_t OdbcTest::Affected(Connection& connection, const std::string& sql) {
-  std::int64_t affected = -2;
-  connection.ExecuteComplete = [&](std::int64_t count, const ErrorInfo*, EventStatus, Recordset*) {
-    affected = count;
-  };
-  Run(connection, sql);
-  connection.ExecuteComplete = nullptr;
-  return affected;
+  return Run(connection, sql).Operation().RecordsAffected();
 }
 
 Value OdbcTest::Single(Connection& connection, const std::string& sql) {
@@ -118,39 +109,29 @@ Value OdbcTest::Single(Connection& connection, const std::string& sql) {
 
 std::shared_ptr<Pending> OdbcTest::StartOpen(const std::shared_ptr<Connection>& connection) {
   auto pending = std::make_shared<Pending>();
-  connection->ConnectComplete = [pending](const ErrorInfo* error, EventStatus) {
-    ++pending->ends;
-    if (error != nullptr) pending->error = *error;
+  pending->operation = connection->StartOpen({}, {});
+  pending->operation->Ended = [told = pending.get()] {
+    ++told->ends;
+    told->error = told->operation->Failure();
   };
-  connection->Open({}, {}, asyncConnect);
   return pending;
 }
 
 std::shared_ptr<Pending> OdbcTest::Start(const std::shared_ptr<Connection>& connection,
                                          const std::string& sql) {
   auto pending = std::make_shared<Pending>();
-  auto recordset = connection->CreateRecordset();
-  connection->ExecuteComplete = [pending](std::int64_t affected, const ErrorInfo* error,
-                                          EventStatus, Recordset* opened) {
-    pending->affected = affected;
-    if (error != nullptr) pending->error = *error;
-    const bool rowsFollow = opened != nullptr && (opened->State() & objectState::open) != 0;
-    if (error != nullptr || !rowsFollow) ++pending->ends;
+  const auto query = connection->StartQuery(sql, LockType::ReadOnly);
+  pending->operation = query;
+  query->Progress = [told = pending.get(), &operation = *query] {
+    told->recordset = operation.FirstRows();
+    told->fetched = operation.Rows();
   };
-  // The recordset is the operation's own: owning it in turn, they would never go.
-  const std::weak_ptr<Pending> weak = pending;
-  recordset->FetchProgress = [weak](std::int64_t rows, std::int64_t, EventStatus) {
-    if (const auto told = weak.lock()) told->fetched = rows;
-  };
-  recordset->FetchComplete = [weak](const ErrorInfo* error, EventStatus) {
-    const auto told = weak.lock();
-    if (told == nullptr) return;
-    if (error != nullptr) told->error = *error;
+  query->Ended = [told = pending.get(), &operation = *query] {
     ++told->ends;
+    told->recordset = operation.FirstRows();
+    told->affected = operation.RecordsAffected();
+    told->error = operation.Failure();
   };
-  pending->recordset = recordset;
-  recordset->SetSource(sql);
-  recordset->Open(openOption::text | openOption::asyncExecute | openOption::asyncFetch);
   return pending;
 }
 

@@ -15,6 +15,7 @@
 #include "data/cursor/DataAccessObjects.h"
 #include "tests/data/servers/TestServers.h"
 #include "tests/data/support/PumpQueue.h"
+#include "tests/support/DataSteps.h"
 
 namespace tessel::test {
 
@@ -37,11 +38,12 @@ using Rows = std::vector<Row>;
 
 /// An operation that runs while the test pumps the event queue.
 struct Pending {
-  std::shared_ptr<Recordset> recordset;  ///< Null for an open.
-  int ends = 0;                          ///< Completions announced.
+  std::shared_ptr<Operation> operation;
+  std::shared_ptr<Recordset> recordset;  ///< Null while there is none.
+  int ends = 0;                          ///< Completions told.
   std::optional<ErrorInfo> error;
   std::int64_t affected = -2;
-  std::int64_t fetched = 0;  ///< Rows told by FetchProgress.
+  std::int64_t fetched = 0;  ///< Rows told so far.
 };
 
 /// Connections through ODBC, with an event queue that the test pumps.
@@ -58,7 +60,7 @@ class OdbcTest : public ::testing::Test {
   std::optional<ErrorInfo> FailureOf(const std::string& connectionString);
 
   /// Runs and waits; throws Error. The recordset is closed when there are no columns.
-  std::shared_ptr<Recordset> Run(Connection& connection, const std::string& sql);
+  StartedQuery Run(Connection& connection, const std::string& sql);
   /// The count that was announced.
   std::int64_t Affected(Connection& connection, const std::string& sql);
   /// The one value of a query.

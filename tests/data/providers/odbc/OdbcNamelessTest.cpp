@@ -39,10 +39,7 @@ class OdbcNameless : public OdbcTest, public testing::WithParamInterface<Nameles
   }
 
   std::shared_ptr<Recordset> OpenToWrite(const std::string& sql) {
-    auto recordset = connection_->CreateRecordset();
-    recordset->SetLockType(LockType::Optimistic);
-    recordset->SetSource(sql);
-    recordset->Open(openOption::text);
+    const auto recordset = QueryNow(*connection_, sql, LockType::Optimistic);
     return recordset;
   }
   Lines Stored() { return AllText(*Run(*other_, "select id, v, n from nameless order by id")); }
@@ -56,14 +53,14 @@ TEST_P(OdbcNameless, APlainQueryOfOneTableIsEdited) {
   ASSERT_FALSE(recordset->WhyNotChangeable());
   EXPECT_EQ(recordset->RecordsetProperties().Number("Unique Rows", 0), 1);
   recordset->SetFieldValue(1, Text("mine"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(ToText(recordset->FieldValue(1)), "mine");
   recordset->AddNew();
   recordset->SetFieldValue(0, Value(std::int64_t{3}));
   recordset->SetFieldValue(1, Text("three"));
-  recordset->Update(0);
+  Update(*recordset);
   recordset->MoveTo(2);
-  recordset->Delete(0);
+  Delete(*recordset);
   EXPECT_EQ(Stored(), (Lines{{"1", "mine", "10"}, {"3", "three", "(null)"}}));
 }
 
@@ -71,10 +68,10 @@ TEST_P(OdbcNameless, WhatOthersChangedIsAConflict) {
   const auto recordset = OpenToWrite("select * from nameless order by id");
   Run(*other_, "update nameless set v = 'theirs' where id = 1");
   recordset->SetFieldValue(1, Text("mine"));
-  EXPECT_EQ(ErrorNumberOf([&] { recordset->Update(0); }), errorNumber::changeConflict);
+  EXPECT_EQ(ErrorNumberOf([&] { Update(*recordset); }), errorNumber::changeConflict);
   recordset->CancelUpdate();
   Run(*other_, "update nameless set n = 99, v = 'one' where id = 1");
-  EXPECT_EQ(ErrorNumberOf([&] { recordset->Delete(0); }), errorNumber::changeConflict);
+  EXPECT_EQ(ErrorNumberOf([&] { Delete(*recordset); }), errorNumber::changeConflict);
   EXPECT_EQ(Stored(), (Lines{{"1", "one", "99"}, {"2", "two", "(null)"}}));
 }
 
@@ -100,7 +97,7 @@ TEST_P(OdbcNameless, AnAliasIsSeenThroughOrNotBelieved) {
     return;
   }
   recordset->SetFieldValue(1, Text("mine"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(Stored()[0], (std::vector<std::string>{"1", "mine", "10"}));
 }
 
@@ -109,7 +106,7 @@ TEST_P(OdbcNameless, TheUsersTransactionIsLeftAlone) {
   Run(*connection_, "begin");
   const auto recordset = OpenToWrite("select id, v from nameless order by id");
   recordset->SetFieldValue(1, Text("mine"));
-  recordset->Update(0);
+  Update(*recordset);
   Run(*connection_, "rollback");
   EXPECT_EQ(Stored()[0], (std::vector<std::string>{"1", "one", "10"}));
 }
@@ -129,12 +126,9 @@ TEST_F(OdbcTest, RowsOfAnAttachedDatabaseAreWrittenThere) {
   Run(*connection, "attach ':memory:' as x");
   Run(*connection, "create table x.t (id integer not null primary key, v varchar(9))");
   Run(*connection, "insert into x.t values (1, 'main')");
-  const auto recordset = connection->CreateRecordset();
-  recordset->SetLockType(LockType::Optimistic);
-  recordset->SetSource("select id, v from x.t");
-  recordset->Open(openOption::text);
+  const auto recordset = QueryNow(*connection, "select id, v from x.t", LockType::Optimistic);
   recordset->SetFieldValue(1, Text("mine"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(Single(*connection, "select v from x.t"), Text("mine"));
   EXPECT_EQ(Single(*connection, "select v from main.t"), Text("main"));
 }

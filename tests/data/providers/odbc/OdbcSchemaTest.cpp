@@ -36,27 +36,27 @@ class OdbcSchema : public OdbcTest {
 
 TEST_F(OdbcSchema, CatalogsOfPostgreSqlAreItsDatabasesWithoutTemplates) {
   const auto connection = Connect(PostgresString());
-  const auto catalogs = connection->OpenSchema(SchemaRowset::Catalogs, {});
+  const auto catalogs = ReadSchema(*connection, SchemaRowset::Catalogs, {});
   EXPECT_THAT(Column(*catalogs, 0), IsSupersetOf({"postgres", "shop"}));
   EXPECT_THAT(Column(*catalogs, 0), Not(Contains("template1")));
 }
 
 TEST_F(OdbcSchema, CatalogsOfMariaDbAreItsDatabases) {
   const auto connection = Connect(MariaDbString());
-  const auto catalogs = connection->OpenSchema(SchemaRowset::Catalogs, {});
+  const auto catalogs = ReadSchema(*connection, SchemaRowset::Catalogs, {});
   EXPECT_THAT(Column(*catalogs, 0), IsSupersetOf({"mysql", "shop"}));
 }
 
 TEST_F(OdbcSchema, TheCatalogInUseIsChanged) {
   const auto postgres = Connect(PostgresString());
   EXPECT_EQ(postgres->DefaultDatabase(), "shop");
-  postgres->SetDefaultDatabase("[postgres]");
+  UseCatalog(*postgres, "[postgres]");
   EXPECT_EQ(postgres->DefaultDatabase(), "postgres");
   EXPECT_EQ(Single(*postgres, "select current_database()::text"), Value("postgres"));
-  postgres->SetDefaultDatabase("shop");
+  UseCatalog(*postgres, "shop");
   EXPECT_EQ(Single(*postgres, "select current_database()::text"), Value("shop"));
   const auto mariaDb = Connect(MariaDbString());
-  mariaDb->SetDefaultDatabase("[mysql]");
+  UseCatalog(*mariaDb, "[mysql]");
   EXPECT_EQ(mariaDb->DefaultDatabase(), "mysql");
   EXPECT_EQ(Single(*mariaDb, "select database()"), Value("mysql"));
 }
@@ -64,8 +64,8 @@ TEST_F(OdbcSchema, TheCatalogInUseIsChanged) {
 TEST_F(OdbcSchema, AChangeToNoCatalogFailsAndChangesNothing) {
   for (const std::string& server : {PostgresString(), MariaDbString()}) {
     const auto connection = Connect(server);
-    EXPECT_THROW(connection->SetDefaultDatabase("[nowhere]"), Error);
-    EXPECT_THROW(connection->SetDefaultDatabase("nowhere"), Error);
+    EXPECT_THROW(UseCatalog(*connection, "[nowhere]"), Error);
+    EXPECT_THROW(UseCatalog(*connection, "nowhere"), Error);
     EXPECT_EQ(connection->DefaultDatabase(), "shop");
     EXPECT_EQ(Single(*connection, "select 1"), Value(std::int64_t{1}));
   }
@@ -91,12 +91,12 @@ TEST_F(OdbcSchema, TablesAreListedByName) {
   for (const std::string& server : {PostgresString(), MariaDbString(), SqliteString("s.db")}) {
     const auto connection = Connect(server);
     MakeTables(*connection);
-    const auto tables = connection->OpenSchema(SchemaRowset::Tables, {"", "", "", "TABLE"});
+    const auto tables = ReadSchema(*connection, SchemaRowset::Tables, {"", "", "", "TABLE"});
     const std::vector<std::string> names = Column(*tables, 2);
     EXPECT_THAT(names, IsSupersetOf({"a_b", "axb"}));
     EXPECT_TRUE(std::ranges::is_sorted(names));
     EXPECT_THAT(Column(*tables, 3), testing::Each("TABLE"));
-    const auto one = connection->OpenSchema(SchemaRowset::Tables, {"", "", "a_b"});
+    const auto one = ReadSchema(*connection, SchemaRowset::Tables, {"", "", "a_b"});
     EXPECT_THAT(Column(*one, 2), ElementsAre("a_b"));
   }
 }
@@ -105,14 +105,14 @@ TEST_F(OdbcSchema, TablesOfOtherSchemasAreListedAndSystemOnesAreNot) {
   const auto connection = Connect(PostgresString());
   Run(*connection, "create schema if not exists side");
   Run(*connection, "create table if not exists side.lone (n integer)");
-  const auto tables = connection->OpenSchema(SchemaRowset::Tables, {});
+  const auto tables = ReadSchema(*connection, SchemaRowset::Tables, {});
   EXPECT_THAT(Column(*tables, 2), Contains("lone"));
   EXPECT_THAT(Column(*tables, 1), Not(Contains(HasSubstr("pg_"))));
-  const auto columns = connection->OpenSchema(SchemaRowset::Columns, {});
+  const auto columns = ReadSchema(*connection, SchemaRowset::Columns, {});
   EXPECT_THAT(Column(*columns, 2), Contains("lone"));
   EXPECT_THAT(Column(*columns, 1), Not(Contains("information_schema")));
   const auto system =
-      connection->OpenSchema(SchemaRowset::Columns, {"", "information_schema", "tables"});
+      ReadSchema(*connection, SchemaRowset::Columns, {"", "information_schema", "tables"});
   EXPECT_GT(system->RecordCount(), 0);
   Run(*connection, "drop schema side cascade");
 }
@@ -120,9 +120,9 @@ TEST_F(OdbcSchema, TablesOfOtherSchemasAreListedAndSystemOnesAreNot) {
 TEST_F(OdbcSchema, OfMariaDbOnlyTheCatalogInUseIsListed) {
   const auto connection = Connect(MariaDbString());
   MakeTables(*connection);
-  const auto tables = connection->OpenSchema(SchemaRowset::Tables, {});
+  const auto tables = ReadSchema(*connection, SchemaRowset::Tables, {});
   EXPECT_THAT(Column(*tables, 0), testing::Each("shop"));
-  const auto other = connection->OpenSchema(SchemaRowset::Tables, {"mysql"});
+  const auto other = ReadSchema(*connection, SchemaRowset::Tables, {"mysql"});
   EXPECT_THAT(Column(*other, 0), testing::Each("mysql"));
   EXPECT_GT(other->RecordCount(), 0);
 }
@@ -131,14 +131,14 @@ TEST_F(OdbcSchema, ColumnsAreListedInOrderWithTheirTypes) {
   for (const std::string& server : {PostgresString(), MariaDbString()}) {
     const auto connection = Connect(server);
     MakeTables(*connection);
-    const auto columns = connection->OpenSchema(SchemaRowset::Columns, {"", "", "a_b"});
+    const auto columns = ReadSchema(*connection, SchemaRowset::Columns, {"", "", "a_b"});
     EXPECT_THAT(Column(*columns, 2), ElementsAre("a_b", "a_b", "a_b"));
     EXPECT_THAT(Column(*columns, 3), ElementsAre("id", "name", "amount"));
     EXPECT_THAT(Column(*columns, 4), ElementsAre("1", "2", "3"));
     EXPECT_THAT(Column(*columns, 5), ElementsAre("False", "True", "False"));
     EXPECT_THAT(Column(*columns, 6)[0], "3");
     EXPECT_THAT(Column(*columns, 6)[2], "131");
-    const auto one = connection->OpenSchema(SchemaRowset::Columns, {"", "", "a_b", "name"});
+    const auto one = ReadSchema(*connection, SchemaRowset::Columns, {"", "", "a_b", "name"});
     EXPECT_EQ(one->RecordCount(), 1);
   }
 }

@@ -84,7 +84,7 @@ TEST_F(PostgresCommands, ReturningGivesRows) {
 TEST_F(PostgresCommands, RowsWithoutColumnsAreNoResult) {
   const auto recordset = Run("select from generate_series(1, 5); select 7");
   EXPECT_THAT(TextsOf(*recordset), ElementsAre("7"));
-  EXPECT_EQ(Run("select")->State(), objectState::closed);
+  EXPECT_EQ(Run("select").State(), objectState::closed);
 }
 
 // --- texts ---------------------------------------------------------------------------------------
@@ -143,7 +143,7 @@ TEST_F(PostgresCommands, WhatFollowsACancelledStatementIsNotRun) {
   EventLog log;
   const auto recordset = Start(*connection_, "select pg_sleep(60); update c set n = 2", log);
   PumpFor(std::chrono::milliseconds(100));
-  connection_->Cancel();
+  recordset.Cancel();
   ASSERT_TRUE(PumpToEnd(log));
   EXPECT_EQ(Cell("select n from c"), Value(std::int64_t{1}));
 }

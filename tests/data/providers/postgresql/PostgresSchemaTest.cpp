@@ -27,44 +27,45 @@ class PostgresSchema : public PostgresTest {
   void TearDown() override { Run("drop schema lib cascade; drop table public.axb"); }
 
   std::shared_ptr<Recordset> Tables(const std::vector<std::string>& restrictions) {
-    return connection_->OpenSchema(SchemaRowset::Tables, restrictions);
+    return ReadSchema(*connection_, SchemaRowset::Tables, restrictions);
   }
 };
 
 TEST_F(PostgresSchema, CatalogsAreTheDatabasesThatMayBeUsed) {
   Run("drop database if exists closed_one");
   Run("create database closed_one allow_connections false");
-  const auto names = TextsOf(*connection_->OpenSchema(SchemaRowset::Catalogs, {}));
+  const auto names = TextsOf(*ReadSchema(*connection_, SchemaRowset::Catalogs, {}));
   EXPECT_THAT(names, IsSupersetOf({"postgres", "shop"}));
   EXPECT_THAT(names, Not(Contains("template1")));
   EXPECT_THAT(names, Not(Contains("closed_one")));
   EXPECT_TRUE(std::ranges::is_sorted(names));
-  EXPECT_THAT(TextsOf(*connection_->OpenSchema(SchemaRowset::Catalogs, {"shop"})),
+  EXPECT_THAT(TextsOf(*ReadSchema(*connection_, SchemaRowset::Catalogs, {"shop"})),
               ElementsAre("shop"));
   Run("drop database closed_one");
 }
 
 TEST_F(PostgresSchema, TheCatalogInUseIsChangedByConnectingAgain) {
   EXPECT_EQ(connection_->DefaultDatabase(), "shop");
-  connection_->SetDefaultDatabase("[postgres]");
+  UseCatalog(*connection_, "[postgres]");
   EXPECT_EQ(connection_->DefaultDatabase(), "postgres");
   EXPECT_EQ(Cell("select current_database()::text"), Value("postgres"));
-  EXPECT_THROW(connection_->SetDefaultDatabase("nowhere"), Error);
+  EXPECT_THROW(UseCatalog(*connection_, "nowhere"), Error);
   EXPECT_EQ(Cell("select current_database()::text"), Value("postgres"));
-  connection_->SetDefaultDatabase("shop");
+  UseCatalog(*connection_, "shop");
   EXPECT_EQ(Cell("select current_database()::text"), Value("shop"));
 }
 
 TEST_F(PostgresSchema, AChangeOfCatalogIsAnnouncedAsACommandIs) {
   EventLog log;
-  log.Watch(*connection_);
-  connection_->CreateCatalogChange("[postgres]")->Open(0);
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=0"));
+  const auto change = connection_->StartUseCatalog("[postgres]");
+  log.Watch(*change);
+  ASSERT_TRUE(PumpToEnd(log));
+  EXPECT_THAT(log.Lines(), ElementsAre("done"));
   EXPECT_EQ(connection_->DefaultDatabase(), "postgres");
-  const auto refused = connection_->CreateCatalogChange("nowhere");
-  EXPECT_THAT(ErrorOf([&] { refused->Open(0); }).description, HasSubstr("nowhere"));
+  EXPECT_THAT(ErrorOf([&] { UseCatalog(*connection_, "nowhere"); }).description,
+              HasSubstr("nowhere"));
   EXPECT_EQ(connection_->DefaultDatabase(), "postgres");
-  connection_->CreateCatalogChange("shop")->Open(0);
+  UseCatalog(*connection_, "shop");
   EXPECT_EQ(Cell("select current_database()::text"), Value("shop"));
 }
 
@@ -88,7 +89,7 @@ TEST_F(PostgresSchema, TablesOfOneNameStandInEachOfTheirSchemas) {
 TEST_F(PostgresSchema, ATableOutsideTheSearchPathNeedsItsSchema) {
   const auto needs = [&] {
     const auto tables = Tables({"", "", "axb"});
-    const auto columns = connection_->OpenSchema(SchemaRowset::Columns, {"", "", "axb"});
+    const auto columns = ReadSchema(*connection_, SchemaRowset::Columns, {"", "", "axb"});
     EXPECT_EQ(TextsOf(*columns, 8), TextsOf(*tables, 5));
     return TextsOf(*tables, 5);
   };
@@ -114,14 +115,14 @@ TEST_F(PostgresSchema, TheServersOwnTablesAreToldWhenAskedFor) {
 }
 
 TEST_F(PostgresSchema, ColumnsTellTypePlaceAndName) {
-  const auto columns = connection_->OpenSchema(SchemaRowset::Columns, {"", "lib", "a_b"});
+  const auto columns = ReadSchema(*connection_, SchemaRowset::Columns, {"", "lib", "a_b"});
   EXPECT_THAT(TextsOf(*columns, 3), ElementsAre("id", "name", "amount", "tags"));
   EXPECT_THAT(TextsOf(*columns, 4), ElementsAre("1", "2", "3", "5"));
   EXPECT_THAT(TextsOf(*columns, 5), ElementsAre("False", "True", "False", "True"));
   EXPECT_THAT(TextsOf(*columns, 6), ElementsAre("3", "202", "131", "203"));
   EXPECT_THAT(TextsOf(*columns, 7),
               ElementsAre("integer", "character varying", "numeric", "text[]"));
-  const auto domain = connection_->OpenSchema(SchemaRowset::Columns, {"", "lib", "parts"});
+  const auto domain = ReadSchema(*connection_, SchemaRowset::Columns, {"", "lib", "parts"});
   EXPECT_THAT(TextsOf(*domain, 6), ElementsAre("3"));
   EXPECT_THAT(TextsOf(*domain, 7), ElementsAre("lib.small"));
 }
@@ -130,7 +131,7 @@ TEST_F(PostgresSchema, ManyTablesAreReadInNoTime) {
   Run("do $$ begin for i in 1..300 loop execute format('create table lib.many_%s (a int, b int, c "
       "text)', i); end loop; end $$");
   const auto start = std::chrono::steady_clock::now();
-  const auto columns = connection_->OpenSchema(SchemaRowset::Columns, {"", "lib"});
+  const auto columns = ReadSchema(*connection_, SchemaRowset::Columns, {"", "lib"});
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
   EXPECT_EQ(columns->RecordCount(), 908);
 }

@@ -11,10 +11,7 @@ namespace {
 class PostgresWrite : public PostgresTest {
  protected:
   std::shared_ptr<Recordset> OpenToWrite(const std::string& sql) {
-    auto recordset = connection_->CreateRecordset();
-    recordset->SetLockType(LockType::Optimistic);
-    recordset->SetSource(sql);
-    recordset->Open(openOption::text);
+    const auto recordset = QueryNow(*connection_, sql, LockType::Optimistic);
     return recordset;
   }
 };
@@ -28,12 +25,12 @@ TEST_F(PostgresWrite, AFailedTransactionIsSaidAndLeftAlone) {
   recordset->SetFieldValue(1, Text("b"));
   Run("begin");
   EXPECT_EQ(FailureOf("select 1 / 0").sqlState, "22012");
-  const ErrorInfo error = ErrorOf([&] { recordset->Update(0); });
+  const ErrorInfo error = ErrorOf([&] { Update(*recordset); });
   EXPECT_EQ(error.sqlState, "25P02");
   EXPECT_THAT(error.description, HasSubstr("Your transaction has failed"));
   EXPECT_EQ(recordset->Editing(), EditMode::InProgress);
   Run("rollback");
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(Cell("select v from t"), Text("b"));
 }
 
@@ -48,7 +45,7 @@ TEST_F(PostgresWrite, TheStateOfATransactionIsToldUntilItEnds) {
   EXPECT_EQ(state(), UserTransaction::None);
   Run("begin; create temporary table t (n integer)");
   EXPECT_EQ(state(), UserTransaction::Open);
-  connection_->SetDefaultDatabase(connection_->DefaultDatabase());
+  UseCatalog(*connection_, connection_->DefaultDatabase());
   EXPECT_EQ(state(), UserTransaction::None) << "a new session";
   EXPECT_TRUE(connection_->ProviderProperties().Number("Catalog Change Ends Session", 0) != 0);
 }
@@ -59,7 +56,7 @@ TEST_F(PostgresWrite, AConstraintThatIsCheckedAtTheEndUndoesTheChange) {
   Run("insert into t values (1, 10), (2, 20)");
   const auto recordset = OpenToWrite("select id, v from t order by id");
   recordset->SetFieldValue(1, Whole(20));
-  EXPECT_EQ(ErrorOf([&] { recordset->Update(0); }).sqlState, "23505");
+  EXPECT_EQ(ErrorOf([&] { Update(*recordset); }).sqlState, "23505");
   EXPECT_EQ(recordset->Editing(), EditMode::InProgress);
   recordset->CancelUpdate();
   EXPECT_THAT(TextsOf(*Run("select v from t order by id")), ElementsAre("10", "20"));
@@ -73,7 +70,7 @@ TEST_F(PostgresWrite, WhatAlwaysIsGeneratedIsNotUpdatable) {
   EXPECT_TRUE(recordset->Fields()[1].updatable);
   recordset->AddNew();
   recordset->SetFieldValue(1, Text("a"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(ToValue(recordset->FieldValue(0)), Whole(1));
 }
 
@@ -84,7 +81,7 @@ TEST_F(PostgresWrite, AViewIsWrittenThroughWhereItCanBe) {
   Run("create temporary view counted as select count(*) as n from t");
   const auto recordset = OpenToWrite("select * from plain");
   recordset->SetFieldValue(0, Text("b"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(Cell("select v from t"), Text("b"));
   const auto counted = OpenToWrite("select * from counted");
   EXPECT_FALSE(counted->Fields()[0].updatable);
@@ -101,7 +98,7 @@ TEST_F(PostgresWrite, ATriggerIsReadBackAndItsNoticeReported) {
       "pg_temp.shout()");
   const auto recordset = OpenToWrite("select id, v from t_write");
   recordset->SetFieldValue(1, Text("quiet"));
-  recordset->Update(0);
+  Update(*recordset);
   EXPECT_EQ(ToText(recordset->FieldValue(1)), "QUIET");
   EXPECT_THAT(Reports(), ElementsAre(HasSubstr("heard quiet")));
   Run("drop table t_write");
@@ -112,7 +109,7 @@ TEST_F(PostgresWrite, AZeroCharacterIsRefused) {
   Run("insert into t values (1, 'a')");
   const auto recordset = OpenToWrite("select id, v from t");
   recordset->SetFieldValue(1, std::string("a\0b", 3));
-  EXPECT_EQ(ErrorOf([&] { recordset->Update(0); }).number, errorNumber::typeMismatch);
+  EXPECT_EQ(ErrorOf([&] { Update(*recordset); }).number, errorNumber::typeMismatch);
   EXPECT_EQ(Cell("select v from t"), Text("a"));
   EXPECT_EQ(Cell("select 42"), Whole(42));
 }
@@ -123,7 +120,7 @@ TEST_F(PostgresWrite, ExactNumbersAreComparedExactly) {
   const auto recordset = OpenToWrite("select id, v from t");
   Run("update t set v = v + 1");
   recordset->SetFieldValue(1, Text("1"));
-  EXPECT_EQ(ErrorOf([&] { recordset->Update(0); }).number, errorNumber::changeConflict);
+  EXPECT_EQ(ErrorOf([&] { Update(*recordset); }).number, errorNumber::changeConflict);
 }
 
 }  // namespace tessel::test

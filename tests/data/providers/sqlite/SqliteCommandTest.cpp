@@ -8,10 +8,7 @@ using testing::HasSubstr;
 class SqliteCommand : public SqliteTest {
  protected:
   std::int64_t CountOf(Connection& connection, const std::string& sql) {
-    EventLog log;
-    log.Watch(connection);
-    Run(connection, sql);
-    return log.RecordsAffected();
+    return Run(connection, sql).Operation().RecordsAffected();
   }
 };
 
@@ -34,10 +31,8 @@ TEST_F(SqliteCommand, OnlyStatementsThatChangeRowsAreCounted) {
 TEST_F(SqliteCommand, ReturningGivesRowsBeforeItsCountIsKnown) {
   const auto connection = OpenMemory();
   Run(*connection, "create table t (id integer primary key, a)");
-  EventLog log;
-  log.Watch(*connection);
   const auto recordset = Run(*connection, "insert into t (a) values ('x'), ('y') returning id, a");
-  EXPECT_EQ(log.RecordsAffected(), -1);
+  EXPECT_EQ(recordset.Operation().RecordsAffected(), -1);
   EXPECT_THAT(TextsOf(*recordset), ElementsAre("1", "2"));
 }
 
@@ -123,7 +118,7 @@ TEST_F(SqliteCommand, WaitingForALockEndsWhenItIsReleased) {
   EXPECT_TRUE(log.Lines().empty());
   Run(*holder, "commit");
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete ok state=0"));
+  EXPECT_THAT(log.Lines(), ElementsAre("done"));
 }
 
 TEST_F(SqliteCommand, WaitingForALockCanBeCancelled) {
@@ -133,9 +128,9 @@ TEST_F(SqliteCommand, WaitingForALockCanBeCancelled) {
   EventLog log;
   const auto recordset = Start(*other, "insert into t values (2)", log);
   queue_.PumpUntil([] { return false; }, std::chrono::milliseconds(30));
-  recordset->Cancel();
+  recordset.Cancel();
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete failed 3712 state=0"));
+  EXPECT_THAT(log.Lines(), ElementsAre("failed 3712"));
   EXPECT_EQ(other->State(), objectState::open);
 }
 
@@ -165,9 +160,9 @@ TEST_F(SqliteCommand, ACancelledChangeIsUndone) {
             "select n from c",
             log);
   queue_.PumpUntil([] { return false; }, std::chrono::milliseconds(30));
-  recordset->Cancel();
+  recordset.Cancel();
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_THAT(log.Lines(), ElementsAre("ExecuteComplete failed 3712 state=0"));
+  EXPECT_THAT(log.Lines(), ElementsAre("failed 3712"));
   EXPECT_EQ(ToText(ToView(Cell(*connection, "select count(*) from t"))), "0");
 }
 
@@ -181,7 +176,7 @@ TEST_F(SqliteCommand, ACancelledFetchLeavesLaterStatementsUndone) {
             "insert into t values (1)",
             log);
   ASSERT_TRUE(queue_.PumpUntil([&] { return log.ProgressCount() > 0; }));
-  recordset->Cancel();
+  recordset.Cancel();
   ASSERT_TRUE(PumpToEnd(log));
   EXPECT_GT(recordset->RecordCount(), 0);
   EXPECT_EQ(ToText(ToView(Cell(*connection, "select count(*) from t"))), "0");
@@ -196,9 +191,9 @@ TEST_F(SqliteCommand, ALaterStatementThatIsCancelledKeepsTheRows) {
             "select count(*) from c",
             log);
   ASSERT_TRUE(queue_.PumpUntil([&] { return !log.Lines().empty(); }));
-  recordset->Cancel();
+  recordset.Cancel();
   ASSERT_TRUE(PumpToEnd(log));
-  EXPECT_EQ(log.Lines().back(), "FetchComplete failed 3712");
+  EXPECT_EQ(log.Lines().back(), "failed 3712");
   EXPECT_LE(recordset->RecordCount(), 1);
   EXPECT_EQ(connection->State(), objectState::open);
 }
@@ -216,8 +211,7 @@ TEST_F(SqliteCommand, AttachedDatabasesCanBeNamed) {
   const auto recordset = Run(*connection, "select a from other.t");
   EXPECT_EQ(recordset->Fields()[0].baseCatalog, "other");
   EXPECT_EQ(connection->DefaultDatabase(), "");
-  EXPECT_EQ(ErrorOf([&] { connection->SetDefaultDatabase("other"); }).number,
-            errorNumber::notSupported);
+  EXPECT_EQ(ErrorOf([&] { UseCatalog(*connection, "other"); }).number, errorNumber::notSupported);
 }
 
 }  // namespace tessel::test

@@ -102,9 +102,9 @@ class SqliteSchema : public SqliteTest {};
 TEST_F(SqliteSchema, ListsTheDatabasesOfTheSession) {
   const auto connection = OpenFile("main.db");
   Run(*connection, "attach '" + File("other.db") + "' as other; create temp table x (a)");
-  const auto catalogs = connection->OpenSchema(SchemaRowset::Catalogs, {});
+  const auto catalogs = ReadSchema(*connection, SchemaRowset::Catalogs, {});
   EXPECT_THAT(TextsOf(*catalogs), ElementsAre("main", "temp", "other"));
-  EXPECT_THAT(TextsOf(*connection->OpenSchema(SchemaRowset::Catalogs, {"other"})),
+  EXPECT_THAT(TextsOf(*ReadSchema(*connection, SchemaRowset::Catalogs, {"other"})),
               ElementsAre("other"));
 }
 
@@ -115,7 +115,7 @@ TEST_F(SqliteSchema, TellsTablesViewsAndItsOwnTablesApart) {
                    "create virtual table words using fts5 (w); "
                    "create table sqlitelike (a)");
   const auto names = [&](const std::string& type) {
-    return TextsOf(*connection->OpenSchema(SchemaRowset::Tables, {"", "", "", type}), 2);
+    return TextsOf(*ReadSchema(*connection, SchemaRowset::Tables, {"", "", "", type}), 2);
   };
   EXPECT_THAT(names("TABLE"), ElementsAre("plain", "sqlitelike", "words"));
   EXPECT_THAT(names("VIEW"), ElementsAre("seen"));
@@ -128,9 +128,9 @@ TEST_F(SqliteSchema, TablesOfOneNameAreToldApartByTheirCatalog) {
   Run(*connection, "attach '" + File("other.db") +
                        "' as other; create table t (a); "
                        "create table other.t (b)");
-  const auto both = connection->OpenSchema(SchemaRowset::Columns, {"", "", "t"});
+  const auto both = ReadSchema(*connection, SchemaRowset::Columns, {"", "", "t"});
   EXPECT_THAT(TextsOf(*both, 3), ElementsAre("a", "b"));
-  const auto one = connection->OpenSchema(SchemaRowset::Columns, {"other", "", "t"});
+  const auto one = ReadSchema(*connection, SchemaRowset::Columns, {"other", "", "t"});
   EXPECT_THAT(TextsOf(*one, 3), ElementsAre("b"));
 }
 
@@ -138,7 +138,7 @@ TEST_F(SqliteSchema, AViewThatIsBrokenHidesNoOtherColumns) {
   const auto connection = OpenMemory();
   Run(*connection, "create table a (x); create table b (y); create view broken as select * from a;"
                    "drop table a");
-  const auto columns = connection->OpenSchema(SchemaRowset::Columns, {"", "", ""});
+  const auto columns = ReadSchema(*connection, SchemaRowset::Columns, {"", "", ""});
   EXPECT_THAT(TextsOf(*columns, 2), Contains("b"));
   EXPECT_THAT(TextsOf(*columns, 2), Not(Contains("broken")));
   ASSERT_FALSE(connection->Errors().empty());
@@ -149,7 +149,7 @@ TEST_F(SqliteSchema, ColumnsStandInTheOrderThatTheyAreSortedInto) {
   const auto connection = OpenMemory();
   Run(*connection, "create table a_b (z, y); create table AB (x, w); create table a (v, u);"
                    "create table b (t); create view aa as select 1 as s; create index i on b (t)");
-  const auto columns = connection->OpenSchema(SchemaRowset::Columns, {});
+  const auto columns = ReadSchema(*connection, SchemaRowset::Columns, {});
   const auto asRead = TextsOf(*columns, 3);
   EXPECT_THAT(asRead, IsSupersetOf({"v", "u", "s", "x", "w", "z", "y", "t"}));
   columns->SetSort("TABLE_NAME, ORDINAL_POSITION");
@@ -159,7 +159,7 @@ TEST_F(SqliteSchema, ColumnsStandInTheOrderThatTheyAreSortedInto) {
 TEST_F(SqliteSchema, ColumnsTellTheirTypes) {
   const auto connection = OpenMemory();
   Run(*connection, "create table t (a integer, b varchar(5) not null, c)");
-  const auto columns = connection->OpenSchema(SchemaRowset::Columns, {"", "", "t"});
+  const auto columns = ReadSchema(*connection, SchemaRowset::Columns, {"", "", "t"});
   EXPECT_THAT(TextsOf(*columns, 6), ElementsAre("20", "202", "202"));
   EXPECT_THAT(TextsOf(*columns, 7), ElementsAre("INTEGER", "varchar(5)", ""));
   EXPECT_THAT(TextsOf(*columns, 5), ElementsAre("True", "False", "True"));
@@ -168,9 +168,9 @@ TEST_F(SqliteSchema, ColumnsTellTheirTypes) {
 TEST_F(SqliteSchema, NamesMayHoldAnyCharacter) {
   const auto connection = OpenMemory();
   Run(*connection, "create table \"a'b \"\"c\"\" %_;\" (\"x y\" text)");
-  const auto tables = connection->OpenSchema(SchemaRowset::Tables, {"", "", "", "TABLE"});
+  const auto tables = ReadSchema(*connection, SchemaRowset::Tables, {"", "", "", "TABLE"});
   EXPECT_THAT(TextsOf(*tables, 2), ElementsAre("a'b \"c\" %_;"));
-  const auto columns = connection->OpenSchema(SchemaRowset::Columns, {"", "", "a'b \"c\" %_;"});
+  const auto columns = ReadSchema(*connection, SchemaRowset::Columns, {"", "", "a'b \"c\" %_;"});
   EXPECT_THAT(TextsOf(*columns, 3), ElementsAre("x y"));
 }
 

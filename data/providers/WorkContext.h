@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -8,11 +9,17 @@
 
 namespace tessel {
 
-/// What one operation (open, execute and fetch, schema, change of catalog) shares with its
+/// A statement that gave no columns.
+struct DoneStatement {
+  std::int64_t recordsAffected = -1;  ///< -1: it does not tell.
+  std::vector<ErrorInfo> reports;     ///< Since the statement before.
+};
+
+/// What one piece of work (open, execute and fetch, schema, change of catalog) shares with its
 /// provider: the request to stop, and the list of what the database reported.
 ///
-/// Report, Raise and TakeReports belong to the worker thread; the others to any thread.
-class Operation {
+/// StopAsked, AskToStop and ThrowIfStopped belong to any thread, the others to the worker.
+class WorkContext {
  public:
   /// True from the moment that a cancel was asked for. A provider looks at it between rows and
   /// before each call that may take long.
@@ -32,11 +39,18 @@ class Operation {
   /// list already.
   void NoteFailure(const Error& failure);
 
-  /// The records so far; the list is empty afterwards.
+  /// A statement without columns is done: it affected so many records (-1: it does not tell), and
+  /// what was reported since the one before belongs to it.
+  void EndStatement(std::int64_t recordsAffected);
+
+  /// The statements so far; the list is empty afterwards.
+  [[nodiscard]] std::vector<DoneStatement> TakeStatements();
+  /// The records since the last of them; the list is empty afterwards.
   [[nodiscard]] std::vector<ErrorInfo> TakeReports();
 
  private:
   std::atomic<bool> stopAsked_ = false;
+  std::vector<DoneStatement> statements_;
   std::vector<ErrorInfo> reports_;
   bool raised_ = false;
 };

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "contract/base/Error.h"
+#include "contract/base/Event.h"
+
+namespace tessel {
+
+class Connection;
+class Recordset;
+
+/// How far an operation has come. It goes on in this order, and may leave phases out.
+enum class OperationPhase {
+  Connecting,
+  Executing,
+  Fetching,  ///< There is a result with columns; its rows arrive.
+  Writing,
+  Ended
+};
+
+/// How an operation ended.
+enum class OperationOutcome { Done, Failed, Cancelled };
+
+/// One piece of work of a connection in the background, from its start to its one end: connecting,
+/// a command, a schema rowset, a change of the catalog, the writing of a row. UI thread only.
+///
+/// It runs when it is returned, or has ended already where there was nothing to do. Whoever started
+/// it holds it: one that is let go of before its end is asked to stop, and nobody hears of its end.
+/// The events come through the event queue, and when all is in order: a handler may do anything,
+/// even let go of the operation or its connection.
+class Operation {
+ public:
+  Operation(const Operation&) = delete;
+  Operation& operator=(const Operation&) = delete;
+  virtual ~Operation() = default;
+
+  /// The connection that it runs on; null when that is gone.
+  [[nodiscard]] virtual std::shared_ptr<Connection> ActiveConnection() const = 0;
+
+  /// Asks it to stop, without waiting; any number of times, at any time. The end still comes, once,
+  /// within moments even when a driver hangs. Rows already fetched stay. A late request changes
+  /// nothing: not the outcome, nor what runs next.
+  virtual void Cancel() = 0;
+
+  /// Waits for the end without running the event queue; Progress and Ended are raised before it
+  /// returns. Returns at once when it has ended.
+  virtual void Wait() = 0;
+
+  [[nodiscard]] OperationPhase Phase() const { return phase_; }
+  [[nodiscard]] bool HasEnded() const { return phase_ == OperationPhase::Ended; }
+  /// Rows fetched so far, of all results.
+  [[nodiscard]] std::int64_t Rows() const { return rows_; }
+  /// Only after the end.
+  [[nodiscard]] OperationOutcome Outcome() const;
+  /// Why it failed, or that it was cancelled; nothing when it was done. Only after the end.
+  [[nodiscard]] const std::optional<ErrorInfo>& Failure() const { return failure_; }
+
+  /// Another phase began, or more rows have come; not more often than is worth showing.
+  Event<> Progress;
+  /// The end, once.
+  Event<> Ended;
+
+ protected:
+  explicit Operation(OperationPhase phase) : phase_(phase) {}
+
+  void Enter(OperationPhase phase) { phase_ = phase; }
+  void CountRows(std::int64_t rows) { rows_ = rows; }
+  void End(std::optional<ErrorInfo> failure);
+
+ private:
+  OperationPhase phase_;
+  std::int64_t rows_ = 0;
+  std::optional<ErrorInfo> failure_;
+};
+
+/// Waits for the end of an operation without running the event queue. Raises its failure, also when
+/// it was cancelled.
+void Finish(Operation& operation);
+
+/// What one statement of a command came to.
+struct CommandResult {
+  std::shared_ptr<Recordset> rows;    ///< Open; null: the statement gives no columns.
+  std::int64_t recordsAffected = -1;  ///< Of a statement without columns; -1: not told.
+  std::vector<ErrorInfo> notices;     ///< Reported since the result before.
+};
+
+/// A command, or a schema rowset. Rows may be looked at while they arrive.
+class QueryOperation : public Operation {
+ public:
+  /// No execution has completed.
+  static constexpr std::int64_t notExecuted = -2;
+
+  /// Every result so far, in the order of the command. Only the rows of the first one with columns
+  /// can be changed.
+  [[nodiscard]] const std::vector<CommandResult>& Results() const { return results_; }
+  /// The first result with columns: what a window shows. Null while there is none.
+  [[nodiscard]] std::shared_ptr<Recordset> FirstRows() const;
+  /// What the statements up to the first result with columns affected, together: -1 when none of
+  /// them told, notExecuted before the execution has completed.
+  [[nodiscard]] std::int64_t RecordsAffected() const { return recordsAffected_; }
+
+ protected:
+  using Operation::Operation;
+
+  void Add(CommandResult result) { results_.push_back(std::move(result)); }
+  [[nodiscard]] CommandResult& LastResult() { return results_.back(); }
+  void SetRecordsAffected(std::int64_t count) { recordsAffected_ = count; }
+
+ private:
+  std::vector<CommandResult> results_;
+  std::int64_t recordsAffected_ = notExecuted;
+};
+
+}  // namespace tessel

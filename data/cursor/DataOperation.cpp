@@ -1,0 +1,75 @@
+#include "data/cursor/DataOperation.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace tessel {
+
+/// Nobody waits for it any more.
+DataOperation::~DataOperation() {
+  if (!HasEnded()) DataOperation::Cancel();
+}
+
+std::shared_ptr<Connection> DataOperation::ActiveConnection() const {
+  const std::shared_ptr<CursorHost> host = host_.lock();
+  return host ? host->AsConnection() : nullptr;
+}
+
+void DataOperation::Cancel() {
+  if (const std::shared_ptr<CursorHost> host = host_.lock()) host->CancelTask(task_);
+}
+
+void DataOperation::Wait() {
+  if (HasEnded()) return;
+  if (const std::shared_ptr<CursorHost> host = host_.lock()) host->WaitFor(*task_);
+  const auto deliver = deliver_;  // A handler may let go of this operation.
+  deliver();
+}
+
+void DataOperation::Take(TaskNews& news, const RowOrigin& origin) {
+  CountRows(std::max(Rows(), news.rowsFetched));
+  for (ResultNews& result : news.results) TakeResult(result, news.recordsAffected);
+  if (news.ended) TakeEnd(news, origin);
+}
+
+void DataOperation::TakeResult(ResultNews& result, std::int64_t recordsAffected) {
+  if (result.begins) {
+    std::shared_ptr<ClientRecordset> recordset;
+    if (!result.fields.empty()) {
+      if (recordsets_.empty()) SetRecordsAffected(recordsAffected);
+      Enter(OperationPhase::Fetching);
+      recordset = recordsets_.emplace_back(
+          std::make_shared<ClientRecordset>(host_, settings_.source, settings_.lock));
+      recordset->BeginRows(task_, std::move(result.fields));
+    }
+    Add({recordset, result.recordsAffected, std::move(result.notices)});
+  } else if (!Results().empty()) {
+    std::ranges::move(result.notices, std::back_inserter(LastResult().notices));
+  }
+  if (!recordsets_.empty()) recordsets_.back()->AddRows(task_.get(), std::move(result.chunks));
+}
+
+/// Only of the first recordset enough is known to change its rows.
+void DataOperation::TakeEnd(TaskNews& news, const RowOrigin& origin) {
+  if (recordsets_.empty()) SetRecordsAffected(news.recordsAffected);
+  else recordsets_.front()->EndRows(task_.get(), {origin, news.key, std::move(news.fields)});
+  LeaveRows();
+  End(news.failure);
+}
+
+void DataOperation::Announce(const TaskNews& news, FailureSink& failures) {
+  if (news.ended) Ended.Raise(&failures);
+  else if (news.executed || news.progress) Progress.Raise(&failures);
+}
+
+void DataOperation::LeaveRows() {
+  for (const auto& recordset : recordsets_) recordset->EndRows(task_.get(), {});
+}
+
+void DataOperation::EndUnheard() {
+  if (HasEnded()) return;
+  LeaveRows();
+  End(CancelledError().Info());
+}
+
+}  // namespace tessel

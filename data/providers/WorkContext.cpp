@@ -1,0 +1,34 @@
+#include "data/providers/WorkContext.h"
+
+#include <utility>
+
+namespace tessel {
+
+void WorkContext::ThrowIfStopped() const {
+  if (StopAsked()) throw CancelledError();
+}
+
+void WorkContext::Raise(std::vector<ErrorInfo> records) {
+  ErrorInfo first = records.front();
+  for (ErrorInfo& record : records) reports_.push_back(std::move(record));
+  raised_ = true;
+  throw Error(std::move(first));
+}
+
+void WorkContext::NoteFailure(const Error& failure) {
+  if (!std::exchange(raised_, false)) reports_.push_back(failure.Info());
+}
+
+void WorkContext::EndStatement(std::int64_t recordsAffected) {
+  statements_.push_back({recordsAffected, TakeReports()});
+}
+
+std::vector<DoneStatement> WorkContext::TakeStatements() { return std::exchange(statements_, {}); }
+
+std::vector<ErrorInfo> WorkContext::TakeReports() { return std::exchange(reports_, {}); }
+
+Error CancelledError() {
+  return {errorNumber::cancelled, "Tessel", "The operation was cancelled."};
+}
+
+}  // namespace tessel
