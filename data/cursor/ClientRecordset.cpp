@@ -202,6 +202,7 @@ std::shared_ptr<Recordset> ClientRecordset::Clone(LockType lock) {
   auto clone = std::make_shared<ClientRecordset>(host_, source_, lock);
   clone->UseRows(rows_);
   clone->state_ = objectState::open;
+  clone->OrderRows();
   return clone;
 }
 
@@ -214,6 +215,12 @@ void ClientRecordset::SetSort(const std::string& order) {
 void ClientRecordset::ApplySort() {
   const bool hasCurrent = !Bof() && !Eof();
   const Bookmark current = hasCurrent ? CurrentBookmark() : 0;
+  OrderRows();
+  if (hasCurrent) MoveTo(current);
+}
+
+/// Where rows went or numbers were left out, positions and numbers are no longer the same.
+void ClientRecordset::OrderRows() {
   const std::int64_t next = rows_->NextNumber();
   if (sort_.empty() && next == rows_->Count()) {
     order_.Set({}, 0);
@@ -223,7 +230,6 @@ void ClientRecordset::ApplySort() {
              [&](std::int64_t row, std::size_t field) { return rows_->At(row, field); });
     order_.Set(std::move(numbers), next);
   }
-  if (hasCurrent) MoveTo(current);
 }
 
 // --- for the connection ----------------------------------------------------------------------

@@ -96,6 +96,7 @@ class ClientRecordset : public Recordset,
   void RequireNotBeingWritten() const;
   void UseRows(std::shared_ptr<ResultRows> rows);
   void ApplySort();
+  void OrderRows();
 
   /// The row that is current; raises Error when none is.
   [[nodiscard]] std::int64_t CurrentRow() const;

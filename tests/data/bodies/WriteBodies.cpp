@@ -254,6 +254,25 @@ TEST_P(WriteBodies, AChangeInTheBackgroundIsAnnouncedOnce) {
   EXPECT_THAT(Names(), ElementsAre("2|two", "3|three"));
 }
 
+TEST_P(WriteBodies, ACloneMadeAfterADeletionHasTheRowsThatAreLeft) {
+  const auto recordset = OpenAll();
+  Delete(*recordset);
+  recordset->AddNew();
+  recordset->CancelUpdate();
+  recordset->AddNew();
+  recordset->SetFieldValue(id, Whole(9));
+  recordset->SetFieldValue(name, Text("nine"));
+  Update(*recordset);
+  const auto clone = recordset->Clone(LockType::Optimistic);
+  EXPECT_THAT(TextsOf(*clone, name), ElementsAre("two", "three", "nine"));
+  clone->MoveFirst();
+  EXPECT_EQ(ToText(clone->FieldValue(name)), "two");
+  EXPECT_EQ(clone->CurrentBookmark(), recordset->BookmarkAt(0));
+  clone->SetFieldValue(name, Text("changed"));
+  Update(*clone);
+  EXPECT_THAT(Names(), ElementsAre("2|changed", "3|three", "9|nine"));
+}
+
 TEST_P(WriteBodies, ACloneWritesToo) {
   const auto recordset = OpenAll();
   const auto clone = recordset->Clone(LockType::Optimistic);
