@@ -15,7 +15,7 @@ enum class Wrapping {
   BracesAndQuotes  ///< "value" and 'value' too, as some drivers read.
 };
 
-/// One piece of a connection string; both texts point into it.
+/// One piece of a connection string; both texts point into it and live as long as it does.
 struct ConnectionPart {
   std::string_view name;  ///< Without surrounding blanks; may be empty.
   std::string_view text;  ///< All behind the first "=", as written; empty without one.
@@ -27,11 +27,13 @@ struct ConnectionPart {
 
 /// The pieces of a connection string, in the order written, with ";" between them. A wrapped value
 /// goes on to the sign that ends it, and then to the next ";"; without an end, to the end of the
-/// text. This is the one place where connection strings are read by their rules.
+/// text. A piece with nothing in it, as between ";;", is given too, without a name. Nothing is
+/// refused. This is the one place where connection strings are read by their rules. Any thread.
 [[nodiscard]] std::vector<ConnectionPart> ConnectionParts(std::string_view connectionString,
                                                           Wrapping wrapping);
 
-/// A value without what is wrapped around it.
+/// A value without what is wrapped around it, and each doubled sign in it single. One that is not
+/// wrapped, or whose end is missing, comes back as it is. `value` has no blanks around it.
 [[nodiscard]] std::string BareValue(std::string_view value, Wrapping wrapping);
 
 /// `value` as it has to stand in a connection string: in braces when it holds "{", "}", ";", "=" or

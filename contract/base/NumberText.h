@@ -6,9 +6,17 @@
 #include <string>
 #include <string_view>
 
+// How numbers and bytes become text where a program reads them again: files, SQL, the clipboard.
+// What a person alone reads is formed elsewhere.
+
 namespace tessel {
 
-/// Appends a number to `out` as AppendText does.
+/// Appends a number to `out` in the form that AppendText gives it: decimal, "." as the sign of the
+/// fraction, no grouping, whatever the locale. A floating number takes its shortest form that reads
+/// back the same, with an exponent where that is shorter: "0.1", "1e+300", and "nan", "inf",
+/// "-inf". Of a `float` that is its own shortest form, not that of the `double` it could be turned
+/// into. `Number` is an integer or floating type of at most 64 bits; the longest text of one has
+/// fewer than 40 characters, so nothing can fail. Any thread.
 template <class Number>
 void AppendNumber(Number number, std::string& out) {
   std::array<char, 40> buffer;
@@ -16,9 +24,14 @@ void AppendNumber(Number number, std::string& out) {
   out.append(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
 }
 
+/// The digit of each value from 0 to 15 stands at that index. Numbers in files and bytes in SQL are
+/// written with these, in upper case; ParseValue reads both cases. It stands for one byte or half
+/// of one: shift and mask first.
 inline constexpr std::string_view hexDigits = "0123456789ABCDEF";
 
-/// Two upper-case hexadecimal digits.
+/// Two upper-case hexadecimal digits, the higher one first: "0A" for 10. Nothing stands in front;
+/// who writes a literal adds "0x" or whatever the reader wants. A text of many bytes is made by
+/// appending.
 [[nodiscard]] inline std::string ByteToHex(unsigned char byte) {
   return {hexDigits[byte >> 4U], hexDigits[byte & 15U]};
 }

@@ -14,7 +14,10 @@
 
 namespace tessel {
 
-/// Schema rowsets that Connection::OpenSchema makes.
+/// Schema rowsets that Connection::StartSchema reads, each with its fields in their order. Names of
+/// fields and the order of the restrictions are the classic ones. ORDINAL_POSITION and DATA_TYPE (a
+/// number of DataType) are whole numbers, IS_NULLABLE and NEEDS_SCHEMA booleans, all others text;
+/// what a database does not have, such as schemas, is null.
 enum class SchemaRowset {
   Catalogs = 1,  ///< CATALOG_NAME, DESCRIPTION. Restrictions: CATALOG_NAME.
   Columns = 4,   ///< TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, COLUMN_NAME, ORDINAL_POSITION (from
@@ -28,11 +31,11 @@ enum class SchemaRowset {
 
 /// What the user's own transaction is like.
 enum class UserTransaction {
-  None,
+  None,     ///< Each statement is its own transaction.
   Waiting,  ///< None yet: autocommit is off, and the next statement begins one.
-  Open,
-  Failed,  ///< Nothing but its end is accepted.
-  Unknown  ///< The database does not tell.
+  Open,     ///< Begun and not ended; what was done since can be undone.
+  Failed,   ///< Nothing but its end is accepted.
+  Unknown   ///< The database does not tell: there may be one.
 };
 
 /// Whether `state` is that of a transaction whose work is lost with the session.
@@ -58,7 +61,10 @@ class Connection {
  public:
   virtual ~Connection() = default;
 
+  /// As it was set, passwords included: never to be shown as it is.
   [[nodiscard]] virtual const std::string& ConnectionString() const = 0;
+  /// Kept until the next StartOpen, which reads it. Raises Error(objectOpen) unless the connection
+  /// is closed.
   virtual void SetConnectionString(std::string connectionString) = 0;
 
   /// Opens by the connection string; `user` and `password` apply when the string names none. They
@@ -67,13 +73,17 @@ class Connection {
   [[nodiscard]] virtual std::shared_ptr<Operation> StartOpen(const std::string& user,
                                                              const std::string& password) = 0;
 
-  /// Cancels what runs, closes the session. Closing a closed connection does nothing.
+  /// Cancels what runs, closes the session. Closing a closed connection does nothing. The operation
+  /// that ran still ends, by a notice of its own; recordsets keep the rows they have. Waits for a
+  /// driver that hangs no longer than a moment. A session that is lost closes the connection by
+  /// itself, and so does a driver that does not react to a cancel.
   virtual void Close() = 0;
 
-  /// Bits of objectState.
+  /// Bits of objectState. `open` goes with what runs; without it `connecting` stands alone.
   [[nodiscard]] virtual int State() const = 0;
 
-  /// Errors, warnings and notices of the last operation, in the order reported.
+  /// Errors, warnings and notices of the last operation, in the order reported. Emptied when the
+  /// next one starts.
   [[nodiscard]] virtual const std::vector<ErrorInfo>& Errors() const = 0;
   virtual void ClearErrors() = 0;
 
@@ -85,10 +95,11 @@ class Connection {
   /// catalog in use better than the standard views do.
   [[nodiscard]] virtual const Properties& ProviderProperties() const = 0;
 
-  /// The catalog in use; empty when the database has none. Reading it never waits for a running
-  /// command.
+  /// The catalog in use; empty when the database has none and while the connection is closed.
+  /// Reading it never waits for a running command.
   [[nodiscard]] virtual std::string DefaultDatabase() const = 0;
-  /// Changes the catalog in use, which stays as it was when that fails.
+  /// Changes the catalog in use, which stays as it was when that fails. `name` may stand in
+  /// brackets. Fails with Error(notSupported) where the database has no catalogs.
   [[nodiscard]] virtual std::shared_ptr<Operation> StartUseCatalog(const std::string& name) = 0;
 
   /// The user's own transaction, as the database told after the last command, change of a row or
@@ -113,12 +124,13 @@ class Connection {
   Event<> TransactionChanged;
 };
 
-/// The door to every database.
+/// The door to every database. UI thread.
 class DataAccess {
  public:
   virtual ~DataAccess() = default;
 
-  /// A closed connection.
+  /// A closed connection without a connection string. Whoever holds it keeps it open; it must be
+  /// let go of on the UI thread.
   [[nodiscard]] virtual std::shared_ptr<Connection> CreateConnection() = 0;
 
   /// Names of the providers that a connection string may ask for, sorted.

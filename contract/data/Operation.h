@@ -16,13 +16,13 @@ class Recordset;
 /// How far an operation has come. It goes on in this order, and may leave phases out.
 enum class OperationPhase {
   Connecting,
-  Executing,
-  Fetching,  ///< There is a result with columns; its rows arrive.
-  Writing,
+  Executing,  ///< A command, a schema rowset or a change of the catalog, before there are rows.
+  Fetching,   ///< There is a result with columns; its rows arrive.
+  Writing,    ///< A row is added, changed or deleted in the database.
   Ended
 };
 
-/// How an operation ended.
+/// How an operation ended. Work that was finished when it was asked to stop is Done.
 enum class OperationOutcome { Done, Failed, Cancelled };
 
 /// One piece of work of a connection in the background, from its start to its one end: connecting,
@@ -47,28 +47,34 @@ class Operation {
   virtual void Cancel() = 0;
 
   /// Waits for the end without running the event queue; Progress and Ended are raised before it
-  /// returns. Returns at once when it has ended.
+  /// returns. Returns at once when it has ended. It raises no Error: Failure tells what came of it.
   virtual void Wait() = 0;
 
+  /// As the UI thread has heard of it; it changes only when the event queue runs, or in Wait.
   [[nodiscard]] OperationPhase Phase() const { return phase_; }
   [[nodiscard]] bool HasEnded() const { return phase_ == OperationPhase::Ended; }
   /// Rows fetched so far, of all results.
   [[nodiscard]] std::int64_t Rows() const { return rows_; }
-  /// Only after the end.
+  /// Only after the end: before it nothing has failed yet, and it says Done.
   [[nodiscard]] OperationOutcome Outcome() const;
   /// Why it failed, or that it was cancelled; nothing when it was done. Only after the end.
   [[nodiscard]] const std::optional<ErrorInfo>& Failure() const { return failure_; }
 
-  /// Another phase began, or more rows have come; not more often than is worth showing.
+  /// Another phase began, or more rows have come; not more often than is worth showing. Not raised
+  /// for the end.
   Event<> Progress;
-  /// The end, once.
+  /// The end, once, however it came. Phase, Outcome and Failure tell it already.
   Event<> Ended;
 
  protected:
+  // For implementations: these only take down what is to be told. They raise no event; whoever
+  // calls them raises Progress or Ended when everything is in order.
   explicit Operation(OperationPhase phase) : phase_(phase) {}
 
   void Enter(OperationPhase phase) { phase_ = phase; }
+  /// The sum so far, not those that are new.
   void CountRows(std::int64_t rows) { rows_ = rows; }
+  /// Called once. Error(cancelled) makes the outcome Cancelled, another failure Failed.
   void End(std::optional<ErrorInfo> failure);
 
  private:
@@ -81,17 +87,19 @@ class Operation {
 /// it was cancelled.
 void Finish(Operation& operation);
 
-/// What one statement of a command came to.
+/// What one statement of a command came to. A result outlives its operation and its connection for
+/// as long as it is held; the rows stay readable then.
 struct CommandResult {
   std::shared_ptr<Recordset> rows;    ///< Open; null: the statement gives no columns.
   std::int64_t recordsAffected = -1;  ///< Of a statement without columns; -1: not told.
   std::vector<ErrorInfo> notices;     ///< Reported since the result before.
 };
 
-/// A command, or a schema rowset. Rows may be looked at while they arrive.
+/// A command, or a schema rowset. Rows may be looked at while they arrive: their number grows
+/// only while the event queue runs, or in Wait.
 class QueryOperation : public Operation {
  public:
-  /// No execution has completed.
+  /// Of RecordsAffected: no execution has completed.
   static constexpr std::int64_t notExecuted = -2;
 
   /// Every result so far, in the order of the command. Only the rows of the first one with columns
@@ -106,7 +114,9 @@ class QueryOperation : public Operation {
  protected:
   using Operation::Operation;
 
+  // For implementations, as those of Operation.
   void Add(CommandResult result) { results_.push_back(std::move(result)); }
+  /// To add notices to it; only when there is a result.
   [[nodiscard]] CommandResult& LastResult() { return results_.back(); }
   void SetRecordsAffected(std::int64_t count) { recordsAffected_ = count; }
 

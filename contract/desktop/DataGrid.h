@@ -15,7 +15,7 @@
 
 namespace tessel {
 
-/// Decides how the values of a column are shown.
+/// Decides how the values of a column are shown. It changes no value: typed text is not read by it.
 class DataFormat {
  public:
   /// The value and the text to show in its place; a handler that leaves the text empty keeps the
@@ -48,12 +48,18 @@ class DataGrid : public Control {
  public:
   using Control::Control;
 
+  /// Null when none is bound. The grid holds the recordset.
   [[nodiscard]] virtual std::shared_ptr<Recordset> DataSource() const = 0;
   /// Binds to an open recordset, makes its columns and goes to its first row; null unbinds and
-  /// empties the grid.
+  /// empties the grid. An edit in a cell and all selections are forgotten. RowColChange follows
+  /// when there is a row.
   virtual void SetDataSource(std::shared_ptr<Recordset> recordset) = 0;
+  /// Fields of the recordset; 0 when none is bound.
   [[nodiscard]] virtual int ColumnCount() const = 0;
 
+  // What is set of a column goes for it until the next binding, which makes new columns: without a
+  // format, not locked, without buttons. A locked column cannot be edited by the user. A column
+  // with buttons has one in its current cell.
   virtual void SetColumnFormat(int column,
                                DataFormat* format) = 0;  ///< Not owned; null for the ordinary form.
   virtual void SetColumnLocked(int column, bool locked) = 0;
@@ -62,6 +68,8 @@ class DataGrid : public Control {
   [[nodiscard]] virtual bool ColumnButton(int column) const = 0;
   [[nodiscard]] virtual DataFormat* ColumnFormat(int column) const = 0;
 
+  // What the user may do, at first nothing: edit cells of records, delete records, type new ones.
+  // Deleting is the owner's work; the grid only keeps that flag. Binding leaves them as they are.
   [[nodiscard]] virtual bool AllowUpdate() const = 0;
   virtual void SetAllowUpdate(bool allow) = 0;
   [[nodiscard]] virtual bool AllowDelete() const = 0;
@@ -146,12 +154,14 @@ class DataGrid : public Control {
 
   /// The current cell's position; RecordCount() on the new row.
   [[nodiscard]] virtual std::int64_t CellPosition() const = 0;
+  /// What the open editor holds, UTF-8.
   [[nodiscard]] virtual std::string EditorText() const = 0;
   /// Whether the text being edited was changed since the editor was opened.
   [[nodiscard]] virtual bool EditorChanged() const = 0;
   /// Opens the editor of the current cell on `text` with the caret at its end, everything selected
   /// when `select`; an open one keeps its text.
   virtual void OpenEditor(const std::string& text, bool select) = 0;
+  /// Closes the editor, open or not, without taking over its text; the focus stays in the grid.
   virtual void CloseEditor() = 0;
   /// Reduces what is selected to the current cell.
   virtual void SelectCellAlone() = 0;

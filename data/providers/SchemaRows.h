@@ -10,7 +10,7 @@
 
 namespace tessel {
 
-/// A schema rowset that is asked for; `restrictions` as of Connection::OpenSchema.
+/// A schema rowset that is asked for; `restrictions` as of Connection::StartSchema.
 struct SchemaRequest {
   SchemaRowset schema = SchemaRowset::Tables;
   std::vector<std::string> restrictions;
@@ -45,7 +45,7 @@ struct SchemaColumn {
 /// Collects the rows of one schema rowset and leaves out those that the restrictions exclude.
 class SchemaRows {
  public:
-  /// `restrictions` as of Connection::OpenSchema.
+  /// `restrictions` as of Connection::StartSchema.
   SchemaRows(SchemaRowset kind, std::vector<std::string> restrictions);
 
   [[nodiscard]] SchemaRowset Kind() const { return kind_; }

@@ -46,6 +46,9 @@ WORDS_FREE = ("LICENSE",)
 
 SECTION_MARK = re.compile(r"^[ \t]*// ---(?!-).*$|^[ \t]*// -{4,}[ \t]*$", re.M)
 LINE_WIDTH = 100
+# A line that is a comment, or ends with one on what it declares.
+COMMENT_LINE = re.compile(r"^ *//|///<")
+LEAST_COMMENT = 35  # Percent of the lines of a header of the contract.
 
 
 class Skipped(Exception):
@@ -205,6 +208,21 @@ def section_marks(tree):
             if not is_whole(match.group())]
 
 
+def comment_share(text):
+    """Percent of the lines that are comment."""
+    lines = text.splitlines() or [""]
+    return 100 * sum(COMMENT_LINE.search(line) is not None for line in lines) / len(lines)
+
+
+def contract_comments(tree):
+    """Each header of the contract says enough that a second implementation could be written from it: at
+    least so many of its lines are comment."""
+    shares = [(path, comment_share(tree.text(path))) for path in tree.code_paths("contract")
+              if path.endswith(".h")]
+    return ["%s: %d %% of the lines are comment, at least %d %% are needed" % (path, share, LEAST_COMMENT)
+            for path, share in shares if share < LEAST_COMMENT]
+
+
 def formatting(tree):
     """Changed files are as clang-format would write them."""
     if not shutil.which("clang-format"):
@@ -256,4 +274,4 @@ def help_book(tree):
 
 ALL = (logic_includes, contract_includes, implementation_includes, upward_includes, odbc_door,
        postgresql_door, mariadb_door, inline_members, event_pump, forbidden_words, include_cycles,
-       unit_circles, section_marks, formatting, guard_headers, icons, help_book)
+       unit_circles, section_marks, contract_comments, formatting, guard_headers, icons, help_book)
