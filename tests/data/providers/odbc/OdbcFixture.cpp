@@ -1,4 +1,5 @@
 #include "tests/data/providers/odbc/OdbcFixture.h"
+#include "tests/support/Slowdown.h"
 
 #include "tests/data/servers/OdbcFiles.h"
 
@@ -67,7 +68,7 @@ std::vector<std::vector<std::string>> AllText(const Recordset& recordset) {
 
 OdbcTest::OdbcTest() {
   UseOwnOdbcFiles(TestServers::Instance().Folder(), dataSources);
-  data_ = std::make_unique<DataAccessObjects>(queue_);
+  data_ = std::make_unique<DataAccessObjects>(queue_, nullptr, RowMemory::OfMachine(), slowdown);
 }
 
 std::shared_ptr<Connection> OdbcTest::NewConnection(const std::string& connectionString) {
