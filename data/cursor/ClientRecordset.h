@@ -11,7 +11,7 @@
 #include "data/cursor/ResultRows.h"
 #include "data/rows/RowOrder.h"
 #include "data/rows/SortOrder.h"
-#include "data/work/Task.h"
+#include "data/tasks/Task.h"
 
 namespace tessel {
 

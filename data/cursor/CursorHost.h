@@ -6,7 +6,7 @@
 #include "contract/data/Connection.h"
 #include "data/changes/RowChange.h"
 #include "data/changes/RowOrigin.h"
-#include "data/work/Task.h"
+#include "data/tasks/Task.h"
 
 namespace tessel {
 

@@ -4,7 +4,7 @@
 #include "data/providers/odbc/OdbcProvider.h"
 #include "data/providers/postgresql/PostgresSession.h"
 #include "data/providers/sqlite/SqliteSession.h"
-#include "data/work/ThreadHost.h"
+#include "data/tasks/ThreadHost.h"
 
 namespace tessel {
 

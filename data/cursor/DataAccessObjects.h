@@ -6,7 +6,7 @@
 
 #include "contract/data/Connection.h"
 #include "data/cursor/DataConnection.h"
-#include "data/work/LeftBehind.h"
+#include "data/tasks/LeftBehind.h"
 
 namespace tessel {
 

@@ -14,9 +14,9 @@
 #include "data/cursor/DataOperation.h"
 #include "data/providers/Provider.h"
 #include "data/rows/RowMemory.h"
-#include "data/work/RowWriter.h"
-#include "data/work/SessionHost.h"
-#include "data/work/Task.h"
+#include "data/tasks/RowWriter.h"
+#include "data/tasks/SessionHost.h"
+#include "data/tasks/Task.h"
 
 namespace tessel {
 

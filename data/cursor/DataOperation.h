@@ -9,7 +9,7 @@
 #include "contract/data/Operation.h"
 #include "data/cursor/ClientRecordset.h"
 #include "data/cursor/CursorHost.h"
-#include "data/work/Task.h"
+#include "data/tasks/Task.h"
 
 namespace tessel {
 

@@ -14,7 +14,7 @@
 #include "data/changes/RowChange.h"
 #include "data/changes/RowOrigin.h"
 #include "data/rows/RowStore.h"
-#include "data/work/Task.h"
+#include "data/tasks/Task.h"
 
 namespace tessel {
 

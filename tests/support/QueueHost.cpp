@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "data/work/RowWriter.h"
+#include "data/tasks/RowWriter.h"
 #include "tests/support/TestStop.h"
 
 namespace tessel::test {

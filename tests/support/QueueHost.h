@@ -4,8 +4,8 @@
 
 #include "contract/base/EventQueue.h"
 #include "data/providers/memory/MemorySession.h"
-#include "data/work/SessionHost.h"
-#include "data/work/TaskRunner.h"
+#include "data/tasks/SessionHost.h"
+#include "data/tasks/TaskRunner.h"
 
 namespace tessel::test {
 

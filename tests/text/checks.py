@@ -11,7 +11,7 @@ PRODUCT = ("contract", "logic", "main") + IMPLEMENTATIONS
 FLOORS = {
     "contract": ("base", "data", "desktop"),
     "logic": ("program", "text", "connections", "tags", "query", "schema", "results", "app"),
-    "data": ("rows", "changes", "providers", "work", "cursor"),
+    "data": ("rows", "changes", "providers", "tasks", "cursor"),
     "desktop": ("plain", "base", "services", "dialogs", "controls", "editor", "tree", "grid", "window", "help"),
 }
 LOGIC_LIBRARIES = {"pugixml.hpp", "utf8proc.h"}
@@ -40,7 +40,7 @@ EVENT_PUMP = re.compile(r"\bprocessEvents\b")
 # Built from pieces, so that this file does not hold what it looks for.
 WORDS = re.compile("|".join((
     r"\b[Ss]pecific" r"ations?\b", r"\b[Ss]pe" r"c\b", r"\bPart" r"s? \d", r"\bseed doc" r"ument",
-    r"\b[Ii]ssue #?\d", r"\bsub" r"agent", r"(?<!\w)/wo" r"rk/", r"/fa" r"rm/", r"/ro" r"ot/")))
+    r"\b[Ii]ssue #?\d", r"\bsub" r"agent", r"/wo" r"rk/", r"/fa" r"rm/", r"/ro" r"ot/")))
 WORDS_FREE = ("LICENSE",)
 
 

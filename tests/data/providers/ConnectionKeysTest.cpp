@@ -5,7 +5,7 @@
 #include "contract/base/Error.h"
 #include "data/providers/ConnectionKeys.h"
 #include "tests/data/support/DataTest.h"
-#include "tests/data/work/ScriptedProvider.h"
+#include "tests/data/tasks/ScriptedProvider.h"
 
 namespace tessel::test {
 

@@ -1,6 +1,6 @@
 #include <new>
 
-#include "tests/data/work/WorkerTest.h"
+#include "tests/data/tasks/WorkerTest.h"
 
 namespace tessel::test {
 

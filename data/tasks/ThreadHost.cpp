@@ -1,4 +1,4 @@
-#include "data/work/ThreadHost.h"
+#include "data/tasks/ThreadHost.h"
 
 #include <utility>
 

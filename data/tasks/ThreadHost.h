@@ -5,10 +5,10 @@
 #include <mutex>
 
 #include "data/providers/Provider.h"
-#include "data/work/LeftBehind.h"
-#include "data/work/SessionHost.h"
-#include "data/work/Task.h"
-#include "data/work/TaskRunner.h"
+#include "data/tasks/LeftBehind.h"
+#include "data/tasks/SessionHost.h"
+#include "data/tasks/Task.h"
+#include "data/tasks/TaskRunner.h"
 
 namespace tessel {
 

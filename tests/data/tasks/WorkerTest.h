@@ -7,9 +7,9 @@
 #include <gtest/gtest.h>
 
 #include "data/cursor/DataConnection.h"
-#include "data/work/ThreadHost.h"
+#include "data/tasks/ThreadHost.h"
 #include "tests/data/support/DataTest.h"
-#include "tests/data/work/ScriptedProvider.h"
+#include "tests/data/tasks/ScriptedProvider.h"
 #include "tests/support/Slowdown.h"
 
 namespace tessel::test {

@@ -1,4 +1,4 @@
-#include "data/work/TaskRunner.h"
+#include "data/tasks/TaskRunner.h"
 
 #include <new>
 #include <utility>

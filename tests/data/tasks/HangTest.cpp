@@ -1,4 +1,4 @@
-#include "tests/data/work/WorkerTest.h"
+#include "tests/data/tasks/WorkerTest.h"
 
 namespace tessel::test {
 

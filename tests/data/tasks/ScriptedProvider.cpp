@@ -1,4 +1,4 @@
-#include "tests/data/work/ScriptedProvider.h"
+#include "tests/data/tasks/ScriptedProvider.h"
 
 #include <utility>
 

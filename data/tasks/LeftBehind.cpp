@@ -1,4 +1,4 @@
-#include "data/work/LeftBehind.h"
+#include "data/tasks/LeftBehind.h"
 
 #include <chrono>
 #include <utility>

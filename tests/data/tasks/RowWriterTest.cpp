@@ -1,4 +1,4 @@
-#include "data/work/RowWriter.h"
+#include "data/tasks/RowWriter.h"
 
 #include <string>
 #include <vector>

@@ -5,7 +5,7 @@
 #include "data/changes/RowChange.h"
 #include "data/providers/Provider.h"
 #include "data/providers/WorkContext.h"
-#include "data/work/Task.h"
+#include "data/tasks/Task.h"
 
 namespace tessel {
 

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "data/providers/Provider.h"
-#include "data/work/Task.h"
+#include "data/tasks/Task.h"
 
 namespace tessel {
 

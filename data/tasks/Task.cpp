@@ -1,4 +1,4 @@
-#include "data/work/Task.h"
+#include "data/tasks/Task.h"
 
 #include <algorithm>
 #include <iterator>
