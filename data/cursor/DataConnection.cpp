@@ -22,11 +22,6 @@ int StateOf(OperationPhase phase) {
   }
 }
 
-CallTask::Body CatalogChange(const std::string& name) {
-  return
-      [name](ProviderSession& session, WorkContext& context) { session.SetCatalog(name, context); };
-}
-
 /// Where no sink is given: keeps what a handler threw until everything is in order, then lets it
 /// pass.
 class LateFailure : public FailureSink {
@@ -72,11 +67,11 @@ std::shared_ptr<Operation> DataConnection::StartOpen(const std::string& user,
 }
 
 void DataConnection::FinishOpen(const OpenTask& task, Delivery& delivery) {
-  TaskNews& news = delivery.news;
-  if (!news.ended) return;
+  std::optional<TaskEnd>& end = delivery.news.end;
+  if (!end) return;
   if (!delivery.isCurrent) {  // The connection was closed while it was being opened.
-    if (!news.failure) news.failure = CancelledError().Info();
-  } else if (news.failure) {
+    if (!end->failure) end->failure = CancelledError().Info();
+  } else if (end->failure) {
     DropHost();
   } else {
     sessionOpen_ = true;
@@ -167,7 +162,8 @@ void DataConnection::Deliver(const std::shared_ptr<Task>& task,
                              const std::weak_ptr<DataOperation>& told, const Take& take) {
   const auto self = shared_from_this();
   TaskNews news = task->TakeNews();
-  RowOrigin origin{connectionString_, news.catalog.value_or(catalog_)};
+  RowOrigin origin = Origin();
+  if (news.end && news.end->catalog) origin.catalog = *news.end->catalog;
   Delivery delivery{std::move(news), std::move(origin), running_ == task};
   Finish(*task, delivery.news);
   if (take) take(delivery);
@@ -185,11 +181,11 @@ void DataConnection::Finish(const Task& task, const TaskNews& news) {
   if (running_.get() != &task) return;
   if (news.executed) runningPhase_ = OperationPhase::Fetching;
   std::ranges::copy(news.reports, std::back_inserter(errors_));
-  if (!news.ended) return;
+  if (!news.end) return;
   running_.reset();
-  if (news.catalog) catalog_ = *news.catalog;
-  if (news.transaction) NoteTransaction(*news.transaction);
-  if (!news.sessionLost) return;
+  if (news.end->catalog) catalog_ = *news.end->catalog;
+  if (news.end->transaction) NoteTransaction(*news.end->transaction);
+  if (!news.end->sessionLost) return;
   givenUp_ = true;
   DropHost();
 }
@@ -210,7 +206,7 @@ void DataConnection::AnnounceTransaction() {
 
 std::shared_ptr<Operation> DataConnection::StartUseCatalog(const std::string& name) {
   RequireIdle();
-  return Start(std::make_shared<CallTask>(CatalogChange(name)), OperationPhase::Executing);
+  return Start(std::make_shared<CatalogTask>(name), OperationPhase::Executing);
 }
 
 std::shared_ptr<QueryOperation>
@@ -239,10 +235,11 @@ DataConnection::StartWrite(const std::shared_ptr<ClientRecordset>& recordset, Ch
   writesTo_ = row.rows;
   recordset->BeginChange(task);
   return Start(task, OperationPhase::Writing, [task, row, cursor](Delivery& delivery) {
-    if (!delivery.news.ended) return;
+    const std::optional<TaskEnd>& end = delivery.news.end;
+    if (!end) return;
     if (const auto told = cursor.lock()) told->EndChange(task.get());
     row.rows->EndWriting(task.get());
-    if (!delivery.news.failure) row.rows->Accept(task->Kind(), row.number, task->TakeWritten());
+    if (!end->failure) row.rows->Accept(task->Kind(), row.number, task->TakeWritten());
   });
 }
 

@@ -29,7 +29,7 @@ void DataOperation::Wait() {
 void DataOperation::Take(TaskNews& news, const RowOrigin& origin) {
   CountRows(std::max(Rows(), news.rowsFetched));
   for (ResultNews& result : news.results) TakeResult(result, news.recordsAffected);
-  if (news.ended) TakeEnd(news, origin);
+  if (news.end) TakeEnd(news, origin);
 }
 
 void DataOperation::TakeResult(ResultNews& result, std::int64_t recordsAffected) {
@@ -52,13 +52,13 @@ void DataOperation::TakeResult(ResultNews& result, std::int64_t recordsAffected)
 /// Only of the first recordset enough is known to change its rows.
 void DataOperation::TakeEnd(TaskNews& news, const RowOrigin& origin) {
   if (recordsets_.empty()) SetRecordsAffected(news.recordsAffected);
-  else recordsets_.front()->EndRows(task_.get(), {origin, news.key, std::move(news.fields)});
+  else recordsets_.front()->EndRows(task_.get(), {origin, news.end->key, news.end->fields});
   LeaveRows();
-  End(news.failure);
+  End(news.end->failure);
 }
 
 void DataOperation::Announce(const TaskNews& news, FailureSink& failures) {
-  if (news.ended) Ended.Raise(&failures);
+  if (news.end) Ended.Raise(&failures);
   else if (news.executed || news.progress) Progress.Raise(&failures);
 }
 

@@ -34,30 +34,26 @@ void Task::End(std::optional<ErrorInfo> failure, bool sessionLost) {
   if (ended_) return;
   TakeInStatements();
   TakeInReports();
-  news_.ended = true;
-  news_.failure = std::move(failure);
-  news_.sessionLost = sessionLost;
-  ended_ = true;
-  spent = PostLocked();
-}
-
-void Task::TellTransaction(UserTransaction state) {
-  Tell([state](TaskNews& news) { news.transaction = state; }, false);
+  end_.failure = std::move(failure);
+  end_.sessionLost = sessionLost;
+  spent = EndLocked();
 }
 
 bool Task::Abandon() {
   Poster spent;
   const std::lock_guard lock(mutex_);
   if (ended_) return false;
-  news_.ended = true;
   if (!settled_) {
-    news_.failure = CancelledError().Info();
-    news_.reports.push_back(*news_.failure);
+    end_.failure = CancelledError().Info();
+    news_.reports.push_back(*end_.failure);
   }
-  news_.sessionLost = true;
-  ended_ = true;
-  spent = PostLocked();
+  end_.sessionLost = true;
+  spent = EndLocked();
   return true;
+}
+
+void Task::TellTransaction(UserTransaction state) {
+  PrepareEnd([state](TaskEnd& end) { end.transaction = state; });
 }
 
 bool Task::BeginCancel() {
@@ -134,6 +130,23 @@ void Task::Tell(const std::function<void(TaskNews&)>& change, bool post) {
   if (post) (void)PostLocked();
 }
 
+void Task::PrepareEnd(const std::function<void(TaskEnd&)>& change) {
+  const std::lock_guard lock(mutex_);
+  if (!ended_) change(end_);
+}
+
+void Task::NoteCatalog(ProviderSession& session) {
+  std::string catalog = session.CurrentCatalog();
+  PrepareEnd([&](TaskEnd& end) { end.catalog = std::move(catalog); });
+}
+
+/// With the lock held, as PostLocked.
+Task::Poster Task::EndLocked() {
+  news_.end = std::move(end_);
+  ended_ = true;
+  return PostLocked();
+}
+
 /// Posts with the lock held: so no notice can be on its way to the queue once SetPoster has
 /// returned. After the last notice the poster is given back, to be destroyed when the lock is gone:
 /// it may own this task, which would otherwise keep itself alive.
@@ -147,15 +160,13 @@ bool OpenTask::Step(ProviderSession& session) {
   session.Open(login_, *this);
   opened_ = true;
   properties_ = session.ReadProperties();
-  std::string catalog = session.CurrentCatalog();
-  Tell([&](TaskNews& news) { news.catalog = std::move(catalog); }, false);
+  NoteCatalog(session);
   return false;
 }
 
-bool CallTask::Step(ProviderSession& session) {
-  body_(session, *this);
-  std::string catalog = session.CurrentCatalog();
-  Tell([&](TaskNews& news) { news.catalog = std::move(catalog); }, false);
+bool CatalogTask::Step(ProviderSession& session) {
+  session.SetCatalog(name_, *this);
+  NoteCatalog(session);
   return false;
 }
 
@@ -206,8 +217,7 @@ bool ExecuteTask::Advance(ProviderSession& session) {
 void ExecuteTask::LeaveCommand(ProviderSession& session) noexcept {
   session.CloseResult();
   try {
-    std::string catalog = session.CurrentCatalog();
-    Tell([&](TaskNews& news) { news.catalog = std::move(catalog); }, false);
+    NoteCatalog(session);
     if (!fields_.empty()) TellFields(session);
   } catch (const std::exception&) {
     return;
@@ -223,12 +233,10 @@ void ExecuteTask::TellFields(ProviderSession& session) {
   const bool canWrite = writing != nullptr && !(writing->needsKey && key.empty());
   if (OneBaseTable(fields_) == nullptr || !canWrite)
     for (FieldInfo& field : fields_) field.updatable = false;
-  Tell(
-      [&](TaskNews& news) {
-        news.fields = fields_;
-        news.key = std::move(key);
-      },
-      false);
+  PrepareEnd([&](TaskEnd& end) {
+    end.fields = fields_;
+    end.key = std::move(key);
+  });
 }
 
 bool ExecuteTask::BeginFirst(ProviderSession& session) {

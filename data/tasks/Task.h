@@ -26,6 +26,17 @@ struct ResultNews {
   std::vector<ChunkPtr> chunks = {};
 };
 
+/// What is known when a task has ended. It is told with the end and not before: however early a
+/// part of it is known, none can be taken with earlier news and forgotten.
+struct TaskEnd {
+  std::optional<ErrorInfo> failure;
+  bool sessionLost = false;
+  std::optional<std::string> catalog;          ///< The one in use, where it is known.
+  std::vector<FieldInfo> fields;               ///< Those of the first result, complete.
+  std::vector<std::size_t> key;                ///< The fields of a whole unique key among them.
+  std::optional<UserTransaction> transaction;  ///< The user's, where it is known.
+};
+
 /// What a task has to tell since it was last asked.
 struct TaskNews {
   std::vector<ErrorInfo> reports;
@@ -36,13 +47,7 @@ struct TaskNews {
   bool progress = false;              ///< It is time to show `rowsFetched`.
   std::int64_t rowsFetched = 0;
 
-  bool ended = false;  ///< Said once.
-  std::optional<ErrorInfo> failure;
-  bool sessionLost = false;
-  std::optional<std::string> catalog;          ///< The one in use, where it is known.
-  std::vector<FieldInfo> fields;               ///< Those of the first result, complete.
-  std::vector<std::size_t> key;                ///< The fields of a whole unique key among them.
-  std::optional<UserTransaction> transaction;  ///< The user's, where it is known.
+  std::optional<TaskEnd> end;  ///< Told once.
 };
 
 /// One piece of work for a connection's worker, and what worker, cancelling threads and UI thread
@@ -94,8 +99,13 @@ class Task : public WorkContext {
   void Settle();
   /// Changes the news, `post` says whether that is worth a notice. Worker thread.
   void Tell(const std::function<void(TaskNews&)>& change, bool post);
+  /// Changes what is told with the end. Worker thread.
+  void PrepareEnd(const std::function<void(TaskEnd&)>& change);
+  /// The catalog that `session` uses now is the one at the end. Worker thread.
+  void NoteCatalog(ProviderSession& session);
 
  private:
+  [[nodiscard]] Poster EndLocked();
   [[nodiscard]] Poster PostLocked();
   void TakeInStatements();
   void TakeInReports();
@@ -103,6 +113,7 @@ class Task : public WorkContext {
   mutable std::mutex mutex_;
   mutable std::condition_variable changed_;
   TaskNews news_;
+  TaskEnd end_;
   Poster post_;
   bool posted_ = false;  ///< A notice is on its way.
   std::int64_t recordsAffected_ = -1;
@@ -129,17 +140,15 @@ class OpenTask : public Task {
   bool opened_ = false;
 };
 
-/// Something short that the UI thread waits for.
-class CallTask : public Task {
+/// Makes another catalog the one in use.
+class CatalogTask : public Task {
  public:
-  using Body = std::function<void(ProviderSession&, WorkContext&)>;
-
-  explicit CallTask(Body body) : body_(std::move(body)) {}
+  explicit CatalogTask(std::string name) : name_(std::move(name)) {}
 
   [[nodiscard]] bool Step(ProviderSession& session) override;
 
  private:
-  Body body_;
+  std::string name_;
 };
 
 /// Reads a schema rowset.

@@ -39,7 +39,7 @@ bool QueueHost::HoldsNextStep() const {
   const Task* task = running_.get();
   const MemoryServer& server = session_.Server();
   if (dynamic_cast<const OpenTask*>(task) != nullptr) return server.holdConnecting;
-  if (dynamic_cast<const CallTask*>(task) != nullptr) return server.holdCatalogChanges;
+  if (dynamic_cast<const CatalogTask*>(task) != nullptr) return server.holdCatalogChanges;
   if (dynamic_cast<const WriteTask*>(task) != nullptr) return server.holdChanges;
   if (const auto* schema = dynamic_cast<const SchemaTask*>(task))
     return server.holdSchemas.contains(schema->Schema());

@@ -60,7 +60,7 @@ class MemorySession final : public ProviderSession {
   [[nodiscard]] UserTransaction Transaction() override { return transaction_; }
   [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
                                              WorkContext& context) override;
-  void RunControl(std::string_view sql, const WorkContext* operation) override;
+  void RunControl(std::string_view sql, const WorkContext* context) override;
   [[nodiscard]] std::string CurrentCatalog() override { return catalog_; }
   void SetCatalog(const std::string& name, WorkContext& context) override;
   void ReadSchema(SchemaRows& rows, WorkContext& context) override;

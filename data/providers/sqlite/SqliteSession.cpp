@@ -128,7 +128,6 @@ std::vector<FieldInfo> SqliteSession::ExecuteCommand(const std::string& sql, Wor
   text_ = sql;
   rest_ = text_;
   query_.clear();
-  tables_.clear();
   return FindRows(context);
 }
 
@@ -155,15 +154,13 @@ std::vector<FieldInfo> SqliteSession::FindRows(WorkContext& context) {
 /// first row is gone to before the columns are told: it decides the type of those without one.
 std::vector<FieldInfo> SqliteSession::BeginResult(SqliteStatement statement) {
   statement_ = std::move(statement);
-  const bool isFirst = query_.empty();
-  if (isFirst) query_ = statement_.Text();
-  const auto tables = tables_;
+  if (query_.empty()) query_ = statement_.Text();
+  tables_.clear();
   forms_.clear();
   hasRow_ = statement_.Step();
   std::vector<FieldInfo> fields;
   for (int column = 0; column < statement_.ColumnCount(); ++column)
     fields.push_back(DescribeColumn(column));
-  if (!isFirst) tables_ = tables;
   return fields;
 }
 
@@ -221,14 +218,15 @@ void SqliteSession::CloseResult() noexcept {
 
 /// A column of a union, and the like, is told as one of a table that its row may not come from.
 void SqliteSession::CompleteFields(std::vector<FieldInfo>& fields) {
-  if (tables_.empty() || ReadsOneTable(*database_, query_)) return;
+  const auto isOfTable = [](const FieldInfo& field) { return !field.baseTable.empty(); };
+  if (std::ranges::none_of(fields, isOfTable) || ReadsOneTable(*database_, query_)) return;
   for (FieldInfo& field : fields) field.updatable = false;
 }
 
 std::vector<std::size_t> SqliteSession::FindKey(const std::vector<FieldInfo>& fields) {
-  if (tables_.size() != 1 || OneBaseTable(fields) == nullptr) return {};
-  if (!ReadsOneTable(*database_, query_)) return {};
-  return KeyFields(fields, tables_.begin()->second.keys);
+  const FieldInfo* base = OneBaseTable(fields);
+  if (base == nullptr || !ReadsOneTable(*database_, query_)) return {};
+  return KeyFields(fields, TableOf(*base).keys);
 }
 
 // --- catalogs and schema -------------------------------------------------------------------------

@@ -291,6 +291,30 @@ TEST_F(OutcomeTest, UniqueRowsAreAskedForAfterACancelToo) {
   EXPECT_EQ(recordset->RecordsetProperties().Number("Unique Rows", -1), 1);
 }
 
+/// The session is asked several things after the rows, and each may take its time.
+TEST_F(OutcomeTest, WhatIsKnownAtTheEndIsToldWithItWhenNewsAreTakenJustBefore) {
+  const auto connection = Connect();
+  const auto gate = std::make_shared<Gate>();
+  script_->catalog = [] { return std::string("used"); };
+  script_->unique = [] { return true; };
+  script_->execute = [](const std::string&, WorkContext&) { return OneColumn(); };
+  script_->transaction = [gate] {
+    gate->Pass();
+    return UserTransaction::Open;
+  };
+  EventLog log;
+  const auto recordset = Start(*connection, log);
+  gate->AwaitArrival();
+  queue_.Pump();
+  EXPECT_THAT(log.Lines(), ElementsAre("fetching"));
+  gate->Open();
+  ASSERT_TRUE(PumpToEnd(log));
+  EXPECT_TRUE(recordset->Fields().at(0).isKey);
+  EXPECT_EQ(recordset->RecordsetProperties().Number("Unique Rows", -1), 1);
+  EXPECT_EQ(connection->DefaultDatabase(), "used");
+  EXPECT_EQ(connection->Transaction().state, UserTransaction::Open);
+}
+
 TEST_F(OutcomeTest, WhatAHandlerThrowsGoesToTheSink) {
   CollectedFailures failures;
   const auto connection = Connect(&failures);

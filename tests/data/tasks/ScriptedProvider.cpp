@@ -55,6 +55,9 @@ class ScriptedSession : public ProviderSession {
   void SetCatalog(const std::string& name, WorkContext& /*context*/) override {
     if (script_->setCatalog) script_->setCatalog(name);
   }
+  [[nodiscard]] UserTransaction Transaction() override {
+    return script_->transaction ? script_->transaction() : UserTransaction::None;
+  }
   void ReadSchema(SchemaRows& /*rows*/, WorkContext& /*context*/) override {
     throw Error(errorNumber::notSupported, "Scripted", "There is no schema.");
   }

@@ -46,6 +46,7 @@ struct Script {
   std::function<bool()> unique;
   std::function<std::string()> catalog;
   std::function<void(const std::string&)> setCatalog;
+  std::function<UserTransaction()> transaction;
   std::function<void()> cancel;
   std::atomic<bool> alive = true;
   std::chrono::milliseconds patience{150};

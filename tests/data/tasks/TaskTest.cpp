@@ -15,8 +15,7 @@ struct OwnedTask {
     return [this, owner = std::exchange(task, nullptr)] { ++posts; };
   }
 
-  std::shared_ptr<Task> task =
-      std::make_shared<CallTask>([](ProviderSession& /*session*/, WorkContext& /*context*/) {});
+  std::shared_ptr<Task> task = std::make_shared<CatalogTask>("sales");
   int posts = 0;
 };
 
