@@ -9,6 +9,7 @@
 #include "contract/base/Error.h"
 #include "contract/base/Event.h"
 #include "contract/base/Properties.h"
+#include "contract/data/CombinedRows.h"
 #include "contract/data/Operation.h"
 #include "contract/data/Recordset.h"
 
@@ -140,6 +141,24 @@ class DataAccess {
   [[nodiscard]] virtual std::vector<std::string> OdbcDrivers() const = 0;
   /// Names of the ODBC data sources, in the driver manager's order; empty when it cannot be asked.
   [[nodiscard]] virtual std::vector<std::string> OdbcDataSources() const = 0;
+
+  // --- rows of the program's own ---------------------------------------------------------------
+  /// A read-only recordset, without a connection, of rows that the program made itself. A row that
+  /// is shorter than `fields` ends with nulls.
+  [[nodiscard]] virtual std::shared_ptr<Recordset>
+  MakeRecordset(std::vector<FieldInfo> fields, const std::vector<std::vector<Value>>& rows) = 0;
+  /// All rows of the parts, one part behind the other, as one recordset. Its first field is
+  /// "Connection", the name of the part; then come the columns of all parts united by their names,
+  /// without regard to case, in the order of first appearance: the second of a name in one part
+  /// stands with the second of that name in another. What a part does not have is null. A value
+  /// keeps its type; the type of a field is the most particular one that holds those of all parts.
+  /// Raises Error(objectClosed) for a part that is closed.
+  [[nodiscard]] virtual std::shared_ptr<Recordset>
+  MergeRows(const std::vector<NamedRows>& parts) = 0;
+  /// A comparison that has yet to take its steps. Raises Error(objectClosed) for rows that are
+  /// closed, Error(itemNotFound) for a key that one of them does not have, and Error(application)
+  /// when they have no column in common.
+  [[nodiscard]] virtual std::unique_ptr<RowComparison> CompareRows(CompareRequest request) = 0;
 };
 
 }  // namespace tessel

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "contract/data/Connection.h"
+#include "data/cursor/CombinedAccess.h"
 #include "data/cursor/DataConnection.h"
 #include "data/tasks/LeftBehind.h"
 
@@ -12,7 +12,7 @@ namespace tessel {
 
 /// Every database this program can speak to: SQLite, PostgreSQL and MariaDB by their own libraries,
 /// all others through ODBC. UI thread.
-class DataAccessObjects : public DataAccess {
+class DataAccessObjects : public CombinedAccess {
  public:
   /// `queue` carries the notices; `failures` gets what event handlers throw (null: it passes
   /// through, out of the notice). Both outlive this and all connections.

@@ -7,6 +7,7 @@
 
 #include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
+#include "data/rows/DecimalDigits.h"
 
 namespace tessel {
 
@@ -21,64 +22,6 @@ int Compare(const T& a, const T& b) {
 
 // --- numbers -------------------------------------------------------------------------------------
 
-/// A number of any kind, in decimal digits without leading and trailing zeros: 0.0120 is 12 with
-/// the point before its first digit moved by -1.
-struct Digits {
-  enum Class { NotANumber, MinusInfinity, Finite, Infinity };
-  Class kind = Finite;
-  bool negative = false;
-  std::string digits;  ///< Empty for zero.
-  std::int64_t point = 0;
-};
-
-std::int64_t TakeExponent(std::string_view& text) {
-  const std::size_t at = text.find_first_of("eE");
-  if (at == std::string_view::npos) return 0;
-  std::string_view exponent = text.substr(at + 1);
-  text = text.substr(0, at);
-  if (exponent.starts_with('+')) exponent.remove_prefix(1);
-  std::int64_t value = 0;
-  std::from_chars(exponent.data(), exponent.data() + exponent.size(), value);
-  return value;
-}
-
-Digits::Class ClassOf(std::string_view text, bool negative) {
-  if (StartsWithNoCase(text, "nan")) return Digits::NotANumber;
-  if (StartsWithNoCase(text, "inf")) return negative ? Digits::MinusInfinity : Digits::Infinity;
-  return Digits::Finite;
-}
-
-Digits ToDigits(std::string_view text) {
-  Digits number;
-  number.negative = text.starts_with('-');
-  if (number.negative || text.starts_with('+')) text.remove_prefix(1);
-  number.kind = ClassOf(text, number.negative);
-  if (number.kind != Digits::Finite) return number;
-  number.point = TakeExponent(text);
-  const std::size_t point = std::min(text.find('.'), text.size());
-  number.point += static_cast<std::int64_t>(point);
-  number.digits = text.substr(0, point);
-  if (point < text.size()) number.digits += text.substr(point + 1);
-  const std::size_t zeros = std::min(number.digits.find_first_not_of('0'), number.digits.size());
-  number.digits.erase(0, zeros);
-  number.point -= static_cast<std::int64_t>(zeros);
-  number.digits.erase(number.digits.find_last_not_of('0') + 1);
-  if (number.digits.empty()) number.negative = false;
-  return number;
-}
-
-int CompareMagnitude(const Digits& a, const Digits& b) {
-  if (a.digits.empty() || b.digits.empty()) return Compare(!a.digits.empty(), !b.digits.empty());
-  if (a.point != b.point) return Compare(a.point, b.point);
-  return Compare(a.digits, b.digits);
-}
-
-int CompareDigits(const Digits& a, const Digits& b) {
-  if (a.kind != b.kind || a.kind != Digits::Finite) return Compare(a.kind, b.kind);
-  if (a.negative != b.negative) return a.negative ? -1 : 1;
-  return a.negative ? CompareMagnitude(b, a) : CompareMagnitude(a, b);
-}
-
 /// All digits of the exact value; `to_chars` would give the shortest that reads back.
 std::string ExactText(double value) {
   std::string text(1100, '\0');
@@ -88,7 +31,7 @@ std::string ExactText(double value) {
   return text;
 }
 
-Digits NumberDigits(const ValueView& value) {
+DecimalDigits NumberDigits(const ValueView& value) {
   if (const auto* decimal = std::get_if<DecimalView>(&value)) return ToDigits(decimal->digits);
   if (const auto* real = std::get_if<double>(&value)) return ToDigits(ExactText(*real));
   if (const auto* single = std::get_if<float>(&value)) return ToDigits(ExactText(*single));

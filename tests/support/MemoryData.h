@@ -9,6 +9,7 @@
 
 #include "contract/base/EventQueue.h"
 #include "contract/data/Connection.h"
+#include "data/cursor/CombinedAccess.h"
 #include "data/providers/memory/MemoryServer.h"
 #include "data/providers/memory/MemorySession.h"
 #include "tests/support/QueueHost.h"
@@ -18,7 +19,7 @@ namespace tessel::test {
 /// The databases of a test: the program's own connections and recordsets, over servers in memory,
 /// whose work is done on the test's event queue. It is itself the server of every connection string
 /// that has none of its own; it and `queue` outlive the connections.
-class MemoryData final : public DataAccess, public MemoryServer {
+class MemoryData final : public CombinedAccess, public MemoryServer {
  public:
   explicit MemoryData(EventQueue& queue) : queue_(queue) {}
 

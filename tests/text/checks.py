@@ -11,7 +11,7 @@ PRODUCT = ("contract", "logic", "main") + IMPLEMENTATIONS
 FLOORS = {
     "contract": ("base", "data", "desktop"),
     "logic": ("program", "text", "connections", "tags", "query", "schema", "results", "app"),
-    "data": ("rows", "changes", "providers", "tasks", "cursor"),
+    "data": ("rows", "combined", "changes", "providers", "tasks", "cursor"),
     "desktop": ("plain", "base", "services", "dialogs", "controls", "editor", "tree", "grid", "window", "help"),
 }
 LOGIC_LIBRARIES = {"pugixml.hpp", "utf8proc.h"}
