@@ -15,9 +15,6 @@ FLOORS = {
     "desktop": ("plain", "base", "services", "dialogs", "controls", "editor", "tree", "grid", "window", "help"),
 }
 LOGIC_LIBRARIES = {"pugixml.hpp", "utf8proc.h"}
-ODBC_DOOR = "data/providers/odbc/OdbcApi"
-PQ_DOOR = "data/providers/postgresql/PqApi"
-MARIA_DOOR = "data/providers/mariadb/MariaApi"
 GUARD = "cmake/forbidden"
 ICON_LIST = "desktop/icons.qrc"
 ICON_USE = re.compile(r":/icons/([\w.-]+)")
@@ -32,9 +29,13 @@ ODBC_FUNCTIONS = (
     "Prepare PrimaryKeys ProcedureColumns Procedures PutData RowCount SetConnectAttr SetCursorName "
     "SetDescField SetDescRec SetEnvAttr SetPos SetStmtAttr SpecialColumns Statistics TablePrivileges "
     "Tables").split()
-ODBC_CALL = re.compile(r"(?<![\w.>])SQL(?:%s)[AW]?\s*\(" % "|".join(ODBC_FUNCTIONS))
-PQ_CALL = re.compile(r"(?<![\w.>])PQ[a-z]\w*\s*\(")
-MARIA_CALL = re.compile(r"(?<![\w.>])(?:mysql|mariadb)_\w+\s*\(")
+# The one door to each database's library, a header and its sources, and the names of its functions.
+DOORS = (
+    ("data/providers/odbc/OdbcApi", "SQL(?:%s)[AW]?" % "|".join(ODBC_FUNCTIONS)),
+    ("data/providers/postgresql/PqApi", r"PQ[a-z]\w*"),
+    ("data/providers/mariadb/MariaApi", r"(?:mysql|mariadb)_\w+"),
+    ("data/providers/sqlite/SqliteApi", r"sqlite3_\w+"),
+)
 INLINE_MEMBER = re.compile(r"^inline\b[^({;=]*\w::~?\w+\(", re.MULTILINE)
 EVENT_PUMP = re.compile(r"\bprocessEvents\b")
 # Built from pieces, so that this file does not hold what it looks for.
@@ -104,25 +105,13 @@ def upward_includes(tree):
     return [found for floor, order in FLOORS.items() for found in complaints(floor, order)]
 
 
-def naked_calls(tree, call, door):
-    """Calls of a C library outside of its door, a header and its sources. Benchmarks may call it."""
-    paths = [path for path in tree.code_paths() if not path.startswith((door, "bench/"))]
-    return [found for path in paths for found in tree.find(call, path, tree.code(path))]
-
-
-def odbc_door(tree):
-    """Every ODBC call passes the one door that checks its return code."""
-    return naked_calls(tree, ODBC_CALL, ODBC_DOOR)
-
-
-def postgresql_door(tree):
-    """Every call of libpq passes its one door."""
-    return naked_calls(tree, PQ_CALL, PQ_DOOR)
-
-
-def mariadb_door(tree):
-    """Every call of libmariadb passes its one door."""
-    return naked_calls(tree, MARIA_CALL, MARIA_DOOR)
+def library_doors(tree):
+    """Every call of a database's library passes its one door. Benchmarks may call it."""
+    def naked_calls(door, functions):
+        call = re.compile(r"(?<![\w.>])(?:%s)\s*\(" % functions)
+        paths = [path for path in tree.code_paths() if not path.startswith((door, "bench/"))]
+        return [found for path in paths for found in tree.find(call, path, tree.code(path))]
+    return [found for door, functions in DOORS for found in naked_calls(door, functions)]
 
 
 def inline_members(tree):
@@ -272,6 +261,6 @@ def help_book(tree):
     return helpbook.help_book(tree, ("logic",))
 
 
-ALL = (logic_includes, contract_includes, implementation_includes, upward_includes, odbc_door,
-       postgresql_door, mariadb_door, inline_members, event_pump, forbidden_words, include_cycles,
-       unit_circles, section_marks, contract_comments, formatting, guard_headers, icons, help_book)
+ALL = (logic_includes, contract_includes, implementation_includes, upward_includes,
+       library_doors, inline_members, event_pump, forbidden_words, include_cycles, unit_circles,
+       section_marks, contract_comments, formatting, guard_headers, icons, help_book)
