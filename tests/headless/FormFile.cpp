@@ -1,7 +1,9 @@
 #include "tests/headless/FormFile.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <filesystem>
 #include <stdexcept>
 #include <utility>
 
@@ -245,6 +247,14 @@ FormShortcut ParseShortcut(std::string_view text) {
   }
   shortcut.keyCode = KeyOfName(text);
   return shortcut;
+}
+
+std::vector<std::string> FormFile::NamesIn(const std::string& folder) {
+  std::vector<std::string> names;
+  for (const auto& file : std::filesystem::directory_iterator(folder))
+    if (file.path().extension() == ".ui") names.push_back(file.path().stem().string());
+  std::ranges::sort(names);
+  return names;
 }
 
 FormFile FormFile::Read(const std::string& folder, std::string_view name) {

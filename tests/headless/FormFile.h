@@ -78,6 +78,8 @@ struct FormFile {
   std::vector<FormMenuItem> menus;  ///< In the order of the file, actions behind titles.
   std::vector<std::string> tabStops;  ///< Names in the order of the Tab key.
 
+  /// The names of the forms in `folder`, sorted.
+  [[nodiscard]] static std::vector<std::string> NamesIn(const std::string& folder);
   /// Reads `folder`/`name`.ui. Raises Error(itemNotFound) when there is no such form, and
   /// std::runtime_error when the file is damaged or holds a widget of a class that is no control.
   [[nodiscard]] static FormFile Read(const std::string& folder, std::string_view name);

@@ -15,14 +15,11 @@
 #include "desktop/FormRegistry.h"
 #include "desktop/base/Text.h"
 #include "tests/desktop/DesktopFixture.h"
+#include "tests/headless/FormFile.h"
 
 namespace tessel::test {
 
 namespace {
-
-constexpr const char* allForms[] = {
-    "frmMDI",   "frmMain",   "frmRecords",  "frmText",     "dlgText",      "dlgConnect", "dlgAsync",
-    "dlgAbout", "dlgCnODBC", "dlgCnSQLSrv", "dlgCnAccess", "dlgCnGeneric", "dlgDataLink"};
 
 /// Whether the picture shows more than an empty ground.
 bool ShowsSomething(const QImage& picture) {
@@ -50,10 +47,10 @@ QString CaptionOf(const QWidget& widget) {
   return label != nullptr && label->buddy() != nullptr ? label->text() : QString();
 }
 
-class EveryForm : public testing::TestWithParam<const char*> {
+class EveryForm : public testing::TestWithParam<std::string> {
  protected:
   EveryForm() {
-    if (std::string_view(GetParam()) != "frmMDI") frame_ = host.TheDesktop().MakeWindow("frmMDI");
+    if (GetParam() != "frmMDI") frame_ = host.TheDesktop().MakeWindow("frmMDI");
     if (frame_ != nullptr) frame_->Show();
     window_ = host.TheDesktop().MakeWindow(GetParam());
     window_->Show();
@@ -109,8 +106,8 @@ TEST_P(EveryForm, ShowsItsTextsWhole) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, EveryForm, testing::ValuesIn(allForms),
-                         [](const auto& info) { return std::string(info.param); });
+INSTANTIATE_TEST_SUITE_P(Forms, EveryForm, testing::ValuesIn(FormFile::NamesIn(TESSEL_FORMS_DIR)),
+                         [](const auto& info) { return info.param; });
 
 /// The same with a font half as large again.
 class LargeFontTest : public testing::Test {

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "contract/base/Ascii.h"
 #include "tests/headless/FormFile.h"
 
 namespace tessel::test {
@@ -238,6 +239,32 @@ TEST(FormMenusTest, CommandsStandInTheirMenusInOrder) {
       {"menuTags", {"mnuTag_0", "mnuTag_1"}}};
   for (const auto& [menu, commands] : menus)
     EXPECT_EQ(CommandsOf(form, menu, commands.size()), commands) << menu;
+}
+
+/// The letter marked with "&", in capitals; empty when there is none.
+std::string MnemonicIn(std::string_view caption) {
+  const std::size_t mark = caption.find('&');
+  return mark < caption.size() ? AsciiUpper(caption.substr(mark + 1, 1)) : std::string();
+}
+
+/// The commands of a menu that share a mnemonic with one above them.
+Names SharedMnemonics(const FormMenuItem& menu, Texts captions) {
+  Texts taken;
+  Names shared;
+  for (const std::string& command : menu.entries) {
+    const std::string letter = MnemonicIn(captions[command]);
+    if (!letter.empty() && !taken.emplace(letter, command).second)
+      shared.push_back(command + " with " + taken.at(letter));
+  }
+  return shared;
+}
+
+TEST(FormMenusTest, CommandsOfAMenuHaveMnemonicsOfTheirOwn) {
+  for (const std::string& name : FormFile::NamesIn(TESSEL_FORMS_DIR)) {
+    const FormFile form = Read(name);
+    for (const FormMenuItem& menu : form.menus)
+      EXPECT_EQ(SharedMnemonics(menu, TextsIn(form).captions), Names()) << menu.name;
+  }
 }
 
 TEST(FormMenusTest, ListsHaveTheirColumns) {
