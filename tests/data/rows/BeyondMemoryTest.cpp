@@ -9,6 +9,7 @@
 
 #include "data/cursor/ClientRecordset.h"
 #include "data/rows/RowMemory.h"
+#include "logic/results/Conversions.h"
 #include "tests/data/conversion/HardValues.h"
 #include "tests/data/support/DataTest.h"
 #include "tests/support/TemporaryFolder.h"
@@ -160,9 +161,7 @@ TEST_F(BeyondMemory, EveryConversionIsThatOfTheSameRowsInMemory) {
   const auto expected = Read(*memory);
   const auto found = Read(*spilling);
   ASSERT_LE(HeldBytes(*found), megabyte);
-  for (const char* command :
-       {"mnuCvtCSV", "mnuCvtQuotedCSV", "mnuCvtTabDelimited", "mnuCvtInsertSQL", "mnuCvtSetSQL",
-        "mnuCvtHTMLTable", "mnuCvtArrayC"}) {
+  for (const std::string& command : ConversionCommands()) {
     const std::string text = Converted(*expected, command, "t");
     EXPECT_GT(text.size(), megabyte / 2) << command;
     EXPECT_TRUE(Converted(*found, command, "t") == text) << command;

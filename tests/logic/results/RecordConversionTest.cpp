@@ -6,10 +6,6 @@
 namespace tessel {
 namespace {
 
-constexpr const char* allCommands[] = {"mnuCvtCSV",       "mnuCvtQuotedCSV", "mnuCvtTabDelimited",
-                                       "mnuCvtInsertSQL", "mnuCvtSetSQL",    "mnuCvtHTMLTable",
-                                       "mnuCvtArrayC"};
-
 Value Text(std::string text) { return Value(std::move(text)); }
 Value Number(std::int64_t number) { return Value(number); }
 
@@ -41,7 +37,7 @@ class RecordConversionTest : public test::RecordsFixture {
   void GiveThree(const std::string& sql = "select * from Orders") { RunThreeRows(sql); }
 
   /// Chooses the command and closes the viewer, which must come up.
-  Shown Choose(const char* command) {
+  Shown Choose(const std::string& command) {
     Shown shown;
     bool came = false;
     desktop.OnModal("frmText", [&](test::HeadlessWindow& w) {
@@ -57,7 +53,7 @@ class RecordConversionTest : public test::RecordsFixture {
     EXPECT_TRUE(came) << command;
     return shown;
   }
-  std::string Converted(const char* command) { return Choose(command).text; }
+  std::string Converted(const std::string& command) { return Choose(command).text; }
   void ExpectNoViewer() {
     for (const std::string& form : desktop.Modals()) EXPECT_NE(form, "frmText");
   }
@@ -99,7 +95,7 @@ TEST_F(RecordConversionTest, TheViewerTellsWhatItShowsAndSavesWithItsEnding) {
   EXPECT_EQ(titleAndEnding("mnuCvtArrayC"), "Array (C) of Shop, 3 records .c");
 }
 
-// --- the seven conversions -----------------------------------------------------------------------
+// --- what each writes ----------------------------------------------------------------------------
 
 TEST_F(RecordConversionTest, CsvHasAHeaderAndPlainValuesWithNullEmpty) {
   GiveThree();
@@ -166,7 +162,8 @@ TEST_F(RecordConversionTest, EachPassesItsHelpTopicAndFileTypes) {
       {"mnuCvtSetSQL", {8705, sql}},
       {"mnuCvtHTMLTable", {8706, "HTML Files (*.html,*.htm)|*.html;*.htm|" + own}},
       {"mnuCvtArrayC", {8707, "C/C++ Files (*.c,*.cpp)|*.c;*.cpp|" + own}}};
-  for (const char* command : allCommands) {
+  EXPECT_EQ(ConversionCommands().size(), expected.size());
+  for (const std::string& command : ConversionCommands()) {
     const Shown shown = Choose(command);
     EXPECT_EQ(shown.helpContext, expected.at(command).first) << command;
     EXPECT_EQ(shown.filter, expected.at(command).second) << command;
@@ -225,7 +222,7 @@ TEST_F(RecordConversionTest, TrueIsOneInEveryFormat) {
       {"mnuCvtHTMLTable",
        "<table border=\"1\">\r\n<tr><th>t</th></tr>\r\n<tr><td>1</td></tr>\r\n</table>\r\n"},
       {"mnuCvtArrayC", "{1}"}};
-  for (const auto& [command, text] : expected) EXPECT_EQ(Converted(command.c_str()), text);
+  for (const auto& [command, text] : expected) EXPECT_EQ(Converted(command), text);
   desktop.OnModal("dlgText", [](test::HeadlessWindow& w) {
     w.Type("txtText", "flags");
     w.PressKey(key::enter);
@@ -398,8 +395,9 @@ TEST_F(RecordConversionTest, InsertWritesTheQuotesOfADatabaseThatTakesNoBrackets
             "INSERT INTO Orders(\"Order ID\", \"user\") VALUES('a', 'b')\r\n");
 }
 
-TEST(ConversionOfTest, KnowsTheSevenCommandsAlone) {
-  for (const char* command : allCommands) EXPECT_EQ(ConversionOf(command, true).command, command);
+TEST(ConversionOfTest, KnowsTheCommandsAlone) {
+  for (const std::string& command : ConversionCommands())
+    EXPECT_EQ(ConversionOf(command, true).command, command);
   EXPECT_THROW(static_cast<void>(ConversionOf("mnuCvtOther", true)), Error);
 }
 
