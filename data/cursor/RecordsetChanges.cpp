@@ -38,9 +38,8 @@ class NothingToDo final : public Operation {
 /// Whatever database is in use.
 std::optional<ErrorInfo> ClientRecordset::WhyNeverChangeable() const {
   RequireOpen();
-  if (lock_ == LockType::ReadOnly || lock_ == LockType::Unspecified)
-    return Reason(errorNumber::readOnly,
-                  "The records were opened for reading only and cannot be changed.");
+  if (Lock() == LockType::ReadOnly || Lock() == LockType::Unspecified)
+    return ForReadingOnly().Info();
   if ((state_ & objectState::fetching) != 0)
     return Reason(errorNumber::application, "The records are still being fetched.");
   if (!rows_->CanBeWritten())

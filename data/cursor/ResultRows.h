@@ -13,6 +13,7 @@
 #include "contract/data/Recordset.h"
 #include "data/changes/RowChange.h"
 #include "data/changes/RowOrigin.h"
+#include "data/rows/RowSource.h"
 #include "data/rows/RowStore.h"
 #include "data/tasks/Task.h"
 
@@ -43,15 +44,27 @@ struct PendingChange {
   [[nodiscard]] bool IsBeingWritten() const { return writer != nullptr; }
 };
 
+/// What is set of some rows, by their numbers.
+using RowOverlay = std::unordered_map<std::int64_t, FieldValues>;
+
+/// A cell of a store with an overlay, which tells it where it has something for it.
+[[nodiscard]] inline ValueView WrittenCell(const RowStore& store, const RowOverlay& overlay,
+                                           std::int64_t row, std::size_t field) {
+  if (!overlay.empty()) [[unlikely]] {
+    const auto found = overlay.find(row);
+    if (found != overlay.end() && found->second[field]) return ToView(*found->second[field]);
+  }
+  return row < store.Rows() ? store.At(row, field) : std::monostate{};
+}
+
 /// What a recordset and its clones share: fields, rows, properties, the pending change.
 ///
 /// The store is never changed: what was written since lies in an overlay. Rows are named by numbers
 /// from 0; those added here go on behind the store's, and no number is given twice. UI thread.
-class ResultRows {
+class ResultRows final : public RowSource {
  public:
   ResultRows();
 
-  std::vector<FieldInfo> fields;
   std::vector<std::size_t> key;  ///< The fields of a whole unique key; empty: none is known.
   RowStore store;
   Properties properties;
@@ -63,23 +76,22 @@ class ResultRows {
   /// True when there is one base table and a field of it that can be written.
   [[nodiscard]] bool CanBeWritten() const;
 
-  /// Without a new row that is pending.
-  [[nodiscard]] std::int64_t Count() const {
+  [[nodiscard]] std::int64_t Count() const override {
     return store.Rows() + added_ - static_cast<std::int64_t>(gone_.size());
   }
-  [[nodiscard]] bool Contains(std::int64_t row) const;
-  /// The numbers of all rows, going up.
-  [[nodiscard]] std::vector<std::int64_t> Numbers() const;
-  /// Larger than the number of any row.
-  [[nodiscard]] std::int64_t NextNumber() const { return std::max(next_, store.Rows()); }
+  [[nodiscard]] bool Contains(std::int64_t row) const override;
+  [[nodiscard]] std::vector<std::int64_t> Numbers() const override;
+  [[nodiscard]] std::int64_t NextNumber() const override { return std::max(next_, store.Rows()); }
+  [[nodiscard]] std::optional<std::int64_t> NewRow() const override {
+    return pending && pending->IsNew() ? std::optional(pending->row) : std::nullopt;
+  }
   /// A number for a new row.
   [[nodiscard]] std::int64_t TakeNumber() {
     next_ = NextNumber() + 1;
     return next_ - 1;
   }
 
-  /// A cell as it is to be seen, with what is pending. Of a row that is there or pending.
-  [[nodiscard]] ValueView At(std::int64_t row, std::size_t field) const {
+  [[nodiscard]] ValueView At(std::int64_t row, std::size_t field) const override {
     if (pending && pending->row == row) [[unlikely]] {
       if (const auto& value = pending->values[field]) return ToView(*value);
       if (pending->mode == EditMode::Add) return std::monostate{};
@@ -88,21 +100,12 @@ class ResultRows {
   }
   /// A cell as it was last read from the database.
   [[nodiscard]] ValueView WrittenAt(std::int64_t row, std::size_t field) const {
-    if (!overlay_.empty()) [[unlikely]] {
-      const auto found = overlay_.find(row);
-      if (found != overlay_.end() && found->second[field]) return ToView(*found->second[field]);
-    }
-    return row < store.Rows() ? store.At(row, field) : std::monostate{};
+    return WrittenCell(store, overlay_, row, field);
   }
+  /// What was written since the rows were read.
+  [[nodiscard]] const RowOverlay& Overlay() const { return overlay_; }
 
-  /// As many cells of a row as `values` has room for, from field `first` on, each as by At.
-  void Read(std::int64_t row, std::size_t first, std::span<ValueView> values) const {
-    const bool asStored = overlay_.empty() && !pending && row < store.Rows();
-    if (asStored) [[likely]]
-      store.Read(row, first, values);
-    else
-      for (ValueView& value : values) value = At(row, first++);
-  }
+  void Read(std::int64_t row, std::size_t first, std::span<ValueView> values) const override;
 
   void DropPending();
   /// `task` does not write any more, whatever came of it.
@@ -121,12 +124,12 @@ class ResultRows {
 
  private:
   [[nodiscard]] RowChange ChangeOf(RowChange::Kind kind, std::int64_t row) const;
-  void Overlay(std::int64_t row, FieldValues written, bool isNew);
+  void PutOver(std::int64_t row, FieldValues written, bool isNew);
   void Remove(std::int64_t row);
 
-  std::unordered_map<std::int64_t, FieldValues> overlay_;  ///< What differs from the store.
-  std::unordered_set<std::int64_t> gone_;                  ///< Of the store.
-  std::int64_t added_ = 0;  ///< Rows added here that are still there.
+  RowOverlay overlay_;                     ///< What differs from the store.
+  std::unordered_set<std::int64_t> gone_;  ///< Of the store.
+  std::int64_t added_ = 0;                 ///< Rows added here that are still there.
   std::int64_t next_ = 0;
   std::vector<RowWatcher*> watchers_;
 };

@@ -29,6 +29,15 @@ class RowStore {
     for (ValueView& value : values)
       (cells++)->Read(static_cast<std::size_t>(row - starts_[index]), value);
   }
+  /// Where a row stands: the chunk, and the row within it.
+  struct Spot {
+    const Chunk* chunk = nullptr;
+    std::size_t row = 0;
+  };
+  [[nodiscard]] Spot SpotOf(std::int64_t row) const {
+    const std::size_t index = ChunkOf(row);
+    return {chunks_[index].get(), static_cast<std::size_t>(row - starts_[index])};
+  }
   [[nodiscard]] const std::vector<ChunkPtr>& Chunks() const { return chunks_; }
   /// Bytes of memory that all cells take, as allocated; cells that stand in a file take none.
   [[nodiscard]] std::size_t HeldBytes() const;
