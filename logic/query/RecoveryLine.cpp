@@ -46,7 +46,10 @@ RecoveryLine::RecoveryLine(const Global& global, Window& window, RecoveryHost& h
   timer_.Tick = [this] { tmrRecovery_Tick(); };
   cmdTakeBack_.Click = [this] { cmdTakeBack_Click(); };
   cmdDiscardCopy_.Click = [this] { cmdDiscardCopy_Click(); };
-  window.Find<Button>("cmdCloseRecovery").Click = [this] { fraRecovery_.SetVisible(false); };
+  window.Find<Button>("cmdCloseRecovery").Click = [this] {
+    notice_.clear();
+    fraRecovery_.SetVisible(false);
+  };
   copy_.FindLeft();
   ShowLine();
 }
@@ -54,6 +57,11 @@ RecoveryLine::RecoveryLine(const Global& global, Window& window, RecoveryHost& h
 void RecoveryLine::NoteSaved() {
   timer_.SetEnabled(false);
   copy_.Discard();
+}
+
+void RecoveryLine::Tell(const std::string& notice) {
+  notice_ = notice;
+  ShowLine();
 }
 
 void RecoveryLine::KeepNow() {
@@ -114,8 +122,9 @@ std::string RecoveryLine::Offer() const {
 
 void RecoveryLine::ShowLine() {
   const std::string offer = Offer();
-  const bool both = !failure_.empty() && !offer.empty();
-  const std::string text = failure_ + (both ? "\n" : "") + offer;
+  std::string text;
+  for (const std::string& line : {notice_, failure_, offer})
+    if (!line.empty()) text += (text.empty() ? "" : "\n") + line;
   labRecovery_.SetCaption(text);
   cmdTakeBack_.SetVisible(!offer.empty());
   cmdDiscardCopy_.SetVisible(!offer.empty());

@@ -34,6 +34,8 @@ class RecoveryLine {
   void NoteChange() { timer_.SetEnabled(true); }
   /// Nothing is unsaved any more: the text was saved or discarded on purpose.
   void NoteSaved();
+  /// Says something about the text on the line, until it is closed or something else is said.
+  void Tell(const std::string& notice);
   /// Writes what a copy is due of, now.
   void KeepNow();
 
@@ -54,6 +56,7 @@ class RecoveryLine {
   Button& cmdTakeBack_;
   Button& cmdDiscardCopy_;
   std::string failure_;  ///< The one that is told; a run tells no second one of its copy.
+  std::string notice_;   ///< What else was said last.
 };
 
 }  // namespace tessel

@@ -9,6 +9,13 @@
 
 namespace tessel {
 
+namespace {
+
+/// How often it is looked whether the text's file is still there.
+constexpr int fileMilliseconds = 2000;
+
+}  // namespace
+
 frmMain::frmMain(const Global& global, QueryHost& host, Vocabulary& vocabulary)
     : global_(global),
       host_(host),
@@ -35,9 +42,27 @@ frmMain::frmMain(const Global& global, QueryHost& host, Vocabulary& vocabulary)
   dlgCommon_.filter = "Query Files (*.sql, *.txt)|*.sql;*.txt|All Files (*.*)|*.*";
   document_.SetWordWrap(chkWordWrap_.Value());
   SetDocument("", "");
+  Timer& timer = window_->TimerNamed("tmrFile");
+  timer.SetInterval(fileMilliseconds);
+  timer.Tick = [this] { LookAfterFile(); };
+  timer.SetEnabled(true);
+}
+
+/// A file that has vanished leaves the text as all that there is of it: it is unsaved from then on.
+void frmMain::LookAfterFile() {
+  const bool gone = !path_.empty() && !global_.TheFiles().FileExists(path_);
+  if (!gone || fileGone_) {
+    fileGone_ = gone;
+    return;
+  }
+  fileGone_ = true;
+  MarkChanged();
+  recovery_.NoteChange();
+  recovery_.Tell(title_ + " is no longer there: the text in this window is not in any file.");
 }
 
 bool frmMain::CancelQueryFileUnload() {
+  LookAfterFile();
   if (!dirty_) return false;
   const std::string what = title_.empty() ? " SQL" : ": " + title_;
   switch (help_.HelpMsgBoxQuestion("Save changes to" + what + "?", MessageButtons::YesNoCancel,
@@ -117,6 +142,7 @@ void frmMain::InsertText(std::string_view text) {
 void frmMain::SetDocument(const std::string& path, const std::string& title) {
   path_ = path;
   title_ = title;
+  fileGone_ = false;
   MarkSaved();
 }
 

@@ -53,6 +53,7 @@ class frmMain : public SqlTarget, private RecoveryHost {
   void Form_Unload();
   void MarkSaved();
   void MarkChanged();
+  void LookAfterFile();
   [[nodiscard]] bool SaveChanges();
   [[nodiscard]] MessageResult AskAboutFile() const;
 
@@ -70,6 +71,7 @@ class frmMain : public SqlTarget, private RecoveryHost {
   TextDocument document_;
   CompletionList completion_;
   bool dirty_ = false;
+  bool fileGone_ = false;  ///< The file of this text is no longer there, which has been said.
   std::string path_;
   std::string title_;
   bool sessionEnds_ = false;

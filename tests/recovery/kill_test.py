@@ -194,7 +194,7 @@ def clear(folder):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--program", type=pathlib.Path, default=pathlib.Path("build/dev/Tessel"))
+    parser.add_argument("--program", type=pathlib.Path, default=pathlib.Path("build/dev/bin/Tessel"))
     parser.add_argument("--rounds", type=int, default=200)
     parser.add_argument("--signal", choices=["KILL", "TERM", "HUP"], default="KILL")
     parser.add_argument("--seed", type=int, default=random.randrange(1 << 30))

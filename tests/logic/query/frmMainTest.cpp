@@ -310,6 +310,30 @@ TEST_F(frmMainTest, AFileThatWasOnlyTouchedOrHoldsThisTextIsSavedWithoutAQuestio
   EXPECT_TRUE(desktop.Messages().empty());
 }
 
+TEST_F(frmMainTest, AFileThatVanishesLeavesTheTextUnsavedAndSaysSo) {
+  desktop.AnswerFile(folder.Write("a.sql", "old"));
+  window.Click("cmdOpen");
+  EXPECT_EQ(window.Caption(), "SQL [a.sql]");
+  std::filesystem::remove(folder.File("a.sql"));
+  desktop.AdvanceTime(2000);
+  EXPECT_EQ(window.Caption(), "SQL [a.sql *]");
+  EXPECT_TRUE(window.VisibleInFact("fraRecovery"));
+  EXPECT_EQ(window.Find<Label>("labRecovery").Caption(),
+            "a.sql is no longer there: the text in this window is not in any file.");
+  desktop.AdvanceTime(2000);
+  EXPECT_TRUE(std::filesystem::exists(folder.File("Tessel.recovery-1"))) << "a copy is kept";
+}
+
+/// A text that was not changed is not asked about, unless it is the last of its kind.
+TEST_F(frmMainTest, AVanishedFileIsNoticedBeforeItsTextGoes) {
+  desktop.AnswerFile(folder.Write("a.sql", "old"));
+  window.Click("cmdOpen");
+  std::filesystem::remove(folder.File("a.sql"));
+  desktop.ExpectMessage("Save changes to: a.sql?", MessageResult::Cancel);
+  window.Click("cmdNew");
+  EXPECT_EQ(Text(), "old");
+}
+
 TEST_F(frmMainTest, AFileThatIsGoneIsWrittenAnewOnlyAfterTelling) {
   desktop.AnswerFile(folder.Write("a.sql", "old"));
   window.Click("cmdOpen");
