@@ -9,12 +9,15 @@
 #include "ui_dlgCnGeneric.h"
 #include "ui_dlgCnODBC.h"
 #include "ui_dlgCnSQLSrv.h"
+#include "ui_dlgCompare.h"
 #include "ui_dlgConnect.h"
 #include "ui_dlgDataLink.h"
+#include "ui_dlgRunAll.h"
 #include "ui_dlgText.h"
 #include "ui_frmMDI.h"
 #include "ui_frmMain.h"
 #include "ui_frmRecords.h"
+#include "ui_frmRows.h"
 #include "ui_frmText.h"
 
 namespace tessel {
@@ -37,6 +40,7 @@ constexpr Entry forms[] = {
     {"frmMDI", &Make<QMainWindow, Ui::frmMDI>},
     {"frmMain", &Make<QWidget, Ui::frmMain>},
     {"frmRecords", &Make<QWidget, Ui::frmRecords>},
+    {"frmRows", &Make<QWidget, Ui::frmRows>},
     {"frmText", &Make<QDialog, Ui::frmText>},
     {"dlgAbout", &Make<QDialog, Ui::dlgAbout>},
     {"dlgAsync", &Make<QDialog, Ui::dlgAsync>},
@@ -44,8 +48,10 @@ constexpr Entry forms[] = {
     {"dlgCnGeneric", &Make<QDialog, Ui::dlgCnGeneric>},
     {"dlgCnODBC", &Make<QDialog, Ui::dlgCnODBC>},
     {"dlgCnSQLSrv", &Make<QDialog, Ui::dlgCnSQLSrv>},
+    {"dlgCompare", &Make<QDialog, Ui::dlgCompare>},
     {"dlgConnect", &Make<QDialog, Ui::dlgConnect>},
     {"dlgDataLink", &Make<QDialog, Ui::dlgDataLink>},
+    {"dlgRunAll", &Make<QDialog, Ui::dlgRunAll>},
     {"dlgText", &Make<QDialog, Ui::dlgText>},
 };
 

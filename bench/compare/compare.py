@@ -289,6 +289,20 @@ def stall(setting, table):
                    "%.1f ms" % (1000 * median(own, "stall")), 1000 * median(own, "stall"), 50, "ms")
 
 
+@row("together")
+def together(setting, table):
+    """Several connections at once against the slowest of them by itself."""
+    for name, query in (("sleeping", "select pg_sleep(1)"), ("fetching", QUERY)):
+        for count in (3, 10):
+            own, = rounds_of(setting, lambda sql=query, many=count: setting.window(
+                "together", setting.orders("postgresql"), sql, many))
+            slowest, all_of_them = median(own, "slowest"), median(own, "together")
+            text = "%d connections at once, %s" % (count, name)
+            table.line(text, seconds(slowest), seconds(all_of_them), all_of_them / slowest, 1.15)
+            table.line(text + ": longest stall", "-", "%.1f ms" % (1000 * median(own, "stall")),
+                       1000 * median(own, "stall"), 16, "ms")
+
+
 # What runs for long without a row, and what gives rows for long.
 NUMBERS = "with recursive c(n) as (select 1 union all select n + 1 from c) select "
 LONG = {"SQLite": (NUMBERS + "n from c where n < 0", NUMBERS + "n, 'row ' || n from c"),

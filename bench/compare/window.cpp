@@ -1,13 +1,16 @@
 // Measurements that need the event loop of the desktop, each in a process of its own. Prints lines
 // of a figure's name and its value.
 // usage: compare_window stall|show <connection string> <query>
+//        compare_window together <connection string> <query> <connections>
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QTimer>
 #include <algorithm>
+#include <cstdlib>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 #include "bench/compare/Say.h"
 #include "data/cursor/DataAccessObjects.h"
@@ -107,6 +110,37 @@ void MeasureStall(Program& program) {
   Say("rows", operation->FirstRows()->RecordCount());
 }
 
+/// The query on each connection by itself, the slowest of them, and then on all at once.
+void MeasureTogether(QtDesktop& desktop, const char* target, const char* query, int count) {
+  DataAccessObjects data(desktop.Events());
+  std::vector<std::shared_ptr<Connection>> connections;
+  for (int i = 0; i < count; ++i) {
+    connections.push_back(data.CreateConnection());
+    connections.back()->SetConnectionString(target);
+    test::OpenNow(*connections.back());
+  }
+  const auto run = [&](std::size_t first, std::size_t last) {
+    std::vector<std::shared_ptr<QueryOperation>> operations;
+    std::size_t ended = 0;
+    const Stopwatch watch;
+    for (std::size_t i = first; i < last; ++i) {
+      operations.push_back(connections[i]->StartQuery(query, LockType::ReadOnly));
+      operations.back()->Ended = [&] {
+        if (++ended == operations.size()) QApplication::exit();
+      };
+    }
+    RunFor(longest);
+    if (ended != last - first) throw std::runtime_error("They do not come to an end.");
+    return watch.Seconds();
+  };
+  double slowest = 0;
+  for (std::size_t i = 0; i < connections.size(); ++i) slowest = std::max(slowest, run(i, i + 1));
+  const Heartbeat heart;
+  Say("together", run(0, connections.size()));
+  Say("stall", heart.Longest());
+  Say("slowest", slowest);
+}
+
 /// From the moment that the grid is given the rows to its first picture, and from the keys Ctrl+End
 /// to the picture of the last rows.
 void MeasureShow(Program& program) {
@@ -127,9 +161,14 @@ void MeasureShow(Program& program) {
 }
 
 int Measure(QtDesktop& desktop, int argc, char** argv) {
-  const std::string what = argc == 4 ? argv[1] : "";
+  const std::string what = argc >= 4 ? argv[1] : "";
+  if (what == "together" && argc == 5) {
+    MeasureTogether(desktop, argv[2], argv[3], std::atoi(argv[4]));
+    return 0;
+  }
   if (what != "stall" && what != "show") {
-    std::cerr << "usage: compare_window stall|show <connection string> <query>\n";
+    std::cerr << "usage: compare_window stall|show <connection string> <query>\n"
+                 "       compare_window together <connection string> <query> <connections>\n";
     return 2;
   }
   Program program(desktop, argv[2], argv[3]);

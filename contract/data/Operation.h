@@ -111,6 +111,9 @@ class QueryOperation : public Operation {
   /// them told, notExecuted before the execution has completed.
   [[nodiscard]] std::int64_t RecordsAffected() const { return recordsAffected_; }
 
+  /// The first result with columns is there; once, before the Progress or Ended that goes with it.
+  Event<> RowsBegan;
+
  protected:
   using Operation::Operation;
 

@@ -4,6 +4,7 @@
 // keeps the selection and the current column; the recordset keeps the current record. While a cell
 // is edited the grid asks by events before it begins, leaves or writes.
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,6 +23,10 @@ class DataFormat {
   /// ordinary form.
   Event<const ValueView&, std::string&> Format;
 };
+
+/// Whether a cell is to stand out, by its row and its 0-based column. Asked for when the cell is
+/// painted.
+using MarkedCells = std::function<bool(Bookmark row, int column)>;
 
 /// A grid on the rows of a recordset; column i shows field i. Rows are named by bookmarks, columns
 /// are 0-based.
@@ -67,6 +72,9 @@ class DataGrid : public Control {
   [[nodiscard]] virtual bool ColumnLocked(int column) const = 0;
   [[nodiscard]] virtual bool ColumnButton(int column) const = 0;
   [[nodiscard]] virtual DataFormat* ColumnFormat(int column) const = 0;
+  /// Cells that it names stand on another ground, until the next binding.
+  virtual void SetMarkedCells(MarkedCells marked) = 0;
+  [[nodiscard]] virtual bool CellMarked(std::int64_t position, int column) const = 0;
 
   // What the user may do, at first nothing: edit cells of records, delete records, type new ones.
   // Deleting is the owner's work; the grid only keeps that flag. Binding leaves them as they are.

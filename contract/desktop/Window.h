@@ -116,7 +116,8 @@ class Window : public FailureSink {
   /// Tiles the documents of a frame, maximised ones too, and keeps them tiled: again whenever the
   /// frame's inside changes its size and whenever a document is shown or goes. As soon as one has
   /// been moved, sized, minimised or maximised otherwise, they are left as they stand until the
-  /// next call.
+  /// next call. A document that floats, as its form says, is no tile: it stands in front of them,
+  /// over most of the frame, where the user may put it elsewhere.
   virtual void Arrange(Tiling tiling) = 0;
 
   /// It became the active window, by the user or by code.

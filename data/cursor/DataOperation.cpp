@@ -58,6 +58,7 @@ void DataOperation::TakeEnd(TaskNews& news, const RowOrigin& origin) {
 }
 
 void DataOperation::Announce(const TaskNews& news, FailureSink& failures) {
+  if (news.executed) RowsBegan.Raise(&failures);
   if (news.end) Ended.Raise(&failures);
   else if (news.executed || news.progress) Progress.Raise(&failures);
 }

@@ -265,7 +265,7 @@ bool ExecuteTask::BeginResult(std::vector<FieldInfo> fields) {
   lastLook_ = lastHandOver_ = lastChunk_ = lastProgress_ = std::chrono::steady_clock::now();
   Tell(
       [&](TaskNews& news) {
-        news.executed = true;
+        news.executed = news.executed || !behindFirst_;
         news.results.push_back({.fields = std::move(fields)});
       },
       true);

@@ -43,6 +43,11 @@ void QtDataGrid::SetColumnFormat(int column, DataFormat* format) {
   TheWidget().viewport()->update();
 }
 
+void QtDataGrid::SetMarkedCells(MarkedCells marked) {
+  Model().SetMarkedCells(std::move(marked));
+  TheWidget().viewport()->update();
+}
+
 std::vector<Bookmark> QtDataGrid::SelBookmarks() const { return TheWidget().Selection().Rows(); }
 
 std::string QtDataGrid::ShownText(std::int64_t position, int column) const {

@@ -32,6 +32,10 @@ class QtDataGrid final : public ControlOf<DataGrid, RecordGrid>, private GridUse
   [[nodiscard]] DataFormat* ColumnFormat(int column) const override {
     return Model().ColumnAt(column).format;
   }
+  void SetMarkedCells(MarkedCells marked) override;
+  [[nodiscard]] bool CellMarked(std::int64_t position, int column) const override {
+    return Model().IsMarked(static_cast<int>(position), column);
+  }
 
   [[nodiscard]] bool AllowUpdate() const override { return allowUpdate_; }
   void SetAllowUpdate(bool allow) override { allowUpdate_ = allow; }

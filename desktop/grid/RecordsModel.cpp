@@ -21,6 +21,7 @@ void RecordsModel::SetSource(std::shared_ptr<Recordset> source) {
   source_ = std::move(source);
   Look();
   rows_ = source_ == nullptr ? 0 : RowsWanted();
+  marked_ = nullptr;
   columns_.assign(source_ == nullptr ? 0 : source_->Fields().size(), {});
   endResetModel();
 }
@@ -78,6 +79,12 @@ std::optional<Bookmark> RecordsModel::BookmarkAt(int row) const {
   } catch (const std::exception&) {
     return std::nullopt;
   }
+}
+
+bool RecordsModel::IsMarked(int row, int column) const {
+  if (!marked_) return false;
+  const std::optional<Bookmark> bookmark = BookmarkAt(row);
+  return bookmark && marked_(*bookmark, column);
 }
 
 int RecordsModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }

@@ -52,6 +52,10 @@ class RecordsModel final : public QAbstractTableModel {
     return columns_.at(static_cast<std::size_t>(column));
   }
 
+  void SetMarkedCells(MarkedCells marked) { marked_ = std::move(marked); }
+  /// Never raises: a row that has gone is not marked.
+  [[nodiscard]] bool IsMarked(int row, int column) const;
+
   /// Never raises: a value that cannot be read shows as nothing.
   [[nodiscard]] ShownCell CellAt(int row, int column) const;
   /// The whole text of a cell, as the column's format gives it or in its ordinary form; empty for
@@ -81,6 +85,7 @@ class RecordsModel final : public QAbstractTableModel {
   bool adding_ = false;
   bool allowsNew_ = false;
   std::vector<Column> columns_;
+  MarkedCells marked_;
 };
 
 }  // namespace tessel

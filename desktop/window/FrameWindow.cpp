@@ -66,6 +66,7 @@ void FrameWindow::Release(DocumentWindow& document) {
 
 void FrameWindow::ShowDocument(DocumentWindow& document) {
   const bool tiled = tiles_.Keeps();
+  if (document.Sub().isHidden()) tiles_.Float(document.Sub());
   document.Sub().show();
   document.Activate();
   if (tiled) tiles_.Renew();

@@ -18,11 +18,17 @@ QRect Part(const QRect& whole, int n, int count, Tiling tiling) {
   return {whole.x() + left, whole.y(), at(whole.width(), n + 1) - left, whole.height()};
 }
 
+/// A document may stand in front of the tiles, as its form says.
+bool Floats(const QMdiSubWindow& window) {
+  return window.widget() != nullptr && window.widget()->property("floats").toBool();
+}
+
 /// The windows that take part, in the order in which they were made.
 QList<QMdiSubWindow*> TilesOf(const QMdiArea& area) {
   QList<QMdiSubWindow*> tiles;
   for (QMdiSubWindow* window : area.subWindowList(QMdiArea::CreationOrder))
-    if (!window->isHidden() && !window->isMinimized() && !window->isShaded()) tiles.append(window);
+    if (!window->isHidden() && !window->isMinimized() && !window->isShaded() && !Floats(*window))
+      tiles.append(window);
   return tiles;
 }
 
@@ -44,13 +50,24 @@ void Tiles::Arrange(Tiling tiling) {
   placing_ = true;
   const QRect room(QPoint(), room_ - QSize(0, HeightOfMinimized(area_)));
   const QList<QMdiSubWindow*> tiles = TilesOf(area_);
-  for (int n = 0; n < tiles.size(); ++n) {
-    if (tiles[n]->isMaximized()) tiles[n]->showNormal();
+  for (QMdiSubWindow* window : area_.subWindowList())
+    if (window->isMaximized()) window->showNormal();
+  for (int n = 0; n < tiles.size(); ++n)
     tiles[n]->setGeometry(Part(room, n, static_cast<int>(tiles.size()), tiling));
-  }
   places_.clear();
   for (const QMdiSubWindow* window : tiles) places_.insert(window, window->geometry());
   placing_ = false;
+}
+
+void Tiles::Float(QMdiSubWindow& window) const {
+  if (!Floats(window)) return;
+  constexpr int step = 24;
+  int others = 0;
+  for (const QMdiSubWindow* other : area_.subWindowList())
+    if (other != &window && !other->isHidden() && Floats(*other)) ++others;
+  const QSize room = area_.maximumViewportSize();
+  const QPoint corner(room.width() / 10 + step * others, room.height() / 10 + step * others);
+  window.setGeometry(QRect(corner, room * 8 / 10));
 }
 
 void Tiles::Add(QMdiSubWindow& window) { window.installEventFilter(this); }

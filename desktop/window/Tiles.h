@@ -22,6 +22,9 @@ class Tiles final : public QObject {
   [[nodiscard]] bool Keeps() const { return tiling_.has_value() && Stand(); }
   /// Tiles again as last tiled.
   void Renew() { Arrange(*tiling_); }
+  /// Puts a document that floats, and is about to be shown, over most of the area; further ones a
+  /// little lower. One that does not is left as it is.
+  void Float(QMdiSubWindow& window) const;
   /// From now on the window is tiled with the others.
   void Add(QMdiSubWindow& window);
   void Remove(QMdiSubWindow& window);

@@ -35,7 +35,9 @@ frmMDI::frmMDI(const Global& global, Vocabulary& vocabulary, TagStore& tags)
       async_(global.TheDesktop(), *window_),
       main_(std::make_unique<frmMain>(global, static_cast<QueryHost&>(*this), vocabulary)),
       browser_({global, *window_, async_, vocabulary, *main_, *this}),
-      tagsPanel_({global, *window_, tags, *main_, *this}) {
+      tagsPanel_({global, *window_, tags, *main_, *this}),
+      allConnections_(global, async_, *window_, static_cast<RecordsHost&>(*this),
+                      [this] { return RecordsWindows(); }) {
   sidebar_.onPlaced = [this] { tagsPanel_.FollowResize(); };
   WireMenus();
   window_->Unloaded = [this] { MDIForm_Unload(); };
@@ -67,6 +69,11 @@ void frmMDI::WireMenus() {
   WireFileMenu();
   window_->Menu("mnuDBExecute").Click = [this] { DoSQL(false); };
   window_->Menu("mnuDBPreview").Click = [this] { DoSQL(true); };
+  window_->Menu("mnuDBExecuteAll").Click = [this] { DoSQLAtOnce(false); };
+  window_->Menu("mnuDBPreviewAll").Click = [this] { DoSQLAtOnce(true); };
+  window_->Menu("mnuDBMergedRows").Click = [this] { allConnections_.ShowMergedRows(); };
+  window_->Menu("mnuDBDifferences").Click = [this] { allConnections_.ShowDifferences(); };
+  window_->Menu("mnuDBSummary").Click = [this] { allConnections_.ShowSummary(); };
   window_->Menu("mnuDBConnect").Click = [this] { mnuDBConnect_Click(); };
   window_->Menu("menuEdit").Click = [this] {
     window_->Menu("mnuEditWordWrap").SetChecked(main_->WordWrapBox().Value());
@@ -134,21 +141,48 @@ void frmMDI::mnuNewInstance_Click() {
 // --- running SQL ---------------------------------------------------------------------------------
 
 void frmMDI::DoSQL(bool preview) {
-  const std::string sql = TrimSelection(main_->SelectedText());
-  if (sql.empty()) {
+  const std::optional<std::string> sql = SelectedSQL();
+  if (!sql) return;
+  const std::vector<frmRecords*> windows = allConnections_.TakingPart();
+  std::size_t ran = 0;
+  for (frmRecords* window : windows) {
+    const bool succeeded = window->DoQueryTags(*sql, preview, newQuery);
+    ShowResults();
+    if (++ran == windows.size() || succeeded) continue;
+    if (!AskToContinue(*window)) break;
+  }
+  allConnections_.NoteRun(*sql, windows, ran);
+  FocusQueryWindow();
+}
+
+void frmMDI::DoSQLAtOnce(bool preview) {
+  const std::optional<std::string> sql = SelectedSQL();
+  if (!sql) return;
+  const bool ran = allConnections_.RunAtOnce(*sql, preview);
+  if (ran) ShowResults();
+  FocusQueryWindow();
+}
+
+/// What is selected in the query window; nothing when there is none, or no connection to run it on,
+/// which has been said then.
+std::optional<std::string> frmMDI::SelectedSQL() {
+  std::string sql = TrimSelection(main_->SelectedText());
+  if (!sql.empty()) {
+    if (SomeTakePart()) return sql;
+  } else {
     help_.HelpMsgBoxNotice("Please select the SQL to be executed.", MessageButtons::Ok,
                            MessageIcon::Exclamation);
-    return FocusQueryWindow();
-  }
-  const std::vector<frmRecords*> windows = RecordsWindows();
-  std::size_t remaining = windows.size();
-  for (frmRecords* window : windows) {
-    --remaining;
-    const bool succeeded = window->DoQueryTags(sql, preview, newQuery);
-    ShowResults();
-    if (!succeeded && remaining != 0 && !AskToContinue(*window)) break;
   }
   FocusQueryWindow();
+  return std::nullopt;
+}
+
+/// Without any connection nothing is said, as ever.
+bool frmMDI::SomeTakePart() {
+  if (RecordsWindows().empty() || !allConnections_.TakingPart().empty()) return true;
+  help_.Show("No connection takes part: tick \"Takes Part\" in a records window.",
+             MessageIcon::Exclamation);
+  return false;
 }
 
 /// A window that fills the frame hides what the others have to show.
@@ -158,7 +192,7 @@ void frmMDI::ShowResults() {
 
 bool frmMDI::AskToContinue(frmRecords& failed) {
   const std::string text = std::string("The query did not complete successfully on:-") + newLine +
-                           "    " + failed.TheWindow().Caption() + newLine + newLine +
+                           "    " + failed.Caption() + newLine + newLine +
                            "Continue executing on the remaining connections?";
   return help_.HelpMsgBoxQuestion(text, MessageButtons::OkCancel, MessageIcon::Exclamation) ==
          MessageResult::Ok;
@@ -206,6 +240,7 @@ bool frmMDI::OpenRecordsWindow(const SavedConnection& connection, const std::str
   if (!window->Connect(request)) return false;
   window->onUnloaded = [this, closed = window.get()] { ForgetRecordsWindow(closed); };
   records_.push_back(std::move(window));
+  OfferTakingPart();
   main_->ShowConnectionColor(connection.backColor);
   return true;
 }
@@ -216,12 +251,19 @@ void frmMDI::Arrange(Tiling tiling) {
   window_->Arrange(tiling);
 }
 
+/// With a single connection there is nothing to choose.
+void frmMDI::OfferTakingPart() {
+  const std::vector<frmRecords*> windows = RecordsWindows();
+  for (frmRecords* window : windows) window->OfferTakingPart(windows.size() > 1);
+}
+
 /// A window cannot be destroyed from inside its own handler: it goes from the top of the event
 /// loop.
 void frmMDI::ForgetRecordsWindow(frmRecords* closed) {
   global_.TheDesktop().Defer([this, closed, alive = std::weak_ptr<const void>(alive_)] {
     if (alive.expired()) return;
     std::erase_if(records_, [closed](const auto& window) { return window.get() == closed; });
+    OfferTakingPart();
   });
 }
 
@@ -255,6 +297,7 @@ void frmMDI::FocusQueryWindow() {
 std::vector<Window*> frmMDI::DocumentWindows() const {
   std::vector<Window*> windows{&main_->TheWindow()};
   for (frmRecords* records : RecordsWindows()) windows.push_back(&records->TheWindow());
+  for (Window* rows : allConnections_.RowsWindows()) windows.push_back(rows);
   return windows;
 }
 
@@ -266,9 +309,8 @@ void frmMDI::ListWindowsIn(Window& window) {
 void frmMDI::ChooseWindow(std::size_t index) {
   const std::vector<frmRecords*> records = RecordsWindows();
   if (index == 0) return FocusQueryWindow();
-  if (index > records.size()) return;
-  records[index - 1]->TheWindow().Activate();
-  records[index - 1]->FocusRecords();
+  DocumentWindows().at(index)->Activate();
+  if (index <= records.size()) records[index - 1]->FocusRecords();
 }
 
 void frmMDI::FocusBrowser() {

@@ -12,6 +12,7 @@
 #include "logic/program/dlgAsync.h"
 #include "logic/query/frmMain.h"
 #include "logic/query/vocab.h"
+#include "logic/results/AllConnections.h"
 #include "logic/results/frmRecords.h"
 #include "logic/schema/SchemaBrowser.h"
 #include "logic/tags/TagsPanel.h"
@@ -38,6 +39,8 @@ class frmMDI : private QueryHost,
   /// Sends the query window's selected SQL to every records window, in the order in which they were
   /// opened.
   void DoSQL(bool preview) override;
+  /// Runs the query window's selected SQL on all records windows that take part at once.
+  void DoSQLAtOnce(bool preview);
   void mnuNewInstance_Click() override;
   void mnuWindowSidebar_Click() override { sidebar_.Toggle(); }
   void mnuWindowTileHoriz_Click() override { Arrange(Tiling::Horizontal); }
@@ -69,6 +72,8 @@ class frmMDI : private QueryHost,
   [[nodiscard]] std::vector<Window*> DocumentWindows() const;
   [[nodiscard]] bool AskWhichInstance();
   [[nodiscard]] bool AskToContinue(frmRecords& failed);
+  [[nodiscard]] std::optional<std::string> SelectedSQL();
+  [[nodiscard]] bool SomeTakePart();
 
   // QueryHost
   void FocusFirstRecordsWindow() override;
@@ -77,6 +82,9 @@ class frmMDI : private QueryHost,
   void CountRecordsWindow(int change) override { recordsWindowCount_ += change; }
   void AddDatabaseNode(const std::string& key, const std::string& text) override {
     browser_.AddDatabaseNode(key, text);
+  }
+  void NameDatabaseNode(const std::string& key, const std::string& text) override {
+    browser_.NameDatabaseNode(key, text);
   }
   void RemoveDatabaseNode(const std::string& key) override { browser_.RemoveDatabaseNode(key); }
   void LoadSchema(const std::string& key, const std::shared_ptr<Connection>& connection,
@@ -94,6 +102,7 @@ class frmMDI : private QueryHost,
   std::string GetTagValue(const std::string& name, bool parenthesised, bool quoted) override {
     return tagsPanel_.GetTagValue(name, parenthesised, quoted);
   }
+  DataGrid* RowsForTags() override { return allConnections_.RowsForTags(); }
   // SchemaHost
   [[nodiscard]] std::shared_ptr<Connection> ConnectionOf(int windowNumber) override;
   // ConnectionOpener
@@ -103,6 +112,7 @@ class frmMDI : private QueryHost,
                              const std::string& password) override;
   void TellListNotSaved(const std::string& reason) override;
   void ForgetRecordsWindow(frmRecords* closed);
+  void OfferTakingPart();
 
   const Global& global_;
   Vocabulary& vocabulary_;
@@ -116,6 +126,7 @@ class frmMDI : private QueryHost,
   SchemaBrowser browser_;
   TagsPanel tagsPanel_;
   std::vector<std::unique_ptr<frmRecords>> records_;
+  AllConnections allConnections_;
   Tiling tiling_ = Tiling::Horizontal;                           ///< As the user tiled last.
   std::shared_ptr<const void> alive_ = std::make_shared<int>();  ///< Deferred work checks it.
 };

@@ -9,6 +9,8 @@
 
 namespace tessel {
 
+class DataGrid;
+
 /// What a records window asks of the frame.
 class RecordsHost : public SqlTarget {
  public:
@@ -19,6 +21,8 @@ class RecordsHost : public SqlTarget {
   /// Adds or removes a connection's node in the schema browser; removing one that is not there does
   /// nothing.
   virtual void AddDatabaseNode(const std::string& key, const std::string& text) = 0;
+  /// Gives that node another text.
+  virtual void NameDatabaseNode(const std::string& key, const std::string& text) = 0;
   virtual void RemoveDatabaseNode(const std::string& key) = 0;
   /// Fills that node: from the database when asked to, else from the schema file kept of it.
   virtual void LoadSchema(const std::string& key, const std::shared_ptr<Connection>& connection,
@@ -32,6 +36,10 @@ class RecordsHost : public SqlTarget {
   /// What a named tag stands for. Raises Error(application) when there is no such tag or it has no
   /// value.
   virtual std::string GetTagValue(const std::string& name, bool parenthesised, bool quoted) = 0;
+
+  /// The rows that field tags take their values from in place of a window's own, as the user chose;
+  /// null: there are none.
+  [[nodiscard]] virtual DataGrid* RowsForTags() = 0;
 
   /// The Window and Help commands of the frame.
   virtual void mnuNewInstance_Click() = 0;

@@ -17,7 +17,7 @@ constexpr int characterWidth = 88;
 constexpr const char* leftNames[] = {"cmdHistoryBack", "cmdHistoryForward", "cmdHistoryForwardTags",
                                      "cmdRequery",     "cmdRequeryTags",    "cmdProperties",
                                      "chkLock",        "cmdAccept",         "cmdReject",
-                                     "chkRecords"};
+                                     "chkRecords",     "chkTakesPart"};
 constexpr const char* rightNames[] = {"lblTransaction", "lblTimer", "cmdCnErrors", "cmdReconnect",
                                       "cboCatalog"};
 
@@ -25,7 +25,8 @@ constexpr const char* rightNames[] = {"lblTransaction", "lblTimer", "cmdCnErrors
 
 TopRow::TopRow(Window& window)
     : transaction_(&window.Find<Control>("lblTransaction")),
-      catalog_(&window.Find<Control>("cboCatalog")) {
+      catalog_(&window.Find<Control>("cboCatalog")),
+      takesPart_(&window.Find<Control>("chkTakesPart")) {
   const auto itemOf = [&](const char* name) {
     auto& control = window.Find<Control>(name);
     return Item{&control, control.Bounds()};
@@ -37,7 +38,9 @@ TopRow::TopRow(Window& window)
 int TopRow::Place(int width) {
   width_ = width;
   catalogWidth_ = right_.back().home.width;
-  const int leftEnd = left_.back().home.left + left_.back().home.width;
+  int leftEnd = 0;
+  for (const Item& item : left_)
+    if (TakesRoom(item)) leftEnd = item.home.left + item.home.width;
   Narrow(leftEnd + margin + WidthAtRight() + margin - width);
   const bool oneRow = leftEnd + margin + WidthAtRight() + margin <= width;
   if (!oneRow) {
@@ -50,7 +53,9 @@ int TopRow::Place(int width) {
 
 /// Most that come and go keep their place: nothing is to move while the user types.
 bool TopRow::TakesRoom(const Item& item) const {
-  return (item.control != transaction_ && item.control != catalog_) || item.control->Visible();
+  const bool comesAndGoes =
+      item.control == transaction_ || item.control == catalog_ || item.control == takesPart_;
+  return !comesAndGoes || item.control->Visible();
 }
 
 /// The word is as wide as its text needs to be.
@@ -78,6 +83,7 @@ int TopRow::PlaceLeft() {
   int row = 0;
   int shift = 0;  // From the place in the form to that in its row.
   for (const Item& item : left_) {
+    if (!TakesRoom(item)) continue;
     const bool first = item.home.left + shift <= margin;
     if (!first && item.home.left + shift + item.home.width > width_ - margin) {
       ++row;

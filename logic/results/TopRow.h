@@ -38,6 +38,7 @@ class TopRow {
   std::vector<Item> right_;
   Control* transaction_;
   Control* catalog_;
+  Control* takesPart_;
   int width_ = 0;
   int catalogWidth_ = 0;
 };

@@ -1,12 +1,14 @@
-// A records window from its query to its rows: it opens its connection, runs the text, binds the
-// grid to what came, keeps the history, and tells in its lines what there is. Conversions, editing,
-// history and layout are parts of their own, which this file wires.
+// A records window: it opens its connection, binds the grid to the rows that came, and tells in its
+// lines what there is. Running SQL and the layout have files of their own; conversions, editing and
+// history are parts of their own, which this file wires.
 
 #include "logic/results/frmRecords.h"
 
 #include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
 #include "logic/connections/ConnectionText.h"
+#include "logic/results/FrameCommands.h"
+#include "logic/results/GridTagValue.h"
 #include "logic/schema/SchemaTree.h"
 #include "logic/tags/TagValue.h"
 #include "logic/text/frmText.h"
@@ -15,34 +17,14 @@ namespace tessel {
 
 namespace {
 
-constexpr int confirmContext = 8203;
 constexpr int windowContext = 8400;
 constexpr int errorsContext = 8403;
 constexpr int propertiesContext = 8404;
-constexpr int propertiesOfQueryContext = 8405;
-constexpr const char* sqlFilter = "SQL Files (*.sql)|*.sql";
-
-bool IsNoInterface(const ErrorInfo& error) { return error.number == errorNumber::noInterface; }
 
 /// What the user calls the connection; a string may hold a password.
 std::string ShownName(const ConnectRequest& request) {
   return request.caption.empty() ? WithoutPasswords(request.connectionString) : request.caption;
 }
-
-/// The progress window without a bar, for as long as this lives.
-class ProcessShown {
- public:
-  ProcessShown(dlgAsync& async, const std::string& message, const Connection& connection)
-      : async_(async) {
-    async.InitProcess(message, &connection);
-  }
-  ~ProcessShown() { async_.Unload(); }
-  ProcessShown(const ProcessShown&) = delete;
-  ProcessShown& operator=(const ProcessShown&) = delete;
-
- private:
-  dlgAsync& async_;
-};
 
 }  // namespace
 
@@ -59,6 +41,7 @@ frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
       cboCatalog_(window_->Find<ComboBox>("cboCatalog")),
       chkLock_(window_->Find<CheckBox>("chkLock")),
       chkRecords_(window_->Find<CheckBox>("chkRecords")),
+      chkTakesPart_(window_->Find<CheckBox>("chkTakesPart")),
       txtStatus_(window_->Find<TextBox>("txtStatus")),
       lblTimer_(window_->Find<Label>("lblTimer")),
       lblWarning_(window_->Find<Label>("lblWarning")),
@@ -85,7 +68,7 @@ void frmRecords::Form_Load() {
   mCn_ = global_.Data().CreateConnection();
   mCn_->TransactionChanged = [this] { ShowTransaction(); };
   WireControls();
-  WireMenus();
+  WireFrameCommands(*window_, host_);
   Form_Resize();
 }
 
@@ -101,27 +84,9 @@ void frmRecords::WireControls() {
   cmdReconnect_.Click = [this] { cmdReconnect_Click(); };
   cboCatalog_.Click = [this] { cboCatalog_Click(); };
   chkRecords_.Click = [this] { chkRecords_Click(); };
+  chkTakesPart_.Click = [this] { ShowMarks(); };
   dataGrid_.KeyDown = [this](KeyEvent& event) { DataGrid_KeyDown(event); };
   dataGrid_.KeyUp = [this](KeyEvent& event) { DataGrid_KeyUp(event); };
-}
-
-/// The Window and Help commands are the frame's.
-void frmRecords::WireMenus() {
-  const auto forward = [this](const char* item, void (RecordsHost::*command)()) {
-    window_->Menu(item).Click = [this, command] { (host_.*command)(); };
-  };
-  forward("mnuNewInstance", &RecordsHost::mnuNewInstance_Click);
-  forward("mnuWindowSidebar", &RecordsHost::mnuWindowSidebar_Click);
-  forward("mnuWindowTileHoriz", &RecordsHost::mnuWindowTileHoriz_Click);
-  forward("mnuWindowTileVert", &RecordsHost::mnuWindowTileVert_Click);
-  forward("mnuHelpContents", &RecordsHost::mnuHelpContents_Click);
-  forward("mnuHelpIndex", &RecordsHost::mnuHelpIndex_Click);
-  forward("mnuHelpShortcuts", &RecordsHost::mnuHelpShortcuts_Click);
-  forward("mnuHelpAbout", &RecordsHost::mnuHelpAbout_Click);
-  window_->Menu("menuWindow").Click = [this] {
-    window_->Menu("mnuWindowSidebar").SetChecked(host_.SidebarShown());
-    host_.ListWindowsIn(*window_);
-  };
 }
 
 /// What would be lost is asked about first: the change, which may become part of the transaction,
@@ -170,8 +135,7 @@ bool frmRecords::Connect(const ConnectRequest& request) {
     return false;
   }
   windowID_ = host_.GetNextID();
-  const std::string caption = ShownName(request);
-  window_->SetCaption(caption);
+  caption_ = ShownName(request);
   for (Control* control : {static_cast<Control*>(&dataGrid_), static_cast<Control*>(&cboCatalog_),
                            static_cast<Control*>(&lblTimer_)}) {
     control->SetBackColor(request.backColor);
@@ -180,11 +144,21 @@ bool frmRecords::Connect(const ConnectRequest& request) {
   SetStatus("Connected.", statusColor::plain);
   window_->Show();
   const std::string nodeKey = DatabaseNodeKey(windowID_);
-  host_.AddDatabaseNode(nodeKey, caption);
+  host_.AddDatabaseNode(nodeKey, caption_);
+  ShowMarks();
   loadSchemaFromDB_ = request.loadSchemaFromDB;
   catalogInTree_ = mCn_->DefaultDatabase();
   host_.LoadSchema(nodeKey, mCn_, loadSchemaFromDB_);
   return true;
+}
+
+/// What is particular about the connection stands behind its caption, in the title and in the tree.
+void frmRecords::ShowMarks() {
+  const bool readOnly = mCn_->ProviderProperties().Number("Read Only", 0) != 0;
+  const std::string title = caption_ + (readOnly ? " [read-only]" : "");
+  window_->SetCaption(title);
+  host_.NameDatabaseNode(DatabaseNodeKey(windowID_),
+                         title + (TakesPart() ? "" : " [does not take part]"));
 }
 
 bool frmRecords::OpenConnection() {
@@ -265,6 +239,7 @@ void frmRecords::FollowCommand() {
 
 /// The rows stay on show, but they are the former catalog's.
 bool frmRecords::MayChangeCatalog() {
+  if (keepsRows_) return true;
   const bool endsSession = mCn_->ProviderProperties().Number("Catalog Change Ends Session", 0) != 0;
   return editing_.MayLeaveRows() &&
          (!endsSession || transaction_.MayEnd(mCn_, OpenTransaction::Session::GoesOn)) &&
@@ -283,11 +258,16 @@ bool frmRecords::UseCatalog(const std::string& name) {
   }
 }
 
+/// A change that could not be saved because the session was lost stays on show with its rows: it
+/// can be saved once there is a session again.
 void frmRecords::cmdReconnect_Click() {
-  if (!MayEndSession(OpenTransaction::Session::GoesOn)) return FocusRecords();
-  dataGrid_.SetDataSource(nullptr);
-  query_.reset();
-  EnableRecords(false);
+  keepsRows_ = mCn_->State() == objectState::closed && dataGrid_.ChangePending();
+  if (!keepsRows_ && !MayEndSession(OpenTransaction::Session::GoesOn)) return FocusRecords();
+  if (!keepsRows_) {
+    dataGrid_.SetDataSource(nullptr);
+    query_.reset();
+    EnableRecords(false);
+  }
   cboCatalog_.SetVisible(false);
   try {
     mCn_->Close();
@@ -306,134 +286,9 @@ void frmRecords::cmdReconnect_Click() {
   } catch (const Error& error) {
     SetStatus(error.Description(), statusColor::failure, {false, true, !mCn_->Errors().empty()});
   }
+  if (keepsRows_) AddNotice(" The change to this record is not saved yet.");
+  keepsRows_ = false;
   FocusRecords();
-}
-
-// --- running SQL ---------------------------------------------------------------------------------
-
-bool frmRecords::DoQueryTags(const std::string& taggedSQL, bool confirmFirst, int historyPosition) {
-  std::optional<SubstitutedText> filled = Preprocess(taggedSQL);
-  if (!filled) return false;
-  return ExecuteSQL(
-      {std::move(filled->text), taggedSQL, confirmFirst, historyPosition, filled->usedSources});
-}
-
-/// Nothing when the tags could not be filled in; the reason has been shown then.
-std::optional<SubstitutedText> frmRecords::Preprocess(const std::string& taggedSQL) {
-  if (!MayHoldTags(taggedSQL)) return SubstitutedText{taggedSQL};
-  try {
-    const ProcessShown shown(async_, "Preprocessing SQL...", *mCn_);
-    return SubstituteTags(taggedSQL, *this);
-  } catch (const Error& error) {
-    help_.HelpMsgBoxNotice(error.Description(), MessageButtons::Ok, MessageIcon::Exclamation);
-    return std::nullopt;
-  }
-}
-
-bool frmRecords::ExecuteSQL(Execution execution) {
-  if (execution.confirmFirst && !ConfirmSQL(execution.sql)) return false;
-  if (!editing_.MayLeaveRows()) return false;
-  const std::int64_t start = global_.TheDesktop().TheClock().Milliseconds();
-  try {
-    if (!Run(execution, start)) return false;
-    FollowCommand();
-    return true;
-  } catch (const Error& error) {
-    UpdateTimer(start);
-    SetStatus(error.Description(), statusColor::failure, {false, true, !mCn_->Errors().empty()});
-    return false;
-  }
-}
-
-bool frmRecords::ConfirmSQL(std::string& sql) {
-  return ShowText(global_, host_, sql,
-                  {confirmContext, sqlFilter, 9600, 2400, true, true, TitleOf("SQL")});
-}
-
-bool frmRecords::Run(const Execution& execution, std::int64_t start) {
-  dataGrid_.SetDataSource(nullptr);
-  EnableRecords(false);
-  mCn_->ClearErrors();
-  query_.reset();
-  query_ = mCn_->StartQuery(execution.sql,
-                            editing_.Locked() ? LockType::ReadOnly : LockType::Optimistic);
-  std::int64_t recordsAffected = -3;
-  bool interrupted = false;
-  try {
-    interrupted = !async_.DoQuery(query_, recordsAffected, freeThreaded_);
-  } catch (const Error& error) {
-    const std::shared_ptr<Recordset> rows = query_->FirstRows();
-    if (rows == nullptr) throw;
-    ShowRowsOf(execution, rows, start);
-    ReportBrokenFetch(*rows, error);
-    return false;
-  }
-  if (const std::shared_ptr<Recordset> rows = query_->FirstRows()) {
-    ShowRowsOf(execution, rows, start);
-  } else {
-    UpdateTimer(start);
-    if (!ReportNoRows(recordsAffected, interrupted)) return false;
-  }
-  if (interrupted) {
-    SetStatus("[Interrupted]", statusColor::interrupted, {true, false, false});
-    return false;
-  }
-  ReportErrors();
-  return true;
-}
-
-void frmRecords::ShowRowsOf(const Execution& execution, const std::shared_ptr<Recordset>& recordset,
-                            std::int64_t start) {
-  UpdateTimer(start);
-  ShowRecordset(recordset);
-  EnableRecords(true);
-  history_.Record({execution.taggedSQL, execution.tagKind, execution.sql, recordset->RecordCount()},
-                  execution.historyPosition);
-}
-
-/// The rows that came before the failure are there and stay.
-void frmRecords::ReportBrokenFetch(const Recordset& recordset, const Error& error) {
-  SetStatus(std::to_string(recordset.RecordCount()) + " record(s). " + error.Description(),
-            statusColor::failure, {false, true, !mCn_->Errors().empty()});
-}
-
-/// False when the statement was cancelled before anything came of it.
-bool frmRecords::ReportNoRows(std::int64_t recordsAffected, bool interrupted) {
-  if (recordsAffected >= 0) {
-    SetStatus(std::to_string(recordsAffected) + " record(s) affected.",
-              statusColor::recordsAffected);
-    return true;
-  }
-  if (interrupted) {
-    SetStatus("Execution cancelled.", statusColor::interrupted);
-    return false;
-  }
-  SetStatus("Execution completed.", statusColor::completed);
-  return true;
-}
-
-/// Errors that the provider reported beside a success.
-void frmRecords::ReportErrors() {
-  const auto& errors = mCn_->Errors();
-  const auto count =
-      static_cast<std::int64_t>(errors.size()) - std::ranges::count_if(errors, IsNoInterface);
-  if (count != 0)
-    SetStatus("[" + std::to_string(count) + " error(s) occurred]", statusColor::errorsOccurred,
-              {true, false, true});
-}
-
-void frmRecords::RunAgain(const HistoryEntry& entry, bool confirmFirst, int position) {
-  ExecuteSQL({entry.sql, entry.taggedSQL, confirmFirst, position, 0});
-}
-
-void frmRecords::RunTagged(const HistoryEntry& entry, bool confirmFirst, int position) {
-  DoQueryTags(entry.taggedSQL, confirmFirst, position);
-}
-
-void frmRecords::ShowSQL(const std::string& sql) {
-  std::string shown = sql;
-  ShowText(global_, host_, shown,
-           {propertiesOfQueryContext, sqlFilter, 9600, 2400, false, true, TitleOf("SQL")});
 }
 
 // --- showing rows --------------------------------------------------------------------------------
@@ -468,11 +323,6 @@ void frmRecords::SetStatus(std::string_view text, Color color, StatusLine::Optio
   status_.SetStatus(text, color, options);
 }
 
-void frmRecords::UpdateTimer(std::int64_t start) {
-  lblTimer_.SetCaption(FormatElapsed(global_.TheDesktop().TheClock().Milliseconds() - start));
-  lblTimer_.SetVisible(true);
-}
-
 /// The box opens the Records menu below itself, and never stays checked.
 void frmRecords::chkRecords_Click() {
   if (!chkRecords_.Value()) return;
@@ -482,8 +332,7 @@ void frmRecords::chkRecords_Click() {
 
 void frmRecords::cmdCnErrors_Click() {
   std::string text;
-  for (const ErrorInfo& error : mCn_->Errors())
-    if (!IsNoInterface(error)) text += error.description + "\r\n";
+  for (const std::string& error : ShownErrors()) text += error + "\r\n";
   if (!text.empty()) ShowLongText(text, errorsContext, TitleOf("Errors"));
   FocusRecords();
 }
@@ -495,9 +344,7 @@ void frmRecords::ShowProperties() {
   ShowLongText(text, propertiesContext, TitleOf("Properties"));
 }
 
-std::string frmRecords::TitleOf(const std::string& what) const {
-  return what + " of " + window_->Caption();
-}
+std::string frmRecords::TitleOf(const std::string& what) const { return what + " of " + caption_; }
 
 void frmRecords::ShowLongText(const std::string& text, int helpContext, const std::string& title) {
   std::string shown = text;
@@ -517,36 +364,9 @@ std::string frmRecords::Resolve(const Tag& tag) {
 }
 
 std::string frmRecords::GetTagFieldValue(const std::string& fieldName, bool asList, bool quoted) {
-  if (!dataGrid_.Visible() || dataGrid_.DataSource() == nullptr)
-    RaiseAppError("No records available.");
-  const std::shared_ptr<Recordset> rows = dataGrid_.DataSource();
-  const auto field = rows->FindField(fieldName);
-  if (!field) RaiseAppError("Field '" + fieldName + "' not available.");
-  if (rows->RecordCount() == 0) RaiseAppError("No data available.");
-  if (asList) return ListOfValues(*rows, *field, quoted);
-  if (dataGrid_.OnNewRow() || rows->Bof() || rows->Eof())
-    RaiseAppError("Select an existing record.");
-  return FormatTagValue(rows->FieldValue(*field), quoted);
-}
-
-/// Works on a clone, so that the grid's position is not moved.
-std::string frmRecords::ListOfValues(Recordset& rows, std::size_t field, bool quoted) {
-  const std::shared_ptr<Recordset> clone = rows.Clone(LockType::ReadOnly);
-  const std::string separator = ", ";
-  std::string list;
-  const auto append = [&] {
-    if (!async_.Yield()) RaiseAppError("Cancelled.");
-    list += separator + FormatTagValue(clone->FieldValue(field), quoted);
-  };
-  const std::vector<Bookmark> selected = dataGrid_.SelBookmarks();
-  for (const Bookmark bookmark : selected) {
-    clone->MoveTo(bookmark);
-    append();
-  }
-  if (selected.empty())
-    for (clone->MoveFirst(); !clone->Eof(); clone->MoveNext()) append();
-  clone->Close();
-  return "(" + list.substr(separator.size()) + ")";
+  if (DataGrid* chosen = host_.RowsForTags())
+    return GridTagValue(*chosen, async_, fieldName, asList, quoted);
+  return GridTagValue(dataGrid_, async_, fieldName, asList, quoted);
 }
 
 }  // namespace tessel

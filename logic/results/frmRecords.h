@@ -8,6 +8,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "contract/desktop/Button.h"
 #include "contract/desktop/DataGrid.h"
@@ -21,6 +23,7 @@
 #include "logic/results/RecordConversion.h"
 #include "logic/results/RecordEditing.h"
 #include "logic/results/RecordsHost.h"
+#include "logic/results/RunReport.h"
 #include "logic/results/StatusLine.h"
 #include "logic/results/TopRow.h"
 #include "logic/tags/TagScanner.h"
@@ -59,6 +62,27 @@ class frmRecords : private QueryRunner, private TagResolver {
   /// nothing runs.
   bool DoQueryTags(const std::string& taggedSQL, bool confirmFirst, int historyPosition);
 
+  // DoQueryTags in its parts, for who runs SQL in several windows at once.
+  /// Fills in the tags and shows the SQL where asked to, and asks what is to become of a change
+  /// that is pending. Nothing when the user or a tag stopped it, which has been shown; the rows
+  /// stay on show.
+  [[nodiscard]] std::optional<PreparedQuery> Prepare(const std::string& taggedSQL,
+                                                     bool confirmFirst, int historyPosition);
+  /// Runs it to its end, under the progress window. True when it ran to its end.
+  bool Execute(const PreparedQuery& query);
+  /// Starts it and does not wait; the rows on show go. Null when it could not be started: the
+  /// status line says why.
+  [[nodiscard]] std::shared_ptr<QueryOperation> Start(const PreparedQuery& query);
+  /// Shows what came of the operation that was started last, which has ended `elapsed` milliseconds
+  /// after its start. `interrupted`: the user asked it to stop. True when it ran to its end.
+  bool Conclude(const PreparedQuery& query, std::int64_t elapsed, bool interrupted);
+  /// Milliseconds since the last start.
+  [[nodiscard]] std::int64_t Elapsed() const;
+  /// Whether its provider can work while others do.
+  [[nodiscard]] bool WorksAsynchronously() const { return freeThreaded_; }
+  /// What the last run came to.
+  [[nodiscard]] const RunReport& LastRun() const { return report_; }
+
   /// The values of a field of the rows on show as SQL text: the current row's, or as a list those
   /// of the selected rows (all rows when none is selected). Raises Error(application) when there is
   /// nothing to take.
@@ -71,7 +95,20 @@ class frmRecords : private QueryRunner, private TagResolver {
   /// Focuses the grid, or the status line while the grid is hidden.
   void FocusRecords() override;
 
+  /// Shows the mark by which the user says whether it takes part in what is run on all connections;
+  /// it is not shown while this is the only one.
+  void OfferTakingPart(bool offer);
+  /// Whether SQL that is run on all connections runs here too, as the user ticked.
+  [[nodiscard]] bool TakesPart() const { return !chkTakesPart_.Visible() || chkTakesPart_.Value(); }
+
+  /// The rows in its grid; null when it shows none.
+  [[nodiscard]] std::shared_ptr<Recordset> RowsOnShow() const {
+    return dataGrid_.Visible() ? dataGrid_.DataSource() : nullptr;
+  }
+
   [[nodiscard]] Window& TheWindow() { return *window_; }
+  /// What the user calls the connection.
+  [[nodiscard]] const std::string& Caption() const { return caption_; }
   [[nodiscard]] const std::shared_ptr<Connection>& TheConnection() const { return mCn_; }
   [[nodiscard]] int WindowID() const { return windowID_; }
 
@@ -80,17 +117,8 @@ class frmRecords : private QueryRunner, private TagResolver {
   std::function<void()> onUnloaded;
 
  private:
-  struct Execution {
-    std::string sql;
-    std::string taggedSQL;
-    bool confirmFirst = false;
-    int historyPosition = newQuery;
-    int tagKind = 0;
-  };
-
   void Form_Load();
   void WireControls();
-  void WireMenus();
   [[nodiscard]] bool MayEndSession(OpenTransaction::Session session);
   void Form_Unload();
   void Form_Resize();
@@ -110,21 +138,23 @@ class frmRecords : private QueryRunner, private TagResolver {
   [[nodiscard]] bool UseCatalog(const std::string& name);
   void cmdReconnect_Click();
   void ShowTransaction();
+  void ShowMarks();
 
   [[nodiscard]] std::optional<SubstitutedText> Preprocess(const std::string& taggedSQL);
-  bool ExecuteSQL(Execution execution);
-  bool Run(const Execution& execution, std::int64_t start);
-  void ShowRowsOf(const Execution& execution, const std::shared_ptr<Recordset>& recordset,
-                  std::int64_t start);
+  [[nodiscard]] std::optional<PreparedQuery> LetPass(PreparedQuery query);
+  bool ShowOutcome(const PreparedQuery& query, bool interrupted);
+  void ShowRowsOf(const PreparedQuery& query, const std::shared_ptr<Recordset>& recordset);
+  void ReportFailure(const Error& error);
   void ReportBrokenFetch(const Recordset& recordset, const Error& error);
   bool ReportNoRows(std::int64_t recordsAffected, bool interrupted);
   void ReportErrors();
+  [[nodiscard]] std::vector<std::string> ShownErrors() const;
   bool ConfirmSQL(std::string& sql);
   void ShowRecordset(const std::shared_ptr<Recordset>& recordset);
   void EnableRecords(bool on);
   void SetStatus(std::string_view text, Color color,
                  StatusLine::Options options = {false, false, false});
-  void UpdateTimer(std::int64_t start);
+  void UpdateTimer();
 
   void chkRecords_Click();
   void DataGrid_KeyDown(KeyEvent& event);
@@ -142,7 +172,6 @@ class frmRecords : private QueryRunner, private TagResolver {
   // TagResolver
   [[nodiscard]] bool Yield() override { return async_.Yield(); }
   [[nodiscard]] std::string Resolve(const Tag& tag) override;
-  [[nodiscard]] std::string ListOfValues(Recordset& rows, std::size_t field, bool quoted);
 
   const Global& global_;
   dlgAsync& async_;
@@ -157,6 +186,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   ComboBox& cboCatalog_;
   CheckBox& chkLock_;
   CheckBox& chkRecords_;
+  CheckBox& chkTakesPart_;
   TextBox& txtStatus_;
   Label& lblTimer_;
   Label& lblWarning_;
@@ -173,11 +203,15 @@ class frmRecords : private QueryRunner, private TagResolver {
   int windowID_ = -1;
   std::shared_ptr<Connection> mCn_;
   std::shared_ptr<QueryOperation> query_;  ///< The last one, with all its results.
+  RunReport report_;
+  std::int64_t start_ = 0;  ///< Of the last run, by the clock.
+  std::string caption_;
   std::string userName_;
   std::string password_;
   bool freeThreaded_ = false;
   bool choosingCatalog_ = false;
-  int lowered_ = 0;  ///< What stands below the top row is, in twips, when that is folded.
+  bool keepsRows_ = false;  ///< The rows outlive the session: a change waits in them.
+  int lowered_ = 0;         ///< What stands below the top row is, in twips, when that is folded.
   bool loadSchemaFromDB_ = false;
   std::string catalogInTree_;  ///< Whose tables the schema browser shows.
   bool unloaded_ = false;

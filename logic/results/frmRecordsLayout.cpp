@@ -25,6 +25,13 @@ void SetTopAndWidth(Control& control, int top, int width) {
 
 }  // namespace
 
+void frmRecords::OfferTakingPart(bool offer) {
+  if (chkTakesPart_.Visible() == offer) return;
+  chkTakesPart_.SetVisible(offer);
+  ShowMarks();
+  Form_Resize();
+}
+
 void frmRecords::Form_Resize() {
   if (window_->Minimized()) return;
   const Rect bounds = window_->Bounds();
@@ -89,6 +96,10 @@ bool frmRecords::HandleControlAltKey(int keyCode) {
       return true;
     case 'E': return cmdCnErrors_.Press();
     case 'P': ShowProperties(); return true;
+    case 'T':
+      if (!chkTakesPart_.Visible()) return false;
+      chkTakesPart_.SetValue(!chkTakesPart_.Value());
+      return true;
     default: return false;
   }
 }

@@ -39,6 +39,9 @@ class SchemaBrowser {
   void AddDatabaseNode(const std::string& key, const std::string& text) {
     tree_.AddDatabase(key, text);
   }
+  void NameDatabaseNode(const std::string& key, const std::string& text) {
+    tree_.NameDatabase(key, text);
+  }
   /// A node that is not there is no error.
   void RemoveDatabaseNode(const std::string& key) { tree_.RemoveDatabase(key); }
   /// Fills the node of a new connection: from the database, and then keeps the schema in its file;

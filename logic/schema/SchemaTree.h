@@ -40,6 +40,8 @@ class SchemaTree {
   [[nodiscard]] TreeView& View() { return view_; }
 
   void AddDatabase(const std::string& key, const std::string& text);
+  /// Gives a database's node another text.
+  void NameDatabase(const std::string& key, const std::string& text) { view_.SetText(key, text); }
   /// A node that is not there is no error.
   void RemoveDatabase(const std::string& key);
   /// Discards the tables below a database node, by taking the node away and adding it again; it is

@@ -178,6 +178,23 @@ class Album {
       window.Find<Label>("lblTimer").SetCaption("00:00:07");
       window.Find<ProgressBar>("prgProgress").SetValue(40);
     });
+    Draw("dlgRunAll", [](Window& window) {
+      auto& list = window.Find<ListView>("lsvRuns");
+      list.Insert(0, {"", "Shop", {"Done", "400", "00:00:01", ""}, "", 0});
+      list.Insert(1,
+                  {"", "Staff", {"Fetching records...", "1204000", "00:00:07", "Cancel"}, "", 0});
+      list.SetSelectedIndex(1);
+      window.Find<Label>("lblMessage").SetCaption("1 of 2 connections have ended.");
+    });
+    Draw("dlgCompare", [](Window& window) {
+      for (const char* name : {"cboA", "cboB"}) {
+        window.Find<ComboBox>(name).AddItem("Shop");
+        window.Find<ComboBox>(name).SetListIndex(0);
+      }
+      auto& keys = window.Find<TreeView>("trvKeys");
+      keys.AddChildren("", {{"0", "id"}, {"1", "customer"}, {"2", "placed"}});
+      keys.SetChecked("0", true);
+    });
     Draw("dlgDataLink", [](Window& window) {
       auto& list = window.Find<ListView>("lsvPairs");
       list.Insert(0, {"", "Data Source", {"/srv/data/shop.db"}, "", 0});

@@ -12,6 +12,7 @@ void HeadlessGrid::SetDataSource(std::shared_ptr<Recordset> recordset) {
     StopTest(Name() + " is bound to a recordset that is not open.");
   CloseEditor();
   source_ = std::move(recordset);
+  marked_ = nullptr;
   columns_.assign(source_ == nullptr ? 0 : source_->Fields().size(), {});
   SelectCellAlone();
   knownCount_ = source_ == nullptr ? 0 : source_->RecordCount();

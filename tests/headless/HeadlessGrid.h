@@ -29,6 +29,10 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   [[nodiscard]] bool ColumnLocked(int column) const override { return At(column).locked; }
   [[nodiscard]] bool ColumnButton(int column) const override { return At(column).button; }
   [[nodiscard]] DataFormat* ColumnFormat(int column) const override { return At(column).format; }
+  void SetMarkedCells(MarkedCells marked) override { marked_ = std::move(marked); }
+  [[nodiscard]] bool CellMarked(std::int64_t position, int column) const override {
+    return marked_ && marked_(source_->BookmarkAt(position), column);
+  }
 
   [[nodiscard]] bool AllowUpdate() const override { return allowUpdate_; }
   void SetAllowUpdate(bool allow) override { allowUpdate_ = allow; }
@@ -97,6 +101,7 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
 
   FailureSink* failures_;
   Clipboard* clipboard_;
+  MarkedCells marked_;
   std::shared_ptr<Recordset> source_;
   std::vector<Column> columns_;
   bool allowUpdate_ = false;

@@ -140,6 +140,10 @@ void HeadlessWindow::ShowOver(Window* owner) {
   if (!loaded_) StopTest(form_.name + " is shown after it was unloaded.");
   owner_ = dynamic_cast<HeadlessWindow*>(owner);
   const bool arranged = frame_ != nullptr && frame_->StandAsArranged();
+  if (!visible_ && frame_ != nullptr && Floats()) {
+    const Rect& room = frame_->bounds_;
+    bounds_ = {room.width / 10, room.height / 10, room.width * 8 / 10, room.height * 8 / 10};
+  }
   visible_ = true;
   const std::weak_ptr<const void> token = Token();
   if (!std::exchange(shownBefore_, true)) RaiseFirstResize();
@@ -220,11 +224,13 @@ void HeadlessWindow::SetBounds(const Rect& bounds) {
 void HeadlessWindow::Arrange(Tiling tiling) {
   arranged_ = tiling;
   std::vector<HeadlessWindow*> tiles = Documents();
-  std::erase_if(tiles, [](const auto* tile) { return !tile->visible_ || tile->minimized_; });
+  for (HeadlessWindow* tile : tiles) tile->maximized_ = false;
+  std::erase_if(tiles, [](const auto* tile) {
+    return !tile->visible_ || tile->minimized_ || tile->Floats();
+  });
   const int count = static_cast<int>(tiles.size());
   for (int n = 0; n < count; ++n) {
     HeadlessWindow& tile = *tiles[static_cast<std::size_t>(n)];
-    tile.maximized_ = false;
     if (tiling == Tiling::Horizontal)
       tile.SetBounds({0, bounds_.height / count * n, bounds_.width, bounds_.height / count});
     else tile.SetBounds({bounds_.width / count * n, 0, bounds_.width / count, bounds_.height});

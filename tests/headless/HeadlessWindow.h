@@ -145,6 +145,8 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   void RaiseFirstResize();
   [[nodiscard]] bool AskToUnload(UnloadReason reason);
   [[nodiscard]] std::vector<HeadlessWindow*> Documents() const;
+  /// Whether it is a document that is not tiled.
+  [[nodiscard]] bool Floats() const { return form_.properties.Flag("floats", false); }
   [[nodiscard]] bool StandAsArranged() const;
   void KeepArranged(bool arranged);
   void Close();

@@ -124,6 +124,19 @@ void ColumnsKeepTheirSettings(ContractHost& host) {
   EXPECT_EQ(test.grid.ColumnFormat(1), nullptr);
 }
 
+void CellsAreMarkedUntilTheNextBinding(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  EXPECT_FALSE(test.grid.CellMarked(1, 0));
+  test.grid.SetMarkedCells(
+      [row = test.At(1)](Bookmark at, int column) { return at == row && column == 0; });
+  EXPECT_TRUE(test.grid.CellMarked(1, 0));
+  EXPECT_FALSE(test.grid.CellMarked(1, 1));
+  EXPECT_FALSE(test.grid.CellMarked(0, 0));
+  test.grid.SetDataSource(test.recordset);
+  EXPECT_FALSE(test.grid.CellMarked(1, 0));
+}
+
 void EditingIsAllowedByFlags(ContractHost& host) {
   GridFixture test(host);
   for (const bool allow : {true, false}) {
@@ -179,6 +192,7 @@ std::vector<ContractCase> GridContract() {
           {"RowsAreSelectedInTheUsersOrder", &RowsAreSelectedInTheUsersOrder},
           {"RowsAreSelectedByKeys", &RowsAreSelectedByKeys},
           {"ColumnsKeepTheirSettings", &ColumnsKeepTheirSettings},
+          {"CellsAreMarkedUntilTheNextBinding", &CellsAreMarkedUntilTheNextBinding},
           {"EditingIsAllowedByFlags", &EditingIsAllowedByFlags},
           {"ValuesAreShownAsTheyAre", &ValuesAreShownAsTheyAre},
           {"AFormatDecidesHowValuesAreShown", &AFormatDecidesHowValuesAreShown},

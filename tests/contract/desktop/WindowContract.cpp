@@ -309,6 +309,22 @@ void TiledDocumentsStayTiled(ContractHost& host) {
   EXPECT_NEAR(first.Bounds().height, alone.height + 1500, 30);
 }
 
+void AFloatingDocumentIsNoTile(ContractHost& host) {
+  const Framed windows(host, "frmMain");
+  const auto second = ShowForm(host, "frmRecords");
+  windows.frame->Arrange(Tiling::Horizontal);
+  const Rect tile = windows.document->Bounds();
+  const auto floating = ShowForm(host, "frmRows");
+  EXPECT_EQ(windows.document->Bounds(), tile);
+  EXPECT_GT(floating->Bounds().height, tile.height);
+  const Rect place{300, 450, 6000, 4500};
+  floating->SetBounds(place);
+  second->Unload();
+  host.Settle();
+  EXPECT_GT(windows.document->Bounds().height, tile.height) << "the others are tiled again";
+  EXPECT_EQ(floating->Bounds(), place);
+}
+
 void AHandMadeLayoutIsLeftAlone(ContractHost& host) {
   const Framed windows(host, "frmMain");
   Window& first = *windows.document;
@@ -444,6 +460,7 @@ std::vector<ContractCase> WindowContract() {
           {"AWindowTellsOfItsSize", &AWindowTellsOfItsSize},
           {"AFirstShowingTellsTheSize", &AFirstShowingTellsTheSize},
           {"TiledDocumentsStayTiled", &TiledDocumentsStayTiled},
+          {"AFloatingDocumentIsNoTile", &AFloatingDocumentIsNoTile},
           {"AHandMadeLayoutIsLeftAlone", &AHandMadeLayoutIsLeftAlone},
           {"AMaximizedDocumentIsLeftAloneUntilTheNextTiling",
            &AMaximizedDocumentIsLeftAloneUntilTheNextTiling},

@@ -19,6 +19,9 @@ class FakeRecordsHost : public RecordsHost {
   void AddDatabaseNode(const std::string& key, const std::string& text) override {
     nodes[key] = text;
   }
+  void NameDatabaseNode(const std::string& key, const std::string& text) override {
+    nodes[key] = text;
+  }
   void RemoveDatabaseNode(const std::string& key) override { nodes.erase(key); }
   void LoadSchema(const std::string& key, const std::shared_ptr<Connection>& connection,
                   bool fromDatabase) override {
@@ -42,6 +45,7 @@ class FakeRecordsHost : public RecordsHost {
   void mnuHelpAbout_Click() override { commands.emplace_back("about"); }
   [[nodiscard]] bool SidebarShown() const override { return sidebarShown; }
   void InsertText(std::string_view text) override { inserted += text; }
+  DataGrid* RowsForTags() override { return rowsForTags; }
   std::string GetTagValue(const std::string& name, bool parenthesised, bool quoted) override {
     const auto found = tagValues.find(name);
     if (found == tagValues.end()) RaiseAppError("Undefined tag: '" + name + "'");
@@ -52,6 +56,7 @@ class FakeRecordsHost : public RecordsHost {
   int count = 0;
   bool sidebarShown = true;
   Window* listedIn = nullptr;
+  DataGrid* rowsForTags = nullptr;
   std::map<std::string, std::string> nodes;
   std::vector<std::string> loads;
   std::vector<std::string> commands;

@@ -1,0 +1,25 @@
+#include "logic/results/FrameCommands.h"
+
+#include "logic/results/RecordsHost.h"
+
+namespace tessel {
+
+void WireFrameCommands(Window& window, RecordsHost& host) {
+  const auto forward = [&](const char* item, void (RecordsHost::*command)()) {
+    window.Menu(item).Click = [&host, command] { (host.*command)(); };
+  };
+  forward("mnuNewInstance", &RecordsHost::mnuNewInstance_Click);
+  forward("mnuWindowSidebar", &RecordsHost::mnuWindowSidebar_Click);
+  forward("mnuWindowTileHoriz", &RecordsHost::mnuWindowTileHoriz_Click);
+  forward("mnuWindowTileVert", &RecordsHost::mnuWindowTileVert_Click);
+  forward("mnuHelpContents", &RecordsHost::mnuHelpContents_Click);
+  forward("mnuHelpIndex", &RecordsHost::mnuHelpIndex_Click);
+  forward("mnuHelpShortcuts", &RecordsHost::mnuHelpShortcuts_Click);
+  forward("mnuHelpAbout", &RecordsHost::mnuHelpAbout_Click);
+  window.Menu("menuWindow").Click = [&window, &host] {
+    window.Menu("mnuWindowSidebar").SetChecked(host.SidebarShown());
+    host.ListWindowsIn(window);
+  };
+}
+
+}  // namespace tessel

@@ -1,0 +1,88 @@
+#include "logic/results/frmRows.h"
+
+#include <utility>
+
+#include "contract/base/Keys.h"
+#include "logic/results/FrameCommands.h"
+
+namespace tessel {
+
+frmRows::frmRows(const Global& global, dlgAsync& async, RecordsHost& host)
+    : host_(host),
+      window_(global.TheDesktop().MakeWindow("frmRows")),
+      lblStatus_(window_->Find<Label>("lblStatus")),
+      chkTags_(window_->Find<CheckBox>("chkTags")),
+      cmdAgain_(window_->Find<Button>("cmdAgain")),
+      cmdGoTo_(window_->Find<Button>("cmdGoTo")),
+      dataGrid_(window_->Find<DataGrid>("DataGrid")),
+      conversion_(global, *window_, async, host) {
+  window_->KeyDown = [this](KeyEvent& event) { Form_KeyDown(event); };
+  window_->Unloaded = [this] { Form_Unload(); };
+  WireFrameCommands(*window_, host);
+}
+
+frmRows::~frmRows() {
+  onUnloaded = nullptr;
+  Form_Unload();
+}
+
+void frmRows::Form_Unload() {
+  if (std::exchange(unloaded_, true)) return;
+  dataGrid_.SetDataSource(nullptr);
+  if (onUnloaded) onUnloaded();
+}
+
+void frmRows::ShowRows(const std::string& caption, std::shared_ptr<Recordset> rows,
+                       const std::string& status) {
+  window_->SetCaption(caption);
+  lblStatus_.SetCaption(status);
+  dataGrid_.SetDataSource(std::move(rows));
+  window_->Show();
+  dataGrid_.SetFocus();
+}
+
+void frmRows::OfferGoTo(std::function<void(Bookmark)> goTo) {
+  goTo_ = std::move(goTo);
+  cmdGoTo_.SetVisible(true);
+  cmdGoTo_.Click = [this] { GoTo(); };
+  dataGrid_.DblClick = [this] { GoTo(); };
+}
+
+void frmRows::OfferAgain(std::function<void()> again, bool possible) {
+  cmdAgain_.SetVisible(true);
+  cmdAgain_.SetEnabled(possible);
+  cmdAgain_.Click = std::move(again);
+}
+
+void frmRows::OfferTags(std::function<void()> chosen) {
+  chkTags_.SetVisible(true);
+  chkTags_.Click = [this, chosen = std::move(chosen)] {
+    if (chkTags_.Value()) chosen();
+  };
+}
+
+void frmRows::Form_KeyDown(KeyEvent& event) {
+  event.handled = event.handled || HandleKey(event.keyCode, event.shift);
+}
+
+/// Enter on a row does what a double click does, where that does anything.
+bool frmRows::HandleKey(int keyCode, int shift) {
+  if (shift == shiftState::ctrl && keyCode == key::f4)
+    return window_->Unload(UnloadReason::ControlBox);
+  if (shift != shiftState::none) return false;
+  if (keyCode == key::f6) {
+    host_.FocusQueryWindow();
+    return true;
+  }
+  if (keyCode != key::enter || !goTo_ || !dataGrid_.HasFocus()) return false;
+  GoTo();
+  return true;
+}
+
+void frmRows::GoTo() {
+  const std::shared_ptr<Recordset> rows = dataGrid_.DataSource();
+  if (rows == nullptr || rows->Bof() || rows->Eof()) return;
+  goTo_(rows->CurrentBookmark());
+}
+
+}  // namespace tessel
