@@ -161,6 +161,7 @@ void frmMDI::DoSQLAtOnce(bool preview) {
   const bool ran = allConnections_.RunAtOnce(*sql, preview);
   if (ran) ShowResults();
   FocusQueryWindow();
+  if (ran && allConnections_.TakingPart().size() > 1) allConnections_.ShowSummary();
 }
 
 /// What is selected in the query window; nothing when there is none, or no connection to run it on,

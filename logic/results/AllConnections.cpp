@@ -75,7 +75,6 @@ bool AllConnections::RunAtOnce(const std::string& taggedSQL, bool preview) {
   const Windows windows = TakingPart();
   if (!dlgRunAll(global_, async_, frame_).Run(windows, taggedSQL, preview)) return false;
   NoteRun(taggedSQL, windows, windows.size());
-  if (windows.size() > 1) ShowSummary();
   return true;
 }
 

@@ -31,7 +31,7 @@ class AllConnections {
 
   /// Those that take part in what is run.
   [[nodiscard]] Windows TakingPart() const;
-  /// Runs SQL on all that take part at once, then shows the summary. False: nothing ran.
+  /// Runs SQL on all that take part at once. False: nothing ran.
   bool RunAtOnce(const std::string& taggedSQL, bool preview);
   /// SQL was run on the first `ran` of `windows`, one after another; that is the last run now.
   void NoteRun(const std::string& taggedSQL, const Windows& windows, std::size_t ran);

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int tickMilliseconds = 500;
 constexpr int cancelColumn = 4;
-constexpr int columnWidths[] = {3300, 2100, 1350, 1050};
+constexpr int columnWidths[] = {2700, 2100, 1200, 1050};
 
 bool IsRunning(const std::shared_ptr<QueryOperation>& operation) {
   return operation != nullptr && !operation->HasEnded();

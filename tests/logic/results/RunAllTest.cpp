@@ -72,6 +72,7 @@ TEST_F(RunAllTest, AFailureOnOneLeavesTheOthersAlone) {
   EXPECT_EQ(SummaryLine(2), "C caption|done||5|");
   EXPECT_EQ(desktop.WindowOf("frmRows").Find<Label>("lblStatus").Caption(),
             "3 connections: 2 done, 1 failed");
+  EXPECT_TRUE(desktop.WindowOf("frmRows").Active()) << "nothing hides it";
 }
 
 TEST_F(RunAllTest, NothingRunsWhenATagOfOneCannotBeFilledIn) {
