@@ -12,10 +12,10 @@
 #include "logic/program/dlgAsync.h"
 #include "logic/query/frmMain.h"
 #include "logic/query/vocab.h"
-#include "logic/results/AllConnections.h"
 #include "logic/results/frmRecords.h"
 #include "logic/schema/SchemaBrowser.h"
 #include "logic/tags/TagsPanel.h"
+#include "logic/together/AllConnections.h"
 
 namespace tessel {
 

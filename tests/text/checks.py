@@ -10,7 +10,7 @@ PRODUCT = ("contract", "logic", "main") + IMPLEMENTATIONS
 # The folders of each floor, each using only itself and those before it.
 FLOORS = {
     "contract": ("base", "data", "desktop"),
-    "logic": ("program", "text", "connections", "tags", "query", "schema", "results", "app"),
+    "logic": ("program", "text", "connections", "tags", "query", "schema", "results", "together", "app"),
     "data": ("rows", "combined", "changes", "providers", "tasks", "cursor"),
     "desktop": ("plain", "base", "services", "dialogs", "controls", "editor", "tree", "grid", "window", "help"),
 }

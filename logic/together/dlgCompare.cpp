@@ -1,4 +1,4 @@
-#include "logic/results/dlgCompare.h"
+#include "logic/together/dlgCompare.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "logic/results/frmRows.h"
+#include "logic/together/frmRows.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 // One SQL in several records windows at once: all are made ready, then all start, then one window
 // waits for them, then each records window shows what came of its own.
 
-#include "logic/results/dlgRunAll.h"
+#include "logic/together/dlgRunAll.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "logic/results/RunSummary.h"
+#include "logic/together/RunSummary.h"
 
 #include <algorithm>
 #include <utility>

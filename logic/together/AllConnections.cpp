@@ -1,13 +1,13 @@
-#include "logic/results/AllConnections.h"
+#include "logic/together/AllConnections.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "logic/program/dlgAsync.h"
-#include "logic/results/dlgCompare.h"
-#include "logic/results/dlgRunAll.h"
 #include "logic/results/frmRecords.h"
-#include "logic/results/frmRows.h"
+#include "logic/together/dlgCompare.h"
+#include "logic/together/dlgRunAll.h"
+#include "logic/together/frmRows.h"
 
 namespace tessel {
 

@@ -8,7 +8,7 @@
 #include "logic/program/Global.h"
 #include "logic/program/Help.h"
 #include "logic/results/RecordsHost.h"
-#include "logic/results/RunSummary.h"
+#include "logic/together/RunSummary.h"
 
 namespace tessel {
 
