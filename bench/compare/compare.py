@@ -367,6 +367,25 @@ def big(setting, table):
                median(kept, "peak") / MEGABYTE, 700, "MB")
 
 
+@row("together")
+def together(setting, table):
+    rows, results, budget = setting.arguments.rows, 10, 512
+    alone, kept = [], []
+    setting.data("fetch", setting.sqlite(), "select count(*) from orders")
+    for _ in range(min(setting.arguments.rounds, 3)):
+        alone.append(setting.data("fetch-together", setting.sqlite(), QUERY, 100000, results))
+        kept.append(setting.data("fetch-together", setting.sqlite(), QUERY, budget, results))
+    text = "%d results of %d rows with a budget of %d MB: " % (results, rows, budget)
+    if any(result["sum"] != alone[0]["sum"] for result in kept):
+        return table.fail(text, "rows are missing")
+    table.line(text + "time", seconds(median(alone, "seconds")), seconds(median(kept, "seconds")),
+               ratio(kept, alone), 1.5)
+    table.line(text + "resident", megabytes(median(alone, "peak")),
+               megabytes(median(kept, "peak")), median(kept, "peak") / MEGABYTE, budget + 188, "MB")
+    longest = max(result["longest"] for result in kept)
+    table.line(text + "longest stall", "-", seconds(longest), longest * 1000, 16, "ms")
+
+
 @row("start")
 def start(setting, table):
     compare(setting, table, "Start of the program until its window is on the screen",

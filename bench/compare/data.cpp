@@ -1,5 +1,6 @@
 // One measurement of the data layer in a process of its own.
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "bench/OrdersFile.h"
@@ -70,6 +71,67 @@ void FetchLarge(Arguments arguments) {
   RowMemory memory = RowMemory::OfMachine();
   memory.bytes = std::stoull(arguments[2]) * megabyte;
   FetchWithin(std::move(memory), arguments);
+}
+
+using Results = std::vector<test::StartedQuery>;
+
+/// Delivers notices until the end, and in between looks at the rows that were fetched before, all
+/// over them. Gives the longest time in which this thread did nothing else.
+double LookUntilEnd(Platform& platform, const Results& results, const test::EventLog& log) {
+  constexpr std::int64_t step = 7919;
+  std::int64_t row = 0;
+  double longest = 0;
+  while (log.Ends() == 0) {
+    const Stopwatch watch;
+    platform.queue.Pump();
+    for (const test::StartedQuery& result : results)
+      if (const std::int64_t count = result.Rows() ? result->RecordCount() : 0; count > 0)
+        (void)result->ValueAt(row % count, 0);
+    row += step;
+    longest = std::max(longest, watch.Seconds());
+  }
+  if (log.LastError()) throw std::runtime_error(log.LastError()->description);
+  return longest;
+}
+
+/// Looks at every row of all results; gives the sum of their first fields.
+std::int64_t SumOf(const Results& results) {
+  std::int64_t sum = 0;
+  for (const test::StartedQuery& result : results)
+    for (std::int64_t row = 0; row < result->RecordCount(); ++row)
+      sum += std::get<std::int64_t>(result->ValueAt(row, 0));
+  return sum;
+}
+
+/// <connection string> <query> <megabytes that the rows may take> <results>: so many results of the
+/// query, each on a connection of its own and kept.
+void FetchTogether(Arguments arguments) {
+  constexpr std::size_t megabyte = 1'000'000;
+  Platform platform({std::stoull(arguments[2]) * megabyte, SpillFolder()});
+  std::vector<std::shared_ptr<Connection>> connections;
+  Results results;
+  double longest = 0;
+  const Stopwatch watch;
+  for (int i = 0; i < std::stoi(arguments[3]); ++i) {
+    connections.push_back(platform.Connect(arguments[0]));
+    test::EventLog log;
+    results.push_back(Platform::Start(*connections.back(), arguments[1], log));
+    longest = std::max(longest, LookUntilEnd(platform, results, log));
+  }
+  Say("seconds", watch.Seconds());
+  Say("longest", longest);
+  Say("present", PresentBytes());
+  std::size_t held = 0;
+  for (const test::StartedQuery& result : results)
+    held += static_cast<const ClientRecordset&>(*result).HeldBytes();
+  Say("held", held);
+  Say("sum", SumOf(results));
+  Say("looked", PresentBytes());
+  Say("peak", PeakBytes());
+  const Stopwatch closing;
+  results.clear();
+  Say("close", closing.Seconds());
+  Say("closed", PresentBytes());
 }
 
 /// <connection string> <query> execute|fetch: from a cancel until its end is announced.
@@ -149,6 +211,7 @@ int main(int argc, char* argv[]) {
   using namespace tessel::bench;
   return RunCase({{"fetch", {2, Fetch}},
                   {"fetch-large", {3, FetchLarge}},
+                  {"fetch-together", {4, FetchTogether}},
                   {"cancel", {3, Cancel}},
                   {"catalog", {1, Catalog}},
                   {"make-file", {1, MakeFile}},

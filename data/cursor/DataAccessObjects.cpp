@@ -40,7 +40,7 @@ std::shared_ptr<const ProviderRegistry> AllProviders() {
 DataAccessObjects::DataAccessObjects(EventQueue& queue, FailureSink* failures, RowMemory memory,
                                      int patienceFactor)
     : services_{queue, failures, AllProviders(), ThreadHost::Starter(leftBehind_, patienceFactor),
-                std::move(memory)} {}
+                std::make_shared<RowBudget>(std::move(memory))} {}
 
 std::shared_ptr<Connection> DataAccessObjects::CreateConnection() {
   return std::make_shared<DataConnection>(services_);

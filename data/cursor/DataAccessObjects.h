@@ -16,7 +16,7 @@ class DataAccessObjects : public CombinedAccess {
  public:
   /// `queue` carries the notices; `failures` gets what event handlers throw (null: it passes
   /// through, out of the notice). Both outlive this and all connections.
-  /// `memory` is what the rows of each result may take. A driver that was cancelled gets
+  /// `memory` is what the rows of all results may take together. A driver that was cancelled gets
   /// `patienceFactor` times its session's patience: more than 1 in a build that is slow.
   explicit DataAccessObjects(EventQueue& queue, FailureSink* failures = nullptr,
                              RowMemory memory = RowMemory::OfMachine(), int patienceFactor = 1);

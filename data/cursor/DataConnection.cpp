@@ -219,7 +219,7 @@ DataConnection::StartSchema(SchemaRowset schema, const std::vector<std::string>&
 std::shared_ptr<QueryOperation> DataConnection::StartQuery(const std::string& sql, LockType lock) {
   RequireIdle();
   if (IsBlank(sql)) throw Error(errorNumber::application, "Tessel", "The command text is empty.");
-  return Start(std::make_shared<ExecuteTask>(sql, services_.rowMemory, services_.pace),
+  return Start(std::make_shared<ExecuteTask>(sql, services_.rowBudget, services_.pace),
                OperationPhase::Executing, {}, {sql, lock});
 }
 

@@ -25,9 +25,10 @@ struct ConnectionServices {
   EventQueue& queue;
   FailureSink* failures = nullptr;  ///< May be null: what a handler throws then passes through.
   std::shared_ptr<const ProviderRegistry> providers;
-  HostStarter startHost;                         ///< Where their tasks run.
-  RowMemory rowMemory = RowMemory::OfMachine();  ///< Of each result.
-  FetchPace pace = {};                           ///< Of each result.
+  HostStarter startHost;  ///< Where their tasks run.
+  /// Of all results together.
+  std::shared_ptr<RowBudget> rowBudget = std::make_shared<RowBudget>(RowMemory::OfMachine());
+  FetchPace pace = {};  ///< Of each result.
   /// The time at which a transaction is first seen.
   std::function<std::chrono::system_clock::time_point()> now = &std::chrono::system_clock::now;
 };

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "data/cursor/ClientRecordset.h"
+#include "data/providers/ConnectionMode.h"
 
 namespace tessel {
 
@@ -52,7 +53,11 @@ std::optional<ErrorInfo> ClientRecordset::WhyNeverChangeable() const {
 std::optional<ErrorInfo> ClientRecordset::WhyNotChangeable() const {
   if (auto reason = WhyNeverChangeable()) return reason;
   const std::shared_ptr<CursorHost> host = host_.lock();
-  if (!host || (host->AsConnection()->State() & objectState::open) == 0) return std::nullopt;
+  if (!host) return std::nullopt;
+  const std::shared_ptr<Connection> connection = host->AsConnection();
+  if ((connection->State() & objectState::open) == 0) return std::nullopt;
+  if (IsReadOnlyMode(connection->ProviderProperties()))
+    return Reason(errorNumber::readOnly, "The connection is read-only: Mode=ReadOnly.");
   return WhyOtherOrigin(rows_->origin, host->Origin());
 }
 

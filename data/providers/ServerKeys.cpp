@@ -29,6 +29,7 @@ constexpr Synonym synonyms[] = {
     {"User Name", "User ID"},
     {"Password", "Password"},
     {"PWD", "Password"},
+    {"Mode", "Mode"},
     {"SSL Mode", "SSL Mode"},
     {"Connect Timeout", "Connect Timeout"},
     {"Connection Timeout", "Connect Timeout"},

@@ -19,6 +19,7 @@ void ColumnChunk::ReadMixed(std::size_t row, ValueView& value) const {
 }
 
 std::size_t Chunk::HeldBytes() const {
+  if (pages) return pages->InFile() ? 0 : pages->Size();
   std::size_t bytes = 0;
   for (const ColumnChunk& column : columns) bytes += column.HeldBytes();
   return bytes;

@@ -6,8 +6,9 @@
 #include <vector>
 
 #include "contract/base/Value.h"
+#include "data/rows/ChunkPages.h"
 #include "data/rows/GrowBuffer.h"
-#include "data/rows/SpillFile.h"
+#include "data/rows/LookedPages.h"
 
 namespace tessel {
 
@@ -84,8 +85,14 @@ struct Chunk {
 
   std::vector<ColumnChunk> columns;
   std::size_t rows = 0;
-  std::shared_ptr<const FilePart> part;  ///< Where its cells stand; null: in memory.
+  std::shared_ptr<const ChunkPages> pages;  ///< Where its cells stand; null: in their buffers.
+  std::shared_ptr<LookedPages> looked;      ///< Hears of looks at the pages; null without them.
 
+  [[nodiscard]] bool InFile() const { return pages && pages->InFile(); }
+  /// Its cells are about to be read.
+  void NoteLook() const {
+    if (pages) looked->Note(pages);
+  }
   /// Bytes of memory, as allocated; a chunk that stands in a file has none.
   [[nodiscard]] std::size_t HeldBytes() const;
 };

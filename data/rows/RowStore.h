@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -10,8 +9,8 @@
 
 namespace tessel {
 
-/// The rows of one result: chunks in order, only ever added to. Row numbers count from 0. Of the
-/// chunks that stand in a file those not looked at lately give their memory back. UI thread.
+/// The rows of one result: chunks in order, only ever added to. Row numbers count from 0.
+/// UI thread.
 class RowStore {
  public:
   void Add(ChunkPtr chunk);
@@ -43,26 +42,18 @@ class RowStore {
   [[nodiscard]] std::size_t HeldBytes() const;
 
  private:
-  /// Of the chunks in a file so much may stay in memory.
-  static constexpr std::size_t residentBytes = std::size_t{64} << 20U;
-  static constexpr std::chrono::milliseconds trimInterval{50};
-  using Time = std::chrono::steady_clock::time_point;
-
   [[nodiscard]] std::size_t ChunkOf(std::int64_t row) const {
     const std::int64_t offset = row - starts_[lastChunk_];
     if (offset < 0 || offset >= static_cast<std::int64_t>(chunks_[lastChunk_]->rows)) Look(row);
     return lastChunk_;
   }
-  /// Makes the chunk that holds the row the last one looked at.
+  /// Makes the chunk that holds the row the last one looked at. The one looked at before may have
+  /// gone to the file meanwhile.
   void Look(std::int64_t row) const;
-  void NoteLook(std::size_t chunk) const;
-  void LetGoOfOthers(Time now) const;
 
   std::vector<ChunkPtr> chunks_;
   std::vector<std::int64_t> starts_;
   std::int64_t rows_ = 0;
-  mutable std::vector<Time> looked_;  ///< At each chunk in a file that may be in memory.
-  mutable Time trimmed_;
   mutable std::size_t lastChunk_ =
       0;  ///< Where the last look was: most looks go to the same chunk again.
 };

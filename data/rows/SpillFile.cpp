@@ -1,6 +1,5 @@
 #include "data/rows/SpillFile.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -16,11 +15,6 @@ namespace tessel {
 namespace {
 
 [[noreturn]] void RaiseSystemError() { throw std::system_error(errno, std::generic_category()); }
-
-std::size_t PageSize() {
-  static const auto size = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-  return size;
-}
 
 /// Not every file system can make a file without a name.
 int OpenUnnamed(const std::filesystem::path& folder) {
@@ -60,37 +54,44 @@ class LimitIsAnError {
 
 }  // namespace
 
-FilePart::FilePart(int file, std::size_t offset, std::size_t size) : size_(size) {
-  void* mapped = mmap(nullptr, size, PROT_READ, MAP_SHARED, file, static_cast<off_t>(offset));
+SpillFile::~SpillFile() {
+  if (file_ >= 0) close(file_);
+}
+
+std::size_t SpillFile::WholePages(std::size_t size) {
+  static const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  return (size + page - 1) / page * page;
+}
+
+/// The file is mapped anywhere first, which can fail, and moved from there: that is one step for
+/// all threads that read the pages.
+void SpillFile::TakePlaceOf(std::span<std::byte> pages) {
+  const std::size_t offset = Write(pages);
+  void* mapped =
+      mmap(nullptr, pages.size(), PROT_READ, MAP_SHARED, file_, static_cast<off_t>(offset));
   if (mapped == MAP_FAILED) RaiseSystemError();
-  data_ = static_cast<const std::byte*>(mapped);
+  if (mremap(mapped, pages.size(), pages.size(), MREMAP_MAYMOVE | MREMAP_FIXED, pages.data()) !=
+      MAP_FAILED)
+    return;
+  const int reason = errno;
+  munmap(mapped, pages.size());
+  throw std::system_error(reason, std::generic_category());
 }
 
-FilePart::~FilePart() { munmap(const_cast<std::byte*>(data_), size_); }
-
-void FilePart::LetGo() const noexcept {
-  madvise(const_cast<std::byte*>(data_), size_, MADV_DONTNEED);
-}
-
-SpillFile::SpillFile(const std::filesystem::path& folder) : file_(OpenUnnamed(folder)) {
-  if (file_ < 0) RaiseSystemError();
-}
-
-SpillFile::~SpillFile() { close(file_); }
-
-/// Written, not mapped: so a disk without room says so here, and not when a row is looked at.
-std::shared_ptr<const FilePart>
-SpillFile::Write(const std::vector<std::span<const std::byte>>& pieces) {
+/// Written, not mapped: so a disk without room says so here, and not when a row is looked at. What
+/// was written of pages that did not go in whole gives its room back. Tells where they stand.
+std::size_t SpillFile::Write(std::span<const std::byte> pages) {
+  const std::lock_guard lock(mutex_);
   const LimitIsAnError limitIsAnError;
-  std::size_t offset = end_;
-  for (const auto& piece : pieces) {
-    WriteAll(piece, offset);
-    offset += piece.size();
+  if (file_ < 0) file_ = OpenUnnamed(folder_);
+  if (file_ < 0) RaiseSystemError();
+  try {
+    WriteAll(pages, end_);
+  } catch (...) {
+    (void)!ftruncate(file_, static_cast<off_t>(end_));
+    throw;
   }
-  const std::size_t size = std::max<std::size_t>(offset - end_, 1);  // Nothing cannot be mapped.
-  auto part = std::make_shared<const FilePart>(file_, end_, size);
-  end_ = (offset + PageSize()) / PageSize() * PageSize();
-  return part;
+  return std::exchange(end_, end_ + pages.size());
 }
 
 void SpillFile::WriteAll(std::span<const std::byte> bytes, std::size_t offset) const {

@@ -2,50 +2,37 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <memory>
+#include <mutex>
 #include <span>
-#include <vector>
+#include <utility>
 
 namespace tessel {
 
-/// A part of a file, mapped into memory for as long as the object lives: its bytes stay where they
-/// are, but take memory only once they are looked at. Any thread.
-class FilePart {
- public:
-  /// `offset` is a multiple of the page size; the file may be closed afterwards. Throws
-  /// std::system_error.
-  FilePart(int file, std::size_t offset, std::size_t size);
-  FilePart(const FilePart&) = delete;
-  FilePart& operator=(const FilePart&) = delete;
-  ~FilePart();
-
-  [[nodiscard]] std::span<const std::byte> Bytes() const { return {data_, size_}; }
-  /// Gives the memory back. What is looked at again comes from the file again.
-  void LetGo() const noexcept;
-
- private:
-  const std::byte* data_ = nullptr;
-  std::size_t size_;
-};
-
 /// A temporary file without a name, for what does not fit into memory: it is gone with the last
-/// part that is mapped, however the process ends. Worker thread.
+/// bytes whose place it took, however the process ends. Any thread.
 class SpillFile {
  public:
-  /// A new file in `folder`. Throws std::system_error.
-  explicit SpillFile(const std::filesystem::path& folder);
+  /// The file is made in `folder` when it is first needed.
+  explicit SpillFile(std::filesystem::path folder) : folder_(std::move(folder)) {}
   SpillFile(const SpillFile&) = delete;
   SpillFile& operator=(const SpillFile&) = delete;
   ~SpillFile();
 
-  /// Writes the pieces one behind the other and maps them. Throws std::system_error, for example
-  /// when the disk is full.
-  [[nodiscard]] std::shared_ptr<const FilePart>
-  Write(const std::vector<std::span<const std::byte>>& pieces);
+  /// Writes `pages`, memory from mmap that nobody writes to any more, and maps the file in their
+  /// place: they can be read all the while and for as long as they stay mapped, but take memory
+  /// only once they are looked at. Throws std::system_error, for example when the disk is full:
+  /// they are as before then.
+  void TakePlaceOf(std::span<std::byte> pages);
+
+  /// `size` rounded up to whole pages.
+  [[nodiscard]] static std::size_t WholePages(std::size_t size);
 
  private:
+  [[nodiscard]] std::size_t Write(std::span<const std::byte> pages);
   void WriteAll(std::span<const std::byte> bytes, std::size_t offset) const;
 
+  const std::filesystem::path folder_;
+  std::mutex mutex_;
   int file_ = -1;
   std::size_t end_ = 0;
 };

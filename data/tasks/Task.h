@@ -182,9 +182,8 @@ struct FetchPace {
 /// block of rows, and one for each result that follows.
 class ExecuteTask : public Task {
  public:
-  explicit ExecuteTask(std::string sql, RowMemory memory = RowMemory::OfMachine(),
-                       FetchPace pace = {})
-      : sql_(std::move(sql)), keeper_(std::move(memory)), pace_(pace) {}
+  ExecuteTask(std::string sql, std::shared_ptr<RowBudget> budget, FetchPace pace)
+      : sql_(std::move(sql)), keeper_(std::move(budget)), pace_(pace) {}
 
   [[nodiscard]] const std::string& Sql() const { return sql_; }
   [[nodiscard]] bool Step(ProviderSession& session) override;

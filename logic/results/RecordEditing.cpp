@@ -53,12 +53,15 @@ RecordEditing::RecordEditing(const Global& global, dlgAsync& async, RecordsHost&
 
 // --- what the user may do ------------------------------------------------------------------------
 
+/// On a connection that is read-only an edit may be tried: the grid then tells why it cannot be.
 void RecordEditing::ShowRecordset(const Recordset& recordset, bool async) {
   const bool unlocked = recordset.Lock() != LockType::ReadOnly;
-  const bool editable = !recordset.WhyNotChangeable();
+  const auto reason = recordset.WhyNotChangeable();
+  const bool editable = !reason;
+  const bool tellsWhy = unlocked && reason && reason->number == errorNumber::readOnly;
   writesAsync_ = async;
   lblWarning_.SetVisible(unlocked && recordset.RecordsetProperties().Number("Unique Rows", 0) == 0);
-  dataGrid_.SetAllowUpdate(editable);
+  dataGrid_.SetAllowUpdate(editable || tellsWhy);
   dataGrid_.SetAllowDelete(editable);
   dataGrid_.SetAllowAddNew(editable);
 }

@@ -53,12 +53,13 @@ void Apply(const ServerKey& key, MariaTarget& target) {
       textKeys, [&](const TextKey& known) { return EqualNoCase(known.name, key.name); });
   if (text != std::end(textKeys)) target.login.*(text->part) = key.value;
   else if (key.name == "Port") target.login.port = ToPort(key);
+  else if (key.name == "Mode") target.mode = ToConnectionMode(key.value, source, false);
   else if (key.name == "SSL Mode") ApplySslMode(key, target.login);
   else if (key.name == "Connect Timeout") target.limit = ToConnectTimeout(key.value, source);
   else
     RaiseUnknownKey(key.name, source,
                     "Server, Port, Socket, Database, User ID, Password, SSL Mode, SSL CA, SSL "
-                    "Cert, SSL Key, Connect Timeout and Application Name");
+                    "Cert, SSL Key, Connect Timeout, Application Name and Mode");
   target.namesUser = target.namesUser || key.name == "User ID";
   target.namesPassword = target.namesPassword || key.name == "Password";
 }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "data/providers/ConnectionMode.h"
 #include "data/providers/Provider.h"
 #include "data/providers/ServerKeys.h"
 #include "data/providers/mariadb/MariaApi.h"
@@ -12,10 +13,12 @@ namespace tessel {
 ///
 /// Keys are those of ServerKeyName; "Socket", a file; "SSL CA", "SSL Cert" and "SSL Key", files.
 /// "SSL Mode" is "Disabled" (when missing), "Required" or "Verify Full". "Connect Timeout" is in
-/// seconds, 15 when missing, 0 for none.
+/// seconds, 15 when missing, 0 for none. "Mode" is ReadWrite (when missing) or ReadOnly: the server
+/// begins every transaction of the session so.
 struct MariaTarget {
   MariaLogin login;
   std::chrono::seconds limit = defaultConnectTimeout;  ///< 0: none.
+  ConnectionMode mode = ConnectionMode::ReadWrite;
   bool namesUser = false;
   bool namesPassword = false;
 

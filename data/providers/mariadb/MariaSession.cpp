@@ -75,6 +75,8 @@ void MariaSession::Open(const Login& login, WorkContext& context) {
     throw Error(errorNumber::database, std::string(source),
                 "SSL is required by the connection string, but the server does not offer it.");
   }
+  if (target_.mode == ConnectionMode::ReadOnly)
+    connection_->Run("set session transaction read only");
   ChooseDialect();
 }
 
@@ -108,6 +110,7 @@ Properties MariaSession::ReadProperties() {
   properties.Set("Procedure Term", std::string("stored procedure"));
   properties.Set("Catalog Name Separator", std::string("."));
   properties.Set("Multiple Results", true);
+  TellMode(properties, target_.mode, target_.mode == ConnectionMode::ReadOnly);
   properties.Set("Maximum Identifier Length", std::int64_t{64});
   return properties;
 }

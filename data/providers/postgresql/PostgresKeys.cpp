@@ -9,6 +9,8 @@ namespace tessel {
 
 namespace {
 
+constexpr const char* source = "PostgreSQL";
+
 struct KeyWord {
   std::string_view key;  ///< As of ServerKeyName.
   std::string_view keyword;
@@ -33,31 +35,48 @@ std::string LibpqMode(const std::string& value) {
   return mode;
 }
 
-std::string KeywordOf(const std::string& key, const std::vector<std::string>& known) {
+std::string KeywordOf(const std::string& key, const std::vector<PqKeyword>& known) {
   const auto* own = std::ranges::find(keyWords, key, &KeyWord::key);
   if (own != std::end(keyWords)) return std::string(own->keyword);
-  const auto found =
-      std::ranges::find_if(known, [&](const std::string& name) { return EqualNoCase(name, key); });
-  if (found != known.end()) return *found;
+  const auto found = std::ranges::find_if(
+      known, [&](const PqKeyword& word) { return EqualNoCase(word.name, key); });
+  if (found != known.end()) return found->name;
   std::string list;
   for (const KeyWord& word : keyWords) list.append(word.key).append(", ");
-  RaiseUnknownKey(key, "PostgreSQL", list + "and the keywords of libpq");
+  RaiseUnknownKey(key, source, list + "Mode and the keywords of libpq");
 }
 
 }  // namespace
 
 PostgresTarget PostgresTarget::FromKeys(const ConnectionKeys& keys) {
-  const std::vector<std::string> known = PqKeywordNames();
+  const std::vector<PqKeyword> known = PqDefaults();
   PostgresTarget target;
   for (const ServerKey& key : ServerKeysOf(keys)) {
+    if (key.name == "Mode") {
+      target.mode = ToConnectionMode(key.value, source, false);
+      continue;
+    }
     const std::string keyword = KeywordOf(key.name, known);
     if (target.Find(keyword) != nullptr) continue;
     target.Set(keyword, keyword == "sslmode" ? LibpqMode(key.value) : key.value);
-    if (keyword == "connect_timeout") target.limit = ToConnectTimeout(key.value, "PostgreSQL");
+    if (keyword == "connect_timeout") target.limit = ToConnectTimeout(key.value, source);
   }
+  if (target.mode == ConnectionMode::ReadOnly) target.AskForReadOnly(known);
   target.Set("client_encoding", "UTF8");
   target.Set("fallback_application_name", "Tessel");
   return target;
+}
+
+/// Asked for with the connect, not by a statement behind it: RESET ALL and DISCARD ALL go back to
+/// it. Other options stay, as given or as libpq would find them by itself.
+void PostgresTarget::AskForReadOnly(const std::vector<PqKeyword>& defaults) {
+  const PqKeyword* given = Find("options");
+  const auto found = std::ranges::find(defaults, "options", &PqKeyword::name);
+  std::string options = given != nullptr          ? given->value
+                        : found != defaults.end() ? found->value
+                                                  : std::string();
+  if (!options.empty()) options += ' ';
+  Set("options", options + "-c default_transaction_read_only=on");
 }
 
 void PostgresTarget::AddLogin(const Login& login) {

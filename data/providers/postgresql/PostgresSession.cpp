@@ -40,6 +40,18 @@ std::vector<PqParameter> ToParameters(const RowStatement& statement) {
   return parameters;
 }
 
+/// What stands between the program and the server may keep to itself what the session was to begin
+/// with.
+void RequireReadOnly(PqConnection& connection) {
+  std::string setting;
+  ForEachRow(connection, "show default_transaction_read_only", {},
+             [&](const PqResult& row) { setting = TextAt(row, 0); });
+  if (setting == "on") return;
+  throw Error(errorNumber::database, "PostgreSQL",
+              "The connection string asks for Mode=ReadOnly, but the session that the server gave "
+              "is not read-only.");
+}
+
 void AddRow(const PqResult& row, RowSink& rows) {
   for (int i = 0; i < row.ColumnCount(); ++i) {
     ColumnBuilder& cells = rows.Column(static_cast<std::size_t>(i));
@@ -66,6 +78,7 @@ std::unique_ptr<PqConnection> PostgresSession::Connect(const PostgresTarget& tar
   auto connection = std::make_unique<PqConnection>();
   connection->Open(target.keywords, target.limit, context);
   UseFixedForms(*connection);
+  if (target.mode == ConnectionMode::ReadOnly) RequireReadOnly(*connection);
   for (const PqMessage& notice : connection->TakeNotices())
     context.Report(ToErrorInfo(notice, errorNumber::information, {}));
   return connection;
@@ -76,7 +89,11 @@ void PostgresSession::Close() noexcept {
   connection_.reset();
 }
 
-Properties PostgresSession::ReadProperties() { return ReadPostgresProperties(*connection_); }
+Properties PostgresSession::ReadProperties() {
+  Properties properties = ReadPostgresProperties(*connection_);
+  TellMode(properties, target_.mode, target_.mode == ConnectionMode::ReadOnly);
+  return properties;
+}
 
 // --- commands ------------------------------------------------------------------------------------
 

@@ -57,16 +57,16 @@ PqMessage MessageOf(const PGresult* result) {
 
 }  // namespace
 
-std::vector<std::string> PqKeywordNames() {
+std::vector<PqKeyword> PqDefaults() {
   struct Free {
     void operator()(PQconninfoOption* options) const { PQconninfoFree(options); }
   };
   const std::unique_ptr<PQconninfoOption, Free> options(PQconndefaults());
   if (!options) throw std::bad_alloc();
-  std::vector<std::string> names;
+  std::vector<PqKeyword> defaults;
   for (const auto* option = options.get(); option->keyword != nullptr; ++option)
-    names.emplace_back(option->keyword);
-  return names;
+    defaults.push_back({option->keyword, option->val == nullptr ? "" : option->val});
+  return defaults;
 }
 
 // --- results -------------------------------------------------------------------------------------

@@ -25,8 +25,9 @@ struct PqKeyword {
   std::string value;
 };
 
-/// The names of all connection keywords that libpq knows.
-[[nodiscard]] std::vector<std::string> PqKeywordNames();
+/// All connection keywords that libpq knows, with the values that they have when they are not
+/// given: of its environment variables, for example; empty: none.
+[[nodiscard]] std::vector<PqKeyword> PqDefaults();
 
 /// An error or notice in its parts; those that are not told are empty or 0.
 struct PqMessage {

@@ -4,21 +4,12 @@
 #include <filesystem>
 #include <system_error>
 
-#include "contract/base/Ascii.h"
-
 namespace tessel {
 
 namespace {
 
 [[noreturn]] void Refuse(const std::string& text) {
   throw Error(errorNumber::database, "SQLite", text);
-}
-
-int FlagsOf(const std::string& mode) {
-  if (mode.empty() || EqualNoCase(mode, "ReadWrite")) return SQLITE_OPEN_READWRITE;
-  if (EqualNoCase(mode, "ReadOnly")) return SQLITE_OPEN_READONLY;
-  if (EqualNoCase(mode, "ReadWriteCreate")) return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
-  Refuse("There is no Mode '" + mode + "': it is ReadWrite, ReadOnly or ReadWriteCreate.");
 }
 
 std::chrono::milliseconds PatienceOf(const std::string& seconds) {
@@ -40,11 +31,11 @@ void CheckFolder(const std::filesystem::path& file) {
 }
 
 /// What only a look at the file system tells well, and what must not be opened even for a look.
-void CheckFile(const std::string& name, int flags) {
+void CheckFile(const std::string& name, ConnectionMode mode) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(name, error);
   if (status.type() == std::filesystem::file_type::not_found) {
-    if ((flags & SQLITE_OPEN_CREATE) != 0) return CheckFolder(name);
+    if (mode == ConnectionMode::ReadWriteCreate) return CheckFolder(name);
     Refuse("There is no file '" + name +
            "'. To create it add Mode=ReadWriteCreate to the connection string.");
   }
@@ -61,10 +52,18 @@ SqliteFile SqliteFile::FromKeys(const ConnectionKeys& keys) {
   file.name = keys.Get("Data Source");
   if (file.name.empty())
     Refuse("The connection string names no database: add Data Source= with a file or :memory:.");
-  file.flags = FlagsOf(keys.Get("Mode"));
+  file.mode = ToConnectionMode(keys.Get("Mode"), "SQLite", true);
   if (const std::string* timeout = keys.Find("Timeout")) file.lockPatience = PatienceOf(*timeout);
-  if (file.name != ":memory:") CheckFile(file.name, file.flags);
+  if (file.name != ":memory:") CheckFile(file.name, file.mode);
   return file;
+}
+
+int SqliteFile::Flags() const {
+  switch (mode) {
+    case ConnectionMode::ReadOnly: return SQLITE_OPEN_READONLY;
+    case ConnectionMode::ReadWriteCreate: return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    default: return SQLITE_OPEN_READWRITE;
+  }
 }
 
 void SqliteFile::Check(SqliteDatabase& database) const {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "data/providers/ConnectionKeys.h"
+#include "data/providers/ConnectionMode.h"
 #include "data/providers/sqlite/SqliteApi.h"
 
 namespace tessel {
@@ -11,13 +12,15 @@ namespace tessel {
 /// What a connection string asks to be opened, and how.
 struct SqliteFile {
   std::string name;
-  int flags = 0;
+  ConnectionMode mode = ConnectionMode::ReadWrite;
   std::chrono::milliseconds lockPatience{5000};
 
   /// Raises Error with what to do about it when a key is missing or wrong, when there is no such
   /// file, or when it cannot be one.
   [[nodiscard]] static SqliteFile FromKeys(const ConnectionKeys& keys);
 
+  /// As SqliteDatabase takes them.
+  [[nodiscard]] int Flags() const;
   /// Looks into the file, which SQLite puts off; raises Error when it is no database, damaged or
   /// locked.
   void Check(SqliteDatabase& database) const;

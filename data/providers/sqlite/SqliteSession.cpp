@@ -72,10 +72,11 @@ void AppendRow(const SqliteStatement& statement, const std::vector<SqliteForm>& 
 
 void SqliteSession::Open(const Login& /*login*/, WorkContext& context) {
   const SqliteFile file = SqliteFile::FromKeys(keys_);
-  auto database = std::make_unique<SqliteDatabase>(file.name, file.flags);
+  auto database = std::make_unique<SqliteDatabase>(file.name, file.Flags());
   database->SetWatch([this] { return context_ != nullptr && context_->StopAsked(); },
                      file.lockPatience);
   database_ = std::move(database);
+  mode_ = file.mode;
   const Cancellable scope(*this, context);
   try {
     file.Check(*database_);
@@ -98,7 +99,7 @@ Properties SqliteSession::ReadProperties() {
   properties.Set("Identifier Quote Character", std::string("\""));
   properties.Set("Data Source", keys_.Get("Data Source"));
   properties.Set("File", database_->QueryText("select file from pragma_database_list limit 1"));
-  properties.Set("Read Only", database_->IsReadOnly());
+  TellMode(properties, mode_, database_->IsReadOnly());
   properties.Set("Encoding", database_->QueryText("pragma encoding"));
   properties.Set("Journal Mode", database_->QueryText("pragma journal_mode"));
   properties.Set("Page Size", database_->QueryText("pragma page_size"));

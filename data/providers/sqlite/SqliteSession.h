@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "data/providers/CancelSwitch.h"
+#include "data/providers/ConnectionMode.h"
 #include "data/providers/Provider.h"
 #include "data/providers/sqlite/SqliteApi.h"
 #include "data/providers/sqlite/SqliteTables.h"
@@ -86,6 +87,7 @@ class SqliteSession : public ProviderSession {
 
   ConnectionKeys keys_;
   std::unique_ptr<SqliteDatabase> database_;
+  ConnectionMode mode_ = ConnectionMode::ReadWrite;
 
   // The command that runs.
   std::string text_;

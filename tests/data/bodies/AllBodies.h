@@ -71,6 +71,20 @@ class CatalogBodies : public WriteTest {
 };
 
 class EditBodies : public WriteTest {};
+/// A connection that was opened with Mode=ReadOnly, beside one that writes.
+class ReadOnlyBodies : public WriteTest {
+ protected:
+  void SetUp() override;
+
+  /// A connection to the same database whose string has these keys in front of all others.
+  [[nodiscard]] std::shared_ptr<Connection> ConnectWith(const std::string& keys) {
+    return ConnectTo(keys + ";" + Db().ConnectionString());
+  }
+  /// The database itself says no, and the table is as it was.
+  void ExpectRefused(Connection& connection, const std::string& sql);
+
+  std::shared_ptr<Connection> readOnly_;
+};
 class WriteBodies : public WriteTest {};
 class WriteFaultBodies : public WriteTest {};
 /// What is told of the user's own transaction.
@@ -110,3 +124,7 @@ inline std::string DatabaseName(const testing::TestParamInfo<DatabaseParam>& inf
   INSTANTIATE_TEST_SUITE_P(prefix, WriteBodies, params, DatabaseName);                             \
   INSTANTIATE_TEST_SUITE_P(prefix, WriteFaultBodies, params, DatabaseName);                        \
   INSTANTIATE_TEST_SUITE_P(prefix, TransactionBodies, params, DatabaseName)
+
+/// Runs those of connections that are read-only by their string: the native providers know the key.
+#define TESSEL_RUN_READ_ONLY_BODIES(prefix, params)                                                \
+  INSTANTIATE_TEST_SUITE_P(prefix, ReadOnlyBodies, params, DatabaseName)

@@ -87,6 +87,10 @@ class BeyondMemory : public testing::Test {
                                                         const std::filesystem::path& folder) {
     data_ =
         std::make_unique<DataAccessObjects>(queue_, nullptr, RowMemory{bytes, folder}, slowdown);
+    return ConnectAgain();
+  }
+  /// One more connection of the same program.
+  [[nodiscard]] std::shared_ptr<Connection> ConnectAgain() {
     auto connection = data_->CreateConnection();
     connection->SetConnectionString("Provider=SQLite;Data Source=:memory:");
     OpenNow(*connection);
@@ -98,6 +102,14 @@ class BeyondMemory : public testing::Test {
   }
   [[nodiscard]] static std::size_t HeldBytes(const Recordset& recordset) {
     return static_cast<const ClientRecordset&>(recordset).HeldBytes();
+  }
+  /// The rows are those of manyRows, or the first of them.
+  static void ExpectNumbered(const Recordset& recordset, std::int64_t count = rows) {
+    ASSERT_EQ(recordset.RecordCount(), count);
+    for (std::int64_t row = 0; row < count; ++row)
+      ASSERT_EQ(ToValue(recordset.ValueAt(row, 0)), Value(row + 1));
+    const auto last = std::to_string(count * 104729 % 1000003);
+    ASSERT_EQ(ToText(recordset.ValueAt(count - 1, 2)), "row " + last);
   }
   /// Fetches until there is no more room, and checks what is told and kept.
   void ExpectEndsFull(Connection& connection) {
@@ -112,8 +124,7 @@ class BeyondMemory : public testing::Test {
     EXPECT_EQ(recordset.State(), objectState::open);
     EXPECT_GT(recordset->RecordCount(), 0);
     EXPECT_LT(recordset->RecordCount(), rows);
-    for (std::int64_t row = 0; row < recordset->RecordCount(); ++row)
-      ASSERT_EQ(ToValue(recordset->ValueAt(row, 0)), Value(row + 1));
+    ExpectNumbered(*recordset, recordset->RecordCount());
     EXPECT_EQ(ToText(Read(connection, "select 42")->ValueAt(0, 0)), "42");
   }
 
@@ -220,6 +231,109 @@ TEST_F(BeyondMemory, TheFileHasNoName) {
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
 }
 
+// --- several results -----------------------------------------------------------------------------
+
+TEST_F(BeyondMemory, TheRowsOfTenConnectionsTakeTheMemoryOfOne) {
+  constexpr std::size_t budget = 8 * megabyte;
+  std::vector<std::shared_ptr<Connection>> connections = {ConnectWith(budget, SpillFolder())};
+  while (connections.size() < 10) connections.push_back(ConnectAgain());
+  std::vector<std::shared_ptr<Recordset>> results;
+  for (const auto& connection : connections) results.push_back(Read(*connection));
+  std::size_t held = 0;
+  for (const auto& result : results) held += HeldBytes(*result);
+  EXPECT_LE(held, budget);
+  EXPECT_EQ(HeldBytes(*results.front()), 0U) << "The oldest rows go first.";
+  EXPECT_GT(HeldBytes(*results.back()), budget / 2) << "The newest rows stay.";
+  for (const auto& result : results) ExpectNumbered(*result);
+}
+
+TEST_F(BeyondMemory, AClosedResultGivesItsMemoryBack) {
+  const auto connection = ConnectWith(20 * megabyte, SpillFolder());
+  auto first = Read(*connection);
+  const std::size_t size = HeldBytes(*first);
+  ASSERT_GT(size, 4 * megabyte);
+  for (int i = 0; i < 5; ++i) Read(*connection)->Close();
+  EXPECT_EQ(HeldBytes(*first), size);
+  const auto clone = first->Clone(LockType::ReadOnly);
+  first.reset();
+  const auto second = Read(*connection);
+  const auto third = Read(*connection);
+  EXPECT_LT(HeldBytes(*clone), size) << "A clone keeps the rows.";
+  EXPECT_GT(std::min(HeldBytes(*second), HeldBytes(*third)), 4 * megabyte);
+  ExpectNumbered(*clone);
+}
+
+TEST_F(BeyondMemory, AViewStaysGoodWhileItsRowsGoToTheFile) {
+  const auto connection = ConnectWith(10 * megabyte, SpillFolder());
+  const auto older = Read(*connection);
+  ASSERT_GT(HeldBytes(*older), 4 * megabyte);
+  const auto clone = older->Clone(LockType::ReadOnly);
+  const auto view = std::get<std::string_view>(clone->ValueAt(10, 2));
+  const std::string text(view);
+  const auto newer = Read(*connection);
+  const auto newest = Read(*connection);
+  EXPECT_EQ(HeldBytes(*older), 0U);
+  EXPECT_EQ(view, text);
+  EXPECT_EQ(std::get<std::string_view>(older->ValueAt(10, 2)).data(), view.data());
+  clone->SetSort("n DESC");
+  EXPECT_EQ(ToValue(clone->ValueAt(0, 0)), Value(rows));
+  ExpectNumbered(*older);
+}
+
+TEST_F(BeyondMemory, RowsAreChangedBeforeAndAfterTheyGoToTheFile) {
+  const auto connection = ConnectWith(10 * megabyte, SpillFolder());
+  (void)QueryNow(*connection, "create table t (n integer primary key, name text)");
+  (void)QueryNow(*connection,
+                 "insert into t with recursive c(n) as (select 1 union all select n + 1"
+                 " from c where n < 150000) select n, 'a name of some length ' || n"
+                 " from c");
+  const auto changed = QueryNow(*connection, "select * from t", LockType::Optimistic);
+  ASSERT_GT(HeldBytes(*changed), 4 * megabyte);
+  const auto clone = changed->Clone(LockType::ReadOnly);
+  changed->MoveTo(5);
+  changed->SetFieldValue(1, std::string("written before"));
+  Update(*changed);
+  changed->MoveTo(7);
+  changed->SetFieldValue(1, std::string("begun before"));
+  const auto other = ConnectAgain();
+  const auto newer = Read(*other);
+  const auto newest = Read(*other);
+  ASSERT_EQ(HeldBytes(*changed), 0U);
+  EXPECT_EQ(ToText(clone->ValueAt(6, 1)), "begun before");
+  Update(*changed);
+  changed->MoveTo(9);
+  changed->SetFieldValue(1, std::string("written after"));
+  Update(*changed);
+  EXPECT_EQ(ToText(clone->ValueAt(4, 1)), "written before");
+  EXPECT_EQ(ToText(clone->ValueAt(8, 1)), "written after");
+  EXPECT_EQ(ToText(clone->ValueAt(9, 1)), "a name of some length 10");
+  EXPECT_EQ(ToText(QueryNow(*connection, "select name from t where n = 7")->ValueAt(0, 0)),
+            "begun before");
+}
+
+/// The older rows are read here, and spilled there, at the same time.
+TEST_F(BeyondMemory, RowsAreReadWhileSeveralWorkersMoveThem) {
+  std::vector<std::shared_ptr<Connection>> connections = {
+      ConnectWith(12 * megabyte, SpillFolder())};
+  while (connections.size() < 4) connections.push_back(ConnectAgain());
+  const auto older = Read(*connections.front());
+  ASSERT_GT(HeldBytes(*older), 4 * megabyte);
+  EventLog log;
+  std::vector<StartedQuery> queries;
+  for (const auto& connection : connections) {
+    queries.emplace_back(connection->StartQuery(manyRows, LockType::ReadOnly));
+    log.Watch(queries.back().Operation());
+  }
+  const int count = static_cast<int>(queries.size());
+  EXPECT_TRUE(queue_.PumpUntil([&] {
+    ExpectNumbered(*older);
+    return log.Ends() >= count;
+  }));
+  EXPECT_FALSE(log.LastError());
+  EXPECT_EQ(HeldBytes(*older), 0U);
+  for (const auto& query : queries) ExpectNumbered(*query);
+}
+
 // --- no room -------------------------------------------------------------------------------------
 
 TEST_F(BeyondMemory, AFullDiskEndsTheFetchWithTheRowsSoFar) {
@@ -237,6 +351,18 @@ TEST_F(BeyondMemory, AFileThatMayNotGrowEndsTheFetchWithTheRowsSoFar) {
 
 TEST_F(BeyondMemory, AMissingFolderEndsTheFetchWithTheRowsSoFar) {
   ExpectEndsFull(*ConnectWith(megabyte, "/nowhere/at/all"));
+}
+
+/// The rows of the older result can go nowhere: the newer one is told so, and both stay whole.
+TEST_F(BeyondMemory, OlderRowsStayInMemoryWhereTheyCanGoNowhere) {
+  const auto connection = ConnectWith(10 * megabyte, "/nowhere/at/all");
+  const auto older = Read(*connection);
+  const std::size_t size = HeldBytes(*older);
+  ASSERT_GT(size, 4 * megabyte);
+  ExpectEndsFull(*ConnectAgain());
+  EXPECT_EQ(HeldBytes(*older), size);
+  ExpectNumbered(*older);
+  ExpectNumbered(*Read(*connection, "select 1 as n, 2, 'row 104729'"), 1);
 }
 
 TEST_F(BeyondMemory, ACancelIsStillACancelWhenThereIsNoRoom) {
@@ -258,22 +384,24 @@ TEST_F(BeyondMemory, ACancelIsStillACancelWhenThereIsNoRoom) {
 
 // --- the parts -----------------------------------------------------------------------------------
 
-TEST(ChunkKeeper, KeepsInMemoryWhatFitsAndNoMore) {
-  ChunkKeeper keeper({.bytes = 20'000, .folder = SpillFolder()});
+TEST(ChunkKeeper, KeepsTheNewestInMemoryAndNoMore) {
+  ChunkKeeper keeper(std::make_shared<RowBudget>(RowMemory{20'000, SpillFolder()}));
   std::vector<ChunkPtr> chunks = {NumbersFrom(0, 1000), NumbersFrom(1000, 1000),
                                   NumbersFrom(2000, 1000)};
   EXPECT_FALSE(keeper.Keep(chunks));
-  EXPECT_EQ(chunks[0]->part, nullptr);
-  EXPECT_EQ(chunks[1]->part, nullptr);
-  ASSERT_NE(chunks[2]->part, nullptr);
-  EXPECT_EQ(chunks[2]->HeldBytes(), 0U);
-  EXPECT_EQ(ToValue(chunks[2]->columns[0].At(999)), Value(std::int64_t{2999}));
-  chunks[2]->part->LetGo();
+  ASSERT_TRUE(chunks[0]->InFile());
+  EXPECT_FALSE(chunks[1]->InFile());
+  EXPECT_FALSE(chunks[2]->InFile());
+  EXPECT_EQ(chunks[0]->HeldBytes(), 0U);
+  EXPECT_EQ(ToValue(chunks[0]->columns[0].At(999)), Value(std::int64_t{999}));
+  chunks[0]->pages->LetGo();
+  EXPECT_EQ(ToValue(chunks[0]->columns[0].At(0)), Value(std::int64_t{0}));
+  chunks[2]->pages->LetGo();
   EXPECT_EQ(ToValue(chunks[2]->columns[0].At(0)), Value(std::int64_t{2000}));
 }
 
 TEST(ChunkKeeper, TellsOnceThatThereIsNoRoomAndKeepsTheRows) {
-  ChunkKeeper keeper({.bytes = 1, .folder = "/nowhere/at/all"});
+  ChunkKeeper keeper(std::make_shared<RowBudget>(RowMemory{1, "/nowhere/at/all"}));
   std::vector<ChunkPtr> chunks = {NumbersFrom(0, 10), NumbersFrom(10, 10)};
   const auto reason = keeper.Keep(chunks);
   ASSERT_TRUE(reason);
@@ -281,7 +409,61 @@ TEST(ChunkKeeper, TellsOnceThatThereIsNoRoomAndKeepsTheRows) {
   EXPECT_EQ(ToValue(chunks[1]->columns[0].At(9)), Value(std::int64_t{19}));
   std::vector<ChunkPtr> more = {NumbersFrom(20, 10)};
   EXPECT_FALSE(keeper.Keep(more));
-  EXPECT_EQ(more[0]->part, nullptr);
+  EXPECT_FALSE(more[0]->InFile());
+}
+
+TEST(ChunkKeeper, KeepsEveryCellOfEveryForm) {
+  const Bytes bytes(3, std::byte{7});
+  const std::vector<Value> cells = {Value(),
+                                    Value(true),
+                                    Value(std::int64_t{-1}),
+                                    Value(1.5),
+                                    Value(std::string("text")),
+                                    Value(bytes),
+                                    Value(Decimal{"1.10"})};
+  RowSink sink(cells.size() + 1);
+  for (std::size_t row = 0; row < cells.size(); ++row) {
+    for (std::size_t i = 0; i < cells.size(); ++i) sink.Column(i).Append(cells[i]);
+    sink.Column(cells.size()).Append(cells[row]);
+    sink.EndRow();
+  }
+  sink.CloseChunk();
+  std::vector<ChunkPtr> chunks = sink.TakeChunks();
+  ChunkKeeper keeper(std::make_shared<RowBudget>(RowMemory{1, SpillFolder()}));
+  ASSERT_FALSE(keeper.Keep(chunks));
+  ASSERT_TRUE(chunks[0]->InFile());
+  for (std::size_t row = 0; row < cells.size(); ++row) {
+    for (std::size_t i = 0; i < cells.size(); ++i)
+      EXPECT_EQ(ToValue(chunks[0]->columns[i].At(row)), cells[i]);
+    EXPECT_EQ(ToValue(chunks[0]->columns[cells.size()].At(row)), cells[row]);
+  }
+}
+
+TEST(RowBudget, CountsWhatIsInMemoryUntilItGoes) {
+  const auto budget = std::make_shared<RowBudget>(RowMemory{1'000'000, SpillFolder()});
+  for (int round = 0; round < 5000; ++round) {
+    ChunkKeeper keeper(budget);
+    std::vector<ChunkPtr> chunks = {NumbersFrom(0, 10)};
+    ASSERT_FALSE(keeper.Keep(chunks));
+    ASSERT_EQ(budget->HeldBytes(), chunks[0]->HeldBytes());
+  }
+  EXPECT_EQ(budget->HeldBytes(), 0U);
+}
+
+TEST(RowBudget, TriesAgainForTheNextResult) {
+  const TemporaryFolder folder;
+  const auto budget = std::make_shared<RowBudget>(RowMemory{10'000, folder.Path() / "later"});
+  std::vector<ChunkPtr> older = {NumbersFrom(0, 1000)};
+  EXPECT_FALSE(ChunkKeeper(budget).Keep(older));
+  std::vector<ChunkPtr> first = {NumbersFrom(0, 1000)};
+  EXPECT_TRUE(ChunkKeeper(budget).Keep(first));
+  EXPECT_FALSE(older[0]->InFile());
+  std::filesystem::create_directory(folder.Path() / "later");
+  std::vector<ChunkPtr> second = {NumbersFrom(0, 1000)};
+  EXPECT_FALSE(ChunkKeeper(budget).Keep(second));
+  EXPECT_TRUE(older[0]->InFile());
+  EXPECT_TRUE(first[0]->InFile());
+  EXPECT_FALSE(second[0]->InFile());
 }
 
 TEST(RowMemory, IsAQuarterOfTheMachineButNotTooLittle) {

@@ -1,3 +1,4 @@
+#include "data/providers/ConnectionMode.h"
 #include "tests/logic/results/EditingFixture.h"
 #include "tests/support/DataSteps.h"
 
@@ -35,6 +36,44 @@ TEST_F(OtherDatabaseTest, RecordsAreReadAndRefuseTheFirstKeystroke) {
   Type("mine");
   Press('S', shiftState::ctrl);
   EXPECT_EQ(Stored(0, name), Text("mine"));
+}
+
+/// Records that come over a connection which its string makes read-only.
+class ReadOnlyConnectionTest : public test::EditingFixture {
+ protected:
+  static constexpr const char* refusal = "The connection is read-only: Mode=ReadOnly.";
+
+  ReadOnlyConnectionTest() {
+    TellMode(data.properties, ConnectionMode::ReadOnly, true);
+    EXPECT_TRUE(Connect());
+  }
+};
+
+TEST_F(ReadOnlyConnectionTest, RecordsTellWhyTheyAreNotChanged) {
+  RunUnlocked();
+  ClickCell(0, name);
+  EXPECT_EQ(Grid().ShownText(0, name), "one");
+  for (const int keyCode : {key::f2, key::f4, key::back, static_cast<int>('X')}) {
+    ExpectNotice(refusal);
+    Press(keyCode);
+    EXPECT_FALSE(Grid().EditActive()) << keyCode;
+  }
+  ExpectNotice(refusal);
+  Press('0', shiftState::ctrl);
+  EXPECT_TRUE(NoButtonShows());
+  EXPECT_FALSE(Grid().AllowDelete());
+  EXPECT_FALSE(Grid().AllowAddNew());
+  EXPECT_FALSE(W().Menu("mnuBLOBLoad").Enabled());
+  EXPECT_EQ(Stored(0, name), Text("one"));
+}
+
+TEST_F(ReadOnlyConnectionTest, LockedRecordsStayQuiet) {
+  RunRows();
+  ClickCell(0, name);
+  Press(key::f2);
+  Type("z");
+  EXPECT_FALSE(Grid().EditActive());
+  EXPECT_FALSE(Grid().AllowUpdate());
 }
 
 TEST_F(OtherDatabaseTest, RecordsAreNotDeleted) {
