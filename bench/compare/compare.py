@@ -367,6 +367,31 @@ def big(setting, table):
                median(kept, "peak") / MEGABYTE, 700, "MB")
 
 
+@row("merged")
+def merged(setting, table):
+    own, = rounds_of(setting, lambda: setting.program("compare_combined", "merge", 10, 100_000))
+    text = "Merged rows of 10 results of 100000 rows: "
+    table.line(text + "opened", "-", "%.1f ms" % (1000 * median(own, "seconds")),
+               1000 * median(own, "seconds"), 50, "ms")
+    for figure, what in (("row", "a row"), ("sorted-row", "a sorted row")):
+        table.line(text + what, "-", "%.1f B" % median(own, figure), median(own, figure), 24, "B")
+
+
+@row("differences")
+def differences(setting, table):
+    rows = setting.arguments.rows
+    for order, text in (("same", "same order"), ("mixed", "mixed order")):
+        _, own = compare(setting, table, "Differences of 2 x %d rows, %s" % (rows, text),
+                         lambda way=order: setting.program("compare_combined", "join", rows, way),
+                         lambda way=order: setting.program("compare_combined", "differences", rows,
+                                                           way), 1.5)
+        table.line("Differences, %s: longest step" % text, "-",
+                   "%.1f ms" % (1000 * median(own, "longest")), 1000 * median(own, "longest"), 10,
+                   "ms")
+        table.line("Differences, %s: memory a row meanwhile" % text, "-",
+                   "%.1f B" % median(own, "peak-row"), median(own, "peak-row"), 24, "B")
+
+
 @row("start")
 def start(setting, table):
     compare(setting, table, "Start of the program until its window is on the screen",
