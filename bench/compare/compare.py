@@ -367,23 +367,48 @@ def big(setting, table):
                median(kept, "peak") / MEGABYTE, 700, "MB")
 
 
-@row("together")
-def together(setting, table):
-    rows, results, budget = setting.arguments.rows, 10, 512
+@row("budget")
+def budget(setting, table):
+    rows, results, limit = setting.arguments.rows, 10, 512
     alone, kept = [], []
     setting.data("fetch", setting.sqlite(), "select count(*) from orders")
     for _ in range(min(setting.arguments.rounds, 3)):
         alone.append(setting.data("fetch-together", setting.sqlite(), QUERY, 100000, results))
-        kept.append(setting.data("fetch-together", setting.sqlite(), QUERY, budget, results))
-    text = "%d results of %d rows with a budget of %d MB: " % (results, rows, budget)
+        kept.append(setting.data("fetch-together", setting.sqlite(), QUERY, limit, results))
+    text = "%d results of %d rows with a budget of %d MB: " % (results, rows, limit)
     if any(result["sum"] != alone[0]["sum"] for result in kept):
         return table.fail(text, "rows are missing")
     table.line(text + "time", seconds(median(alone, "seconds")), seconds(median(kept, "seconds")),
                ratio(kept, alone), 1.5)
     table.line(text + "resident", megabytes(median(alone, "peak")),
-               megabytes(median(kept, "peak")), median(kept, "peak") / MEGABYTE, budget + 188, "MB")
+               megabytes(median(kept, "peak")), median(kept, "peak") / MEGABYTE, limit + 188, "MB")
     longest = max(result["longest"] for result in kept)
     table.line(text + "longest stall", "-", seconds(longest), longest * 1000, 16, "ms")
+
+
+@row("merged")
+def merged(setting, table):
+    own, = rounds_of(setting, lambda: setting.program("compare_combined", "merge", 10, 100_000))
+    text = "Merged rows of 10 results of 100000 rows: "
+    table.line(text + "opened", "-", "%.1f ms" % (1000 * median(own, "seconds")),
+               1000 * median(own, "seconds"), 50, "ms")
+    for figure, what in (("row", "a row"), ("sorted-row", "a sorted row")):
+        table.line(text + what, "-", "%.1f B" % median(own, figure), median(own, figure), 24, "B")
+
+
+@row("differences")
+def differences(setting, table):
+    rows = setting.arguments.rows
+    for order, text in (("same", "same order"), ("mixed", "mixed order")):
+        _, own = compare(setting, table, "Differences of 2 x %d rows, %s" % (rows, text),
+                         lambda way=order: setting.program("compare_combined", "join", rows, way),
+                         lambda way=order: setting.program("compare_combined", "differences", rows,
+                                                           way), 1.5)
+        table.line("Differences, %s: longest step" % text, "-",
+                   "%.1f ms" % (1000 * median(own, "longest")), 1000 * median(own, "longest"), 10,
+                   "ms")
+        table.line("Differences, %s: memory a row meanwhile" % text, "-",
+                   "%.1f B" % median(own, "peak-row"), median(own, "peak-row"), 24, "B")
 
 
 @row("start")

@@ -10,6 +10,8 @@ std::vector<std::int64_t> FixedRows::Numbers() const {
   return numbers;
 }
 
-RowRun FixedRows::RunAt(std::int64_t /*row*/) const { return {}; }
+RowRun FixedRows::RunAt(std::int64_t row) const {
+  return {.chunk = nullptr, .start = row, .end = row + 1, .first = 0};
+}
 
 }  // namespace tessel

@@ -11,11 +11,17 @@
 
 namespace tessel {
 
-/// Rows that follow each other in a chunk, whose cells are what is to be seen of them.
+/// Rows that follow each other in a chunk too, whose cells there are what is to be seen of them.
 struct RowRun {
   const Chunk* chunk = nullptr;  ///< Null: the cells are to be asked for one by one.
-  std::size_t first = 0;         ///< Within the chunk.
-  std::int64_t rows = 1;
+  std::int64_t start = 0;        ///< The first of the rows.
+  std::int64_t end = 0;          ///< Behind the last one.
+  std::size_t first = 0;         ///< Where the first one stands in the chunk.
+
+  [[nodiscard]] bool Holds(std::int64_t row) const { return row >= start && row < end; }
+  [[nodiscard]] std::size_t Within(std::int64_t row) const {
+    return first + static_cast<std::size_t>(row - start);
+  }
 };
 
 /// Rows that do not change any more, numbered without a gap: what merged and compared rows refer
@@ -27,8 +33,7 @@ class FixedRows : public RowSource {
   [[nodiscard]] std::vector<std::int64_t> Numbers() const final;
   [[nodiscard]] std::optional<std::int64_t> NewRow() const final { return std::nullopt; }
 
-  /// The run that begins with `row`: for who reads many cells. Good until the rows are asked for
-  /// another one.
+  /// A run that holds `row`, for who reads many cells. Good until the event queue runs.
   [[nodiscard]] virtual RowRun RunAt(std::int64_t row) const;
 };
 

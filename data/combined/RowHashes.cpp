@@ -24,17 +24,21 @@ void HashCells(const ColumnChunk& column, std::size_t first, const ValueSameness
   }
 }
 
+/// Of the cells from `first` to `last`.
+std::size_t LongBytes(const Chunk& chunk, std::size_t first, std::size_t last) {
+  std::size_t bytes = 0;
+  for (const ColumnChunk& column : chunk.columns) {
+    if (!IsArenaKind(column.kind)) continue;
+    const ArenaSlice end = column.SliceAt(last);
+    bytes += end.offset + end.size - column.SliceAt(first).offset;
+  }
+  return bytes;
+}
+
 void HashRow(const FixedRows& rows, const std::vector<std::size_t>& columns,
              const ValueSameness& sameness, std::int64_t row, std::uint64_t& hash) {
   for (const std::size_t column : columns)
     hash = AddHash(hash, sameness.Hash(rows.At(row, column)));
-}
-
-/// As many rows of the run that begins with `row` as there are of `most`.
-RowRun RunOf(const FixedRows& rows, std::int64_t row, std::int64_t most) {
-  RowRun run = rows.RunAt(row);
-  run.rows = std::min(run.rows, most);
-  return run;
 }
 
 }  // namespace
@@ -43,31 +47,26 @@ void HashRows(const FixedRows& rows, const std::vector<std::size_t>& columns,
               const ValueSameness& sameness, std::int64_t first, std::span<std::uint64_t> hashes) {
   std::ranges::fill(hashes, 0);
   while (!hashes.empty()) {
-    const RowRun run = RunOf(rows, first, static_cast<std::int64_t>(hashes.size()));
-    const auto count = static_cast<std::size_t>(run.rows);
+    const RowRun run = rows.RunAt(first);
+    const std::size_t count = std::min(hashes.size(), static_cast<std::size_t>(run.end - first));
     if (run.chunk == nullptr) {
       HashRow(rows, columns, sameness, first, hashes[0]);
     } else {
       for (const std::size_t column : columns)
-        HashCells(run.chunk->columns[column], run.first, sameness, hashes.first(count));
+        HashCells(run.chunk->columns[column], run.Within(first), sameness, hashes.first(count));
     }
-    first += run.rows;
+    first += static_cast<std::int64_t>(count);
     hashes = hashes.subspan(count);
   }
 }
 
-std::size_t LongBytes(const FixedRows& rows, std::int64_t first, std::int64_t count) {
+std::size_t LongBytes(const FixedRows& rows, std::int64_t first, std::int64_t end) {
   std::size_t bytes = 0;
-  for (const std::int64_t end = first + count; first < end;) {
-    const RowRun run = RunOf(rows, first, end - first);
-    first += run.rows;
-    if (run.chunk == nullptr) continue;
-    const std::size_t last = run.first + static_cast<std::size_t>(run.rows) - 1;
-    for (const ColumnChunk& column : run.chunk->columns) {
-      if (!IsArenaKind(column.kind)) continue;
-      const ArenaSlice lastCell = column.SliceAt(last);
-      bytes += lastCell.offset + lastCell.size - column.SliceAt(run.first).offset;
-    }
+  while (first < end) {
+    const RowRun run = rows.RunAt(first);
+    const std::int64_t last = std::min(run.end, end) - 1;
+    if (run.chunk != nullptr) bytes += LongBytes(*run.chunk, run.Within(first), run.Within(last));
+    first = last + 1;
   }
   return bytes;
 }

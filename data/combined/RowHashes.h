@@ -15,7 +15,8 @@ namespace tessel {
 void HashRows(const FixedRows& rows, const std::vector<std::size_t>& columns,
               const ValueSameness& sameness, std::int64_t first, std::span<std::uint64_t> hashes);
 
-/// Bytes of texts and the like in these rows, where that is known at once.
-[[nodiscard]] std::size_t LongBytes(const FixedRows& rows, std::int64_t first, std::int64_t count);
+/// Bytes of texts and the like in the rows from `first` to before `end`, where that is known at
+/// once.
+[[nodiscard]] std::size_t LongBytes(const FixedRows& rows, std::int64_t first, std::int64_t end);
 
 }  // namespace tessel

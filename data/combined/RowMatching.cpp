@@ -13,22 +13,25 @@ namespace {
 constexpr std::int64_t cellsAtOnce = 32768;
 constexpr std::size_t bytesAtOnce = std::size_t{4} << 20U;
 constexpr std::int64_t rowsAtOnce = 65536;  // Where no cell is looked at.
+/// Each row may be the first to touch a page of a table.
+constexpr std::int64_t lookedAtOnce = 1024;
 
 std::int64_t RowsOfCells(std::size_t columns) {
-  return std::max<std::int64_t>(1, cellsAtOnce / static_cast<std::int64_t>(columns));
+  return std::clamp<std::int64_t>(cellsAtOnce / static_cast<std::int64_t>(columns), 1,
+                                  lookedAtOnce);
 }
 
 /// How many rows from `first` on may be looked at in one step.
 std::int64_t SliceFrom(const FixedRows& rows, std::int64_t first, std::int64_t most) {
   std::int64_t count = most;
-  while (count > 1 && LongBytes(rows, first, count) > bytesAtOnce) count /= 2;
+  while (count > 1 && LongBytes(rows, first, first + count) > bytesAtOnce) count /= 2;
   return count;
 }
 
 /// The same of rows before `end`.
 std::int64_t SliceBefore(const FixedRows& rows, std::int64_t end, std::int64_t most) {
   std::int64_t count = most;
-  while (count > 1 && LongBytes(rows, end - count, count) > bytesAtOnce) count /= 2;
+  while (count > 1 && LongBytes(rows, end - count, end) > bytesAtOnce) count /= 2;
   return count;
 }
 
@@ -160,7 +163,8 @@ std::int64_t RowMatching::LookUp(std::int64_t done, std::int64_t most) {
   return count;
 }
 
-/// Compares each of these rows with the first row of A whose hash fits, column by column.
+/// Compares each of these rows with the first row of A whose hash fits: column by column, and in
+/// the order of A, for the cells of A may be far from each other.
 void RowMatching::LookAtAll(std::int64_t first, std::size_t count) {
   const RowTable& table = tables_->byKey;
   hashes_.resize(count);
@@ -174,6 +178,7 @@ void RowMatching::LookAtAll(std::int64_t first, std::size_t count) {
     if (table.HasRows(group))
       pairs_.push_back({table.FirstOf(group), first + static_cast<std::int64_t>(i)});
   }
+  if (!std::ranges::is_sorted(pairs_, {}, &RowPair::a)) std::ranges::sort(pairs_, {}, &RowPair::a);
   otherKey_.assign(pairs_.size(), 0);
   sameness_.Compare(pairs_, columns_.keys, otherKey_);
   differ_.assign(pairs_.size(), 0);

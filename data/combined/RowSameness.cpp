@@ -8,26 +8,12 @@ namespace tessel {
 
 namespace {
 
-/// A run of rows, and where it begins among all.
-struct PlacedRun {
-  RowRun run;
-  std::int64_t start = 0;
-
-  static PlacedRun At(const FixedRows& rows, std::int64_t row) { return {rows.RunAt(row), row}; }
-  [[nodiscard]] bool Holds(std::int64_t row) const {
-    return row >= start && row < start + run.rows;
-  }
-  [[nodiscard]] std::size_t Within(std::int64_t row) const {
-    return run.first + static_cast<std::size_t>(row - start);
-  }
-};
-
 /// The cells of a column in a run of each side.
 struct ColumnCells {
   const ColumnChunk& a;
   const ColumnChunk& b;
-  const PlacedRun& runA;
-  const PlacedRun& runB;
+  const RowRun& runA;
+  const RowRun& runB;
 };
 
 /// Calls `same` with the places of both cells, for pairs where neither is null.
@@ -67,8 +53,8 @@ void CompareBytes(const ColumnCells& cells, std::span<const RowPair> pairs,
 }
 
 /// Cells whose characters may differ although they are worth the same, or of unlike kinds.
-void CompareValues(const ColumnCells& cells, std::span<const RowPair> pairs,
-                   std::span<std::uint8_t> differ, const ValueSameness& values) {
+void CompareWorth(const ColumnCells& cells, std::span<const RowPair> pairs,
+                  std::span<std::uint8_t> differ, const ValueSameness& values) {
   const bool haveBytes = cells.a.kind == cells.b.kind && IsArenaKind(cells.a.kind);
   CompareEach(cells, pairs, differ, [&](std::size_t a, std::size_t b) {
     return (haveBytes && SameBytes(cells, a, b)) || values.Same(cells.a.At(a), cells.b.At(b));
@@ -86,7 +72,7 @@ void CompareCells(const ColumnCells& cells, std::span<const RowPair> pairs,
     case CellKind::Double: CompareNumbers<double>(cells, pairs, differ); return;
     case CellKind::Text:
     case CellKind::Binary: CompareBytes(cells, pairs, differ); return;
-    default: CompareValues(cells, pairs, differ, values); return;
+    default: CompareWorth(cells, pairs, differ, values); return;
   }
 }
 
@@ -95,20 +81,19 @@ void CompareCells(const ColumnCells& cells, std::span<const RowPair> pairs,
 void RowSameness::Compare(std::span<const RowPair> pairs, std::span<const ColumnPair> columns,
                           std::span<std::uint8_t> differ) const {
   while (!pairs.empty()) {
-    const PlacedRun runA = PlacedRun::At(a_, pairs[0].a);
-    const PlacedRun runB = PlacedRun::At(b_, pairs[0].b);
+    const RowRun runA = a_.RunAt(pairs[0].a);
+    const RowRun runB = b_.RunAt(pairs[0].b);
     const auto isWithin = [&](const RowPair& pair) {
       return runA.Holds(pair.a) && runB.Holds(pair.b);
     };
     const auto end = std::ranges::find_if_not(pairs, isWithin);
     const auto count = static_cast<std::size_t>(end - pairs.begin());
-    if (runA.run.chunk == nullptr || runB.run.chunk == nullptr) {
+    if (runA.chunk == nullptr || runB.chunk == nullptr) {
       for (std::size_t i = 0; i < count; ++i) differ[i] |= Same(pairs[i], columns) ? 0 : 1;
     } else {
       for (const ColumnPair& column : columns)
-        CompareCells(
-            {runA.run.chunk->columns[column.a], runB.run.chunk->columns[column.b], runA, runB},
-            pairs.first(count), differ.first(count), values_);
+        CompareCells({runA.chunk->columns[column.a], runB.chunk->columns[column.b], runA, runB},
+                     pairs.first(count), differ.first(count), values_);
     }
     pairs = pairs.subspan(count);
     differ = differ.subspan(count);

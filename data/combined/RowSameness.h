@@ -28,7 +28,8 @@ class RowSameness {
   RowSameness(const FixedRows& a, const FixedRows& b, ValueSameness values)
       : a_(a), b_(b), values_(values) {}
 
-  /// Sets those of `differ` to 1 whose pairs differ in one of the columns; leaves the others.
+  /// Sets those of `differ` to 1 whose pairs differ in one of the columns; leaves the others. It is
+  /// quick where pairs that follow each other are of the same chunks.
   void Compare(std::span<const RowPair> pairs, std::span<const ColumnPair> columns,
                std::span<std::uint8_t> differ) const;
   [[nodiscard]] bool Same(RowPair pair, std::span<const ColumnPair> columns) const;

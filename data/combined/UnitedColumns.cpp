@@ -18,12 +18,10 @@ using Ladder = std::vector<DataType>;
 
 const std::vector<Ladder>& Ladders() {
   static const std::vector<Ladder> ladders = {
-      {TinyInt, SmallInt, Integer, BigInt, Decimal, Numeric, Double},
-      {UnsignedTinyInt, SmallInt, UnsignedSmallInt, Integer, UnsignedInt, BigInt, UnsignedBigInt,
-       Decimal},
-      {UnsignedBigInt, Decimal, Double},
-      {Currency, Decimal, Numeric},
-      {Single, Double},
+      {TinyInt, SmallInt, Integer, BigInt},
+      {UnsignedTinyInt, UnsignedSmallInt, UnsignedInt, UnsignedBigInt},
+      {UnsignedTinyInt, SmallInt},
+      {UnsignedTinyInt, UnsignedSmallInt, Integer},
       {Char, VarChar, LongVarChar, LongVarWChar},
       {Char, WChar, VarWChar, LongVarWChar},
       {VarChar, VarWChar},
@@ -41,6 +39,18 @@ std::optional<DataType> Climb(DataType a, DataType b) {
     if (higher != ladder.end()) return *higher;
   }
   return std::nullopt;
+}
+
+bool IsFloating(DataType type) { return type == Single || type == Double; }
+
+bool IsExact(DataType type) { return type == Currency || type == Decimal || type == Numeric; }
+
+/// Of two numbers that are on no ladder.
+DataType CommonNumber(DataType a, DataType b) {
+  if (IsFloating(a) || IsFloating(b)) return Double;
+  if (a == Numeric || b == Numeric) return Numeric;
+  if (IsExact(a) || IsExact(b) || a == UnsignedBigInt || b == UnsignedBigInt) return Decimal;
+  return BigInt;
 }
 
 bool IsTextType(DataType type) { return Climb(type, LongVarWChar).has_value(); }
@@ -106,8 +116,9 @@ DataType CommonType(DataType a, DataType b) {
   if (a == b || b == Empty) return a;
   if (a == Empty) return b;
   if (const auto type = Climb(a, b)) return *type;
-  if (IsNumericType(a) && IsNumericType(b)) return Double;
-  return IsTextType(a) && IsTextType(b) ? VarWChar : Variant;
+  if (IsNumericType(a) && IsNumericType(b)) return CommonNumber(a, b);
+  if (!IsTextType(a) || !IsTextType(b)) return Variant;
+  return a == LongVarChar || b == LongVarChar ? LongVarWChar : VarWChar;
 }
 
 UnitedColumns UniteColumns(const std::vector<const std::vector<FieldInfo>*>& parts) {

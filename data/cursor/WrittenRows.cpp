@@ -25,20 +25,20 @@ void WrittenRows::Read(std::int64_t row, std::size_t first, std::span<ValueView>
   }
 }
 
+/// Where rows have gaps or were changed, runs are kept short: who jumps about asks for many of
+/// them.
 RowRun WrittenRows::RunAt(std::int64_t row) const {
+  constexpr std::int64_t longest = 64;
   const std::int64_t number = NumberOf(row);
-  if (!IsAsStored(number)) return {};
-  const RowStore::Spot spot = result_->store.SpotOf(number);
-  RowRun run{spot.chunk, spot.row, 1};
-  const auto inChunk = static_cast<std::int64_t>(spot.chunk->rows - spot.row);
-  if (numbers_.empty() && overlay_.empty()) {
-    run.rows = std::min(inChunk, count_ - row);
-  } else {
-    while (run.rows < inChunk && row + run.rows < count_ &&
-           NumberOf(row + run.rows) == number + run.rows && IsAsStored(number + run.rows))
-      ++run.rows;
-  }
-  return run;
+  if (!IsAsStored(number)) return FixedRows::RunAt(row);
+  const auto [chunk, place] = result_->store.SpotOf(number);
+  const auto behind = static_cast<std::int64_t>(chunk->rows - place);
+  if (numbers_.empty() && overlay_.empty())
+    return {chunk, row - static_cast<std::int64_t>(place), std::min(row + behind, count_), 0};
+  std::int64_t end = row + 1;
+  const std::int64_t most = std::min({row + behind, row + longest, count_});
+  while (end < most && NumberOf(end) == number + (end - row) && IsAsStored(NumberOf(end))) ++end;
+  return {chunk, row, end, place};
 }
 
 }  // namespace tessel

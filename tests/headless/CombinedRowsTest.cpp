@@ -72,6 +72,31 @@ TEST_F(CombinedRowsTest, EqualNamesOfOneResultKeepTheirCount) {
   EXPECT_THAT(LinesOf(*merged), ElementsAre("1|1|2|3|NULL", "2|4|NULL|NULL|5"));
 }
 
+TEST_F(CombinedRowsTest, WhatBecomesOfAConnectionIsNoMatter) {
+  data.catalogs = {"shop", "other"};
+  data.Answer("select", {MemoryField("id", DataType::Integer), MemoryField("x")},
+              {{1, "a"}, {2, "b"}});
+  auto connection = data.CreateConnection();
+  connection->SetConnectionString("db");
+  OpenNow(*connection, "me", "secret");
+  auto query = QueryNow(*connection, "select", LockType::Optimistic);
+  const auto merged = data.MergeRows({{"p", query.Rows()}});
+  const auto comparison =
+      data.CompareRows({.a = {"A", query.Rows()}, .b = {"B", merged}, .keys = {"id"}});
+  comparison->Step(1);
+
+  UseCatalog(*connection, "other");
+  query = QueryNow(*connection, "select");
+  data.LoseSessions();
+  connection.reset();
+  query.Reset();
+  while (queue.RunOne()) continue;
+  StepToEnd(*comparison);
+  EXPECT_THAT(LinesOf(*merged), ElementsAre("p|1|a", "p|2|b"));
+  EXPECT_THAT(CountsOf(*comparison), ElementsAre(0, 0, 0, 2, 0));
+  EXPECT_THAT(comparison->OnlyInB(), ElementsAre("Connection"));
+}
+
 // --- compared ------------------------------------------------------------------------------------
 
 TEST_F(CombinedRowsTest, RowsAreFoundByTheirKey) {
