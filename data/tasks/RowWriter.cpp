@@ -107,8 +107,10 @@ class ChangeWriter {
   }
 
   FieldValues Delete() {
-    CountFirst();
-    RequireOne(Run(sql_.Delete()).rows);
+    const std::optional<std::int64_t> before = CountLocked();
+    if (before) RequireOne(*before);
+    const std::int64_t deleted = Run(sql_.Delete()).rows;
+    if (deleted != 0 || !before || CountLocked() != 0) RequireOne(deleted);
     return {};
   }
 
@@ -120,10 +122,24 @@ class ChangeWriter {
   /// Where no key makes sure that there is but one row, and a change of more may not be undone.
   void CountFirst() {
     if (!dialect_.countsFirst || !change_.key.empty()) return;
-    const StatementResult result = Run(sql_.Count());
+    if (const auto count = Count(sql_.Count())) RequireOne(*count);
+  }
+
+  /// The rows that a deletion hits; from then on nobody else changes them. A server that keeps the
+  /// rows of a table on others may delete them and count none. Nothing where the database's own
+  /// count is right.
+  std::optional<std::int64_t> CountLocked() {
+    if (!dialect_.countsFirst) return std::nullopt;
+    RowStatement statement = sql_.Count();
+    statement.sql += " for update";
+    return Count(statement);
+  }
+
+  std::optional<std::int64_t> Count(const RowStatement& statement) {
+    const StatementResult result = Run(statement);
     const auto* count =
         result.first.empty() ? nullptr : std::get_if<std::int64_t>(&result.first.front());
-    if (count != nullptr) RequireOne(*count);
+    return count == nullptr ? std::nullopt : std::optional(*count);
   }
 
   static void RequireOne(std::int64_t rows) {

@@ -64,6 +64,16 @@ void AddRow(const PqResult& row, RowSink& rows) {
   rows.EndRow();
 }
 
+/// Whether a statement of the text leaves something behind in the session of the server.
+bool LeavesInSession(const std::string& sql) {
+  const bool sets = HasStatement(sql, {"set"}) && !HasWord(sql, {"local", "transaction"});
+  return sets || HasStatement(sql, {"reset", "listen", "prepare", "load"}) ||
+         HasStatement(sql, "create", {"temp", "temporary"}) ||
+         HasStatement(sql, "declare", {"hold"}) ||
+         HasWord(sql, {"set_config", "pg_advisory_lock", "pg_advisory_lock_shared",
+                       "pg_try_advisory_lock", "pg_try_advisory_lock_shared"});
+}
+
 }  // namespace
 
 // --- opening and closing -------------------------------------------------------------------------
@@ -71,6 +81,7 @@ void AddRow(const PqResult& row, RowSink& rows) {
 void PostgresSession::Open(const Login& login, WorkContext& context) {
   target_.AddLogin(login);
   connection_ = Connect(target_, context);
+  pooled_.reset();
 }
 
 std::unique_ptr<PqConnection> PostgresSession::Connect(const PostgresTarget& target,
@@ -129,13 +140,46 @@ PqResult PostgresSession::NextPiece(WorkContext& context) {
   for (const PqMessage& notice : connection_->TakeNotices())
     context.Report(ToErrorInfo(notice, errorNumber::information, sql_));
   ended_ = !result;
-  if (ended_) return result;
+  if (ended_) {
+    TellUncertain(context);
+    return result;
+  }
   switch (result.Kind()) {
     case PqKind::Error: RaiseFailure(result, context);
     case PqKind::CopyIn:
     case PqKind::CopyOut: RefuseCopy(result.Kind(), context);
     default: return result;
   }
+}
+
+/// Within a transaction a pooler keeps to one session.
+void PostgresSession::TellUncertain(WorkContext& context) {
+  if (!IsAlive() || connection_->InTransaction() || connection_->InFailedTransaction()) return;
+  if (!LeavesInSession(sql_) || !GoesThroughPooler()) return;
+  context.Report(ErrorInfo{
+      errorNumber::information,
+      0,
+      {},
+      "PostgreSQL",
+      "This connection goes through a pooler. In its transaction mode each transaction may get "
+      "another session of the server: what was set, prepared, locked or made for the session may "
+      "be missing at the next command, or meet somebody else's. It holds within one transaction: "
+      "BEGIN, SET LOCAL, ..., COMMIT.",
+      {},
+      0});
+}
+
+/// A pooler tells another process at the login than the one that works. A balancer is asked for the
+/// server that takes writes. False when it cannot be asked.
+bool PostgresSession::GoesThroughPooler() try {
+  const auto look = [&](const PqResult& row) {
+    pooled_ = NumberAt(row, 0) != connection_->ProcessNumber();
+  };
+  if (!pooled_)
+    ForEachRow(*connection_, "/* no load balance */ select pg_catalog.pg_backend_pid()", {}, look);
+  return pooled_.value_or(false);
+} catch (const Error&) {
+  return false;
 }
 
 /// What is told of the columns later is that of the first result.
@@ -243,6 +287,7 @@ void PostgresSession::SetCatalog(const std::string& name, WorkContext& context) 
   PostgresTarget target = target_;
   target.SetDatabase(std::string(WithoutBrackets(name)));
   connection_ = Connect(target, context);
+  pooled_.reset();
   target_ = std::move(target);
 }
 

@@ -58,6 +58,8 @@ class PostgresSession : public ProviderSession {
   [[nodiscard]] std::vector<FieldInfo> FindRows(WorkContext& context);
   [[nodiscard]] std::vector<FieldInfo> BeginResult(PqResult first);
   void AppendRow(RowSink& rows) const;
+  void TellUncertain(WorkContext& context);
+  [[nodiscard]] bool GoesThroughPooler();
   [[noreturn]] void RaiseFailure(const PqResult& failed, WorkContext& context);
   [[noreturn]] void RefuseCopy(PqKind kind, WorkContext& context);
   [[nodiscard]] bool DropResults(std::vector<ErrorInfo>& errors);
@@ -69,6 +71,7 @@ class PostgresSession : public ProviderSession {
   std::unique_ptr<PqConnection> connection_;
   CancelSwitch cancel_;
   std::optional<CancelSwitch::On> running_;  ///< While a command runs.
+  std::optional<bool> pooled_;               ///< Once it was asked.
 
   // The command that runs, or ran last.
   std::string sql_;

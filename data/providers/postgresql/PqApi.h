@@ -158,6 +158,8 @@ class PqConnection {
   [[nodiscard]] bool InFailedTransaction() const {
     return PQtransactionStatus(connection_.get()) == PQTRANS_INERROR;
   }
+  /// The number of the server's process, as whoever answered the login told it.
+  [[nodiscard]] int ProcessNumber() const { return PQbackendPID(connection_.get()); }
   [[nodiscard]] std::string Database() const;
   [[nodiscard]] std::string User() const;
   [[nodiscard]] std::string Host() const;

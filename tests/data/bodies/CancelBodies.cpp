@@ -75,7 +75,8 @@ TEST_P(CancelBodies, ALateCancelDoesNotHitTheNextCommand) {
     recordset.Cancel();
     ASSERT_TRUE(PumpToEnd(log));
     ASSERT_EQ(log.Ends(), 1);
-    ASSERT_EQ(connection->State(), objectState::open);
+    ASSERT_EQ(connection->State(), objectState::open)
+        << (log.LastError() ? log.LastError()->description : log.Lines().back());
     const auto next = Run(*connection, Db().Series(20));
     ASSERT_EQ(next->RecordCount(), 20) << "round " << round;
   }
@@ -83,7 +84,7 @@ TEST_P(CancelBodies, ALateCancelDoesNotHitTheNextCommand) {
 
 TEST_P(CancelBodies, WorkThatWasDoneIsNotCalledCancelled) {
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType());
   for (int round = 1; round <= 60; ++round) {
     EventLog log;
     const std::string id = std::to_string(round);

@@ -43,7 +43,7 @@ TEST_P(CommandBodies, WhatWasWaitedForIsNotToldAgain) {
 
 TEST_P(CommandBodies, ACommandWithoutRowsEndsWithItsExecution) {
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType());
   EventLog log;
   const auto recordset =
       Start(*connection, "insert into " + table.Name() + " values (1), (2), (3)", log);
@@ -56,7 +56,7 @@ TEST_P(CommandBodies, ACommandWithoutRowsEndsWithItsExecution) {
 
 TEST_P(CommandBodies, RecordsAffectedAreCounted) {
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType() + ", v integer");
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType() + ", v integer");
   const auto count = [&](const std::string& sql) {
     return Run(*connection, sql).Operation().RecordsAffected();
   };
@@ -165,7 +165,7 @@ TEST_P(CommandBodies, ACommandCanBeStartedFromTheHandlerOfAnEnd) {
 TEST_P(CommandBodies, OfSeveralStatementsTheFirstRowsAreShown) {
   if (!Db().Traits().severalStatements) GTEST_SKIP() << "one statement at a time only";
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType());
   const std::string insert = "insert into " + table.Name() + " values ";
   const auto recordset = Run(*connection, insert + "(1); select 7; select 8; " + insert + "(2)");
   EXPECT_THAT(TextsOf(*recordset), ElementsAre("7"));
@@ -176,7 +176,7 @@ TEST_P(CommandBodies, OfSeveralStatementsTheFirstRowsAreShown) {
 TEST_P(CommandBodies, OfSeveralStatementsTheCountsAreSummed) {
   if (!Db().Traits().severalStatements) GTEST_SKIP() << "one statement at a time only";
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType());
   const auto done =
       Run(*connection, "insert into " + table.Name() + " values (1), (2); delete from " +
                            table.Name() + " where id = 1");
@@ -186,7 +186,7 @@ TEST_P(CommandBodies, OfSeveralStatementsTheCountsAreSummed) {
 TEST_P(CommandBodies, EveryResultOfSeveralStatementsIsKeptInItsOrder) {
   if (!Db().Traits().severalStatements) GTEST_SKIP() << "one statement at a time only";
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType());
   const std::string& name = table.Name();
   const auto done =
       Run(*connection, "insert into " + name + " values (1), (2); select id, 'x' as t from " +
@@ -210,7 +210,7 @@ TEST_P(CommandBodies, EveryResultOfSeveralStatementsIsKeptInItsOrder) {
 TEST_P(CommandBodies, AnErrorBeforeTheRowsFailsTheCommand) {
   if (!Db().Traits().severalStatements) GTEST_SKIP() << "one statement at a time only";
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType());
   const std::string text =
       "insert into " + table.Name() + " values (1); select * from there_is_no_such_table";
   EXPECT_THAT(ErrorOf([&] { Run(*connection, text); }).description,

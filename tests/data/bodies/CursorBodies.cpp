@@ -42,7 +42,7 @@ TEST_P(CursorBodies, MovesToBothEndsAndNoFurther) {
 
 TEST_P(CursorBodies, WithoutRowsBothEndsAreReached) {
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType());
   const auto recordset = Run(*connection, "select id from " + table.Name());
   EXPECT_EQ(recordset.State(), objectState::open);
   EXPECT_EQ(recordset->RecordCount(), 0);
@@ -112,7 +112,7 @@ TEST_P(CursorBodies, SortsByNamesAndBackAgain) {
 
 TEST_P(CursorBodies, AnUnsortedRecordsetSortsNullsFirst) {
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType() + ", v integer");
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType() + ", v integer");
   table.Insert("(1, 5), (2, null), (3, -7), (4, null)");
   const auto recordset = Run(*connection, "select v, id from " + table.Name() + " order by id");
   recordset->SetSort("v");

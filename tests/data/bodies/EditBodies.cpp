@@ -39,7 +39,7 @@ TEST_P(EditBodies, RecordsOfNoTableCannotBeChanged) {
 }
 
 TEST_P(EditBodies, RecordsOfTwoTablesCannotBeChanged) {
-  const ScratchTable other(connection_, "k " + Db().KeyType() + ", v " + Db().TextType());
+  const ScratchTable other(Db(), connection_, "k " + Db().KeyType() + ", v " + Db().TextType());
   other.Insert("(1, 'a')");
   const auto recordset = OpenToWrite(*connection_, "select id, name, v from " + table_->Name() +
                                                        ", " + other.Name() + " where id = k");

@@ -12,7 +12,7 @@ bool IsUnique(const Recordset& recordset) {
 
 TEST_P(FieldBodies, NamesAreThoseOfTheResult) {
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType() + ", v " + Db().TextType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType() + ", v " + Db().TextType());
   const auto recordset =
       Run(*connection, "select id, v as \"Name of v\", id + 1 as more from " + table.Name());
   const auto& fields = recordset->Fields();
@@ -25,7 +25,7 @@ TEST_P(FieldBodies, NamesAreThoseOfTheResult) {
 TEST_P(FieldBodies, BaseColumnsAreToldBehindAnAlias) {
   if (!Db().Traits().baseColumns) GTEST_SKIP() << "not told here";
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType() + ", v " + Db().TextType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType() + ", v " + Db().TextType());
   const auto recordset =
       Run(*connection, "select a.v as other, a.id + 1 as more, a.id from " + table.Name() + " a");
   const auto& fields = recordset->Fields();
@@ -39,7 +39,7 @@ TEST_P(FieldBodies, BaseColumnsAreToldBehindAnAlias) {
 TEST_P(FieldBodies, RowsAreUniqueWithAWholeKey) {
   if (!Db().Traits().uniqueRows) GTEST_SKIP() << "not told here";
   const auto connection = Connect();
-  const ScratchTable table(connection,
+  const ScratchTable table(Db(), connection,
                            "a integer not null, b integer not null, c integer, primary key (a, b)");
   const std::string from = " from " + table.Name();
   EXPECT_TRUE(IsUnique(*Run(*connection, "select *" + from)));
@@ -52,7 +52,7 @@ TEST_P(FieldBodies, RowsAreUniqueWithAWholeKey) {
 TEST_P(FieldBodies, RowsAreUniqueWithAUniqueIndexThatHasNoNulls) {
   if (!Db().Traits().uniqueRows) GTEST_SKIP() << "not told here";
   const auto connection = Connect();
-  const ScratchTable table(connection, "a integer not null unique, b integer unique");
+  const ScratchTable table(Db(), connection, "a integer not null unique, b integer unique");
   const std::string from = " from " + table.Name();
   EXPECT_TRUE(IsUnique(*Run(*connection, "select a" + from)));
   EXPECT_FALSE(IsUnique(*Run(*connection, "select b" + from)));
@@ -61,8 +61,8 @@ TEST_P(FieldBodies, RowsAreUniqueWithAUniqueIndexThatHasNoNulls) {
 TEST_P(FieldBodies, RowsOfTwoTablesAreNotUnique) {
   if (!Db().Traits().uniqueRows) GTEST_SKIP() << "not told here";
   const auto connection = Connect();
-  const ScratchTable one(connection, "id " + Db().KeyType());
-  const ScratchTable two(connection, "id " + Db().KeyType());
+  const ScratchTable one(Db(), connection, "id " + Db().KeyType());
+  const ScratchTable two(Db(), connection, "id " + Db().KeyType());
   const auto recordset = Run(*connection, "select x.id, y.id as other from " + one.Name() + " x, " +
                                               two.Name() + " y");
   EXPECT_FALSE(IsUnique(*recordset));

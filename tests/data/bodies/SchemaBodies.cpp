@@ -19,8 +19,8 @@ std::vector<std::string> Names(const Recordset& recordset) {
 
 TEST_P(SchemaBodies, TablesAreListed) {
   const auto connection = Connect();
-  const ScratchTable one(connection, "id " + Db().KeyType());
-  const ScratchTable two(connection, "id " + Db().KeyType());
+  const ScratchTable one(Db(), connection, "id " + Db().KeyType());
+  const ScratchTable two(Db(), connection, "id " + Db().KeyType());
   const auto tables = ReadSchema(*connection, SchemaRowset::Tables, {"", "", "", "TABLE"});
   EXPECT_THAT(Names(*tables), ElementsAre("TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME",
                                           "TABLE_TYPE", "DESCRIPTION", "NEEDS_SCHEMA"));
@@ -31,8 +31,8 @@ TEST_P(SchemaBodies, TablesAreListed) {
 
 TEST_P(SchemaBodies, TablesAreRestrictedByName) {
   const auto connection = Connect();
-  const ScratchTable one(connection, "id " + Db().KeyType());
-  const ScratchTable two(connection, "id " + Db().KeyType());
+  const ScratchTable one(Db(), connection, "id " + Db().KeyType());
+  const ScratchTable two(Db(), connection, "id " + Db().KeyType());
   const auto tables = ReadSchema(*connection, SchemaRowset::Tables, {"", "", one.Name()});
   EXPECT_THAT(TextsOf(*tables, 2), ElementsAre(one.Name()));
   const auto none = ReadSchema(*connection, SchemaRowset::Tables, {"", "", one.Name(), "VIEW"});
@@ -42,7 +42,7 @@ TEST_P(SchemaBodies, TablesAreRestrictedByName) {
 
 TEST_P(SchemaBodies, RestrictionsAreNoPatterns) {
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType());
   std::string pattern = table.Name();
   pattern.back() = '_';
   EXPECT_EQ(ReadSchema(*connection, SchemaRowset::Tables, {"", "", pattern})->RecordCount(), 0);
@@ -51,7 +51,7 @@ TEST_P(SchemaBodies, RestrictionsAreNoPatterns) {
 
 TEST_P(SchemaBodies, ViewsAreListedAsViews) {
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType());
   const std::string view = "view_of_" + table.Name();
   Run(*connection, "create view " + view + " as select id from " + table.Name());
   const auto views = ReadSchema(*connection, SchemaRowset::Tables, {"", "", "", "VIEW"});
@@ -62,8 +62,9 @@ TEST_P(SchemaBodies, ViewsAreListedAsViews) {
 
 TEST_P(SchemaBodies, ColumnsAreListedInTheirOrder) {
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType() + ", zeta " + Db().TextType() +
-                                           ", alpha integer not null");
+  const ScratchTable table(Db(), connection,
+                           "id " + Db().KeyType() + ", zeta " + Db().TextType() +
+                               ", alpha integer not null");
   const auto columns = ReadSchema(*connection, SchemaRowset::Columns, {"", "", table.Name()});
   EXPECT_THAT(Names(*columns), ElementsAre("TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME",
                                            "COLUMN_NAME", "ORDINAL_POSITION", "IS_NULLABLE",
@@ -78,14 +79,14 @@ TEST_P(SchemaBodies, ColumnsAreListedInTheirOrder) {
 
 TEST_P(SchemaBodies, ColumnsAreRestrictedByTheirName) {
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType() + ", v " + Db().TextType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType() + ", v " + Db().TextType());
   const auto columns = ReadSchema(*connection, SchemaRowset::Columns, {"", "", table.Name(), "v"});
   EXPECT_THAT(TextsOf(*columns, 3), ElementsAre("v"));
 }
 
 TEST_P(SchemaBodies, ATableStandsInItsCatalogAndSchema) {
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType());
   const auto tables = ReadSchema(*connection, SchemaRowset::Tables,
                                  {Db().TableCatalog(), Db().TableSchema(), table.Name()});
   ASSERT_EQ(tables->RecordCount(), 1);

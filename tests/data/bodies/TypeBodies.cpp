@@ -31,7 +31,7 @@ void TypeBodies::ForEachType(
     const std::function<void(const TypeCase&, const std::string&)>& check) {
   for (const TypeCase& type : Db().TypeCases()) {
     SCOPED_TRACE(type.declaration + " " + type.literal);
-    const ScratchTable table(connection_, "id " + Db().KeyType() + ", v " + type.declaration);
+    const ScratchTable table(Db(), connection_, "id " + Db().KeyType() + ", v " + type.declaration);
     table.Insert("(1, " + type.literal + "), (2, null)");
     try {
       check(type, table.Name());
@@ -109,8 +109,9 @@ TEST_P(TypeBodies, EveryTypeFindsItsRowWithoutAKey) {
 TEST_P(TypeBodies, AHundredMegabytesAreWrittenAndRead) {
   if (!Db().Traits().holdsLongValues) GTEST_SKIP() << "the native provider is there for that";
   constexpr std::size_t size = std::size_t{100} << 20U;
-  const ScratchTable table(connection_, "id " + Db().KeyType() + ", t " + Db().LongTextType() +
-                                            ", b " + Db().BinaryType());
+  const ScratchTable table(Db(), connection_,
+                           "id " + Db().KeyType() + ", t " + Db().LongTextType() + ", b " +
+                               Db().BinaryType());
   table.Insert("(1, null, null)");
   std::string text;
   Bytes bytes;

@@ -21,7 +21,7 @@ TEST_P(ValueBodies, EveryTypeKeepsItsValue) {
   for (const std::string& statement : Db().TypeSetup()) Run(*connection, statement);
   for (const TypeCase& type : Db().TypeCases()) {
     SCOPED_TRACE(type.declaration + " " + type.literal);
-    const ScratchTable table(connection, "id " + Db().KeyType() + ", v " + type.declaration);
+    const ScratchTable table(Db(), connection, "id " + Db().KeyType() + ", v " + type.declaration);
     table.Insert("(1, " + type.literal + "), (2, null)");
     const auto recordset = Run(*connection, "select v from " + table.Name() + " order by id");
     EXPECT_EQ(static_cast<int>(recordset->Fields()[0].type), static_cast<int>(type.type));
@@ -35,7 +35,7 @@ TEST_P(ValueBodies, EveryTypeKeepsItsValue) {
 
 TEST_P(ValueBodies, NullIsNotTheEmptyText) {
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType() + ", v " + Db().TextType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType() + ", v " + Db().TextType());
   table.Insert("(1, ''), (2, null), (3, ' ')");
   const auto recordset = Run(*connection, "select v from " + table.Name() + " order by id");
   EXPECT_THAT(RowsOf(*recordset),
@@ -50,7 +50,7 @@ TEST_P(ValueBodies, NullIsNotTheEmptyText) {
 
 TEST_P(ValueBodies, EveryCharacterSurvivesBothWays) {
   const auto connection = Connect();
-  const ScratchTable table(connection, "id " + Db().KeyType() + ", v " + Db().TextType());
+  const ScratchTable table(Db(), connection, "id " + Db().KeyType() + ", v " + Db().TextType());
   const std::string text = fourByteText.substr(0, fourByteText.size() - 2);
   table.Insert("(1, " + Quoted(text) + ")");
   EXPECT_EQ(Cell(*connection, "select v from " + table.Name()), Value(text));

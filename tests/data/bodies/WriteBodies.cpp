@@ -104,8 +104,9 @@ TEST_P(WriteBodies, ARecordIsAdded) {
 }
 
 TEST_P(WriteBodies, GeneratedKeysAndDefaultsAreReadBack) {
-  const ScratchTable table(connection_, "k " + Db().CountedKeyType() + ", v " + Db().TextType() +
-                                            " default 'usual', n integer not null default 5");
+  const ScratchTable table(Db(), connection_,
+                           "k " + Db().CountedKeyType() + ", v " + Db().TextType() +
+                               " default 'usual', n integer not null default 5");
   const auto recordset = OpenToWrite(*connection_, "select k, v, n from " + table.Name());
   recordset->AddNew();
   recordset->SetFieldValue(1, Text("first"));
@@ -126,7 +127,7 @@ TEST_P(WriteBodies, GeneratedKeysAndDefaultsAreReadBack) {
 }
 
 TEST_P(WriteBodies, ComputedColumnsAreReadBackAndNotWritten) {
-  const ScratchTable table(connection_,
+  const ScratchTable table(Db(), connection_,
                            "id " + Db().KeyType() + ", n integer, twice " + Db().DoubledType());
   Run(*connection_, "insert into " + table.Name() + " (id, n) values (1, 10)");
   const auto recordset = OpenToWrite(*connection_, "select id, n, twice from " + table.Name());
@@ -171,8 +172,9 @@ TEST_P(WriteBodies, ARecordIsDeleted) {
 }
 
 TEST_P(WriteBodies, WithoutAKeyAllValuesFindTheRow) {
-  const ScratchTable table(connection_, "a integer, b " + Db().TextType() + ", c " +
-                                            Db().BinaryType() + ", d double precision");
+  const ScratchTable table(Db(), connection_,
+                           "a integer, b " + Db().TextType() + ", c " + Db().BinaryType() +
+                               ", d double precision");
   table.Insert("(1, 'x', null, 0.1), (1, 'y', null, 0.1), (null, null, null, null)");
   const auto recordset = OpenToWrite(*connection_, "select a, b, c, d from " + table.Name());
   EXPECT_EQ(recordset->RecordsetProperties().Number("Unique Rows", -1), 0);
@@ -198,7 +200,7 @@ TEST_P(WriteBodies, StrangeNamesAreQuoted) {
       ToText(ToView(connection_->ProviderProperties().At("Identifier Quote Character")));
   const std::string key = quote + "the key" + quote;
   const std::string column = quote + "select \u00fc" + quote;
-  const ScratchTable table(connection_,
+  const ScratchTable table(Db(), connection_,
                            key + " " + Db().KeyType() + ", " + column + " " + Db().TextType());
   table.Insert("(1, 'a')");
   const auto recordset = OpenToWrite(*connection_, "select * from " + table.Name());

@@ -75,7 +75,7 @@ TEST_P(WriteFaultBodies, ARowThatIsGoneIsAConflict) {
 }
 
 TEST_P(WriteFaultBodies, DuplicateRowsWithoutAKeyAreLeftAlone) {
-  const ScratchTable table(connection_, "a integer, b " + Db().TextType());
+  const ScratchTable table(Db(), connection_, "a integer, b " + Db().TextType());
   table.Insert("(1, 'x'), (1, 'x'), (2, null)");
   const auto recordset = OpenToWrite(*connection_, "select a, b from " + table.Name());
   recordset->SetFieldValue(1, Text("changed"));
@@ -112,7 +112,7 @@ TEST_P(WriteFaultBodies, AViolatedConstraintKeepsTheChangePending) {
 }
 
 TEST_P(WriteFaultBodies, NullWhereThereMustBeAValueIsRefused) {
-  const ScratchTable table(connection_,
+  const ScratchTable table(Db(), connection_,
                            "id " + Db().KeyType() + ", v " + Db().TextType() + " not null");
   table.Insert("(1, 'a')");
   const auto recordset = OpenToWrite(*connection_, "select id, v from " + table.Name());

@@ -7,9 +7,9 @@ void WriteTest::SetUp() {
   if (IsSkipped()) return;
   connection_ = Connect();
   other_ = Connect();
-  table_ = std::make_unique<ScratchTable>(connection_, "id " + Db().KeyType() + ", name " +
-                                                           Db().TextType() + ", data " +
-                                                           Db().BinaryType() + ", n integer");
+  table_ = std::make_unique<ScratchTable>(Db(), connection_,
+                                          "id " + Db().KeyType() + ", name " + Db().TextType() +
+                                              ", data " + Db().BinaryType() + ", n integer");
   table_->Insert("(1, 'one', null, 10), (2, 'two', null, 20), (3, 'three', null, null)");
 }
 

@@ -12,7 +12,7 @@ namespace tessel::test {
 using std::chrono::steady_clock;
 
 DatabaseServer::DatabaseServer(const ServerFolder& folders, const std::string& name,
-                               RecipeMaker recipe)
+                               const RecipeMaker& recipe)
     : folders_(folders), log_(folders.Path() / (name + ".log")) {
   login_.port = FreePort();
   recipe_ = recipe(folders.MakeServerFolder(name), login_);

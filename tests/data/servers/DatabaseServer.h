@@ -37,7 +37,8 @@ struct ServerRecipe {
                                           const ServerLogin& login);
 [[nodiscard]] ServerRecipe MariaDbRecipe(const std::filesystem::path& folder,
                                          const ServerLogin& login);
-using RecipeMaker = decltype(&PostgresRecipe);
+using RecipeMaker =
+    std::function<ServerRecipe(const std::filesystem::path& folder, const ServerLogin& login)>;
 
 /// A running database server of the test's own, on a free port of the loopback interface. Its data
 /// are thrown away.
@@ -45,7 +46,7 @@ class DatabaseServer {
  public:
   /// Sets it up and starts it; returns when it answers. Throws std::runtime_error with the end of
   /// the server's log when it does not within a minute.
-  DatabaseServer(const ServerFolder& folders, const std::string& name, RecipeMaker recipe);
+  DatabaseServer(const ServerFolder& folders, const std::string& name, const RecipeMaker& recipe);
   DatabaseServer(const DatabaseServer&) = delete;
   ~DatabaseServer();
 
@@ -61,11 +62,13 @@ class DatabaseServer {
   /// first.
   void Restart();
 
+  /// Throws std::runtime_error with the end of the server's log when it does not within a minute.
+  void WaitUntilItAnswers();
+
   [[nodiscard]] std::string LogTail() const { return FileTail(log_); }
 
  private:
   void Start();
-  void WaitUntilItAnswers();
 
   const ServerFolder& folders_;
   std::filesystem::path log_;

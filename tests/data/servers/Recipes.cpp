@@ -1,45 +1,17 @@
-#include <algorithm>
-#include <cstdlib>
-#include <fstream>
 #include <stdexcept>
 
 #include "tests/data/servers/DatabaseServer.h"
 #include "tests/data/servers/Listener.h"
+#include "tests/data/servers/RecipeParts.h"
 
 namespace tessel::test {
 
-namespace {
-
 namespace fs = std::filesystem;
-
-/// The folder of the newest PostgreSQL server's programs.
-fs::path PostgresPrograms() {
-  fs::path newest;
-  int newestVersion = 0;
-  const fs::path root = "/usr/lib/postgresql";
-  if (!fs::exists(root)) throw std::runtime_error("No PostgreSQL server in " + root.string());
-  for (const auto& entry : fs::directory_iterator(root)) {
-    const int version = std::atoi(entry.path().filename().c_str());
-    if (version <= newestVersion || !fs::exists(entry.path() / "bin/initdb")) continue;
-    newest = entry.path() / "bin";
-    newestVersion = version;
-  }
-  if (newest.empty()) throw std::runtime_error("No PostgreSQL server in " + root.string());
-  return newest;
-}
-
-void WriteText(const fs::path& file, const std::string& text) {
-  std::ofstream(file) << text;
-  fs::permissions(file, fs::perms(0644));
-}
-
-}  // namespace
 
 ServerRecipe PostgresRecipe(const fs::path& folder, const ServerLogin& login) {
   const fs::path programs = PostgresPrograms();
   const std::string server = programs / "postgres";
   const std::string data = folder / "data";
-  const std::string port = std::to_string(login.port);
   const fs::path passwordFile = folder / "password";
   const fs::path databaseFile = folder / "database.sql";
   WriteText(passwordFile, login.password + "\n");
@@ -49,29 +21,8 @@ ServerRecipe PostgresRecipe(const fs::path& folder, const ServerLogin& login) {
       {{programs / "initdb", "-D", data, "-U", login.user, "--no-sync", "--locale=C.UTF-8",
         "--encoding=UTF8", "--auth=scram-sha-256", "--pwfile=" + passwordFile.string()}},
       {{server, "--single", "-D", data, "-c", "fsync=off", "postgres"}, databaseFile}};
-  recipe.command = {server,
-                    "-D",
-                    data,
-                    "-c",
-                    "listen_addresses=" + login.host,
-                    "-c",
-                    "port=" + port,
-                    "-c",
-                    "unix_socket_directories=",
-                    "-c",
-                    "fsync=off",
-                    "-c",
-                    "synchronous_commit=off",
-                    "-c",
-                    "full_page_writes=off",
-                    "-c",
-                    "shared_buffers=32MB",
-                    "-c",
-                    "TimeZone=UTC"};
-  recipe.answers = [ready = programs / "pg_isready", host = login.host, port] {
-    Process process({ready, "-q", "-h", host, "-p", port});
-    return process.Wait(std::chrono::seconds(10)) == 0;
-  };
+  recipe.command = PostgresCommand(folder, login);
+  recipe.answers = [login] { return PostgresAnswers(login); };
   return recipe;
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <map>
 #include <memory>
+#include <string>
 
 #include "tests/data/servers/DatabaseServer.h"
 
@@ -14,9 +16,20 @@ class TestServers {
   /// own (see UseOwnOdbcFiles), so call it before the first use of ODBC.
   static TestServers& Instance();
 
-  /// Throw std::runtime_error with the server's log when it cannot be started.
+  // All throw std::runtime_error with the server's log when one cannot be started.
   DatabaseServer& Postgres();
   DatabaseServer& MariaDb();
+
+  /// PgBouncer before Postgres().
+  DatabaseServer& PgBouncer();
+  /// pgpool-II before PgPoolPrimary() and its standby server.
+  DatabaseServer& PgPool();
+  DatabaseServer& PgPoolPrimary();
+  /// Two PostgreSQL servers for parts of tables, number 1 and 2.
+  DatabaseServer& PostgresPart(int number);
+  /// A MariaDB server with the engine Spider, whose parts are MariaDb() and SpiderPart().
+  DatabaseServer& Spider();
+  DatabaseServer& SpiderPart();
 
   /// A folder for the test program's own files; deleted at its end.
   [[nodiscard]] const std::filesystem::path& Folder() const { return folder_.Path(); }
@@ -24,9 +37,10 @@ class TestServers {
  private:
   TestServers();
 
+  DatabaseServer& Started(const std::string& name, const RecipeMaker& recipe);
+
   ServerFolder folder_;
-  std::unique_ptr<DatabaseServer> postgres_;
-  std::unique_ptr<DatabaseServer> mariaDb_;
+  std::map<std::string, std::unique_ptr<DatabaseServer>> servers_;
 };
 
 }  // namespace tessel::test

@@ -9,6 +9,14 @@ std::string NewName() {
   return "scratch_" + std::to_string(++count);
 }
 
+/// Of the test that runs: "WriteBodies.AnAliasIsNoColumn".
+std::string BodyName() {
+  const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
+  const std::string suite = test->test_suite_name();
+  const std::string name = test->name();
+  return suite.substr(suite.find('/') + 1) + "." + name.substr(0, name.find('/'));
+}
+
 }  // namespace
 
 ErrorInfo ErrorOf(const std::function<void()>& action) {
@@ -69,16 +77,25 @@ void DatabaseTest::SetUp() {
   database_ = GetParam().make();
   const std::string why = database_->WhyUnavailable();
   if (!why.empty()) GTEST_SKIP() << why;
+  const std::string body = BodyName();
+  for (const auto& [skipped, reason] : database_->Skipped())
+    if (body == skipped || body.starts_with(skipped + ".")) GTEST_SKIP() << reason;
 }
 
 ScratchTable::ScratchTable(std::shared_ptr<Connection> connection, const std::string& columns)
-    : connection_(std::move(connection)), name_(NewName()) {
+    : connection_(std::move(connection)), name_(NewName()), drops_{"drop table " + name_} {
   QueryNow(*connection_, "create table " + name_ + " (" + columns + ")");
+}
+
+ScratchTable::ScratchTable(const Database& database, std::shared_ptr<Connection> connection,
+                           const std::string& columns)
+    : connection_(std::move(connection)), name_(NewName()), drops_(database.DropTable(name_)) {
+  for (const std::string& sql : database.MakeTable(name_, columns)) QueryNow(*connection_, sql);
 }
 
 ScratchTable::~ScratchTable() {
   try {
-    QueryNow(*connection_, "drop table " + name_);
+    for (const std::string& sql : drops_) QueryNow(*connection_, sql);
   } catch (const Error&) {
     return;  // The connection was closed by the test: the scratch database goes as a whole.
   }

@@ -60,6 +60,9 @@ class ScratchTable {
  public:
   /// `columns` as between the parentheses of `create table`.
   ScratchTable(std::shared_ptr<Connection> connection, const std::string& columns);
+  /// Made as `database` makes its tables.
+  ScratchTable(const Database& database, std::shared_ptr<Connection> connection,
+               const std::string& columns);
   ScratchTable(const ScratchTable&) = delete;
   ScratchTable& operator=(const ScratchTable&) = delete;
   ~ScratchTable();
@@ -70,6 +73,7 @@ class ScratchTable {
  private:
   std::shared_ptr<Connection> connection_;
   std::string name_;
+  std::vector<std::string> drops_;
 };
 
 }  // namespace tessel::test

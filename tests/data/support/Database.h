@@ -37,6 +37,12 @@ struct DatabaseTraits {
   bool syntaxErrorHasState = true;  ///< An error carries SQLSTATE or a native code.
 };
 
+/// A body that cannot hold on a database, and why.
+struct SkippedBody {
+  std::string body;  ///< "WriteBodies.AnAliasIsNoColumn", or "WriteBodies" for all of them.
+  std::string reason;
+};
+
 /// One database that the shared bodies run against: how to connect, and how things are said there.
 /// A body makes its own tables (ScratchTable) and drops them.
 class Database {
@@ -46,6 +52,7 @@ class Database {
   /// Why it cannot be used on this machine; empty when it can.
   [[nodiscard]] virtual std::string WhyUnavailable() { return {}; }
   [[nodiscard]] virtual DatabaseTraits Traits() const { return {}; }
+  [[nodiscard]] virtual std::vector<SkippedBody> Skipped() const { return {}; }
 
   /// Leads to an empty scratch database that several connections may use at once.
   [[nodiscard]] virtual std::string ConnectionString() const = 0;
@@ -65,6 +72,16 @@ class Database {
   /// A query that gives `goodRows` rows or more and then fails while rows are fetched; empty:
   /// cannot be said.
   [[nodiscard]] virtual std::string FailsAfter(std::int64_t goodRows) const = 0;
+
+  /// Statements that make a table with `columns`, as between the parentheses of `create table`, and
+  /// that drop it.
+  [[nodiscard]] virtual std::vector<std::string> MakeTable(const std::string& name,
+                                                           const std::string& columns) const {
+    return {"create table " + name + " (" + columns + ")"};
+  }
+  [[nodiscard]] virtual std::vector<std::string> DropTable(const std::string& name) const {
+    return {"drop table " + name};
+  }
 
   /// Declarations of a whole-number key, a text that takes 200 characters and a binary column.
   [[nodiscard]] virtual std::string KeyType() const { return "integer not null primary key"; }

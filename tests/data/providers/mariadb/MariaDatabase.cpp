@@ -1,34 +1,13 @@
-#include <cstdint>
+#include "tests/data/providers/mariadb/MariaDatabase.h"
+
 #include <limits>
 
 #include "tests/data/bodies/AllBodies.h"
-#include "tests/data/providers/ServerSql.h"
-#include "tests/data/providers/native/NativeServers.h"
 #include "tests/data/support/Values.h"
 
 namespace tessel::test {
 
 namespace {
-
-class MariaDatabase : public MariaSql {
- public:
-  [[nodiscard]] std::string ConnectionString() const override {
-    return MariaNative().ConnectionString();
-  }
-  [[nodiscard]] std::string BadConnectionString() const override {
-    return ConnectionString() + "x";  // The password is wrong.
-  }
-  [[nodiscard]] std::string SlowStatement() const override { return MariaNative().sleep; }
-  /// A query of more than one row where one was to be.
-  [[nodiscard]] std::string FailsAfter(std::int64_t goodRows) const override {
-    return "select seq as n, if(seq <= " + std::to_string(goodRows) +
-           ", 0, (select seq from seq_1_to_2)) as q from seq_1_to_" + std::to_string(2 * goodRows);
-  }
-  [[nodiscard]] std::vector<TypeCase> TypeCases() const override;
-  [[nodiscard]] std::string LongTextType() const override { return "longtext"; }
-  void KillServer() override { MariaNative().server().Kill(); }
-  void RestartServer() override { MariaNative().server().Restart(); }
-};
 
 constexpr const char* digits38 = "-99999999999999999999999999999999999999";
 
@@ -104,9 +83,13 @@ const std::vector<TypeCase> others = {
     {"longblob", "x'01'", DataType::LongVarBinary, Octets("\x01")},
 };
 
+}  // namespace
+
 std::vector<TypeCase> MariaDatabase::TypeCases() const {
   return Joined(PlainTypes(), numbers, moments, others);
 }
+
+namespace {
 
 const DatabaseParam mariaDb{"MariaDb", [] { return std::make_shared<MariaDatabase>(); }};
 

@@ -2,10 +2,10 @@
 
 namespace tessel::test {
 
-std::string NativeServer::StringAt(int port) const {
+std::string NativeServer::StringAt(int port, const std::string& database) const {
   const ServerLogin login;
   return "Provider=" + name + ";Server=" + login.host + ";Port=" + std::to_string(port) +
-         ";Database=" + login.database + ";User ID=" + login.user + ";Password=" + login.password;
+         ";Database=" + database + ";User ID=" + login.user + ";Password=" + login.password;
 }
 
 NativeServer PostgresNative() {

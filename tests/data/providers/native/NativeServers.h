@@ -18,7 +18,7 @@ struct NativeServer {
   /// Leads to the database "shop" of the server.
   [[nodiscard]] std::string ConnectionString() const { return StringAt(server().Login().port); }
   /// The same, at another port of the loopback interface.
-  [[nodiscard]] std::string StringAt(int port) const;
+  [[nodiscard]] std::string StringAt(int port, const std::string& database = "shop") const;
 };
 
 [[nodiscard]] NativeServer PostgresNative();
