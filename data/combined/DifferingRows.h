@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "data/combined/CombinedRows.h"
+#include "data/combined/MergedRows.h"
 
 namespace tessel {
 

@@ -53,6 +53,19 @@ void DrawOutline(QPainter& painter, const QStyleOption& option, bool round) {
   painter.restore();
 }
 
+/// The style draws the buttons of an inactive window in black, whatever their ground.
+bool HidesItsButtons(const QStyleOptionTitleBar& bar) {
+  return (bar.titleBarState & QStyle::State_Active) == 0 &&
+         IsDark(bar.palette.color(QPalette::Window));
+}
+
+/// An active bar has white buttons; it stands on the ground of an inactive one here.
+QStyleOptionTitleBar WithWhiteButtons(QStyleOptionTitleBar bar) {
+  bar.titleBarState |= QStyle::State_Active;
+  bar.palette.setColor(QPalette::Highlight, bar.palette.color(QPalette::Window));
+  return bar;
+}
+
 }  // namespace
 
 ReadableStyle::ReadableStyle() : QProxyStyle(QStringLiteral("fusion")) {}
@@ -66,6 +79,11 @@ void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
 
 void ReadableStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                        QPainter* painter, const QWidget* widget) const {
+  const auto* bar = qstyleoption_cast<const QStyleOptionTitleBar*>(option);
+  if (control == CC_TitleBar && bar != nullptr && HidesItsButtons(*bar)) {
+    const QStyleOptionTitleBar readable = WithWhiteButtons(*bar);
+    return QProxyStyle::drawComplexControl(control, &readable, painter, widget);
+  }
   QProxyStyle::drawComplexControl(control, option, painter, widget);
   if (control == CC_ComboBox && NeedsOutline(PE_FrameLineEdit, *option))
     DrawOutline(*painter, *option, false);

@@ -1,4 +1,4 @@
-#include "data/combined/CombinedRows.h"
+#include "data/combined/MergedRows.h"
 
 #include <algorithm>
 #include <utility>
