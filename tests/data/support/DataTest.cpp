@@ -74,7 +74,6 @@ bool DataTest::PumpToEnd(const EventLog& log, int ends) {
 }
 
 void DatabaseTest::SetUp() {
-  database_ = GetParam().make();
   const std::string why = database_->WhyUnavailable();
   if (!why.empty()) GTEST_SKIP() << why;
   const std::string body = BodyName();

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -39,19 +40,27 @@ class DataTest : public testing::Test {
   /// Pumps until `log` has seen the end of `ends` operations.
   [[nodiscard]] bool PumpToEnd(const EventLog& log, int ends = 1);
 
+  /// `patience`: how many times longer than usual a database is waited for after a cancel.
+  explicit DataTest(int patience = 1)
+      : data_(queue_, nullptr, RowMemory::OfMachine(), slowdown * patience) {}
+
   PumpQueue queue_;
-  DataAccessObjects data_{queue_, nullptr, RowMemory::OfMachine(), slowdown};
+  DataAccessObjects data_;
 };
 
 /// A behaviour that every database has to show.
 class DatabaseTest : public DataTest, public testing::WithParamInterface<DatabaseParam> {
  protected:
+  DatabaseTest() : DatabaseTest(GetParam().make()) {}
   void SetUp() override;
 
   [[nodiscard]] Database& Db() const { return *database_; }
   [[nodiscard]] std::shared_ptr<Connection> Connect() { return ConnectTo(Db().ConnectionString()); }
 
  private:
+  explicit DatabaseTest(std::shared_ptr<Database> database)
+      : DataTest(database->Traits().patience), database_(std::move(database)) {}
+
   std::shared_ptr<Database> database_;
 };
 

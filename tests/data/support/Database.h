@@ -35,6 +35,9 @@ struct DatabaseTraits {
   bool hasServer = true;            ///< It can be ended while a connection is open.
   bool tellsTransaction = true;     ///< What the user's own transaction is like.
   bool syntaxErrorHasState = true;  ///< An error carries SQLSTATE or a native code.
+  /// How many times longer than usual it is waited for after a cancel: what stands between takes
+  /// its time on a busy machine.
+  int patience = 1;
 };
 
 /// A body that cannot hold on a database, and why.

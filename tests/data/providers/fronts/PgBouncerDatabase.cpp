@@ -22,6 +22,7 @@ class PgBouncerDatabase : public PostgresDatabase {
   [[nodiscard]] DatabaseTraits Traits() const override {
     DatabaseTraits traits = PostgresDatabase::Traits();
     traits.holdsLongValues = false;
+    traits.patience = 4;
     return traits;
   }
   void RestartServer() override {
