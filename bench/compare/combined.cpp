@@ -69,12 +69,7 @@ std::shared_ptr<ClientRecordset> MakeRows(std::int64_t rows, bool mixed, bool ed
   sink.CloseChunk();
   std::vector<FieldInfo> fields(columns);
   for (std::size_t i = 0; i < columns; ++i) fields[i].name = "column " + std::to_string(i);
-  auto recordset = std::make_shared<ClientRecordset>(std::weak_ptr<CursorHost>(), std::string(),
-                                                     LockType::ReadOnly);
-  recordset->BeginRows(nullptr, std::move(fields));
-  recordset->AddRows(nullptr, sink.TakeChunks());
-  recordset->EndRows(nullptr, {});
-  return recordset;
+  return ClientRecordset::Of(std::move(fields), sink.TakeChunks());
 }
 
 double HeldNow() {

@@ -14,6 +14,16 @@ ClientRecordset::ClientRecordset(std::weak_ptr<CursorHost> host, std::string sou
 
 ClientRecordset::~ClientRecordset() { UseRows(nullptr); }
 
+std::shared_ptr<ClientRecordset> ClientRecordset::Of(std::vector<FieldInfo> fields,
+                                                     std::vector<ChunkPtr> chunks) {
+  auto recordset = std::make_shared<ClientRecordset>(std::weak_ptr<CursorHost>(), std::string(),
+                                                     LockType::ReadOnly);
+  recordset->BeginRows(nullptr, std::move(fields));
+  recordset->AddRows(nullptr, std::move(chunks));
+  recordset->EndRows(nullptr, {});
+  return recordset;
+}
+
 // --- where they come from --------------------------------------------------------------------
 
 std::shared_ptr<Connection> ClientRecordset::ActiveConnection() const {

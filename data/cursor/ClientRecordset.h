@@ -27,6 +27,9 @@ class ClientRecordset : public RowCursor,
  public:
   ClientRecordset(std::weak_ptr<CursorHost> host, std::string source, LockType lock);
   ~ClientRecordset() override;
+  /// Rows that no command gave: complete, read-only, without a connection.
+  [[nodiscard]] static std::shared_ptr<ClientRecordset> Of(std::vector<FieldInfo> fields,
+                                                           std::vector<ChunkPtr> chunks);
 
   [[nodiscard]] std::shared_ptr<Connection> ActiveConnection() const override;
 

@@ -32,12 +32,7 @@ CombinedAccess::MakeRecordset(std::vector<FieldInfo> fields,
     sink.EndRow();
   }
   sink.CloseChunk();
-  auto recordset = std::make_shared<ClientRecordset>(std::weak_ptr<CursorHost>(), std::string(),
-                                                     LockType::ReadOnly);
-  recordset->BeginRows(nullptr, std::move(fields));
-  recordset->AddRows(nullptr, sink.TakeChunks());
-  recordset->EndRows(nullptr, {});
-  return recordset;
+  return ClientRecordset::Of(std::move(fields), sink.TakeChunks());
 }
 
 std::shared_ptr<Recordset> CombinedAccess::MergeRows(const std::vector<NamedRows>& parts) {

@@ -137,20 +137,15 @@ bool dlgAsync::ForEach(const std::string& message, const Connection* connection,
     return true;
   }
   InitProgress(message, static_cast<double>(count), connection);
+  const UnloadAtEnd unload(*this);
   bool goesOn = true;
-  try {
-    std::int64_t taken = 0;
-    for (std::int64_t i = 0; i < count && goesOn; ++i) {
-      step(i);
-      if (++taken < atOnce) continue;
-      goesOn = DoProgress(static_cast<double>(taken));
-      taken = 0;
-    }
-  } catch (...) {
-    Unload();
-    throw;
+  std::int64_t taken = 0;
+  for (std::int64_t i = 0; i < count && goesOn; ++i) {
+    step(i);
+    if (++taken < atOnce) continue;
+    goesOn = DoProgress(static_cast<double>(taken));
+    taken = 0;
   }
-  Unload();
   return goesOn;
 }
 

@@ -122,4 +122,17 @@ class dlgAsync {
   Operations operations_;  ///< Those waited for.
 };
 
+/// Ends what InitProcess or InitProgress began, however the work under it ends.
+class UnloadAtEnd {
+ public:
+  /// `async` outlives this object.
+  explicit UnloadAtEnd(dlgAsync& async) : async_(async) {}
+  ~UnloadAtEnd() { async_.Unload(); }
+  UnloadAtEnd(const UnloadAtEnd&) = delete;
+  UnloadAtEnd& operator=(const UnloadAtEnd&) = delete;
+
+ private:
+  dlgAsync& async_;
+};
+
 }  // namespace tessel

@@ -14,21 +14,6 @@ constexpr int confirmContext = 8203;
 constexpr int propertiesOfQueryContext = 8405;
 constexpr const char* sqlFilter = "SQL Files (*.sql)|*.sql";
 
-/// The progress window without a bar, for as long as this lives.
-class ProcessShown {
- public:
-  ProcessShown(dlgAsync& async, const std::string& message, const Connection& connection)
-      : async_(async) {
-    async.InitProcess(message, &connection);
-  }
-  ~ProcessShown() { async_.Unload(); }
-  ProcessShown(const ProcessShown&) = delete;
-  ProcessShown& operator=(const ProcessShown&) = delete;
-
- private:
-  dlgAsync& async_;
-};
-
 }  // namespace
 
 bool frmRecords::DoQueryTags(const std::string& taggedSQL, bool confirmFirst, int historyPosition) {
@@ -50,7 +35,8 @@ std::optional<PreparedQuery> frmRecords::Prepare(const std::string& taggedSQL, b
 std::optional<SubstitutedText> frmRecords::Preprocess(const std::string& taggedSQL) {
   if (!MayHoldTags(taggedSQL)) return SubstitutedText{taggedSQL};
   try {
-    const ProcessShown shown(async_, "Preprocessing SQL...", *mCn_);
+    async_.InitProcess("Preprocessing SQL...", mCn_.get());
+    const UnloadAtEnd unload(async_);
     return SubstituteTags(taggedSQL, *this);
   } catch (const Error& error) {
     help_.HelpMsgBoxNotice(error.Description(), MessageButtons::Ok, MessageIcon::Exclamation);

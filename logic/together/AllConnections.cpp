@@ -13,20 +13,6 @@ namespace tessel {
 
 namespace {
 
-/// The progress window with a bar, for as long as this lives.
-class ProgressShown {
- public:
-  ProgressShown(dlgAsync& async, const std::string& message, std::int64_t total) : async_(async) {
-    async.InitProgress(message, static_cast<double>(total));
-  }
-  ~ProgressShown() { async_.Unload(); }
-  ProgressShown(const ProgressShown&) = delete;
-  ProgressShown& operator=(const ProgressShown&) = delete;
-
- private:
-  dlgAsync& async_;
-};
-
 std::string Joined(const std::vector<std::string>& names) {
   std::string text;
   for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
@@ -185,7 +171,8 @@ void AllConnections::ShowDifferencesOf(const NamedRows& a, const NamedRows& b,
 /// False when the user cancelled it.
 bool AllConnections::Compare(RowComparison& comparison) {
   constexpr std::int64_t rowsAtOnce = 4096;
-  const ProgressShown shown(async_, "Comparing records...", comparison.Total());
+  async_.InitProgress("Comparing records...", static_cast<double>(comparison.Total()));
+  const UnloadAtEnd unload(async_);
   while (comparison.Done() < comparison.Total()) {
     const std::int64_t before = comparison.Done();
     comparison.Step(rowsAtOnce);
