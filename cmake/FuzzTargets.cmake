@@ -2,6 +2,7 @@
 #   cmake -S . -B build/fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DTESSEL_LOGIC_ONLY=ON -DTESSEL_FUZZ=ON
 #   cmake --build build/fuzz --target tag_scanner_fuzz
 #   build/fuzz/tag_scanner_fuzz -dict=tests/fuzz/tags.dict -max_total_time=60
+# and in the same way sql_statements_fuzz with tests/fuzz/sql.dict.
 option(TESSEL_FUZZ "Build the fuzz targets (needs clang)" OFF)
 
 # tessel_fuzz(<name> <source>...): the sources it looks into are built into it, so that the fuzzer
@@ -23,4 +24,6 @@ elseif(TESSEL_FUZZ)
   file(GLOB fuzz_contract CONFIGURE_DEPENDS contract/*/*.cpp)
   tessel_fuzz(tag_scanner_fuzz tests/fuzz/TagScannerFuzz.cpp tests/support/TagScannerProperty.cpp
               logic/tags/TagScanner.cpp logic/program/Global.cpp logic/program/Characters.cpp ${fuzz_contract})
+  tessel_fuzz(sql_statements_fuzz tests/fuzz/SqlStatementsFuzz.cpp tests/support/SqlStatementsProperty.cpp
+              ${fuzz_contract})
 endif()
