@@ -33,6 +33,13 @@ std::size_t CharacterStart(std::string_view text, std::size_t position) {
   return position;
 }
 
+std::size_t ByteOfCharacter(std::string_view text, std::size_t character) {
+  std::size_t byte = 0;
+  for (; byte < text.size(); ++byte)
+    if (!ContinuesCharacter(text[byte]) && character-- == 0) break;
+  return byte;
+}
+
 bool IsValidUtf8(std::string_view text) {
   while (!text.empty()) {
     const std::size_t length = CharacterLength(text);

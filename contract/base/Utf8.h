@@ -22,6 +22,10 @@ namespace tessel {
 /// text. It looks for continuing bytes only, so it also works in a text that is not valid.
 [[nodiscard]] std::size_t CharacterStart(std::string_view text, std::size_t position);
 
+/// The byte at which character number `character` (from 0) of a valid text begins; the end of the
+/// text when it has no more than so many.
+[[nodiscard]] std::size_t ByteOfCharacter(std::string_view text, std::size_t character);
+
 /// Whether the whole text is made of valid characters; an empty one is, and NUL is one too. Texts
 /// of files and databases need not be: the program keeps their bytes and asks here before it edits
 /// them in a box that would change them.

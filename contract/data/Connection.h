@@ -12,6 +12,7 @@
 #include "contract/data/CombinedRows.h"
 #include "contract/data/Operation.h"
 #include "contract/data/Recordset.h"
+#include "contract/data/Transaction.h"
 
 namespace tessel {
 
@@ -28,27 +29,6 @@ enum class SchemaRowset {
                  ///< TABLE"), DESCRIPTION, NEEDS_SCHEMA (SQL finds the table only with its schema,
                  ///< or else its catalog, in front). Restrictions: TABLE_CATALOG, TABLE_SCHEMA,
                  ///< TABLE_NAME, TABLE_TYPE.
-};
-
-/// What the user's own transaction is like.
-enum class UserTransaction {
-  None,     ///< Each statement is its own transaction.
-  Waiting,  ///< None yet: autocommit is off, and the next statement begins one.
-  Open,     ///< Begun and not ended; what was done since can be undone.
-  Failed,   ///< Nothing but its end is accepted.
-  Unknown   ///< The database does not tell: there may be one.
-};
-
-/// Whether `state` is that of a transaction whose work is lost with the session.
-[[nodiscard]] constexpr bool IsUnderWay(UserTransaction state) {
-  return state == UserTransaction::Open || state == UserTransaction::Failed;
-}
-
-/// The user's own transaction as a connection saw it last.
-struct TransactionState {
-  UserTransaction state = UserTransaction::None;
-  /// When it was first seen, while it is under way.
-  std::chrono::system_clock::time_point since = {};
 };
 
 /// One session with one database. UI thread only, except where said.

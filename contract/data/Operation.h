@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -7,6 +8,7 @@
 
 #include "contract/base/Error.h"
 #include "contract/base/Event.h"
+#include "contract/data/Transaction.h"
 
 namespace tessel {
 
@@ -87,12 +89,31 @@ class Operation {
 /// it was cancelled.
 void Finish(Operation& operation);
 
+/// A statement of a command's text.
+struct StatementPlace {
+  std::int64_t number = 0;  ///< From 1; 0: the database does not tell which one it is.
+  std::size_t begin = 0;    ///< Bytes of the text, [begin, end).
+  std::size_t end = 0;
+};
+
+/// Where the text of a command was left before its end.
+struct TextStop {
+  StatementPlace statement;  ///< The one that failed, or ran when a cancel ended it.
+  /// The statements up to this number stay done, whatever becomes of the others; nothing where the
+  /// driver does not tell.
+  std::optional<std::int64_t> keptUpTo;
+  /// What is true of the done ones behind those. None: they were undone. Open: they wait for COMMIT
+  /// or ROLLBACK. Failed: only ROLLBACK is accepted. Unknown: the database does not tell.
+  UserTransaction transaction = UserTransaction::Unknown;
+};
+
 /// What one statement of a command came to. A result outlives its operation and its connection for
 /// as long as it is held; the rows stay readable then.
 struct CommandResult {
   std::shared_ptr<Recordset> rows;    ///< Open; null: the statement gives no columns.
   std::int64_t recordsAffected = -1;  ///< Of a statement without columns; -1: not told.
   std::vector<ErrorInfo> notices;     ///< Reported since the result before.
+  StatementPlace statement;           ///< Whose result it is; one may have several.
 };
 
 /// A command, or a schema rowset. Rows may be looked at while they arrive: their number grows
@@ -102,14 +123,18 @@ class QueryOperation : public Operation {
   /// Of RecordsAffected: no execution has completed.
   static constexpr std::int64_t notExecuted = -2;
 
-  /// Every result so far, in the order of the command. Only the rows of the first one with columns
-  /// can be changed.
+  /// Every result so far, in the order of the command. Of a text with very many only the rows of
+  /// the first hundred with columns can be changed.
   [[nodiscard]] const std::vector<CommandResult>& Results() const { return results_; }
   /// The first result with columns: what a window shows. Null while there is none.
   [[nodiscard]] std::shared_ptr<Recordset> FirstRows() const;
   /// What the statements up to the first result with columns affected, together: -1 when none of
   /// them told, notExecuted before the execution has completed.
   [[nodiscard]] std::int64_t RecordsAffected() const { return recordsAffected_; }
+
+  /// Where the text was left; nothing when it ran to its end. Only after the end. An error behind
+  /// the first result with columns leaves the outcome Done, and stops the text all the same.
+  [[nodiscard]] const std::optional<TextStop>& Stop() const { return stop_; }
 
   /// The first result with columns is there; once, before the Progress or Ended that goes with it.
   Event<> RowsBegan;
@@ -122,9 +147,11 @@ class QueryOperation : public Operation {
   /// To add notices to it; only when there is a result.
   [[nodiscard]] CommandResult& LastResult() { return results_.back(); }
   void SetRecordsAffected(std::int64_t count) { recordsAffected_ = count; }
+  void StopAt(TextStop stop) { stop_ = stop; }
 
  private:
   std::vector<CommandResult> results_;
+  std::optional<TextStop> stop_;
   std::int64_t recordsAffected_ = notExecuted;
 };
 

@@ -42,19 +42,27 @@ void DataOperation::TakeResult(ResultNews& result, std::int64_t recordsAffected)
           std::make_shared<ClientRecordset>(host_, settings_.source, settings_.lock));
       recordset->BeginRows(task_, std::move(result.fields));
     }
-    Add({recordset, result.recordsAffected, std::move(result.notices)});
+    Add({recordset, result.recordsAffected, std::move(result.notices), result.statement});
   } else if (!Results().empty()) {
     std::ranges::move(result.notices, std::back_inserter(LastResult().notices));
   }
   if (!recordsets_.empty()) recordsets_.back()->AddRows(task_.get(), std::move(result.chunks));
 }
 
-/// Only of the first recordset enough is known to change its rows.
+/// Of the recordsets for which there are no facts too little is known to change their rows.
 void DataOperation::TakeEnd(TaskNews& news, const RowOrigin& origin) {
+  TaskEnd& end = *news.end;
   if (recordsets_.empty()) SetRecordsAffected(news.recordsAffected);
-  else recordsets_.front()->EndRows(task_.get(), {origin, news.end->key, news.end->fields});
+  const std::size_t known = std::min(recordsets_.size(), end.results.size());
+  for (std::size_t i = 0; i < known; ++i)
+    recordsets_[i]->EndRows(
+        task_.get(), {origin, std::move(end.results[i].key), std::move(end.results[i].fields)});
   LeaveRows();
-  End(news.end->failure);
+  if (end.stop) {
+    end.stop->transaction = end.transaction.value_or(UserTransaction::Unknown);
+    StopAt(*end.stop);
+  }
+  End(end.failure);
 }
 
 void DataOperation::Announce(const TaskNews& news, FailureSink& failures) {

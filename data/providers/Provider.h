@@ -57,7 +57,8 @@ class ProviderSession {
 
   /// Runs the whole text as one command, up to and with the first result that has columns, and
   /// gives its fields; none: there is no such result, and the whole text has been run. Each
-  /// statement without columns on the way is told by WorkContext::EndStatement. `sql` is not blank.
+  /// statement without columns on the way is told by WorkContext::EndStatement, and where each one
+  /// begins by BeginStatement, before it runs. `sql` is not blank.
   [[nodiscard]] virtual std::vector<FieldInfo> ExecuteCommand(const std::string& sql,
                                                               WorkContext& context) = 0;
   /// Adds up to `maxRows` rows of the result to `rows`, whose columns are those of its fields.
@@ -71,14 +72,15 @@ class ProviderSession {
   /// Drops what is left of the command, if anything; called once after each ExecuteCommand, also
   /// after one that failed.
   virtual void CloseResult() noexcept = 0;
-  /// Adds to the fields of the first result of the command just closed what could not be asked for
-  /// while rows were on their way, such as base names; names and types stay. Must be quick, as
-  /// FindKey.
-  virtual void CompleteFields(std::vector<FieldInfo>& /*fields*/) {}
+  /// Adds to the fields of result number `result` (from 0, of those with columns) of the command
+  /// just closed what could not be asked for while rows were on their way, such as base names;
+  /// names and types stay. Must be quick, as FindKey.
+  virtual void CompleteFields(std::size_t /*result*/, std::vector<FieldInfo>& /*fields*/) {}
   /// The fields that make a whole primary key, or a unique not-null index, of the one base table of
-  /// `fields`, those of the first result of the command just closed; none when they hold no such
-  /// key. Also asked after a fetch that was cancelled; must be quick.
-  [[nodiscard]] virtual std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) = 0;
+  /// `fields`, those of the same result; none when they hold no such key. Also asked after a fetch
+  /// that was cancelled; must be quick.
+  [[nodiscard]] virtual std::vector<std::size_t> FindKey(std::size_t result,
+                                                         const std::vector<FieldInfo>& fields) = 0;
 
   /// How statements that change rows are to be written for this database; null: it cannot be done.
   [[nodiscard]] virtual const WriteDialect* Writing() { return nullptr; }

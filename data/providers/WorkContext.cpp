@@ -1,5 +1,6 @@
 #include "data/providers/WorkContext.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tessel {
@@ -19,8 +20,15 @@ void WorkContext::NoteFailure(const Error& failure) {
   if (!std::exchange(raised_, false)) reports_.push_back(failure.Info());
 }
 
+void WorkContext::BeginStatement(const StatementPlace& statement, EarlierStatements earlier) {
+  statement_ = statement;
+  if (earlier == EarlierStatements::Stay)
+    keptUpTo_ = std::max<std::int64_t>(statement.number - 1, 0);
+  if (earlier == EarlierStatements::NotKnown) keptUpTo_.reset();
+}
+
 void WorkContext::EndStatement(std::int64_t recordsAffected) {
-  statements_.push_back({recordsAffected, TakeReports()});
+  statements_.push_back({recordsAffected, TakeReports(), statement_});
 }
 
 std::vector<DoneStatement> WorkContext::TakeStatements() { return std::exchange(statements_, {}); }

@@ -2,17 +2,27 @@
 
 #include <atomic>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "contract/base/Error.h"
+#include "contract/data/Operation.h"
 
 namespace tessel {
+
+/// What becomes of the statements before one that fails.
+enum class EarlierStatements {
+  Stay,  ///< They are done for good.
+  MayBeUndone,
+  NotKnown
+};
 
 /// A statement that gave no columns.
 struct DoneStatement {
   std::int64_t recordsAffected = -1;  ///< -1: it does not tell.
   std::vector<ErrorInfo> reports;     ///< Since the statement before.
+  StatementPlace statement;
 };
 
 /// What one piece of work (open, execute and fetch, schema, change of catalog) shares with its
@@ -39,6 +49,14 @@ class WorkContext {
   /// list already.
   void NoteFailure(const Error& failure);
 
+  /// A statement of the command text runs from now on. `earlier`: those before it, when it or one
+  /// behind it fails.
+  void BeginStatement(const StatementPlace& statement, EarlierStatements earlier);
+  /// The one that runs, or ran last.
+  [[nodiscard]] const StatementPlace& Statement() const { return statement_; }
+  /// The statements up to this number stay done; nothing: that is not known.
+  [[nodiscard]] const std::optional<std::int64_t>& KeptUpTo() const { return keptUpTo_; }
+
   /// A statement without columns is done: it affected so many records (-1: it does not tell), and
   /// what was reported since the one before belongs to it.
   void EndStatement(std::int64_t recordsAffected);
@@ -50,6 +68,8 @@ class WorkContext {
 
  private:
   std::atomic<bool> stopAsked_ = false;
+  StatementPlace statement_;
+  std::optional<std::int64_t> keptUpTo_;
   std::vector<DoneStatement> statements_;
   std::vector<ErrorInfo> reports_;
   bool raised_ = false;

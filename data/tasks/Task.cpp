@@ -22,6 +22,26 @@ ResultNews& LatestResult(TaskNews& news) {
   return news.results.back();
 }
 
+/// Of so many results it is asked what their rows come from; the rows of those behind cannot be
+/// changed.
+constexpr std::size_t mostDescribed = 100;
+
+void MakeReadOnly(std::vector<FieldInfo>& fields) {
+  for (FieldInfo& field : fields) field.updatable = false;
+}
+
+/// What there is to know of a result of the command that was just closed. Where rows come from
+/// several tables no change could tell which row it is to hit, and there are providers that cannot
+/// change any.
+ResultFacts Describe(ProviderSession& session, std::size_t result, std::vector<FieldInfo> fields) {
+  session.CompleteFields(result, fields);
+  std::vector<std::size_t> key = session.FindKey(result, fields);
+  const WriteDialect* writing = session.Writing();
+  const bool canWrite = writing != nullptr && !(writing->needsKey && key.empty());
+  if (OneBaseTable(fields) == nullptr || !canWrite) MakeReadOnly(fields);
+  return {std::move(fields), std::move(key)};
+}
+
 void ThrowIfAny(const std::optional<Error>& error) {
   if (error) throw Error(*error);
 }
@@ -101,8 +121,9 @@ void Task::TakeInStatements() {
     if (statement.recordsAffected >= 0)
       recordsAffected_ = std::max<std::int64_t>(recordsAffected_, 0) + statement.recordsAffected;
     news_.reports += statement.reports;
-    news_.results.push_back(
-        {.recordsAffected = statement.recordsAffected, .notices = std::move(statement.reports)});
+    news_.results.push_back({.recordsAffected = statement.recordsAffected,
+                             .notices = std::move(statement.reports),
+                             .statement = statement.statement});
   }
   if (!hasResult_) news_.recordsAffected = recordsAffected_;
 }
@@ -206,6 +227,7 @@ bool ExecuteTask::Advance(ProviderSession& session) {
       case Stage::Next: return BeginNext(session);
     }
   } catch (const Error& error) {
+    NoteStop();
     if (!behindFirst_ || error.Number() == errorNumber::cancelled) throw;
     NoteFailure(error);
   }
@@ -218,39 +240,40 @@ void ExecuteTask::LeaveCommand(ProviderSession& session) noexcept {
   session.CloseResult();
   try {
     NoteCatalog(session);
-    if (!fields_.empty()) TellFields(session);
+    TellFields(session);
   } catch (const std::exception&) {
     return;
   }
 }
 
-/// Where rows come from several tables no change could tell which row it is to hit, and there are
-/// providers that cannot change any.
+void ExecuteTask::NoteStop() {
+  const TextStop stop{Statement(), KeptUpTo()};
+  PrepareEnd([&](TaskEnd& end) { end.stop = stop; });
+}
+
+/// Of which result it cannot be learnt, its rows cannot be changed; that says nothing of the
+/// others.
 void ExecuteTask::TellFields(ProviderSession& session) {
-  session.CompleteFields(fields_);
-  std::vector<std::size_t> key = session.FindKey(fields_);
-  const WriteDialect* writing = session.Writing();
-  const bool canWrite = writing != nullptr && !(writing->needsKey && key.empty());
-  if (OneBaseTable(fields_) == nullptr || !canWrite)
-    for (FieldInfo& field : fields_) field.updatable = false;
-  PrepareEnd([&](TaskEnd& end) {
-    end.fields = fields_;
-    end.key = std::move(key);
-  });
+  std::vector<ResultFacts> results;
+  for (std::size_t i = 0; i < fields_.size(); ++i) {
+    try {
+      results.push_back(Describe(session, i, fields_[i]));
+    } catch (const Error&) {
+      MakeReadOnly(fields_[i]);
+      results.push_back({fields_[i], {}});
+    }
+  }
+  PrepareEnd([&](TaskEnd& end) { end.results = std::move(results); });
 }
 
 bool ExecuteTask::BeginFirst(ProviderSession& session) {
-  fields_ = session.ExecuteCommand(sql_, *this);
-  return BeginResult(fields_);
+  return BeginResult(session.ExecuteCommand(sql_, *this));
 }
 
-/// Rows behind those of the first result cannot be changed.
 bool ExecuteTask::BeginNext(ProviderSession& session) {
   behindFirst_ = true;
   rowsBefore_ = rowsSoFar_;
-  std::vector<FieldInfo> fields = session.NextResult(*this);
-  for (FieldInfo& field : fields) field.updatable = false;
-  return BeginResult(std::move(fields));
+  return BeginResult(session.NextResult(*this));
 }
 
 /// Tells whether there are rows to be fetched. What was done is told in any case: what follows may
@@ -262,11 +285,13 @@ bool ExecuteTask::BeginResult(std::vector<FieldInfo> fields) {
   }
   stage_ = Stage::Rows;
   rows_ = RowSink(fields.size());
+  if (fields_.size() < mostDescribed) fields_.push_back(fields);
+  else MakeReadOnly(fields);
   lastLook_ = lastHandOver_ = lastChunk_ = lastProgress_ = std::chrono::steady_clock::now();
   Tell(
       [&](TaskNews& news) {
         news.executed = news.executed || !behindFirst_;
-        news.results.push_back({.fields = std::move(fields)});
+        news.results.push_back({.fields = std::move(fields), .statement = Statement()});
       },
       true);
   return true;

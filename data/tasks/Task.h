@@ -24,6 +24,13 @@ struct ResultNews {
   std::int64_t recordsAffected = -1;   ///< Of one without columns that begins.
   std::vector<ErrorInfo> notices = {};
   std::vector<ChunkPtr> chunks = {};
+  StatementPlace statement = {};  ///< Of one that begins.
+};
+
+/// What is known of a result with columns when its command has ended.
+struct ResultFacts {
+  std::vector<FieldInfo> fields;  ///< Complete.
+  std::vector<std::size_t> key;   ///< Those of a whole unique key among them.
 };
 
 /// What is known when a task has ended. It is told with the end and not before: however early a
@@ -32,8 +39,8 @@ struct TaskEnd {
   std::optional<ErrorInfo> failure;
   bool sessionLost = false;
   std::optional<std::string> catalog;          ///< The one in use, where it is known.
-  std::vector<FieldInfo> fields;               ///< Those of the first result, complete.
-  std::vector<std::size_t> key;                ///< The fields of a whole unique key among them.
+  std::vector<ResultFacts> results;            ///< Those with columns, as far as it was asked.
+  std::optional<TextStop> stop;                ///< Where a command was left before its end.
   std::optional<UserTransaction> transaction;  ///< The user's, where it is known.
 };
 
@@ -200,17 +207,18 @@ class ExecuteTask : public Task {
   [[nodiscard]] std::optional<Error> HandOver(bool tell);
   [[nodiscard]] std::optional<Error> HandOverLast();
   void LeaveCommand(ProviderSession& session) noexcept;
+  void NoteStop();
   void TellFields(ProviderSession& session);
 
   std::string sql_;
   ChunkKeeper keeper_;
   const FetchPace pace_;
   Stage stage_ = Stage::Command;
-  bool behindFirst_ = false;       ///< The first result with columns has been fetched.
-  std::vector<FieldInfo> fields_;  ///< Of that first result.
-  RowSink rows_{0};                ///< Of the present one.
-  std::int64_t rowsBefore_ = 0;    ///< Of the results before it.
-  std::int64_t rowsSoFar_ = 0;     ///< With those of the present one that were handed over.
+  bool behindFirst_ = false;                    ///< The first result with columns has been fetched.
+  std::vector<std::vector<FieldInfo>> fields_;  ///< Of the results with columns.
+  RowSink rows_{0};                             ///< Of the present one.
+  std::int64_t rowsBefore_ = 0;                 ///< Of the results before it.
+  std::int64_t rowsSoFar_ = 0;  ///< With those of the present one that were handed over.
   std::chrono::steady_clock::time_point lastLook_;
   std::chrono::steady_clock::time_point lastHandOver_;
   std::chrono::steady_clock::time_point lastChunk_;

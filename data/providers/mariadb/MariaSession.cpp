@@ -118,6 +118,7 @@ Properties MariaSession::ReadProperties() {
 // --- commands ------------------------------------------------------------------------------------
 
 std::vector<FieldInfo> MariaSession::ExecuteCommand(const std::string& sql, WorkContext& context) {
+  walk_ = TextWalk(sql, SqlDialect::MariaDB, context);
   counts_ = CountsRows(sql);
   keepsFoundRows_ = HasWord(sql, {"sql_calc_found_rows"});
   warnings_ = lostWarnings_ = 0;
@@ -135,6 +136,7 @@ std::vector<FieldInfo> MariaSession::NextResult(WorkContext& context) {
   std::vector<FieldInfo> fields = Guarded(context, [&] {
     result_ = MariaResult();
     CountWarnings();
+    walk_.LeaveRows(WhenDone(), context);
     ended_ = !NextStatement();
     return ended_ ? std::vector<FieldInfo>() : FindRows(context);
   });
@@ -165,9 +167,14 @@ std::vector<FieldInfo> MariaSession::FindRows(WorkContext& context) {
     if (result_) return BeginResult();
     context.EndStatement(counts_ ? connection_->AffectedRows() : -1);
     CountWarnings();
+    walk_.Next(WhenDone(), context);
   } while (NextStatement());
   ended_ = true;
   return {};
+}
+
+EarlierStatements MariaSession::WhenDone() const {
+  return connection_->InTransaction() ? EarlierStatements::MayBeUndone : EarlierStatements::Stay;
 }
 
 /// Goes to the first row before it tells the columns: these come from the server before the
@@ -247,12 +254,13 @@ void MariaSession::CloseResult() noexcept {
 }
 
 /// The alias of a query is told like a table: where there is no such table, nothing can be written.
-void MariaSession::CompleteFields(std::vector<FieldInfo>& fields) {
+void MariaSession::CompleteFields(std::size_t /*result*/, std::vector<FieldInfo>& fields) {
   if (keepsFoundRows_ || !IsAlive()) return;
   CompleteMariaFields(*connection_, fields);
 }
 
-std::vector<std::size_t> MariaSession::FindKey(const std::vector<FieldInfo>& fields) try {
+std::vector<std::size_t> MariaSession::FindKey(std::size_t /*result*/,
+                                               const std::vector<FieldInfo>& fields) try {
   const FieldInfo* base = OneBaseTable(fields);
   if (base == nullptr || keepsFoundRows_ || !IsAlive()) return {};
   return KeyFields(fields, ReadMariaKeys(*connection_, *base));

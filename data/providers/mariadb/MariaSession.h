@@ -8,6 +8,7 @@
 
 #include "data/providers/CancelSwitch.h"
 #include "data/providers/Provider.h"
+#include "data/providers/TextWalk.h"
 #include "data/providers/mariadb/MariaApi.h"
 #include "data/providers/mariadb/MariaKeys.h"
 #include "data/providers/mariadb/MariaTypes.h"
@@ -32,8 +33,9 @@ class MariaSession : public ProviderSession {
   [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, WorkContext& context) override;
   [[nodiscard]] std::vector<FieldInfo> NextResult(WorkContext& context) override;
   void CloseResult() noexcept override;
-  void CompleteFields(std::vector<FieldInfo>& fields) override;
-  [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
+  void CompleteFields(std::size_t result, std::vector<FieldInfo>& fields) override;
+  [[nodiscard]] std::vector<std::size_t> FindKey(std::size_t result,
+                                                 const std::vector<FieldInfo>& fields) override;
 
   [[nodiscard]] const WriteDialect* Writing() override { return &dialect_; }
   [[nodiscard]] UserTransaction Transaction() override;
@@ -66,6 +68,7 @@ class MariaSession : public ProviderSession {
   [[nodiscard]] bool NextStatement();
   [[nodiscard]] std::vector<FieldInfo> FindRows(WorkContext& context);
   [[nodiscard]] std::vector<FieldInfo> BeginResult();
+  [[nodiscard]] EarlierStatements WhenDone() const;
   void CountWarnings();
   void AppendRow(RowSink& rows) const;
   void ReportWarnings(WorkContext& context);
@@ -85,6 +88,7 @@ class MariaSession : public ProviderSession {
 
   // The command that runs, or ran last.
   bool ended_ = true;  ///< Nothing of it is left at the server.
+  TextWalk walk_;
   bool counts_ = false;
   bool keepsFoundRows_ = false;  ///< What it found is asked for by a command to come.
   unsigned warnings_ = 0;        ///< Of its last statement so far.

@@ -108,6 +108,31 @@ MemoryResult& MemoryResult::HoldAtRow(std::size_t row) {
   return *this;
 }
 
+MemoryResult& MemoryResult::Then(MemoryResult next) {
+  next.table = table + "_" + std::to_string(then.size() + 2);
+  then.push_back(std::move(next));
+  return *this;
+}
+
+MemoryResult MemoryResult::Rows(std::vector<FieldInfo> fields, MemoryRows rows) {
+  MemoryResult result;
+  result.fields = std::move(fields);
+  *result.rows = std::move(rows);
+  return result;
+}
+
+MemoryResult MemoryResult::Count(std::int64_t recordsAffected) {
+  MemoryResult result;
+  result.recordsAffected = recordsAffected;
+  return result;
+}
+
+MemoryResult MemoryResult::Failure(ErrorInfo error) {
+  MemoryResult result;
+  result.failure = std::move(error);
+  return result;
+}
+
 std::vector<FieldInfo> MemoryResult::DescribedFields() const {
   std::vector<FieldInfo> described = fields;
   if (!writable) return described;
@@ -128,24 +153,17 @@ MemoryServer::MemoryServer() {
 
 MemoryResult& MemoryServer::Answer(const std::string& sql, std::vector<FieldInfo> fields,
                                    MemoryRows rows) {
-  MemoryResult result;
-  result.fields = std::move(fields);
-  *result.rows = std::move(rows);
-  return Add(sql, std::move(result));
+  return Add(sql, MemoryResult::Rows(std::move(fields), std::move(rows)));
 }
 
 MemoryResult& MemoryServer::AnswerCount(const std::string& sql, std::int64_t recordsAffected) {
-  MemoryResult result;
-  result.recordsAffected = recordsAffected;
-  return Add(sql, std::move(result));
+  return Add(sql, MemoryResult::Count(recordsAffected));
 }
 
 MemoryResult& MemoryServer::AnswerNothing(const std::string& sql) { return AnswerCount(sql, -1); }
 
 MemoryResult& MemoryServer::AnswerError(const std::string& sql, ErrorInfo error) {
-  MemoryResult result;
-  result.failure = std::move(error);
-  return Add(sql, std::move(result));
+  return Add(sql, MemoryResult::Failure(std::move(error)));
 }
 
 MemoryResult& MemoryServer::Add(const std::string& sql, MemoryResult result) {
@@ -171,8 +189,11 @@ const MemoryResult& MemoryServer::TakeAnswer(const std::string& sql) {
 
 MemoryResult* MemoryServer::FindTable(std::string_view table) {
   for (auto& [sql, answers] : answers_)
-    for (MemoryResult& result : answers.list)
+    for (MemoryResult& result : answers.list) {
       if (result.table == table) return &result;
+      for (MemoryResult& next : result.then)
+        if (next.table == table) return &next;
+    }
   return nullptr;
 }
 

@@ -49,6 +49,7 @@ struct MemoryResult {
   std::optional<UserTransaction> transaction;  ///< What the user's is like afterwards.
   bool holdExecuting = false;                  ///< Runs until it is cancelled or resumed.
   std::optional<std::size_t> holdAtRow;        ///< The fetch stops here until cancelled or resumed.
+  std::vector<MemoryResult> then;              ///< What the statements behind it come to.
 
   MemoryResult& Notices(std::vector<ErrorInfo> list);
   MemoryResult& FailAtRow(std::size_t row, ErrorInfo error);
@@ -59,6 +60,12 @@ struct MemoryResult {
   MemoryResult& Leaves(UserTransaction state);
   MemoryResult& HoldExecuting();
   MemoryResult& HoldAtRow(std::size_t row);
+  /// What the next statement of the same text comes to; it can have rows, a count or a failure.
+  MemoryResult& Then(MemoryResult next);
+  /// A result of its own, for Then.
+  [[nodiscard]] static MemoryResult Rows(std::vector<FieldInfo> fields, MemoryRows rows);
+  [[nodiscard]] static MemoryResult Count(std::int64_t recordsAffected);
+  [[nodiscard]] static MemoryResult Failure(ErrorInfo error);
 
   /// The fields as a database describes them: with their table and column where rows are writable.
   [[nodiscard]] std::vector<FieldInfo> DescribedFields() const;

@@ -32,7 +32,38 @@ void MemorySession::Close() noexcept {
 std::vector<FieldInfo> MemorySession::ExecuteCommand(const std::string& sql, WorkContext& context) {
   RequireAlive();
   log_->executed.push_back({connectionString_, sql, !waitedFor_});
-  result_ = server_.TakeAnswer(sql);
+  const MemoryResult& first = server_.TakeAnswer(sql);
+  next_.assign(first.then.begin(), first.then.end());
+  next_.push_front(first);
+  uniqueRows_.clear();
+  walk_ = TextWalk(sql, SqlDialect::Standard, context);
+  return FindRows(context);
+}
+
+std::vector<FieldInfo> MemorySession::NextResult(WorkContext& context) {
+  RequireAlive();
+  walk_.LeaveRows(WhenDone(), context);
+  return FindRows(context);
+}
+
+EarlierStatements MemorySession::WhenDone() const {
+  return transaction_ == UserTransaction::None ? EarlierStatements::Stay
+                                               : EarlierStatements::MayBeUndone;
+}
+
+/// Goes on to the next statement with columns.
+std::vector<FieldInfo> MemorySession::FindRows(WorkContext& context) {
+  std::vector<FieldInfo> fields;
+  while (fields.empty() && !next_.empty()) {
+    result_ = std::move(next_.front());
+    next_.pop_front();
+    fields = BeginStatement(context);
+    if (fields.empty()) walk_.Next(WhenDone(), context);
+  }
+  return fields;
+}
+
+std::vector<FieldInfo> MemorySession::BeginStatement(WorkContext& context) {
   fetched_ = 0;
   for (const ErrorInfo& notice : result_.notices) context.Report(notice);
   transaction_ = result_.transaction.value_or(transaction_);
@@ -40,6 +71,7 @@ std::vector<FieldInfo> MemorySession::ExecuteCommand(const std::string& sql, Wor
   catalog_ = result_.newCatalog.value_or(catalog_);
   std::vector<FieldInfo> fields = result_.DescribedFields();
   if (fields.empty() || result_.recordsAffected >= 0) context.EndStatement(result_.recordsAffected);
+  if (!fields.empty()) uniqueRows_.push_back(result_.uniqueRows);
   return fields;
 }
 
@@ -66,8 +98,9 @@ std::size_t MemorySession::BlockEnd(std::size_t maxRows) const {
   return std::max(end, fetched_);
 }
 
-std::vector<std::size_t> MemorySession::FindKey(const std::vector<FieldInfo>& /*fields*/) {
-  return result_.uniqueRows ? std::vector<std::size_t>{0} : std::vector<std::size_t>();
+std::vector<std::size_t> MemorySession::FindKey(std::size_t result,
+                                                const std::vector<FieldInfo>& /*fields*/) {
+  return uniqueRows_.at(result) ? std::vector<std::size_t>{0} : std::vector<std::size_t>();
 }
 
 // --- changes -----------------------------------------------------------------------------------

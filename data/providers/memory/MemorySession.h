@@ -1,10 +1,12 @@
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "data/providers/Provider.h"
+#include "data/providers/TextWalk.h"
 #include "data/providers/memory/MemoryServer.h"
 #include "data/providers/memory/MemoryWriter.h"
 
@@ -53,9 +55,10 @@ class MemorySession final : public ProviderSession {
   [[nodiscard]] std::vector<FieldInfo> ExecuteCommand(const std::string& sql,
                                                       WorkContext& context) override;
   [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, WorkContext& context) override;
-  [[nodiscard]] std::vector<FieldInfo> NextResult(WorkContext& /*context*/) override { return {}; }
+  [[nodiscard]] std::vector<FieldInfo> NextResult(WorkContext& context) override;
   void CloseResult() noexcept override {}
-  [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
+  [[nodiscard]] std::vector<std::size_t> FindKey(std::size_t result,
+                                                 const std::vector<FieldInfo>& fields) override;
   [[nodiscard]] const WriteDialect* Writing() override { return &dialect_; }
   [[nodiscard]] UserTransaction Transaction() override { return transaction_; }
   [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
@@ -77,6 +80,9 @@ class MemorySession final : public ProviderSession {
 
  private:
   void RequireAlive() const;
+  [[nodiscard]] std::vector<FieldInfo> BeginStatement(WorkContext& context);
+  [[nodiscard]] std::vector<FieldInfo> FindRows(WorkContext& context);
+  [[nodiscard]] EarlierStatements WhenDone() const;
   [[nodiscard]] std::size_t BlockEnd(std::size_t maxRows) const;
 
   MemoryServer& server_;
@@ -84,8 +90,11 @@ class MemorySession final : public ProviderSession {
   const std::string connectionString_;
   const WriteDialect dialect_ = MemoryDialect();
   MemoryWriter writer_;
-  MemoryResult result_;      ///< Of the last command.
-  std::size_t fetched_ = 0;  ///< Of its rows.
+  TextWalk walk_;
+  MemoryResult result_;            ///< Of the last statement.
+  std::deque<MemoryResult> next_;  ///< Of those behind it.
+  std::vector<bool> uniqueRows_;   ///< Of the results with columns.
+  std::size_t fetched_ = 0;        ///< Of its rows.
   std::string catalog_;
   UserTransaction transaction_ = UserTransaction::None;
   bool waitedFor_ = false;

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "contract/base/SqlStatements.h"
 #include "data/changes/RowStatement.h"
 #include "data/providers/odbc/OdbcTypes.h"
 
@@ -40,6 +42,9 @@ struct DriverProfile {
   std::string_view hangsOn = {};
   std::vector<std::string_view> hangsWith = {};
   bool joinsNotices = false;  ///< One record holds several notices: `NOTICE: a;WARNING: b`.
+  /// How the database takes a text of several statements apart, where the driver gives one result
+  /// for each.
+  std::optional<SqlDialect> severalStatements = {};
   /// A count of 0 may belong to a statement that counts nothing, such as CREATE TABLE; an action
   /// that touched no row answers SQL_NO_DATA.
   bool zeroIsNoCount = true;

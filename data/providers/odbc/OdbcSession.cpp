@@ -119,6 +119,7 @@ std::vector<FieldInfo> OdbcSession::ExecuteCommand(const std::string& sql, WorkC
   sql_ = sql;
   lastNotices_.clear();
   mayBeWritten_.clear();
+  walk_ = TextWalk();
   wantsWarnings_ = !profile_.warningsQuery.empty() && !HasWord(sql, profile_.looksBackWith);
   return Guarded(context, [&] { return Run(sql, context); });
 }
@@ -127,6 +128,7 @@ std::vector<FieldInfo> OdbcSession::NextResult(WorkContext& context) {
   reader_.reset();
   return Guarded(context, [&] {
     statement_->Unbind();
+    walk_.LeaveRows(EarlierStatements::NotKnown, context);
     std::vector<FieldInfo> fields;
     if (MoreResults(context)) {
       context.ThrowIfStopped();
@@ -147,12 +149,14 @@ void OdbcSession::RefuseWhatHangs(const std::string& sql) const {
                   AsciiUpper(profile_.hangsOn) + " with " + words + ".");
 }
 
+/// The drivers run the whole text in one call. When that fails they do not tell at which statement.
 std::vector<FieldInfo> OdbcSession::Run(const std::string& sql, WorkContext& context) {
   Diagnostics notices;
   if (wantsWarnings_ && hasWarnings_) ForgetWarnings();
   statement_ = std::make_unique<Statement>(*dbc_);
   const Outcome outcome = statement_->Execute(sql, cancel_, notices);
   patience_ = resultPatience;
+  if (profile_.severalStatements) walk_ = TextWalk(sql, *profile_.severalStatements, context);
   ReportNotices(notices, context);
   std::vector<FieldInfo> fields = FindColumns(outcome, context);
   if (fields.empty()) ReportWarnings(context);
@@ -168,17 +172,18 @@ std::vector<FieldInfo> OdbcSession::FindColumns(Outcome outcome, WorkContext& co
     const std::vector<ResultField> fields = DescribeFields(*statement_, profile_);
     if (!fields.empty()) return BeginResult(fields);
     if (hasStatement) context.EndStatement(Count(outcome));
+    walk_.Next(EarlierStatements::NotKnown, context);
     outcome = Outcome::Success;
   } while (MoreResults(context));
   return {};
 }
 
 std::vector<FieldInfo> OdbcSession::BeginResult(const std::vector<ResultField>& described) {
-  const bool isFirst = mayBeWritten_.empty();
+  std::vector<bool>& mayBeWritten = mayBeWritten_.emplace_back();
   std::vector<FieldInfo> fields;
   for (const ResultField& field : described) {
     fields.push_back(field.info);
-    if (isFirst) mayBeWritten_.push_back(field.mayBeWritten);
+    mayBeWritten.push_back(field.mayBeWritten);
   }
   reader_ = std::make_unique<RowReader>(*statement_, described, canReadBoundCells_);
   return fields;
@@ -252,15 +257,15 @@ void OdbcSession::TidyUp() noexcept {
   patience_ = executePatience;
 }
 
-void OdbcSession::FindBase(std::vector<FieldInfo>& fields) {
+void OdbcSession::FindBase(std::size_t result, std::vector<FieldInfo>& fields) {
   if (const WriteDialect* dialect = Writing())
     FindBaseColumns(*dbc_, cancel_, *dialect, sql_, fields);
   for (std::size_t i = 0; i < fields.size(); ++i)
-    fields[i].updatable = !fields[i].baseTable.empty() && mayBeWritten_[i];
+    fields[i].updatable = !fields[i].baseTable.empty() && mayBeWritten_.at(result)[i];
 }
 
-void OdbcSession::CompleteFields(std::vector<FieldInfo>& fields) {
-  if (!profile_.tellsBaseColumns) return FindBase(fields);
+void OdbcSession::CompleteFields(std::size_t result, std::vector<FieldInfo>& fields) {
+  if (!profile_.tellsBaseColumns) return FindBase(result, fields);
   const FieldInfo* base = OneBaseTable(fields);
   if (base == nullptr) return;
   if (profile_.aliasHidesColumn && !NamesPlainColumns(sql_, base->baseTable)) {
@@ -270,7 +275,8 @@ void OdbcSession::CompleteFields(std::vector<FieldInfo>& fields) {
   FindReadOnlyColumns(*dbc_, profile_, cancel_, fields);
 }
 
-std::vector<std::size_t> OdbcSession::FindKey(const std::vector<FieldInfo>& fields) {
+std::vector<std::size_t> OdbcSession::FindKey(std::size_t /*result*/,
+                                              const std::vector<FieldInfo>& fields) {
   const FieldInfo* base = OneBaseTable(fields);
   if (base == nullptr) return {};
   if (profile_.aliasHidesColumn && !NamesPlainColumns(sql_, base->baseTable)) return {};

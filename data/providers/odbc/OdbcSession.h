@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "data/providers/Provider.h"
+#include "data/providers/TextWalk.h"
 #include "data/providers/odbc/OdbcApi.h"
 #include "data/providers/odbc/OdbcProfile.h"
 #include "data/providers/odbc/OdbcRows.h"
@@ -36,8 +37,9 @@ class OdbcSession : public ProviderSession {
   [[nodiscard]] std::vector<FieldInfo> NextResult(WorkContext& context) override;
   void CloseResult() noexcept override;
   void TidyUp() noexcept override;
-  void CompleteFields(std::vector<FieldInfo>& fields) override;
-  [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
+  void CompleteFields(std::size_t result, std::vector<FieldInfo>& fields) override;
+  [[nodiscard]] std::vector<std::size_t> FindKey(std::size_t result,
+                                                 const std::vector<FieldInfo>& fields) override;
 
   [[nodiscard]] const WriteDialect* Writing() override;
   [[nodiscard]] UserTransaction Transaction() override;
@@ -79,7 +81,7 @@ class OdbcSession : public ProviderSession {
   [[nodiscard]] bool MoreResults(WorkContext& context);
   [[nodiscard]] std::int64_t Count(Outcome outcome) const;
   void ReportNotices(const Diagnostics& notices, WorkContext& context);
-  void FindBase(std::vector<FieldInfo>& fields);
+  void FindBase(std::size_t result, std::vector<FieldInfo>& fields);
   [[noreturn]] void RaiseCancelledLate() const;
   [[nodiscard]] StatementResult ReadResult(Statement& statement);
   void ForgetWarnings();
@@ -105,8 +107,9 @@ class OdbcSession : public ProviderSession {
   std::unique_ptr<RowReader> reader_;   ///< While there are rows to read.
   Diagnostics lastNotices_;
   std::string sql_;  ///< The last command.
-  /// Of the fields of its first result, where base columns have to be found out.
-  std::vector<bool> mayBeWritten_;
+  TextWalk walk_;
+  /// Of the fields of its results, where base columns have to be found out.
+  std::vector<std::vector<bool>> mayBeWritten_;
   bool wantsWarnings_ = false;  ///< Of the present command.
   bool hasWarnings_ = false;    ///< The database still tells those of an earlier command.
 };

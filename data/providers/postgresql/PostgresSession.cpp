@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "contract/base/Ascii.h"
+#include "contract/base/Utf8.h"
 #include "data/changes/UniqueRows.h"
 #include "data/changes/WriteDialects.h"
 #include "data/providers/CommandText.h"
@@ -113,6 +114,7 @@ std::vector<FieldInfo> PostgresSession::ExecuteCommand(const std::string& sql,
   RefuseNul(sql, "PostgreSQL");
   sql_ = sql;
   columns_.clear();
+  walk_ = TextWalk(sql_, SqlDialect::PostgreSQL, context);
   running_.emplace(cancel_, CancelSender());
   connection_->Send(sql_);
   ended_ = false;
@@ -121,6 +123,7 @@ std::vector<FieldInfo> PostgresSession::ExecuteCommand(const std::string& sql,
 
 std::vector<FieldInfo> PostgresSession::NextResult(WorkContext& context) {
   next_ = PqResult();
+  walk_.LeaveRows(EarlierStatements::MayBeUndone, context);
   return FindRows(context);
 }
 
@@ -128,10 +131,18 @@ std::vector<FieldInfo> PostgresSession::FindRows(WorkContext& context) {
   while (PqResult piece = NextPiece(context)) {
     if (piece.ColumnCount() > 0) return BeginResult(std::move(piece));
     const PqKind kind = piece.Kind();
-    if (kind != PqKind::Empty)
-      context.EndStatement(kind == PqKind::Done ? piece.AffectedRows() : -1);
+    if (kind == PqKind::Empty) continue;
+    context.EndStatement(kind == PqKind::Done ? piece.AffectedRows() : -1);
+    walk_.Next(WhenDone(piece), context);
   }
   return {};
+}
+
+/// What stands before the end of a transaction is no part of the one that the rest of the text is.
+EarlierStatements PostgresSession::WhenDone(const PqResult& done) const {
+  const std::string tag = done.Tag();
+  const bool ends = tag == "COMMIT" || (tag == "ROLLBACK" && !HasWord(walk_.Text(), {"to"}));
+  return ends ? EarlierStatements::Stay : EarlierStatements::MayBeUndone;
 }
 
 /// The next piece of what the command gives, no error and no COPY; none at its end.
@@ -182,9 +193,8 @@ bool PostgresSession::GoesThroughPooler() try {
   return false;
 }
 
-/// What is told of the columns later is that of the first result.
 std::vector<FieldInfo> PostgresSession::BeginResult(PqResult first) {
-  const bool isFirst = columns_.empty();
+  std::vector<PqColumn>& columns = columns_.emplace_back();
   std::vector<FieldInfo> fields;
   forms_.clear();
   for (int i = 0; i < first.ColumnCount(); ++i) {
@@ -192,7 +202,7 @@ std::vector<FieldInfo> PostgresSession::BeginResult(PqResult first) {
     FieldInfo& field = fields.emplace_back();
     field.name = column.name;
     forms_.push_back(ApplyPostgresType(column.type, column.modifier, field));
-    if (isFirst) columns_.push_back(column);
+    columns.push_back(column);
   }
   next_ = std::move(first);
   return fields;
@@ -220,10 +230,19 @@ void PostgresSession::AppendRow(RowSink& rows) const {
 
 /// An error ends the whole text.
 void PostgresSession::RaiseFailure(const PqResult& failed, WorkContext& context) {
-  std::vector<ErrorInfo> errors = {ToErrorInfo(failed.Message(), errorNumber::database, sql_)};
+  const PqMessage message = failed.Message();
+  GoToFailure(message, context);
+  std::vector<ErrorInfo> errors = {ToErrorInfo(message, errorNumber::database, sql_)};
   (void)DropResults(errors);
   if (context.StopAsked() && errors.front().sqlState == queryCanceled) throw CancelledError();
   context.Raise(std::move(errors));
+}
+
+/// The server reads the whole text before it runs any of it: an error in its words may stand in any
+/// statement.
+void PostgresSession::GoToFailure(const PqMessage& message, WorkContext& context) {
+  if (message.position <= 0 || !message.innerQuery.empty()) return;
+  walk_.GoTo(ByteOfCharacter(sql_, static_cast<std::size_t>(message.position) - 1), context);
 }
 
 void PostgresSession::RefuseCopy(PqKind kind, WorkContext& context) {
@@ -265,15 +284,16 @@ void PostgresSession::CloseResult() noexcept {
 }
 
 /// In a transaction that failed nothing can be asked.
-void PostgresSession::CompleteFields(std::vector<FieldInfo>& fields) {
+void PostgresSession::CompleteFields(std::size_t result, std::vector<FieldInfo>& fields) {
   if (IsAlive() && !connection_->InFailedTransaction())
-    CompletePostgresFields(*connection_, columns_, fields);
+    CompletePostgresFields(*connection_, columns_.at(result), fields);
 }
 
-std::vector<std::size_t> PostgresSession::FindKey(const std::vector<FieldInfo>& fields) {
+std::vector<std::size_t> PostgresSession::FindKey(std::size_t result,
+                                                  const std::vector<FieldInfo>& fields) {
   const FieldInfo* base = OneBaseTable(fields);
   if (base == nullptr || !IsAlive() || connection_->InFailedTransaction()) return {};
-  const Oid table = columns_[static_cast<std::size_t>(base - fields.data())].table;
+  const Oid table = columns_.at(result).at(static_cast<std::size_t>(base - fields.data())).table;
   return KeyFields(fields, ReadPostgresKeys(*connection_, table));
 }
 

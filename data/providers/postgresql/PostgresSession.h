@@ -8,6 +8,7 @@
 
 #include "data/providers/CancelSwitch.h"
 #include "data/providers/Provider.h"
+#include "data/providers/TextWalk.h"
 #include "data/providers/postgresql/PostgresKeys.h"
 #include "data/providers/postgresql/PostgresTypes.h"
 #include "data/providers/postgresql/PqApi.h"
@@ -33,8 +34,9 @@ class PostgresSession : public ProviderSession {
   [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, WorkContext& context) override;
   [[nodiscard]] std::vector<FieldInfo> NextResult(WorkContext& context) override;
   void CloseResult() noexcept override;
-  void CompleteFields(std::vector<FieldInfo>& fields) override;
-  [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
+  void CompleteFields(std::size_t result, std::vector<FieldInfo>& fields) override;
+  [[nodiscard]] std::vector<std::size_t> FindKey(std::size_t result,
+                                                 const std::vector<FieldInfo>& fields) override;
 
   [[nodiscard]] const WriteDialect* Writing() override;
   [[nodiscard]] UserTransaction Transaction() override;
@@ -57,10 +59,12 @@ class PostgresSession : public ProviderSession {
   [[nodiscard]] PqResult NextPiece(WorkContext& context);
   [[nodiscard]] std::vector<FieldInfo> FindRows(WorkContext& context);
   [[nodiscard]] std::vector<FieldInfo> BeginResult(PqResult first);
+  [[nodiscard]] EarlierStatements WhenDone(const PqResult& done) const;
   void AppendRow(RowSink& rows) const;
   void TellUncertain(WorkContext& context);
   [[nodiscard]] bool GoesThroughPooler();
   [[noreturn]] void RaiseFailure(const PqResult& failed, WorkContext& context);
+  void GoToFailure(const PqMessage& message, WorkContext& context);
   [[noreturn]] void RefuseCopy(PqKind kind, WorkContext& context);
   [[nodiscard]] bool DropResults(std::vector<ErrorInfo>& errors);
   [[nodiscard]] std::function<void()> CancelSender() {
@@ -75,9 +79,10 @@ class PostgresSession : public ProviderSession {
 
   // The command that runs, or ran last.
   std::string sql_;
-  bool ended_ = true;              ///< Nothing of it is left at the server.
-  PqResult next_;                  ///< What FetchRows looks at first.
-  std::vector<PqColumn> columns_;  ///< Of its first result with columns.
+  TextWalk walk_;
+  bool ended_ = true;                           ///< Nothing of it is left at the server.
+  PqResult next_;                               ///< What FetchRows looks at first.
+  std::vector<std::vector<PqColumn>> columns_;  ///< Of its results with columns.
   std::vector<PostgresForm> forms_;
 };
 

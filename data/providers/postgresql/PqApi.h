@@ -92,6 +92,8 @@ class PqResult {
 
   /// Of a statement that counts rows; -1 for others.
   [[nodiscard]] std::int64_t AffectedRows() const;
+  /// How the server names what a Done statement did: "INSERT 0 1", "COMMIT".
+  [[nodiscard]] std::string Tag() const { return PQcmdStatus(result_.get()); }
   /// Of an Error.
   [[nodiscard]] PqMessage Message() const;
 

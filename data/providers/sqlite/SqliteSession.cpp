@@ -128,13 +128,21 @@ std::vector<FieldInfo> SqliteSession::ExecuteCommand(const std::string& sql, Wor
   RefuseNul(sql, "SQLite");
   text_ = sql;
   rest_ = text_;
-  query_.clear();
+  queries_.clear();
+  tables_.clear();
+  walk_ = TextWalk(text_, SqlDialect::SQLite, context);
   return FindRows(context);
 }
 
 std::vector<FieldInfo> SqliteSession::NextResult(WorkContext& context) {
   statement_ = SqliteStatement();
+  GoOn(context);
   return FindRows(context);
+}
+
+void SqliteSession::GoOn(WorkContext& context) {
+  walk_.Next(database_->InTransaction() ? EarlierStatements::MayBeUndone : EarlierStatements::Stay,
+             context);
 }
 
 /// Runs the statements up to the next one with columns.
@@ -144,6 +152,7 @@ std::vector<FieldInfo> SqliteSession::FindRows(WorkContext& context) {
     while (SqliteStatement statement = NextStatement(context)) {
       if (statement.ColumnCount() > 0) return BeginResult(std::move(statement));
       context.EndStatement(RunCounted(std::move(statement)));
+      GoOn(context);
     }
   } catch (const Error& error) {
     throw AsCancelled(error, context);
@@ -155,7 +164,7 @@ std::vector<FieldInfo> SqliteSession::FindRows(WorkContext& context) {
 /// first row is gone to before the columns are told: it decides the type of those without one.
 std::vector<FieldInfo> SqliteSession::BeginResult(SqliteStatement statement) {
   statement_ = std::move(statement);
-  if (query_.empty()) query_ = statement_.Text();
+  queries_.push_back(statement_.Text());
   tables_.clear();
   forms_.clear();
   hasRow_ = statement_.Step();
@@ -218,15 +227,19 @@ void SqliteSession::CloseResult() noexcept {
 }
 
 /// A column of a union, and the like, is told as one of a table that its row may not come from.
-void SqliteSession::CompleteFields(std::vector<FieldInfo>& fields) {
+/// What is known of the tables may be from before a statement that changed them.
+void SqliteSession::CompleteFields(std::size_t result, std::vector<FieldInfo>& fields) {
+  if (queries_.size() > 1) tables_.clear();
   const auto isOfTable = [](const FieldInfo& field) { return !field.baseTable.empty(); };
-  if (std::ranges::none_of(fields, isOfTable) || ReadsOneTable(*database_, query_)) return;
+  if (std::ranges::none_of(fields, isOfTable) || ReadsOneTable(*database_, queries_.at(result)))
+    return;
   for (FieldInfo& field : fields) field.updatable = false;
 }
 
-std::vector<std::size_t> SqliteSession::FindKey(const std::vector<FieldInfo>& fields) {
+std::vector<std::size_t> SqliteSession::FindKey(std::size_t result,
+                                                const std::vector<FieldInfo>& fields) {
   const FieldInfo* base = OneBaseTable(fields);
-  if (base == nullptr || !ReadsOneTable(*database_, query_)) return {};
+  if (base == nullptr || !ReadsOneTable(*database_, queries_.at(result))) return {};
   return KeyFields(fields, TableOf(*base).keys);
 }
 

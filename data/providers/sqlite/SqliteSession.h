@@ -10,6 +10,7 @@
 #include "data/providers/CancelSwitch.h"
 #include "data/providers/ConnectionMode.h"
 #include "data/providers/Provider.h"
+#include "data/providers/TextWalk.h"
 #include "data/providers/sqlite/SqliteApi.h"
 #include "data/providers/sqlite/SqliteTables.h"
 #include "data/providers/sqlite/SqliteTypes.h"
@@ -36,8 +37,9 @@ class SqliteSession : public ProviderSession {
   [[nodiscard]] bool FetchRows(RowSink& rows, std::size_t maxRows, WorkContext& context) override;
   [[nodiscard]] std::vector<FieldInfo> NextResult(WorkContext& context) override;
   void CloseResult() noexcept override;
-  void CompleteFields(std::vector<FieldInfo>& fields) override;
-  [[nodiscard]] std::vector<std::size_t> FindKey(const std::vector<FieldInfo>& fields) override;
+  void CompleteFields(std::size_t result, std::vector<FieldInfo>& fields) override;
+  [[nodiscard]] std::vector<std::size_t> FindKey(std::size_t result,
+                                                 const std::vector<FieldInfo>& fields) override;
 
   [[nodiscard]] const WriteDialect* Writing() override;
   [[nodiscard]] UserTransaction Transaction() override;
@@ -79,6 +81,7 @@ class SqliteSession : public ProviderSession {
 
   void OpenFile(const std::string& file);
   [[nodiscard]] SqliteStatement NextStatement(WorkContext& context);
+  void GoOn(WorkContext& context);
   [[nodiscard]] std::vector<FieldInfo> FindRows(WorkContext& context);
   [[nodiscard]] std::int64_t RunCounted(SqliteStatement statement);
   [[nodiscard]] std::vector<FieldInfo> BeginResult(SqliteStatement statement);
@@ -91,11 +94,12 @@ class SqliteSession : public ProviderSession {
 
   // The command that runs.
   std::string text_;
-  std::string_view rest_;      ///< Of text_: what has not been compiled yet.
+  std::string_view rest_;  ///< Of text_: what has not been compiled yet.
+  TextWalk walk_;
   SqliteStatement statement_;  ///< The one whose rows are fetched.
   bool hasRow_ = false;        ///< It stands on a row that was not fetched.
   std::vector<SqliteForm> forms_;
-  std::string query_;  ///< The text of the first statement_; empty: there was none.
+  std::vector<std::string> queries_;  ///< The texts of those with columns so far.
   std::map<std::pair<std::string, std::string>, SqliteTable> tables_;  ///< What it reads.
 
   CancelSwitch cancel_;

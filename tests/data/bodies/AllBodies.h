@@ -87,6 +87,21 @@ class ReadOnlyBodies : public WriteTest {
 };
 class WriteBodies : public WriteTest {};
 class WriteFaultBodies : public WriteTest {};
+/// Texts of several statements, run as one command.
+class StatementBodies : public WriteTest {
+ protected:
+  void SetUp() override;
+
+  /// A statement that adds a row.
+  [[nodiscard]] std::string Insert(int id) const;
+  /// Runs it to its end, whatever that is.
+  [[nodiscard]] StartedQuery RunToWrite(const std::string& sql);
+  /// "2 select: 4 rows": number and first word of each result's statement, and what came of it.
+  [[nodiscard]] static std::vector<std::string> ResultsOf(const QueryOperation& operation,
+                                                          const std::string& sql);
+  /// Where a text that fails is left.
+  [[nodiscard]] TextStop StopOf(const std::string& sql);
+};
 /// What is told of the user's own transaction.
 class TransactionBodies : public WriteTest {
  protected:
@@ -123,6 +138,7 @@ inline std::string DatabaseName(const testing::TestParamInfo<DatabaseParam>& inf
   INSTANTIATE_TEST_SUITE_P(prefix, TypeBodies, params, DatabaseName);                              \
   INSTANTIATE_TEST_SUITE_P(prefix, WriteBodies, params, DatabaseName);                             \
   INSTANTIATE_TEST_SUITE_P(prefix, WriteFaultBodies, params, DatabaseName);                        \
+  INSTANTIATE_TEST_SUITE_P(prefix, StatementBodies, params, DatabaseName);                         \
   INSTANTIATE_TEST_SUITE_P(prefix, TransactionBodies, params, DatabaseName)
 
 /// Runs those of connections that are read-only by their string: the native providers know the key.

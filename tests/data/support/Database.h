@@ -26,6 +26,7 @@ struct TypeCase {
 struct DatabaseTraits {
   bool severalStatements = true;           ///< Several statements in one text.
   bool keepsStatementsBeforeError = true;  ///< In "insert ...; bad" the insert stays done.
+  bool tellsFailedStatement = true;        ///< Which one of several it was.
   bool rowsBeforeLast =
       true;                 ///< Rows arrive before the database has made the last one (streaming).
   bool baseColumns = true;  ///< FieldInfo::baseTable and baseColumn are told, also behind an alias.

@@ -36,7 +36,7 @@ class NotingSession : public ProviderSession {
   [[nodiscard]] std::vector<FieldInfo> NextResult(WorkContext& /*context*/) override { return {}; }
   void CloseResult() noexcept override {}
   [[nodiscard]] std::vector<std::size_t>
-  FindKey(const std::vector<FieldInfo>& /*fields*/) override {
+  FindKey(std::size_t /*result*/, const std::vector<FieldInfo>& /*fields*/) override {
     return {};
   }
   [[nodiscard]] const WriteDialect* Writing() override { return &dialect_; }

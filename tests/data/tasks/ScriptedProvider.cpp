@@ -45,7 +45,7 @@ class ScriptedSession : public ProviderSession {
     if (!std::exchange(resultOpen_, false)) ++script_->wrongCalls;
   }
   [[nodiscard]] std::vector<std::size_t>
-  FindKey(const std::vector<FieldInfo>& /*fields*/) override {
+  FindKey(std::size_t /*result*/, const std::vector<FieldInfo>& /*fields*/) override {
     return script_->unique && script_->unique() ? std::vector<std::size_t>{0}
                                                 : std::vector<std::size_t>();
   }

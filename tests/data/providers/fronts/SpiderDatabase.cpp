@@ -58,6 +58,7 @@ std::vector<SkippedBody> SpiderDatabase::Skipped() const {
           {"CommandBodies.OfSeveralStatementsTheCountsAreSummed", counts},
           {"CommandBodies.EveryResultOfSeveralStatementsIsKeptInItsOrder", counts},
           {"TransactionBodies.AWrittenRowLeavesItAsItIs", savepoints},
+          {"StatementBodies.ASavepointThatIsGoneBackToEndsNoTransaction", savepoints},
           {"WriteBodies.TheUsersTransactionGoesOn", savepoints},
           {"WriteFaultBodies.AFailureInTheUsersTransactionUndoesOnlyItself", savepoints},
           {"WriteBodies.ComputedColumnsAreReadBackAndNotWritten",

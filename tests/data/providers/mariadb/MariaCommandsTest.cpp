@@ -7,6 +7,36 @@ using testing::HasSubstr;
 
 class MariaCommands : public MariaTest {};
 
+// --- several statements --------------------------------------------------------------------------
+
+/// The numbers of the statements that the results belong to, and where the text was left.
+std::vector<std::int64_t> NumbersOf(const QueryOperation& operation) {
+  std::vector<std::int64_t> numbers;
+  for (const CommandResult& result : operation.Results())
+    numbers.push_back(result.statement.number);
+  if (operation.Stop()) numbers.push_back(operation.Stop()->statement.number);
+  return numbers;
+}
+
+TEST_F(MariaCommands, AllResultsOfACallAreThoseOfItsStatement) {
+  Run("create or replace procedure several() begin select 1; select 2; do 0; end");
+  EXPECT_THAT(NumbersOf(Run("do 1; call several(); select 3").Operation()),
+              ElementsAre(1, 2, 2, 2, 3));
+  Run("drop procedure several");
+}
+
+TEST_F(MariaCommands, AllResultsOfABlockAreThoseOfItsStatement) {
+  const StartedQuery query =
+      Run("begin not atomic select 1; select 2; end; if 1 = 1 then select 3; end if; select 4");
+  EXPECT_THAT(NumbersOf(query.Operation()), ElementsAre(1, 1, 1, 2, 2, 3));
+}
+
+TEST_F(MariaCommands, BehindWhatRunsUnderANameNoStatementIsTold) {
+  const StartedQuery query =
+      Run("prepare one from 'select 1'; execute one; select 2; select * from nowhere");
+  EXPECT_THAT(NumbersOf(query.Operation()), ElementsAre(1, 2, 0, 0));
+}
+
 // --- errors and warnings -------------------------------------------------------------------------
 
 TEST_F(MariaCommands, ErrorsKeepCodeAndState) {

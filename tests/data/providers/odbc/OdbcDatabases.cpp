@@ -20,7 +20,7 @@ template <class Sql>
 class OdbcDatabase : public Sql {
  public:
   [[nodiscard]] DatabaseTraits Traits() const override {
-    return {.rowsBeforeLast = false, .holdsLongValues = false};
+    return {.tellsFailedStatement = false, .rowsBeforeLast = false, .holdsLongValues = false};
   }
   [[nodiscard]] std::string FailsAfter(std::int64_t /*goodRows*/) const override { return {}; }
 };
@@ -28,7 +28,10 @@ class OdbcDatabase : public Sql {
 class PostgresOdbc : public OdbcDatabase<PostgresSql> {
  public:
   [[nodiscard]] DatabaseTraits Traits() const override {
-    return {.keepsStatementsBeforeError = false, .rowsBeforeLast = false, .holdsLongValues = false};
+    return {.keepsStatementsBeforeError = false,
+            .tellsFailedStatement = false,
+            .rowsBeforeLast = false,
+            .holdsLongValues = false};
   }
   [[nodiscard]] std::string ConnectionString() const override { return PostgresString(); }
   [[nodiscard]] std::string BadConnectionString() const override {
