@@ -96,6 +96,7 @@ class frmMDI : private QueryHost,
     browser_.FollowCatalog(key, connection, fromDatabase);
   }
   void FocusQueryWindow() override;
+  void ShowStatements(frmRecords& window) override { allConnections_.ShowStatements(window); }
   void ListWindowsIn(Window& window) override;
   [[nodiscard]] bool SidebarShown() const override { return sidebar_.Shown(); }
   void InsertText(std::string_view text) override { main_->InsertText(text); }

@@ -10,6 +10,7 @@
 namespace tessel {
 
 class DataGrid;
+class frmRecords;
 
 /// What a records window asks of the frame.
 class RecordsHost : public SqlTarget {
@@ -31,6 +32,8 @@ class RecordsHost : public SqlTarget {
   virtual void FollowCatalog(const std::string& key, const std::shared_ptr<Connection>& connection,
                              bool fromDatabase) = 0;
   virtual void FocusQueryWindow() = 0;
+  /// Lists what came of the statements of the last run in that window, which has several.
+  virtual void ShowStatements(frmRecords& window) = 0;
   /// Lists the program's windows in the Window menu of that one, which is about to open.
   virtual void ListWindowsIn(Window& window) = 0;
   /// What a named tag stands for. Raises Error(application) when there is no such tag or it has no

@@ -18,18 +18,20 @@ constexpr const char* leftNames[] = {"cmdHistoryBack", "cmdHistoryForward", "cmd
                                      "cmdRequery",     "cmdRequeryTags",    "cmdProperties",
                                      "chkLock",        "cmdAccept",         "cmdReject",
                                      "chkRecords",     "chkTakesPart"};
-constexpr const char* rightNames[] = {"lblTransaction", "lblTimer", "cmdCnErrors", "cmdReconnect",
-                                      "cboCatalog"};
+constexpr const char* rightNames[] = {"cboResult",   "lblTransaction", "lblTimer",  "cmdStatements",
+                                      "cmdCnErrors", "cmdReconnect",   "cboCatalog"};
+/// These are seldom there, and not while the user types: they take room while they show only.
+constexpr const char* seldomNames[] = {"lblTransaction", "cboCatalog", "chkTakesPart", "cboResult",
+                                       "cmdStatements"};
 
 }  // namespace
 
 TopRow::TopRow(Window& window)
     : transaction_(&window.Find<Control>("lblTransaction")),
-      catalog_(&window.Find<Control>("cboCatalog")),
-      takesPart_(&window.Find<Control>("chkTakesPart")) {
-  const auto itemOf = [&](const char* name) {
+      catalog_(&window.Find<Control>("cboCatalog")) {
+  const auto itemOf = [&](std::string_view name) {
     auto& control = window.Find<Control>(name);
-    return Item{&control, control.Bounds()};
+    return Item{&control, control.Bounds(), std::ranges::count(seldomNames, name) != 0};
   };
   for (const char* name : leftNames) left_.push_back(itemOf(name));
   for (const char* name : rightNames) right_.push_back(itemOf(name));
@@ -52,11 +54,7 @@ int TopRow::Place(int width) {
 }
 
 /// Most that come and go keep their place: nothing is to move while the user types.
-bool TopRow::TakesRoom(const Item& item) const {
-  const bool comesAndGoes =
-      item.control == transaction_ || item.control == catalog_ || item.control == takesPart_;
-  return !comesAndGoes || item.control->Visible();
-}
+bool TopRow::TakesRoom(const Item& item) { return !item.isSeldom || item.control->Visible(); }
 
 /// The word is as wide as its text needs to be.
 int TopRow::WidthOf(const Item& item) const {

@@ -22,10 +22,11 @@ class TopRow {
  private:
   struct Item {
     Control* control;
-    Rect home;  ///< As the form has it.
+    Rect home;      ///< As the form has it.
+    bool isSeldom;  ///< It takes room while it shows only.
   };
 
-  [[nodiscard]] bool TakesRoom(const Item& item) const;
+  [[nodiscard]] static bool TakesRoom(const Item& item);
   [[nodiscard]] int WidthOf(const Item& item) const;
   [[nodiscard]] int WidthAtRight() const;
   void Narrow(int tooMuch);
@@ -38,7 +39,6 @@ class TopRow {
   std::vector<Item> right_;
   Control* transaction_;
   Control* catalog_;
-  Control* takesPart_;
   int width_ = 0;
   int catalogWidth_ = 0;
 };

@@ -35,6 +35,7 @@ frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
       help_(global),
       window_(global.TheDesktop().MakeWindow("frmRecords")),
       cmdCnErrors_(window_->Find<Button>("cmdCnErrors")),
+      cmdStatements_(window_->Find<Button>("cmdStatements")),
       cmdReconnect_(window_->Find<Button>("cmdReconnect")),
       cmdAccept_(window_->Find<Button>("cmdAccept")),
       cmdReject_(window_->Find<Button>("cmdReject")),
@@ -53,7 +54,8 @@ frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
       editing_(global, async, host, *window_, [this] { FocusRecords(); }),
       transaction_(global, async, *window_),
       blobs_(global, *window_, editing_),
-      conversion_(global, *window_, async, host) {
+      conversion_(global, *window_, async, host),
+      results_(*window_, [this](const auto& rows) { return ShowOtherResult(rows); }) {
   Form_Load();
 }
 
@@ -81,6 +83,7 @@ void frmRecords::WireControls() {
   };
   window_->Unloaded = [this] { Form_Unload(); };
   cmdCnErrors_.Click = [this] { cmdCnErrors_Click(); };
+  cmdStatements_.Click = [this] { host_.ShowStatements(*this); };
   cmdReconnect_.Click = [this] { cmdReconnect_Click(); };
   cboCatalog_.Click = [this] { cboCatalog_Click(); };
   chkRecords_.Click = [this] { chkRecords_Click(); };
@@ -302,11 +305,24 @@ void frmRecords::ShowRecordset(const std::shared_ptr<Recordset>& recordset) {
   blobs_.ShowRecordset(*recordset);
 }
 
+/// The user chose it. A change that is pending in the rows on show is asked about first.
+bool frmRecords::ShowOtherResult(const std::shared_ptr<Recordset>& recordset) {
+  if (!editing_.MayLeaveRows() || !editing_.DropChange()) return false;
+  editing_.HideRecordset();
+  ShowRecordset(recordset);
+  SetStatus(results_.Text(), statusColor::plain, {true, false, cmdCnErrors_.Visible()});
+  FocusRecords();
+  return true;
+}
+
 void frmRecords::EnableRecords(bool on) {
   menuRecords_.SetEnabled(on);
   chkRecords_.SetEnabled(on);
   dataGrid_.SetVisible(on);
-  if (!on) editing_.HideRecordset();
+  if (on) return;
+  editing_.HideRecordset();
+  results_.Clear();
+  Form_Resize();
 }
 
 void frmRecords::FocusRecords() {

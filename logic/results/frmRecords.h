@@ -23,7 +23,9 @@
 #include "logic/results/RecordConversion.h"
 #include "logic/results/RecordEditing.h"
 #include "logic/results/RecordsHost.h"
+#include "logic/results/ResultChoice.h"
 #include "logic/results/RunReport.h"
+#include "logic/results/StatementList.h"
 #include "logic/results/StatusLine.h"
 #include "logic/results/TopRow.h"
 #include "logic/tags/TagScanner.h"
@@ -82,6 +84,13 @@ class frmRecords : private QueryRunner, private TagResolver {
   [[nodiscard]] bool WorksAsynchronously() const { return freeThreaded_; }
   /// What the last run came to.
   [[nodiscard]] const RunReport& LastRun() const { return report_; }
+  /// What came of the statements of the last run; null when it had only one, or there was none.
+  [[nodiscard]] const std::shared_ptr<const StatementList>& Statements() const {
+    return statements_;
+  }
+  /// Shows other rows of the last run in its grid; false when they are none of it, or those on show
+  /// stay.
+  bool ShowResult(const std::shared_ptr<Recordset>& rows) { return results_.Choose(rows); }
 
   /// The values of a field of the rows on show as SQL text: the current row's, or as a list those
   /// of the selected rows (all rows when none is selected). Raises Error(application) when there is
@@ -151,6 +160,8 @@ class frmRecords : private QueryRunner, private TagResolver {
   [[nodiscard]] std::vector<std::string> ShownErrors() const;
   bool ConfirmSQL(std::string& sql);
   void ShowRecordset(const std::shared_ptr<Recordset>& recordset);
+  [[nodiscard]] bool ShowOtherResult(const std::shared_ptr<Recordset>& recordset);
+  void OfferStatements(const PreparedQuery& query);
   void EnableRecords(bool on);
   void SetStatus(std::string_view text, Color color,
                  StatusLine::Options options = {false, false, false});
@@ -180,6 +191,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   std::unique_ptr<Window> window_;
 
   Button& cmdCnErrors_;
+  Button& cmdStatements_;
   Button& cmdReconnect_;
   Button& cmdAccept_;
   Button& cmdReject_;
@@ -199,10 +211,12 @@ class frmRecords : private QueryRunner, private TagResolver {
   OpenTransaction transaction_;
   BlobTransfer blobs_;
   RecordConversion conversion_;
+  ResultChoice results_;
 
   int windowID_ = -1;
   std::shared_ptr<Connection> mCn_;
-  std::shared_ptr<QueryOperation> query_;  ///< The last one, with all its results.
+  std::shared_ptr<QueryOperation> query_;            ///< The last one, with all its results.
+  std::shared_ptr<const StatementList> statements_;  ///< Of the last one; null: it has only one.
   RunReport report_;
   std::int64_t start_ = 0;  ///< Of the last run, by the clock.
   std::string caption_;

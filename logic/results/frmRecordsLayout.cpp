@@ -82,6 +82,8 @@ bool frmRecords::HandleControlKey(int keyCode) {
     case 'L': chkLock_.SetValue(!chkLock_.Value()); return true;
     case 'S': return cmdAccept_.Press();
     case 'R': return cmdReject_.Press();
+    case key::pageDown: return results_.Step(1);
+    case key::pageUp: return results_.Step(-1);
     case key::f4: window_->Unload(UnloadReason::ControlBox); return true;
     default: return false;
   }
@@ -96,6 +98,7 @@ bool frmRecords::HandleControlAltKey(int keyCode) {
       return true;
     case 'E': return cmdCnErrors_.Press();
     case 'P': ShowProperties(); return true;
+    case 'S': return cmdStatements_.Press();
     case 'T':
       if (!chkTakesPart_.Visible()) return false;
       chkTakesPart_.SetValue(!chkTakesPart_.Value());

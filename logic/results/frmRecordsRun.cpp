@@ -79,6 +79,8 @@ std::shared_ptr<QueryOperation> frmRecords::Start(const PreparedQuery& query) {
     EnableRecords(false);
     mCn_->ClearErrors();
     query_.reset();
+    statements_.reset();
+    cmdStatements_.SetVisible(false);
     query_ =
         mCn_->StartQuery(query.sql, editing_.Locked() ? LockType::ReadOnly : LockType::Optimistic);
     query_->RowsBegan = [this] { report_.firstRow = Elapsed(); };
@@ -98,14 +100,30 @@ bool frmRecords::Conclude(const PreparedQuery& query, std::int64_t elapsed, bool
   report_.elapsed = elapsed;
   report_.state = interrupted ? RunState::Cancelled : RunState::Done;
   query_->RowsBegan = nullptr;
+  bool done = false;
   try {
-    if (!ShowOutcome(query, interrupted)) return false;
-    FollowCommand();
-    return true;
+    done = ShowOutcome(query, interrupted);
   } catch (const Error& error) {
     ReportFailure(error);
-    return false;
   }
+  OfferStatements(query);
+  if (done) FollowCommand();
+  return done;
+}
+
+/// What there is to know beyond the first rows: of a text of one statement nothing.
+void frmRecords::OfferStatements(const PreparedQuery& query) {
+  if (query_->Results().size() < 2 && !query_->Stop()) return;
+  auto statements = std::make_shared<const StatementList>(query.sql, *mCn_, query_);
+  if (!statements->HasSeveral()) return;
+  statements_ = std::move(statements);
+  cmdStatements_.SetVisible(true);
+  if (dataGrid_.Visible()) results_.Offer(query_->Results());
+  Form_Resize();
+  const std::string stopped = statements_->StopText();
+  if (stopped.empty()) return;
+  report_.error += (report_.error.empty() ? "" : " ") + stopped;
+  SetStatus(stopped, statusColor::plain, {true, true, cmdCnErrors_.Visible()});
 }
 
 /// False when it was interrupted or failed. An error of the fetch leaves the rows that came before.

@@ -76,9 +76,9 @@ void AllConnections::NoteRun(const std::string& taggedSQL, const Windows& window
   }
 }
 
-frmRecords* AllConnections::WindowOf(const RunLine& line) const {
+frmRecords* AllConnections::WindowOf(int windowID) const {
   const Windows windows = windows_();
-  const auto found = std::ranges::find(windows, line.windowID, &frmRecords::WindowID);
+  const auto found = std::ranges::find(windows, windowID, &frmRecords::WindowID);
   return found == windows.end() ? nullptr : *found;
 }
 
@@ -101,21 +101,46 @@ void AllConnections::ShowSummary() {
 void AllConnections::RunAgainWhereItFailed() {
   Windows failed;
   for (const RunLine& line : lines_)
-    if (frmRecords* window = WindowOf(line); line.report.state == RunState::Failed && window)
+    if (frmRecords* window = WindowOf(line.windowID);
+        line.report.state == RunState::Failed && window)
       failed.push_back(window);
   if (failed.empty() || !dlgRunAll(global_, async_, frame_).Run(failed, taggedSQL_, false)) return;
   for (RunLine& line : lines_)
-    if (const frmRecords* window = WindowOf(line); std::ranges::count(failed, window) != 0)
+    if (const frmRecords* window = WindowOf(line.windowID); std::ranges::count(failed, window) != 0)
       line.report = window->LastRun();
   ShowSummary();
 }
 
 void AllConnections::GoTo(Bookmark line) {
-  frmRecords* window = WindowOf(lines_.at(static_cast<std::size_t>(line - 1)));
+  frmRecords* window = WindowOf(lines_.at(static_cast<std::size_t>(line - 1)).windowID);
   if (window == nullptr)
     return help_.Show("The window of this connection is closed.", MessageIcon::Information);
   window->TheWindow().Activate();
   window->FocusRecords();
+}
+
+// --- the statements of one run -------------------------------------------------------------------
+
+void AllConnections::ShowStatements(const frmRecords& of) {
+  const std::shared_ptr<const StatementList> list = of.Statements();
+  if (list == nullptr) return;
+  if (statements_ == nullptr) statements_ = &AddRowsWindow();
+  statements_->OfferGoTo([this, list, windowID = of.WindowID()](Bookmark row) {
+    if (const std::shared_ptr<Recordset> rows = list->RowsOf(row)) ShowResult(windowID, rows);
+  });
+  statements_->ShowRows("Statements of " + of.Caption(), list->Rows(global_.Data()),
+                        list->Status());
+}
+
+void AllConnections::ShowResult(int windowID, const std::shared_ptr<Recordset>& rows) {
+  frmRecords* window = WindowOf(windowID);
+  if (window == nullptr)
+    return help_.Show("The window of this connection is closed.", MessageIcon::Information);
+  window->TheWindow().Activate();
+  window->FocusRecords();
+  if (window->RowsOnShow() != rows && !window->ShowResult(rows))
+    help_.Show("These records are no longer on show: other SQL ran in the window since.",
+               MessageIcon::Information);
 }
 
 // --- merged rows and differences -----------------------------------------------------------------
@@ -202,6 +227,7 @@ frmRows& AllConnections::AddRowsWindow() {
 /// loop.
 void AllConnections::Forget(frmRows* closed) {
   if (closed == summary_) summary_ = nullptr;
+  if (closed == statements_) statements_ = nullptr;
   if (closed == merged_) merged_ = nullptr;
   global_.TheDesktop().Defer([this, closed, alive = std::weak_ptr<const void>(alive_)] {
     if (alive.expired()) return;

@@ -39,6 +39,9 @@ class AllConnections {
   /// Shows what the last run on two or more connections came to.
   void ShowSummary();
 
+  /// Lists what came of the statements of the last run in one window, which has several.
+  void ShowStatements(const frmRecords& of);
+
   /// Shows the rows of all that take part in one grid.
   void ShowMergedRows();
   /// Asks which of them are to be compared, and shows in what they differ.
@@ -50,7 +53,8 @@ class AllConnections {
   [[nodiscard]] DataGrid* RowsForTags() const;
 
  private:
-  [[nodiscard]] frmRecords* WindowOf(const RunLine& line) const;
+  [[nodiscard]] frmRecords* WindowOf(int windowID) const;
+  void ShowResult(int windowID, const std::shared_ptr<Recordset>& rows);
   void RunAgainWhereItFailed();
   void GoTo(Bookmark line);
   [[nodiscard]] std::vector<NamedRows> RowsOnShow() const;
@@ -70,6 +74,7 @@ class AllConnections {
   std::vector<RunLine> lines_;  ///< Of the last run.
   std::vector<std::unique_ptr<frmRows>> rowsWindows_;
   frmRows* summary_ = nullptr;                                   ///< Among them, while it is open.
+  frmRows* statements_ = nullptr;                                ///< The same.
   frmRows* merged_ = nullptr;                                    ///< The same.
   std::shared_ptr<const void> alive_ = std::make_shared<int>();  ///< Deferred work checks it.
 };

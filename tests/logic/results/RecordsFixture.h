@@ -34,6 +34,10 @@ class FakeRecordsHost : public RecordsHost {
                     (fromDatabase ? " from the database" : " from the file"));
   }
   void FocusQueryWindow() override { commands.emplace_back("focus query"); }
+  void ShowStatements(frmRecords& window) override {
+    commands.emplace_back("statements");
+    statements = window.Statements();
+  }
   void ListWindowsIn(Window& window) override { listedIn = &window; }
   void mnuNewInstance_Click() override { commands.emplace_back("new instance"); }
   void mnuWindowSidebar_Click() override { commands.emplace_back("sidebar"); }
@@ -56,6 +60,7 @@ class FakeRecordsHost : public RecordsHost {
   int count = 0;
   bool sidebarShown = true;
   Window* listedIn = nullptr;
+  std::shared_ptr<const StatementList> statements;
   DataGrid* rowsForTags = nullptr;
   std::map<std::string, std::string> nodes;
   std::vector<std::string> loads;

@@ -1,0 +1,212 @@
+#include "logic/results/StatementList.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "contract/base/Utf8.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr std::string_view done = "done";
+constexpr std::string_view failed = "failed";
+constexpr std::string_view cancelled = "cancelled";
+constexpr std::string_view rolledBack = "rolled back";
+constexpr std::string_view notCommitted = "not committed";
+constexpr std::string_view doneUnlessUndone = "done; may be undone";
+constexpr std::string_view notRun = "not run";
+
+/// So many bytes of a statement are shown in a sentence, and in the list.
+constexpr std::size_t fewBytes = 60;
+constexpr std::size_t manyBytes = 500;
+
+/// How a statement begins, on one line.
+std::string FirstWords(std::string_view statement, std::size_t most) {
+  std::string text;
+  for (const char c : statement.substr(0, CharacterStart(statement, most))) {
+    const bool blank = c == ' ' || c == '\t' || c == '\r' || c == '\n';
+    if (!blank) text += c;
+    else if (!text.empty() && text.back() != ' ') text += ' ';
+  }
+  return statement.size() > most ? text + "..." : text;
+}
+
+/// "Statement 2", "Statements 2 to 4".
+std::string Range(std::int64_t first, std::int64_t last) {
+  if (first == last) return "Statement " + std::to_string(first);
+  return "Statements " + std::to_string(first) + " to " + std::to_string(last);
+}
+
+Value Count(std::int64_t number) { return number < 0 ? Value() : Value(number); }
+
+FieldInfo Column(std::string name, DataType type) {
+  FieldInfo field;
+  field.name = std::move(name);
+  field.type = type;
+  return field;
+}
+
+std::vector<FieldInfo> Columns() {
+  return {Column("Statement", DataType::BigInt), Column("Line", DataType::BigInt),
+          Column("SQL", DataType::VarWChar),     Column("State", DataType::VarWChar),
+          Column("Records", DataType::BigInt),   Column("Records Affected", DataType::BigInt),
+          Column("Messages", DataType::VarWChar)};
+}
+
+std::string Joined(const std::vector<ErrorInfo>& notices) {
+  std::string text;
+  for (const ErrorInfo& notice : notices) text += (text.empty() ? "" : "\r\n") + notice.description;
+  return text;
+}
+
+}  // namespace
+
+StatementList::StatementList(std::string sql, const Connection& connection,
+                             std::shared_ptr<const QueryOperation> operation)
+    : sql_(std::move(sql)), operation_(std::move(operation)) {
+  const Property* name = connection.ProviderProperties().Find("DBMS Name");
+  statements_ = SplitStatements(
+      sql_, DialectOf(name == nullptr ? std::string() : ToText(ToView(name->value))));
+  ListItems();
+}
+
+bool StatementList::HasSeveral() const { return statements_.size() > 1 || items_.size() > 1; }
+
+// --- what came of each ---------------------------------------------------------------------------
+
+/// Results whose statement is not known stand first, in their order; then it is not known either
+/// which statements gave none.
+void StatementList::ListItems() {
+  const std::vector<CommandResult>& results = operation_->Results();
+  auto result = results.begin();
+  for (; result != results.end() && result->statement.number == 0; ++result)
+    items_.push_back({0, &*result, done});
+  if (!items_.empty()) return;
+  for (std::int64_t number = 1; number <= std::ssize(statements_); ++number) {
+    const std::size_t before = items_.size();
+    for (; result != results.end() && result->statement.number == number; ++result)
+      items_.push_back({number, &*result, StateOf(number, true)});
+    if (items_.size() == before) items_.push_back({number, nullptr, StateOf(number, false)});
+  }
+  for (; result != results.end(); ++result) items_.push_back({0, &*result, done});
+}
+
+std::string_view StatementList::StateOf(std::int64_t number, bool hasResult) const {
+  const std::optional<TextStop>& stop = operation_->Stop();
+  if (!stop) return done;
+  if (stop->statement.number == 0) return hasResult ? done : std::string_view();
+  if (number == stop->statement.number) return StateOfStopped();
+  if (number > stop->statement.number || operation_->Results().empty()) return notRun;
+  if (!stop->keptUpTo) return doneUnlessUndone;
+  if (number <= *stop->keptUpTo) return done;
+  switch (stop->transaction) {
+    case UserTransaction::None:
+    case UserTransaction::Waiting: return rolledBack;
+    case UserTransaction::Open:
+    case UserTransaction::Failed: return notCommitted;
+    case UserTransaction::Unknown: return doneUnlessUndone;
+  }
+  return {};
+}
+
+std::string_view StatementList::StateOfStopped() const {
+  return operation_->Outcome() == OperationOutcome::Cancelled ? cancelled : failed;
+}
+
+std::string_view StatementList::TextOf(std::int64_t number) const {
+  if (number <= 0 || number > std::ssize(statements_)) return {};
+  const SqlStatement& statement = statements_[static_cast<std::size_t>(number - 1)];
+  return std::string_view(sql_).substr(statement.begin, statement.end - statement.begin);
+}
+
+std::int64_t StatementList::LineOf(std::int64_t number) const {
+  const std::string_view statement = TextOf(number);
+  const std::string_view before(sql_.data(),
+                                static_cast<std::size_t>(statement.data() - sql_.data()));
+  return std::ranges::count(before, '\n') + 1;
+}
+
+// --- as rows -------------------------------------------------------------------------------------
+
+std::shared_ptr<Recordset> StatementList::Rows(DataAccess& data) const {
+  std::vector<std::vector<Value>> rows;
+  rows.reserve(items_.size());
+  for (const Item& item : items_) rows.push_back(RowOf(item));
+  return data.MakeRecordset(Columns(), std::move(rows));
+}
+
+std::vector<Value> StatementList::RowOf(const Item& item) const {
+  const bool known = item.number > 0;
+  const CommandResult* result = item.result;
+  const bool hasRows = result != nullptr && result->rows != nullptr;
+  std::string messages = result == nullptr ? std::string() : Joined(result->notices);
+  if (item.state == failed && operation_->Failure()) messages = operation_->Failure()->description;
+  return {known ? Value(item.number) : Value(),
+          known ? Value(LineOf(item.number)) : Value(),
+          FirstWords(TextOf(item.number), manyBytes),
+          std::string(item.state),
+          hasRows ? Value(result->rows->RecordCount()) : Value(),
+          result == nullptr ? Value() : Count(result->recordsAffected),
+          std::move(messages)};
+}
+
+std::string StatementList::Status() const {
+  std::string text = std::to_string(items_.size()) + " statements";
+  std::string separator = ": ";
+  for (const std::string_view state :
+       {done, doneUnlessUndone, notCommitted, rolledBack, failed, cancelled, notRun}) {
+    const auto count = std::ranges::count(items_, state, &Item::state);
+    if (count == 0) continue;
+    text += std::exchange(separator, ", ") + std::to_string(count) + " ";
+    text += state;
+  }
+  return text;
+}
+
+std::shared_ptr<Recordset> StatementList::RowsOf(Bookmark row) const {
+  const CommandResult* result = items_.at(static_cast<std::size_t>(row - 1)).result;
+  return result == nullptr ? nullptr : result->rows;
+}
+
+// --- as a sentence -------------------------------------------------------------------------------
+
+std::string StatementList::StopText() const {
+  if (!operation_->Stop() || statements_.size() < 2) return {};
+  return WhatStopped() + WhatBecameOfOthers();
+}
+
+std::string StatementList::WhatStopped() const {
+  const std::int64_t number = operation_->Stop()->statement.number;
+  const std::string count = std::to_string(statements_.size());
+  const std::string state(StateOfStopped());
+  if (number == 0) return "Which of the " + count + " statements " + state + " is not known.";
+  return "Statement " + std::to_string(number) + " of " + count + " " + state + " (line " +
+         std::to_string(LineOf(number)) + "): " + FirstWords(TextOf(number), fewBytes);
+}
+
+std::string StatementList::WhatBecameOfOthers() const {
+  const TextStop& stop = *operation_->Stop();
+  const std::int64_t before = stop.statement.number - 1;
+  if (before <= 0) return {};
+  if (operation_->Results().empty()) return ". None of the statements was run.";
+  const std::int64_t kept = std::min(stop.keptUpTo.value_or(0), before);
+  std::string text = ".";
+  if (kept > 0) text += " " + Range(1, kept) + (kept == 1 ? " stays done." : " stay done.");
+  if (kept == before) return text;
+  const bool one = kept + 1 == before;
+  text += " " + Range(kept + 1, before);
+  switch (stop.keptUpTo ? stop.transaction : UserTransaction::Unknown) {
+    case UserTransaction::None:
+    case UserTransaction::Waiting: return text + (one ? " was" : " were") + " rolled back.";
+    case UserTransaction::Open:
+      return text + (one ? " waits" : " wait") + " for COMMIT or ROLLBACK.";
+    case UserTransaction::Failed:
+      return text + (one ? " is" : " are") + " undone by ROLLBACK, which has to come next.";
+    case UserTransaction::Unknown: break;
+  }
+  return text + " may be undone: the database does not tell.";
+}
+
+}  // namespace tessel
