@@ -97,6 +97,7 @@ class frmMDI : private QueryHost,
   }
   void FocusQueryWindow() override;
   void ShowStatements(frmRecords& window) override { allConnections_.ShowStatements(window); }
+  void ForgetStatements(frmRecords& window) override { allConnections_.ForgetStatements(window); }
   void ListWindowsIn(Window& window) override;
   [[nodiscard]] bool SidebarShown() const override { return sidebar_.Shown(); }
   void InsertText(std::string_view text) override { main_->InsertText(text); }
@@ -126,8 +127,8 @@ class frmMDI : private QueryHost,
   std::unique_ptr<frmMain> main_;
   SchemaBrowser browser_;
   TagsPanel tagsPanel_;
+  AllConnections allConnections_;  ///< The records windows use it while they close.
   std::vector<std::unique_ptr<frmRecords>> records_;
-  AllConnections allConnections_;
   Tiling tiling_ = Tiling::Horizontal;                           ///< As the user tiled last.
   std::shared_ptr<const void> alive_ = std::make_shared<int>();  ///< Deferred work checks it.
 };

@@ -34,6 +34,8 @@ class RecordsHost : public SqlTarget {
   virtual void FocusQueryWindow() = 0;
   /// Lists what came of the statements of the last run in that window, which has several.
   virtual void ShowStatements(frmRecords& window) = 0;
+  /// That run is over in that window: what is listed of it goes.
+  virtual void ForgetStatements(frmRecords& window) = 0;
   /// Lists the program's windows in the Window menu of that one, which is about to open.
   virtual void ListWindowsIn(Window& window) = 0;
   /// What a named tag stands for. Raises Error(application) when there is no such tag or it has no

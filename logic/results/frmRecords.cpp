@@ -114,6 +114,7 @@ void frmRecords::Form_Unload() {
     // The window goes all the same.
   }
   mCn_->TransactionChanged = nullptr;
+  ForgetStatements();
   query_.reset();
   mCn_.reset();
   host_.CountRecordsWindow(-1);
@@ -269,6 +270,7 @@ void frmRecords::cmdReconnect_Click() {
   if (!keepsRows_) {
     dataGrid_.SetDataSource(nullptr);
     query_.reset();
+    ForgetStatements();
     EnableRecords(false);
   }
   cboCatalog_.SetVisible(false);

@@ -162,6 +162,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   void ShowRecordset(const std::shared_ptr<Recordset>& recordset);
   [[nodiscard]] bool ShowOtherResult(const std::shared_ptr<Recordset>& recordset);
   void OfferStatements(const PreparedQuery& query);
+  void ForgetStatements();
   void EnableRecords(bool on);
   void SetStatus(std::string_view text, Color color,
                  StatusLine::Options options = {false, false, false});

@@ -79,8 +79,7 @@ std::shared_ptr<QueryOperation> frmRecords::Start(const PreparedQuery& query) {
     EnableRecords(false);
     mCn_->ClearErrors();
     query_.reset();
-    statements_.reset();
-    cmdStatements_.SetVisible(false);
+    ForgetStatements();
     query_ =
         mCn_->StartQuery(query.sql, editing_.Locked() ? LockType::ReadOnly : LockType::Optimistic);
     query_->RowsBegan = [this] { report_.firstRow = Elapsed(); };
@@ -109,6 +108,13 @@ bool frmRecords::Conclude(const PreparedQuery& query, std::int64_t elapsed, bool
   OfferStatements(query);
   if (done) FollowCommand();
   return done;
+}
+
+void frmRecords::ForgetStatements() {
+  if (statements_ == nullptr) return;
+  statements_.reset();
+  cmdStatements_.SetVisible(false);
+  host_.ForgetStatements(*this);
 }
 
 /// What there is to know beyond the first rows: of a text of one statement nothing.

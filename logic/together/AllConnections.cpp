@@ -76,9 +76,9 @@ void AllConnections::NoteRun(const std::string& taggedSQL, const Windows& window
   }
 }
 
-frmRecords* AllConnections::WindowOf(int windowID) const {
+frmRecords* AllConnections::WindowOf(const RunLine& line) const {
   const Windows windows = windows_();
-  const auto found = std::ranges::find(windows, windowID, &frmRecords::WindowID);
+  const auto found = std::ranges::find(windows, line.windowID, &frmRecords::WindowID);
   return found == windows.end() ? nullptr : *found;
 }
 
@@ -101,18 +101,17 @@ void AllConnections::ShowSummary() {
 void AllConnections::RunAgainWhereItFailed() {
   Windows failed;
   for (const RunLine& line : lines_)
-    if (frmRecords* window = WindowOf(line.windowID);
-        line.report.state == RunState::Failed && window)
+    if (frmRecords* window = WindowOf(line); line.report.state == RunState::Failed && window)
       failed.push_back(window);
   if (failed.empty() || !dlgRunAll(global_, async_, frame_).Run(failed, taggedSQL_, false)) return;
   for (RunLine& line : lines_)
-    if (const frmRecords* window = WindowOf(line.windowID); std::ranges::count(failed, window) != 0)
+    if (const frmRecords* window = WindowOf(line); std::ranges::count(failed, window) != 0)
       line.report = window->LastRun();
   ShowSummary();
 }
 
 void AllConnections::GoTo(Bookmark line) {
-  frmRecords* window = WindowOf(lines_.at(static_cast<std::size_t>(line - 1)).windowID);
+  frmRecords* window = WindowOf(lines_.at(static_cast<std::size_t>(line - 1)));
   if (window == nullptr)
     return help_.Show("The window of this connection is closed.", MessageIcon::Information);
   window->TheWindow().Activate();
@@ -121,26 +120,23 @@ void AllConnections::GoTo(Bookmark line) {
 
 // --- the statements of one run -------------------------------------------------------------------
 
-void AllConnections::ShowStatements(const frmRecords& of) {
+void AllConnections::ShowStatements(frmRecords& of) {
   const std::shared_ptr<const StatementList> list = of.Statements();
   if (list == nullptr) return;
   if (statements_ == nullptr) statements_ = &AddRowsWindow();
-  statements_->OfferGoTo([this, list, windowID = of.WindowID()](Bookmark row) {
-    if (const std::shared_ptr<Recordset> rows = list->RowsOf(row)) ShowResult(windowID, rows);
+  statementsOf_ = &of;
+  statements_->OfferGoTo([list, &of](Bookmark row) {
+    const std::shared_ptr<Recordset> rows = list->RowsOf(row);
+    if (rows == nullptr || !of.ShowResult(rows)) return;
+    of.TheWindow().Activate();
+    of.FocusRecords();
   });
   statements_->ShowRows("Statements of " + of.Caption(), list->Rows(global_.Data()),
                         list->Status());
 }
 
-void AllConnections::ShowResult(int windowID, const std::shared_ptr<Recordset>& rows) {
-  frmRecords* window = WindowOf(windowID);
-  if (window == nullptr)
-    return help_.Show("The window of this connection is closed.", MessageIcon::Information);
-  window->TheWindow().Activate();
-  window->FocusRecords();
-  if (window->RowsOnShow() != rows && !window->ShowResult(rows))
-    help_.Show("These records are no longer on show: other SQL ran in the window since.",
-               MessageIcon::Information);
+void AllConnections::ForgetStatements(const frmRecords& of) {
+  if (statements_ != nullptr && statementsOf_ == &of) statements_->TheWindow().Unload();
 }
 
 // --- merged rows and differences -----------------------------------------------------------------

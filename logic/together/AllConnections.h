@@ -40,7 +40,9 @@ class AllConnections {
   void ShowSummary();
 
   /// Lists what came of the statements of the last run in one window, which has several.
-  void ShowStatements(const frmRecords& of);
+  void ShowStatements(frmRecords& of);
+  /// Closes that list, if it is that window's.
+  void ForgetStatements(const frmRecords& of);
 
   /// Shows the rows of all that take part in one grid.
   void ShowMergedRows();
@@ -53,8 +55,7 @@ class AllConnections {
   [[nodiscard]] DataGrid* RowsForTags() const;
 
  private:
-  [[nodiscard]] frmRecords* WindowOf(int windowID) const;
-  void ShowResult(int windowID, const std::shared_ptr<Recordset>& rows);
+  [[nodiscard]] frmRecords* WindowOf(const RunLine& line) const;
   void RunAgainWhereItFailed();
   void GoTo(Bookmark line);
   [[nodiscard]] std::vector<NamedRows> RowsOnShow() const;
@@ -75,6 +76,7 @@ class AllConnections {
   std::vector<std::unique_ptr<frmRows>> rowsWindows_;
   frmRows* summary_ = nullptr;                                   ///< Among them, while it is open.
   frmRows* statements_ = nullptr;                                ///< The same.
+  const frmRecords* statementsOf_ = nullptr;                     ///< Whose they are.
   frmRows* merged_ = nullptr;                                    ///< The same.
   std::shared_ptr<const void> alive_ = std::make_shared<int>();  ///< Deferred work checks it.
 };

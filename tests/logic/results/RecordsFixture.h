@@ -48,6 +48,7 @@ class FakeRecordsHost : public RecordsHost {
   void mnuHelpShortcuts_Click() override { commands.emplace_back("shortcuts"); }
   void mnuHelpAbout_Click() override { commands.emplace_back("about"); }
   [[nodiscard]] bool SidebarShown() const override { return sidebarShown; }
+  void ForgetStatements(frmRecords& /*window*/) override { statements.reset(); }
   void InsertText(std::string_view text) override { inserted += text; }
   DataGrid* RowsForTags() override { return rowsForTags; }
   std::string GetTagValue(const std::string& name, bool parenthesised, bool quoted) override {
