@@ -4,54 +4,28 @@
 
 #include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
+#include "contract/base/SqlTokens.h"
 
 namespace tessel {
 
 namespace {
 
-bool IsWordByte(char c) {
-  const char lower = AsciiLower(c);
-  return (lower >= 'a' && lower <= 'z') || (c >= '0' && c <= '9') || c == '_' ||
-         static_cast<unsigned char>(c) >= 0x80;
-}
-
 /// Walks over words and ";" of a command text; blanks, comments, quoted parts and other signs are
-/// passed over.
+/// passed over. The dialect is not known here: it reads by what they have in common.
 class Words {
  public:
-  explicit Words(std::string_view text) : rest_(text) {}
+  explicit Words(std::string_view text) : tokens_(text, SqlDialect::Standard) {}
 
   /// The next word, or ";"; empty at the end.
   std::string_view Next() {
-    while (!rest_.empty()) {
-      if (rest_.front() == ';') return Take(1);
-      if (IsWordByte(rest_.front())) return Take(WordSize());
-      Take(SkipSize());
-    }
-    return {};
+    SqlToken token = tokens_.Next();
+    while (token.kind == SqlTokenKind::Quoted || token.kind == SqlTokenKind::Sign)
+      token = tokens_.Next();
+    return tokens_.TextOf(token);
   }
 
  private:
-  std::string_view Take(std::size_t size) {
-    const std::string_view taken = rest_.substr(0, size);
-    rest_.remove_prefix(taken.size());
-    return taken;
-  }
-  [[nodiscard]] std::size_t WordSize() const {
-    return static_cast<std::size_t>(std::ranges::find_if_not(rest_, IsWordByte) - rest_.begin());
-  }
-  [[nodiscard]] std::size_t SkipSize() const {
-    if (rest_.starts_with("--")) return rest_.find('\n');
-    if (rest_.starts_with("/*")) return UpTo("*/");
-    const char c = rest_.front();
-    return c == '\'' || c == '"' || c == '`' ? UpTo(rest_.substr(0, 1)) : 1;
-  }
-  [[nodiscard]] std::size_t UpTo(std::string_view end) const {
-    const std::size_t found = rest_.find(end, end.size());
-    return found == std::string_view::npos ? found : found + end.size();
-  }
-
-  std::string_view rest_;
+  SqlTokens tokens_;
 };
 
 bool IsOneOf(std::string_view word, const std::vector<std::string_view>& words) {
