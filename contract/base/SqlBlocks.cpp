@@ -244,7 +244,7 @@ class CompoundBlocks final : public SqlBlocks {
   }
 
  private:
-  enum class Part { Start, AfterBegin, Create, Trigger, Event, Package, Body, Plain };
+  enum class Part { Start, AfterBegin, Set, Create, Trigger, Event, Package, Body, Plain };
   enum class Place {
     Start,   ///< The next word begins a statement.
     Header,  ///< It may do so: behind the name of a routine, or the conditions of a handler.
@@ -280,6 +280,7 @@ class CompoundBlocks final : public SqlBlocks {
         if (IsAnyOf(key, "WORK"_key, "TRANSACTION"_key, "TRAN"_key)) return Go(Part::Plain);
         OpenFirst();
         return TakeOfBody(key);
+      case Part::Set: return TakeOfSet(key);
       case Part::Create: return isName ? void() : TakeOfCreate(key);
       case Part::Trigger: return TakeOfTrigger(key);
       case Part::Event: return key == "DO"_key ? Go(Part::Body) : void();
@@ -289,9 +290,15 @@ class CompoundBlocks final : public SqlBlocks {
   void TakeFirst(Key key) {
     if (IsAnyOf(key, "CREATE"_key, "ALTER"_key)) return Go(Part::Create);
     if (key == "BEGIN"_key) return Go(Part::AfterBegin);
+    if (key == "SET"_key) return Go(Part::Set);
     whole_.declares = key == "DECLARE"_key;
     if (whole_.declares || OpensBlock(key)) return GoOn(key);
     Go(Part::Plain);
+  }
+  /// SET STATEMENT ... FOR stands in front of another statement.
+  void TakeOfSet(Key key) {
+    if (now_.before == "SET"_key && key != "STATEMENT"_key) return Go(Part::Plain);
+    if (key == "FOR"_key) Go(Part::Start);
   }
   void TakeOfCreate(Key key) {
     if (IsAnyOf(key, "OR"_key, "REPLACE"_key, "ALTER"_key, "AGGREGATE"_key, "DEFINER"_key)) return;

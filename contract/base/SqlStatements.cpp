@@ -66,7 +66,8 @@ class Splitter {
   /// Whether the delimiter ends what has begun.
   [[nodiscard]] bool Ends() {
     if (!ownBlocks_) return true;
-    if (!blocks_->EndsHere()) return false;
+    // MariaDB refuses what its comment divides, so that stays one statement.
+    if (!blocks_->EndsHere() || tokens_.InCode()) return false;
     return dialect_ != SqlDialect::SqlServer || !GoesOnWithElse();
   }
   /// SQL Server allows a semicolon in front of ELSE.

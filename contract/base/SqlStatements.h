@@ -33,8 +33,9 @@ struct SqlStatement {
 enum class ClientWords { No, Yes };
 
 /// The statements of a text in their order. What is empty, or holds comments only, is none: it
-/// gives no result. Takes time by the length of the text (some nanoseconds a byte at most, whatever
-/// is in it), and memory only for what it gives.
+/// gives no result. (MariaDB refuses it between two statements; a comment behind the last delimiter
+/// it answers with a result without rows.) Takes time by the length of the text (some nanoseconds a
+/// byte at most, whatever is in it), and memory only for what it gives.
 [[nodiscard]] std::vector<SqlStatement> SplitStatements(std::string_view text, SqlDialect dialect,
                                                         ClientWords clientWords = ClientWords::No);
 

@@ -47,6 +47,9 @@ class SqlTokens {
     return text_.substr(token.begin, token.end - token.begin);
   }
 
+  /// Whether the place reached is between the two marks of code.
+  [[nodiscard]] bool InCode() const { return inCode_; }
+
   /// From here on this divides statements, and ";" is a sign; with an empty one nothing does. It is
   /// found outside of quotes and comments, and at the end of a word when it begins with a sign.
   void SplitAt(std::string_view delimiter) { delimiter_ = delimiter; }
