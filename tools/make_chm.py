@@ -57,7 +57,8 @@ def main():
     for _, page in topic_pages(book):
         if not (work / page).exists():
             shutil.copyfile(work / page.split("-", 1)[1], work / page)
-    pages = sorted(path.name for path in work.glob("*.html")) + ["book.css"]
+    pages = sorted(path.name for path in work.glob("*.html")) + ["book.css"] + \
+        sorted(path.name for path in work.glob("*.png"))
     (work / "book.hhc").write_text("<html><body>\n" + contents(book.find("contents")) + "</body></html>\n")
     (work / "book.hhk").write_text("<html><body>\n" + index(book.find("index")) + "</body></html>\n")
     (work / "Tessel.hhp").write_text(project(book, pages, "Tessel.chm"))

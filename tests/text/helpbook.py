@@ -24,7 +24,7 @@ def places(tree):
         if path.startswith("help/") and path != BOOK:
             page = path[len("help/"):]
             found.add(page)
-            found.update(page + "#" + name for name in PLACE.findall(tree.text(path)))
+            found.update(page + "#" + name for name in PLACE.findall(tree.text(path) or ""))
     return found
 
 
