@@ -33,6 +33,11 @@ std::string FirstWords(std::string_view statement, std::size_t most) {
   return statement.size() > most ? text + "..." : text;
 }
 
+/// Some servers answer a comment behind the last statement with an empty result.
+bool SaysSomething(const CommandResult& result) {
+  return result.rows != nullptr || !result.notices.empty();
+}
+
 /// "Statement 2", "Statements 2 to 4".
 std::string Range(std::int64_t first, std::int64_t last) {
   if (first == last) return "Statement " + std::to_string(first);
@@ -90,7 +95,8 @@ void StatementList::ListItems() {
       items_.push_back({number, &*result, StateOf(number, true)});
     if (items_.size() == before) items_.push_back({number, nullptr, StateOf(number, false)});
   }
-  for (; result != results.end(); ++result) items_.push_back({0, &*result, done});
+  for (; result != results.end(); ++result)
+    if (SaysSomething(*result)) items_.push_back({0, &*result, done});
 }
 
 std::string_view StatementList::StateOf(std::int64_t number, bool hasResult) const {

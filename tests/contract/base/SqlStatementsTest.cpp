@@ -1,6 +1,6 @@
 #include "contract/base/SqlStatements.h"
 
-#include <chrono>
+#include <ctime>
 #include <random>
 
 #include <gmock/gmock.h>
@@ -378,11 +378,10 @@ TEST(SqlStatements, AHostileTextTakesNoLongerThanAnyOther) {
     std::string text;
     while (text.size() < 100'000) text += piece;
     for (const SqlDialect dialect : {Standard, PostgreSQL, MariaDB, SQLite, SqlServer}) {
-      const auto start = std::chrono::steady_clock::now();
+      const std::clock_t start = std::clock();  // A busy machine counts for nothing.
       (void)SplitStatements(text, dialect, ClientWords::Yes);
       (void)StatementAt(text, text.size(), dialect, ClientWords::No);
-      const auto took = std::chrono::steady_clock::now() - start;
-      EXPECT_LT(took, std::chrono::seconds(1)) << piece << " of " << NameOf(dialect);
+      EXPECT_LT(std::clock() - start, 3 * CLOCKS_PER_SEC) << piece << " of " << NameOf(dialect);
     }
   }
 }

@@ -196,6 +196,13 @@ TEST_F(ResultChoiceTest, AnErrorBehindTheFirstRowsIsPlacedToo) {
   EXPECT_TRUE(Shows("cmdCnErrors"));
 }
 
+TEST_F(ResultChoiceTest, AnEmptyAnswerToACommentIsNoStatement) {
+  ASSERT_TRUE(Connect());
+  data.Answer("select; -- bye", {MemoryField("n")}, {{Text("1")}}).Then(MemoryResult::Count(0));
+  EXPECT_TRUE(Run("select; -- bye"));
+  EXPECT_FALSE(Shows("cmdStatements"));
+}
+
 TEST_F(ResultChoiceTest, OneStatementThatFailsIsToldAsEver) {
   ASSERT_TRUE(Connect());
   data.AnswerError("select", MemoryError("no such table"));

@@ -25,6 +25,15 @@ TEST_F(MariaCommands, AllResultsOfACallAreThoseOfItsStatement) {
   Run("drop procedure several");
 }
 
+TEST_F(MariaCommands, WhatStandsBehindAnEmptyStatementIsNotLeftOutSilently) {
+  for (const char* sql : {"; select 1", " /* nothing */ ; select 1", "do 1;; do 2"})
+    EXPECT_EQ(FailureOf(sql).nativeError, 1064) << sql;
+  EXPECT_TRUE(Run("select 1;; select 2").Operation().Stop());
+  EXPECT_EQ(connection_->Errors().size(), 1U);
+  for (const char* sql : {"select 1;", "select 1; -- bye", "select 1;\n", ";", "-- nothing"})
+    EXPECT_FALSE(Run(sql).Operation().Stop()) << sql;
+}
+
 TEST_F(MariaCommands, AllResultsOfABlockAreThoseOfItsStatement) {
   const StartedQuery query =
       Run("begin not atomic select 1; select 2; end; if 1 = 1 then select 3; end if; select 4");
