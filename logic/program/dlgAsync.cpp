@@ -18,6 +18,12 @@ namespace {
 constexpr int tickMilliseconds = 500;
 constexpr const char* programName = "Tessel";
 
+/// The low 32 bits of whole units tell whether a step is reached, which is at most 16, and are
+/// divided several times as fast as all 64.
+std::uint32_t WholeUnits(double value) {
+  return static_cast<std::uint32_t>(static_cast<std::int64_t>(value + 0.5));
+}
+
 }  // namespace
 
 bool AllowsAsynchronousWork(const Connection& connection) {
@@ -106,12 +112,9 @@ bool dlgAsync::Yield() {
   return !cancelled_;
 }
 
-/// Called for every record that is converted. The low 32 bits tell whether this is a step, which is
-/// at most 16, and are divided several times as fast as all 64.
 bool dlgAsync::DoProgress(double increment) {
   const double value = bar_->Value();
-  const auto units = static_cast<std::uint32_t>(static_cast<std::int64_t>(value + 0.5));
-  if (units % progressStep_ == 0) Yield();
+  if (WholeUnits(value) % progressStep_ == 0) Yield();
   bar_->SetValue(value + increment);
   return !cancelled_;
 }
@@ -130,6 +133,8 @@ std::shared_ptr<Recordset> dlgAsync::Read(const std::shared_ptr<QueryOperation>&
   return Run(query, "Executing...", async) ? query->FirstRows() : nullptr;
 }
 
+/// For a million records the bar need not be asked a million times: between two steps of it nothing
+/// is served, and what it shows is seen only then.
 bool dlgAsync::ForEach(const std::string& message, const Connection* connection, std::int64_t count,
                        const std::function<void(std::int64_t)>& step, std::int64_t atOnce) {
   if (count < atOnce) {
@@ -140,11 +145,14 @@ bool dlgAsync::ForEach(const std::string& message, const Connection* connection,
   const UnloadAtEnd unload(*this);
   bool goesOn = true;
   std::int64_t taken = 0;
+  std::int64_t due = atOnce;
   for (std::int64_t i = 0; i < count && goesOn; ++i) {
     step(i);
-    if (++taken < atOnce) continue;
+    if (++taken < due) continue;
     goesOn = DoProgress(static_cast<double>(taken));
     taken = 0;
+    const std::uint32_t behindStep = WholeUnits(bar_->Value()) % progressStep_;
+    due = std::max<std::int64_t>(atOnce, behindStep == 0 ? 1 : progressStep_ - behindStep);
   }
   return goesOn;
 }

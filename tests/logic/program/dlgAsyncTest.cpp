@@ -438,6 +438,26 @@ TEST_F(dlgAsyncTest, CancelInALoopMakesTheNextStepReturnFalse) {
   async.Unload();
 }
 
+TEST_F(dlgAsyncTest, ALoopIsServedAtEachStepOfItsBarAndNotAtEachOfItsOwn) {
+  struct Loop {
+    std::int64_t count;
+    std::vector<double> servedAt;
+  };
+  for (const Loop& loop :
+       {Loop{1, {0}}, Loop{3, {0, 1, 2}},
+        Loop{40, {0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30, 32, 34, 36, 38}}}) {
+    std::vector<double> servedAt;
+    std::int64_t taken = 0;
+    desktop.OnProcessPending([&](int /*call*/) {
+      servedAt.push_back(desktop.WindowOf("dlgAsync").Find<ProgressBar>("prgProgress").Value());
+      EXPECT_EQ(static_cast<double>(taken), servedAt.back() + 1);
+    });
+    EXPECT_TRUE(async.ForEach("x", nullptr, loop.count, [&](std::int64_t /*i*/) { ++taken; }));
+    EXPECT_EQ(servedAt, loop.servedAt);
+    EXPECT_EQ(taken, loop.count);
+  }
+}
+
 class ProgressTest : public dlgAsyncTest,
                      public ::testing::WithParamInterface<std::tuple<double, int, int>> {};
 
