@@ -75,9 +75,11 @@ RowMemory RowMemory::OfMachine() {
 
 std::shared_ptr<ChunkPages> RowBudget::NewPages(std::size_t size,
                                                 std::shared_ptr<SpillFile> file) const {
-  auto pages = std::make_shared<ChunkPages>(size, std::move(file));
-  pages->CountIn(held_);
-  return pages;
+  auto made = std::make_unique<ChunkPages>(size, std::move(file));
+  made->CountIn(held_);
+  return {made.release(), [returned = return_](ChunkPages* pages) {
+            returned->Take(std::unique_ptr<ChunkPages>(pages));
+          }};
 }
 
 void RowBudget::Add(const std::shared_ptr<ChunkPages>& pages) {

@@ -11,6 +11,7 @@
 #include "contract/base/Error.h"
 #include "data/rows/ChunkPages.h"
 #include "data/rows/ColumnChunk.h"
+#include "data/rows/PageReturn.h"
 
 namespace tessel {
 
@@ -58,6 +59,7 @@ class RowBudget {
   const RowMemory memory_;
   const std::shared_ptr<RowTally> held_ = std::make_shared<RowTally>(0);
   const std::shared_ptr<LookedPages> looked_ = std::make_shared<LookedPages>();
+  const std::shared_ptr<PageReturn> return_ = std::make_shared<PageReturn>();
   std::mutex mutex_;
   std::deque<std::weak_ptr<ChunkPages>> inMemory_;  ///< The oldest first.
   std::size_t forgetAt_ = 1024;  ///< With so many entries those that ended are taken out.

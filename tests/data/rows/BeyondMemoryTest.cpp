@@ -1,8 +1,11 @@
+#include <cstring>
+#include <ctime>
 #include <fstream>
 #include <random>
 #include <thread>
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -35,6 +38,13 @@ std::size_t ResidentBytes() {
   std::size_t pages = 0;
   std::ifstream("/proc/self/statm") >> pages >> pages;
   return pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+/// The time that this thread has worked, in seconds.
+double ThreadSeconds() {
+  timespec worked{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &worked);
+  return static_cast<double>(worked.tv_sec) + static_cast<double>(worked.tv_nsec) / 1e9;
 }
 
 /// A chunk of one column of numbers.
@@ -448,6 +458,37 @@ TEST(RowBudget, CountsWhatIsInMemoryUntilItGoes) {
     ASSERT_EQ(budget->HeldBytes(), chunks[0]->HeldBytes());
   }
   EXPECT_EQ(budget->HeldBytes(), 0U);
+}
+
+/// Whether memory stands at that place, of whatever owner.
+bool IsMapped(const std::byte* page) {
+  unsigned char state = 0;
+  return mincore(const_cast<std::byte*>(page), 1, &state) == 0;
+}
+
+TEST(RowBudget, GivesLargePagesBackWithoutHoldingTheThreadThatLetsGo) {
+  constexpr std::size_t size = 512 * megabyte;
+  auto budget = std::make_shared<RowBudget>(RowMemory{2 * size, SpillFolder()});
+  std::shared_ptr<ChunkPages> pages = budget->NewPages(size, budget->NewFile());
+  const std::byte* place = pages->Data();
+  std::memset(pages->Data(), 1, size);
+  const double before = ThreadSeconds();
+  pages.reset();
+  EXPECT_LT(ThreadSeconds() - before, 0.005);
+  EXPECT_EQ(budget->HeldBytes(), 0U);
+  budget.reset();
+  EXPECT_FALSE(IsMapped(place));
+}
+
+TEST(RowBudget, PagesThatOutliveItAreGivenBackAsWell) {
+  constexpr std::size_t size = megabyte;
+  auto budget = std::make_shared<RowBudget>(RowMemory{size, SpillFolder()});
+  std::shared_ptr<ChunkPages> pages = budget->NewPages(size, budget->NewFile());
+  const std::byte* place = pages->Data();
+  budget.reset();
+  EXPECT_TRUE(IsMapped(place));
+  pages.reset();
+  EXPECT_FALSE(IsMapped(place));
 }
 
 TEST(RowBudget, TriesAgainForTheNextResult) {
