@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "bench/RawBlock.h"
@@ -13,6 +14,11 @@ namespace tessel::bench {
 [[nodiscard]] RawBlocks ReadPostgresOrders(const std::string& connectionString);
 [[nodiscard]] RawBlocks ReadMariaOrders(const std::string& connectionString);
 [[nodiscard]] RawBlocks ReadOdbcOrders(const std::string& connectionString);
+
+/// So many of these loops over libpq at once, each on a connection and a thread of its own;
+/// "seconds" ends with the last of them. Returns the number of rows of all.
+[[nodiscard]] std::int64_t ReadPostgresOrdersTogether(const std::string& connectionString,
+                                                      std::size_t count);
 
 /// Asks libpq for the tables and columns of all schemas with the provider's own queries, and looks
 /// at every cell. Returns the number of rows.

@@ -1,5 +1,6 @@
 #include <memory>
 #include <stdexcept>
+#include <thread>
 #include <vector>
 
 #include <libpq-fe.h>
@@ -38,6 +39,18 @@ std::optional<std::string_view> CellOf(const PGresult* row, int column) {
                           static_cast<std::size_t>(PQgetlength(row, 0, column)));
 }
 
+RawBlocks ReadOrders(PGconn* session) {
+  RawBlocks blocks;
+  PQsendQuery(session, ordersQuery);
+  PQsetSingleRowMode(session);
+  while (PGresult* row = PQgetResult(session)) {
+    if (PQresultStatus(row) == PGRES_SINGLE_TUPLE)
+      AddRowOfTexts(blocks.ForNextRow(), [row](int column) { return CellOf(row, column); });
+    PQclear(row);
+  }
+  return blocks;
+}
+
 std::int64_t LookAtRows(PGconn* session, const std::string& sql) {
   const char* all[] = {"", ""};
   PGresult* result = PQexecParams(session, sql.c_str(), 2, nullptr, all, nullptr, nullptr, 0);
@@ -58,16 +71,25 @@ std::int64_t LookAtRows(PGconn* session, const std::string& sql) {
 RawBlocks ReadPostgresOrders(const std::string& connectionString) {
   const Session session = Connect(connectionString);
   const Stopwatch watch;
-  RawBlocks blocks;
-  PQsendQuery(session.get(), ordersQuery);
-  PQsetSingleRowMode(session.get());
-  while (PGresult* row = PQgetResult(session.get())) {
-    if (PQresultStatus(row) == PGRES_SINGLE_TUPLE)
-      AddRowOfTexts(blocks.ForNextRow(), [row](int column) { return CellOf(row, column); });
-    PQclear(row);
-  }
+  RawBlocks blocks = ReadOrders(session.get());
   Say("seconds", watch.Seconds());
   return blocks;
+}
+
+std::int64_t ReadPostgresOrdersTogether(const std::string& connectionString, std::size_t count) {
+  std::vector<Session> sessions;
+  while (sessions.size() < count) sessions.push_back(Connect(connectionString));
+  std::vector<RawBlocks> results(count);
+  const Stopwatch watch;
+  {
+    std::vector<std::jthread> threads;
+    for (std::size_t i = 0; i < count; ++i)
+      threads.emplace_back([&, i] { results[i] = ReadOrders(sessions[i].get()); });
+  }
+  Say("seconds", watch.Seconds());
+  std::int64_t rows = 0;
+  for (const RawBlocks& blocks : results) rows += blocks.Rows();
+  return rows;
 }
 
 std::int64_t ReadPostgresCatalog(const std::string& connectionString) {

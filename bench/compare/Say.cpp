@@ -1,5 +1,6 @@
 #include "bench/compare/Say.h"
 
+#include <ctime>
 #include <fstream>
 #include <string>
 
@@ -19,6 +20,12 @@ double StatusBytes(std::string_view name) {
 }
 
 }  // namespace
+
+double ThreadSeconds() {
+  timespec worked{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &worked);
+  return static_cast<double>(worked.tv_sec) + static_cast<double>(worked.tv_nsec) / 1e9;
+}
 
 double PeakBytes() { return StatusBytes("VmHWM:"); }
 

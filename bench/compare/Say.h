@@ -23,6 +23,9 @@ class Stopwatch {
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
+/// The processor time that this thread has taken, in seconds.
+[[nodiscard]] double ThreadSeconds();
+
 /// The most memory that this process has held so far, and what it holds now, in bytes, as the
 /// system counts them.
 [[nodiscard]] double PeakBytes();

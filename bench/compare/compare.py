@@ -289,18 +289,46 @@ def stall(setting, table):
                    "%.1f ms" % (1000 * median(own, "stall")), 1000 * median(own, "stall"), 50, "ms")
 
 
+def stall_lines(table, text, longest, work):
+    """How long the event loop stood still, and how much of that its thread worked itself: for the
+    rest it was ready, and servers and workers had the processors."""
+    for what, value in (("longest stall", longest), ("most work between two turns", work)):
+        table.line("%s: %s" % (text, what), "-", "%.1f ms" % (1000 * value), 1000 * value, 16, "ms")
+
+
+def together_lines(setting, table, name, query, count):
+    """Several connections at once against the slowest of them by itself."""
+    text = "%d connections at once, %s" % (count, name)
+    own, = rounds_of(setting, lambda: setting.window("together", setting.orders("postgresql"),
+                                                     query, count))
+    slowest, all_of_them = median(own, "slowest"), median(own, "together")
+    table.line(text, seconds(slowest), seconds(all_of_them), all_of_them / slowest, 1.15)
+    stall_lines(table, text, median(own, "stall"), median(own, "work"))
+
+
+def against_loops(setting, table, count):
+    """As many raw loops at once, where all of them and the server share the processors."""
+    target = setting.orders("postgresql")
+    raws, own = rounds_of(setting, lambda: setting.raw("postgresql-together", target, count),
+                          lambda: setting.window("together", target, QUERY, count))
+    table.line("%d connections at once, fetching, against raw loops" % count,
+               seconds(median(raws, "seconds")), seconds(median(own, "together")),
+               min(result["together"] for result in own) / min(raw["seconds"] for raw in raws),
+               1.15)
+
+
 @row("together")
 def together(setting, table):
-    """Several connections at once against the slowest of them by itself."""
-    for name, query in (("sleeping", "select pg_sleep(1)"), ("fetching", QUERY)):
-        for count in (3, 10):
-            own, = rounds_of(setting, lambda sql=query, many=count: setting.window(
-                "together", setting.orders("postgresql"), sql, many))
-            slowest, all_of_them = median(own, "slowest"), median(own, "together")
-            text = "%d connections at once, %s" % (count, name)
-            table.line(text, seconds(slowest), seconds(all_of_them), all_of_them / slowest, 1.15)
-            table.line(text + ": longest stall", "-", "%.1f ms" % (1000 * median(own, "stall")),
-                       1000 * median(own, "stall"), 16, "ms")
+    for count in (3, 10):
+        together_lines(setting, table, "sleeping", "select pg_sleep(1)", count)
+    for count in (3, 10):
+        together_lines(setting, table, "fetching", QUERY, count)
+
+
+@row("together-loops")
+def together_loops(setting, table):
+    for count in (3, 10):
+        against_loops(setting, table, count)
 
 
 # What runs for long without a row, and what gives rows for long.
@@ -382,8 +410,8 @@ def budget(setting, table):
                ratio(kept, alone), 1.5)
     table.line(text + "resident", megabytes(median(alone, "peak")),
                megabytes(median(kept, "peak")), median(kept, "peak") / MEGABYTE, limit + 188, "MB")
-    longest = max(result["longest"] for result in kept)
-    table.line(text + "longest stall", "-", seconds(longest), longest * 1000, 16, "ms")
+    stall_lines(table, text[:-2], *(max(result[name] for result in kept)
+                                    for name in ("longest", "work")))
 
 
 @row("merged")

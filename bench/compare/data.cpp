@@ -75,23 +75,30 @@ void FetchLarge(Arguments arguments) {
 
 using Results = std::vector<test::StartedQuery>;
 
+struct Stall {
+  double longest = 0;
+  double work = 0;
+};
+
 /// Delivers notices until the end, and in between looks at the rows that were fetched before, all
-/// over them. Gives the longest time in which this thread did nothing else.
-double LookUntilEnd(Platform& platform, const Results& results, const test::EventLog& log) {
+/// over them. Adds the longest time in which this thread did nothing else, and the most that it
+/// worked itself in such a time.
+void LookUntilEnd(Platform& platform, const Results& results, const test::EventLog& log,
+                  Stall& stall) {
   constexpr std::int64_t step = 7919;
   std::int64_t row = 0;
-  double longest = 0;
   while (log.Ends() == 0) {
     const Stopwatch watch;
+    const double worked = ThreadSeconds();
     platform.queue.Pump();
     for (const test::StartedQuery& result : results)
       if (const std::int64_t count = result.Rows() ? result->RecordCount() : 0; count > 0)
         (void)result->ValueAt(row % count, 0);
     row += step;
-    longest = std::max(longest, watch.Seconds());
+    stall.longest = std::max(stall.longest, watch.Seconds());
+    stall.work = std::max(stall.work, ThreadSeconds() - worked);
   }
   if (log.LastError()) throw std::runtime_error(log.LastError()->description);
-  return longest;
 }
 
 /// Looks at every row of all results; gives the sum of their first fields.
@@ -110,16 +117,17 @@ void FetchTogether(Arguments arguments) {
   Platform platform({std::stoull(arguments[2]) * megabyte, SpillFolder()});
   std::vector<std::shared_ptr<Connection>> connections;
   Results results;
-  double longest = 0;
+  Stall stall;
   const Stopwatch watch;
   for (int i = 0; i < std::stoi(arguments[3]); ++i) {
     connections.push_back(platform.Connect(arguments[0]));
     test::EventLog log;
     results.push_back(Platform::Start(*connections.back(), arguments[1], log));
-    longest = std::max(longest, LookUntilEnd(platform, results, log));
+    LookUntilEnd(platform, results, log, stall);
   }
   Say("seconds", watch.Seconds());
-  Say("longest", longest);
+  Say("longest", stall.longest);
+  Say("work", stall.work);
   Say("present", PresentBytes());
   std::size_t held = 0;
   for (const test::StartedQuery& result : results)

@@ -27,6 +27,10 @@ void RawSqlite(Arguments arguments) {
 }
 
 void RawPostgres(Arguments arguments) { SayHeld(ReadPostgresOrders(arguments[0])); }
+/// <connection string> <connections>
+void RawPostgresTogether(Arguments arguments) {
+  Say("rows", ReadPostgresOrdersTogether(arguments[0], std::stoul(arguments[1])));
+}
 void RawMaria(Arguments arguments) { SayHeld(ReadMariaOrders(arguments[0])); }
 void RawOdbc(Arguments arguments) { SayHeld(ReadOdbcOrders(arguments[0])); }
 
@@ -38,6 +42,7 @@ int main(int argc, char* argv[]) {
   using namespace tessel::bench;
   return RunCase({{"sqlite", {1, RawSqlite}},
                   {"postgresql", {1, RawPostgres}},
+                  {"postgresql-together", {2, RawPostgresTogether}},
                   {"mariadb", {1, RawMaria}},
                   {"odbc", {1, RawOdbc}},
                   {"catalog", {1, RawCatalog}}},

@@ -26,7 +26,8 @@ constexpr double second = 1;
 constexpr double longest = 600 * second;
 
 /// Beats once a millisecond as long as the event loop comes round, and keeps the longest time
-/// between two beats.
+/// between two beats; and the most that this thread itself worked between two. What the first has
+/// more than the second the thread was ready and others had the processors.
 class Heartbeat {
  public:
   Heartbeat() {
@@ -35,17 +36,25 @@ class Heartbeat {
     QObject::connect(&timer_, &QTimer::timeout, [this] { Beat(); });
     timer_.start();
   }
-  [[nodiscard]] double Longest() const { return std::max(longest_, last_.Seconds()); }
+  void SayLongest() {
+    Beat();
+    Say("stall", longest_);
+    Say("work", mostWork_);
+  }
 
  private:
   void Beat() {
     longest_ = std::max(longest_, last_.Seconds());
     last_ = Stopwatch();
+    const double before = std::exchange(worked_, ThreadSeconds());
+    mostWork_ = std::max(mostWork_, worked_ - before);
   }
 
   QTimer timer_;
   Stopwatch last_;
+  double worked_ = ThreadSeconds();
   double longest_ = 0;
+  double mostWork_ = 0;
 };
 
 /// Lets the event loop run until `QApplication::exit`, or for so many seconds.
@@ -98,7 +107,7 @@ struct Program {
 /// were fetched, to the last.
 void MeasureStall(Program& program) {
   bool ended = false;
-  const Heartbeat heart;
+  Heartbeat heart;
   const auto operation = program.connection->StartQuery(program.query, LockType::ReadOnly);
   operation->Ended = [&] {
     ended = true;
@@ -106,7 +115,7 @@ void MeasureStall(Program& program) {
   };
   RunFor(longest);
   if (!ended) throw std::runtime_error("It does not come to an end.");
-  Say("stall", heart.Longest());
+  heart.SayLongest();
   Say("rows", operation->FirstRows()->RecordCount());
 }
 
@@ -135,9 +144,9 @@ void MeasureTogether(QtDesktop& desktop, const char* target, const char* query, 
   };
   double slowest = 0;
   for (std::size_t i = 0; i < connections.size(); ++i) slowest = std::max(slowest, run(i, i + 1));
-  const Heartbeat heart;
+  Heartbeat heart;
   Say("together", run(0, connections.size()));
-  Say("stall", heart.Longest());
+  heart.SayLongest();
   Say("slowest", slowest);
 }
 
