@@ -38,6 +38,8 @@ bool SaysSomething(const CommandResult& result) {
   return result.rows != nullptr || !result.notices.empty();
 }
 
+std::int64_t LineEnds(std::string_view text) { return std::ranges::count(text, '\n'); }
+
 /// "Statement 2", "Statements 2 to 4".
 std::string Range(std::int64_t first, std::int64_t last) {
   if (first == last) return "Statement " + std::to_string(first);
@@ -72,31 +74,51 @@ StatementList::StatementList(std::string sql, const Connection& connection,
                              std::shared_ptr<const QueryOperation> operation)
     : sql_(std::move(sql)), operation_(std::move(operation)) {
   const Property* name = connection.ProviderProperties().Find("DBMS Name");
-  statements_ = SplitStatements(
-      sql_, DialectOf(name == nullptr ? std::string() : ToText(ToView(name->value))));
-  ListItems();
+  dialect_ = DialectOf(name == nullptr ? std::string() : ToText(ToView(name->value)));
 }
 
-bool StatementList::HasSeveral() const { return statements_.size() > 1 || items_.size() > 1; }
+bool StatementList::HasSeveral() const {
+  const auto listed = std::ranges::count_if(operation_->Results(), [](const CommandResult& result) {
+    return result.statement.number > 0 || SaysSomething(result);
+  });
+  return listed > 1 || (operation_->Stop() && Statements().size() > 1);
+}
+
+const std::vector<SqlStatement>& StatementList::Statements() const {
+  if (!statements_) statements_ = SplitStatements(sql_, dialect_);
+  return *statements_;
+}
+
+const std::vector<StatementList::Item>& StatementList::Items() const {
+  if (!items_) items_ = ListItems();
+  return *items_;
+}
 
 // --- what came of each ---------------------------------------------------------------------------
 
 /// Results whose statement is not known stand first, in their order; then it is not known either
 /// which statements gave none.
-void StatementList::ListItems() {
+std::vector<StatementList::Item> StatementList::ListItems() const {
+  std::vector<Item> items;
   const std::vector<CommandResult>& results = operation_->Results();
   auto result = results.begin();
   for (; result != results.end() && result->statement.number == 0; ++result)
-    items_.push_back({0, &*result, done});
-  if (!items_.empty()) return;
-  for (std::int64_t number = 1; number <= std::ssize(statements_); ++number) {
-    const std::size_t before = items_.size();
+    items.push_back({0, &*result, done});
+  if (!items.empty()) return items;
+  std::int64_t line = 1;
+  std::size_t counted = 0;  // Up to this byte.
+  for (std::int64_t number = 1; number <= std::ssize(Statements()); ++number) {
+    const std::size_t begin = Statements()[static_cast<std::size_t>(number - 1)].begin;
+    line += LineEnds(std::string_view(sql_).substr(counted, begin - counted));
+    counted = begin;
+    const std::size_t before = items.size();
     for (; result != results.end() && result->statement.number == number; ++result)
-      items_.push_back({number, &*result, StateOf(number, true)});
-    if (items_.size() == before) items_.push_back({number, nullptr, StateOf(number, false)});
+      items.push_back({number, &*result, StateOf(number, true), line});
+    if (items.size() == before) items.push_back({number, nullptr, StateOf(number, false), line});
   }
   for (; result != results.end(); ++result)
-    if (SaysSomething(*result)) items_.push_back({0, &*result, done});
+    if (SaysSomething(*result)) items.push_back({0, &*result, done});
+  return items;
 }
 
 std::string_view StatementList::StateOf(std::int64_t number, bool hasResult) const {
@@ -122,8 +144,8 @@ std::string_view StatementList::StateOfStopped() const {
 }
 
 std::string_view StatementList::TextOf(std::int64_t number) const {
-  if (number <= 0 || number > std::ssize(statements_)) return {};
-  const SqlStatement& statement = statements_[static_cast<std::size_t>(number - 1)];
+  if (number <= 0 || number > std::ssize(Statements())) return {};
+  const SqlStatement& statement = Statements()[static_cast<std::size_t>(number - 1)];
   return std::string_view(sql_).substr(statement.begin, statement.end - statement.begin);
 }
 
@@ -131,15 +153,15 @@ std::int64_t StatementList::LineOf(std::int64_t number) const {
   const std::string_view statement = TextOf(number);
   const std::string_view before(sql_.data(),
                                 static_cast<std::size_t>(statement.data() - sql_.data()));
-  return std::ranges::count(before, '\n') + 1;
+  return LineEnds(before) + 1;
 }
 
 // --- as rows -------------------------------------------------------------------------------------
 
 std::shared_ptr<Recordset> StatementList::Rows(DataAccess& data) const {
   std::vector<std::vector<Value>> rows;
-  rows.reserve(items_.size());
-  for (const Item& item : items_) rows.push_back(RowOf(item));
+  rows.reserve(Items().size());
+  for (const Item& item : Items()) rows.push_back(RowOf(item));
   return data.MakeRecordset(Columns(), std::move(rows));
 }
 
@@ -150,7 +172,7 @@ std::vector<Value> StatementList::RowOf(const Item& item) const {
   std::string messages = result == nullptr ? std::string() : Joined(result->notices);
   if (item.state == failed && operation_->Failure()) messages = operation_->Failure()->description;
   return {known ? Value(item.number) : Value(),
-          known ? Value(LineOf(item.number)) : Value(),
+          known ? Value(item.line) : Value(),
           FirstWords(TextOf(item.number), manyBytes),
           std::string(item.state),
           hasRows ? Value(result->rows->RecordCount()) : Value(),
@@ -159,11 +181,11 @@ std::vector<Value> StatementList::RowOf(const Item& item) const {
 }
 
 std::string StatementList::Status() const {
-  std::string text = std::to_string(items_.size()) + " statements";
+  std::string text = std::to_string(Items().size()) + " statements";
   std::string separator = ": ";
   for (const std::string_view state :
        {done, doneUnlessUndone, notCommitted, rolledBack, failed, cancelled, notRun}) {
-    const auto count = std::ranges::count(items_, state, &Item::state);
+    const auto count = std::ranges::count(Items(), state, &Item::state);
     if (count == 0) continue;
     text += std::exchange(separator, ", ") + std::to_string(count) + " ";
     text += state;
@@ -172,20 +194,20 @@ std::string StatementList::Status() const {
 }
 
 std::shared_ptr<Recordset> StatementList::RowsOf(Bookmark row) const {
-  const CommandResult* result = items_.at(static_cast<std::size_t>(row - 1)).result;
+  const CommandResult* result = Items().at(static_cast<std::size_t>(row - 1)).result;
   return result == nullptr ? nullptr : result->rows;
 }
 
 // --- as a sentence -------------------------------------------------------------------------------
 
 std::string StatementList::StopText() const {
-  if (!operation_->Stop() || statements_.size() < 2) return {};
+  if (!operation_->Stop() || Statements().size() < 2) return {};
   return WhatStopped() + WhatBecameOfOthers();
 }
 
 std::string StatementList::WhatStopped() const {
   const std::int64_t number = operation_->Stop()->statement.number;
-  const std::string count = std::to_string(statements_.size());
+  const std::string count = std::to_string(Statements().size());
   const std::string state(StateOfStopped());
   if (number == 0) return "Which of the " + count + " statements " + state + " is not known.";
   return "Statement " + std::to_string(number) + " of " + count + " " + state + " (line " +

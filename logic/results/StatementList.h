@@ -14,7 +14,7 @@
 namespace tessel {
 
 /// What came of each statement of a text that was run as one command, for a person. It keeps the
-/// operation, and with it all rows. UI thread.
+/// operation, and with it all rows. A long text is divided when that is first needed. UI thread.
 class StatementList {
  public:
   /// `operation` has ended; it ran `sql` on `connection`, whose database takes it apart.
@@ -43,9 +43,12 @@ class StatementList {
     std::int64_t number = 0;                ///< Of the statement; 0: not known.
     const CommandResult* result = nullptr;  ///< Of the operation.
     std::string_view state;
+    std::int64_t line = 0;  ///< Of the statement.
   };
 
-  void ListItems();
+  [[nodiscard]] const std::vector<SqlStatement>& Statements() const;
+  [[nodiscard]] const std::vector<Item>& Items() const;
+  [[nodiscard]] std::vector<Item> ListItems() const;
   [[nodiscard]] std::string_view StateOf(std::int64_t number, bool hasResult) const;
   [[nodiscard]] std::string_view StateOfStopped() const;
   [[nodiscard]] std::vector<Value> RowOf(const Item& item) const;
@@ -55,9 +58,10 @@ class StatementList {
   [[nodiscard]] std::string WhatBecameOfOthers() const;
 
   std::string sql_;
+  SqlDialect dialect_;
   std::shared_ptr<const QueryOperation> operation_;
-  std::vector<SqlStatement> statements_;
-  std::vector<Item> items_;
+  mutable std::optional<std::vector<SqlStatement>> statements_;  ///< Once they were needed.
+  mutable std::optional<std::vector<Item>> items_;               ///< The same.
 };
 
 }  // namespace tessel
