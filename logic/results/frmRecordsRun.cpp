@@ -126,8 +126,9 @@ void frmRecords::OfferStatements(const PreparedQuery& query) {
   cmdStatements_.SetVisible(true);
   if (dataGrid_.Visible()) results_.Offer(query_->Results());
   Form_Resize();
-  const std::string stopped = statements_->StopText();
+  std::string stopped = statements_->StopText();
   if (stopped.empty()) return;
+  stopped = "[" + stopped + "]";
   report_.error += (report_.error.empty() ? "" : " ") + stopped;
   SetStatus(stopped, statusColor::plain, {true, true, cmdCnErrors_.Visible()});
 }

@@ -155,11 +155,11 @@ TEST_F(ResultChoiceTest, AFailureHalfWayTellsItsStatementAndWhatBecameOfTheOther
       .Then(MemoryResult::Failure(MemoryError("no such table: b")).Leaves(UserTransaction::None));
   EXPECT_FALSE(Run(text));
   EXPECT_EQ(Status(),
-            "[12:00:00]  no such table: b Statement 3 of 4 failed (line 2): insert into b. "
-            "Statements 1 to 2 were rolled back.");
+            "[12:00:00]  no such table: b [Statement 3 of 4 failed (line 2): insert into b. "
+            "Statements 1 to 2 were rolled back.]");
   EXPECT_EQ(records->LastRun().error,
-            "no such table: b Statement 3 of 4 failed (line 2): insert into b. "
-            "Statements 1 to 2 were rolled back.");
+            "no such table: b [Statement 3 of 4 failed (line 2): insert into b. "
+            "Statements 1 to 2 were rolled back.]");
   W().Click("cmdStatements");
   EXPECT_EQ(host.statements->Status(), "4 statements: 2 rolled back, 1 failed, 1 not run");
 }
@@ -175,14 +175,14 @@ TEST_F(ResultChoiceTest, WhatAFailureLeavesBehindIsSaidAsItIs) {
     EXPECT_FALSE(Run(text));
     return Status().substr(Status().find("c. ") + 3);
   };
-  EXPECT_EQ(said("a; b; c", None, None), "Statements 1 to 2 stay done.");
-  EXPECT_EQ(said("a;  b; c", Open, None), "Statement 1 stays done. Statement 2 was rolled back.");
+  EXPECT_EQ(said("a; b; c", None, None), "Statements 1 to 2 stay done.]");
+  EXPECT_EQ(said("a;  b; c", Open, None), "Statement 1 stays done. Statement 2 was rolled back.]");
   EXPECT_EQ(said("a;   b; c", Open, Open),
-            "Statement 1 stays done. Statement 2 waits for COMMIT or ROLLBACK.");
+            "Statement 1 stays done. Statement 2 waits for COMMIT or ROLLBACK.]");
   EXPECT_EQ(said("a;    b; c", Open, Failed),
-            "Statement 1 stays done. Statement 2 is undone by ROLLBACK, which has to come next.");
+            "Statement 1 stays done. Statement 2 is undone by ROLLBACK, which has to come next.]");
   EXPECT_EQ(said("a;     b; c", Open, Unknown),
-            "Statement 1 stays done. Statement 2 may be undone: the database does not tell.");
+            "Statement 1 stays done. Statement 2 may be undone: the database does not tell.]");
 }
 
 TEST_F(ResultChoiceTest, AnErrorBehindTheFirstRowsIsPlacedToo) {
@@ -190,9 +190,10 @@ TEST_F(ResultChoiceTest, AnErrorBehindTheFirstRowsIsPlacedToo) {
   data.Answer("select; bad; select", {MemoryField("n")}, {{Text("1")}})
       .Then(MemoryResult::Failure(MemoryError("bad")));
   EXPECT_TRUE(Run("select; bad; select")) << "as ever: the first rows are there";
-  EXPECT_EQ(Status(),
-            "[12:00:00]  1 record(s). [1 error(s) occurred] Statement 2 of 3 failed (line 1): bad. "
-            "Statement 1 stays done.");
+  EXPECT_EQ(
+      Status(),
+      "[12:00:00]  1 record(s). [1 error(s) occurred] [Statement 2 of 3 failed (line 1): bad. "
+      "Statement 1 stays done.]");
   EXPECT_TRUE(Shows("cmdCnErrors"));
 }
 
