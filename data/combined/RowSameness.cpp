@@ -42,8 +42,9 @@ void CompareNumbers(const ColumnCells& cells, std::span<const RowPair> pairs,
 bool SameBytes(const ColumnCells& cells, std::size_t a, std::size_t b) {
   const ArenaSlice x = cells.a.SliceAt(a);
   const ArenaSlice y = cells.b.SliceAt(b);
-  return x.size == y.size &&
-         std::memcmp(cells.a.arena.Data() + x.offset, cells.b.arena.Data() + y.offset, x.size) == 0;
+  if (x.size != y.size) return false;
+  if (x.size == 0) return true;  // An arena without bytes has no address.
+  return std::memcmp(cells.a.arena.Data() + x.offset, cells.b.arena.Data() + y.offset, x.size) == 0;
 }
 
 void CompareBytes(const ColumnCells& cells, std::span<const RowPair> pairs,
