@@ -86,7 +86,9 @@ class ForeignPartsDatabase : public PostgresDatabase {
 };
 
 std::vector<SkippedBody> ForeignPartsDatabase::Skipped() const {
-  return {{"WriteFaultBodies.AnotherFieldChangedBySomebodyElseIsNone",
+  return {{"CancelBodies.WorkThatWasDoneIsNotCalledCancelled",
+           "the other server commits before its own end: a cancel in between undoes nothing there"},
+          {"WriteFaultBodies.AnotherFieldChangedBySomebodyElseIsNone",
            "a table with parts on other servers has no key, so every field is compared"}};
 }
 
