@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <span>
 
 #include "contract/base/Ascii.h"
 #include "data/providers/CommandText.h"
@@ -12,24 +11,13 @@ namespace tessel {
 
 namespace {
 
-bool BeginsWith(std::string_view statement, std::span<const std::string_view> words) {
-  const std::string_view first = FirstWord(statement);
-  return std::ranges::any_of(words,
-                             [first](std::string_view word) { return EqualNoCase(word, first); });
-}
-
 /// A call and a block of statements give any number of results, and an end without columns behind
 /// them.
-bool MayGiveMoreResults(std::string_view statement) {
+bool MayGiveMoreResults(std::string_view firstWord) {
   constexpr std::array<std::string_view, 8> words = {"call", "begin", "if",     "case",
                                                      "loop", "for",   "repeat", "while"};
-  return BeginsWith(statement, words);
-}
-
-/// What it runs is not in the text: it may be a call.
-bool RunsSomethingElse(std::string_view statement) {
-  constexpr std::array<std::string_view, 1> words = {"execute"};
-  return BeginsWith(statement, words);
+  return std::ranges::any_of(
+      words, [firstWord](std::string_view word) { return EqualNoCase(word, firstWord); });
 }
 
 }  // namespace
@@ -44,11 +32,13 @@ void TextWalk::Next(EarlierStatements done, WorkContext& context) {
   Tell(done, context);
 }
 
-/// Behind what is not understood the places are not known any more.
+/// What EXECUTE runs is not in the text, and may be a call: behind it the places are not known.
 void TextWalk::LeaveRows(EarlierStatements done, WorkContext& context) {
-  const bool mayCall = dialect_ == SqlDialect::MariaDB;
-  if (mayCall && MayGiveMoreResults(Text())) return;
-  if (mayCall && RunsSomethingElse(Text())) statements_.clear();
+  if (dialect_ == SqlDialect::MariaDB) {
+    const std::string_view firstWord = FirstWord(Text());
+    if (MayGiveMoreResults(firstWord)) return;
+    if (EqualNoCase(firstWord, "execute")) statements_.clear();
+  }
   Next(done, context);
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "contract/base/Utf8.h"
+#include "logic/results/ListRows.h"
 
 namespace tessel {
 
@@ -46,20 +47,12 @@ std::string Range(std::int64_t first, std::int64_t last) {
   return "Statements " + std::to_string(first) + " to " + std::to_string(last);
 }
 
-Value Count(std::int64_t number) { return number < 0 ? Value() : Value(number); }
-
-FieldInfo Column(std::string name, DataType type) {
-  FieldInfo field;
-  field.name = std::move(name);
-  field.type = type;
-  return field;
-}
-
 std::vector<FieldInfo> Columns() {
-  return {Column("Statement", DataType::BigInt), Column("Line", DataType::BigInt),
-          Column("SQL", DataType::VarWChar),     Column("State", DataType::VarWChar),
-          Column("Records", DataType::BigInt),   Column("Records Affected", DataType::BigInt),
-          Column("Messages", DataType::VarWChar)};
+  return {
+      ListColumn("Statement", DataType::BigInt), ListColumn("Line", DataType::BigInt),
+      ListColumn("SQL", DataType::VarWChar),     ListColumn("State", DataType::VarWChar),
+      ListColumn("Records", DataType::BigInt),   ListColumn("Records Affected", DataType::BigInt),
+      ListColumn("Messages", DataType::VarWChar)};
 }
 
 std::string Joined(const std::vector<ErrorInfo>& notices) {
@@ -149,13 +142,6 @@ std::string_view StatementList::TextOf(std::int64_t number) const {
   return std::string_view(sql_).substr(statement.begin, statement.end - statement.begin);
 }
 
-std::int64_t StatementList::LineOf(std::int64_t number) const {
-  const std::string_view statement = TextOf(number);
-  const std::string_view before(sql_.data(),
-                                static_cast<std::size_t>(statement.data() - sql_.data()));
-  return LineEnds(before) + 1;
-}
-
 // --- as rows -------------------------------------------------------------------------------------
 
 std::shared_ptr<Recordset> StatementList::Rows(DataAccess& data) const {
@@ -176,21 +162,16 @@ std::vector<Value> StatementList::RowOf(const Item& item) const {
           FirstWords(TextOf(item.number), manyBytes),
           std::string(item.state),
           hasRows ? Value(result->rows->RecordCount()) : Value(),
-          result == nullptr ? Value() : Count(result->recordsAffected),
+          result == nullptr ? Value() : CountOrNull(result->recordsAffected),
           std::move(messages)};
 }
 
 std::string StatementList::Status() const {
-  std::string text = std::to_string(Items().size()) + " statements";
-  std::string separator = ": ";
+  std::vector<StateCount> states;
   for (const std::string_view state :
-       {done, doneUnlessUndone, notCommitted, rolledBack, failed, cancelled, notRun}) {
-    const auto count = std::ranges::count(Items(), state, &Item::state);
-    if (count == 0) continue;
-    text += std::exchange(separator, ", ") + std::to_string(count) + " ";
-    text += state;
-  }
-  return text;
+       {done, doneUnlessUndone, notCommitted, rolledBack, failed, cancelled, notRun})
+    states.push_back({state, std::ranges::count(Items(), state, &Item::state)});
+  return WithStates(std::to_string(Items().size()) + " statements", states);
 }
 
 std::shared_ptr<Recordset> StatementList::RowsOf(Bookmark row) const {
@@ -206,12 +187,14 @@ std::string StatementList::StopText() const {
 }
 
 std::string StatementList::WhatStopped() const {
-  const std::int64_t number = operation_->Stop()->statement.number;
+  const auto& [number, begin, end] = operation_->Stop()->statement;
   const std::string count = std::to_string(Statements().size());
   const std::string state(StateOfStopped());
   if (number == 0) return "Which of the " + count + " statements " + state + " is not known.";
+  const std::string_view text = sql_;
   return "Statement " + std::to_string(number) + " of " + count + " " + state + " (line " +
-         std::to_string(LineOf(number)) + "): " + FirstWords(TextOf(number), fewBytes);
+         std::to_string(LineEnds(text.substr(0, begin)) + 1) +
+         "): " + FirstWords(text.substr(begin, end - begin), fewBytes);
 }
 
 std::string StatementList::WhatBecameOfOthers() const {

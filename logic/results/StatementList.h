@@ -53,7 +53,6 @@ class StatementList {
   [[nodiscard]] std::string_view StateOfStopped() const;
   [[nodiscard]] std::vector<Value> RowOf(const Item& item) const;
   [[nodiscard]] std::string_view TextOf(std::int64_t number) const;
-  [[nodiscard]] std::int64_t LineOf(std::int64_t number) const;
   [[nodiscard]] std::string WhatStopped() const;
   [[nodiscard]] std::string WhatBecameOfOthers() const;
 

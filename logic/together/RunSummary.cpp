@@ -3,27 +3,25 @@
 #include <algorithm>
 #include <utility>
 
+#include "logic/results/ListRows.h"
+
 namespace tessel {
 
 namespace {
 
 constexpr double millisecondsOfSecond = 1000;
 
-FieldInfo Column(std::string name, DataType type) {
-  FieldInfo field;
-  field.name = std::move(name);
-  field.type = type;
-  return field;
-}
-
 std::vector<FieldInfo> Columns() {
-  return {Column("Connection", DataType::VarWChar),  Column("State", DataType::VarWChar),
-          Column("Records", DataType::BigInt),       Column("Records Affected", DataType::BigInt),
-          Column("First Row (s)", DataType::Double), Column("Seconds", DataType::Double),
-          Column("Error", DataType::VarWChar)};
+  return {ListColumn("Connection", DataType::VarWChar),
+          ListColumn("State", DataType::VarWChar),
+          ListColumn("Records", DataType::BigInt),
+          ListColumn("Records Affected", DataType::BigInt),
+          ListColumn("First Row (s)", DataType::Double),
+          ListColumn("Seconds", DataType::Double),
+          ListColumn("Error", DataType::VarWChar)};
 }
 
-std::string StateText(RunState state) {
+std::string_view StateText(RunState state) {
   switch (state) {
     case RunState::Done: return "done";
     case RunState::Failed: return "failed";
@@ -33,8 +31,6 @@ std::string StateText(RunState state) {
   return {};
 }
 
-Value Count(std::int64_t number) { return number < 0 ? Value() : Value(number); }
-
 Value Seconds(std::int64_t milliseconds) {
   if (milliseconds < 0) return {};
   return static_cast<double>(milliseconds) / millisecondsOfSecond;
@@ -43,9 +39,9 @@ Value Seconds(std::int64_t milliseconds) {
 std::vector<Value> RowOf(const RunLine& line) {
   const RunReport& report = line.report;
   return {line.caption,
-          StateText(report.state),
-          Count(report.rows),
-          Count(report.recordsAffected),
+          std::string(StateText(report.state)),
+          CountOrNull(report.rows),
+          CountOrNull(report.recordsAffected),
           Seconds(report.firstRow),
           Seconds(report.elapsed),
           report.error};
@@ -61,16 +57,13 @@ std::shared_ptr<Recordset> SummaryRows(DataAccess& data, const std::vector<RunLi
 }
 
 std::string SummaryStatus(const std::vector<RunLine>& lines) {
-  std::string text = std::to_string(lines.size()) + " connections";
-  std::string separator = ": ";
+  std::vector<StateCount> states;
   for (const RunState state :
        {RunState::Done, RunState::Failed, RunState::Cancelled, RunState::Skipped}) {
-    const auto count = std::ranges::count_if(
-        lines, [state](const RunLine& line) { return line.report.state == state; });
-    if (count == 0) continue;
-    text += std::exchange(separator, ", ") + std::to_string(count) + " " + StateText(state);
+    const auto isIn = [state](const RunLine& line) { return line.report.state == state; };
+    states.push_back({StateText(state), std::ranges::count_if(lines, isIn)});
   }
-  return text;
+  return WithStates(std::to_string(lines.size()) + " connections", states);
 }
 
 }  // namespace tessel
