@@ -1,6 +1,6 @@
 #include <benchmark/benchmark.h>
 
-#include "logic/query/Completion.h"
+#include "logic/query/completion/Completion.h"
 
 namespace tessel::bench {
 

@@ -4,8 +4,8 @@
 #include "bench/OrdersFile.h"
 #include "bench/RawOrders.h"
 #include "contract/base/EventQueue.h"
-#include "data/cursor/ClientRecordset.h"
 #include "data/cursor/DataAccessObjects.h"
+#include "data/cursor/rows/ClientRecordset.h"
 
 namespace tessel::bench {
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "bench/PeakMemory.h"
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "desktop/QtDesktop.h"
 #include "logic/text/TextDocument.h"
 

@@ -21,7 +21,7 @@ endfunction()
 if(TESSEL_FUZZ AND NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
   message(WARNING "TESSEL_FUZZ needs clang (CMAKE_CXX_COMPILER=clang++): no fuzz target is built")
 elseif(TESSEL_FUZZ)
-  file(GLOB fuzz_contract CONFIGURE_DEPENDS contract/*/*.cpp)
+  file(GLOB_RECURSE fuzz_contract CONFIGURE_DEPENDS contract/*.cpp)
   tessel_fuzz(tag_scanner_fuzz tests/fuzz/TagScannerFuzz.cpp tests/support/TagScannerProperty.cpp
               logic/tags/TagScanner.cpp logic/program/Global.cpp logic/program/Characters.cpp ${fuzz_contract})
   tessel_fuzz(sql_statements_fuzz tests/fuzz/SqlStatementsFuzz.cpp tests/support/SqlStatementsProperty.cpp

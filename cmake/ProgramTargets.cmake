@@ -8,8 +8,8 @@ find_package(Qt6 REQUIRED COMPONENTS Widgets PrintSupport Svg Test)
 find_library(TESSEL_QSCINTILLA NAMES qscintilla2_qt6 REQUIRED)
 
 # The databases that the program knows.
-file(GLOB driver_sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} data/providers/*/*.cpp)
-list(FILTER driver_sources EXCLUDE REGEX "/memory/") # in tessel_data: it needs no library
+file(GLOB_RECURSE driver_sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} data/providers/*.cpp)
+list(FILTER driver_sources INCLUDE REGEX "/(sqlite|odbc|postgresql|mariadb)/")
 tessel_library_of(tessel_drivers data/cursor/DataAccessObjects.cpp ${driver_sources})
 tessel_link(tessel_drivers tessel_data SQLite::SQLite3 ODBC::ODBC PkgConfig::libpq PkgConfig::libmariadb)
 tessel_precompile_std(tessel_drivers)

@@ -12,18 +12,18 @@
 #include "contract/base/Error.h"
 #include "contract/base/Keys.h"
 #include "desktop/FormRegistry.h"
-#include "desktop/base/Icons.h"
 #include "desktop/base/MenuKey.h"
 #include "desktop/base/Text.h"
-#include "desktop/base/Theme.h"
 #include "desktop/base/Typing.h"
 #include "desktop/dialogs/MessageDialog.h"
 #include "desktop/help/HelpWindow.h"
+#include "desktop/look/Icons.h"
+#include "desktop/look/Theme.h"
 #include "desktop/services/QtServices.h"
 #include "desktop/window/DesktopCore.h"
 #include "desktop/window/DialogWindow.h"
-#include "desktop/window/DocumentWindow.h"
-#include "desktop/window/FrameWindow.h"
+#include "desktop/window/frame/DocumentWindow.h"
+#include "desktop/window/frame/FrameWindow.h"
 
 namespace tessel {
 

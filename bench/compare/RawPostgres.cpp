@@ -8,8 +8,8 @@
 #include "bench/OrdersFile.h"
 #include "bench/compare/RawLoops.h"
 #include "bench/compare/Say.h"
-#include "data/providers/postgresql/PostgresKeys.h"
 #include "data/providers/postgresql/PostgresSchema.h"
+#include "data/providers/postgresql/client/PostgresKeys.h"
 
 namespace tessel::bench {
 

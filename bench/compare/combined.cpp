@@ -15,8 +15,8 @@
 
 #include "bench/compare/Cases.h"
 #include "bench/compare/Say.h"
-#include "data/cursor/ClientRecordset.h"
 #include "data/cursor/CombinedAccess.h"
+#include "data/cursor/rows/ClientRecordset.h"
 #include "data/rows/RowSink.h"
 
 namespace tessel::bench {

@@ -9,7 +9,7 @@
 #include "desktop/QtDesktop.h"
 #include "logic/program/Global.h"
 #include "logic/program/dlgAsync.h"
-#include "logic/query/vocab.h"
+#include "logic/query/completion/vocab.h"
 #include "system/PosixFiles.h"
 
 namespace tessel::bench {

@@ -5,8 +5,8 @@
 #include <charconv>
 #include <limits>
 
-#include "contract/base/Ascii.h"
 #include "contract/base/Value.h"
+#include "contract/text/Ascii.h"
 
 namespace tessel {
 

@@ -1,7 +1,7 @@
 #include "contract/base/Properties.h"
 
-#include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
+#include "contract/text/Ascii.h"
 
 namespace tessel {
 

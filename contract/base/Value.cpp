@@ -1,7 +1,7 @@
 #include "contract/base/Value.h"
 
-#include "contract/base/NumberText.h"
-#include "contract/base/Utf8.h"
+#include "contract/text/NumberText.h"
+#include "contract/text/Utf8.h"
 
 namespace tessel {
 

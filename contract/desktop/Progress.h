@@ -1,6 +1,6 @@
 #pragma once
 
-#include "contract/desktop/Control.h"
+#include "contract/desktop/controls/Control.h"
 
 namespace tessel {
 

@@ -5,9 +5,9 @@
 #include <string_view>
 
 #include "contract/desktop/CommonDialogs.h"
-#include "contract/desktop/Control.h"
-#include "contract/desktop/MenuItem.h"
 #include "contract/desktop/Progress.h"
+#include "contract/desktop/controls/Control.h"
+#include "contract/desktop/controls/MenuItem.h"
 
 namespace tessel {
 

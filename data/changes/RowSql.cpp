@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 #include "data/changes/UniqueRows.h"
 
 namespace tessel {

@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 
 namespace tessel {
 

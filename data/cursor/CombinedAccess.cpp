@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "data/cursor/ClientRecordset.h"
-#include "data/cursor/FixedRecordset.h"
 #include "data/cursor/ResultComparison.h"
+#include "data/cursor/rows/ClientRecordset.h"
+#include "data/cursor/rows/FixedRecordset.h"
 #include "data/rows/RowSink.h"
 
 namespace tessel {

@@ -9,9 +9,9 @@
 
 #include "contract/base/EventQueue.h"
 #include "contract/data/Connection.h"
-#include "data/cursor/ClientRecordset.h"
-#include "data/cursor/CursorHost.h"
 #include "data/cursor/DataOperation.h"
+#include "data/cursor/rows/ClientRecordset.h"
+#include "data/cursor/rows/CursorHost.h"
 #include "data/providers/Provider.h"
 #include "data/rows/RowMemory.h"
 #include "data/tasks/RowWriter.h"

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "contract/data/Operation.h"
-#include "data/cursor/ClientRecordset.h"
-#include "data/cursor/CursorHost.h"
+#include "data/cursor/rows/ClientRecordset.h"
+#include "data/cursor/rows/CursorHost.h"
 #include "data/tasks/Task.h"
 
 namespace tessel {

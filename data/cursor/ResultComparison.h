@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "contract/data/CombinedRows.h"
-#include "data/combined/RowMatching.h"
-#include "data/cursor/FixedRecordset.h"
+#include "data/combined/matching/RowMatching.h"
+#include "data/cursor/rows/FixedRecordset.h"
 
 namespace tessel {
 

@@ -4,8 +4,8 @@
 #include <iterator>
 #include <string_view>
 
-#include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
+#include "contract/text/Ascii.h"
 
 namespace tessel {
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "contract/base/Properties.h"
-#include "data/providers/ConnectionKeys.h"
+#include "data/providers/text/ConnectionKeys.h"
 
 namespace tessel {
 

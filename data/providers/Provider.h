@@ -12,9 +12,9 @@
 #include "contract/data/Connection.h"
 #include "contract/data/Recordset.h"
 #include "data/changes/RowStatement.h"
-#include "data/providers/ConnectionKeys.h"
 #include "data/providers/SchemaRows.h"
 #include "data/providers/WorkContext.h"
+#include "data/providers/text/ConnectionKeys.h"
 #include "data/rows/RowSink.h"
 
 namespace tessel {

@@ -4,8 +4,8 @@
 #include <array>
 #include <cstdint>
 
-#include "contract/base/Ascii.h"
-#include "data/providers/CommandText.h"
+#include "contract/text/Ascii.h"
+#include "data/providers/text/CommandText.h"
 
 namespace tessel {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "contract/base/SqlStatements.h"
+#include "contract/sql/SqlStatements.h"
 #include "data/providers/WorkContext.h"
 
 namespace tessel {

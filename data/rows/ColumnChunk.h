@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "contract/base/Value.h"
-#include "data/rows/ChunkPages.h"
-#include "data/rows/GrowBuffer.h"
-#include "data/rows/LookedPages.h"
+#include "data/rows/pages/ChunkPages.h"
+#include "data/rows/pages/GrowBuffer.h"
+#include "data/rows/pages/LookedPages.h"
 
 namespace tessel {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 
 namespace tessel {
 

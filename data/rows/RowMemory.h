@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "contract/base/Error.h"
-#include "data/rows/ChunkPages.h"
 #include "data/rows/ColumnChunk.h"
-#include "data/rows/PageReturn.h"
+#include "data/rows/pages/ChunkPages.h"
+#include "data/rows/pages/PageReturn.h"
 
 namespace tessel {
 

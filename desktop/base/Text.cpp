@@ -3,7 +3,7 @@
 #include <QChar>
 #include <algorithm>
 
-#include "contract/base/Utf8.h"
+#include "contract/text/Utf8.h"
 
 namespace tessel {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/base/Icons.h"
+#include "desktop/look/Icons.h"
 
 namespace tessel {
 

@@ -5,8 +5,8 @@
 #include <QProgressBar>
 #include <QTimer>
 
-#include "contract/desktop/Label.h"
 #include "contract/desktop/Progress.h"
+#include "contract/desktop/controls/Label.h"
 #include "desktop/controls/ControlOf.h"
 
 namespace tessel {

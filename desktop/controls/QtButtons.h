@@ -4,7 +4,7 @@
 #include <QCheckBox>
 #include <QRadioButton>
 
-#include "contract/desktop/Button.h"
+#include "contract/desktop/controls/Button.h"
 #include "desktop/controls/ControlOf.h"
 
 namespace tessel {

@@ -4,7 +4,7 @@
 #include <QObject>
 #include <QPointer>
 
-#include "contract/desktop/MenuItem.h"
+#include "contract/desktop/controls/MenuItem.h"
 
 namespace tessel {
 

@@ -3,7 +3,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "desktop/controls/ControlOf.h"
 
 namespace tessel {

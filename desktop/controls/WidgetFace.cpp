@@ -8,8 +8,8 @@
 #include <QLineEdit>
 #include <QProgressBar>
 
-#include "desktop/base/Colors.h"
 #include "desktop/base/Text.h"
+#include "desktop/look/Colors.h"
 
 namespace tessel {
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-#include "contract/desktop/Control.h"
-#include "desktop/base/Scale.h"
+#include "contract/desktop/controls/Control.h"
+#include "desktop/look/Scale.h"
 
 namespace tessel {
 

@@ -5,9 +5,9 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "desktop/base/Colors.h"
 #include "desktop/base/Text.h"
 #include "desktop/dialogs/CheckedFileDialog.h"
+#include "desktop/look/Colors.h"
 
 namespace tessel {
 

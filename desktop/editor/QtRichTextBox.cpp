@@ -1,6 +1,6 @@
 #include "desktop/editor/QtRichTextBox.h"
 
-#include "desktop/base/Colors.h"
+#include "desktop/look/Colors.h"
 
 namespace tessel {
 

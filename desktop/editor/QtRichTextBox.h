@@ -1,6 +1,6 @@
 #pragma once
 
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "desktop/controls/ControlOf.h"
 #include "desktop/editor/SqlEditor.h"
 

@@ -2,7 +2,7 @@
 
 #include <Qsci/qscilexersql.h>
 
-#include "desktop/base/Colors.h"
+#include "desktop/look/Colors.h"
 
 namespace tessel {
 

@@ -15,10 +15,10 @@
 #include <algorithm>
 #include <array>
 
-#include "contract/base/Utf8.h"
-#include "desktop/base/Colors.h"
+#include "contract/text/Utf8.h"
 #include "desktop/base/Text.h"
 #include "desktop/editor/SqlColors.h"
+#include "desktop/look/Colors.h"
 #include "desktop/plain/LineWrapping.h"
 
 namespace tessel {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "desktop/grid/RecordsModel.h"
+#include "desktop/grid/cells/RecordsModel.h"
 
 namespace tessel {
 

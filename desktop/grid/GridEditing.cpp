@@ -10,9 +10,9 @@
 #include <algorithm>
 
 #include "desktop/base/Typing.h"
-#include "desktop/grid/CellEditor.h"
-#include "desktop/grid/GridHeader.h"
 #include "desktop/grid/RecordGrid.h"
+#include "desktop/grid/cells/CellEditor.h"
+#include "desktop/grid/cells/GridHeader.h"
 
 namespace tessel {
 

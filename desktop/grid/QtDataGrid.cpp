@@ -1,6 +1,6 @@
 #include "desktop/grid/QtDataGrid.h"
 
-#include "desktop/base/Colors.h"
+#include "desktop/look/Colors.h"
 
 namespace tessel {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "contract/desktop/DataGrid.h"
+#include "contract/desktop/controls/DataGrid.h"
 #include "desktop/controls/ControlOf.h"
-#include "desktop/grid/CellEditor.h"
 #include "desktop/grid/RecordGrid.h"
+#include "desktop/grid/cells/CellEditor.h"
 
 namespace tessel {
 

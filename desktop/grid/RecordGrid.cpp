@@ -11,11 +11,11 @@
 #include <algorithm>
 #include <functional>
 
-#include "desktop/base/Icons.h"
-#include "desktop/grid/CellDelegate.h"
-#include "desktop/grid/CellEditor.h"
-#include "desktop/grid/GridHeader.h"
-#include "desktop/grid/ShownText.h"
+#include "desktop/grid/cells/CellDelegate.h"
+#include "desktop/grid/cells/CellEditor.h"
+#include "desktop/grid/cells/GridHeader.h"
+#include "desktop/grid/cells/ShownText.h"
+#include "desktop/look/Icons.h"
 
 namespace tessel {
 

@@ -7,7 +7,7 @@
 
 #include "desktop/grid/GridCopy.h"
 #include "desktop/grid/GridSelection.h"
-#include "desktop/grid/GridView.h"
+#include "desktop/grid/cells/GridView.h"
 
 namespace tessel {
 

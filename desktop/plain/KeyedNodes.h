@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "contract/desktop/TreeView.h"
+#include "contract/desktop/controls/TreeView.h"
 
 namespace tessel {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "contract/base/Utf8.h"
+#include "contract/text/Utf8.h"
 
 namespace tessel {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <unordered_map>
 
-#include "contract/base/Utf8.h"
+#include "contract/text/Utf8.h"
 #include "desktop/plain/LineBreaks.h"
 
 namespace tessel {

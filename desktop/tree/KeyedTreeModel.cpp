@@ -1,8 +1,8 @@
 #include "desktop/tree/KeyedTreeModel.h"
 
 #include "contract/base/Error.h"
-#include "desktop/base/Icons.h"
 #include "desktop/base/Text.h"
+#include "desktop/look/Icons.h"
 
 namespace tessel {
 

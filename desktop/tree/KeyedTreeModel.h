@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "contract/desktop/TreeView.h"
+#include "contract/desktop/controls/TreeView.h"
 #include "desktop/plain/KeyedNodes.h"
 
 namespace tessel {

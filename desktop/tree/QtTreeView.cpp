@@ -2,7 +2,7 @@
 
 #include <QItemSelectionModel>
 
-#include "desktop/controls/CutTextDelegate.h"
+#include "desktop/controls/lists/CutTextDelegate.h"
 
 namespace tessel {
 

@@ -2,7 +2,7 @@
 
 #include <QTreeView>
 
-#include "contract/desktop/TreeView.h"
+#include "contract/desktop/controls/TreeView.h"
 #include "desktop/controls/ControlOf.h"
 #include "desktop/tree/KeyedTreeModel.h"
 

@@ -4,9 +4,9 @@
 
 #include "desktop/controls/QtBasics.h"
 #include "desktop/controls/QtButtons.h"
-#include "desktop/controls/QtListView.h"
-#include "desktop/controls/QtLists.h"
 #include "desktop/controls/QtTextBoxes.h"
+#include "desktop/controls/lists/QtListView.h"
+#include "desktop/controls/lists/QtLists.h"
 #include "desktop/editor/QtRichTextBox.h"
 #include "desktop/grid/QtDataGrid.h"
 #include "desktop/tree/QtTreeView.h"

@@ -5,7 +5,7 @@
 #include <map>
 #include <string>
 
-#include "desktop/base/Scale.h"
+#include "desktop/look/Scale.h"
 #include "desktop/services/DeferQueue.h"
 #include "desktop/services/EventLoops.h"
 #include "desktop/window/FocusTracker.h"

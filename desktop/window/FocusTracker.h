@@ -5,7 +5,7 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "contract/desktop/Control.h"
+#include "contract/desktop/controls/Control.h"
 
 namespace tessel {
 

@@ -4,7 +4,7 @@
 
 #include "logic/app/frmMDI.h"
 #include "logic/program/Global.h"
-#include "logic/query/vocab.h"
+#include "logic/query/completion/vocab.h"
 #include "logic/tags/TagStore.h"
 
 namespace tessel {

@@ -2,11 +2,11 @@
 
 #include <functional>
 
-#include "contract/desktop/Button.h"
-#include "contract/desktop/Label.h"
-#include "contract/desktop/ListView.h"
-#include "contract/desktop/TreeView.h"
 #include "contract/desktop/Window.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/Label.h"
+#include "contract/desktop/controls/ListView.h"
+#include "contract/desktop/controls/TreeView.h"
 
 namespace tessel {
 

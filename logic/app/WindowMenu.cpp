@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "contract/desktop/MenuItem.h"
+#include "contract/desktop/controls/MenuItem.h"
 
 namespace tessel {
 

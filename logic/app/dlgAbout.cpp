@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "contract/desktop/Button.h"
-#include "contract/desktop/Label.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/Label.h"
 
 namespace tessel {
 

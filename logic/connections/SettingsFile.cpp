@@ -7,9 +7,9 @@
 #include <pugixml.hpp>
 #include <sstream>
 
-#include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
-#include "contract/base/NumberText.h"
+#include "contract/text/Ascii.h"
+#include "contract/text/NumberText.h"
 #include "logic/connections/MergeConnections.h"
 
 namespace tessel {

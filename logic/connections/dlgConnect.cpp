@@ -4,12 +4,12 @@
 
 #include "logic/connections/dlgConnect.h"
 
-#include "contract/base/Ascii.h"
-#include "logic/connections/dlgCnAccess.h"
-#include "logic/connections/dlgCnGeneric.h"
-#include "logic/connections/dlgCnODBC.h"
-#include "logic/connections/dlgCnSQLSrv.h"
-#include "logic/connections/dlgDataLink.h"
+#include "contract/text/Ascii.h"
+#include "logic/connections/builders/dlgCnAccess.h"
+#include "logic/connections/builders/dlgCnGeneric.h"
+#include "logic/connections/builders/dlgCnODBC.h"
+#include "logic/connections/builders/dlgCnSQLSrv.h"
+#include "logic/connections/builders/dlgDataLink.h"
 
 namespace tessel {
 

@@ -3,10 +3,10 @@
 #include <memory>
 #include <string>
 
-#include "contract/desktop/Button.h"
-#include "contract/desktop/Label.h"
-#include "contract/desktop/ListView.h"
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/Label.h"
+#include "contract/desktop/controls/ListView.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "logic/connections/SettingsFile.h"
 #include "logic/program/Help.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 
 namespace tessel {
 

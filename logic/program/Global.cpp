@@ -2,9 +2,9 @@
 
 #include <charconv>
 
-#include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
-#include "contract/base/TextCut.h"
+#include "contract/text/Ascii.h"
+#include "contract/text/TextCut.h"
 
 namespace tessel {
 

@@ -8,8 +8,8 @@
 #include <cmath>
 #include <cstdio>
 
-#include "contract/desktop/Button.h"
 #include "contract/desktop/Progress.h"
+#include "contract/desktop/controls/Button.h"
 
 namespace tessel {
 

@@ -8,7 +8,7 @@
 
 #include "contract/data/Connection.h"
 #include "contract/desktop/Desktop.h"
-#include "contract/desktop/Label.h"
+#include "contract/desktop/controls/Label.h"
 
 namespace tessel {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "contract/base/Error.h"
-#include "contract/base/TextCut.h"
-#include "contract/base/Utf8.h"
 #include "contract/desktop/Progress.h"
+#include "contract/text/TextCut.h"
+#include "contract/text/Utf8.h"
 
 namespace tessel {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "contract/desktop/Button.h"
-#include "contract/desktop/Label.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/Label.h"
 #include "logic/program/Help.h"
 #include "logic/query/RecoveryCopy.h"
 

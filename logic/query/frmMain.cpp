@@ -3,7 +3,7 @@
 
 #include "logic/query/frmMain.h"
 
-#include "contract/base/TextCut.h"
+#include "contract/text/TextCut.h"
 #include "logic/program/FileDialogs.h"
 #include "logic/text/LineEnds.h"
 

@@ -4,12 +4,12 @@
 #include <optional>
 #include <string>
 
-#include "contract/desktop/Button.h"
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "logic/program/Help.h"
-#include "logic/query/CompletionList.h"
 #include "logic/query/QueryHost.h"
 #include "logic/query/RecoveryLine.h"
+#include "logic/query/completion/CompletionList.h"
 #include "logic/text/SqlTarget.h"
 #include "logic/text/TextDocument.h"
 

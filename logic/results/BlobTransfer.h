@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "contract/desktop/CommonDialogs.h"
-#include "contract/desktop/DataGrid.h"
+#include "contract/desktop/controls/DataGrid.h"
 #include "logic/program/Help.h"
 #include "logic/results/RecordEditing.h"
 

@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
-#include "contract/desktop/Button.h"
-#include "contract/desktop/DataGrid.h"
-#include "contract/desktop/Label.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/DataGrid.h"
+#include "contract/desktop/controls/Label.h"
 #include "logic/program/Help.h"
 #include "logic/program/dlgAsync.h"
 #include "logic/results/RecordsHost.h"

@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "contract/base/Clock.h"
-#include "contract/desktop/Button.h"
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/TextBox.h"
 
 namespace tessel {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "contract/desktop/Label.h"
+#include "contract/desktop/controls/Label.h"
 
 namespace tessel {
 

@@ -4,11 +4,11 @@
 
 #include "logic/results/frmRecords.h"
 
-#include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
-#include "logic/connections/ConnectionText.h"
+#include "contract/text/Ascii.h"
+#include "logic/connections/text/ConnectionText.h"
 #include "logic/results/FrameCommands.h"
-#include "logic/results/GridTagValue.h"
+#include "logic/results/conversions/GridTagValue.h"
 #include "logic/schema/SchemaTree.h"
 #include "logic/tags/TagValue.h"
 #include "logic/text/frmText.h"

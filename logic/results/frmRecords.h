@@ -11,23 +11,23 @@
 #include <string_view>
 #include <vector>
 
-#include "contract/desktop/Button.h"
-#include "contract/desktop/DataGrid.h"
-#include "contract/desktop/Label.h"
-#include "contract/desktop/ListControls.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/DataGrid.h"
+#include "contract/desktop/controls/Label.h"
+#include "contract/desktop/controls/ListControls.h"
 #include "logic/program/Help.h"
 #include "logic/program/dlgAsync.h"
 #include "logic/results/BlobTransfer.h"
-#include "logic/results/OpenTransaction.h"
-#include "logic/results/QueryHistory.h"
-#include "logic/results/RecordConversion.h"
 #include "logic/results/RecordEditing.h"
 #include "logic/results/RecordsHost.h"
-#include "logic/results/ResultChoice.h"
-#include "logic/results/RunReport.h"
-#include "logic/results/StatementList.h"
 #include "logic/results/StatusLine.h"
 #include "logic/results/TopRow.h"
+#include "logic/results/conversions/RecordConversion.h"
+#include "logic/results/runs/OpenTransaction.h"
+#include "logic/results/runs/QueryHistory.h"
+#include "logic/results/runs/ResultChoice.h"
+#include "logic/results/runs/RunReport.h"
+#include "logic/results/runs/StatementList.h"
 #include "logic/tags/TagScanner.h"
 
 namespace tessel {

@@ -6,7 +6,7 @@
 
 #include "logic/program/Help.h"
 #include "logic/program/dlgAsync.h"
-#include "logic/query/vocab.h"
+#include "logic/query/completion/vocab.h"
 #include "logic/text/SqlTarget.h"
 
 namespace tessel {

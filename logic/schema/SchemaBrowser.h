@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "contract/desktop/TreeView.h"
 #include "contract/desktop/Window.h"
+#include "contract/desktop/controls/TreeView.h"
 #include "logic/program/Help.h"
 #include "logic/program/dlgAsync.h"
-#include "logic/query/vocab.h"
+#include "logic/query/completion/vocab.h"
 #include "logic/schema/FieldVocabulary.h"
 #include "logic/schema/SchemaFile.h"
 #include "logic/schema/SchemaHost.h"

@@ -6,10 +6,10 @@
 #include <pugixml.hpp>
 #include <utility>
 
-#include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
-#include "contract/base/TextCut.h"
-#include "logic/connections/ConnectionPairs.h"
+#include "contract/text/Ascii.h"
+#include "contract/text/TextCut.h"
+#include "logic/connections/text/ConnectionPairs.h"
 
 namespace tessel {
 

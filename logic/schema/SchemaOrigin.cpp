@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <initializer_list>
 
-#include "contract/base/Ascii.h"
-#include "contract/base/ConnectionParts.h"
-#include "contract/base/NumberText.h"
-#include "contract/base/TextCut.h"
+#include "contract/text/Ascii.h"
+#include "contract/text/ConnectionParts.h"
+#include "contract/text/NumberText.h"
+#include "contract/text/TextCut.h"
 #include "logic/program/Characters.h"
 
 namespace tessel {

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "contract/desktop/TreeView.h"
-#include "logic/query/vocab.h"
+#include "contract/desktop/controls/TreeView.h"
+#include "logic/query/completion/vocab.h"
 
 namespace tessel {
 

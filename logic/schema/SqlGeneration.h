@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "logic/query/NameQuoting.h"
+#include "logic/query/completion/NameQuoting.h"
 
 namespace tessel {
 

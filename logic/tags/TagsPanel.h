@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "contract/desktop/Button.h"
-#include "contract/desktop/ListControls.h"
-#include "contract/desktop/ListView.h"
 #include "contract/desktop/Window.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/ListControls.h"
+#include "contract/desktop/controls/ListView.h"
 #include "logic/program/Help.h"
 #include "logic/tags/TagStore.h"
 #include "logic/tags/TagsHost.h"

@@ -6,7 +6,7 @@
 
 #include <utility>
 
-#include "contract/base/NumberText.h"
+#include "contract/text/NumberText.h"
 
 namespace tessel {
 

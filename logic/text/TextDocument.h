@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "logic/program/Help.h"
 #include "logic/text/TextFile.h"
 

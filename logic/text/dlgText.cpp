@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "contract/desktop/Button.h"
-#include "contract/desktop/Label.h"
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/Label.h"
+#include "contract/desktop/controls/TextBox.h"
 
 namespace tessel {
 

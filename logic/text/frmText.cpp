@@ -6,9 +6,9 @@
 #include <memory>
 #include <utility>
 
-#include "contract/base/TextCut.h"
-#include "contract/desktop/Button.h"
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/TextBox.h"
+#include "contract/text/TextCut.h"
 #include "logic/program/FileDialogs.h"
 #include "logic/text/SqlTarget.h"
 #include "logic/text/TextDocument.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "logic/results/ListRows.h"
+#include "logic/results/runs/ListRows.h"
 
 namespace tessel {
 

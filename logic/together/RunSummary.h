@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "contract/data/Connection.h"
-#include "logic/results/RunReport.h"
+#include "logic/results/runs/RunReport.h"
 
 namespace tessel {
 

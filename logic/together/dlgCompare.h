@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "contract/data/CombinedRows.h"
-#include "contract/desktop/Button.h"
-#include "contract/desktop/ListControls.h"
-#include "contract/desktop/TreeView.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/ListControls.h"
+#include "contract/desktop/controls/TreeView.h"
 #include "logic/program/Global.h"
 
 namespace tessel {

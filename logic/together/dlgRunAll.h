@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "contract/data/Operation.h"
-#include "contract/desktop/Button.h"
-#include "contract/desktop/Label.h"
-#include "contract/desktop/ListView.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/Label.h"
+#include "contract/desktop/controls/ListView.h"
 #include "logic/program/Global.h"
-#include "logic/results/RunReport.h"
+#include "logic/results/runs/RunReport.h"
 
 namespace tessel {
 

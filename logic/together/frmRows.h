@@ -5,12 +5,12 @@
 #include <memory>
 #include <string>
 
-#include "contract/desktop/Button.h"
-#include "contract/desktop/DataGrid.h"
-#include "contract/desktop/Label.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/DataGrid.h"
+#include "contract/desktop/controls/Label.h"
 #include "logic/program/Global.h"
-#include "logic/results/RecordConversion.h"
 #include "logic/results/RecordsHost.h"
+#include "logic/results/conversions/RecordConversion.h"
 
 namespace tessel {
 

@@ -15,10 +15,10 @@
 
 #include <gtest/gtest.h>
 
-#include "contract/desktop/TreeView.h"
-#include "desktop/base/Scale.h"
+#include "contract/desktop/controls/TreeView.h"
 #include "desktop/base/Text.h"
 #include "desktop/grid/RecordGrid.h"
+#include "desktop/look/Scale.h"
 #include "tests/desktop/QtUser.h"
 
 namespace tessel::test {

@@ -9,8 +9,8 @@
 
 #include <pugixml.hpp>
 
-#include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
+#include "contract/text/Ascii.h"
 
 namespace tessel::test {
 

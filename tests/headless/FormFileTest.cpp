@@ -7,11 +7,11 @@
 #include <gtest/gtest.h>
 
 #include "contract/base/Error.h"
-#include "contract/desktop/Button.h"
-#include "contract/desktop/Label.h"
-#include "contract/desktop/ListControls.h"
-#include "contract/desktop/ListView.h"
 #include "contract/desktop/Progress.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/Label.h"
+#include "contract/desktop/controls/ListControls.h"
+#include "contract/desktop/controls/ListView.h"
 #include "tests/headless/HeadlessDesktop.h"
 #include "tests/support/TemporaryFolder.h"
 

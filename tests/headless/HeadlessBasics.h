@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "contract/desktop/Button.h"
-#include "contract/desktop/Label.h"
 #include "contract/desktop/Progress.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/Label.h"
 #include "tests/headless/HeadlessControl.h"
 
 namespace tessel::test {

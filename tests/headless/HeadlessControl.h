@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "contract/desktop/Control.h"
+#include "contract/desktop/controls/Control.h"
 #include "tests/headless/FormFile.h"
 
 namespace tessel::test {

@@ -9,10 +9,10 @@
 #include <gtest/gtest.h>
 
 #include "contract/base/Error.h"
-#include "contract/desktop/Button.h"
-#include "contract/desktop/Label.h"
-#include "contract/desktop/ListControls.h"
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/Label.h"
+#include "contract/desktop/controls/ListControls.h"
+#include "contract/desktop/controls/TextBox.h"
 
 namespace tessel::test {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "contract/desktop/DataGrid.h"
 #include "contract/desktop/Desktop.h"
+#include "contract/desktop/controls/DataGrid.h"
 #include "tests/headless/HeadlessControl.h"
 #include "tests/headless/HeadlessText.h"
 

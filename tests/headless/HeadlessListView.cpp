@@ -4,8 +4,8 @@
 #include <numeric>
 #include <utility>
 
-#include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
+#include "contract/text/Ascii.h"
 #include "tests/support/TestStop.h"
 
 namespace tessel::test {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "contract/desktop/ListView.h"
+#include "contract/desktop/controls/ListView.h"
 #include "tests/headless/HeadlessControl.h"
 
 namespace tessel::test {

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "contract/desktop/ListControls.h"
+#include "contract/desktop/controls/ListControls.h"
 #include "tests/headless/HeadlessControl.h"
 #include "tests/headless/HeadlessText.h"
 #include "tests/support/TestStop.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "contract/desktop/MenuItem.h"
+#include "contract/desktop/controls/MenuItem.h"
 #include "tests/headless/FormFile.h"
 
 namespace tessel::test {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "tests/headless/HeadlessControl.h"
 
 namespace tessel::test {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "contract/desktop/TreeView.h"
+#include "contract/desktop/controls/TreeView.h"
 #include "tests/headless/HeadlessControl.h"
 
 namespace tessel::test {

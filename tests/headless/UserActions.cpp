@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 #include "tests/headless/HeadlessDesktop.h"
 #include "tests/headless/HeadlessGrid.h"
 #include "tests/headless/HeadlessListView.h"

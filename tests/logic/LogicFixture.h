@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "contract/desktop/Button.h"
-#include "contract/desktop/Label.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/Label.h"
 #include "logic/program/Global.h"
 #include "system/PosixFiles.h"
 #include "tests/headless/HeadlessDesktop.h"

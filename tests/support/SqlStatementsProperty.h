@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "contract/base/SqlStatements.h"
+#include "contract/sql/SqlStatements.h"
 
 namespace tessel::test {
 

@@ -1,4 +1,5 @@
 """The checks. Each takes a Tree and returns a list of complaints, empty if all is well."""
+import collections
 import re
 import shutil
 import subprocess
@@ -9,10 +10,10 @@ IMPLEMENTATIONS = ("data", "desktop", "system")
 PRODUCT = ("contract", "logic", "main") + IMPLEMENTATIONS
 # The folders of each floor, each using only itself and those before it.
 FLOORS = {
-    "contract": ("base", "data", "desktop"),
+    "contract": ("text", "base", "sql", "data", "desktop"),
     "logic": ("program", "text", "connections", "tags", "query", "schema", "results", "together", "app"),
     "data": ("rows", "combined", "changes", "providers", "tasks", "cursor"),
-    "desktop": ("plain", "base", "services", "dialogs", "controls", "editor", "tree", "grid", "window", "help"),
+    "desktop": ("plain", "base", "look", "services", "dialogs", "controls", "editor", "tree", "grid", "window", "help"),
 }
 LOGIC_LIBRARIES = {"pugixml.hpp", "utf8proc.h"}
 GUARD = "cmake/forbidden"
@@ -31,8 +32,8 @@ ODBC_FUNCTIONS = (
     "Tables").split()
 # The one door to each database's library, a header and its sources, and the names of its functions.
 DOORS = (
-    ("data/providers/odbc/OdbcApi", "SQL(?:%s)[AW]?" % "|".join(ODBC_FUNCTIONS)),
-    ("data/providers/postgresql/PqApi", r"PQ[a-z]\w*"),
+    ("data/providers/odbc/driver/OdbcApi", "SQL(?:%s)[AW]?" % "|".join(ODBC_FUNCTIONS)),
+    ("data/providers/postgresql/client/PqApi", r"PQ[a-z]\w*"),
     ("data/providers/mariadb/MariaApi", r"(?:mysql|mariadb)_\w+"),
     ("data/providers/sqlite/SqliteApi", r"sqlite3_\w+"),
 )
@@ -49,6 +50,7 @@ SECTION_MARK = re.compile(r"^[ \t]*// ---(?!-).*$|^[ \t]*// -{4,}[ \t]*$", re.M)
 LINE_WIDTH = 100
 # A line that is a comment, or ends with one on what it declares.
 COMMENT_LINE = re.compile(r"^ *//|///<")
+MOST_FILES = 15  # Of C++ in one folder of the product, its sub-folders apart.
 LEAST_COMMENT = 35  # Percent of the lines of a header of the contract.
 
 
@@ -186,6 +188,28 @@ def unit_circles(tree):
     return complaints
 
 
+def folder_of(path):
+    return path.rsplit("/", 1)[0]
+
+
+def folder_pairs(tree):
+    """No two folders of the product include each other; a folder and one inside it are two."""
+    uses = {}
+    for path in tree.code_paths(*PRODUCT):
+        for line, _, name in tree.includes(path):
+            if "/" in name and folder_of(name) != folder_of(path):
+                uses.setdefault((folder_of(path), folder_of(name)), "%s:%d" % (path, line))
+    return ["%s: %s and %s include each other" % (place, user, used)
+            for (user, used), place in sorted(uses.items()) if (used, user) in uses]
+
+
+def folder_sizes(tree):
+    """A folder of the product holds few enough C++ files to be read as a list."""
+    files = collections.Counter(folder_of(path) for path in tree.code_paths(*PRODUCT))
+    return ["%s holds %d files, more than %d" % (folder, count, MOST_FILES)
+            for folder, count in sorted(files.items()) if count > MOST_FILES]
+
+
 def section_marks(tree):
     """A section mark is one line, "// --- title ---...", no longer than lines may be: so the formatter
     leaves it whole."""
@@ -263,4 +287,5 @@ def help_book(tree):
 
 ALL = (logic_includes, contract_includes, implementation_includes, upward_includes,
        library_doors, inline_members, event_pump, forbidden_words, include_cycles, unit_circles,
+       folder_pairs, folder_sizes,
        section_marks, contract_comments, formatting, guard_headers, icons, help_book)

@@ -4,8 +4,8 @@
 
 #include "data/providers/ConnectionMode.h"
 #include "data/providers/Provider.h"
-#include "data/providers/ServerKeys.h"
 #include "data/providers/mariadb/MariaApi.h"
+#include "data/providers/text/ServerKeys.h"
 
 namespace tessel {
 

@@ -4,11 +4,11 @@
 #include <charconv>
 #include <utility>
 
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 #include "data/changes/UniqueRows.h"
-#include "data/providers/CommandText.h"
 #include "data/providers/mariadb/MariaSchema.h"
 #include "data/providers/mariadb/MariaTables.h"
+#include "data/providers/text/CommandText.h"
 
 namespace tessel {
 

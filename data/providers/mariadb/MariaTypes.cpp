@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 #include "data/rows/TextCells.h"
 
 namespace tessel {

@@ -5,11 +5,11 @@
 #include <set>
 #include <tuple>
 
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 #include "data/changes/RowSql.h"
 #include "data/changes/UniqueRows.h"
-#include "data/providers/odbc/OdbcPlainQuery.h"
 #include "data/providers/odbc/OdbcRows.h"
+#include "data/providers/odbc/driver/OdbcPlainQuery.h"
 
 namespace tessel::odbc {
 

@@ -5,7 +5,7 @@
 
 #include "contract/data/Recordset.h"
 #include "data/changes/RowStatement.h"
-#include "data/providers/odbc/OdbcApi.h"
+#include "data/providers/odbc/driver/OdbcApi.h"
 
 namespace tessel::odbc {
 

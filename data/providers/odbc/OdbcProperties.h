@@ -1,7 +1,7 @@
 #pragma once
 
 #include "contract/base/Properties.h"
-#include "data/providers/odbc/OdbcApi.h"
+#include "data/providers/odbc/driver/OdbcApi.h"
 
 namespace tessel::odbc {
 

@@ -4,10 +4,10 @@
 #include <optional>
 #include <utility>
 
-#include "contract/base/Ascii.h"
-#include "data/providers/odbc/OdbcApi.h"
-#include "data/providers/odbc/OdbcKeys.h"
+#include "contract/text/Ascii.h"
 #include "data/providers/odbc/OdbcSession.h"
+#include "data/providers/odbc/driver/OdbcApi.h"
+#include "data/providers/odbc/driver/OdbcKeys.h"
 
 namespace tessel {
 

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "contract/data/Recordset.h"
-#include "data/providers/odbc/OdbcApi.h"
-#include "data/providers/odbc/OdbcProfile.h"
+#include "data/providers/odbc/driver/OdbcApi.h"
+#include "data/providers/odbc/driver/OdbcProfile.h"
 #include "data/rows/RowSink.h"
 
 namespace tessel::odbc {

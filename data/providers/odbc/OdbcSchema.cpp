@@ -4,7 +4,7 @@
 #include <map>
 #include <tuple>
 
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 #include "data/changes/UniqueRows.h"
 #include "data/providers/odbc/OdbcRows.h"
 

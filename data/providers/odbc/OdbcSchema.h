@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "data/providers/SchemaRows.h"
-#include "data/providers/odbc/OdbcApi.h"
-#include "data/providers/odbc/OdbcProfile.h"
+#include "data/providers/odbc/driver/OdbcApi.h"
+#include "data/providers/odbc/driver/OdbcProfile.h"
 
 namespace tessel::odbc {
 

@@ -4,15 +4,15 @@
 #include <filesystem>
 #include <utility>
 
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 #include "data/changes/UniqueRows.h"
-#include "data/providers/CommandText.h"
 #include "data/providers/odbc/OdbcBase.h"
-#include "data/providers/odbc/OdbcErrors.h"
-#include "data/providers/odbc/OdbcKeys.h"
-#include "data/providers/odbc/OdbcPlainQuery.h"
 #include "data/providers/odbc/OdbcProperties.h"
 #include "data/providers/odbc/OdbcSchema.h"
+#include "data/providers/odbc/driver/OdbcErrors.h"
+#include "data/providers/odbc/driver/OdbcKeys.h"
+#include "data/providers/odbc/driver/OdbcPlainQuery.h"
+#include "data/providers/text/CommandText.h"
 
 namespace tessel::odbc {
 

@@ -8,9 +8,9 @@
 
 #include "data/providers/Provider.h"
 #include "data/providers/TextWalk.h"
-#include "data/providers/odbc/OdbcApi.h"
-#include "data/providers/odbc/OdbcProfile.h"
 #include "data/providers/odbc/OdbcRows.h"
+#include "data/providers/odbc/driver/OdbcApi.h"
+#include "data/providers/odbc/driver/OdbcProfile.h"
 
 namespace tessel::odbc {
 

@@ -2,9 +2,9 @@
 #include <deque>
 #include <string>
 
-#include "data/providers/odbc/OdbcErrors.h"
 #include "data/providers/odbc/OdbcRows.h"
 #include "data/providers/odbc/OdbcSession.h"
+#include "data/providers/odbc/driver/OdbcErrors.h"
 
 namespace tessel::odbc {
 

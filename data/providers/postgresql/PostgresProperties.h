@@ -1,7 +1,7 @@
 #pragma once
 
 #include "contract/base/Properties.h"
-#include "data/providers/postgresql/PqApi.h"
+#include "data/providers/postgresql/client/PqApi.h"
 
 namespace tessel {
 

@@ -3,7 +3,7 @@
 #include <charconv>
 #include <optional>
 
-#include "data/providers/postgresql/PostgresMessages.h"
+#include "data/providers/postgresql/client/PostgresMessages.h"
 
 namespace tessel {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "data/providers/SchemaRows.h"
-#include "data/providers/postgresql/PqApi.h"
+#include "data/providers/postgresql/client/PqApi.h"
 
 namespace tessel {
 

@@ -1,7 +1,7 @@
 #include "data/providers/postgresql/PostgresSchema.h"
 
 #include "data/providers/postgresql/PostgresQuery.h"
-#include "data/providers/postgresql/PostgresTypes.h"
+#include "data/providers/postgresql/client/PostgresTypes.h"
 
 namespace tessel {
 

@@ -4,7 +4,7 @@
 
 #include "data/providers/SchemaRows.h"
 #include "data/providers/WorkContext.h"
-#include "data/providers/postgresql/PqApi.h"
+#include "data/providers/postgresql/client/PqApi.h"
 
 namespace tessel {
 

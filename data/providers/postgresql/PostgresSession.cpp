@@ -3,16 +3,16 @@
 #include <algorithm>
 #include <utility>
 
-#include "contract/base/Ascii.h"
-#include "contract/base/Utf8.h"
+#include "contract/text/Ascii.h"
+#include "contract/text/Utf8.h"
 #include "data/changes/UniqueRows.h"
 #include "data/changes/WriteDialects.h"
-#include "data/providers/CommandText.h"
-#include "data/providers/postgresql/PostgresMessages.h"
 #include "data/providers/postgresql/PostgresProperties.h"
 #include "data/providers/postgresql/PostgresQuery.h"
 #include "data/providers/postgresql/PostgresSchema.h"
 #include "data/providers/postgresql/PostgresTables.h"
+#include "data/providers/postgresql/client/PostgresMessages.h"
+#include "data/providers/text/CommandText.h"
 
 namespace tessel {
 

@@ -9,9 +9,9 @@
 #include "data/providers/CancelSwitch.h"
 #include "data/providers/Provider.h"
 #include "data/providers/TextWalk.h"
-#include "data/providers/postgresql/PostgresKeys.h"
-#include "data/providers/postgresql/PostgresTypes.h"
-#include "data/providers/postgresql/PqApi.h"
+#include "data/providers/postgresql/client/PostgresKeys.h"
+#include "data/providers/postgresql/client/PostgresTypes.h"
+#include "data/providers/postgresql/client/PqApi.h"
 
 namespace tessel {
 

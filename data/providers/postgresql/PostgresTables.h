@@ -4,7 +4,7 @@
 
 #include "contract/data/Recordset.h"
 #include "data/changes/UniqueRows.h"
-#include "data/providers/postgresql/PqApi.h"
+#include "data/providers/postgresql/client/PqApi.h"
 
 namespace tessel {
 

@@ -3,9 +3,9 @@
 #include <chrono>
 #include <string>
 
-#include "data/providers/ConnectionKeys.h"
 #include "data/providers/ConnectionMode.h"
 #include "data/providers/sqlite/SqliteApi.h"
+#include "data/providers/text/ConnectionKeys.h"
 
 namespace tessel {
 

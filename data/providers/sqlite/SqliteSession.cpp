@@ -5,12 +5,12 @@
 #include <limits>
 #include <utility>
 
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 #include "data/changes/UniqueRows.h"
 #include "data/changes/WriteDialects.h"
-#include "data/providers/CommandText.h"
 #include "data/providers/sqlite/SqliteFile.h"
 #include "data/providers/sqlite/SqliteSchema.h"
+#include "data/providers/text/CommandText.h"
 
 namespace tessel {
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 
 namespace tessel {
 

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <string>
 
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 
 namespace tessel {
 

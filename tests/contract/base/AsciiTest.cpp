@@ -1,4 +1,4 @@
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "contract/base/ConnectionParts.h"
+#include "contract/text/ConnectionParts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

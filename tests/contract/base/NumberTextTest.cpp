@@ -1,4 +1,4 @@
-#include "contract/base/NumberText.h"
+#include "contract/text/NumberText.h"
 
 #include <gtest/gtest.h>
 

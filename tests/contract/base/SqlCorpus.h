@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "contract/base/SqlStatements.h"
+#include "contract/sql/SqlStatements.h"
 
 namespace tessel::test {
 

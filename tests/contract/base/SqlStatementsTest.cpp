@@ -1,4 +1,4 @@
-#include "contract/base/SqlStatements.h"
+#include "contract/sql/SqlStatements.h"
 
 #include <ctime>
 #include <random>

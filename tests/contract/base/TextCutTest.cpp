@@ -1,4 +1,4 @@
-#include "contract/base/TextCut.h"
+#include "contract/text/TextCut.h"
 
 #include <gtest/gtest.h>
 

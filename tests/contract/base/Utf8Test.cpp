@@ -1,4 +1,4 @@
-#include "contract/base/Utf8.h"
+#include "contract/text/Utf8.h"
 
 #include <gtest/gtest.h>
 

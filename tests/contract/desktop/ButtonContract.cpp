@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "contract/desktop/Button.h"
+#include "contract/desktop/controls/Button.h"
 #include "tests/contract/desktop/ContractTools.h"
 
 namespace tessel::test {

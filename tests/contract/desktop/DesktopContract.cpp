@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "contract/desktop/Button.h"
 #include "contract/desktop/Progress.h"
+#include "contract/desktop/controls/Button.h"
 #include "tests/contract/desktop/ContractTools.h"
 
 namespace tessel::test {

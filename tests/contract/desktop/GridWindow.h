@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "contract/desktop/DataGrid.h"
+#include "contract/desktop/controls/DataGrid.h"
 #include "tests/contract/desktop/ContractTools.h"
 #include "tests/support/DataSteps.h"
 #include "tests/support/MemoryData.h"

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "contract/desktop/ListControls.h"
+#include "contract/desktop/controls/ListControls.h"
 #include "tests/contract/desktop/ContractTools.h"
 
 namespace tessel::test {

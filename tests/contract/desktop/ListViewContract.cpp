@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "contract/desktop/ListView.h"
+#include "contract/desktop/controls/ListView.h"
 #include "tests/contract/desktop/ContractTools.h"
 
 namespace tessel::test {

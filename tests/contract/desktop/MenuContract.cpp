@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "contract/base/Error.h"
-#include "contract/desktop/TreeView.h"
+#include "contract/desktop/controls/TreeView.h"
 #include "tests/contract/desktop/ContractTools.h"
 
 namespace tessel::test {

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "tests/contract/desktop/ContractTools.h"
 
 namespace tessel::test {

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "contract/base/Error.h"
-#include "contract/desktop/Button.h"
-#include "contract/desktop/Label.h"
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/Label.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "tests/contract/desktop/ContractTools.h"
 
 namespace tessel::test {

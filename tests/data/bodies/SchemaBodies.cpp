@@ -1,4 +1,4 @@
-#include "logic/query/NameQuoting.h"
+#include "logic/query/completion/NameQuoting.h"
 #include "tests/data/bodies/AllBodies.h"
 
 namespace tessel::test {

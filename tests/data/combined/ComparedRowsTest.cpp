@@ -8,8 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "data/combined/SameValue.h"
-#include "data/cursor/ClientRecordset.h"
+#include "data/combined/matching/SameValue.h"
+#include "data/cursor/rows/ClientRecordset.h"
 #include "tests/data/providers/native/NativeServers.h"
 #include "tests/data/support/DataTest.h"
 #include "tests/data/support/Values.h"

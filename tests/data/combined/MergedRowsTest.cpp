@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "data/cursor/ClientRecordset.h"
+#include "data/cursor/rows/ClientRecordset.h"
 #include "tests/data/support/DataTest.h"
 #include "tests/data/support/Values.h"
 #include "tests/support/CombinedSteps.h"

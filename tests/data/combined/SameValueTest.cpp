@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "data/combined/SameValue.h"
+#include "data/combined/matching/SameValue.h"
 #include "tests/data/support/Values.h"
 
 namespace tessel::test {

@@ -3,7 +3,7 @@
 
 #include <limits>
 
-#include "logic/results/Conversions.h"
+#include "logic/results/conversions/Conversions.h"
 #include "tests/data/support/PumpQueue.h"
 #include "tests/data/support/Values.h"
 #include "tests/support/MemoryData.h"

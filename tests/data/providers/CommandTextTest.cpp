@@ -1,4 +1,4 @@
-#include "data/providers/CommandText.h"
+#include "data/providers/text/CommandText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
-#include "data/providers/ConnectionKeys.h"
+#include "contract/text/Ascii.h"
+#include "data/providers/text/ConnectionKeys.h"
 #include "tests/data/support/DataTest.h"
 #include "tests/data/tasks/ScriptedProvider.h"
 

@@ -10,9 +10,9 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include "data/cursor/ClientRecordset.h"
+#include "data/cursor/rows/ClientRecordset.h"
 #include "data/rows/RowMemory.h"
-#include "logic/results/Conversions.h"
+#include "logic/results/conversions/Conversions.h"
 #include "tests/data/conversion/HardValues.h"
 #include "tests/data/support/DataTest.h"
 #include "tests/support/TemporaryFolder.h"

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "data/rows/RowOrder.h"
+#include "data/rows/order/RowOrder.h"
 
 namespace tessel::test {
 

@@ -9,7 +9,7 @@
 #include "contract/base/Error.h"
 #include "data/rows/RowSink.h"
 #include "data/rows/RowStore.h"
-#include "data/rows/SortOrder.h"
+#include "data/rows/order/SortOrder.h"
 
 namespace tessel::test {
 

@@ -1,4 +1,4 @@
-#include "desktop/base/ReadableStyle.h"
+#include "desktop/look/ReadableStyle.h"
 
 #include <QImage>
 #include <QPainter>

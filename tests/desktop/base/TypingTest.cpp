@@ -7,9 +7,9 @@
 #include <functional>
 #include <string>
 
-#include "contract/desktop/ListControls.h"
-#include "contract/desktop/ListView.h"
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/ListControls.h"
+#include "contract/desktop/controls/ListView.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "desktop/base/Text.h"
 #include "tests/contract/desktop/GridWindow.h"
 #include "tests/desktop/DesktopFixture.h"

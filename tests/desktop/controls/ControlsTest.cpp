@@ -10,15 +10,15 @@
 #include <QTreeWidget>
 
 #include "contract/base/Error.h"
-#include "contract/desktop/Label.h"
-#include "contract/desktop/ListControls.h"
-#include "contract/desktop/ListView.h"
-#include "contract/desktop/TextBox.h"
-#include "contract/desktop/TreeView.h"
-#include "desktop/base/Colors.h"
-#include "desktop/base/Scale.h"
+#include "contract/desktop/controls/Label.h"
+#include "contract/desktop/controls/ListControls.h"
+#include "contract/desktop/controls/ListView.h"
+#include "contract/desktop/controls/TextBox.h"
+#include "contract/desktop/controls/TreeView.h"
 #include "desktop/base/Text.h"
-#include "desktop/base/Theme.h"
+#include "desktop/look/Colors.h"
+#include "desktop/look/Scale.h"
+#include "desktop/look/Theme.h"
 #include "tests/desktop/DesktopFixture.h"
 
 namespace tessel::test {

@@ -8,11 +8,11 @@
 #include <QToolTip>
 #include <iostream>
 
-#include "desktop/base/Scale.h"
 #include "desktop/base/Text.h"
-#include "desktop/controls/CutTextDelegate.h"
+#include "desktop/controls/lists/CutTextDelegate.h"
 #include "desktop/editor/SqlEditor.h"
-#include "logic/query/CompletionList.h"
+#include "desktop/look/Scale.h"
+#include "logic/query/completion/CompletionList.h"
 #include "tests/desktop/DesktopFixture.h"
 #include "tests/support/MemoryData.h"
 #include "tests/support/TemporaryFolder.h"

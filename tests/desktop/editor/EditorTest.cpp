@@ -6,12 +6,12 @@
 #include <QTest>
 #include <algorithm>
 
-#include "contract/desktop/Button.h"
-#include "contract/desktop/TextBox.h"
-#include "desktop/base/Colors.h"
-#include "desktop/base/Theme.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "desktop/editor/SqlColors.h"
 #include "desktop/editor/SqlEditor.h"
+#include "desktop/look/Colors.h"
+#include "desktop/look/Theme.h"
 #include "tests/desktop/DesktopFixture.h"
 
 namespace tessel::test {

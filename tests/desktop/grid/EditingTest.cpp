@@ -10,9 +10,9 @@
 #include <gtest/gtest.h>
 
 #include "data/cursor/DataAccessObjects.h"
-#include "desktop/grid/CellDelegate.h"
-#include "desktop/grid/CellEditor.h"
 #include "desktop/grid/RecordGrid.h"
+#include "desktop/grid/cells/CellDelegate.h"
+#include "desktop/grid/cells/CellEditor.h"
 #include "logic/app/Main.h"
 #include "system/PosixFiles.h"
 #include "tests/desktop/QtContractHost.h"

@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "contract/base/Ascii.h"
 #include "contract/base/Error.h"
+#include "contract/text/Ascii.h"
 
 namespace tessel::test {
 

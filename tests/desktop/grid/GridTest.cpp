@@ -7,12 +7,12 @@
 #include <QMimeData>
 #include <QTest>
 
-#include "contract/desktop/DataGrid.h"
-#include "data/cursor/ClientRecordset.h"
+#include "contract/desktop/controls/DataGrid.h"
 #include "data/cursor/DataAccessObjects.h"
-#include "desktop/grid/CellDelegate.h"
+#include "data/cursor/rows/ClientRecordset.h"
 #include "desktop/grid/RecordGrid.h"
-#include "desktop/grid/ShownText.h"
+#include "desktop/grid/cells/CellDelegate.h"
+#include "desktop/grid/cells/ShownText.h"
 #include "tests/desktop/DesktopFixture.h"
 #include "tests/desktop/grid/GeneratedRows.h"
 #include "tests/support/DataSteps.h"

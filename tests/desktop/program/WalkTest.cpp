@@ -5,8 +5,8 @@
 #include <functional>
 #include <ostream>
 
-#include "contract/desktop/TreeView.h"
-#include "logic/query/NameQuoting.h"
+#include "contract/desktop/controls/TreeView.h"
+#include "logic/query/completion/NameQuoting.h"
 #include "tests/data/servers/TestServers.h"
 #include "tests/desktop/program/ProgramFixture.h"
 #include "tests/support/DataSteps.h"

@@ -8,8 +8,8 @@
 #include <QTreeView>
 #include <QTreeWidget>
 
-#include "contract/desktop/TreeView.h"
-#include "desktop/base/Scale.h"
+#include "contract/desktop/controls/TreeView.h"
+#include "desktop/look/Scale.h"
 #include "tests/desktop/program/ProgramFixture.h"
 
 namespace tessel::test {

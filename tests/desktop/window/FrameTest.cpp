@@ -8,10 +8,10 @@
 #include <QMouseEvent>
 
 #include "contract/base/Error.h"
-#include "contract/desktop/Button.h"
-#include "contract/desktop/Label.h"
-#include "contract/desktop/TextBox.h"
-#include "contract/desktop/TreeView.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/Label.h"
+#include "contract/desktop/controls/TextBox.h"
+#include "contract/desktop/controls/TreeView.h"
 #include "desktop/base/Text.h"
 #include "tests/desktop/DesktopFixture.h"
 

@@ -11,9 +11,9 @@
 #include <QTest>
 
 #include "contract/base/Error.h"
-#include "contract/desktop/Button.h"
-#include "contract/desktop/Label.h"
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/Label.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "desktop/base/Text.h"
 #include "desktop/dialogs/MessageDialog.h"
 #include "desktop/window/ScreenRoom.h"

@@ -1,6 +1,6 @@
 // The dialogs that build connection strings, opened from the dialog of saved connections.
 
-#include "logic/connections/Builder.h"
+#include "logic/connections/builders/Builder.h"
 
 #include <tuple>
 

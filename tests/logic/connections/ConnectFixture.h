@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "contract/desktop/ListControls.h"
+#include "contract/desktop/controls/ListControls.h"
 #include "logic/connections/dlgConnect.h"
 #include "tests/logic/LogicFixture.h"
 

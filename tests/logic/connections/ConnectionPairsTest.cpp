@@ -1,4 +1,4 @@
-#include "logic/connections/ConnectionPairs.h"
+#include "logic/connections/text/ConnectionPairs.h"
 
 #include <gtest/gtest.h>
 

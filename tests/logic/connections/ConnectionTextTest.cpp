@@ -1,4 +1,4 @@
-#include "logic/connections/ConnectionText.h"
+#include "logic/connections/text/ConnectionText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "logic/connections/DataLinkText.h"
+#include "logic/connections/text/DataLinkText.h"
 
 #include <gtest/gtest.h>
 

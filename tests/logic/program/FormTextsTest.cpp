@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "contract/base/Ascii.h"
+#include "contract/text/Ascii.h"
 #include "tests/headless/FormFile.h"
 
 namespace tessel::test {

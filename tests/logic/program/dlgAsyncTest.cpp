@@ -3,8 +3,8 @@
 #include <functional>
 #include <vector>
 
-#include "contract/desktop/Button.h"
 #include "contract/desktop/Progress.h"
+#include "contract/desktop/controls/Button.h"
 #include "tests/logic/LogicFixture.h"
 #include "tests/support/DataSteps.h"
 

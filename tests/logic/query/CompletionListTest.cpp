@@ -1,4 +1,4 @@
-#include "logic/query/CompletionList.h"
+#include "logic/query/completion/CompletionList.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
-#include "logic/query/Completion.h"
+#include "logic/query/completion/Completion.h"
 #include "logic/program/Characters.h"
-#include "logic/query/Initials.h"
+#include "logic/query/completion/Initials.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "logic/query/Initials.h"
+#include "logic/query/completion/Initials.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "logic/query/NameQuoting.h"
+#include "logic/query/completion/NameQuoting.h"
 
 #include <gtest/gtest.h>
 
-#include "logic/query/ReservedWords.h"
+#include "logic/query/completion/ReservedWords.h"
 
 namespace tessel {
 namespace {

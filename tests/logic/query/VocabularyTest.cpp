@@ -1,4 +1,4 @@
-#include "logic/query/vocab.h"
+#include "logic/query/completion/vocab.h"
 
 #include <gmock/gmock.h>
 

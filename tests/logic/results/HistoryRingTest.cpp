@@ -1,4 +1,4 @@
-#include "logic/results/HistoryRing.h"
+#include "logic/results/runs/HistoryRing.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-#include "contract/desktop/ListControls.h"
+#include "contract/desktop/controls/ListControls.h"
 #include "tests/logic/results/EditingFixture.h"
 
 namespace tessel {

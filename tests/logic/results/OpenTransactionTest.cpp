@@ -3,7 +3,7 @@
 #include <array>
 #include <functional>
 
-#include "contract/desktop/ListControls.h"
+#include "contract/desktop/controls/ListControls.h"
 #include "tests/logic/results/EditingFixture.h"
 
 namespace tessel {

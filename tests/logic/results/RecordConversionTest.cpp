@@ -1,6 +1,6 @@
-#include "logic/results/RecordConversion.h"
+#include "logic/results/conversions/RecordConversion.h"
 
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "tests/logic/results/RecordsFixture.h"
 
 namespace tessel {

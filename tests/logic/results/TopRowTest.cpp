@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "contract/desktop/ListControls.h"
+#include "contract/desktop/controls/ListControls.h"
 #include "tests/logic/results/RecordsFixture.h"
 
 namespace tessel {

@@ -1,7 +1,7 @@
 #include "logic/schema/SchemaBrowser.h"
 
-#include "contract/desktop/Label.h"
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/Label.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "tests/logic/schema/SchemaFixture.h"
 
 namespace tessel {

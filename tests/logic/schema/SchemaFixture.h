@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "logic/program/dlgAsync.h"
-#include "logic/query/vocab.h"
+#include "logic/query/completion/vocab.h"
 #include "logic/schema/SchemaTree.h"
 #include "tests/headless/HeadlessTreeView.h"
 #include "tests/logic/LogicFixture.h"

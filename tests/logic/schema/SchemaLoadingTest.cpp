@@ -2,8 +2,8 @@
 
 #include <ctime>
 
-#include "contract/desktop/Label.h"
 #include "contract/desktop/Progress.h"
+#include "contract/desktop/controls/Label.h"
 #include "tests/logic/schema/SchemaFixture.h"
 
 namespace tessel {

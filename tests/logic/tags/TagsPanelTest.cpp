@@ -1,6 +1,6 @@
 #include "logic/tags/TagsPanel.h"
 
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "logic/app/Main.h"
 #include "tests/logic/tags/TagsFixture.h"
 

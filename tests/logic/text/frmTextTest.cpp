@@ -1,7 +1,7 @@
 #include "logic/text/frmText.h"
 
-#include "contract/desktop/Button.h"
-#include "contract/desktop/TextBox.h"
+#include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/TextBox.h"
 #include "logic/text/SqlTarget.h"
 #include "logic/text/dlgText.h"
 #include "tests/logic/LogicFixture.h"

@@ -1,7 +1,7 @@
 // Scripts are divided as the databases themselves do it: a script gives as many results as it has
 // statements, and each statement alone gives one.
 
-#include "contract/base/SqlStatements.h"
+#include "contract/sql/SqlStatements.h"
 
 #include "tests/data/providers/native/NativeFixture.h"
 #include "tests/data/providers/sqlite/SqliteTest.h"

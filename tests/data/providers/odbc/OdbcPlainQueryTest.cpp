@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "data/providers/odbc/OdbcPlainQuery.h"
+#include "data/providers/odbc/driver/OdbcPlainQuery.h"
 
 namespace tessel::odbc {
 

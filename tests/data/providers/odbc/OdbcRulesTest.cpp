@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "data/providers/odbc/OdbcErrors.h"
-#include "data/providers/odbc/OdbcKeys.h"
+#include "data/providers/odbc/driver/OdbcErrors.h"
+#include "data/providers/odbc/driver/OdbcKeys.h"
 #include "data/rows/RowSink.h"
 
 /// The rules of the ODBC provider that need no database.

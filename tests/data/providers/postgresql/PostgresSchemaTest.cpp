@@ -1,4 +1,4 @@
-#include "logic/query/ReservedWords.h"
+#include "logic/query/completion/ReservedWords.h"
 #include "tests/data/providers/native/NativeFixture.h"
 
 namespace tessel::test {

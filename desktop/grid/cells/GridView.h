@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QTableView>
+
+#include "desktop/grid/cells/RecordsModel.h"
+
+class QKeyEvent;
+
+namespace tessel {
+
+/// The table of a data grid as its parts know it: the headers and the delegate, which paint it, and
+/// the line in which a cell is edited.
+class GridView : public QTableView {
+ public:
+  using QTableView::QTableView;
+
+  [[nodiscard]] virtual RecordsModel& Model() const = 0;
+  [[nodiscard]] virtual bool ShowsSelected(int row, int column) = 0;
+  [[nodiscard]] virtual bool RowSelected(int row) = 0;
+  [[nodiscard]] virtual bool ColumnSelected(int column) const = 0;
+  /// Whether something was typed into the current row, or changed in its record, and is not
+  /// written.
+  [[nodiscard]] virtual bool RowIsBeingChanged() const = 0;
+
+  /// A key in the editor that goes to another cell.
+  virtual void MoveFromEditor(QKeyEvent& event) = 0;
+  /// False when the focus is to leave the grid.
+  virtual bool TabFromEditor(bool next) = 0;
+};
+
+}  // namespace tessel

@@ -1,0 +1,48 @@
+#include "desktop/look/Colors.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr Color systemNumber = 0xFF;
+constexpr int middleGray = 128;
+
+/// The classic numbers of the system's colours.
+QPalette::ColorRole RoleOf(Color color) {
+  switch (color & systemNumber) {
+    case 5: return QPalette::Base;
+    case 8: return QPalette::Text;
+    case 13: return QPalette::Highlight;
+    case 14: return QPalette::HighlightedText;
+    case 16: return QPalette::Mid;
+    case 18: return QPalette::ButtonText;
+    case 23: return QPalette::ToolTipText;
+    case 24: return QPalette::ToolTipBase;
+    default: return QPalette::Button;
+  }
+}
+
+}  // namespace
+
+QColor ToQColor(Color color, const QPalette& palette) {
+  if (IsSystemColor(color)) return palette.color(RoleOf(color));
+  return {static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF),
+          static_cast<int>(color >> 16 & 0xFF)};
+}
+
+Color FromQColor(const QColor& color) {
+  return static_cast<Color>(color.red()) | static_cast<Color>(color.green()) << 8 |
+         static_cast<Color>(color.blue()) << 16;
+}
+
+QColor TextColor(Color text, Color ground, const QPalette& palette) {
+  const QColor wanted = ToQColor(text, palette);
+  if (IsSystemColor(text) == IsSystemColor(ground)) return wanted;
+  const Color shown = FromQColor(ToQColor(ground, palette));
+  const bool readable = Contrast(FromQColor(wanted), shown) >= readableContrast;
+  return readable && !IsSystemColor(text) ? wanted : ToQColor(TextOn(shown), palette);
+}
+
+bool IsDark(const QColor& ground) { return qGray(ground.rgb()) < middleGray; }
+
+}  // namespace tessel

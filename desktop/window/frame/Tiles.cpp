@@ -1,0 +1,107 @@
+#include "desktop/window/frame/Tiles.h"
+
+#include <QEvent>
+#include <algorithm>
+
+namespace tessel {
+
+namespace {
+
+/// The part of `whole` for the n-th of `count` equal rows or columns.
+QRect Part(const QRect& whole, int n, int count, Tiling tiling) {
+  const auto at = [count](int length, int place) { return length * place / count; };
+  if (tiling == Tiling::Horizontal) {
+    const int top = at(whole.height(), n);
+    return {whole.x(), whole.y() + top, whole.width(), at(whole.height(), n + 1) - top};
+  }
+  const int left = at(whole.width(), n);
+  return {whole.x() + left, whole.y(), at(whole.width(), n + 1) - left, whole.height()};
+}
+
+/// A document may stand in front of the tiles, as its form says.
+bool Floats(const QMdiSubWindow& window) {
+  return window.widget() != nullptr && window.widget()->property("floats").toBool();
+}
+
+/// The windows that take part, in the order in which they were made.
+QList<QMdiSubWindow*> TilesOf(const QMdiArea& area) {
+  QList<QMdiSubWindow*> tiles;
+  for (QMdiSubWindow* window : area.subWindowList(QMdiArea::CreationOrder))
+    if (!window->isHidden() && !window->isMinimized() && !window->isShaded() && !Floats(*window))
+      tiles.append(window);
+  return tiles;
+}
+
+int HeightOfMinimized(const QMdiArea& area) {
+  int height = 0;
+  for (const QMdiSubWindow* window : area.subWindowList())
+    if (!window->isHidden() && (window->isMinimized() || window->isShaded()))
+      height = std::max(height, window->height());
+  return height;
+}
+
+}  // namespace
+
+Tiles::Tiles(QMdiArea& area) : area_(area) { area.installEventFilter(this); }
+
+void Tiles::Arrange(Tiling tiling) {
+  tiling_ = tiling;
+  room_ = area_.maximumViewportSize();  // Once tiled, nothing needs to scroll.
+  placing_ = true;
+  const QRect room(QPoint(), room_ - QSize(0, HeightOfMinimized(area_)));
+  const QList<QMdiSubWindow*> tiles = TilesOf(area_);
+  for (QMdiSubWindow* window : area_.subWindowList())
+    if (window->isMaximized()) window->showNormal();
+  for (int n = 0; n < tiles.size(); ++n)
+    tiles[n]->setGeometry(Part(room, n, static_cast<int>(tiles.size()), tiling));
+  places_.clear();
+  for (const QMdiSubWindow* window : tiles) places_.insert(window, window->geometry());
+  placing_ = false;
+}
+
+void Tiles::Float(QMdiSubWindow& window) const {
+  if (!Floats(window)) return;
+  constexpr int step = 24;
+  int others = 0;
+  for (const QMdiSubWindow* other : area_.subWindowList())
+    if (other != &window && !other->isHidden() && Floats(*other)) ++others;
+  const QSize room = area_.maximumViewportSize();
+  const QPoint corner(room.width() / 10 + step * others, room.height() / 10 + step * others);
+  window.setGeometry(QRect(corner, room * 8 / 10));
+}
+
+void Tiles::Add(QMdiSubWindow& window) { window.installEventFilter(this); }
+
+void Tiles::Remove(QMdiSubWindow& window) {
+  window.removeEventFilter(this);
+  places_.remove(&window);
+}
+
+/// The area tells of its new size before it has changed anything inside. A window that is restored
+/// may stand where it was put, while the area has changed its size meanwhile.
+bool Tiles::eventFilter(QObject* watched, QEvent* event) {
+  const QEvent::Type type = watched == &area_ ? QEvent::Resize : QEvent::WindowStateChange;
+  if (event->type() == type && !placing_)
+    QMetaObject::invokeMethod(
+        this, [this] { Follow(); },
+        watched == &area_ ? Qt::DirectConnection : Qt::QueuedConnection);
+  return false;
+}
+
+/// A window that is shown, but was not yet when they were tiled, makes no difference, unless it
+/// hides the others.
+bool Tiles::Stand() const {
+  return std::ranges::all_of(area_.subWindowList(), [this](const QMdiSubWindow* window) {
+    if (window->isHidden()) return true;
+    const auto place = places_.constFind(window);
+    if (place == places_.cend()) return !window->isMaximized();
+    return window->geometry() == *place && !window->isMaximized() && !window->isMinimized() &&
+           !window->isShaded();
+  });
+}
+
+void Tiles::Follow() {
+  if (!placing_ && Keeps() && area_.maximumViewportSize() != room_) Renew();
+}
+
+}  // namespace tessel

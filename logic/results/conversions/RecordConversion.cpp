@@ -1,0 +1,146 @@
+#include "logic/results/conversions/RecordConversion.h"
+
+#include <algorithm>
+#include <new>
+#include <vector>
+
+#include "contract/base/Error.h"
+#include "contract/base/Keys.h"
+#include "logic/program/Help.h"
+#include "logic/program/dlgAsync.h"
+#include "logic/text/dlgText.h"
+#include "logic/text/frmText.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr int viewWidth = 9600;
+constexpr int viewHeight = 6300;
+constexpr std::string_view arrow = "--> ";  ///< Before the names of conversions in the menu.
+
+/// Gives a text that grows record by record the room it will need, so that it is not moved again
+/// and again and takes little more memory than it fills.
+class TextRoom {
+ public:
+  TextRoom(std::string& text, std::int64_t records) : text_(text), records_(records) {}
+
+  /// To be told after every record; `done` counts from 1.
+  void Note(std::int64_t done) {
+    if (text_.size() < nextLook_) return;
+    const double perRecord = static_cast<double>(text_.size()) / static_cast<double>(done);
+    const double expected = perRecord * static_cast<double>(records_);
+    const double atLeast = static_cast<double>(text_.size());
+    text_.reserve(static_cast<std::size_t>(std::max(expected, atLeast) * spare));
+    nextLook_ = text_.capacity() - text_.capacity() / nearFull;
+  }
+
+ private:
+  static constexpr std::size_t firstLook = 65536;
+  static constexpr double spare = 1.125;       ///< Room that is never written to takes no memory.
+  static constexpr std::size_t nearFull = 32;  ///< Looks again when less than 1/32 is left.
+
+  std::string& text_;
+  std::int64_t records_;
+  std::size_t nextLook_ = firstLook;
+};
+
+std::string ProgressMessage(std::int64_t count, bool selected) {
+  const std::string number = std::to_string(count);
+  return selected ? "Converting " + number + " selected records..."
+                  : "Converting all " + number + " records...";
+}
+
+}  // namespace
+
+RecordConversion::RecordConversion(const Global& global, Window& window, dlgAsync& async,
+                                   SqlTarget& sqlWindow)
+    : global_(global),
+      async_(async),
+      sqlWindow_(sqlWindow),
+      window_(window),
+      grid_(window.Find<DataGrid>("DataGrid")) {
+  for (const std::string& command : ConversionCommands())
+    window.Menu(command).Click = [this, command] { Convert(command); };
+}
+
+void RecordConversion::Convert(std::string_view command) {
+  std::optional<std::string> text;
+  try {
+    text = ConvertedText(command);
+  } catch (const Error& error) {
+    Help(global_).Show(error.Description(), MessageIcon::Critical);
+  } catch (const std::bad_alloc&) {
+    Help(global_).Show("There is not enough memory for the text.", MessageIcon::Critical);
+  }
+  if (!text) return;
+  const Conversion& conversion = ConversionOf(command, true);
+  ViewText(global_, sqlWindow_, *std::move(text),
+           {conversion.helpContext, std::string(conversion.filter), viewWidth, viewHeight, false,
+            false, TitleOf(command)});
+}
+
+/// "CSV of Sakila, 347 records".
+std::string RecordConversion::TitleOf(std::string_view command) const {
+  std::string name = window_.Menu(command).Caption();
+  std::erase(name, '&');
+  name.erase(0, name.starts_with(arrow) ? arrow.size() : 0);
+  return name + " of " + window_.Caption() + ", " + std::to_string(converted_) +
+         (converted_ == 1 ? " record" : " records");
+}
+
+std::optional<std::string> RecordConversion::ConvertedText(std::string_view command) {
+  ColumnRange columns = GetColumnRange();
+  const Conversion& conversion = ConversionOf(command, columns.Several());
+  std::string tableName;
+  if (conversion.insertsIntoTable) {
+    tableName = GetTableName(true, conversion.helpContext);
+    if (tableName.empty()) return std::nullopt;
+  }
+  if (conversion.firstColumnOnly) columns.last = columns.first;
+  const ConversionFrame frame =
+      FrameOf(conversion, grid_.DataSource()->Fields(), columns, tableName, quoting_);
+  std::string text = frame.opening;
+  ConvertRecords(text, frame.format, columns);
+  text += frame.closing;
+  return text;
+}
+
+/// Works on a clone, so that the grid's position is not moved. Cancelling keeps what is done.
+void RecordConversion::ConvertRecords(std::string& text, const RecordFormat& format,
+                                      ColumnRange columns) {
+  const std::shared_ptr<Recordset> rows = grid_.DataSource()->Clone(LockType::ReadOnly);
+  const std::vector<Bookmark> selected = grid_.SelBookmarks();
+  const bool all = selected.empty();
+  const auto count = all ? rows->RecordCount() : static_cast<std::int64_t>(selected.size());
+  TextRoom room(text, count);
+  RecordFormatter formatter(format, columns);
+  converted_ = 0;
+  if (all) rows->MoveFirst();
+  const std::shared_ptr<Connection> connection = rows->ActiveConnection();
+  async_.ForEach(ProgressMessage(count, !all), connection.get(), count, [&](std::int64_t i) {
+    if (!all) rows->MoveTo(selected[static_cast<std::size_t>(i)]);
+    if (i != 0) text += format.record.separator;
+    formatter.FormatRecord(text, *rows);
+    if (all) rows->MoveNext();
+    converted_ = i + 1;
+    room.Note(converted_);
+  });
+  rows->Close();
+}
+
+ColumnRange RecordConversion::GetColumnRange() const {
+  const int first = grid_.SelStartCol();
+  const int last = grid_.SelEndCol();
+  return {first < 0 ? 0 : first, last < 0 ? grid_.ColumnCount() - 1 : last};
+}
+
+/// Shift asks for the name in any case.
+std::string RecordConversion::GetTableName(bool ask, int helpContext) const {
+  std::string name;
+  if (!global_.TheDesktop().IsKeyDown(key::shift)) name = TableNameIn(grid_.DataSource()->Source());
+  if (name.empty() && ask && !GetText(global_, helpContext, "Table name:-", name)) return {};
+  return name;
+}
+
+}  // namespace tessel
