@@ -7,21 +7,8 @@
 
 namespace tessel {
 
-/// Colours of SQL text that are readable on one kind of ground.
-struct SqlColors {
-  QColor keyword;
-  QColor string;
-  QColor number;
-  QColor comment;
-  QColor name;  ///< A quoted name.
-  QColor matchedBrace;
-  QColor unmatchedBrace;
-};
-
-/// The colours for a light or a dark ground.
-[[nodiscard]] const SqlColors& SqlColorsOn(const QColor& ground);
-
-/// Gives an SQL lexer its font and colours.
+/// Gives an SQL lexer its font, and the colours of SQL where they can be read on the
+/// ground; elsewhere that of the text.
 void ColorSql(QsciLexer& lexer, const QFont& font, const QColor& ground, const QColor& text);
 
 }  // namespace tessel

@@ -19,6 +19,7 @@
 #include "desktop/base/Text.h"
 #include "desktop/editor/SqlColors.h"
 #include "desktop/look/Colors.h"
+#include "desktop/look/Tokens.h"
 #include "desktop/plain/LineWrapping.h"
 
 namespace tessel {
@@ -427,11 +428,11 @@ void SqlEditor::ShowColors() {
   setCaretForegroundColor(text);
   setSelectionBackgroundColor(palette().color(QPalette::Highlight));
   setSelectionForegroundColor(palette().color(QPalette::HighlightedText));
-  const SqlColors colors = SqlColorsOn(ground);
-  setMatchedBraceBackgroundColor(colors.matchedBrace);
-  setMatchedBraceForegroundColor(text);
+  const Tokens& colors = TokensOn(ground);
+  setMatchedBraceBackgroundColor(colors.selection);
+  setMatchedBraceForegroundColor(colors.text);
   setUnmatchedBraceBackgroundColor(ground);
-  setUnmatchedBraceForegroundColor(colors.unmatchedBrace);
+  setUnmatchedBraceForegroundColor(ReadableOn(ground, colors.error, text));
 }
 
 void SqlEditor::ColorPlainText(const QColor& ground, const QColor& text) {

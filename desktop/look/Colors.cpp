@@ -1,5 +1,7 @@
 #include "desktop/look/Colors.h"
 
+#include <cmath>
+
 namespace tessel {
 
 namespace {
@@ -41,6 +43,19 @@ QColor TextColor(Color text, Color ground, const QPalette& palette) {
   const Color shown = FromQColor(ToQColor(ground, palette));
   const bool readable = Contrast(FromQColor(wanted), shown) >= readableContrast;
   return readable && !IsSystemColor(text) ? wanted : ToQColor(TextOn(shown), palette);
+}
+
+QColor ReadableOn(const QColor& ground, const QColor& color, const QColor& text) {
+  const bool readable = Contrast(FromQColor(color), FromQColor(ground)) >= readableContrast;
+  return readable ? color : text;
+}
+
+QColor Blend(const QColor& from, const QColor& to, double part) {
+  const auto mixed = [part](int a, int b) {
+    return static_cast<int>(std::lround(a + (b - a) * part));
+  };
+  return {mixed(from.red(), to.red()), mixed(from.green(), to.green()),
+          mixed(from.blue(), to.blue())};
 }
 
 bool IsDark(const QColor& ground) { return qGray(ground.rgb()) < middleGray; }

@@ -18,6 +18,12 @@ namespace tessel {
 /// kept where it can be read. Two of his own, or of the system, stay as they are.
 [[nodiscard]] QColor TextColor(Color text, Color ground, const QPalette& palette);
 
+/// The colour where it can be read on the ground, else that of the text.
+[[nodiscard]] QColor ReadableOn(const QColor& ground, const QColor& color, const QColor& text);
+
+/// The colour at a part of the way from one to another: 0 is the first, 1 the second.
+[[nodiscard]] QColor Blend(const QColor& from, const QColor& to, double part);
+
 /// Whether light text is needed on this ground.
 [[nodiscard]] bool IsDark(const QColor& ground);
 

@@ -10,7 +10,6 @@ namespace tessel {
 namespace {
 
 constexpr qreal cornerRadius = 2;
-constexpr int focusLightness = 150;  ///< Percent.
 
 bool IsField(QStyle::PrimitiveElement element) {
   return element == QStyle::PE_Frame || element == QStyle::PE_FrameLineEdit ||
@@ -19,11 +18,10 @@ bool IsField(QStyle::PrimitiveElement element) {
          element == QStyle::PE_IndicatorRadioButton;
 }
 
-/// Of a frame that has the focus, where the style makes no difference: the colour of what is
-/// selected, to be seen on dark. Else between the window and its text; paler for what is disabled.
+/// Of a frame that has the focus, where the style makes no difference: the
+/// accent. Else between the window and its text; paler for what is disabled.
 QColor OutlineOn(const QStyleOption& option) {
-  if (option.state.testFlag(QStyle::State_HasFocus))
-    return option.palette.color(QPalette::Highlight).lighter(focusLightness);
+  if (option.state.testFlag(QStyle::State_HasFocus)) return option.palette.color(QPalette::Link);
   QColor outline = option.palette.color(QPalette::WindowText);
   outline.setAlphaF(option.state.testFlag(QStyle::State_Enabled) ? 0.5F : 0.25F);
   return outline;

@@ -1,14 +1,20 @@
 #pragma once
 
-#include <QPalette>
+#include <optional>
+
+#include "desktop/look/Tokens.h"
 
 namespace tessel {
 
-/// Colours for a dark desktop.
-[[nodiscard]] QPalette DarkPalette();
+/// What a desktop says of its ground.
+enum class Shade : unsigned char { Light, Dark };
 
-/// Keeps the program's colours in line with the desktop's. Where the desktop gives none, as on a
-/// plain X server, these are the light ones of the toolkit.
+/// The colours for a desktop with this palette, if it has one of its own, that says this of its
+/// ground, if it says anything. Its palette goes first where it can be read and is as light or dark
+/// as the desktop says; the program's own colours stand in for it.
+[[nodiscard]] Tokens TokensFor(const std::optional<QPalette>& desktop, std::optional<Shade> said);
+
+/// Keeps the application's palette in line with the desktop's colours.
 class SystemTheme {
  public:
   SystemTheme();

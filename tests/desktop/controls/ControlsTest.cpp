@@ -19,6 +19,7 @@
 #include "desktop/look/Colors.h"
 #include "desktop/look/Scale.h"
 #include "desktop/look/Theme.h"
+#include "desktop/look/Tokens.h"
 #include "tests/desktop/DesktopFixture.h"
 
 namespace tessel::test {
@@ -31,7 +32,7 @@ class ColorTest : public DesktopFixture {
 };
 
 TEST_F(ColorTest, ColoursAreTurnedBothWays) {
-  const QPalette palette = DarkPalette();
+  const QPalette palette = PaletteOf(DarkTokens());
   EXPECT_EQ(ToQColor(0x302010, palette), QColor(0x10, 0x20, 0x30));
   EXPECT_EQ(FromQColor(QColor(0x10, 0x20, 0x30)), 0x302010U);
   EXPECT_EQ(ToQColor(color::windowBackground, palette), palette.color(QPalette::Base));

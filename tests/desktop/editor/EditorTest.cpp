@@ -8,10 +8,10 @@
 
 #include "contract/desktop/controls/Button.h"
 #include "contract/desktop/controls/TextBox.h"
-#include "desktop/editor/SqlColors.h"
 #include "desktop/editor/SqlEditor.h"
 #include "desktop/look/Colors.h"
 #include "desktop/look/Theme.h"
+#include "desktop/look/Tokens.h"
 #include "tests/desktop/DesktopFixture.h"
 
 namespace tessel::test {
@@ -137,7 +137,7 @@ TEST_F(EditorTest, SqlIsColouredForItsGround) {
     SystemTheme::Force(dark);
     host.Settle();
     EXPECT_EQ(IsDark(Ground()), dark);
-    const SqlColors& colors = SqlColorsOn(Ground());
+    const Tokens& colors = CurrentTokens();
     EXPECT_EQ(ColorAt(0), colors.keyword);
     EXPECT_EQ(ColorAt(8), colors.string);
     EXPECT_EQ(ColorAt(16), colors.comment);
@@ -148,7 +148,7 @@ TEST_F(EditorTest, AGroundOfItsOwnStays) {
   box.SetText("SELECT 1");
   box.SetBackColor(0x402000);
   EXPECT_EQ(Ground(), QColor(0x00, 0x20, 0x40));
-  EXPECT_EQ(ColorAt(0), SqlColorsOn(QColor(Qt::black)).keyword) << "readable on it";
+  EXPECT_EQ(ColorAt(0), TokensOn(QColor(Qt::black)).keyword) << "readable on it";
   box.SetBackColor(color::windowBackground);
   EXPECT_EQ(Ground(), Editor().palette().color(QPalette::Base));
 }
