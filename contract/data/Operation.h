@@ -105,6 +105,9 @@ struct TextStop {
   /// What is true of the done ones behind those. None: they were undone. Open: they wait for COMMIT
   /// or ROLLBACK. Failed: only ROLLBACK is accepted. Unknown: the database does not tell.
   UserTransaction transaction = UserTransaction::Unknown;
+  /// The byte of the text that the database complains of, where it tells one; its end is a place
+  /// too. Nothing for a cancel.
+  std::optional<std::size_t> failedAt = {};
 };
 
 /// What one statement of a command came to. A result outlives its operation and its connection for

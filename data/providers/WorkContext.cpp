@@ -22,6 +22,7 @@ void WorkContext::NoteFailure(const Error& failure) {
 
 void WorkContext::BeginStatement(const StatementPlace& statement, EarlierStatements earlier) {
   statement_ = statement;
+  failedAt_.reset();
   if (earlier == EarlierStatements::Stay)
     keptUpTo_ = std::max<std::int64_t>(statement.number - 1, 0);
   if (earlier == EarlierStatements::NotKnown) keptUpTo_.reset();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -57,6 +58,12 @@ class WorkContext {
   /// The statements up to this number stay done; nothing: that is not known.
   [[nodiscard]] const std::optional<std::int64_t>& KeptUpTo() const { return keptUpTo_; }
 
+  /// What the database complains of begins at that byte of the command text, in the statement that
+  /// runs.
+  void FailAt(std::size_t byte) { failedAt_ = byte; }
+  /// Of the statement that ran last; nothing: that is not known.
+  [[nodiscard]] const std::optional<std::size_t>& FailedAt() const { return failedAt_; }
+
   /// A statement without columns is done: it affected so many records (-1: it does not tell), and
   /// what was reported since the one before belongs to it.
   void EndStatement(std::int64_t recordsAffected);
@@ -70,6 +77,7 @@ class WorkContext {
   std::atomic<bool> stopAsked_ = false;
   StatementPlace statement_;
   std::optional<std::int64_t> keptUpTo_;
+  std::optional<std::size_t> failedAt_;
   std::vector<DoneStatement> statements_;
   std::vector<ErrorInfo> reports_;
   bool raised_ = false;

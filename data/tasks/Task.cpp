@@ -227,7 +227,7 @@ bool ExecuteTask::Advance(ProviderSession& session) {
       case Stage::Next: return BeginNext(session);
     }
   } catch (const Error& error) {
-    NoteStop();
+    NoteStop(error);
     if (!behindFirst_ || error.Number() == errorNumber::cancelled) throw;
     NoteFailure(error);
   }
@@ -246,8 +246,9 @@ void ExecuteTask::LeaveCommand(ProviderSession& session) noexcept {
   }
 }
 
-void ExecuteTask::NoteStop() {
-  const TextStop stop{Statement(), KeptUpTo()};
+void ExecuteTask::NoteStop(const Error& error) {
+  TextStop stop{Statement(), KeptUpTo()};
+  if (error.Number() != errorNumber::cancelled) stop.failedAt = FailedAt();
   PrepareEnd([&](TaskEnd& end) { end.stop = stop; });
 }
 

@@ -207,7 +207,7 @@ class ExecuteTask : public Task {
   [[nodiscard]] std::optional<Error> HandOver(bool tell);
   [[nodiscard]] std::optional<Error> HandOverLast();
   void LeaveCommand(ProviderSession& session) noexcept;
-  void NoteStop();
+  void NoteStop(const Error& error);
   void TellFields(ProviderSession& session);
 
   std::string sql_;

@@ -9,6 +9,7 @@
 #include "data/providers/mariadb/MariaSchema.h"
 #include "data/providers/mariadb/MariaTables.h"
 #include "data/providers/text/CommandText.h"
+#include "data/providers/text/QuotedPlace.h"
 
 namespace tessel {
 
@@ -16,6 +17,7 @@ namespace {
 
 constexpr const char* source = "MariaDB";
 constexpr std::chrono::seconds killPatience{2};
+constexpr std::int32_t syntaxError = 1064;
 
 /// How statements begin that change rows, and so have a count even when it is 0. The server gives
 /// others counts too, such as the creation of a database.
@@ -40,12 +42,15 @@ ErrorInfo Warning(std::string text) {
 // --- errors --------------------------------------------------------------------------------------
 
 /// An error ends the whole text.
-void MariaSession::RaiseFailure(const Error& error, const WorkContext& context) {
+void MariaSession::RaiseFailure(const Error& error, WorkContext& context) {
   result_ = MariaResult();
   ended_ = true;
   statusIsOld_ = true;
   lost_ = lost_ || SaysSessionIsLost(error.Info());
   if (context.StopAsked() && SaysInterrupted(error.Info())) throw CancelledError();
+  const auto byte = QuotedPlace(error.Description(), walk_.Text());
+  if (byte && error.Info().nativeError == syntaxError)
+    context.FailAt(context.Statement().begin + *byte);
   throw error;
 }
 

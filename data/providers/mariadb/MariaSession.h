@@ -62,7 +62,7 @@ class MariaSession : public ProviderSession {
       RaiseFailure(error, context);
     }
   }
-  [[noreturn]] void RaiseFailure(const Error& error, const WorkContext& context);
+  [[noreturn]] void RaiseFailure(const Error& error, WorkContext& context);
   void ChooseDialect();
   [[nodiscard]] bool RunText(const std::string& sql);
   [[nodiscard]] bool NextStatement();

@@ -67,6 +67,11 @@ MemoryResult& MemoryResult::Notices(std::vector<ErrorInfo> list) {
   return *this;
 }
 
+MemoryResult& MemoryResult::FailedAt(std::size_t byte) {
+  failedAt = byte;
+  return *this;
+}
+
 MemoryResult& MemoryResult::FailAtRow(std::size_t row, ErrorInfo error) {
   failAtRow = row;
   failure = std::move(error);

@@ -42,6 +42,7 @@ struct MemoryResult {
   std::optional<ErrorInfo> failure;            ///< The command fails.
   std::vector<ErrorInfo> notices;              ///< In Errors although the command succeeded.
   std::optional<std::size_t> failAtRow;        ///< With `failure`: only after so many rows.
+  std::optional<std::size_t> failedAt;         ///< With `failure`: the byte complained of.
   std::size_t block = 100;                     ///< Rows that are fetched at once.
   bool uniqueRows = true;                      ///< The first field is a key of the table.
   bool writable = true;                        ///< The rows can be told to come from the table.
@@ -53,6 +54,7 @@ struct MemoryResult {
 
   MemoryResult& Notices(std::vector<ErrorInfo> list);
   MemoryResult& FailAtRow(std::size_t row, ErrorInfo error);
+  MemoryResult& FailedAt(std::size_t byte);
   MemoryResult& Block(std::size_t size);
   MemoryResult& UniqueRows(bool unique);
   MemoryResult& Writable(bool canBeWritten);

@@ -67,6 +67,7 @@ std::vector<FieldInfo> MemorySession::BeginStatement(WorkContext& context) {
   fetched_ = 0;
   for (const ErrorInfo& notice : result_.notices) context.Report(notice);
   transaction_ = result_.transaction.value_or(transaction_);
+  if (result_.failedAt) context.FailAt(*result_.failedAt);
   if (result_.failure && !result_.failAtRow) throw Error(*result_.failure);
   catalog_ = result_.newCatalog.value_or(catalog_);
   std::vector<FieldInfo> fields = result_.DescribedFields();

@@ -242,7 +242,9 @@ void PostgresSession::RaiseFailure(const PqResult& failed, WorkContext& context)
 /// statement.
 void PostgresSession::GoToFailure(const PqMessage& message, WorkContext& context) {
   if (message.position <= 0 || !message.innerQuery.empty()) return;
-  walk_.GoTo(ByteOfCharacter(sql_, static_cast<std::size_t>(message.position) - 1), context);
+  const std::size_t byte = ByteOfCharacter(sql_, static_cast<std::size_t>(message.position) - 1);
+  walk_.GoTo(byte, context);
+  context.FailAt(byte);
 }
 
 void PostgresSession::RefuseCopy(PqKind kind, WorkContext& context) {

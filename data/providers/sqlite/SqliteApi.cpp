@@ -112,6 +112,12 @@ SqliteStatement SqliteDatabase::Prepare(std::string_view& sql) {
   return SqliteStatement(statement);
 }
 
+std::optional<std::size_t> SqliteDatabase::ErrorOffset() const {
+  const int offset = sqlite3_error_offset(handle_.get());
+  if (offset < 0) return std::nullopt;
+  return static_cast<std::size_t>(offset);
+}
+
 std::string SqliteDatabase::QueryText(std::string_view sql) {
   SqliteStatement statement = PrepareOne(sql);
   return statement.Step() ? std::string(statement.TextAt(0)) : std::string();

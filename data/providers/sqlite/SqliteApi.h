@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -128,6 +129,9 @@ class SqliteDatabase {
   [[nodiscard]] SqliteStatement Prepare(std::string_view& sql);
   /// Compiles a single statement of this program's own.
   [[nodiscard]] SqliteStatement PrepareOne(std::string_view sql) { return Prepare(sql); }
+  /// Behind a Prepare that failed: the byte of its text that is complained of; nothing where that
+  /// is not told.
+  [[nodiscard]] std::optional<std::size_t> ErrorOffset() const;
   /// The first cell of the first row of a statement of this program's own.
   [[nodiscard]] std::string QueryText(std::string_view sql);
 

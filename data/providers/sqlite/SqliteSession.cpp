@@ -112,7 +112,13 @@ Properties SqliteSession::ReadProperties() {
 /// only where there is one that a cancel can still take effect.
 SqliteStatement SqliteSession::NextStatement(WorkContext& context) {
   SqliteStatement statement;
-  while (!statement && !rest_.empty()) statement = database_->Prepare(rest_);
+  try {
+    while (!statement && !rest_.empty()) statement = database_->Prepare(rest_);
+  } catch (const Error&) {
+    const auto before = static_cast<std::size_t>(rest_.data() - text_.data());
+    if (const auto offset = database_->ErrorOffset()) context.FailAt(before + *offset);
+    throw;
+  }
   if (statement) context.ThrowIfStopped();
   return statement;
 }

@@ -133,6 +133,21 @@ TEST_P(StatementBodies, ASyntaxErrorTellsItsStatement) {
   EXPECT_EQ(sql.substr(stop.statement.begin, 7), "selec t");
 }
 
+TEST_P(StatementBodies, ASyntaxErrorTellsItsPlace) {
+  if (!Db().Traits().tellsFailedStatement) GTEST_SKIP() << "the driver does not tell";
+  const std::string sql =
+      Insert(4) + ";\n-- äöü€\nselect 'ä€';\n\nselect 'é'\n  fro t; " + Insert(5);
+  const TextStop stop = StopOf(sql);
+  EXPECT_EQ(stop.statement.number, 3);
+  ASSERT_TRUE(stop.failedAt);
+  EXPECT_EQ(sql.substr(*stop.failedAt, 2), "t;");
+}
+
+TEST_P(StatementBodies, WhatIsNoMistakeInTheWordsHasNoPlace) {
+  const TextStop stop = StopOf(Insert(4) + "; " + Insert(1));
+  EXPECT_FALSE(stop.failedAt);
+}
+
 TEST_P(StatementBodies, AnErrorBehindTheFirstRowsStopsTheTextToo) {
   const std::string sql =
       "select id from " + table_->Name() + "; select 'b'; " + Insert(1) + "; " + Insert(5);
