@@ -19,6 +19,7 @@
 #include "desktop/help/HelpWindow.h"
 #include "desktop/look/Icons.h"
 #include "desktop/look/Theme.h"
+#include "desktop/services/DesktopNotices.h"
 #include "desktop/services/QtServices.h"
 #include "desktop/window/DesktopCore.h"
 #include "desktop/window/DialogWindow.h"
@@ -86,6 +87,7 @@ struct QtDesktop::Parts {
   QtClipboard clipboard;
   QtClock clock;
   QtEventQueue events;
+  DesktopNotices notices;
   QPointer<HelpWindow> help;  ///< Made at its first use.
   std::unique_ptr<QSocketNotifier> endNotifier;
 };
@@ -169,6 +171,8 @@ Clipboard& QtDesktop::TheClipboard() { return parts_->clipboard; }
 EventQueue& QtDesktop::Events() { return parts_->events; }
 
 const Clock& QtDesktop::TheClock() const { return parts_->clock; }
+
+Notifications& QtDesktop::TheNotifications() { return parts_->notices; }
 
 bool QtDesktop::IsKeyDown(int keyCode) const {
   const Qt::KeyboardModifiers held = QGuiApplication::queryKeyboardModifiers();

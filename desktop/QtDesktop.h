@@ -29,6 +29,7 @@ class QtDesktop final : public Desktop {
   [[nodiscard]] Clipboard& TheClipboard() override;
   [[nodiscard]] EventQueue& Events() override;
   [[nodiscard]] const Clock& TheClock() const override;
+  [[nodiscard]] Notifications& TheNotifications() override;
   [[nodiscard]] bool IsKeyDown(int keyCode) const override;
   void ProcessPending() override;
   void Defer(std::function<void()> action) override;

@@ -45,6 +45,8 @@ class Clipboard {
   virtual void SetText(std::string_view text) = 0;
 };
 
+class Notifications;
+
 /// What the program asks of the desktop. UI thread only, except for Events().Post. It outlives its
 /// windows and everything that it gives a reference to.
 class Desktop {
@@ -66,6 +68,7 @@ class Desktop {
   [[nodiscard]] virtual Clipboard& TheClipboard() = 0;
   [[nodiscard]] virtual EventQueue& Events() = 0;
   [[nodiscard]] virtual const Clock& TheClock() const = 0;
+  [[nodiscard]] virtual Notifications& TheNotifications() = 0;
 
   /// Whether a key is held at this moment (virtual key code; Shift, Ctrl and Alt at least).
   [[nodiscard]] virtual bool IsKeyDown(int keyCode) const = 0;

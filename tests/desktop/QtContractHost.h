@@ -26,6 +26,7 @@ class RememberingDesktop final : public Desktop {
   [[nodiscard]] Clipboard& TheClipboard() override { return desktop_.TheClipboard(); }
   [[nodiscard]] EventQueue& Events() override { return desktop_.Events(); }
   [[nodiscard]] const Clock& TheClock() const override { return desktop_.TheClock(); }
+  [[nodiscard]] Notifications& TheNotifications() override { return desktop_.TheNotifications(); }
   [[nodiscard]] bool IsKeyDown(int keyCode) const override { return desktop_.IsKeyDown(keyCode); }
   void ProcessPending() override { desktop_.ProcessPending(); }
   void Defer(std::function<void()> action) override { desktop_.Defer(std::move(action)); }

@@ -41,6 +41,7 @@ class HeadlessDesktop final : public Desktop, public DesktopScript {
   [[nodiscard]] HeadlessClipboard& TheClipboard() override { return clipboard_; }
   [[nodiscard]] HeadlessQueue& Events() override { return queue_; }
   [[nodiscard]] const Clock& TheClock() const override { return clock_; }
+  [[nodiscard]] HeadlessNotifications& TheNotifications() override { return notifications_; }
   [[nodiscard]] bool IsKeyDown(int keyCode) const override { return heldKeys_.contains(keyCode); }
   void ProcessPending() override;
   void Defer(std::function<void()> action) override { deferred_.push_back(std::move(action)); }
@@ -95,6 +96,7 @@ class HeadlessDesktop final : public Desktop, public DesktopScript {
   HeadlessClock clock_;
   HeadlessClipboard clipboard_;
   HeadlessQueue queue_;
+  HeadlessNotifications notifications_;
   WindowStack stack_;
   std::set<int> heldKeys_;
   std::deque<std::function<void()>> deferred_;

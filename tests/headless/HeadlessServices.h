@@ -8,10 +8,12 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "contract/base/Clock.h"
 #include "contract/base/EventQueue.h"
 #include "contract/desktop/Desktop.h"
+#include "contract/desktop/Notifications.h"
 #include "contract/desktop/Progress.h"
 
 namespace tessel::test {
@@ -40,6 +42,28 @@ class HeadlessClipboard final : public Clipboard {
 
  private:
   std::string text_;
+};
+
+/// The user is before the program until a test sends him away.
+class HeadlessNotifications final : public Notifications {
+ public:
+  struct Notice {
+    std::string title;
+    std::string text;
+    bool operator==(const Notice&) const = default;
+  };
+
+  [[nodiscard]] bool UserIsHere() const override { return here_; }
+  void Show(const std::string& title, const std::string& text) override {
+    shown_.push_back({title, text});
+  }
+
+  void SetUserHere(bool here) { here_ = here; }
+  [[nodiscard]] const std::vector<Notice>& Shown() const { return shown_; }
+
+ private:
+  bool here_ = true;
+  std::vector<Notice> shown_;
 };
 
 /// Notices wait until the twin runs them. Post may be called from any thread.
