@@ -14,12 +14,12 @@
 
 int main(int argc, char* argv[]) {
   using namespace tessel;
+  const std::string executable = ExecutablePath();
   QtDesktop desktop(argc, argv);
   const EndSignals endSignals;
   desktop.EndWhenReadable(endSignals.Descriptor());
   PosixFiles files;
   DataAccessObjects data(desktop.Events());
-  const std::string executable = ExecutablePath();
   const std::string folder = std::filesystem::path(executable).parent_path().string();
   auto program = std::make_unique<Program>(
       Platform{desktop, data, files, folder, executable, TESSEL_VERSION, {}});
