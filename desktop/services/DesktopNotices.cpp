@@ -16,6 +16,8 @@ namespace tessel {
 
 namespace {
 
+/// A window that closes leaves none active until the desktop has chosen the next one.
+constexpr int betweenWindows = 500;
 constexpr QLatin1String service("org.freedesktop.Notifications");
 constexpr QLatin1String path("/org/freedesktop/Notifications");
 constexpr QLatin1String clicked("default");  ///< The action of a click on the notice itself.
@@ -49,8 +51,15 @@ void ActivateProgram() {
 
 }  // namespace
 
+DesktopNotices::DesktopNotices() {
+  connect(qApp, &QGuiApplication::applicationStateChanged, this, [this] { left_.start(); });
+}
+
+DesktopNotices::DesktopNotices(const QDBusConnection& bus) : DesktopNotices() { bus_ = bus; }
+
 bool DesktopNotices::UserIsHere() const {
-  return QGuiApplication::applicationState() == Qt::ApplicationActive;
+  if (QGuiApplication::applicationState() == Qt::ApplicationActive) return true;
+  return left_.isValid() && left_.elapsed() < betweenWindows;
 }
 
 QDBusConnection& DesktopNotices::Bus() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QElapsedTimer>
 #include <QObject>
 #include <functional>
 #include <optional>
@@ -19,9 +20,9 @@ class DesktopNotices final : public QObject, public Notifications {
 
  public:
   /// On the session bus; it is connected to at the first notice.
-  DesktopNotices() = default;
+  DesktopNotices();
   /// On a bus of the caller's own.
-  explicit DesktopNotices(const QDBusConnection& bus) : bus_(bus) {}
+  explicit DesktopNotices(const QDBusConnection& bus);
 
   [[nodiscard]] bool UserIsHere() const override;
   void Show(const std::string& title, const std::string& text) override;
@@ -36,6 +37,7 @@ class DesktopNotices final : public QObject, public Notifications {
   void Send(const QString& title, const QString& text, bool textIsMarkup);
 
   std::optional<QDBusConnection> bus_;
+  QElapsedTimer left_;    ///< Since no window of the program is active.
   std::set<uint> shown_;  ///< Numbers that the server gave to notices of this program.
 };
 

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 #include "contract/desktop/Progress.h"
 #include "contract/desktop/controls/Button.h"
@@ -16,6 +15,7 @@ namespace tessel {
 namespace {
 
 constexpr int tickMilliseconds = 500;
+constexpr std::int64_t betweenCounts = 100;  ///< Milliseconds: nobody reads faster.
 constexpr const char* programName = "Tessel";
 
 /// The low 32 bits of whole units tell whether a step is reached, which is at most 16, and are
@@ -30,14 +30,6 @@ bool AllowsAsynchronousWork(const Connection& connection) {
   const auto model =
       connection.ProviderProperties().Number("Data Source Object Threading Model", 0);
   return (model & 1) != 0;
-}
-
-std::string FormatElapsed(std::int64_t milliseconds) {
-  const std::int64_t seconds = milliseconds / 1000;
-  char text[16];
-  std::snprintf(text, sizeof text, "%02d:%02d:%02d", static_cast<int>(seconds / 3600 % 24),
-                static_cast<int>(seconds / 60 % 60), static_cast<int>(seconds % 60));
-  return text;
 }
 
 void dlgAsync::Load() {
@@ -74,8 +66,10 @@ void dlgAsync::Reset(const Connection* connection) {
   window_->Find<Label>("lblMessage").SetCaption("");
   bar_->SetVisible(false);
   bar_->SetValue(0);
+  window_->Find<Label>("lblDone").SetCaption("");
   window_->Find<Button>("cmdCancel").SetEnabled(true);
   cancelled_ = false;
+  recordsAffected_ = -1;
   Release();
   start_ = desktop_.TheClock().Milliseconds();
   clockRuns_ = true;
@@ -84,25 +78,40 @@ void dlgAsync::Reset(const Connection* connection) {
 }
 
 void dlgAsync::ShowElapsed() {
-  if (!clockRuns_) return;
-  const std::int64_t elapsed = desktop_.TheClock().Milliseconds() - start_;
-  window_->Find<Label>("lblTimer").SetCaption(FormatElapsed(elapsed));
+  if (clockRuns_) window_->Find<Label>("lblTimer").SetCaption(FormatElapsed(Elapsed()));
 }
+
+std::int64_t dlgAsync::Elapsed() const { return desktop_.TheClock().Milliseconds() - start_; }
 
 void dlgAsync::InitProcess(const std::string& message, const Connection* connection) {
   Reset(connection);
+  work_ = message;
   window_->Find<Label>("lblMessage").SetCaption("\n" + message);
   window_->ShowAboveSoon(frame_);
 }
 
 void dlgAsync::InitProgress(const std::string& message, double maximum,
-                            const Connection* connection) {
+                            const Connection* connection, std::string units) {
   Reset(connection);
+  work_ = message;
+  units_ = std::move(units);
   window_->Find<Label>("lblMessage").SetCaption(message);
   progressStep_ = static_cast<std::uint32_t>(std::min(std::ceil(maximum / 32), 16.0));
   bar_->SetMax(maximum);
   bar_->SetVisible(true);
+  ShowDone();
   window_->ShowAboveSoon(frame_);
+}
+
+/// "1234 of 10000 records, 12 %"
+void dlgAsync::ShowDone() {
+  shownDone_ = Elapsed();
+  const std::string units = units_.empty() ? "" : " " + units_;
+  const auto percent = static_cast<std::int64_t>(bar_->Value() * 100 / bar_->Max());
+  window_->Find<Label>("lblDone").SetCaption(
+      std::to_string(static_cast<std::int64_t>(bar_->Value())) + " of " +
+      std::to_string(static_cast<std::int64_t>(bar_->Max())) + units + ", " +
+      std::to_string(percent) + " %");
 }
 
 bool dlgAsync::Yield() {
@@ -114,7 +123,10 @@ bool dlgAsync::Yield() {
 
 bool dlgAsync::DoProgress(double increment) {
   const double value = bar_->Value();
-  if (WholeUnits(value) % progressStep_ == 0) Yield();
+  if (WholeUnits(value) % progressStep_ == 0) {
+    if (Elapsed() - shownDone_ >= betweenCounts) ShowDone();
+    Yield();
+  }
   bar_->SetValue(value + increment);
   return !cancelled_;
 }
@@ -136,12 +148,13 @@ std::shared_ptr<Recordset> dlgAsync::Read(const std::shared_ptr<QueryOperation>&
 /// For a million records the bar need not be asked a million times: between two steps of it nothing
 /// is served, and what it shows is seen only then.
 bool dlgAsync::ForEach(const std::string& message, const Connection* connection, std::int64_t count,
-                       const std::function<void(std::int64_t)>& step, std::int64_t atOnce) {
+                       const std::function<void(std::int64_t)>& step, std::int64_t atOnce,
+                       const std::string& units) {
   if (count < atOnce) {
     for (std::int64_t i = 0; i < count; ++i) step(i);
     return true;
   }
-  InitProgress(message, static_cast<double>(count), connection);
+  InitProgress(message, static_cast<double>(count), connection, units);
   const UnloadAtEnd unload(*this);
   bool goesOn = true;
   std::int64_t taken = 0;
@@ -166,6 +179,7 @@ bool dlgAsync::DoQuery(const std::shared_ptr<QueryOperation>& query, std::int64_
                        bool async) {
   WaitFor({query}, "Executing...", async);
   recordsAffected = query->RecordsAffected();
+  recordsAffected_ = recordsAffected;
   return Conclude();
 }
 
@@ -181,6 +195,7 @@ bool dlgAsync::RunAll(Operations operations, const std::string& message, bool as
 /// The window may be closed by the program's end before the operations have ended.
 void dlgAsync::WaitFor(Operations operations, const std::string& message, bool async) {
   Reset(operations.front()->ActiveConnection().get());
+  work_ = message;
   operations_ = std::move(operations);
   for (const auto& operation : operations_) {
     operation->Progress = [this] { OperationProgress(); };
@@ -237,11 +252,35 @@ void dlgAsync::cmdCancel_Click() {
 bool dlgAsync::Conclude() {
   const Operations ended = operations_;
   const bool cancelled = cancelled_;
+  const EndedWork end = EndOf(ended);
   Unload();
   if (cancelled) return false;
+  TellOfEnd(desktop_, end);
   for (const auto& operation : ended)
     if (operation->Failure()) throw Error(*operation->Failure());
   return true;
+}
+
+EndedWork dlgAsync::EndOf(const Operations& ended) const {
+  EndedWork end{window_->Caption(), work_, Elapsed(), false, {}};
+  std::int64_t rows = 0;
+  for (const auto& operation : ended) rows += operation->Rows();
+  if (rows > 0) end.outcome = RecordsText(rows);
+  else if (recordsAffected_ >= 0) end.outcome = RecordsText(recordsAffected_);
+  for (const auto& operation : ended) {
+    if (end.failed || !operation->Failure()) continue;
+    end.failed = true;
+    end.outcome = PublicPart(operation->Failure()->description);
+  }
+  return end;
+}
+
+void dlgAsync::EndLoop(bool failed) {
+  if (window_ == nullptr || !window_->Loaded()) return;
+  EndedWork end = EndOf({});
+  end.failed = failed;
+  Unload();
+  if (!cancelled_) TellOfEnd(desktop_, end);
 }
 
 /// Lets go of what was waited for; its events no longer reach this window.

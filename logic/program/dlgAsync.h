@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <string>
@@ -9,6 +10,7 @@
 #include "contract/data/Connection.h"
 #include "contract/desktop/Desktop.h"
 #include "contract/desktop/controls/Label.h"
+#include "logic/program/EndNotice.h"
 
 namespace tessel {
 
@@ -18,14 +20,11 @@ class ProgressBar;
 /// Whether the provider of an open connection can work asynchronously.
 [[nodiscard]] bool AllowsAsynchronousWork(const Connection& connection);
 
-/// Elapsed time as "Hh:Nn:Ss", hours counting modulo 24.
-[[nodiscard]] std::string FormatElapsed(std::int64_t milliseconds);
-
 /// The progress window that every long operation runs under. It waits for operations of
 /// connections while it is shown modally over the main frame (Run, DoConnect, DoQuery), and serves
 /// the program's own loops as a modeless window with progress and cancel (InitProcess or
-/// InitProgress, then Yield or DoProgress, then Unload). One instance; it is used for one thing at
-/// a time.
+/// InitProgress, then Yield or DoProgress, then Unload). A user who has turned to something else is
+/// told of the end of what took long. One instance; it is used for one thing at a time.
 class dlgAsync {
  public:
   using Operations = std::vector<std::shared_ptr<Operation>>;
@@ -66,9 +65,10 @@ class dlgAsync {
   /// Shows the window modeless, without a bar; as with InitProgress, not before 150 ms have passed.
   /// The title is that of `connection`, if the loop works for one.
   void InitProcess(const std::string& message, const Connection* connection = nullptr);
-  /// Shows the window modeless with a bar from 0 to `maximum`, which is more than 0.
+  /// Shows the window modeless with a bar from 0 to `maximum`, which is more than 0. Beside the bar
+  /// it says how many `units` of how many are done, and the percentage.
   void InitProgress(const std::string& message, double maximum,
-                    const Connection* connection = nullptr);
+                    const Connection* connection = nullptr, std::string units = "");
   /// Advances the bar, yielding now and then; false once the user has cancelled.
   bool DoProgress(double increment);
   /// Lets the interface process pending input once; false once the user has cancelled.
@@ -79,13 +79,16 @@ class dlgAsync {
   }
   /// Ends an InitProcess or InitProgress; also at the end of the program.
   void Unload();
+  /// The same, for a loop that has failed, or has done its work or was cancelled.
+  void EndLoop(bool failed);
 
   /// A whole loop under a bar: calls `step` with 0, 1, ... below `count`, ends early once the user
   /// has cancelled, and unloads in any case. False when cancelled. Steps that take next to no time
   /// are better taken several at once before the interface has its turn; nothing is shown for fewer
   /// than these.
   bool ForEach(const std::string& message, const Connection* connection, std::int64_t count,
-               const std::function<void(std::int64_t)>& step, std::int64_t atOnce = 1);
+               const std::function<void(std::int64_t)>& step, std::int64_t atOnce = 1,
+               const std::string& units = "");
 
  private:
   [[nodiscard]] std::shared_ptr<Recordset> Read(const std::shared_ptr<QueryOperation>& query);
@@ -93,11 +96,14 @@ class dlgAsync {
   void Reset(const Connection* connection);
   [[nodiscard]] std::string TitleOf(const Connection* connection) const;
   void ShowElapsed();
+  void ShowDone();
+  [[nodiscard]] std::int64_t Elapsed() const;
   void WaitFor(Operations operations, const std::string& message, bool async);
   void WaitModally();
   void WaitBlocked();
   [[nodiscard]] bool AllEnded() const;
   bool Conclude();
+  [[nodiscard]] EndedWork EndOf(const Operations& ended) const;
   void Release();
 
   void cmdCancel_Click();
@@ -116,23 +122,29 @@ class dlgAsync {
   std::unique_ptr<Window> window_;
   ProgressBar* bar_ = nullptr;
   std::uint32_t progressStep_ = 1;  ///< Units of the bar from one yield to the next.
+  std::string units_;               ///< Of the bar.
   std::int64_t start_ = 0;
+  std::int64_t shownDone_ = 0;         ///< When it was last said how much is done.
+  std::string work_;                   ///< What is under way, as it was said at its start.
+  std::int64_t recordsAffected_ = -1;  ///< By the query waited for.
   bool cancelled_ = false;
   bool clockRuns_ = false;
   Operations operations_;  ///< Those waited for.
 };
 
-/// Ends what InitProcess or InitProgress began, however the work under it ends.
+/// Ends what InitProcess or InitProgress began, however the work under it ends; an exception that
+/// passes is its failure.
 class UnloadAtEnd {
  public:
   /// `async` outlives this object.
   explicit UnloadAtEnd(dlgAsync& async) : async_(async) {}
-  ~UnloadAtEnd() { async_.Unload(); }
+  ~UnloadAtEnd() { async_.EndLoop(std::uncaught_exceptions() > exceptions_); }
   UnloadAtEnd(const UnloadAtEnd&) = delete;
   UnloadAtEnd& operator=(const UnloadAtEnd&) = delete;
 
  private:
   dlgAsync& async_;
+  int exceptions_ = std::uncaught_exceptions();
 };
 
 }  // namespace tessel

@@ -192,7 +192,8 @@ void AllConnections::ShowDifferencesOf(const NamedRows& a, const NamedRows& b,
 /// False when the user cancelled it.
 bool AllConnections::Compare(RowComparison& comparison) {
   constexpr std::int64_t rowsAtOnce = 4096;
-  async_.InitProgress("Comparing records...", static_cast<double>(comparison.Total()));
+  async_.InitProgress("Comparing records...", static_cast<double>(comparison.Total()), nullptr,
+                      "records");
   const UnloadAtEnd unload(async_);
   while (comparison.Done() < comparison.Total()) {
     const std::int64_t before = comparison.Done();

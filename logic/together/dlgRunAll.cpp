@@ -79,6 +79,7 @@ bool dlgRunAll::Run(const std::vector<frmRecords*>& windows, const std::string& 
   for (Line& line : lines_)
     if (line.window->WorksAsynchronously()) Start(line);
   WaitForAll();
+  TellOfAll();
   ConcludeAll();
   RunTheOthers();
   return true;
@@ -122,6 +123,23 @@ void dlgRunAll::LineEnded(Line& line) {
 
 bool dlgRunAll::AllEnded() const {
   return std::ranges::none_of(lines_, [](const Line& line) { return IsRunning(line.operation); });
+}
+
+/// Whoever cancels what is left is there to see it.
+void dlgRunAll::TellOfAll() const {
+  if (restCancelled_) return;
+  const auto failed = std::ranges::count_if(lines_, [](const Line& line) {
+    return line.operation != nullptr && line.operation->Failure().has_value();
+  });
+  EndedWork end{"Tessel",
+                "Executing on all connections...",
+                global_.TheDesktop().TheClock().Milliseconds() - start_,
+                false,
+                {}};
+  end.outcome = failed == 0 ? "none has failed"
+                            : std::to_string(failed) + " of " + std::to_string(lines_.size()) +
+                                  " have failed";
+  TellOfEnd(global_.TheDesktop(), end);
 }
 
 void dlgRunAll::ConcludeAll() {

@@ -51,6 +51,7 @@ class dlgRunAll {
   void Start(Line& line);
   void WaitForAll();
   void LineEnded(Line& line);
+  void TellOfAll() const;
   void ConcludeAll();
   void RunTheOthers();
   [[nodiscard]] bool AllEnded() const;

@@ -118,14 +118,15 @@ void RecordConversion::ConvertRecords(std::string& text, const RecordFormat& for
   converted_ = 0;
   if (all) rows->MoveFirst();
   const std::shared_ptr<Connection> connection = rows->ActiveConnection();
-  async_.ForEach(ProgressMessage(count, !all), connection.get(), count, [&](std::int64_t i) {
+  const auto convert = [&](std::int64_t i) {
     if (!all) rows->MoveTo(selected[static_cast<std::size_t>(i)]);
     if (i != 0) text += format.record.separator;
     formatter.FormatRecord(text, *rows);
     if (all) rows->MoveNext();
     converted_ = i + 1;
     room.Note(converted_);
-  });
+  };
+  async_.ForEach(ProgressMessage(count, !all), connection.get(), count, convert, 1, "records");
   rows->Close();
 }
 

@@ -458,6 +458,36 @@ TEST_F(dlgAsyncTest, ALoopIsServedAtEachStepOfItsBarAndNotAtEachOfItsOwn) {
   }
 }
 
+TEST_F(dlgAsyncTest, ALoopSaysHowManyRecordsAreDoneAndItsClockRuns) {
+  std::vector<std::string> said;
+  desktop.OnProcessPending([&](int call) {
+    if (call <= 3) said.push_back(desktop.WindowOf("dlgAsync").Find<Label>("lblDone").Caption());
+    if (call == 3) {
+      EXPECT_EQ(Elapsed(), "00:00:02");
+    }
+    desktop.AdvanceTime(1000);
+  });
+  const auto step = [](std::int64_t /*i*/) {};
+  EXPECT_TRUE(async.ForEach("Converting all 64 records...", nullptr, 64, step, 1, "records"));
+  EXPECT_EQ(said, (std::vector<std::string>{"0 of 64 records, 0 %", "2 of 64 records, 3 %",
+                                            "4 of 64 records, 6 %"}));
+}
+
+TEST_F(dlgAsyncTest, HowMuchIsDoneIsNotSaidMoreOftenThanAnybodyReads) {
+  async.InitProgress("x", 32);
+  const auto done = [this] {
+    return desktop.WindowOf("dlgAsync").Find<Label>("lblDone").Caption();
+  };
+  for (int i = 0; i < 8; ++i) EXPECT_TRUE(async.DoProgress(1));
+  EXPECT_EQ(done(), "0 of 32, 0 %");
+  desktop.AdvanceTime(100);
+  EXPECT_TRUE(async.DoProgress(1));
+  EXPECT_EQ(done(), "8 of 32, 25 %");
+  async.InitProcess("x");
+  EXPECT_EQ(done(), "") << "no bar";
+  async.Unload();
+}
+
 class ProgressTest : public dlgAsyncTest,
                      public ::testing::WithParamInterface<std::tuple<double, int, int>> {};
 

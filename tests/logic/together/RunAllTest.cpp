@@ -58,6 +58,21 @@ TEST_F(RunAllTest, AllRunTogether) {
   }
 }
 
+TEST_F(RunAllTest, AUserWhoHasTurnedAwayIsToldOnceAllHaveEnded) {
+  data.ServerOf("A").Answer("select", MemoryFields({"a"}), {}).HoldExecuting();
+  data.ServerOf("B").AnswerError("select", MemoryError("no such table"));
+  ConnectAll({"A", "B"});
+  desktop.TheNotifications().SetUserHere(false);
+  desktop.OnModal("dlgRunAll", [this](Window& /*w*/) {
+    desktop.AdvanceTime(12'000);
+    data.ResumeAll();
+  });
+  RunAll();
+  const test::HeadlessNotifications::Notice expected = {
+      "Tessel", "Executing on all connections has ended after 00:00:12: 1 of 2 have failed."};
+  EXPECT_THAT(desktop.TheNotifications().Shown(), testing::ElementsAre(expected));
+}
+
 TEST_F(RunAllTest, AFailureOnOneLeavesTheOthersAlone) {
   AnswerRow("A");
   data.ServerOf("B").AnswerError("select", MemoryError("no such table"));
