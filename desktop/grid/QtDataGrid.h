@@ -44,6 +44,9 @@ class QtDataGrid final : public ControlOf<DataGrid, RecordGrid>, private GridUse
   [[nodiscard]] bool AllowAddNew() const override { return allowAddNew_; }
   void SetAllowAddNew(bool allow) override;
 
+  void SelectRow() override {
+    if (!EditActive()) TheWidget().TurnRow(false);
+  }
   [[nodiscard]] std::vector<Bookmark> SelBookmarks() const override;
   [[nodiscard]] int SelStartCol() const override { return TheWidget().Selection().FirstColumn(); }
   [[nodiscard]] int SelEndCol() const override { return TheWidget().Selection().LastColumn(); }

@@ -352,11 +352,15 @@ bool RecordGrid::SelectRowByKey(const QKeyEvent& event) {
   const auto held = event.modifiers() & ~Qt::KeypadModifier;
   if (event.key() != Qt::Key_Space) return false;
   if (held != Qt::ShiftModifier && held != Qt::ControlModifier) return false;
-  const QModelIndex current = currentIndex();
-  if (!current.isValid() || model_->IsNewRow(current.row())) return true;
-  const bool alone = selection_.Rows().size() == 1 && RowSelected(current.row());
-  SelectRow(current.row(), current.column(), alone || held == Qt::ControlModifier, false);
+  TurnRow(held == Qt::ControlModifier);
   return true;
+}
+
+void RecordGrid::TurnRow(bool add) {
+  const QModelIndex current = currentIndex();
+  if (!current.isValid() || model_->IsNewRow(current.row())) return;
+  const bool alone = selection_.Rows().size() == 1 && RowSelected(current.row());
+  SelectRow(current.row(), current.column(), alone || add, false);
 }
 
 void RecordGrid::PressColumn(int column) {

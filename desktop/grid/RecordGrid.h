@@ -72,6 +72,8 @@ class RecordGrid : public GridView {
   void Refresh();
   void SetAllowsNew(bool allows);
   void Copy();
+  /// Selects the current row alone, and takes that back; `add` keeps the others that are selected.
+  void TurnRow(bool add);
   /// Shows a change of the selection that was made on Selection().
   void ShowSelection();
 

@@ -41,6 +41,9 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   [[nodiscard]] bool AllowAddNew() const override { return allowAddNew_; }
   void SetAllowAddNew(bool allow) override;
 
+  void SelectRow() override {
+    if (!editing_) SelectRowByKey(false);
+  }
   [[nodiscard]] std::vector<Bookmark> SelBookmarks() const override { return selected_; }
   [[nodiscard]] int SelStartCol() const override { return firstColumn_; }
   [[nodiscard]] int SelEndCol() const override { return lastColumn_; }

@@ -85,6 +85,9 @@ class DataGrid : public Control {
   [[nodiscard]] virtual bool AllowAddNew() const = 0;
   virtual void SetAllowAddNew(bool allow) = 0;
 
+  /// Selects the current row alone, or takes that back when it is that already, as Shift+Space
+  /// does. Nothing happens on the new row, in an empty grid and while a text is being edited.
+  virtual void SelectRow() = 0;
   /// Selected rows in the order in which they were selected.
   [[nodiscard]] virtual std::vector<Bookmark> SelBookmarks() const = 0;
   [[nodiscard]] virtual int SelStartCol() const = 0;  ///< First selected column, -1 when none is.
