@@ -23,7 +23,7 @@ if(TESSEL_FUZZ AND NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
 elseif(TESSEL_FUZZ)
   file(GLOB_RECURSE fuzz_contract CONFIGURE_DEPENDS contract/*.cpp)
   tessel_fuzz(tag_scanner_fuzz tests/fuzz/TagScannerFuzz.cpp tests/support/TagScannerProperty.cpp
-              logic/tags/TagScanner.cpp logic/program/Global.cpp logic/program/Characters.cpp ${fuzz_contract})
+              logic/tags/TagScanner.cpp logic/program/Global.cpp logic/program/NoKeyring.cpp logic/program/Characters.cpp ${fuzz_contract})
   tessel_fuzz(sql_statements_fuzz tests/fuzz/SqlStatementsFuzz.cpp tests/support/SqlStatementsProperty.cpp
               ${fuzz_contract})
 endif()

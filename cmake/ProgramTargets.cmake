@@ -5,6 +5,7 @@ find_package(mimalloc REQUIRED)
 pkg_check_modules(libpq REQUIRED IMPORTED_TARGET libpq)
 pkg_check_modules(libmariadb REQUIRED IMPORTED_TARGET libmariadb)
 find_package(Qt6 REQUIRED COMPONENTS Widgets DBus PrintSupport Svg Test)
+find_package(Qt6Keychain REQUIRED)
 find_library(TESSEL_QSCINTILLA NAMES qscintilla2_qt6 REQUIRED)
 
 # The databases that the program knows.
@@ -23,7 +24,7 @@ qt_wrap_ui(desktop_form_headers ${desktop_forms})
 set_source_files_properties(${desktop_form_headers} PROPERTIES SKIP_AUTOGEN ON)
 tessel_library_of(tessel_desktop ${desktop_sources} ${desktop_form_headers})
 set_target_properties(tessel_desktop PROPERTIES AUTOMOC ON)
-tessel_link(tessel_desktop tessel_desktop_plain tessel_contract Qt6::Widgets Qt6::DBus Qt6::PrintSupport Qt6::Svg ${TESSEL_QSCINTILLA})
+tessel_link(tessel_desktop tessel_desktop_plain tessel_contract Qt6::Widgets Qt6::DBus Qt6::PrintSupport Qt6::Svg qt6keychain ${TESSEL_QSCINTILLA})
 tessel_precompile_std(tessel_desktop <QtWidgets>)
 # As objects on every link line: in an archive nothing would refer to them and they would be dropped.
 if(desktop_resources)

@@ -7,6 +7,7 @@
 
 #include "data/cursor/DataAccessObjects.h"
 #include "desktop/QtDesktop.h"
+#include "desktop/keyring/QtKeyring.h"
 #include "logic/app/Main.h"
 #include "system/EndSignals.h"
 #include "system/Executable.h"
@@ -20,9 +21,10 @@ int main(int argc, char* argv[]) {
   desktop.EndWhenReadable(endSignals.Descriptor());
   PosixFiles files;
   DataAccessObjects data(desktop.Events());
+  QtKeyring keyring;
   const std::string folder = std::filesystem::path(executable).parent_path().string();
   auto program = std::make_unique<Program>(
-      Platform{desktop, data, files, folder, executable, TESSEL_VERSION, {}});
+      Platform{desktop, data, files, folder, executable, TESSEL_VERSION, {}, &keyring});
   desktop.Defer([&] { program->Main(); });
   const int status = desktop.Run();
   program.reset();

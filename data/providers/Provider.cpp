@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "contract/text/Ascii.h"
+#include "contract/text/ServerKeyNames.h"
 
 namespace tessel {
 
@@ -41,7 +42,8 @@ const Provider* ProviderRegistry::Find(std::string_view name) const {
 
 std::unique_ptr<ProviderSession>
 ProviderRegistry::CreateSession(const std::string& connectionString) const {
-  const ConnectionKeys keys = ConnectionKeys::Parse(connectionString);
+  ConnectionKeys keys = ConnectionKeys::Parse(connectionString);
+  keys.Remove(passwordFromKey);
   const std::string name = keys.Get("Provider");
   const Provider* provider = name.empty() ? default_ : Find(name);
   if (provider != nullptr) return provider->CreateSession(keys);

@@ -5,6 +5,7 @@
 #include "contract/base/Error.h"
 #include "contract/text/Ascii.h"
 #include "contract/text/TextCut.h"
+#include "logic/program/NoKeyring.h"
 
 namespace tessel {
 
@@ -39,7 +40,11 @@ Global::Global(Platform platform)
     : platform_(std::move(platform)),
       settingsFilePath_(BesideExecutable("Tessel.ini.xml")),
       legacySettingsFilePath_(BesideExecutable("Tessel.ini")),
-      jetProviderName_(std::string(jetPrefix).append("3.51")) {}
+      jetProviderName_(std::string(jetPrefix).append("3.51")) {
+  if (platform_.keyring != nullptr) return;
+  noKeyring_ = std::make_shared<NoKeyring>(platform_.desktop.Events());
+  platform_.keyring = noKeyring_.get();
+}
 
 std::string Global::BesideExecutable(std::string_view name) const {
   return platform_.appPath + pathSeparator + std::string(name);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -8,6 +9,7 @@
 #include "contract/base/Files.h"
 #include "contract/data/Connection.h"
 #include "contract/desktop/Desktop.h"
+#include "contract/desktop/Keyring.h"
 
 namespace tessel {
 
@@ -22,6 +24,8 @@ struct Platform {
   /// Name of the registered class number `index` (from 0), or nothing behind the last one. May be
   /// empty: no registry.
   std::function<std::optional<std::string>(int index)> registeredClass;
+  /// Where passwords may be kept; null: nowhere.
+  Keyring* keyring = nullptr;
 };
 
 /// Raises Error(application) from "Tessel": the way in which modules report a failure to their
@@ -37,6 +41,8 @@ class Global {
   [[nodiscard]] Desktop& TheDesktop() const { return platform_.desktop; }
   [[nodiscard]] DataAccess& Data() const { return platform_.data; }
   [[nodiscard]] Files& TheFiles() const { return platform_.files; }
+  /// Always one that can be asked; where there is none it says so.
+  [[nodiscard]] Keyring& TheKeyring() const { return *platform_.keyring; }
   [[nodiscard]] const std::string& Executable() const { return platform_.executable; }
   [[nodiscard]] const std::string& Version() const { return platform_.version; }
 
@@ -55,6 +61,7 @@ class Global {
 
  private:
   Platform platform_;
+  std::shared_ptr<Keyring> noKeyring_;  ///< In use when the platform gives none.
   std::string settingsFilePath_;
   std::string legacySettingsFilePath_;
   std::string helpFile_;

@@ -10,33 +10,6 @@ namespace tessel {
 
 namespace {
 
-struct Synonym {
-  std::string_view name;
-  std::string_view meaning;
-};
-
-constexpr Synonym synonyms[] = {
-    {"Server", "Server"},
-    {"Host", "Server"},
-    {"Data Source", "Server"},
-    {"Port", "Port"},
-    {"Database", "Database"},
-    {"Initial Catalog", "Database"},
-    {"User ID", "User ID"},
-    {"UID", "User ID"},
-    {"User", "User ID"},
-    {"Username", "User ID"},
-    {"User Name", "User ID"},
-    {"Password", "Password"},
-    {"PWD", "Password"},
-    {"Mode", "Mode"},
-    {"SSL Mode", "SSL Mode"},
-    {"Connect Timeout", "Connect Timeout"},
-    {"Connection Timeout", "Connect Timeout"},
-    {"Timeout", "Connect Timeout"},
-    {"Application Name", "Application Name"},
-};
-
 constexpr std::string_view unused[] = {"Provider", "Persist Security Info"};
 
 bool IsUnused(std::string_view name) {
@@ -44,12 +17,6 @@ bool IsUnused(std::string_view name) {
 }
 
 }  // namespace
-
-std::string_view ServerKeyName(std::string_view name) {
-  const auto* found = std::ranges::find_if(
-      synonyms, [&](const Synonym& synonym) { return EqualNoCase(synonym.name, name); });
-  return found == std::end(synonyms) ? name : found->meaning;
-}
 
 std::vector<ServerKey> ServerKeysOf(const ConnectionKeys& keys) {
   std::vector<ServerKey> result;

@@ -5,17 +5,10 @@
 #include <string_view>
 #include <vector>
 
+#include "contract/text/ServerKeyNames.h"
 #include "data/providers/text/ConnectionKeys.h"
 
 namespace tessel {
-
-/// The keys with which connection strings name a database server, whatever provider reads them:
-/// "Server" ("Host", "Data Source"); "Port"; "Database" ("Initial Catalog"); "User ID" ("UID",
-/// "User", "Username", "User Name"); "Password" ("PWD"); "SSL Mode"; "Connect Timeout"
-/// ("Connection Timeout", "Timeout"); "Application Name".
-///
-/// Returns the first name of such a key, or `name` itself when it is none of them.
-[[nodiscard]] std::string_view ServerKeyName(std::string_view name);
 
 /// One key of a connection string by the name that ServerKeyName gives it.
 struct ServerKey {

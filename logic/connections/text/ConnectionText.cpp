@@ -4,6 +4,7 @@
 
 #include "contract/text/Ascii.h"
 #include "contract/text/ConnectionParts.h"
+#include "contract/text/ServerKeyNames.h"
 
 namespace tessel {
 
@@ -12,6 +13,7 @@ namespace {
 constexpr std::string_view stars = "*****";
 
 bool NamesPassword(std::string_view name) {
+  if (EqualNoCase(name, passwordFromKey)) return false;
   const std::string upper = AsciiUpper(name);
   return std::ranges::any_of(
       std::initializer_list<std::string_view>{"PASSWORD", "PWD", "PASSWD", "PASSPHRASE"},

@@ -92,6 +92,26 @@ TEST(ProviderRegistry, FindsAProviderByNameOrBeginning) {
   EXPECT_THAT(error.description, Not(HasSubstr("secret")));
 }
 
+TEST(ProviderRegistry, NoProviderSeesWhereThePasswordIs) {
+  class Seen : public ScriptedProvider {
+   public:
+    explicit Seen(std::string& keys) : ScriptedProvider(std::make_shared<Script>()), keys_(keys) {}
+    [[nodiscard]] std::unique_ptr<ProviderSession>
+    CreateSession(const ConnectionKeys& keys) const override {
+      keys_ = keys.Compose();
+      return ScriptedProvider::CreateSession(keys);
+    }
+
+   private:
+    std::string& keys_;
+  };
+  std::string keys;
+  ProviderRegistry registry;
+  registry.Add(std::make_unique<Seen>(keys), true);
+  (void)registry.CreateSession("Server=s;password from=Keyring;UID=u");
+  EXPECT_EQ(keys, "Server=s;UID=u");
+}
+
 TEST(ProviderRegistry, WithoutADefaultANameIsNeeded) {
   ProviderRegistry registry;
   registry.Add(std::make_unique<ScriptedProvider>(std::make_shared<Script>()));
