@@ -20,11 +20,15 @@ void ShowIcon(QLabel& label) {
   label.setPixmap(NamedIcon(name).pixmap(label.minimumSize(), label.devicePixelRatioF()));
 }
 
+/// Of a form's label: a hint that stands back behind the rest.
+constexpr const char* mutedProperty = "muted";
+
 }  // namespace
 
 QtLabel::QtLabel(QLabel& widget, const ControlSite& site)
     : ControlOf(widget, site), caption_(FromQt(widget.text())), name_(widget.accessibleName()) {
   widget.setTextFormat(Qt::PlainText);
+  if (widget.property(mutedProperty).toBool()) widget.setForegroundRole(QPalette::PlaceholderText);
   ShowIcon(widget);
 }
 

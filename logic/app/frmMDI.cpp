@@ -268,19 +268,6 @@ void frmMDI::ForgetRecordsWindow(frmRecords* closed) {
   });
 }
 
-std::string frmMDI::TestConnection(const std::string& connectionString, const std::string& userName,
-                                   const std::string& password) {
-  const std::shared_ptr<Connection> connection = global_.Data().CreateConnection();
-  connection->SetConnectionString(connectionString);
-  try {
-    const bool connected = async_.DoConnect(connection, userName, password);
-    connection->Close();
-    return connected ? "The connection works." : "Cancelled.";
-  } catch (const Error& error) {
-    return error.Description();
-  }
-}
-
 void frmMDI::TellListNotSaved(const std::string& reason) {
   if (!records_.empty())
     records_.back()->AddNotice("The list of connections was not saved: " + reason + ".");

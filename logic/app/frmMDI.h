@@ -110,8 +110,6 @@ class frmMDI : private QueryHost,
   // ConnectionOpener
   bool OpenRecordsWindow(const SavedConnection& connection, const std::string& userName,
                          const std::string& password, bool loadSchemaFromDB) override;
-  std::string TestConnection(const std::string& connectionString, const std::string& userName,
-                             const std::string& password) override;
   void TellListNotSaved(const std::string& reason) override;
   void ForgetRecordsWindow(frmRecords* closed);
   void OfferTakingPart();

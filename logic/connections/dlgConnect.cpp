@@ -9,7 +9,9 @@
 #include "logic/connections/builders/dlgCnGeneric.h"
 #include "logic/connections/builders/dlgCnODBC.h"
 #include "logic/connections/builders/dlgCnSQLSrv.h"
-#include "logic/connections/builders/dlgDataLink.h"
+#include "logic/connections/link/dlgDataLink.h"
+#include "logic/connections/password/dlgPassword.h"
+#include "logic/connections/text/PasswordPlace.h"
 
 namespace tessel {
 
@@ -93,6 +95,15 @@ void dlgConnect::Form_Load() {
   labColor_.SetBackColor(color::windowBackground);
   labColor_.SetForeColor(color::windowText);
   for (const SavedConnection& connection : settings_.Load()) AddRow(RowOf(connection));
+  ShowHint();
+}
+
+/// What to do next: at a first start there is nothing to choose from.
+void dlgConnect::ShowHint() {
+  const bool nothing = lsvConnections_.Count() == 1;
+  window_->Find<Label>("lblHint").SetCaption(
+      nothing ? "No connection is saved yet: press \"OLE DB...\" to build one, then Connect."
+              : "Choose a connection below, or press \"OLE DB...\" to build one.");
 }
 
 // --- the list ------------------------------------------------------------------------------------
@@ -199,13 +210,25 @@ void dlgConnect::cmdConnect_Click() {
   const bool sameString = !isNew && selected.connectionString == entry.connectionString;
   const bool sameCaption = !isNew && selected.caption == entry.caption && !entry.caption.empty();
   if (!ConfirmCaption(entry, sameCaption, sameString)) return;
+  const std::optional<std::string> password = PasswordOf(entry);
+  if (!password) return;
   window_->Hide();
-  if (!opener_.OpenRecordsWindow(entry, txtUsername_.Text(), txtPassword_.Text(),
-                                 chkLoadSchemaFromDB_.Value()))
+  if (!opener_.OpenRecordsWindow(entry, txtUsername_.Text(), *password,
+                                 chkLoadSchemaFromDB_.Value())) {
+    refused_ = entry.connectionString;
     return;
+  }
   SaveList(entry, !(sameCaption || sameString));
   window_->Unload();
   opener_.FocusQueryWindow();
+}
+
+/// What was typed, or, where the string says "Password From" and nothing was, the keyring's or the
+/// user's answer. Nothing when the user cancels.
+std::optional<std::string> dlgConnect::PasswordOf(const SavedConnection& entry) {
+  std::string typed = txtPassword_.Text();
+  if (!typed.empty() || !AsksForPassword(SplitDataLink(entry.connectionString))) return typed;
+  return AskPassword(global_, *window_, entry.connectionString, entry.connectionString == refused_);
 }
 
 /// Asks before a caption is used twice or an entry's string is replaced. An empty caption is never
@@ -237,10 +260,8 @@ void dlgConnect::SaveList(const SavedConnection& entry, bool addNew) {
 }
 
 void dlgConnect::cmdOLEDB_Click() {
-  const auto test = [this](const std::string& connectionString) {
-    return opener_.TestConnection(connectionString, txtUsername_.Text(), txtPassword_.Text());
-  };
-  txtCnStr_.SetText(PromptDataLink(global_, *window_, txtCnStr_.Text(), test));
+  txtCnStr_.SetText(PromptDataLink(global_, *window_, txtCnStr_.Text(),
+                                   {txtUsername_.Text(), txtPassword_.Text()}));
 }
 
 }  // namespace tessel

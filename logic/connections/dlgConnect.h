@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "contract/desktop/controls/Button.h"
@@ -19,9 +20,6 @@ class ConnectionOpener {
   /// False when it did not connect.
   virtual bool OpenRecordsWindow(const SavedConnection& connection, const std::string& userName,
                                  const std::string& password, bool loadSchemaFromDB) = 0;
-  /// Opens and closes a connection under the progress window. The sentence that tells how it went.
-  virtual std::string TestConnection(const std::string& connectionString,
-                                     const std::string& userName, const std::string& password) = 0;
   virtual void FocusQueryWindow() = 0;
   /// Says, without a question, that the list could not be saved after the window opened last had
   /// connected.
@@ -59,6 +57,8 @@ class dlgConnect {
   void PickColor(bool isBackground, int shift);
   [[nodiscard]] bool ConfirmCaption(const SavedConnection& entry, bool sameCaption,
                                     bool sameString);
+  [[nodiscard]] std::optional<std::string> PasswordOf(const SavedConnection& entry);
+  void ShowHint();
   void SaveList(const SavedConnection& entry, bool addNew);
   [[nodiscard]] bool IsNewRow(int index) const { return lsvConnections_.Row(index).key == "new"; }
   /// What the boxes and the colour sample hold.
@@ -78,6 +78,7 @@ class dlgConnect {
   CheckBox& chkLoadSchemaFromDB_;
   Label& labColor_;
   SettingsFile settings_;
+  std::string refused_;  ///< The string that did not connect with the keyring's password.
 };
 
 }  // namespace tessel

@@ -202,6 +202,11 @@ class Album {
       window.Find<ComboBox>("cboProvider").SetText("SQLite");
       window.Find<Label>("lblResult").SetCaption("The connection works.");
     });
+    Draw("dlgPassword", [](Window& window) {
+      window.Find<Label>("lblLogin").SetCaption("Password of me at db.example.com (PostgreSQL)");
+      window.Find<Label>("lblState")
+          .SetCaption("The keyring gives no password for it. Please type it.");
+    });
     for (const char* form : {"dlgAbout", "dlgCnODBC", "dlgCnSQLSrv", "dlgCnAccess", "dlgCnGeneric"})
       Draw(form, [](Window&) {});
   }

@@ -36,8 +36,8 @@ constexpr std::array<std::pair<std::string_view, ControlKind>, 16> kinds{{
 }};
 
 /// Widgets that only hold others.
-constexpr std::array<std::string_view, 5> holders{"QWidget", "QMdiArea", "QSplitter", "QStatusBar",
-                                                  "Line"};
+constexpr std::array<std::string_view, 6> holders{"QWidget",    "QMdiArea",   "QSplitter",
+                                                  "QTabWidget", "QStatusBar", "Line"};
 
 const ControlKind* FindKind(std::string_view className) {
   for (const auto& [name, kind] : kinds)

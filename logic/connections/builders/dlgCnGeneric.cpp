@@ -1,6 +1,7 @@
 #include "logic/connections/builders/dlgCnGeneric.h"
 
 #include "logic/connections/text/ConnectionPairs.h"
+#include "logic/connections/text/LinkFields.h"
 
 namespace tessel {
 
@@ -9,6 +10,8 @@ dlgCnGeneric::dlgCnGeneric(const Global& global)
   cboProvider_.Clear();
   for (const std::string& name : {std::string("MSDAORA"), std::string("MSDASQL"),
                                   global.JetProviderName(), std::string("SQLOLEDB")})
+    cboProvider_.AddItem(name);
+  for (const std::string& name : NativeProviders(global.Data().ProviderNames()))
     cboProvider_.AddItem(name);
 }
 

@@ -1,11 +1,24 @@
 #include "logic/connections/text/DataLinkText.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "contract/text/Ascii.h"
 #include "contract/text/ConnectionParts.h"
 
 namespace tessel {
+
+namespace {
+
+/// Whether the value is read as it stands, whatever follows it.
+bool ReadsBack(std::string_view value) {
+  std::string text = "a=";
+  const std::vector<ConnectionPart> parts =
+      ConnectionParts(text.append(value).append(";b"), Wrapping::Braces);
+  return parts.size() == 2 && parts.front().text == value;
+}
+
+}  // namespace
 
 DataLinkPairs SplitDataLink(std::string_view connectionString) {
   DataLinkPairs pairs;
@@ -17,9 +30,8 @@ DataLinkPairs SplitDataLink(std::string_view connectionString) {
 std::string JoinDataLink(const DataLinkPairs& pairs) {
   std::string text;
   for (const auto& [key, value] : pairs) {
-    const bool needsBraces = value.find(';') != std::string::npos && !value.starts_with('{');
     if (!text.empty()) text += ';';
-    text.append(key).append("=").append(needsBraces ? InBraces(value) : value);
+    text.append(key).append("=").append(ReadsBack(value) ? value : InBraces(value));
   }
   return text;
 }

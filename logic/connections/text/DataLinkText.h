@@ -13,7 +13,8 @@ using DataLinkPairs = std::vector<std::pair<std::string, std::string>>;
 
 /// Splits a connection string; pieces without a key are left out.
 [[nodiscard]] DataLinkPairs SplitDataLink(std::string_view connectionString);
-/// Joins what SplitDataLink split; a value that holds ";" and no braces gets them.
+/// Joins what SplitDataLink split; a value that would not be read again as it stands gets
+/// braces.
 [[nodiscard]] std::string JoinDataLink(const DataLinkPairs& pairs);
 /// Sets the value of a key (compared without regard to case), adding it at the end when it is new;
 /// an empty value stays.

@@ -150,7 +150,8 @@ QDBusMessage FakeSecrets::Dismiss(const QDBusMessage& call) {
   bus_.send(Reply(call));
   QDBusMessage end =
       QDBusMessage::createSignal(prompt, promptInterface, QStringLiteral("Completed"));
-  end << true << QVariant::fromValue(QDBusVariant(QString()));
+  const QVariant none = QVariant::fromValue(QList<QDBusObjectPath>());
+  end << true << QVariant::fromValue(QDBusVariant(none));
   return end;
 }
 

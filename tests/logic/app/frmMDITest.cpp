@@ -630,13 +630,15 @@ TEST_F(frmMDITest, ExitAsksAboutUnsavedSqlOnceAndClosesTheConnections) {
 TEST_F(frmMDITest, TheDataLinkTestTellsHowItWent) {
   Start();
   data.ServerOf("Bad=1").openFailure = MemoryError("refused");
-  desktop.OnModal("dlgDataLink", [](Window& w) {
+  desktop.OnModal("dlgDataLink", [this](Window& w) {
     w.Click("cmdTest");
+    desktop.DrainEvents();
     EXPECT_EQ(w.Find<Label>("lblResult").Caption(), "refused");
     w.Find<TextBox>("txtKey").SetText("Bad");
     w.Find<TextBox>("txtValue").SetText("0");
     w.Click("cmdSet");
     w.Click("cmdTest");
+    desktop.DrainEvents();
     EXPECT_EQ(w.Find<Label>("lblResult").Caption(), "The connection works.");
     w.Click("cmdCancel");
   });

@@ -28,18 +28,12 @@ class FakeOpener : public ConnectionOpener {
     if (duringConnect) duringConnect();
     return succeeds;
   }
-  std::string TestConnection(const std::string& connectionString, const std::string&,
-                             const std::string&) override {
-    tested.push_back(connectionString);
-    return "The connection works.";
-  }
   void FocusQueryWindow() override { ++queryFocused; }
   void TellListNotSaved(const std::string& reason) override { notSaved.push_back(reason); }
 
   bool succeeds = true;
   std::function<void()> duringConnect;
   std::vector<OpenedConnection> opened;
-  std::vector<std::string> tested;
   std::vector<std::string> notSaved;
   int queryFocused = 0;
 };

@@ -20,6 +20,38 @@ TEST_F(dlgConnectTest, AFirstRunHoldsOnlyTheNewRowAndTheFirstConnectWritesTheFil
   EXPECT_EQ(opener.queryFocused, 1);
 }
 
+TEST_F(dlgConnectTest, ALineSaysWhatToDoNext) {
+  const auto hint = [](Window& w) { return w.Find<Label>("lblHint").Caption(); };
+  Go([&](Window& w) {
+    EXPECT_EQ(hint(w),
+              "No connection is saved yet: press \"OLE DB...\" to build one, then Connect.");
+    w.Click("cmdCancel");
+  });
+  WriteList({{"DSN=a", "A", 0x0000FF, 0xFF0000}});
+  Go([&](Window& w) {
+    EXPECT_EQ(hint(w), "Choose a connection below, or press \"OLE DB...\" to build one.");
+    EXPECT_EQ(Rows(w).SelectedIndex(), 0) << "\"(new)\" is selected";
+    w.Click("cmdCancel");
+  });
+}
+
+TEST_F(dlgConnectTest, EveryBuilderAndConnectHaveALetter) {
+  for (const auto& [letter, form] :
+       {std::pair('L', "dlgDataLink"), std::pair('O', "dlgCnODBC"), std::pair('A', "dlgCnAccess"),
+        std::pair('R', "dlgCnSQLSrv"), std::pair('H', "dlgCnGeneric")}) {
+    desktop.OnModal(form, [](Window& w) { w.PressKey(key::escape); });
+    Go([key = letter](Window& w) {
+      w.PressKey(key, shiftState::alt);
+      w.PressKey(key::escape);
+    });
+  }
+  Go([](Window& w) {
+    Fill(w, "DSN=a", "");
+    w.PressKey('T', shiftState::alt);
+  });
+  EXPECT_EQ(opener.opened.size(), 1U);
+}
+
 TEST_F(dlgConnectTest, TheOlderFileGivesRowsWithEmptyCaptionsAndDefaultColours) {
   folder.Write("Tessel.ini", "DSN=a\n\nDSN=b\nDSN=c\n");
   Go([](Window& w) {
