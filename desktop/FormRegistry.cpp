@@ -15,6 +15,7 @@
 #include "ui_dlgPassword.h"
 #include "ui_dlgRunAll.h"
 #include "ui_dlgText.h"
+#include "ui_dlgWindows.h"
 #include "ui_frmMDI.h"
 #include "ui_frmMain.h"
 #include "ui_frmRecords.h"
@@ -55,6 +56,7 @@ constexpr Entry forms[] = {
     {"dlgPassword", &Make<QDialog, Ui::dlgPassword>},
     {"dlgRunAll", &Make<QDialog, Ui::dlgRunAll>},
     {"dlgText", &Make<QDialog, Ui::dlgText>},
+    {"dlgWindows", &Make<QDialog, Ui::dlgWindows>},
 };
 
 }  // namespace

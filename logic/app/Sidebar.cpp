@@ -17,6 +17,7 @@ constexpr int headingHeight = 330;
 constexpr int splitterZone = 90;
 constexpr int minimumWidth = 1800;
 constexpr int roomForDocuments = 3000;
+constexpr int widthStep = 600;
 
 void Place(Control& control, int left, int top, int width, int height) {
   control.SetBounds({left, top, std::max(width, 0), std::max(height, 0)});
@@ -85,9 +86,29 @@ void Sidebar::box_MouseMove(const MouseEvent& event) {
   box_.SetMousePointer(isSplitter ? MousePointer::SizeWestEast : MousePointer::Default);
   dragging_ = dragging_ && event.button == MouseButton::Left;
   if (!dragging_) return;
+  SetWidth(event.x);
+}
+
+void Sidebar::SetWidth(int width) {
   const Rect box = box_.Bounds();
   const int most = std::max(frame_.ScaleWidth() - roomForDocuments, minimumWidth);
-  box_.SetBounds({box.left, box.top, std::clamp(event.x, minimumWidth, most), box.height});
+  box_.SetBounds({box.left, box.top, std::clamp(width, minimumWidth, most), box.height});
+}
+
+void Sidebar::Widen(bool wider) {
+  Show(true);
+  SetWidth(box_.Bounds().width + (wider ? widthStep : -widthStep));
+}
+
+bool Sidebar::HandleKey(int keyCode, int shift) {
+  if (keyCode != key::f8 || (shift & ~shiftState::ctrl) != shiftState::shift) return false;
+  Widen(shift == shiftState::shift);
+  return true;
+}
+
+bool Sidebar::HasFocus() const {
+  return trvBrowser_.HasFocus() || lsvTags_.HasFocus() || cmdAddTag_.HasFocus() ||
+         cmdRemoveTag_.HasFocus() || cmdCloseBox_.HasFocus();
 }
 
 }  // namespace tessel

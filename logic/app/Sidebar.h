@@ -19,6 +19,12 @@ class Sidebar {
   [[nodiscard]] bool Shown() const { return box_.Visible(); }
   void Show(bool shown) { box_.SetVisible(shown); }
   void Toggle() { Show(!Shown()); }
+  /// One step wider or narrower, within what the splitter allows; shows it when it is hidden.
+  void Widen(bool wider);
+  /// Shift+F8 widens, with Ctrl too it narrows. False for any other key.
+  bool HandleKey(int keyCode, int shift);
+  /// Whether one of its lists or buttons has the keyboard; not the box in which a value is typed.
+  [[nodiscard]] bool HasFocus() const;
 
   /// Called when the panels have been placed anew.
   std::function<void()> onPlaced;
@@ -29,6 +35,7 @@ class Sidebar {
   void PlaceBrowser(int width, int top, int height);
   [[nodiscard]] bool IsAtEdge(const MouseEvent& event) const;
   void box_MouseMove(const MouseEvent& event);
+  void SetWidth(int width);
 
   Window& frame_;
   PictureBox& box_;

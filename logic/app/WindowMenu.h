@@ -4,13 +4,46 @@
 #include <functional>
 #include <vector>
 
+#include "contract/base/Keys.h"
 #include "contract/desktop/Window.h"
+#include "logic/program/Global.h"
 
 namespace tessel {
 
-/// Lists windows at the end of the Window menu of `owner`, the first nine of them each with its
-/// digit, the active one checked. `choose` is called with the index of the one that is chosen.
-void ListWindows(Window& owner, const std::vector<Window*>& windows,
-                 const std::function<void(std::size_t)>& choose);
+/// The program's windows as its Window menus list them, and the ways between them: the next and the
+/// previous one, closing the active one, and all of them in a list of their own where there are
+/// more than a menu holds.
+class WindowMenu {
+ public:
+  struct Windows {
+    /// In the order of the list; the query window first.
+    std::function<std::vector<Window*>()> all;
+    /// Goes to the one of that index.
+    std::function<void(std::size_t)> choose;
+  };
+
+  /// `frame` is what the list of all windows stands above.
+  WindowMenu(const Global& global, Window& frame, Windows windows);
+
+  /// Makes the entries of that window's Window menu do their work.
+  void Wire(Window& owner);
+  /// That window's menu is about to open: lists the first nine windows each with its digit, the
+  /// active one checked.
+  void List(Window& owner);
+  /// Ctrl+F6 and Ctrl+Tab go to the next window, with Shift to the previous one, and Ctrl+F4 closes
+  /// the active one. False for any other key.
+  bool HandleKey(int keyCode, int shift);
+
+ private:
+  [[nodiscard]] std::size_t ActiveOne() const;
+  [[nodiscard]] bool MayClose() const { return ActiveOne() != 0; }
+  void Step(bool forwards);
+  void CloseActive();
+  void ShowAll();
+
+  const Global& global_;
+  Window& frame_;
+  Windows windows_;
+};
 
 }  // namespace tessel

@@ -7,7 +7,6 @@
 #include <algorithm>
 
 #include "contract/base/Error.h"
-#include "logic/app/WindowMenu.h"
 #include "logic/app/dlgAbout.h"
 #include "logic/text/frmText.h"
 
@@ -37,9 +36,13 @@ frmMDI::frmMDI(const Global& global, Vocabulary& vocabulary, TagStore& tags)
       browser_({global, *window_, async_, vocabulary, *main_, *this}),
       tagsPanel_({global, *window_, tags, *main_, *this}),
       allConnections_(global, async_, *window_, static_cast<RecordsHost&>(*this),
-                      [this] { return RecordsWindows(); }) {
+                      [this] { return RecordsWindows(); }),
+      windowMenu_(global, *window_,
+                  {[this] { return DocumentWindows(); },
+                   [this](std::size_t index) { ChooseWindow(index); }}) {
   sidebar_.onPlaced = [this] { tagsPanel_.FollowResize(); };
   WireMenus();
+  window_->KeyDown = [this](KeyEvent& event) { MDIForm_KeyDown(event); };
   window_->Unloaded = [this] { MDIForm_Unload(); };
   global.TheDesktop().SessionEnds = [this] {
     main_->EndSession();
@@ -84,8 +87,14 @@ void frmMDI::WireMenus() {
 }
 
 void frmMDI::WireFileMenu() {
-  window_->Menu("mnuFileNew").Click = [this] { main_->cmdNew_Click(); };
-  window_->Menu("mnuFileOpen").Click = [this] { main_->cmdOpen_Click(); };
+  window_->Menu("mnuFileNew").Click = [this] {
+    main_->cmdNew_Click();
+    FocusQueryWindow();
+  };
+  window_->Menu("mnuFileOpen").Click = [this] {
+    main_->cmdOpen_Click();
+    FocusQueryWindow();
+  };
   window_->Menu("mnuFileSave").Click = [this] { main_->cmdSave_Click(); };
   window_->Menu("mnuFileSaveAs").Click = [this] { main_->cmdSaveAs_Click(); };
   window_->Menu("mnuFileExit").Click = [this] { window_->Unload(); };
@@ -96,6 +105,7 @@ void frmMDI::WireWindowMenu() {
     window_->Menu("mnuWindowSidebar").SetChecked(sidebar_.Shown());
     ListWindowsIn(*window_);
   };
+  WireWindowMenu(*window_);
   window_->Menu("mnuNewInstance").Click = [this] { mnuNewInstance_Click(); };
   window_->Menu("mnuWindowSidebar").Click = [this] { mnuWindowSidebar_Click(); };
   window_->Menu("mnuWindowTileHoriz").Click = [this] { mnuWindowTileHoriz_Click(); };
@@ -275,7 +285,9 @@ void frmMDI::TellListNotSaved(const std::string& reason) {
 
 // --- focus and schema browser --------------------------------------------------------------------
 
-void frmMDI::FocusFirstRecordsWindow() { ChooseWindow(1); }
+void frmMDI::FocusFirstRecordsWindow() {
+  if (!RecordsWindows().empty()) ChooseWindow(1);
+}
 
 void frmMDI::FocusQueryWindow() {
   main_->TheWindow().Activate();
@@ -289,8 +301,24 @@ std::vector<Window*> frmMDI::DocumentWindows() const {
   return windows;
 }
 
-void frmMDI::ListWindowsIn(Window& window) {
-  ListWindows(window, DocumentWindows(), [this](std::size_t index) { ChooseWindow(index); });
+void frmMDI::WireWindowMenu(Window& window) {
+  windowMenu_.Wire(window);
+  window.Menu("mnuSidebarWider").Click = [this] { sidebar_.Widen(true); };
+  window.Menu("mnuSidebarNarrower").Click = [this] { sidebar_.Widen(false); };
+}
+
+bool frmMDI::HandleFrameKey(int keyCode, int shift) {
+  return windowMenu_.HandleKey(keyCode, shift) || sidebar_.HandleKey(keyCode, shift);
+}
+
+/// While the sidebar has the keyboard.
+void frmMDI::MDIForm_KeyDown(KeyEvent& event) {
+  event.handled = HandleFrameKey(event.keyCode, event.shift);
+  if (event.handled || event.shift != shiftState::none) return;
+  event.handled = true;
+  if (event.keyCode == key::f6) FocusFirstRecordsWindow();
+  else if (event.keyCode == key::escape && sidebar_.HasFocus()) FocusQueryWindow();
+  else event.handled = false;
 }
 
 /// The first one listed is the query window.

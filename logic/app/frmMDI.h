@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "logic/app/Sidebar.h"
+#include "logic/app/WindowMenu.h"
 #include "logic/connections/dlgConnect.h"
 #include "logic/program/Help.h"
 #include "logic/program/dlgAsync.h"
@@ -65,6 +66,7 @@ class frmMDI : private QueryHost,
   void mnuDBConnect_Click();
   void mnuEditVocab_Click();
   void mnuEditWordWrap_Click();
+  void MDIForm_KeyDown(KeyEvent& event);
 
   void Arrange(Tiling tiling);
   void ShowResults();
@@ -98,7 +100,9 @@ class frmMDI : private QueryHost,
   void FocusQueryWindow() override;
   void ShowStatements(frmRecords& window) override { allConnections_.ShowStatements(window); }
   void ForgetStatements(frmRecords& window) override { allConnections_.ForgetStatements(window); }
-  void ListWindowsIn(Window& window) override;
+  void ListWindowsIn(Window& window) override { windowMenu_.List(window); }
+  void WireWindowMenu(Window& window) override;
+  bool HandleFrameKey(int keyCode, int shift) override;
   [[nodiscard]] bool SidebarShown() const override { return sidebar_.Shown(); }
   void InsertText(std::string_view text) override { main_->InsertText(text); }
   std::string GetTagValue(const std::string& name, bool parenthesised, bool quoted) override {
@@ -126,6 +130,7 @@ class frmMDI : private QueryHost,
   SchemaBrowser browser_;
   TagsPanel tagsPanel_;
   AllConnections allConnections_;  ///< The records windows use it while they close.
+  WindowMenu windowMenu_;
   std::vector<std::unique_ptr<frmRecords>> records_;
   Tiling tiling_ = Tiling::Horizontal;                           ///< As the user tiled last.
   std::shared_ptr<const void> alive_ = std::make_shared<int>();  ///< Deferred work checks it.

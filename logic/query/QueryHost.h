@@ -11,6 +11,8 @@ class QueryHost {
   virtual void FocusFirstRecordsWindow() = 0;
   /// Gives the focus to the schema browser when the sidebar shows.
   virtual void FocusBrowser() = 0;
+  /// Takes a key that does the same in every window; false for any other.
+  virtual bool HandleFrameKey(int keyCode, int shift) = 0;
 
  protected:
   ~QueryHost() = default;

@@ -3,6 +3,8 @@
 
 #include "logic/query/frmMain.h"
 
+#include <algorithm>
+
 #include "contract/text/TextCut.h"
 #include "logic/program/FileDialogs.h"
 #include "logic/text/LineEnds.h"
@@ -13,6 +15,10 @@ namespace {
 
 /// How often it is looked whether the text's file is still there.
 constexpr int fileMilliseconds = 2000;
+
+constexpr const char* toolNames[] = {"cmdNew",         "cmdOpen",         "cmdSave",
+                                     "cmdExecute",     "chkWordWrap",     "cmdTakeBack",
+                                     "cmdDiscardCopy", "cmdCloseRecovery"};
 
 }  // namespace
 
@@ -179,11 +185,19 @@ void frmMain::cmdExecute_Click() {
 }
 
 void frmMain::Form_KeyDown(KeyEvent& event) {
-  if (event.shift != shiftState::none) return;
+  event.handled = host_.HandleFrameKey(event.keyCode, event.shift);
+  if (event.handled || event.shift != shiftState::none) return;
+  event.handled = true;
   if (event.keyCode == key::f6) host_.FocusFirstRecordsWindow();
   else if (event.keyCode == key::f7) host_.FocusBrowser();
-  else return;
-  event.handled = true;
+  else if (event.keyCode == key::escape && ToolHasFocus()) txtQuery_.SetFocus();
+  else event.handled = false;
+}
+
+/// Whether one of the buttons has the keyboard.
+bool frmMain::ToolHasFocus() const {
+  return std::ranges::any_of(
+      toolNames, [this](const char* name) { return window_->Find<Control>(name).HasFocus(); });
 }
 
 /// The window is never closed on its own; with the frame it goes unless the save question is

@@ -49,6 +49,7 @@ class frmMain : public SqlTarget, private RecoveryHost {
   void chkWordWrap_Click();
   void cmdExecute_Click();
   void Form_KeyDown(KeyEvent& event);
+  [[nodiscard]] bool ToolHasFocus() const;
   void Form_QueryUnload(bool& refuse, UnloadReason reason);
   void Form_Unload();
   void MarkSaved();

@@ -16,6 +16,7 @@ void WireFrameCommands(Window& window, RecordsHost& host) {
   forward("mnuHelpIndex", &RecordsHost::mnuHelpIndex_Click);
   forward("mnuHelpShortcuts", &RecordsHost::mnuHelpShortcuts_Click);
   forward("mnuHelpAbout", &RecordsHost::mnuHelpAbout_Click);
+  host.WireWindowMenu(window);
   window.Menu("menuWindow").Click = [&window, &host] {
     window.Menu("mnuWindowSidebar").SetChecked(host.SidebarShown());
     host.ListWindowsIn(window);

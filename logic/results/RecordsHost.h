@@ -38,6 +38,10 @@ class RecordsHost : public SqlTarget {
   virtual void ForgetStatements(frmRecords& window) = 0;
   /// Lists the program's windows in the Window menu of that one, which is about to open.
   virtual void ListWindowsIn(Window& window) = 0;
+  /// Makes the entries of that window's Window menu that concern windows and the sidebar work.
+  virtual void WireWindowMenu(Window& window) = 0;
+  /// Takes a key that does the same in every window; false for any other.
+  virtual bool HandleFrameKey(int keyCode, int shift) = 0;
   /// What a named tag stands for. Raises Error(application) when there is no such tag or it has no
   /// value.
   virtual std::string GetTagValue(const std::string& name, bool parenthesised, bool quoted) = 0;

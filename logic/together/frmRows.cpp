@@ -18,6 +18,7 @@ frmRows::frmRows(const Global& global, dlgAsync& async, RecordsHost& host)
       conversion_(global, *window_, async, host) {
   window_->KeyDown = [this](KeyEvent& event) { Form_KeyDown(event); };
   window_->Unloaded = [this] { Form_Unload(); };
+  window_->Menu("mnuRowsSelect").Click = [this] { dataGrid_.SelectRow(); };
   WireFrameCommands(*window_, host);
 }
 
@@ -65,18 +66,22 @@ void frmRows::Form_KeyDown(KeyEvent& event) {
   event.handled = event.handled || HandleKey(event.keyCode, event.shift);
 }
 
-/// Enter on a row does what a double click does, where that does anything.
+/// Esc goes back to the SQL and leaves the window as it is. Enter on a row does what a double click
+/// does, where that does anything.
 bool frmRows::HandleKey(int keyCode, int shift) {
-  if (shift == shiftState::ctrl && keyCode == key::f4)
-    return window_->Unload(UnloadReason::ControlBox);
+  if (host_.HandleFrameKey(keyCode, shift)) return true;
   if (shift != shiftState::none) return false;
-  if (keyCode == key::f6) {
+  if (keyCode == key::f6 || (keyCode == key::escape && HasFocus())) {
     host_.FocusQueryWindow();
     return true;
   }
   if (keyCode != key::enter || !goTo_ || !dataGrid_.HasFocus()) return false;
   GoTo();
   return true;
+}
+
+bool frmRows::HasFocus() const {
+  return dataGrid_.HasFocus() || chkTags_.HasFocus() || cmdAgain_.HasFocus() || cmdGoTo_.HasFocus();
 }
 
 void frmRows::GoTo() {

@@ -52,6 +52,7 @@ class frmRows {
   void Form_Unload();
   void Form_KeyDown(KeyEvent& event);
   [[nodiscard]] bool HandleKey(int keyCode, int shift);
+  [[nodiscard]] bool HasFocus() const;
   void GoTo();
 
   RecordsHost& host_;

@@ -160,6 +160,11 @@ class Album {
       window.Find<Label>("lblPrompt").SetCaption("Table name:-");
       window.Find<TextBox>("txtText").SetText("orders");
     });
+    Draw("dlgWindows", [](Window& window) {
+      auto& list = window.Find<ListBox>("lstWindows");
+      for (const char* name : {"SQL [orders.sql]", "Shop", "Staff"}) list.AddItem(name);
+      list.SetListIndex(1);
+    });
     Draw("dlgConnect", [](Window& window) {
       auto& list = window.Find<ListView>("lsvConnections");
       list.Insert(0, {"new", "(new)", {""}, "", 0});

@@ -18,6 +18,7 @@ class NoHost : public QueryHost {
  public:
   void DoSQL(bool /*preview*/) override {}
   void FocusFirstRecordsWindow() override {}
+  bool HandleFrameKey(int /*keyCode*/, int /*shift*/) override { return false; }
   void FocusBrowser() override {}
 };
 

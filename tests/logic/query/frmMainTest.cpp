@@ -11,6 +11,7 @@ class FakeHost : public QueryHost {
  public:
   void DoSQL(bool preview) override { previews.push_back(preview); }
   void FocusFirstRecordsWindow() override { ++recordsFocused; }
+  bool HandleFrameKey(int /*keyCode*/, int /*shift*/) override { return false; }
   void FocusBrowser() override { ++browserFocused; }
 
   std::vector<bool> previews;

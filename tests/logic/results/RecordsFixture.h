@@ -39,6 +39,10 @@ class FakeRecordsHost : public RecordsHost {
     statements = window.Statements();
   }
   void ListWindowsIn(Window& window) override { listedIn = &window; }
+  void WireWindowMenu(Window& window) override { wired = &window; }
+  bool HandleFrameKey(int keyCode, int shift) override {
+    return keyCode == frameKey && shift == shiftState::ctrl;
+  }
   void mnuNewInstance_Click() override { commands.emplace_back("new instance"); }
   void mnuWindowSidebar_Click() override { commands.emplace_back("sidebar"); }
   void mnuWindowTileHoriz_Click() override { commands.emplace_back("tile horizontally"); }
@@ -61,6 +65,8 @@ class FakeRecordsHost : public RecordsHost {
   int count = 0;
   bool sidebarShown = true;
   Window* listedIn = nullptr;
+  Window* wired = nullptr;
+  int frameKey = 0;  ///< With Ctrl the frame takes it.
   std::shared_ptr<const StatementList> statements;
   DataGrid* rowsForTags = nullptr;
   std::map<std::string, std::string> nodes;
