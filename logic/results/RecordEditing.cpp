@@ -46,6 +46,8 @@ RecordEditing::RecordEditing(const Global& global, dlgAsync& async, RecordsHost&
   cmdAccept_.Click = [this] { cmdAccept_Click(); };
   cmdReject_.Click = [this] { cmdReject_Click(); };
   lblWarning_.DblClick = [this] { lblWarning_DblClick(); };
+  window.Menu("mnuRowsSelect").Click = [this] { dataGrid_.SelectRow(); };
+  window.Menu("mnuRowsDelete").Click = [this] { mnuRowsDelete_Click(); };
   dataGrid_.Change = [this] { ShowEditButtonsUnlessNew(); };
   dataGrid_.RowColChange = [this] { DataGrid_RowColChange(); };
   dataGrid_.LeaveRow = [this](bool& stay) { stay = !Write(); };
@@ -63,6 +65,7 @@ void RecordEditing::ShowRecordset(const Recordset& recordset, bool async) {
   lblWarning_.SetVisible(unlocked && recordset.RecordsetProperties().Number("Unique Rows", 0) == 0);
   dataGrid_.SetAllowUpdate(editable || tellsWhy);
   dataGrid_.SetAllowDelete(editable);
+  window_.Menu("mnuRowsDelete").SetEnabled(editable);
   dataGrid_.SetAllowAddNew(editable);
 }
 
@@ -83,6 +86,12 @@ void RecordEditing::chkLock_Click() {
   const std::string next = locked_ ? "editable" : "read-only";
   chkLock_.SetToolTip("Click to make records " + next + " on subsequent queries (Ctrl+L)");
   focusRecords_();
+}
+
+bool RecordEditing::ShowWarning() {
+  if (!lblWarning_.Visible()) return false;
+  lblWarning_DblClick();
+  return true;
 }
 
 void RecordEditing::lblWarning_DblClick() {
@@ -261,12 +270,26 @@ bool RecordEditing::ShowCellText(std::string& text, bool editable) {
 bool RecordEditing::DeleteSelected() {
   const std::vector<Bookmark> rows = dataGrid_.SelBookmarks();
   if (rows.empty() || !dataGrid_.AllowDelete() || dataGrid_.EditActive()) return false;
+  AskToDelete(rows);
+  return true;
+}
+
+/// The selected ones, or where none is the current one.
+void RecordEditing::mnuRowsDelete_Click() {
+  if (dataGrid_.EditActive() || !dataGrid_.AllowDelete()) return;
+  std::vector<Bookmark> rows = dataGrid_.SelBookmarks();
+  const std::shared_ptr<Recordset> source = dataGrid_.DataSource();
+  if (rows.empty() && !dataGrid_.OnNewRow() && !source->Bof() && !source->Eof())
+    rows.push_back(source->CurrentBookmark());
+  if (!rows.empty()) AskToDelete(rows);
+}
+
+void RecordEditing::AskToDelete(const std::vector<Bookmark>& rows) {
   Message question{"Delete " + std::to_string(rows.size()) + " record(s)?", MessageButtons::YesNo,
                    MessageIcon::Question};
   question.defaultAnswer = MessageResult::No;
   const MessageResult answer = help_.Ask(std::move(question), helpContext::question);
   if (answer == MessageResult::Yes) DeleteRows(rows);
-  return true;
 }
 
 /// One by one, up to the first that cannot be deleted. A change that is pending is written first.

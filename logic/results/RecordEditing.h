@@ -45,6 +45,8 @@ class RecordEditing {
   void ShowEditButtonsUnlessNew();
   /// Keys of the grid that concern the current cell; true when one was taken.
   bool HandleGridKey(int keyCode, int shift);
+  /// What the warning means, as its double click shows it; false when it is not there.
+  bool ShowWarning();
 
   /// Does something to the record; false when a failure came up and was shown.
   bool TryTo(const std::function<void()>& action);
@@ -54,6 +56,8 @@ class RecordEditing {
   void cmdAccept_Click();
   void cmdReject_Click();
   void lblWarning_DblClick();
+  void mnuRowsDelete_Click();
+  void AskToDelete(const std::vector<Bookmark>& rows);
   void DataGrid_RowColChange();
 
   bool HandlePlainKey(int keyCode);

@@ -27,7 +27,8 @@ constexpr const char* seldomNames[] = {"lblTransaction", "cboCatalog", "chkTakes
 }  // namespace
 
 TopRow::TopRow(Window& window)
-    : transaction_(&window.Find<Control>("lblTransaction")),
+    : status_(&window.Find<Control>("txtStatus")),
+      transaction_(&window.Find<Control>("lblTransaction")),
       catalog_(&window.Find<Control>("cboCatalog")) {
   const auto itemOf = [&](std::string_view name) {
     auto& control = window.Find<Control>(name);
@@ -51,6 +52,11 @@ int TopRow::Place(int width) {
   }
   const int lastLeft = PlaceLeft();
   return PlaceRight(oneRow ? 0 : lastLeft + 1) * rowHeight;
+}
+
+bool TopRow::HasFocus() const {
+  const auto has = [](const Item& item) { return item.control->HasFocus(); };
+  return status_->HasFocus() || std::ranges::any_of(left_, has) || std::ranges::any_of(right_, has);
 }
 
 /// Most that come and go keep their place: nothing is to move while the user types.

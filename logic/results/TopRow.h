@@ -18,6 +18,8 @@ class TopRow {
   /// Places them in a window that is so wide inside. Tells by how much what stands below them is to
   /// stand lower than with a single row.
   int Place(int width);
+  /// Whether one of its boxes or buttons has the keyboard, or the status line below.
+  [[nodiscard]] bool HasFocus() const;
 
  private:
   struct Item {
@@ -37,6 +39,7 @@ class TopRow {
 
   std::vector<Item> left_;
   std::vector<Item> right_;
+  Control* status_;
   Control* transaction_;
   Control* catalog_;
   int width_ = 0;

@@ -55,7 +55,10 @@ frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
       transaction_(global, async, *window_),
       blobs_(global, *window_, editing_),
       conversion_(global, *window_, async, host),
-      results_(*window_, [this](const auto& rows) { return ShowOtherResult(rows); }) {
+      results_(*window_, [this](const auto& rows) { return ShowOtherResult(rows); }),
+      keyMenu_(*window_, [this](int keyCode, int shift) {
+        return HandleKey(keyCode, shift) || editing_.HandleGridKey(keyCode, shift);
+      }) {
   Form_Load();
 }
 

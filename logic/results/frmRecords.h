@@ -22,6 +22,7 @@
 #include "logic/results/RecordsHost.h"
 #include "logic/results/StatusLine.h"
 #include "logic/results/TopRow.h"
+#include "logic/results/commands/KeyMenu.h"
 #include "logic/results/conversions/RecordConversion.h"
 #include "logic/results/runs/OpenTransaction.h"
 #include "logic/results/runs/QueryHistory.h"
@@ -136,6 +137,8 @@ class frmRecords : private QueryRunner, private TagResolver {
   bool HandleKey(int keyCode, int shift);
   bool HandleControlKey(int keyCode);
   bool HandleControlAltKey(int keyCode);
+  bool HandlePlainKey(int keyCode);
+  bool FlipTakesPart();
 
   bool OpenConnection();
   void ListCatalogs();
@@ -213,6 +216,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   BlobTransfer blobs_;
   RecordConversion conversion_;
   ResultChoice results_;
+  KeyMenu keyMenu_;
 
   int windowID_ = -1;
   std::shared_ptr<Connection> mCn_;

@@ -66,14 +66,21 @@ void frmRecords::DataGrid_KeyUp(KeyEvent& event) {
 }
 
 bool frmRecords::HandleKey(int keyCode, int shift) {
-  if (history_.HandleKey(keyCode, shift)) return true;
+  if (host_.HandleFrameKey(keyCode, shift) || history_.HandleKey(keyCode, shift)) return true;
   switch (shift) {
+    case shiftState::none: return HandlePlainKey(keyCode);
     case shiftState::ctrl: return HandleControlKey(keyCode);
     case shiftState::ctrl | shiftState::alt: return HandleControlAltKey(keyCode);
-    default: break;
+    case shiftState::ctrl | shiftState::shift: return keyCode == 'T' && FlipTakesPart();
+    default: return false;
   }
-  if (keyCode != key::f6 || shift != shiftState::none) return false;
-  host_.FocusQueryWindow();
+}
+
+/// Esc leaves the boxes and buttons above the rows.
+bool frmRecords::HandlePlainKey(int keyCode) {
+  if (keyCode == key::f6) host_.FocusQueryWindow();
+  else if (keyCode == key::escape && topRow_.HasFocus()) FocusRecords();
+  else return false;
   return true;
 }
 
@@ -84,7 +91,6 @@ bool frmRecords::HandleControlKey(int keyCode) {
     case 'R': return cmdReject_.Press();
     case key::pageDown: return results_.Step(1);
     case key::pageUp: return results_.Step(-1);
-    case key::f4: window_->Unload(UnloadReason::ControlBox); return true;
     default: return false;
   }
 }
@@ -99,12 +105,16 @@ bool frmRecords::HandleControlAltKey(int keyCode) {
     case 'E': return cmdCnErrors_.Press();
     case 'P': ShowProperties(); return true;
     case 'S': return cmdStatements_.Press();
-    case 'T':
-      if (!chkTakesPart_.Visible()) return false;
-      chkTakesPart_.SetValue(!chkTakesPart_.Value());
-      return true;
+    case 'T': return FlipTakesPart();
+    case 'W': return editing_.ShowWarning();
     default: return false;
   }
+}
+
+bool frmRecords::FlipTakesPart() {
+  if (!chkTakesPart_.Visible()) return false;
+  chkTakesPart_.SetValue(!chkTakesPart_.Value());
+  return true;
 }
 
 }  // namespace tessel

@@ -39,6 +39,9 @@ QueryHistory::QueryHistory(const Desktop& desktop, Window& window, QueryRunner& 
     button.MouseUp = [this, &button, forward](const MouseEvent& event) {
       if (event.button == MouseButton::Right) ShowMenuOf(button, forward);
     };
+    button.KeyUp = [this, &button, forward](KeyEvent& event) {
+      if (event.keyCode == key::contextMenu) event.handled = ShowMenuOf(button, forward);
+    };
   }
   for (int item = 0; item < menuItems; ++item) {
     MenuItem& entry = window.Menu("mnuHistorical_" + std::to_string(item));
@@ -141,7 +144,9 @@ bool QueryHistory::HandleRunningKey(int keyCode, int shift) {
   if (shift == ctrl && keyCode == key::f5) return cmdRequeryTags_.Press();
   if (shift == alt && keyCode == key::left) return cmdHistoryBack_.Press();
   if (shift == alt && keyCode == key::right) return cmdHistoryForward_.Press();
-  if (shift == (ctrl | alt) && keyCode == key::right) return cmdHistoryForwardTags_.Press();
+  const bool tags =
+      shift == (ctrl | alt) ? keyCode == key::right : shift == alt && keyCode == key::end;
+  if (tags) return cmdHistoryForwardTags_.Press();
   return false;
 }
 

@@ -96,7 +96,7 @@ TEST_F(FrameTest, ARecordsWindowsOwnShortcutWorks) {
 TEST_F(FrameTest, MenusFollowTheActiveDocument) {
   records->Activate();
   EXPECT_EQ(TitlesShown(), (std::vector<std::string>{"&File", "&Database", "&Edit", "&Records",
-                                                     "&Window", "&Help"}));
+                                                     "&Query", "&Connection", "&Window", "&Help"}));
   int fromRecords = 0;
   records->Menu("mnuWindowTileHoriz").Click = [&] { ++fromRecords; };
   host.ChooseMenu(*records, "mnuWindowTileHoriz");

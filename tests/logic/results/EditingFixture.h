@@ -59,6 +59,13 @@ class EditingFixture : public RecordsFixture {
     });
   }
 
+  const std::string warningDetails =
+      "The recordset properties indicate that the field values of a record may or may not identify "
+      "it uniquely. This means that when trying to update or delete an existing record, there is "
+      "no guarantee that the information being used to locate it will specify only that record. If "
+      "multiple records match the criteria, they will all be affected - incorrectly.\r\n\r\nTo be "
+      "able to correctly identify records uniquely, a primary key should be defined. Depending on "
+      "the provider, you may also need to select all fields that constitute the primary key.";
   std::shared_ptr<MemoryRows> table;
 };
 

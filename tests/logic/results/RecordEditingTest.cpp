@@ -69,18 +69,11 @@ TEST_F(RecordEditingTest, TheWarningTellsMoreWhenItIsDoubleClicked) {
   ASSERT_TRUE(Run("select"));
   EXPECT_TRUE(Shows("lblWarning"));
   EXPECT_EQ(Grid().Bounds().top, 960);
-  desktop.ExpectMessage(
-      "The recordset properties indicate that the field values of a record may or may not identify "
-      "it uniquely. This means that when trying to update or delete an existing record, there is "
-      "no guarantee that the information being used to locate it will specify only that record. If "
-      "multiple records match the criteria, they will all be affected - incorrectly.\r\n\r\nTo be "
-      "able to correctly identify records uniquely, a primary key should be defined. Depending on "
-      "the provider, you may also need to select all fields that constitute the primary key.",
-      MessageResult::Ok, [](const Message& message) {
-        EXPECT_EQ(message.icon, MessageIcon::Exclamation);
-        ASSERT_TRUE(message.help) << "a Help button";
-        message.help();
-      });
+  desktop.ExpectMessage(warningDetails, MessageResult::Ok, [](const Message& message) {
+    EXPECT_EQ(message.icon, MessageIcon::Exclamation);
+    ASSERT_TRUE(message.help) << "a Help button";
+    message.help();
+  });
   W().DoubleClick("lblWarning");
   EXPECT_EQ(desktop.HelpRequests().back().data, 1304);
 }
