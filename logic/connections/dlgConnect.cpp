@@ -171,6 +171,8 @@ void dlgConnect::lsvConnections_KeyDown(KeyEvent& event) {
   else if (ctrl && event.keyCode == key::up) MoveEntry(-1);
   else if (ctrl && event.keyCode == key::down) MoveEntry(1);
   else if (plain && event.keyCode == key::del) cmdRemove_Click();
+  else if (ctrl && (event.keyCode == '1' || event.keyCode == '2'))
+    lsvConnections_ColumnClick(event.keyCode - '1');
   else event.handled = false;
 }
 

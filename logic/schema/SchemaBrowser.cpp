@@ -55,6 +55,7 @@ SchemaBrowser::SchemaBrowser(const Surroundings& around)
   trvBrowser_.MouseDown = [this](const MouseEvent& event) { trvBrowser_MouseDown(event); };
   trvBrowser_.MouseUp = [this](const MouseEvent& event) { trvBrowser_MouseUp(event); };
   trvBrowser_.DblClick = [this] { trvBrowser_DblClick(); };
+  trvBrowser_.GotFocus = [this] { SelectSomeNode(); };
   trvBrowser_.KeyDown = [this](KeyEvent& event) { trvBrowser_KeyDown(event); };
   trvBrowser_.KeyUp = [this](KeyEvent& event) { trvBrowser_KeyUp(event); };
   WireMenus();
@@ -127,7 +128,17 @@ void SchemaBrowser::trvBrowser_DblClick() {
   if (pressedOnNode_) TakeNode(trvBrowser_.SelectedKey());
 }
 
+/// Keys act on the selected node, so the first one is where none is.
+void SchemaBrowser::SelectSomeNode() {
+  if (!trvBrowser_.SelectedKey().empty()) return;
+  const std::vector<std::string> databases = trvBrowser_.Children("");
+  if (!databases.empty()) trvBrowser_.SelectNode(databases.front());
+}
+
+/// Nodes may have come or gone while the tree had the keyboard: a key that moves finds one all the
+/// same.
 void SchemaBrowser::trvBrowser_KeyDown(KeyEvent& event) {
+  if (event.keyCode >= key::pageUp && event.keyCode <= key::down) SelectSomeNode();
   if (event.shift != shiftState::none) return;
   if (event.keyCode == key::enter) TakeNode(trvBrowser_.SelectedKey());
   else if (event.keyCode == key::f7) host_.FocusQueryWindow();

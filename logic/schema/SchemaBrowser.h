@@ -72,6 +72,7 @@ class SchemaBrowser {
   void trvBrowser_MouseDown(const MouseEvent& event);
   void trvBrowser_MouseUp(const MouseEvent& event);
   void trvBrowser_DblClick();
+  void SelectSomeNode();
   void trvBrowser_KeyDown(KeyEvent& event);
   void trvBrowser_KeyUp(KeyEvent& event);
   void TakeNode(const std::string& key);

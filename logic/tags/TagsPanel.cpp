@@ -66,6 +66,10 @@ void TagsPanel::WireControls() {
 void TagsPanel::WireMenu() {
   for (int index = 0; index < menuEntries; ++index)
     frame_.Menu("mnuTag_" + std::to_string(index)).Click = [this, index] { mnuTag_Click(index); };
+  frame_.Menu("mnuTagsValue").Click = [this] { EditValue(); };
+  frame_.Menu("mnuTagsRename").Click = [this] { StartRename(); };
+  frame_.Menu("mnuTagsAdd").Click = [this] { cmdAddTag_Click(); };
+  frame_.Menu("mnuTagsRemove").Click = [this] { cmdRemoveTag_Click(); };
 }
 
 // --- the list of tags ----------------------------------------------------------------------------
@@ -261,7 +265,8 @@ void TagsPanel::CommitValue() {
   lsvTags_.SetRow(row, std::move(tag));
 }
 
-/// Enter confirms the value; Esc closes the editor and leaves the value as it was.
+/// Enter confirms the value; Esc closes the editor and leaves the value as it was; F7 goes back to
+/// the SQL, where a value that was typed counts.
 void TagsPanel::cboTagValue_KeyDown(KeyEvent& event) {
   if (event.shift != shiftState::none) return;
   if (event.keyCode == key::enter) {
@@ -271,6 +276,8 @@ void TagsPanel::cboTagValue_KeyDown(KeyEvent& event) {
   } else if (event.keyCode == key::escape) {
     CloseEditor(false);
     lsvTags_.SetFocus();
+  } else if (event.keyCode == key::f7) {
+    host_.FocusQueryWindow();
   } else {
     return;
   }

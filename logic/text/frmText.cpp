@@ -124,10 +124,19 @@ class frmText {
   void HandleControlKey(KeyEvent& event) {
     if (event.keyCode == 'O') event.handled = cmdOpen_.Press();
     else if (event.keyCode == 'S') event.handled = cmdSave_.Press();
+    else if (event.keyCode == key::enter) event.handled = cmdOK_.Press();
+    else if (event.keyCode == key::tab) event.handled = LeaveText();
     else if (event.keyCode == 'W' && chkWordWrap_.Visible()) {
       chkWordWrap_.SetValue(!chkWordWrap_.Value());
       event.handled = true;
     }
+  }
+
+  /// Tab itself goes into the text.
+  bool LeaveText() {
+    if (!txtText_.HasFocus()) return false;
+    chkWordWrap_.SetFocus();
+    return true;
   }
 
   const Global& global_;

@@ -319,6 +319,21 @@ TEST_F(dlgConnectTest, TheFirstSortIsConfirmedAndTheSavedOrderIsTheSortedOne) {
             (std::vector<SavedConnection>{{"DSN=0", "C"}, {"DSN=1", "b"}, {"DSN=2", "a"}}));
 }
 
+TEST_F(dlgConnectTest, TheListIsSortedByKeys) {
+  WriteList({{"DSN=1", "b"}, {"DSN=0", "c"}});
+  desktop.ExpectMessage("Sort list by connection string?", MessageResult::Ok);
+  Go([](Window& w) {
+    w.Find<Control>("lsvConnections").SetFocus();
+    w.PressKey('2', shiftState::ctrl);
+    EXPECT_EQ(Captions(w), (std::vector<std::string>{"(new)", "c", "b"}));
+    w.PressKey('1', shiftState::ctrl);
+    EXPECT_EQ(Captions(w), (std::vector<std::string>{"(new)", "b", "c"}));
+    w.PressKey('1', shiftState::ctrl);
+    EXPECT_EQ(Captions(w), (std::vector<std::string>{"c", "b", "(new)"}));
+    w.Click("cmdCancel");
+  });
+}
+
 TEST_F(dlgConnectTest, DoubleClickingARowConnects) {
   WriteList({{"DSN=a", "A"}});
   Go([](Window& w) { w.DoubleClickRow("lsvConnections", 1); });

@@ -37,6 +37,12 @@ class SchemaBrowserTest : public test::SchemaFixture {
   test::HeadlessWindow& W() { return desktop.WindowOf("frmMDI"); }
   void Check(const std::string& key) { W().CheckNode("trvBrowser", key); }
   void Select(const std::string& key) { view.SelectNode(key); }
+  /// The selected node goes.
+  void SelectNothing() {
+    browser.AddDatabaseNode("d9", "Gone");
+    Select("d9");
+    browser.RemoveDatabaseNode("d9");
+  }
   /// Clicks a node with the right button.
   void RightClick(const std::string& key) {
     const Rect at = view.NodeBounds(key);
@@ -209,6 +215,7 @@ TEST_F(SchemaBrowserTest, TheEnterKeyTakesTheNameLikeADoubleClick) {
 
 TEST_F(SchemaBrowserTest, TheEnterKeyWithoutASelectedNodeDoesNothing) {
   browser.SetFocus();
+  SelectNothing();
   W().PressKey(key::enter);
   EXPECT_EQ(host.Taken(), "");
   EXPECT_EQ(host.focused, 0);
@@ -243,6 +250,7 @@ TEST_F(SchemaBrowserTest, TheRightButtonBesideTheNodesAndTheLeftOneOpenNothing) 
 
 TEST_F(SchemaBrowserTest, TheContextMenuKeyOpensTheMenuAtAFixedOffsetFromTheNode) {
   browser.SetFocus();
+  SelectNothing();
   W().PressKey(key::contextMenu);
   EXPECT_TRUE(desktop.Popups().empty()) << "no node is selected";
   Select("td1.ORDERS");

@@ -210,6 +210,35 @@ TEST_F(TagsPanelTest, TheMenuInsertsTheTagInEitherForm) {
   EXPECT_EQ(host.inserted, (std::vector<std::string>{"<%?City%>", "<*?City*>"}));
 }
 
+TEST_F(TagsPanelTest, TheMenuOffersWhatTheKeysDo) {
+  AddTag("City");
+  GiveValue(0, "Rome");
+  W().PressKey(key::escape);
+  desktop.ExpectPopup("menuTags", "mnuTagsValue");
+  W().PressKey(key::contextMenu);
+  EXPECT_TRUE(EditorShows());
+  W().PressKey(key::escape);
+  desktop.ExpectPopup("menuTags", "mnuTagsRename");
+  W().PressKey(key::contextMenu);
+  EXPECT_EQ(List().EditedRow(), 0);
+  W().EditLabel("lsvTags", "Town");
+  desktop.ExpectPopup("menuTags", "mnuTagsAdd");
+  W().PressKey(key::contextMenu);
+  W().CancelLabelEdit("lsvTags");
+  EXPECT_EQ(Names(), (std::vector<std::string>{"Town", "NewTag"}));
+  desktop.ExpectPopup("menuTags", "mnuTagsRemove");
+  W().PressKey(key::contextMenu);
+  EXPECT_EQ(Names(), std::vector<std::string>{"Town"});
+}
+
+TEST_F(TagsPanelTest, F7LeavesTheValueForTheSql) {
+  AddTag("City");
+  TypeValue(0, "Rome");
+  W().PressKey(key::f7);
+  EXPECT_EQ(host.focused, 1);
+  EXPECT_EQ(ValueOf("City"), "Rome");
+}
+
 TEST_F(TagsPanelTest, TheMenuEntriesAreTheTwoForms) {
   EXPECT_EQ(W().Menu("menuTags").Caption(), "Tags");
   EXPECT_EQ(W().Menu("mnuTag_0").Caption(), "<%?Value%>");

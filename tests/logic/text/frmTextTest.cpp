@@ -184,5 +184,27 @@ TEST_F(frmTextTest, WithoutTitleAndTypesTheWindowIsAsItWas) {
   }
 }
 
+TEST_F(frmTextTest, CtrlEnterIsOkWhereEnterGoesIntoTheText) {
+  Show({0, "", 9600, 6300, true, false}, [](test::HeadlessWindow& w) {
+    w.Type("txtText", "x");
+    w.PressKey(key::enter, shiftState::ctrl);
+    EXPECT_FALSE(w.Visible());
+  });
+  Show({0, "", 9600, 6300, false, false}, [](test::HeadlessWindow& w) {
+    w.PressKey(key::enter, shiftState::ctrl);
+    EXPECT_TRUE(w.Visible()) << "there is nothing to confirm";
+    w.CloseByControlBox();
+  });
+}
+
+TEST_F(frmTextTest, CtrlTabLeavesTheText) {
+  Show({0, "", 9600, 6300, true, false}, [](test::HeadlessWindow& w) {
+    w.Find<Control>("txtText").SetFocus();
+    w.PressKey(key::tab, shiftState::ctrl);
+    EXPECT_EQ(w.FocusName(), "chkWordWrap");
+    w.PressKey(key::escape);
+  });
+}
+
 }  // namespace
 }  // namespace tessel
