@@ -5,6 +5,7 @@ import shutil
 import subprocess
 
 import helpbook
+import keyspage
 
 IMPLEMENTATIONS = ("data", "desktop", "system")
 PRODUCT = ("contract", "logic", "main") + IMPLEMENTATIONS
@@ -285,7 +286,12 @@ def help_book(tree):
     return helpbook.help_book(tree, ("logic",))
 
 
+def keys_page(tree):
+    """The keys that menus and tool tips show stand on the page of keys."""
+    return keyspage.keys_page(tree)
+
+
 ALL = (logic_includes, contract_includes, implementation_includes, upward_includes,
        library_doors, inline_members, event_pump, forbidden_words, include_cycles, unit_circles,
        folder_pairs, folder_sizes,
-       section_marks, contract_comments, formatting, guard_headers, icons, help_book)
+       section_marks, contract_comments, formatting, guard_headers, icons, help_book, keys_page)

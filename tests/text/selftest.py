@@ -26,11 +26,14 @@ GOOD = {
     "tests/desktop/Grid.cpp": "void Settle() { app->processEvents(); }\ninline std::string Own() { return {}; }\n",
     "desktop/icons.qrc": '<file alias="a.svg">icons/a.svg</file>\n',
     "desktop/icons/a.svg": "<svg/>\n",
-    "desktop/forms/a.ui": "<iconset>:/icons/a.svg</iconset>\n",
-    "help/book.xml": '<book start="a.html"><topic page="a.html#x"/><context number="9100" page="a.html"/>'
+    "desktop/forms/a.ui": '<ui><iconset>:/icons/a.svg</iconset><action name="a"><property name="shortcut">'
+                          '<string>Ctrl+PgUp</string></property></action></ui>\n',
+    "help/keyboard.html": "<tr><td>Ctrl+PageUp, F5</td><td>back</td></tr>",
+    "help/book.xml": '<book start="a.html"><topic page="a.html#x"/><topic page="keyboard.html"/><context number="9100" page="a.html"/>'
                      '<form name="a" page="a.html"/></book>',
     "help/a.html": '<h2 id="x">A</h2><a href="#x">x</a><a href="a.html#x">x</a>',
-    "desktop/help.qrc": "<file>../help/book.xml</file><file>../help/a.html</file>",
+    "desktop/help.qrc": "<file>../help/book.xml</file><file>../help/a.html</file>"
+                        "<file>../help/keyboard.html</file>",
     "logic/app/Help.cpp": "constexpr int questionContext = 9100; // otherContext = 1",
     "logic/app/Sections.h": "#pragma once\n// --- rows and fields %s\n// - a list\n" % ("-" * 50),
     **{"data/rows/%s.h" % letter: "#pragma once\n" for letter in "ABCDEFGHIJKLMNO"},
@@ -97,6 +100,11 @@ BAD = (
     ("contract_comments", "contract/base/Short.h", "#pragma once\nint a = 1;  // In twips.\n", "Short.h: 0 %"),
     ("formatting", "logic/app/d.cpp", "int  f( ){return 1 ;}\n", "logic/app/d.cpp"),
     ("guard_headers", "cmake/forbidden/sqlite3.h", "#pragma once\n", "sqlite3.h compiles"),
+    ("keys_page", "desktop/forms/b.ui", '<ui><action name="c"><property name="text"><string>&amp;Lock&#9;Ctrl+L</string>'
+     "</property></action></ui>", "c shows Ctrl+L"),
+    ("keys_page", "desktop/forms/b.ui", '<ui><widget name="c"><property name="toolTip"><string>Open (Ctrl+O)</string>'
+     "</property></widget></ui>", "c shows Ctrl+O"),
+    ("keys_page", "help/keyboard.html", "<tr><td>F5</td><td>run</td></tr>", "a shows Ctrl+PageUp"),
     ("icons", "desktop/forms/b.ui", "<iconset>:/icons/b.svg</iconset>\n", "b.svg is not in"),
     ("icons", "desktop/icons.qrc", '<file alias="a.svg">icons/c.svg</file>\n', "no icons/c.svg"),
 )
