@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # Builds everything and runs every test. The last line is "N passed, N failed, N skipped".
-# usage: ./test.sh [--preset dev|asan-ubsan|tsan] [--ring text|logic|data|desktop] [--xvfb]
+# usage: ./test.sh [--preset dev|asan-ubsan|tsan] [--ring text|package|logic|data|desktop] [--xvfb]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source tools/lib/display.sh
 
 preset=dev
-rings=(text logic data desktop)
+rings=(text logic data desktop package)
 time_limit=1800
 xvfb=no
 
@@ -29,7 +29,7 @@ read_arguments() {
         esac
         shift
     done
-    case ${rings[0]} in text | logic | data | desktop) ;; *)
+    case ${rings[0]} in text | logic | data | desktop | package) ;; *)
         echo "test.sh: there is no ring '${rings[0]}'" >&2
         exit 2
         ;;
@@ -40,7 +40,13 @@ needs_build() { [[ ${rings[*]} != text ]]; }
 
 build() {
     local targets=() ring
-    for ring in "${rings[@]}"; do [[ $ring == text ]] || targets+=("${ring}_tests"); done
+    for ring in "${rings[@]}"; do
+        case $ring in
+        text) ;;
+        package) targets+=(Tessel tessel_icons) ;;
+        *) targets+=("${ring}_tests") ;;
+        esac
+    done
     # A run of every ring also builds the program.
     [[ ${#rings[@]} -eq 1 ]] || targets=(all)
     cmake --preset "$preset" -DTESSEL_WERROR=ON >"$results/configure.log" 2>&1 || {
@@ -68,6 +74,8 @@ run_ring() {
     local -a command
     if [[ $ring == text ]]; then
         command=(python3 tests/text/check.py --self-test --json "$results/text.json")
+    elif [[ $ring == package ]]; then
+        command=(python3 tests/package/check.py --build "build/$preset" --json "$results/package.json")
     else
         command=(plain_layout timeout --foreground "$time_limit" "build/$preset/${ring}_tests" --gtest_brief=1
             "--gtest_output=json:$results/$ring.json")
