@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # Builds everything and runs every test. The last line is "N passed, N failed, N skipped".
-# usage: ./test.sh [--preset dev|asan-ubsan|tsan] [--ring text|package|logic|data|desktop] [--xvfb]
+# usage: ./test.sh [--preset dev|asan-ubsan|tsan] [--ring text|package|logic|data|desktop|access] [--xvfb]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source tools/lib/display.sh
 
 preset=dev
-rings=(text logic data desktop package)
+rings=(text logic data desktop package access)
 time_limit=1800
 xvfb=no
 
@@ -29,7 +29,7 @@ read_arguments() {
         esac
         shift
     done
-    case ${rings[0]} in text | logic | data | desktop | package) ;; *)
+    case ${rings[0]} in text | logic | data | desktop | package | access) ;; *)
         echo "test.sh: there is no ring '${rings[0]}'" >&2
         exit 2
         ;;
@@ -44,6 +44,7 @@ build() {
         case $ring in
         text) ;;
         package) targets+=(Tessel tessel_icons) ;;
+        access) targets+=(Tessel) ;;
         *) targets+=("${ring}_tests") ;;
         esac
     done
@@ -76,6 +77,9 @@ run_ring() {
         command=(python3 tests/text/check.py --self-test --json "$results/text.json")
     elif [[ $ring == package ]]; then
         command=(python3 tests/package/check.py --build "build/$preset" --json "$results/package.json")
+    elif [[ $ring == access ]]; then
+        command=(plain_layout timeout --foreground "$time_limit" tests/access/access_test.py
+            --program "build/$preset/bin/Tessel" --json "$results/access.json")
     else
         command=(plain_layout timeout --foreground "$time_limit" "build/$preset/${ring}_tests" --gtest_brief=1
             "--gtest_output=json:$results/$ring.json")

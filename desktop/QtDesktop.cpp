@@ -12,6 +12,7 @@
 #include "contract/base/Error.h"
 #include "contract/base/Keys.h"
 #include "desktop/FormRegistry.h"
+#include "desktop/access/Access.h"
 #include "desktop/base/MenuKey.h"
 #include "desktop/base/Text.h"
 #include "desktop/base/Typing.h"
@@ -58,6 +59,7 @@ std::string DescriptionOf(const std::exception_ptr& failure) {
 struct QtDesktop::Parts {
   Parts(int& argc, char** argv, std::function<void(std::exception_ptr)> showFailure)
       : application(ApplicationUnlessMade(argc, argv)), core(std::move(showFailure)) {
+    InstallAccess();
     core.showHelp = [this](const std::string& form, int context) { ShowTopic(form, context); };
     QCoreApplication::instance()->installEventFilter(&heldKeys);
     QCoreApplication::instance()->installEventFilter(&menuKey);

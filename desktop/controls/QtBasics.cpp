@@ -35,8 +35,10 @@ QtLabel::QtLabel(QLabel& widget, const ControlSite& site)
 void QtLabel::SetCaption(std::string_view caption) {
   caption_ = caption;
   TheWidget().setText(ToQt(caption));
-  const bool told = name_.isEmpty() || caption.empty();
-  TheWidget().setAccessibleName(told ? name_ : name_ + QStringLiteral(": ") + ToQt(caption));
+  const QString text = ToQt(caption);
+  const bool alone = name_.isEmpty() || caption.empty();
+  if (!alone && text.startsWith(name_)) TheWidget().setAccessibleName(text);
+  else TheWidget().setAccessibleName(alone ? name_ : name_ + QStringLiteral(": ") + text);
 }
 
 QtPictureBox::QtPictureBox(QWidget& widget, const ControlSite& site) : ControlOf(widget, site) {

@@ -14,7 +14,7 @@ FLOORS = {
     "contract": ("text", "base", "sql", "data", "desktop"),
     "logic": ("program", "text", "connections", "tags", "query", "schema", "results", "together", "app"),
     "data": ("rows", "combined", "changes", "providers", "tasks", "cursor"),
-    "desktop": ("plain", "base", "look", "services", "dialogs", "controls", "editor", "tree", "grid", "window", "help", "keyring"),
+    "desktop": ("plain", "base", "look", "services", "dialogs", "controls", "editor", "tree", "grid", "access", "window", "help", "keyring"),
 }
 LOGIC_LIBRARIES = {"pugixml.hpp", "utf8proc.h"}
 GUARD = "cmake/forbidden"
