@@ -3,7 +3,9 @@
 
 #include "desktop/dialogs/MessageDialog.h"
 
+#include <QClipboard>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QLabel>
@@ -78,7 +80,7 @@ bool IsLong(const QString& text) {
 }  // namespace
 
 MessageDialog::MessageDialog(const Message& message, QWidget* owner)
-    : QDialog(owner), result_(ResultsOf(message.buttons).back()) {
+    : QDialog(owner), text_(ToQt(message.text)), result_(ResultsOf(message.buttons).back()) {
   setWindowTitle(AsWindowTitle(message.title));
   auto* layout = new QGridLayout(this);
   layout->setHorizontalSpacing(spacing);
@@ -152,7 +154,9 @@ void MessageDialog::showEvent(QShowEvent* event) {
   default_->setFocus();
 }
 
+/// The text is not reached by Tab, but it can be copied.
 void MessageDialog::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) return QGuiApplication::clipboard()->setText(text_);
   const QString letter = event->text().toUpper();
   const bool plain = (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
   if (plain && letter.size() == 1 && letter[0].isLetter())

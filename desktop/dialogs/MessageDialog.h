@@ -19,7 +19,7 @@ class MessageDialog final : public QDialog {
   [[nodiscard]] MessageResult Result() const { return result_; }
 
  protected:
-  /// The letter of a button presses it, with Alt or without.
+  /// The letter of a button presses it, with Alt or without; Ctrl+C copies the text.
   void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
@@ -30,6 +30,7 @@ class MessageDialog final : public QDialog {
   void AddHelp(QDialogButtonBox& box, std::function<void()> action);
   void Pressed(MessageResult result);
 
+  QString text_;
   MessageResult result_;
   QDialogButtonBox* buttons_ = nullptr;  ///< Owned by the dialog.
   QPushButton* default_ = nullptr;       ///< What Enter presses at first; owned by the dialog.

@@ -4,6 +4,8 @@
 
 #include "logic/connections/dlgConnect.h"
 
+#include <functional>
+
 #include "contract/text/Ascii.h"
 #include "logic/connections/builders/dlgCnAccess.h"
 #include "logic/connections/builders/dlgCnGeneric.h"
@@ -76,9 +78,38 @@ void dlgConnect::WireControls() {
   WireBuilder<dlgCnAccess>("cmdDBAccess");
   WireBuilder<dlgCnSQLSrv>("cmdDBSQLServer");
   WireBuilder<dlgCnGeneric>("cmdDBGeneric");
+  WireMenu();
   window_->Find<Button>("cmdMoveUp").Click = [this] { MoveEntry(-1); };
   window_->Find<Button>("cmdMoveDown").Click = [this] { MoveEntry(1); };
   window_->Find<Button>("cmdCancel").Click = [this] { window_->Unload(); };
+}
+
+/// The menu of the list, by the menu key and by the right button.
+void dlgConnect::WireMenu() {
+  const auto choose = [this](const char* entry, std::function<void()> action) {
+    window_->Menu(entry).Click = std::move(action);
+  };
+  choose("mnuConConnect", [this] { cmdConnect_Click(); });
+  choose("mnuConSortCaption", [this] { lsvConnections_ColumnClick(0); });
+  choose("mnuConSortString", [this] { lsvConnections_ColumnClick(1); });
+  choose("mnuConUp", [this] { MoveEntry(-1); });
+  choose("mnuConDown", [this] { MoveEntry(1); });
+  choose("mnuConReassign", [this] { cmdReassign_Click(); });
+  choose("mnuConRemove", [this] { cmdRemove_Click(); });
+  lsvConnections_.KeyUp = [this](KeyEvent& event) {
+    event.handled = event.keyCode == key::contextMenu;
+    if (event.handled) ShowMenu(&lsvConnections_);
+  };
+  lsvConnections_.MouseUp = [this](const MouseEvent& event) {
+    if (event.button == MouseButton::Right) ShowMenu(nullptr);
+  };
+}
+
+void dlgConnect::ShowMenu(Control* at) {
+  constexpr int fromCorner = 300;
+  for (const char* entry : {"mnuConReassign", "mnuConRemove"})
+    window_->Menu(entry).SetEnabled(!IsNewRow(SelectedRow()));
+  window_->PopupMenu(window_->Menu("menuConnections"), at, fromCorner, fromCorner);
 }
 
 /// A builder returns what it was given when the user cancels it.

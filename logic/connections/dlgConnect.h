@@ -41,6 +41,8 @@ class dlgConnect {
  private:
   void Form_Load();
   void WireControls();
+  void WireMenu();
+  void ShowMenu(Control* at);
   template <class Dialog>
   void WireBuilder(const char* button);
   void Form_KeyDown(KeyEvent& event);

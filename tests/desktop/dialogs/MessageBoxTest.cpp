@@ -1,5 +1,6 @@
 #include <QAbstractButton>
 #include <QApplication>
+#include <QClipboard>
 #include <QDialogButtonBox>
 #include <QProxyStyle>
 #include <QPushButton>
@@ -108,6 +109,13 @@ TEST_P(MessageBoxTest, AnUnmarkedWordIsPressedByItsFirstLetter) {
   QTest::keyClick(dialog->focusWidget(), Qt::Key_C);
   EXPECT_FALSE(dialog->isVisible());
   EXPECT_EQ(dialog->Result(), MessageResult::Cancel);
+}
+
+TEST_P(MessageBoxTest, CtrlCCopiesTheText) {
+  Shown();
+  QTest::keyClick(dialog->focusWidget(), Qt::Key_C, Qt::ControlModifier);
+  EXPECT_TRUE(dialog->isVisible()) << "no answer was given";
+  EXPECT_EQ(FromQt(QGuiApplication::clipboard()->text()), "Go on?");
 }
 
 TEST_P(MessageBoxTest, EscIsTheLastAnswerOfTheSet) {

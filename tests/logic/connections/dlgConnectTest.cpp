@@ -319,6 +319,31 @@ TEST_F(dlgConnectTest, TheFirstSortIsConfirmedAndTheSavedOrderIsTheSortedOne) {
             (std::vector<SavedConnection>{{"DSN=0", "C"}, {"DSN=1", "b"}, {"DSN=2", "a"}}));
 }
 
+TEST_F(dlgConnectTest, TheMenuOfTheListOffersWhatItsKeysDo) {
+  WriteList({{"DSN=1", "b"}, {"DSN=0", "c"}});
+  const auto choose = [this](Window& w, const char* entry) {
+    desktop.ExpectPopup("menuConnections", entry);
+    w.PressKey(key::contextMenu);
+    return Captions(w);
+  };
+  desktop.ExpectMessage("Sort list by caption?", MessageResult::Ok);
+  Go([&](Window& w) {
+    w.Find<Control>("lsvConnections").SetFocus();
+    choose(w, "");
+    EXPECT_FALSE(w.Menu("mnuConRemove").Enabled()) << "the new one stays";
+    w.SelectRow("lsvConnections", 1);
+    EXPECT_EQ(choose(w, "mnuConDown"), (std::vector<std::string>{"(new)", "c", "b"}));
+    EXPECT_EQ(choose(w, "mnuConUp"), (std::vector<std::string>{"(new)", "b", "c"}));
+    choose(w, "mnuConSortCaption");
+    EXPECT_EQ(choose(w, "mnuConSortCaption"), (std::vector<std::string>{"c", "b", "(new)"}));
+    EXPECT_EQ(choose(w, "mnuConSortString"), (std::vector<std::string>{"(new)", "c", "b"}));
+    EXPECT_EQ(choose(w, "mnuConRemove").size(), 2U);
+    desktop.ExpectPopup("menuConnections", "mnuConConnect");
+    w.MouseUp("lsvConnections", MouseButton::Right);
+  });
+  EXPECT_EQ(opener.opened.size(), 1U);
+}
+
 TEST_F(dlgConnectTest, TheListIsSortedByKeys) {
   WriteList({{"DSN=1", "b"}, {"DSN=0", "c"}});
   desktop.ExpectMessage("Sort list by connection string?", MessageResult::Ok);
