@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <QMainWindow>
 
+#include "desktop/look/Icons.h"
 #include "ui_dlgAbout.h"
 #include "ui_dlgAsync.h"
 #include "ui_dlgCnAccess.h"
@@ -30,6 +31,7 @@ template <class Root, class Form>
 std::unique_ptr<QWidget> Make() {
   auto root = std::make_unique<Root>();
   Form().setupUi(root.get());
+  DrawIconsOf(*root);
   return root;
 }
 

@@ -19,7 +19,7 @@
 #include "desktop/dialogs/MessageDialog.h"
 #include "desktop/help/HelpWindow.h"
 #include "desktop/look/Icons.h"
-#include "desktop/look/Theme.h"
+#include "desktop/look/theme/Theme.h"
 #include "desktop/services/DesktopNotices.h"
 #include "desktop/services/QtServices.h"
 #include "desktop/window/DesktopCore.h"
@@ -114,6 +114,8 @@ QtDesktop::QtDesktop(int& argc, char** argv)
 QtDesktop::~QtDesktop() = default;
 
 int QtDesktop::Run() { return QApplication::exec(); }
+
+void QtDesktop::FollowColors() { parts_->theme.FollowSession(); }
 
 void QtDesktop::EndWhenReadable(int descriptor) {
   parts_->endNotifier = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);

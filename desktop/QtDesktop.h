@@ -20,6 +20,9 @@ class QtDesktop final : public Desktop {
   /// Runs until the frame has been unloaded; returns the exit code of the program.
   int Run();
 
+  /// Follows what the user's desktop says of light and dark from now on, and from its first answer.
+  void FollowColors();
+
   /// Ends the program in order and without a question (SessionEnds) once there is something to read
   /// from the descriptor; the desktop's end is also that of the session.
   void EndWhenReadable(int descriptor);

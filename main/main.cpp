@@ -17,6 +17,7 @@ int main(int argc, char* argv[]) {
   using namespace tessel;
   const std::string executable = ExecutablePath();
   QtDesktop desktop(argc, argv);
+  desktop.FollowColors();
   const EndSignals endSignals;
   desktop.EndWhenReadable(endSignals.Descriptor());
   PosixFiles files;

@@ -11,12 +11,13 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QShortcut>
-#include <QStyle>
 #include <algorithm>
 #include <utility>
 #include <vector>
 
 #include "desktop/base/Text.h"
+#include "desktop/look/Icons.h"
+#include "desktop/look/Scale.h"
 
 namespace tessel {
 
@@ -28,6 +29,7 @@ constexpr qsizetype manyLines = 20;
 constexpr int charactersAcross = 64;
 constexpr int linesDown = 16;
 constexpr int spacing = 16;
+constexpr int iconSide = 40;  ///< At the ordinary font.
 
 /// The buttons of a set, in the order in which its name has them.
 std::vector<MessageResult> ResultsOf(MessageButtons buttons) {
@@ -48,6 +50,16 @@ QDialogButtonBox::StandardButton ButtonOf(MessageResult result) {
     case MessageResult::Ok: break;
   }
   return QDialogButtonBox::Ok;
+}
+
+/// The drawing that tells what kind of message it is.
+QString IconOf(MessageIcon icon) {
+  switch (icon) {
+    case MessageIcon::Critical: return QStringLiteral("message-critical");
+    case MessageIcon::Question: return QStringLiteral("message-question");
+    case MessageIcon::Exclamation: return QStringLiteral("message-warning");
+    default: return QStringLiteral("message-information");
+  }
 }
 
 bool HasMarkedLetter(const QAbstractButton& button) {
@@ -114,14 +126,7 @@ QWidget* MessageDialog::MakeText(const Message& message) {
 
 QWidget* MessageDialog::MakeIcon(MessageIcon icon) {
   if (icon == MessageIcon::None) return nullptr;
-  QStyle::StandardPixmap shape = QStyle::SP_MessageBoxInformation;
-  if (icon == MessageIcon::Critical) shape = QStyle::SP_MessageBoxCritical;
-  if (icon == MessageIcon::Question) shape = QStyle::SP_MessageBoxQuestion;
-  if (icon == MessageIcon::Exclamation) shape = QStyle::SP_MessageBoxWarning;
-  const int side = style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
-  auto* label = new QLabel;
-  label->setPixmap(style()->standardIcon(shape).pixmap(QSize(side, side), devicePixelRatioF()));
-  return label;
+  return new IconLabel(NamedIcon(IconOf(icon)), Scale().OfForm(QSize(iconSide, iconSide)).width());
 }
 
 QDialogButtonBox* MessageDialog::MakeButtons(const Message& message) {
@@ -130,6 +135,7 @@ QDialogButtonBox* MessageDialog::MakeButtons(const Message& message) {
   for (std::size_t i = 0; i < results.size(); ++i) {
     const MessageResult result = results[i];
     QPushButton* button = buttons_->addButton(ButtonOf(result));
+    button->setIcon({});
     if (i < message.captions.size()) button->setText(ToQt(message.captions[i]));
     connect(button, &QAbstractButton::clicked, this, [this, result] { Pressed(result); });
   }
@@ -141,6 +147,7 @@ QDialogButtonBox* MessageDialog::MakeButtons(const Message& message) {
 void MessageDialog::AddHelp(QDialogButtonBox& box, std::function<void()> action) {
   QPushButton* help = box.addButton(QDialogButtonBox::Help);
   help->setAutoDefault(false);
+  help->setIcon({});
   connect(help, &QPushButton::clicked, this, [action = std::move(action)] { action(); });
   const auto* key = new QShortcut(QKeySequence(Qt::Key_F1), this);
   connect(key, &QShortcut::activated, help, &QPushButton::click);

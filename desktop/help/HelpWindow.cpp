@@ -2,6 +2,8 @@
 // the help book for pages, and the page that a person chooses opens at the right.
 
 #include "desktop/help/HelpWindow.h"
+#include "desktop/help/HelpPage.h"
+#include "desktop/look/Icons.h"
 #include "desktop/window/ScreenRoom.h"
 
 #include <QApplication>
@@ -10,7 +12,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QSplitter>
-#include <QStyle>
 #include <QTabWidget>
 #include <QTextBrowser>
 #include <QToolButton>
@@ -49,7 +50,7 @@ std::vector<HelpTopic> Beginning(const std::vector<HelpTopic>& words, const QStr
 
 }  // namespace
 
-HelpWindow::HelpWindow() : QWidget(nullptr, Qt::Window), browser_(new QTextBrowser) {
+HelpWindow::HelpWindow() : QWidget(nullptr, Qt::Window), browser_(new HelpPage) {
   setWindowTitle(book_.Title());
   resize(WithinScreenOf(*this, firstSize));
   tabs_ = new QTabWidget;
@@ -78,19 +79,20 @@ QWidget* HelpWindow::MakeButtons() {
   auto* row = new QWidget;
   auto* layout = new QHBoxLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
-  const auto add = [&](const QString& name, QStyle::StandardPixmap icon, auto action) {
+  const auto add = [&](const QString& name, const char* icon, auto action) {
     auto* button = new QToolButton;
-    button->setIcon(style()->standardIcon(icon));
+    button->setIcon(NamedIcon(icon));
     button->setText(name);
+    button->setAutoRaise(true);
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     button->setAccessibleName(name);
     connect(button, &QToolButton::clicked, this, action);
     layout->addWidget(button);
     return button;
   };
-  auto* back = add(tr("Back"), QStyle::SP_ArrowBack, [this] { browser_->backward(); });
-  auto* forward = add(tr("Forward"), QStyle::SP_ArrowForward, [this] { browser_->forward(); });
-  add(tr("Home"), QStyle::SP_DirHomeIcon, [this] { Open(book_.StartPage()); });
+  auto* back = add(tr("Back"), "go-previous", [this] { browser_->backward(); });
+  auto* forward = add(tr("Forward"), "go-next", [this] { browser_->forward(); });
+  add(tr("Home"), "go-home", [this] { Open(book_.StartPage()); });
   layout->addStretch(1);
   for (QToolButton* button : {back, forward}) button->setEnabled(false);
   connect(browser_, &QTextBrowser::backwardAvailable, back, &QWidget::setEnabled);

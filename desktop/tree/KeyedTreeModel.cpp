@@ -19,8 +19,8 @@ std::vector<std::string> OfChildren(const KeyedNode& parent, std::string_view Ke
 
 KeyedTreeModel::KeyedTreeModel(QObject* parent)
     : QAbstractItemModel(parent),
-      icons_{QIcon(), PlainIcon("tessel-database"), PlainIcon("tessel-table"),
-             PlainIcon("tessel-field")} {}
+      icons_{QIcon(), NamedIcon("tessel-database"), NamedIcon("tessel-table"),
+             NamedIcon("tessel-field")} {}
 
 int KeyedTreeModel::Append(std::string_view parentKey, const std::vector<TreeNode>& nodes) {
   KeyedNode& parent = At(parentKey);

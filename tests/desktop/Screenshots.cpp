@@ -19,7 +19,7 @@
 #include "desktop/base/Text.h"
 #include "desktop/dialogs/MessageDialog.h"
 #include "desktop/grid/RecordGrid.h"
-#include "desktop/look/Theme.h"
+#include "desktop/look/theme/Theme.h"
 #include "logic/results/TopRow.h"
 #include "tests/desktop/QtUser.h"
 #include "tests/desktop/grid/GeneratedRows.h"

@@ -18,8 +18,8 @@
 #include "desktop/base/Text.h"
 #include "desktop/look/Colors.h"
 #include "desktop/look/Scale.h"
-#include "desktop/look/Theme.h"
 #include "desktop/look/Tokens.h"
+#include "desktop/look/theme/Theme.h"
 #include "tests/desktop/DesktopFixture.h"
 
 namespace tessel::test {

@@ -10,8 +10,8 @@
 #include "contract/desktop/controls/TextBox.h"
 #include "desktop/editor/SqlEditor.h"
 #include "desktop/look/Colors.h"
-#include "desktop/look/Theme.h"
 #include "desktop/look/Tokens.h"
+#include "desktop/look/theme/Theme.h"
 #include "tests/desktop/DesktopFixture.h"
 
 namespace tessel::test {

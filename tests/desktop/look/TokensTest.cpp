@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "desktop/look/Colors.h"
-#include "desktop/look/Theme.h"
+#include "desktop/look/theme/Theme.h"
 
 namespace tessel::test {
 

@@ -112,3 +112,5 @@ TEST_F(NoticesTest, TheUserIsHereWhileAWindowIsActive) {
 
 }  // namespace
 }  // namespace tessel::test
+
+#include "moc_NotificationServer.cpp"
