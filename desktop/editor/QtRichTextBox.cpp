@@ -1,5 +1,10 @@
 #include "desktop/editor/QtRichTextBox.h"
 
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "desktop/editor/FileDrops.h"
 #include "desktop/look/Colors.h"
 
 namespace tessel {
@@ -13,6 +18,14 @@ constexpr int caretWidth = 1;
 QtRichTextBox::QtRichTextBox(SqlEditor& widget, const ControlSite& site) : ControlOf(widget, site) {
   Face().applyColors = [this] { ShowColors(); };
   QObject::connect(&widget, &SqlEditor::edited, &Face(), [this] { Raise(Change); });
+  QObject::connect(&widget, &SqlEditor::caretMoved, &Face(), [this] { Raise(CaretMoved); });
+  QObject::connect(&widget, &SqlEditor::zoomWanted, &Face(), [this](int steps) {
+    SetZoom(Zoom() + steps);
+    Raise(Zoomed);
+  });
+  new FileDrops(
+      Face(), widget, [this] { return FilesDropped.HasHandler(); },
+      [this](const std::vector<std::string>& paths) { Raise(FilesDropped, paths); });
 }
 
 std::size_t QtRichTextBox::SelLength() const { return TheWidget().SelectionEnd() - SelStart(); }
@@ -35,6 +48,10 @@ Rect QtRichTextBox::CaretBounds() const {
       static_cast<int>(editor.SendScintilla(QsciScintillaBase::SCI_TEXTHEIGHT, line));
   const QPoint inside = editor.viewport()->mapTo(&editor, place);
   return Face().TheScale().Twips(QRect(inside, QSize(caretWidth, height)));
+}
+
+void QtRichTextBox::SetZoom(int steps) {
+  TheWidget().SetZoom(std::clamp(steps, smallestZoom, largestZoom));
 }
 
 void QtRichTextBox::ShowColors() {

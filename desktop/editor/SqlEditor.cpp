@@ -7,13 +7,17 @@
 #include <Qsci/qscicommandset.h>
 #include <Qsci/qscilexersql.h>
 
+#include <QApplication>
 #include <QEvent>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QScrollBar>
+#include <QWheelEvent>
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "contract/text/Utf8.h"
 #include "desktop/base/Text.h"
@@ -27,7 +31,6 @@ namespace tessel {
 namespace {
 
 constexpr int marginCount = 5;
-constexpr int ordinaryPoints = 10;
 constexpr long leftPadding = 4;
 constexpr int columnsOfTab = 4;
 constexpr int columnsOfCode = 4;  ///< A control character is shown by its name.
@@ -79,13 +82,18 @@ constexpr std::array ordinaryCommands{
     QsciCommand::EditToggleOvertype,
 };
 
-/// The form's font when there is one like it, else the system's fixed one.
+/// The form's font when there is one like it, else the system's fixed one; in the size of the
+/// desktop's texts.
 QFont FixedFont(QFont wanted) {
+  const QFont desktop = QApplication::font();
+  if (desktop.pointSizeF() > 0) wanted.setPointSizeF(desktop.pointSizeF());
+  else wanted.setPixelSize(desktop.pixelSize());
   wanted.setStyleHint(QFont::Monospace);
   wanted.setFamilies({wanted.family(), "Liberation Mono", "DejaVu Sans Mono", "monospace"});
   if (QFontInfo(wanted).fixedPitch()) return wanted;
   QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  fixed.setPointSize(ordinaryPoints);
+  if (wanted.pointSizeF() > 0) fixed.setPointSizeF(wanted.pointSizeF());
+  else fixed.setPixelSize(wanted.pixelSize());
   return fixed;
 }
 
@@ -137,8 +145,12 @@ SqlEditor::SqlEditor(QWidget* parent) : QsciScintilla(parent) {
   wrapAnew_.setInterval(resizingPause);
   connect(&wrapAnew_, &QTimer::timeout, this, &SqlEditor::WrapAnew);
   connect(this, &QsciScintillaBase::SCN_MODIFIED, this,
-          [this](int, int type) { NoteModified(type); });
+          [this](int position, int type, const char*, int length) {
+            NoteModified(position, type, length);
+          });
   connect(this, &QsciScintillaBase::SCN_ZOOM, this, &SqlEditor::MeasureAnew);
+  connect(this, &QsciScintillaBase::SCN_UPDATEUI, this, &SqlEditor::TellCaret);
+  connect(this, &QsciScintilla::linesChanged, this, [this] { look_.FitNumbers(); });
   ready_ = true;
 }
 
@@ -152,8 +164,8 @@ void SqlEditor::SetLanguage(const QString& language) {
     lexer_ = std::make_unique<QsciLexerSQL>();
     setLexer(lexer_.get());
     SendScintilla(SCI_SETPROPERTY, "fold", "0");
-    setBraceMatching(SloppyBraceMatch);
   }
+  look_.SetCode(lexer_ != nullptr);
   ShowColors();
 }
 
@@ -165,7 +177,10 @@ std::string_view SqlEditor::Shown() const {
   return {bytes, length};
 }
 
-std::size_t SqlEditor::Length() const { return Shown().size() - breaks_.Count(); }
+/// Without a look at the bytes, which the component would have to bring together for it.
+std::size_t SqlEditor::Length() const {
+  return static_cast<std::size_t>(SendScintilla(SCI_GETLENGTH)) - breaks_.Count();
+}
 
 std::string SqlEditor::BytesBetween(std::size_t start, std::size_t end) const {
   const std::string_view shown = Shown();
@@ -220,6 +235,9 @@ void SqlEditor::SetBytes(std::string_view bytes) {
   SendScintilla(SCI_SETSCROLLWIDTH, 1UL);
   SendScintilla(SCI_SETMODEVENTMASK, static_cast<unsigned long>(SC_MODEVENTMASKALL));
   TakeLineEnd(bytes);
+  ClearError();
+  look_.FitNumbers();
+  TellCaret();
   RenewTextAccess(*this, *this);
 }
 
@@ -285,6 +303,7 @@ void SqlEditor::setWrapMode(WrapMode mode) {
 }
 
 void SqlEditor::MeasureAnew() {
+  look_.FitNumbers();
   if (wrapWidth_ == 0) return;
   wrapWidth_ = -1;
   wrapAnew_.start();
@@ -370,6 +389,70 @@ void SqlEditor::ReplaceInPieces(std::string_view bytes) {
   Select(start + bytes.size(), 0);
 }
 
+// --- what a person who types expects -------------------------------------------------------------
+
+TextSpot SqlEditor::CaretSpot() const {
+  const long caret = SendScintilla(SCI_GETCURRENTPOS);
+  if (!breaks_.Empty()) return SpotOf(Bytes(), breaks_.InText(static_cast<std::size_t>(caret)));
+  const long line = SendScintilla(SCI_LINEFROMPOSITION, caret);
+  const long start = SendScintilla(SCI_POSITIONFROMLINE, line);
+  const long before = SendScintilla(SCI_COUNTCHARACTERS, static_cast<unsigned long>(start), caret);
+  return {line + 1, before + 1};
+}
+
+void SqlEditor::UndoStep() {
+  const Writing writing(*this);
+  undo();
+}
+
+void SqlEditor::RedoStep() {
+  const Writing writing(*this);
+  redo();
+}
+
+void SqlEditor::MarkError(const TextRange& range) {
+  error_ = range;
+  look_.Mark(breaks_.Shown(range.begin), breaks_.Shown(range.end));
+}
+
+void SqlEditor::ClearError() {
+  error_.reset();
+  look_.ClearMark();
+}
+
+void SqlEditor::SetZoom(int points) {
+  if (points != Zoom()) SendScintilla(SCI_SETZOOM, points);
+}
+
+void SqlEditor::keyPressEvent(QKeyEvent* event) {
+  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+  if (isEnter && plain && lexer_ != nullptr && !isReadOnly()) BeginLine();
+  else QsciScintilla::keyPressEvent(event);
+}
+
+/// With the blanks of the line before: both are one change.
+void SqlEditor::BeginLine() {
+  const long start = SendScintilla(SCI_GETSELECTIONSTART);
+  const long line = SendScintilla(SCI_POSITIONFROMLINE, SendScintilla(SCI_LINEFROMPOSITION, start));
+  const auto* bytes = reinterpret_cast<const char*>(
+      SendScintilla(SCI_GETRANGEPOINTER, static_cast<unsigned long>(line), start - line));
+  const auto before = static_cast<std::size_t>(start - line);
+  std::string text = eolMode() == EolWindows ? "\r\n" : "\n";
+  text += BlanksOfNewLine({bytes, before}, before);
+  SendScintilla(SCI_REPLACESEL, text.c_str());
+  SendScintilla(SCI_SCROLLCARET);
+}
+
+void SqlEditor::wheelEvent(QWheelEvent* event) {
+  if (!event->modifiers().testFlag(Qt::ControlModifier)) return QsciScintilla::wheelEvent(event);
+  wheel_ += event->angleDelta().y();
+  const int steps = wheel_ / QWheelEvent::DefaultDeltasPerStep;
+  wheel_ -= steps * QWheelEvent::DefaultDeltasPerStep;
+  if (steps != 0) emit zoomWanted(steps);
+  event->accept();
+}
+
 // --- its look and its keys -----------------------------------------------------------------------
 
 void SqlEditor::SetColors(const QColor& ground, const QColor& text) {
@@ -389,7 +472,8 @@ bool SqlEditor::event(QEvent* event) {
 void SqlEditor::changeEvent(QEvent* event) {
   QsciScintilla::changeEvent(event);
   if (!ready_) return;
-  const bool fontChanged = event->type() == QEvent::FontChange;
+  const bool fontChanged =
+      event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange;
   if (fontChanged || event->type() == QEvent::PaletteChange) ShowColors();
   if (fontChanged) MeasureAnew();
 }
@@ -405,13 +489,42 @@ void SqlEditor::KeepOrdinaryKeys() {
 /// Scintilla must not be changed from inside its own notice, so the word goes out once the event
 /// that caused it has been handled; a change from outside any event (a menu, a drop) is told from
 /// the event loop.
-void SqlEditor::NoteModified(int type) {
+void SqlEditor::NoteModified(int position, int type, int length) {
+  MoveMark(position, type, length);
   if (writing_ > 0 || (type & (SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT)) == 0) return;
   const bool first = !modified_;
   modified_ = true;
   if (first && handling_ == 0)
     QMetaObject::invokeMethod(
         this, [this] { TellEdited(); }, Qt::QueuedConnection);
+}
+
+/// The mark is taken away from the event loop, as nothing may be changed from inside a notice.
+void SqlEditor::MoveMark(int position, int type, int length) {
+  if (!error_ || (type & (SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT)) == 0) return;
+  const auto bytes = static_cast<std::size_t>(length);
+  const bool inserts = (type & SC_MOD_INSERTTEXT) != 0;
+  error_ = AfterChange(*error_, static_cast<std::size_t>(position), inserts ? 0 : bytes,
+                       inserts ? bytes : 0);
+  if (error_) return;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (!error_) look_.ClearMark();
+      },
+      Qt::QueuedConnection);
+}
+
+void SqlEditor::TellCaret() {
+  if (std::exchange(tellsCaret_, true)) return;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        tellsCaret_ = false;
+        look_.ShowBrackets();
+        emit caretMoved();
+      },
+      Qt::QueuedConnection);
 }
 
 void SqlEditor::TellEdited() {
@@ -428,11 +541,7 @@ void SqlEditor::ShowColors() {
   setCaretForegroundColor(text);
   setSelectionBackgroundColor(palette().color(QPalette::Highlight));
   setSelectionForegroundColor(palette().color(QPalette::HighlightedText));
-  const Tokens& colors = TokensOn(ground);
-  setMatchedBraceBackgroundColor(colors.selection);
-  setMatchedBraceForegroundColor(colors.text);
-  setUnmatchedBraceBackgroundColor(ground);
-  setUnmatchedBraceForegroundColor(ReadableOn(ground, colors.error, text));
+  look_.Show(ground, text, FixedFont(font()));
 }
 
 void SqlEditor::ColorPlainText(const QColor& ground, const QColor& text) {

@@ -5,23 +5,27 @@
 #include <QColor>
 #include <QTimer>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "contract/text/TextRange.h"
+#include "desktop/editor/CodeLook.h"
 #include "desktop/editor/LongTextAccess.h"
 #include "desktop/plain/LineBreaks.h"
 
 namespace tessel {
 
 /// The editor widget of a rich-text box: a Scintilla editor of bytes in UTF-8 with ordinary editing
-/// keys only, without margins, coloured for the light or dark ground it stands on.
+/// keys only, coloured for the light or dark ground it stands on, in the size that the desktop has
+/// for its texts.
 ///
 /// A very long line of a text that is read-only is shown in pieces, since it cannot be laid out in
 /// useful time; so is every line of a long read-only text that wraps, in pieces as wide as the
 /// window. Bytes and places given and taken are those of the text itself, and so is what is copied.
 ///
-/// Its form may give it the text property "language": "sql" colours SQL and matches brackets;
-/// without it the text is plain.
+/// Its form may give it the text property "language": "sql" colours SQL, numbers the lines, tints
+/// the current one, matches brackets and keeps the indentation; without it the text is plain.
 class SqlEditor : public QsciScintilla, public TextHolder {
   Q_OBJECT
   Q_PROPERTY(QString language READ Language WRITE SetLanguage)
@@ -52,6 +56,23 @@ class SqlEditor : public QsciScintilla, public TextHolder {
   /// bytes.
   void ReplaceSelection(std::string_view bytes);
 
+  /// Where the caret stands.
+  [[nodiscard]] TextSpot CaretSpot() const;
+  [[nodiscard]] bool CanUndo() const { return SendScintilla(SCI_CANUNDO) != 0; }
+  [[nodiscard]] bool CanRedo() const { return SendScintilla(SCI_CANREDO) != 0; }
+  // Without `edited`.
+  void UndoStep();
+  void RedoStep();
+
+  /// Underlines the range with a wave until a change touches it.
+  void MarkError(const TextRange& range);
+  void ClearError();
+  [[nodiscard]] const std::optional<TextRange>& MarkedError() const { return error_; }
+
+  /// Points more than the desktop's size.
+  [[nodiscard]] int Zoom() const { return static_cast<int>(SendScintilla(SCI_GETZOOM)); }
+  void SetZoom(int points);
+
   /// The colours of ground and plain text; an invalid one is the palette's.
   void SetColors(const QColor& ground, const QColor& text);
 
@@ -62,12 +83,18 @@ class SqlEditor : public QsciScintilla, public TextHolder {
   /// The user changed the text; sent after the change is complete, so the text may be changed
   /// again.
   void edited();
+  /// The caret, the selection or the text is another one; sent from the event loop.
+  void caretMoved();
+  /// The user turned the wheel with Ctrl held, by so many steps.
+  void zoomWanted(int steps);
 
  protected:
   bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
   QMimeData* toMimeData(const QByteArray& text, bool rectangular) const override;
 
  private:
@@ -95,13 +122,20 @@ class SqlEditor : public QsciScintilla, public TextHolder {
   void ReplaceInPieces(std::string_view bytes);
   void SelectShown(std::size_t start, std::size_t end);
   void KeepOrdinaryKeys();
-  void NoteModified(int type);
+  void NoteModified(int position, int type, int length);
+  void MoveMark(int position, int type, int length);
   void TellEdited();
+  void TellCaret();
+  void BeginLine();
   void ShowColors();
   void ColorPlainText(const QColor& ground, const QColor& text);
 
   QString language_;
   std::unique_ptr<QsciLexer> lexer_;
+  CodeLook look_{*this};
+  std::optional<TextRange> error_;
+  int wheel_ = 0;  ///< Turned since the last step, in eighths of a degree.
+  bool tellsCaret_ = false;
   LineBreaks breaks_;
   WrapMode wrap_ = WrapNone;  ///< As asked for.
   int wrapWidth_ = 0;  ///< Pixels the lines were broken for; 0 when that was not done, -1 when

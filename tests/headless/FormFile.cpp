@@ -178,7 +178,9 @@ class FormReader {
   std::vector<std::string> menuBar_;
 };
 
-constexpr std::array<std::pair<std::string_view, int>, 16> keyNames{{
+constexpr int slash = 191;
+
+constexpr std::array<std::pair<std::string_view, int>, 17> keyNames{{
     {"Ins", key::insert},
     {"Insert", key::insert},
     {"Del", key::del},
@@ -193,6 +195,7 @@ constexpr std::array<std::pair<std::string_view, int>, 16> keyNames{{
     {"Up", key::up},
     {"Down", key::down},
     {"=", key::equals},
+    {"/", slash},
     {".", key::fullStop},
     {"'", key::apostrophe},
 }};

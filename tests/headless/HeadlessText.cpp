@@ -87,6 +87,60 @@ int HeadlessTextBox::LineCount() const {
   }
 }
 
+HeadlessRichTextBox::HeadlessRichTextBox(const FormWidget& widget, FailureSink& failures,
+                                         FocusKeeper& keeper, HeadlessControl* container)
+    : HeadlessTextControl(widget, failures, keeper, container),
+      isSql_(widget.properties.Text("language") == "sql") {}
+
+void HeadlessRichTextBox::Select(std::size_t start, std::size_t length) {
+  Buffer().Select(start, length);
+  Raise(CaretMoved);
+}
+
+void HeadlessRichTextBox::WriteText(std::string_view text) {
+  Buffer().SetText(text);
+  error_.reset();
+  undo_.clear();
+  redo_.clear();
+  Raise(CaretMoved);
+}
+
+void HeadlessRichTextBox::WriteSelText(std::string_view text) {
+  undo_.push_back(Buffer());
+  redo_.clear();
+  if (error_) error_ = AfterChange(*error_, SelStart(), SelLength(), text.size());
+  Buffer().Replace(text);
+  Raise(CaretMoved);
+}
+
+void HeadlessRichTextBox::Exchange(std::vector<TextBuffer>& from, std::vector<TextBuffer>& to) {
+  to.push_back(Buffer());
+  Buffer() = from.back();
+  from.pop_back();
+  error_.reset();
+  Raise(CaretMoved);
+}
+
+void HeadlessRichTextBox::TypeText(std::string_view text) {
+  if (!isSql_ || text != "\n" || Locked()) return HeadlessTextControl::TypeText(text);
+  const std::string& all = Buffer().Text();
+  const std::size_t line = SelStart() == 0 ? 0 : all.rfind('\n', SelStart() - 1) + 1;
+  SetSelText("\n" + std::string(BlanksOfNewLine(all.substr(line), SelStart() - line)));
+}
+
+void HeadlessRichTextBox::SetZoom(int steps) {
+  zoom_ = std::clamp(steps, smallestZoom, largestZoom);
+}
+
+void HeadlessRichTextBox::TurnWheel(int steps) {
+  SetZoom(zoom_ + steps);
+  Raise(Zoomed);
+}
+
+TextSpot HeadlessRichTextBox::CaretSpot() const {
+  return SpotOf(Buffer().Text(), Buffer().Caret());
+}
+
 Rect HeadlessRichTextBox::CaretBounds() const {
   const std::string_view before = std::string_view(Buffer().Text()).substr(0, Buffer().Caret());
   const int line = static_cast<int>(std::ranges::count(before, '\n'));

@@ -3,8 +3,9 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "contract/desktop/controls/TextBox.h"
+#include "contract/desktop/controls/EditorBox.h"
 #include "tests/headless/HeadlessControl.h"
 
 namespace tessel::test {
@@ -94,6 +95,7 @@ class HeadlessTextControl : public Headless<Kind>, public Typist {
   void WriteSelText(std::string_view text) override { buffer_.Replace(text); }
   [[nodiscard]] bool SeveralLines() const { return severalLines_; }
   [[nodiscard]] const TextBuffer& Buffer() const { return buffer_; }
+  [[nodiscard]] TextBuffer& Buffer() { return buffer_; }
 
  private:
   bool Erase(bool backwards) {
@@ -117,16 +119,46 @@ class HeadlessTextBox final : public HeadlessTextControl<TextBox> {
   [[nodiscard]] int LineCount() const override;
 };
 
-class HeadlessRichTextBox final : public HeadlessTextControl<RichTextBox> {
+class HeadlessRichTextBox final : public HeadlessTextControl<EditorBox> {
  public:
-  using HeadlessTextControl::HeadlessTextControl;
+  HeadlessRichTextBox(const FormWidget& widget, FailureSink& failures, FocusKeeper& keeper,
+                      HeadlessControl* container);
+  void Select(std::size_t start, std::size_t length) override;
   [[nodiscard]] int RightMargin() const override { return rightMargin_; }
   void SetRightMargin(int twips) override { rightMargin_ = twips; }
   /// Every character counts as 120 twips wide and 240 high, without wrapping.
   [[nodiscard]] Rect CaretBounds() const override;
+  [[nodiscard]] TextSpot CaretSpot() const override;
+  [[nodiscard]] bool CanUndo() const override { return !undo_.empty(); }
+  [[nodiscard]] bool CanRedo() const override { return !redo_.empty(); }
+  void MarkError(const TextRange& range) override { error_ = range; }
+  void ClearError() override { error_.reset(); }
+  [[nodiscard]] std::optional<TextRange> MarkedError() const override { return error_; }
+  [[nodiscard]] int Zoom() const override { return zoom_; }
+  void SetZoom(int steps) override;
+
+  void TypeText(std::string_view text) override;
+
+  // --- what a user does --------------------------------------------------------------------------
+  void DropFiles(const std::vector<std::string>& paths) { Raise(FilesDropped, paths); }
+  /// With Ctrl held.
+  void TurnWheel(int steps);
+
+ protected:
+  void WriteText(std::string_view text) override;
+  void WriteSelText(std::string_view text) override;
+  void WriteUndo() override { Exchange(undo_, redo_); }
+  void WriteRedo() override { Exchange(redo_, undo_); }
 
  private:
+  void Exchange(std::vector<TextBuffer>& from, std::vector<TextBuffer>& to);
+
   int rightMargin_ = 0;
+  bool isSql_;
+  int zoom_ = 0;
+  std::optional<TextRange> error_;
+  std::vector<TextBuffer> undo_;
+  std::vector<TextBuffer> redo_;
 };
 
 }  // namespace tessel::test
