@@ -7,11 +7,13 @@
 #include <utility>
 
 #include "contract/desktop/controls/Button.h"
-#include "contract/desktop/controls/TextBox.h"
+#include "contract/desktop/controls/EditorBox.h"
 #include "contract/text/TextCut.h"
 #include "logic/program/FileDialogs.h"
 #include "logic/text/SqlTarget.h"
 #include "logic/text/TextDocument.h"
+#include "logic/text/TextZoom.h"
+#include "logic/text/find/FindLine.h"
 
 namespace tessel {
 
@@ -36,7 +38,7 @@ class frmText {
       : global_(global),
         sqlWindow_(sqlWindow),
         window_(global.TheDesktop().MakeWindow("frmText")),
-        txtText_(window_->Find<RichTextBox>("txtText")),
+        txtText_(window_->Find<EditorBox>("txtText")),
         cmdOK_(window_->Find<Button>("cmdOK")),
         cmdCancel_(window_->Find<Button>("cmdCancel")),
         cmdOpen_(window_->Find<Button>("cmdOpen")),
@@ -45,7 +47,10 @@ class frmText {
         cmdCopyToSQLWindow_(window_->Find<Button>("cmdCopyToSQLWindow")),
         chkWordWrap_(window_->Find<CheckBox>("chkWordWrap")),
         dlgCommon_(window_->FileDialogNamed("dlgCommon")),
-        document_(global, txtText_) {
+        document_(global, txtText_),
+        find_(*window_, txtText_),
+        zoom_(global, txtText_, "viewer zoom") {
+    txtText_.Change = [this] { find_.NoteChange(); };
     window_->KeyDown = [this](KeyEvent& event) { Form_KeyDown(event); };
     cmdOK_.Click = [this] { cmdOK_Click(); };
     cmdCancel_.Click = [this] { cmdCancel_Click(); };
@@ -114,6 +119,8 @@ class frmText {
 
   void Form_KeyDown(KeyEvent& event) {
     using namespace shiftState;
+    event.handled = find_.TakeKey(event) || zoom_.TakeKey(event);
+    if (event.handled) return;
     if (event.keyCode == 'C' && event.shift == (ctrl | alt)) event.handled = cmdCopy_.Press();
     else if (event.keyCode == 'C' && event.shift == (ctrl | shift))
       event.handled = cmdCopyToSQLWindow_.Press();
@@ -126,7 +133,10 @@ class frmText {
     else if (event.keyCode == 'S') event.handled = cmdSave_.Press();
     else if (event.keyCode == key::enter) event.handled = cmdOK_.Press();
     else if (event.keyCode == key::tab) event.handled = LeaveText();
-    else if (event.keyCode == 'W' && chkWordWrap_.Visible()) {
+    else if (event.keyCode == 'F' || event.keyCode == 'H') {
+      find_.Open(event.keyCode == 'H');
+      event.handled = true;
+    } else if (event.keyCode == 'W' && chkWordWrap_.Visible()) {
       chkWordWrap_.SetValue(!chkWordWrap_.Value());
       event.handled = true;
     }
@@ -142,7 +152,7 @@ class frmText {
   const Global& global_;
   SqlTarget& sqlWindow_;
   std::unique_ptr<Window> window_;
-  RichTextBox& txtText_;
+  EditorBox& txtText_;
   Button& cmdOK_;
   Button& cmdCancel_;
   Button& cmdOpen_;
@@ -152,6 +162,8 @@ class frmText {
   CheckBox& chkWordWrap_;
   FileDialog& dlgCommon_;
   TextDocument document_;
+  FindLine find_;
+  TextZoom zoom_;
   bool accepted_ = false;
 };
 
