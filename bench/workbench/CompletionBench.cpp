@@ -1,40 +1,17 @@
 #include <QAbstractItemView>
-#include <QApplication>
-#include <QKeyEvent>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 
 #include "bench/workbench/Parts.h"
-#include "desktop/window/QtWindow.h"
-#include "logic/query/frmMain.h"
+#include "bench/workbench/QueryWindow.h"
 
 namespace tessel::bench {
 
 namespace {
 
 constexpr int rounds = 9;
-
-class NoHost : public QueryHost {
- public:
-  void DoSQL(bool /*preview*/) override {}
-  void FocusFirstRecordsWindow() override {}
-  void FocusBrowser() override {}
-};
-
-/// Tells that a widget has been painted.
-class PaintWatch : public QObject {
- public:
-  explicit PaintWatch(QWidget& widget) { widget.installEventFilter(this); }
-  bool painted = false;
-
- protected:
-  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-    painted = painted || event->type() == QEvent::Paint;
-    return false;
-  }
-};
 
 WordList ManyWords(int count) {
   WordList words;
@@ -55,21 +32,13 @@ const Way ways[] = {{" words", "", Qt::ControlModifier},
                     {" words by initials", "", Qt::ControlModifier | Qt::AltModifier},
                     {" words by typed initials", "co", Qt::ControlModifier | Qt::AltModifier}};
 
-void Press(QWidget& widget, int qtKey, Qt::KeyboardModifiers modifiers) {
-  QKeyEvent down(QEvent::KeyPress, qtKey, modifiers);
-  QCoreApplication::sendEvent(&widget, &down);
-}
-
 }  // namespace
 
 void MeasureCompletion(Parts& parts, int words) {
-  NoHost host;
-  frmMain main(parts.global, host, parts.vocabulary);
-  main.TheWindow().Show();
-  main.FocusText();
-  parts.desktop.ProcessPending();
+  QueryWindow query(parts);
+  frmMain& main = query.main;
   Vocabulary::ListNamed(parts.vocabulary.Fields(), "bench") = ManyWords(words);
-  auto& root = dynamic_cast<QtWindow&>(main.TheWindow()).Root();
+  QWidget& root = query.Root();
   auto& text = *root.findChild<QWidget*>("txtQuery");
   auto& list = *root.findChild<QAbstractItemView*>("lstOptions");
   PaintWatch paint(*list.viewport());

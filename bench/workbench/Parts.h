@@ -52,5 +52,7 @@ void Report(const std::string& what, const std::string& figures);
 void MeasureSchema(Parts& parts, const std::string& connectionString);
 /// From a completion key to the painted list.
 void MeasureCompletion(Parts& parts, int words);
+/// From a key to the painted text of so many megabytes, and finding in it.
+void MeasureEditor(Parts& parts, int megabytes);
 
 }  // namespace tessel::bench

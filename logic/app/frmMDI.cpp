@@ -7,6 +7,8 @@
 #include <algorithm>
 
 #include "contract/base/Error.h"
+#include "contract/text/TextCut.h"
+#include "logic/app/EditMenu.h"
 #include "logic/app/dlgAbout.h"
 #include "logic/text/frmText.h"
 
@@ -33,6 +35,7 @@ frmMDI::frmMDI(const Global& global, Vocabulary& vocabulary, TagStore& tags)
       sidebar_(*window_),
       async_(global.TheDesktop(), *window_),
       main_(std::make_unique<frmMain>(global, static_cast<QueryHost&>(*this), vocabulary)),
+      droppedFiles_(global, *main_, [this](const std::string& path) { ConnectToFile(path); }),
       browser_({global, *window_, async_, vocabulary, *main_, *this}),
       tagsPanel_({global, *window_, tags, *main_, *this}),
       allConnections_(global, async_, *window_, static_cast<RecordsHost&>(*this),
@@ -70,20 +73,31 @@ void frmMDI::MDIForm_Unload() { async_.Unload(); }
 
 void frmMDI::WireMenus() {
   WireFileMenu();
+  WireDatabaseMenu();
+  WireEdit();
+  WireWindowMenu();
+}
+
+void frmMDI::WireDatabaseMenu() {
   window_->Menu("mnuDBExecute").Click = [this] { DoSQL(false); };
   window_->Menu("mnuDBPreview").Click = [this] { DoSQL(true); };
+  window_->Menu("mnuDBExecuteStatement").Click = [this] { DoStatement(); };
   window_->Menu("mnuDBExecuteAll").Click = [this] { DoSQLAtOnce(false); };
   window_->Menu("mnuDBPreviewAll").Click = [this] { DoSQLAtOnce(true); };
   window_->Menu("mnuDBMergedRows").Click = [this] { allConnections_.ShowMergedRows(); };
   window_->Menu("mnuDBDifferences").Click = [this] { allConnections_.ShowDifferences(); };
   window_->Menu("mnuDBSummary").Click = [this] { allConnections_.ShowSummary(); };
   window_->Menu("mnuDBConnect").Click = [this] { mnuDBConnect_Click(); };
+}
+
+void frmMDI::WireEdit() {
   window_->Menu("menuEdit").Click = [this] {
     window_->Menu("mnuEditWordWrap").SetChecked(main_->WordWrapBox().Value());
+    ShowEditMenu(*window_, *main_);
   };
+  WireEditMenu(*window_, *main_);
   window_->Menu("mnuEditWordWrap").Click = [this] { mnuEditWordWrap_Click(); };
   window_->Menu("mnuEditVocab").Click = [this] { mnuEditVocab_Click(); };
-  WireWindowMenu();
 }
 
 void frmMDI::WireFileMenu() {
@@ -154,9 +168,11 @@ void frmMDI::DoSQL(bool preview) {
   const std::optional<std::string> sql = SelectedSQL();
   if (!sql) return;
   const std::vector<frmRecords*> windows = allConnections_.TakingPart();
+  main_->ForgetFailure();
   std::size_t ran = 0;
   for (frmRecords* window : windows) {
     const bool succeeded = window->DoQueryTags(*sql, preview, newQuery);
+    ShowFailureOf({window});
     ShowResults();
     if (++ran == windows.size() || succeeded) continue;
     if (!AskToContinue(*window)) break;
@@ -168,10 +184,41 @@ void frmMDI::DoSQL(bool preview) {
 void frmMDI::DoSQLAtOnce(bool preview) {
   const std::optional<std::string> sql = SelectedSQL();
   if (!sql) return;
+  main_->ForgetFailure();
   const bool ran = allConnections_.RunAtOnce(*sql, preview);
+  if (ran) ShowFailureOf(allConnections_.TakingPart());
   if (ran) ShowResults();
   FocusQueryWindow();
   if (ran && allConnections_.TakingPart().size() > 1) allConnections_.ShowSummary();
+}
+
+void frmMDI::DoStatement() {
+  if (main_->SelectStatement(DialectInUse())) return DoSQL(false);
+  help_.HelpMsgBoxNotice("There is no statement at the caret.", MessageButtons::Ok,
+                         MessageIcon::Exclamation);
+  FocusQueryWindow();
+}
+
+/// Where the connections are of several kinds, the one that was opened first decides: it is the
+/// first to run what is selected, and the user sees what that is before it runs on the others.
+SqlDialect frmMDI::DialectInUse() const {
+  for (const frmRecords* window : allConnections_.TakingPart()) {
+    const Property* name = window->TheConnection()->ProviderProperties().Find("DBMS Name");
+    if (name != nullptr) return DialectOf(ToText(ToView(name->value)));
+  }
+  return SqlDialect::Standard;
+}
+
+/// Of several failures the first one is marked. What is trimmed from the front of the selection has
+/// not run.
+void frmMDI::ShowFailureOf(const std::vector<frmRecords*>& windows) {
+  const std::string selected = main_->SelectedText();
+  const std::size_t trimmed = selected.find_first_not_of(" \t\r\n");
+  for (const frmRecords* window : windows) {
+    const std::optional<TextRange>& place = window->LastRun().failedPlace;
+    if (!place || main_->HasFailure() || trimmed == std::string::npos) continue;
+    main_->ShowFailure({trimmed + place->begin, trimmed + place->end});
+  }
 }
 
 /// What is selected in the query window; nothing when there is none, or no connection to run it on,
@@ -221,6 +268,13 @@ std::vector<frmRecords*> frmMDI::RecordsWindows() const {
 void frmMDI::mnuDBConnect_Click() {
   if (recordsWindowCount_ == 1 && !AskWhichInstance()) return;
   dlgConnect(global_, *this).Go(*window_);
+}
+
+void frmMDI::ConnectToFile(const std::string& path) {
+  if (recordsWindowCount_ == 1 && !AskWhichInstance()) return;
+  std::string name = path;
+  KeepAfterLast(name, std::string_view(&pathSeparator, 1));
+  OpenRecordsWindow({ConnectionToFile(path), name}, "", "", false);
 }
 
 /// Going from one connection to two is a choice that the user may not expect. True to go on in this

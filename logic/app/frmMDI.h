@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "contract/sql/SqlDialect.h"
+#include "logic/app/DroppedFiles.h"
 #include "logic/app/Sidebar.h"
 #include "logic/app/WindowMenu.h"
 #include "logic/connections/dlgConnect.h"
@@ -40,6 +42,8 @@ class frmMDI : private QueryHost,
   /// Sends the query window's selected SQL to every records window, in the order in which they were
   /// opened.
   void DoSQL(bool preview) override;
+  /// Selects the statement that the query window's caret is in, and runs it.
+  void DoStatement();
   /// Runs the query window's selected SQL on all records windows that take part at once.
   void DoSQLAtOnce(bool preview);
   void mnuNewInstance_Click() override;
@@ -60,6 +64,8 @@ class frmMDI : private QueryHost,
  private:
   void WireMenus();
   void WireFileMenu();
+  void WireDatabaseMenu();
+  void WireEdit();
   void WireWindowMenu();
   void MDIForm_Load();
   void MDIForm_Unload();
@@ -76,6 +82,9 @@ class frmMDI : private QueryHost,
   [[nodiscard]] bool AskToContinue(frmRecords& failed);
   [[nodiscard]] std::optional<std::string> SelectedSQL();
   [[nodiscard]] bool SomeTakePart();
+  [[nodiscard]] SqlDialect DialectInUse() const;
+  void ShowFailureOf(const std::vector<frmRecords*>& windows);
+  void ConnectToFile(const std::string& path);
 
   // QueryHost
   void FocusFirstRecordsWindow() override;
@@ -127,6 +136,7 @@ class frmMDI : private QueryHost,
   int nextID_ = 0;
   int recordsWindowCount_ = 0;
   std::unique_ptr<frmMain> main_;
+  DroppedFiles droppedFiles_;
   SchemaBrowser browser_;
   TagsPanel tagsPanel_;
   AllConnections allConnections_;  ///< The records windows use it while they close.

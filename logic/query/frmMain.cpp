@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "contract/sql/SqlStatements.h"
 #include "contract/text/TextCut.h"
 #include "logic/program/FileDialogs.h"
 #include "logic/text/LineEnds.h"
@@ -20,6 +21,12 @@ constexpr const char* toolNames[] = {"cmdNew",         "cmdOpen",         "cmdSa
                                      "cmdExecute",     "chkWordWrap",     "cmdTakeBack",
                                      "cmdDiscardCopy", "cmdCloseRecovery"};
 
+/// The name of a file without its folder.
+std::string TitleOf(std::string path) {
+  KeepAfterLast(path, std::string_view(&pathSeparator, 1));
+  return path;
+}
+
 }  // namespace
 
 frmMain::frmMain(const Global& global, QueryHost& host, Vocabulary& vocabulary)
@@ -27,11 +34,15 @@ frmMain::frmMain(const Global& global, QueryHost& host, Vocabulary& vocabulary)
       host_(host),
       help_(global),
       window_(global.TheDesktop().MakeWindow("frmMain")),
-      txtQuery_(window_->Find<RichTextBox>("txtQuery")),
+      txtQuery_(window_->Find<EditorBox>("txtQuery")),
+      labPlace_(window_->Find<Label>("labPlace")),
       chkWordWrap_(window_->Find<CheckBox>("chkWordWrap")),
       dlgCommon_(window_->FileDialogNamed("dlgCommon")),
       document_(global, txtQuery_),
       completion_(*window_, vocabulary),
+      edit_(global.TheDesktop(), txtQuery_),
+      find_(*window_, txtQuery_),
+      zoom_(global, txtQuery_, "editor zoom"),
       recovery_(global, *window_, static_cast<RecoveryHost&>(*this)) {
   window_->KeyDown = [this](KeyEvent& event) { Form_KeyDown(event); };
   window_->QueryUnload = [this](bool& refuse, UnloadReason reason) {
@@ -39,6 +50,7 @@ frmMain::frmMain(const Global& global, QueryHost& host, Vocabulary& vocabulary)
   };
   window_->Unloaded = [this] { Form_Unload(); };
   txtQuery_.Change = [this] { txtQuery_Change(); };
+  txtQuery_.CaretMoved = [this] { txtQuery_CaretMoved(); };
   window_->Find<Button>("cmdNew").Click = [this] { cmdNew_Click(); };
   window_->Find<Button>("cmdOpen").Click = [this] { cmdOpen_Click(); };
   window_->Find<Button>("cmdSave").Click = [this] { cmdSave_Click(); };
@@ -48,6 +60,7 @@ frmMain::frmMain(const Global& global, QueryHost& host, Vocabulary& vocabulary)
   dlgCommon_.filter = "Query Files (*.sql, *.txt)|*.sql;*.txt|All Files (*.*)|*.*";
   document_.SetWordWrap(chkWordWrap_.Value());
   SetDocument("", "");
+  txtQuery_CaretMoved();
   Timer& timer = window_->TimerNamed("tmrFile");
   timer.SetInterval(fileMilliseconds);
   timer.Tick = [this] { LookAfterFile(); };
@@ -92,6 +105,12 @@ void frmMain::cmdOpen_Click() {
   dlgCommon_.fileName = path_;
   if (!ShowOpenFileDialog(dlgCommon_, global_.TheFiles(), true)) return;
   if (document_.Open(dlgCommon_.fileName)) SetDocument(dlgCommon_.fileName, dlgCommon_.fileTitle);
+}
+
+void frmMain::OpenFile(const std::string& path) {
+  txtQuery_.SetFocus();
+  if (CancelQueryFileUnload() || !document_.Open(path)) return;
+  SetDocument(path, TitleOf(path));
 }
 
 void frmMain::cmdSave_Click() { static_cast<void>(SaveChanges()); }
@@ -164,8 +183,14 @@ void frmMain::MarkSaved() {
 }
 
 void frmMain::txtQuery_Change() {
+  find_.NoteChange();
   recovery_.NoteChange();
   MarkChanged();
+}
+
+void frmMain::txtQuery_CaretMoved() {
+  const TextSpot spot = txtQuery_.CaretSpot();
+  labPlace_.SetCaption("Ln " + std::to_string(spot.line) + ", Col " + std::to_string(spot.column));
 }
 
 void frmMain::MarkChanged() {
@@ -185,7 +210,7 @@ void frmMain::cmdExecute_Click() {
 }
 
 void frmMain::Form_KeyDown(KeyEvent& event) {
-  event.handled = host_.HandleFrameKey(event.keyCode, event.shift);
+  event.handled = TakeEditorKey(event) || host_.HandleFrameKey(event.keyCode, event.shift);
   if (event.handled || event.shift != shiftState::none) return;
   event.handled = true;
   if (event.keyCode == key::f6) host_.FocusFirstRecordsWindow();
@@ -200,10 +225,41 @@ bool frmMain::ToolHasFocus() const {
       toolNames, [this](const char* name) { return window_->Find<Control>(name).HasFocus(); });
 }
 
+bool frmMain::TakeEditorKey(const KeyEvent& event) {
+  if (find_.TakeKey(event) || zoom_.TakeKey(event)) return true;
+  if (event.keyCode == key::f4 && event.shift == shiftState::none) return GoToFailure();
+  if (event.keyCode != 'H' || event.shift != shiftState::ctrl) return false;
+  find_.Open(true);
+  return true;
+}
+
 /// The window is never closed on its own; with the frame it goes unless the save question is
 /// cancelled.
 void frmMain::Form_QueryUnload(bool& refuse, UnloadReason reason) {
   refuse = reason == UnloadReason::ControlBox || CancelQueryFileUnload();
+}
+
+// --- the statement at the caret, and what failed -------------------------------------------------
+
+bool frmMain::SelectStatement(SqlDialect dialect) {
+  const std::size_t caret = txtQuery_.SelStart() + txtQuery_.SelLength();
+  const auto statement = StatementAt(txtQuery_.Text(), caret, dialect, ClientWords::Yes);
+  if (!statement) return false;
+  txtQuery_.Select(statement->begin, statement->end - statement->begin);
+  return true;
+}
+
+void frmMain::ShowFailure(const TextRange& inSelection) {
+  const std::size_t start = txtQuery_.SelStart();
+  txtQuery_.MarkError({start + inSelection.begin, start + inSelection.end});
+}
+
+bool frmMain::GoToFailure() {
+  const std::optional<TextRange> failed = txtQuery_.MarkedError();
+  if (!failed) return false;
+  txtQuery_.Select(failed->begin, 0);
+  txtQuery_.SetFocus();
+  return true;
 }
 
 // --- unsaved text that survives the program ------------------------------------------------------
@@ -216,10 +272,8 @@ std::optional<UnsavedText> frmMain::Unsaved() const {
 
 bool frmMain::TakeBack(const UnsavedText& unsaved) {
   if (CancelQueryFileUnload()) return false;
-  std::string title = unsaved.origin.path;
-  KeepAfterLast(title, std::string_view(&pathSeparator, 1));
   txtQuery_.SetText(unsaved.text);
-  SetDocument(unsaved.origin.path, title);
+  SetDocument(unsaved.origin.path, TitleOf(unsaved.origin.path));
   document_.SetOrigin(unsaved.origin);
   MarkChanged();
   txtQuery_.Select(unsaved.caret, 0);

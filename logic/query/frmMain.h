@@ -5,13 +5,18 @@
 #include <string>
 
 #include "contract/desktop/controls/Button.h"
-#include "contract/desktop/controls/TextBox.h"
+#include "contract/desktop/controls/EditorBox.h"
+#include "contract/desktop/controls/Label.h"
+#include "contract/sql/SqlDialect.h"
 #include "logic/program/Help.h"
 #include "logic/query/QueryHost.h"
 #include "logic/query/RecoveryLine.h"
 #include "logic/query/completion/CompletionList.h"
+#include "logic/query/editing/EditCommands.h"
 #include "logic/text/SqlTarget.h"
 #include "logic/text/TextDocument.h"
+#include "logic/text/TextZoom.h"
+#include "logic/text/find/FindLine.h"
 
 namespace tessel {
 
@@ -27,6 +32,8 @@ class frmMain : public SqlTarget, private RecoveryHost {
   void cmdOpen_Click();
   void cmdSave_Click();
   void cmdSaveAs_Click();
+  /// Opens a file without the dialog, with the same question.
+  void OpenFile(const std::string& path);
   void InsertText(std::string_view text) override;
   /// Stores both, clears the changed mark and refreshes the caption.
   void SetDocument(const std::string& path, const std::string& title);
@@ -39,6 +46,22 @@ class frmMain : public SqlTarget, private RecoveryHost {
 
   [[nodiscard]] Window& TheWindow() { return *window_; }
   [[nodiscard]] std::string SelectedText() const { return txtQuery_.SelText(); }
+  /// Selects the statement that the caret is in, read by the rules of that dialect; a word of a
+  /// client, such as DELIMITER, is part of none. False when there is none.
+  bool SelectStatement(SqlDialect dialect);
+  /// Marks what failed: a place in the text that is selected. It is marked until it is changed or
+  /// SQL runs again.
+  void ShowFailure(const TextRange& inSelection);
+  void ForgetFailure() { txtQuery_.ClearError(); }
+  [[nodiscard]] bool HasFailure() const { return txtQuery_.MarkedError().has_value(); }
+  /// Puts the caret to what is marked; false when nothing is.
+  bool GoToFailure();
+
+  // For the frame's Edit menu.
+  [[nodiscard]] EditorBox& Editor() { return txtQuery_; }
+  [[nodiscard]] EditCommands& Edit() { return edit_; }
+  [[nodiscard]] FindLine& Find() { return find_; }
+  [[nodiscard]] TextZoom& Zoom() { return zoom_; }
   void FocusText() { txtQuery_.SetFocus(); }
   [[nodiscard]] CheckBox& WordWrapBox() { return chkWordWrap_; }
   /// The window's own mark of the connection connected last: the ground of its text.
@@ -46,10 +69,12 @@ class frmMain : public SqlTarget, private RecoveryHost {
 
  private:
   void txtQuery_Change();
+  void txtQuery_CaretMoved();
   void chkWordWrap_Click();
   void cmdExecute_Click();
   void Form_KeyDown(KeyEvent& event);
   [[nodiscard]] bool ToolHasFocus() const;
+  [[nodiscard]] bool TakeEditorKey(const KeyEvent& event);
   void Form_QueryUnload(bool& refuse, UnloadReason reason);
   void Form_Unload();
   void MarkSaved();
@@ -66,11 +91,15 @@ class frmMain : public SqlTarget, private RecoveryHost {
   QueryHost& host_;
   Help help_;
   std::unique_ptr<Window> window_;
-  RichTextBox& txtQuery_;
+  EditorBox& txtQuery_;
+  Label& labPlace_;
   CheckBox& chkWordWrap_;
   FileDialog& dlgCommon_;
   TextDocument document_;
   CompletionList completion_;
+  EditCommands edit_;
+  FindLine find_;
+  TextZoom zoom_;
   bool dirty_ = false;
   bool fileGone_ = false;  ///< The file of this text is no longer there, which has been said.
   std::string path_;

@@ -4,6 +4,7 @@
 
 #include "contract/base/Error.h"
 #include "logic/results/frmRecords.h"
+#include "logic/results/runs/FailedPlace.h"
 #include "logic/text/frmText.h"
 
 namespace tessel {
@@ -25,10 +26,11 @@ bool frmRecords::DoQueryTags(const std::string& taggedSQL, bool confirmFirst, in
 
 std::optional<PreparedQuery> frmRecords::Prepare(const std::string& taggedSQL, bool confirmFirst,
                                                  int historyPosition) {
+  report_.failedPlace.reset();
   std::optional<SubstitutedText> filled = Preprocess(taggedSQL);
   if (!filled) return std::nullopt;
-  return LetPass(
-      {std::move(filled->text), taggedSQL, confirmFirst, historyPosition, filled->usedSources});
+  return LetPass({std::move(filled->text), taggedSQL, confirmFirst, historyPosition,
+                  filled->usedSources, std::move(filled->tags)});
 }
 
 /// Nothing when the tags could not be filled in; the reason has been shown then.
@@ -46,7 +48,9 @@ std::optional<SubstitutedText> frmRecords::Preprocess(const std::string& taggedS
 
 /// Asks what there is to ask before it runs; nothing when the user takes it back.
 std::optional<PreparedQuery> frmRecords::LetPass(PreparedQuery query) {
+  const std::string shown = query.confirmFirst ? query.sql : std::string();
   if (query.confirmFirst && !ConfirmSQL(query.sql)) return std::nullopt;
+  query.edited = query.confirmFirst && query.sql != shown;
   if (!editing_.MayLeaveRows()) return std::nullopt;
   return query;
 }
@@ -105,6 +109,7 @@ bool frmRecords::Conclude(const PreparedQuery& query, std::int64_t elapsed, bool
   } catch (const Error& error) {
     ReportFailure(error);
   }
+  report_.failedPlace = FailedPlace(query, *query_);
   OfferStatements(query);
   if (done) FollowCommand();
   return done;

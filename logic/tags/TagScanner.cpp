@@ -62,8 +62,10 @@ class Scanner {
     if (!resolver_.Yield()) RaiseAppError("Cancelled.");
     const std::string_view name = text_.substr(nameStart, nameEnd - nameStart);
     result_.text.append(text_.substr(copied_, at_ - copied_));
+    const std::size_t filled = result_.text.size();
     result_.text += resolver_.Resolve({head[2], std::string(name), FlagsOf(head[0], head[1])});
     result_.usedSources |= source;
+    result_.tags.push_back({{at_, nameEnd + endLength}, {filled, result_.text.size()}});
     copied_ = at_ = nameEnd + endLength;
   }
 
@@ -83,6 +85,20 @@ class Scanner {
 
 SubstitutedText SubstituteTags(std::string_view sql, TagResolver& resolver) {
   return Scanner(sql, resolver).Run();
+}
+
+TextRange InTaggedText(const TextRange& filled, const std::vector<FilledTag>& tags) {
+  TextRange range = filled;
+  for (const FilledTag& one : tags) {
+    if (one.filled.begin >= filled.end) break;
+    const auto behind = [&one](std::size_t place) {
+      return one.tag.end + (place - one.filled.end);
+    };
+    range.end = filled.end > one.filled.end ? behind(filled.end) : one.tag.end;
+    if (one.filled.end <= filled.begin) range.begin = behind(filled.begin);
+    else if (one.filled.begin <= filled.begin) range.begin = one.tag.begin;
+  }
+  return range;
 }
 
 bool MayHoldTags(std::string_view sql) {

@@ -2,6 +2,9 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "contract/text/TextRange.h"
 
 namespace tessel {
 
@@ -51,11 +54,22 @@ class TagResolver {
   ~TagResolver() = default;
 };
 
+/// A tag that was filled in: where it stood, and where the text in its place stands in the new one.
+struct FilledTag {
+  TextRange tag;
+  TextRange filled;
+};
+
 /// A text whose tags have been filled in.
 struct SubstitutedText {
   std::string text;
-  int usedSources = 0;  ///< Bits of tagSource; 0 when it held no tag.
+  int usedSources = 0;               ///< Bits of tagSource; 0 when it held no tag.
+  std::vector<FilledTag> tags = {};  ///< In their order.
 };
+
+/// Where a range of the text that was filled in stands in the one with the tags. What took the
+/// place of a tag is all of the tag.
+[[nodiscard]] TextRange InTaggedText(const TextRange& filled, const std::vector<FilledTag>& tags);
 
 /// Fills in the tags of `sql`, except those in string literals. A text that takes a tag's place is
 /// not looked at again. Raises Error(application) at the first tag that is bad, cannot be resolved

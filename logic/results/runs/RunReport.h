@@ -1,7 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
+
+#include "contract/text/TextRange.h"
+#include "logic/tags/TagScanner.h"
 
 namespace tessel {
 
@@ -22,6 +27,8 @@ struct RunReport {
   std::int64_t firstRow = -1;         ///< Milliseconds from the start to the first columns.
   std::int64_t elapsed = -1;          ///< Milliseconds from the start to the end.
   std::string error = {};             ///< What failed, in the words of the database.
+  /// Where it failed, in the SQL as the user gave it; nothing where that is not known for sure.
+  std::optional<TextRange> failedPlace = {};
 };
 
 /// SQL that is ready to run in a records window: its tags are filled in, and the user has seen it
@@ -32,6 +39,8 @@ struct PreparedQuery {
   bool confirmFirst = false;
   int historyPosition = -1;  ///< Of the entry that it becomes again; -1: a new one.
   int tagKind = 0;           ///< What its tags were filled from.
+  std::vector<FilledTag> tags = {};
+  bool edited = false;  ///< The user changed it where he was shown it.
 };
 
 }  // namespace tessel

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "tests/headless/HeadlessText.h"
 #include "tests/logic/LogicFixture.h"
 
 namespace tessel {
@@ -357,6 +358,70 @@ TEST_F(frmMainTest, InsertedTextTakesTheLineEndsOfTheDocument) {
   box.SetText("");
   main.InsertText("SELECT\r\n  *\r\n");
   EXPECT_EQ(Text(), "SELECT\r\n  *\r\n");
+}
+
+TEST_F(frmMainTest, ThePlaceOfTheCaretShows) {
+  const Label& place = window.Find<Label>("labPlace");
+  EXPECT_EQ(place.Caption(), "Ln 1, Col 1");
+  TypeText("select\n  1");
+  EXPECT_EQ(place.Caption(), "Ln 2, Col 4");
+  box.Select(3, 0);
+  EXPECT_EQ(place.Caption(), "Ln 1, Col 4");
+}
+
+TEST_F(frmMainTest, CtrlHOpensTheFindLineWithTheReplacement) {
+  box.SetFocus();
+  window.PressKey('H', shiftState::ctrl);
+  EXPECT_EQ(window.FocusName(), "txtFind");
+  EXPECT_TRUE(window.VisibleInFact("txtReplace"));
+}
+
+TEST_F(frmMainTest, TheCompletionKeepsItsKey) {
+  box.SetFocus();
+  window.PressKey('F', shiftState::ctrl);
+  EXPECT_FALSE(window.VisibleInFact("fraFind"));
+}
+
+TEST_F(frmMainTest, ZoomIsRemembered) {
+  box.SetFocus();
+  window.PressKey(key::equals, shiftState::ctrl);
+  auto& editor = dynamic_cast<test::HeadlessRichTextBox&>(box);
+  EXPECT_EQ(editor.Zoom(), 1);
+  editor.TurnWheel(2);
+  EXPECT_EQ(Content("Tessel.view.txt"), "editor zoom=3\n");
+  window.PressKey('0', shiftState::ctrl);
+  EXPECT_EQ(editor.Zoom(), 0);
+  EXPECT_EQ(Content("Tessel.view.txt"), "editor zoom=0\n");
+}
+
+TEST_F(frmMainTest, TheStatementAtTheCaretIsSelected) {
+  box.SetText("select 'a;b';\nselect 2;\n");
+  box.Select(4, 0);
+  ASSERT_TRUE(main.SelectStatement(SqlDialect::Standard));
+  EXPECT_EQ(box.SelText(), "select 'a;b'");
+  ASSERT_TRUE(main.SelectStatement(SqlDialect::Standard)) << "it may run again";
+  EXPECT_EQ(box.SelText(), "select 'a;b'");
+  box.Select(15, 0);
+  ASSERT_TRUE(main.SelectStatement(SqlDialect::Standard));
+  EXPECT_EQ(box.SelText(), "select 2");
+  box.Select(box.Text().size(), 0);
+  EXPECT_FALSE(main.SelectStatement(SqlDialect::Standard));
+}
+
+TEST_F(frmMainTest, F4GoesToWhatFailed) {
+  box.SetText("x\nselect fro t");
+  box.Select(2, 12);
+  main.ShowFailure({7, 10});
+  EXPECT_EQ(window.Find<EditorBox>("txtQuery").MarkedError(), (TextRange{9, 12}));
+  box.Select(0, 0);
+  box.SetFocus();
+  window.PressKey(key::f4);
+  EXPECT_EQ(box.SelStart(), 9U);
+  EXPECT_EQ(box.SelLength(), 0U);
+  main.ForgetFailure();
+  box.Select(0, 0);
+  window.PressKey(key::f4);
+  EXPECT_EQ(box.SelStart(), 0U);
 }
 
 }  // namespace

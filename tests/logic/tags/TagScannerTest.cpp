@@ -84,6 +84,25 @@ TEST_F(SubstituteTagsTest, EveryTagAfterAnUnterminatedLiteralIsLeft) {
   EXPECT_EQ(used, tagSource::named);
 }
 
+TEST_F(SubstituteTagsTest, PlacesAreFoundAgainInTheTaggedText) {
+  names.texts["L"] = "a long text";
+  names.texts["E"] = "";
+  const std::string sql = "x <%?L%> y <%?E%>z <%?T%>";
+  const SubstitutedText result = SubstituteTags(sql, names);
+  ASSERT_EQ(result.text, "x a long text y z 5");
+  const auto tagged = [&](std::size_t begin, std::size_t end) {
+    const TextRange range = InTaggedText({begin, end}, result.tags);
+    return sql.substr(range.begin, range.end - range.begin);
+  };
+  EXPECT_EQ(tagged(0, 1), "x");
+  EXPECT_EQ(tagged(4, 8), "<%?L%>");
+  EXPECT_EQ(tagged(14, 15), "y");
+  EXPECT_EQ(tagged(16, 17), "z");
+  EXPECT_EQ(tagged(18, 19), "<%?T%>");
+  EXPECT_EQ(tagged(0, 19), sql);
+  EXPECT_EQ(tagged(0, 4), "x <%?L%>");
+}
+
 TEST_F(SubstituteTagsTest, AnOpeningInTheLastTwoPositionsIsNotLookedAt) {
   ExpectUnchanged("SELECT 1 <%");
   ExpectUnchanged("SELECT 1 {*");
