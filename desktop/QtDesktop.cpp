@@ -102,12 +102,14 @@ QtDesktop::QtDesktop(int& argc, char** argv)
         ShowMessage(message);
       })) {
   QApplication::setApplicationName(QStringLiteral("Tessel"));
+  QGuiApplication::setDesktopFileName(QStringLiteral("org.tessel.Tessel"));
   QApplication::setWindowIcon(NamedIcon(QStringLiteral("tessel")));
   QApplication::setQuitOnLastWindowClosed(false);
   QObject::connect(qApp, &QGuiApplication::commitDataRequest, &parts_->core.deferred,
                    [this](QSessionManager& session) {
                      session.setRestartHint(QSessionManager::RestartNever);
-                     EndSession();
+                     if (!CommitSession(session.allowsInteraction())) session.cancel();
+                     session.release();
                    });
 }
 
@@ -123,6 +125,15 @@ void QtDesktop::EndWhenReadable(int descriptor) {
     parts_->endNotifier->setEnabled(false);
     EndSession();
   });
+}
+
+/// A modal window or a handler under way is no place for the questions.
+bool QtDesktop::CommitSession(bool mayAsk) {
+  const DesktopCore& core = parts_->core;
+  const bool asks = mayAsk && core.frame != nullptr && core.loops.Depth() == 0;
+  if (asks) return core.frame->CloseAsByUser();
+  EndSession();
+  return true;
 }
 
 /// What is unsaved is copied before anything is closed. The frame goes when the handlers that are

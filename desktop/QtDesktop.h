@@ -27,6 +27,11 @@ class QtDesktop final : public Desktop {
   /// from the descriptor; the desktop's end is also that of the session.
   void EndWhenReadable(int descriptor);
 
+  /// The session is about to end. Where programs may ask their users, the frame is closed as by the
+  /// user, with its questions; false: the user keeps it. Where they may not, or something else is
+  /// under way, the program ends in order and without a question.
+  bool CommitSession(bool mayAsk);
+
   [[nodiscard]] std::unique_ptr<Window> MakeWindow(std::string_view formName) override;
   MessageResult ShowMessage(const Message& message) override;
   [[nodiscard]] Clipboard& TheClipboard() override;

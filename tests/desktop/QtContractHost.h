@@ -46,6 +46,7 @@ class QtContractHost final : public ContractHost {
 
   [[nodiscard]] Desktop& TheDesktop() override { return desktop_; }
   [[nodiscard]] AnswerQueue& Answers() { return answers_; }
+  [[nodiscard]] QtDesktop& Qt() { return qt_; }
   void Click(Window& window, std::string_view control) override;
   void DoubleClick(Window& window, std::string_view control) override;
   void ClickMouse(Window& window, std::string_view control, MouseButton button, int shift) override;

@@ -24,6 +24,8 @@ class DocumentFrame {
   [[nodiscard]] virtual bool LeavesToDocument(const QKeyEvent& event) const = 0;
   /// Unloads the frame and its documents because the session ends.
   virtual void EndWithSession() = 0;
+  /// Unloads the frame as when the user closes it; false when that was refused.
+  virtual bool CloseAsByUser() = 0;
 
  protected:
   ~DocumentFrame() = default;

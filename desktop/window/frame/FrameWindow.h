@@ -31,6 +31,7 @@ class FrameWindow final : public QtWindow, public DocumentFrame {
   [[nodiscard]] bool IsActive(const DocumentWindow& document) const override;
   [[nodiscard]] bool LeavesToDocument(const QKeyEvent& event) const override;
   void EndWithSession() override { Unload(UnloadReason::Code); }
+  bool CloseAsByUser() override { return Unload(UnloadReason::ControlBox); }
 
   /// Called when the frame has been unloaded.
   std::function<void()> unloaded;
