@@ -36,7 +36,7 @@ void Tell(const std::weak_ptr<const void>& owner, const Keyring::Answered& answe
 std::string ReasonOf(const QKeychain::Job& job) {
   switch (job.error()) {
     case QKeychain::AccessDeniedByUser: return "The keyring was not unlocked.";
-    case QKeychain::AccessDenied: return "The keyring refuses.";
+    case QKeychain::AccessDenied: return "The keyring refuses, or stays locked.";
     case QKeychain::NoBackendAvailable: return FromQt(noKeyring);
     default: return "The keyring says: " + FromQt(job.errorString());
   }

@@ -205,6 +205,12 @@ class Album {
       list.Insert(0, {"", "Data Source", {"/srv/data/shop.db"}, "", 0});
       list.Insert(1, {"", "Mode", {"ReadOnly"}, "", 0});
       window.Find<ComboBox>("cboProvider").SetText("SQLite");
+      for (const char* name :
+           {"lblDSN", "cboDSN", "lblDriver", "cboDriver", "lblServer", "txtServer", "lblPort",
+            "txtPort", "lblUsername", "txtUsername", "lblPassword", "txtPassword", "chkKeep",
+            "lblKeyring", "lblDatabase", "cboDatabase", "lblSSL", "cboSSL", "lblNoFields"})
+        window.Find<Control>(name).SetVisible(false);
+      window.Find<TextBox>("txtFile").SetText("/srv/data/shop.db");
       window.Find<Label>("lblResult").SetCaption("The connection works.");
     });
     Draw("dlgPassword", [](Window& window) {
