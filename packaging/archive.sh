@@ -36,9 +36,18 @@ copy_plugins() {
     printf '[Paths]\nPlugins=plugins\n' >"$program_folder/qt.conf"
 }
 
+# What the program itself loads when it first needs it, and with it what that needs.
+late_libraries() {
+    local file
+    file=$(/sbin/ldconfig -p | sed -n 's/^\tlibpq\.so\.5 .*=> //p' | head -n 1)
+    [[ -n $file ]] || { echo "archive.sh: there is no libpq.so.5 here" >&2 && return 1; }
+    printf '\tlibpq.so.5 => %s (late)\n' "$file"
+    ldd "$file"
+}
+
 # A line for each: its name, and where it is here.
 needed_libraries() {
-    find "$program_folder" -type f \( -name Tessel -o -name '*.so' \) -exec ldd {} + |
+    { find "$program_folder" -type f \( -name Tessel -o -name '*.so' \) -exec ldd {} + && late_libraries; } |
         sed -n 's/^\t\([^ ]*\) => \(\/[^ ]*\) .*/\1 \2/p' | grep -vE "$system_libraries" | sort -u
 }
 

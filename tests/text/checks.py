@@ -34,7 +34,7 @@ ODBC_FUNCTIONS = (
 # The one door to each database's library, a header and its sources, and the names of its functions.
 DOORS = (
     ("data/providers/odbc/driver/OdbcApi", "SQL(?:%s)[AW]?" % "|".join(ODBC_FUNCTIONS)),
-    ("data/providers/postgresql/client/PqApi", r"PQ[a-z]\w*"),
+    ("data/providers/postgresql/client/PqApi", r"PQ[a-z]\w*|pq::[A-Z]\w*"),
     ("data/providers/mariadb/MariaApi", r"(?:mysql|mariadb)_\w+"),
     ("data/providers/sqlite/SqliteApi", r"sqlite3_\w+"),
 )

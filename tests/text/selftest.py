@@ -62,6 +62,7 @@ BAD = (
     ("library_doors", "data/providers/odbc/Other.cpp", "auto r = ::SQLFetch(h);\n", "Other.cpp:1: SQLFetch("),
     ("library_doors", "logic/app/b.cpp", "int r =\n    SQLDriverConnectW (h);\n", "logic/app/b.cpp:2"),
     ("library_doors", "data/providers/postgresql/Rows.cpp", "auto r = PQgetResult(c);\n", "PQgetResult("),
+    ("library_doors", "data/providers/postgresql/Rows.cpp", "auto r = pq::GetResult(c);\n", "pq::GetResult("),
     ("library_doors", "tests/data/a.cpp", "int x = PQntuples\n(r);\n", "a.cpp:1"),
     ("library_doors", "data/providers/mariadb/Rows.cpp", "mysql_free_result(r);\n", "mysql_free_result("),
     ("library_doors", "logic/app/b.cpp", "if (mariadb_connection (c)) Go();\n", "b.cpp:1"),

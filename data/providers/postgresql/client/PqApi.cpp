@@ -29,7 +29,7 @@ bool WaitFor(int socket, short events, int limit) {
 }
 
 std::string FieldOf(const PGresult* result, int field) {
-  return TextOf(PQresultErrorField(result, field));
+  return TextOf(pq::ResultErrorField(result, field));
 }
 
 int NumberOf(const PGresult* result, int field) {
@@ -45,7 +45,7 @@ PqMessage MessageOf(const PGresult* result) {
   message.severity = FieldOf(result, PG_DIAG_SEVERITY);
   message.sqlState = FieldOf(result, PG_DIAG_SQLSTATE);
   message.text = FieldOf(result, PG_DIAG_MESSAGE_PRIMARY);
-  if (message.text.empty()) message.text = WithoutLineEnd(TextOf(PQresultErrorMessage(result)));
+  if (message.text.empty()) message.text = WithoutLineEnd(TextOf(pq::ResultErrorMessage(result)));
   message.detail = FieldOf(result, PG_DIAG_MESSAGE_DETAIL);
   message.hint = FieldOf(result, PG_DIAG_MESSAGE_HINT);
   message.context = FieldOf(result, PG_DIAG_CONTEXT);
@@ -59,9 +59,9 @@ PqMessage MessageOf(const PGresult* result) {
 
 std::vector<PqKeyword> PqDefaults() {
   struct Free {
-    void operator()(PQconninfoOption* options) const { PQconninfoFree(options); }
+    void operator()(PQconninfoOption* options) const { pq::ConninfoFree(options); }
   };
-  const std::unique_ptr<PQconninfoOption, Free> options(PQconndefaults());
+  const std::unique_ptr<PQconninfoOption, Free> options(pq::Conndefaults());
   if (!options) throw std::bad_alloc();
   std::vector<PqKeyword> defaults;
   for (const auto* option = options.get(); option->keyword != nullptr; ++option)
@@ -72,7 +72,7 @@ std::vector<PqKeyword> PqDefaults() {
 // --- results -------------------------------------------------------------------------------------
 
 PqKind PqResult::Kind() const {
-  switch (PQresultStatus(result_.get())) {
+  switch (pq::ResultStatus(result_.get())) {
     case PGRES_SINGLE_TUPLE: return PqKind::Row;
     case PGRES_TUPLES_OK: return PqKind::Rows;
     case PGRES_COMMAND_OK: return PqKind::Done;
@@ -86,15 +86,15 @@ PqKind PqResult::Kind() const {
 
 PqColumn PqResult::Column(int column) const {
   const PGresult* result = result_.get();
-  return {.name = TextOf(PQfname(result, column)),
-          .type = PQftype(result, column),
-          .modifier = PQfmod(result, column),
-          .table = PQftable(result, column),
-          .number = PQftablecol(result, column)};
+  return {.name = TextOf(pq::Fname(result, column)),
+          .type = pq::Ftype(result, column),
+          .modifier = pq::Fmod(result, column),
+          .table = pq::Ftable(result, column),
+          .number = pq::Ftablecol(result, column)};
 }
 
 std::int64_t PqResult::AffectedRows() const {
-  const std::string text = TextOf(PQcmdTuples(result_.get()));
+  const std::string text = TextOf(pq::CmdTuples(result_.get()));
   std::int64_t count = -1;
   std::from_chars(text.data(), text.data() + text.size(), count);
   return count;
@@ -103,7 +103,7 @@ std::int64_t PqResult::AffectedRows() const {
 PqMessage PqResult::Message() const { return MessageOf(result_.get()); }
 
 PqBytes::PqBytes(std::string_view text)
-    : bytes_(PQunescapeBytea(reinterpret_cast<const unsigned char*>(text.data()), &size_)) {
+    : bytes_(pq::UnescapeBytea(reinterpret_cast<const unsigned char*>(text.data()), &size_)) {
   if (!bytes_) throw std::bad_alloc();
 }
 
@@ -118,7 +118,7 @@ void PqConnection::RaiseFailure(const char* sqlState) const {
   error.number = errorNumber::database;
   error.sqlState = sqlState;
   error.source = "PostgreSQL";
-  error.description = WithoutLineEnd(TextOf(PQerrorMessage(connection_.get())));
+  error.description = WithoutLineEnd(TextOf(pq::ErrorMessage(connection_.get())));
   throw Error(std::move(error));
 }
 
@@ -134,10 +134,10 @@ void PqConnection::Open(const std::vector<PqKeyword>& keywords, std::chrono::sec
   }
   names.push_back(nullptr);
   values.push_back(nullptr);
-  connection_.reset(PQconnectStartParams(names.data(), values.data(), 0));
+  connection_.reset(pq::ConnectStartParams(names.data(), values.data(), 0));
   if (!connection_) throw std::bad_alloc();
-  if (PQstatus(connection_.get()) == CONNECTION_BAD) RaiseFailure("08001");
-  PQsetNoticeReceiver(connection_.get(), OnNotice, this);
+  if (pq::Status(connection_.get()) == CONNECTION_BAD) RaiseFailure("08001");
+  pq::SetNoticeReceiver(connection_.get(), OnNotice, this);
   PostgresPollingStatusType next = PGRES_POLLING_WRITING;
   while (next != PGRES_POLLING_OK) {
     if (next == PGRES_POLLING_FAILED) RaiseFailure("08001");
@@ -152,29 +152,29 @@ void PqConnection::Open(const std::vector<PqKeyword>& keywords, std::chrono::sec
                             {},
                             0});
     const short events = next == PGRES_POLLING_READING ? POLLIN : POLLOUT;
-    if (WaitFor(PQsocket(connection_.get()), events, glance))
-      next = PQconnectPoll(connection_.get());
+    if (WaitFor(pq::Socket(connection_.get()), events, glance))
+      next = pq::ConnectPoll(connection_.get());
   }
-  PQsetnonblocking(connection_.get(), 1);
-  cancel_.reset(PQgetCancel(connection_.get()));
+  pq::Setnonblocking(connection_.get(), 1);
+  cancel_.reset(pq::GetCancel(connection_.get()));
 }
 
 // --- commands ------------------------------------------------------------------------------------
 
 void PqConnection::CheckSent(int sent) {
   if (sent == 0) RaiseFailure(IsAlive() ? "" : "08006");
-  PQsetSingleRowMode(connection_.get());
+  pq::SetSingleRowMode(connection_.get());
 }
 
 void PqConnection::Send(const std::string& sql) {
-  CheckSent(PQsendQuery(connection_.get(), sql.c_str()));
+  CheckSent(pq::SendQuery(connection_.get(), sql.c_str()));
 }
 
 void PqConnection::Send(const std::string& sql, const std::vector<std::string>& parameters) {
   std::vector<const char*> values;
   for (const std::string& parameter : parameters) values.push_back(parameter.c_str());
-  CheckSent(PQsendQueryParams(connection_.get(), sql.c_str(), static_cast<int>(values.size()),
-                              nullptr, values.data(), nullptr, nullptr, 0));
+  CheckSent(pq::SendQueryParams(connection_.get(), sql.c_str(), static_cast<int>(values.size()),
+                                nullptr, values.data(), nullptr, nullptr, 0));
 }
 
 void PqConnection::Send(const std::string& sql, const std::vector<PqParameter>& parameters) {
@@ -186,44 +186,44 @@ void PqConnection::Send(const std::string& sql, const std::vector<PqParameter>& 
     lengths.push_back(parameter.value ? static_cast<int>(parameter.value->size()) : 0);
     formats.push_back(parameter.isBinary ? 1 : 0);
   }
-  CheckSent(PQsendQueryParams(connection_.get(), sql.c_str(), static_cast<int>(values.size()),
-                              nullptr, values.data(), lengths.data(), formats.data(), 0));
+  CheckSent(pq::SendQueryParams(connection_.get(), sql.c_str(), static_cast<int>(values.size()),
+                                nullptr, values.data(), lengths.data(), formats.data(), 0));
 }
 
 /// Sends what is left to send, and reads when there is something to read. False when the connection
 /// is lost.
 bool PqConnection::Receive() {
-  const int unsent = PQflush(connection_.get());
+  const int unsent = pq::Flush(connection_.get());
   if (unsent < 0) return false;
   const auto events = static_cast<short>(unsent > 0 ? POLLIN | POLLOUT : POLLIN);
-  WaitFor(PQsocket(connection_.get()), events, -1);
-  return PQconsumeInput(connection_.get()) == 1;
+  WaitFor(pq::Socket(connection_.get()), events, -1);
+  return pq::ConsumeInput(connection_.get()) == 1;
 }
 
 /// A loss of the connection is told by PQgetResult, as an error.
 PqResult PqConnection::Next() {
-  while (PQisBusy(connection_.get()) != 0) {
+  while (pq::IsBusy(connection_.get()) != 0) {
     if (!Receive()) break;
   }
-  return PqResult(PQgetResult(connection_.get()));
+  return PqResult(pq::GetResult(connection_.get()));
 }
 
 void PqConnection::LeaveCopy(PqKind kind) {
   if (kind == PqKind::CopyIn) {
-    while (PQputCopyEnd(connection_.get(), "not possible from here") == 0) Receive();
+    while (pq::PutCopyEnd(connection_.get(), "not possible from here") == 0) Receive();
     return;
   }
   for (;;) {
     char* data = nullptr;
-    const int size = PQgetCopyData(connection_.get(), &data, 1);
-    if (data != nullptr) PQfreemem(data);
+    const int size = pq::GetCopyData(connection_.get(), &data, 1);
+    if (data != nullptr) pq::Freemem(data);
     if (size < 0 || (size == 0 && !Receive())) return;
   }
 }
 
 void PqConnection::SendCancel() noexcept {
   std::string problem(256, '\0');
-  if (cancel_) PQcancel(cancel_.get(), problem.data(), static_cast<int>(problem.size()));
+  if (cancel_) pq::Cancel(cancel_.get(), problem.data(), static_cast<int>(problem.size()));
 }
 
 // --- notices and settings ------------------------------------------------------------------------
@@ -234,10 +234,10 @@ void PqConnection::OnNotice(void* connection, const PGresult* notice) {
 
 std::vector<PqMessage> PqConnection::TakeNotices() {
   struct Free {
-    void operator()(PGnotify* notification) const { PQfreemem(notification); }
+    void operator()(PGnotify* notification) const { pq::Freemem(notification); }
   };
   for (;;) {
-    const std::unique_ptr<PGnotify, Free> told(PQnotifies(connection_.get()));
+    const std::unique_ptr<PGnotify, Free> told(pq::Notifies(connection_.get()));
     if (!told) break;
     PqMessage message;
     message.severity = "NOTIFY";
@@ -248,13 +248,13 @@ std::vector<PqMessage> PqConnection::TakeNotices() {
   return std::exchange(notices_, {});
 }
 
-std::string PqConnection::Database() const { return TextOf(PQdb(connection_.get())); }
-std::string PqConnection::User() const { return TextOf(PQuser(connection_.get())); }
-std::string PqConnection::Host() const { return TextOf(PQhost(connection_.get())); }
-std::string PqConnection::Port() const { return TextOf(PQport(connection_.get())); }
+std::string PqConnection::Database() const { return TextOf(pq::Db(connection_.get())); }
+std::string PqConnection::User() const { return TextOf(pq::User(connection_.get())); }
+std::string PqConnection::Host() const { return TextOf(pq::Host(connection_.get())); }
+std::string PqConnection::Port() const { return TextOf(pq::Port(connection_.get())); }
 
 std::string PqConnection::Setting(const char* name) const {
-  return TextOf(PQparameterStatus(connection_.get(), name));
+  return TextOf(pq::ParameterStatus(connection_.get(), name));
 }
 
 }  // namespace tessel

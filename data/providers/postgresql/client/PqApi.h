@@ -13,6 +13,7 @@
 #include <libpq-fe.h>
 
 #include "data/providers/WorkContext.h"
+#include "data/providers/postgresql/client/PqLibrary.h"
 
 namespace tessel {
 
@@ -77,29 +78,29 @@ class PqResult {
   explicit operator bool() const { return result_ != nullptr; }
   [[nodiscard]] PqKind Kind() const;
 
-  [[nodiscard]] int ColumnCount() const { return PQnfields(result_.get()); }
+  [[nodiscard]] int ColumnCount() const { return pq::Nfields(result_.get()); }
   [[nodiscard]] PqColumn Column(int column) const;
 
   // Cells of a Row.
   [[nodiscard]] bool IsNullAt(int column) const {
-    return PQgetisnull(result_.get(), 0, column) != 0;
+    return pq::Getisnull(result_.get(), 0, column) != 0;
   }
   /// Ends with a NUL that is not counted.
   [[nodiscard]] std::string_view TextAt(int column) const {
-    return {PQgetvalue(result_.get(), 0, column),
-            static_cast<std::size_t>(PQgetlength(result_.get(), 0, column))};
+    return {pq::Getvalue(result_.get(), 0, column),
+            static_cast<std::size_t>(pq::Getlength(result_.get(), 0, column))};
   }
 
   /// Of a statement that counts rows; -1 for others.
   [[nodiscard]] std::int64_t AffectedRows() const;
   /// How the server names what a Done statement did: "INSERT 0 1", "COMMIT".
-  [[nodiscard]] std::string Tag() const { return PQcmdStatus(result_.get()); }
+  [[nodiscard]] std::string Tag() const { return pq::CmdStatus(result_.get()); }
   /// Of an Error.
   [[nodiscard]] PqMessage Message() const;
 
  private:
   struct Clear {
-    void operator()(PGresult* result) const { PQclear(result); }
+    void operator()(PGresult* result) const { pq::Clear(result); }
   };
   std::unique_ptr<PGresult, Clear> result_;
 };
@@ -114,7 +115,7 @@ class PqBytes {
 
  private:
   struct Free {
-    void operator()(unsigned char* bytes) const { PQfreemem(bytes); }
+    void operator()(unsigned char* bytes) const { pq::Freemem(bytes); }
   };
   std::size_t size_ = 0;
   std::unique_ptr<unsigned char, Free> bytes_;
@@ -133,7 +134,7 @@ class PqConnection {
   /// server's name cannot be interrupted.
   void Open(const std::vector<PqKeyword>& keywords, std::chrono::seconds limit,
             const WorkContext& context);
-  [[nodiscard]] bool IsAlive() const { return PQstatus(connection_.get()) == CONNECTION_OK; }
+  [[nodiscard]] bool IsAlive() const { return pq::Status(connection_.get()) == CONNECTION_OK; }
 
   /// Sends a text of any number of statements. Next tells what comes of it, to its end.
   void Send(const std::string& sql);
@@ -154,31 +155,31 @@ class PqConnection {
 
   /// True in a transaction.
   [[nodiscard]] bool InTransaction() const {
-    return PQtransactionStatus(connection_.get()) == PQTRANS_INTRANS;
+    return pq::TransactionStatus(connection_.get()) == PQTRANS_INTRANS;
   }
   /// True in a transaction that failed: the server refuses every command but its end.
   [[nodiscard]] bool InFailedTransaction() const {
-    return PQtransactionStatus(connection_.get()) == PQTRANS_INERROR;
+    return pq::TransactionStatus(connection_.get()) == PQTRANS_INERROR;
   }
   /// The number of the server's process, as whoever answered the login told it.
-  [[nodiscard]] int ProcessNumber() const { return PQbackendPID(connection_.get()); }
+  [[nodiscard]] int ProcessNumber() const { return pq::BackendPID(connection_.get()); }
   [[nodiscard]] std::string Database() const;
   [[nodiscard]] std::string User() const;
   [[nodiscard]] std::string Host() const;
   [[nodiscard]] std::string Port() const;
-  [[nodiscard]] bool UsesSsl() const { return PQsslInUse(connection_.get()) != 0; }
+  [[nodiscard]] bool UsesSsl() const { return pq::SslInUse(connection_.get()) != 0; }
   /// As 150018 for version 15.18.
-  [[nodiscard]] int ServerVersion() const { return PQserverVersion(connection_.get()); }
+  [[nodiscard]] int ServerVersion() const { return pq::ServerVersion(connection_.get()); }
   /// What the server tells of its settings unasked, such as "server_encoding"; empty for others.
   [[nodiscard]] std::string Setting(const char* name) const;
-  [[nodiscard]] static int LibraryVersion() { return PQlibVersion(); }
+  [[nodiscard]] static int LibraryVersion() { return pq::LibVersion(); }
 
  private:
   struct Finish {
-    void operator()(PGconn* connection) const { PQfinish(connection); }
+    void operator()(PGconn* connection) const { pq::Finish(connection); }
   };
   struct FreeCancel {
-    void operator()(PGcancel* cancel) const { PQfreeCancel(cancel); }
+    void operator()(PGcancel* cancel) const { pq::FreeCancel(cancel); }
   };
 
   static void OnNotice(void* connection, const PGresult* notice);
