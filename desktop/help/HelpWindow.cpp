@@ -11,6 +11,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTextBrowser>
@@ -79,20 +80,23 @@ QWidget* HelpWindow::MakeButtons() {
   auto* row = new QWidget;
   auto* layout = new QHBoxLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
-  const auto add = [&](const QString& name, const char* icon, auto action) {
+  const auto add = [&](const QString& name, const char* icon, int key, auto action) {
     auto* button = new QToolButton;
     button->setIcon(NamedIcon(icon));
     button->setText(name);
     button->setAutoRaise(true);
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     button->setAccessibleName(name);
+    const QKeySequence keys(Qt::ALT | Qt::Key(key));
+    button->setToolTip(name + " (" + keys.toString() + ")");
+    connect(new QShortcut(keys, this), &QShortcut::activated, button, &QToolButton::click);
     connect(button, &QToolButton::clicked, this, action);
     layout->addWidget(button);
     return button;
   };
-  auto* back = add(tr("Back"), "go-previous", [this] { browser_->backward(); });
-  auto* forward = add(tr("Forward"), "go-next", [this] { browser_->forward(); });
-  add(tr("Home"), "go-home", [this] { Open(book_.StartPage()); });
+  auto* back = add(tr("Back"), "go-previous", Qt::Key_Left, [this] { browser_->backward(); });
+  auto* forward = add(tr("Forward"), "go-next", Qt::Key_Right, [this] { browser_->forward(); });
+  add(tr("Home"), "go-home", Qt::Key_Home, [this] { Open(book_.StartPage()); });
   layout->addStretch(1);
   for (QToolButton* button : {back, forward}) button->setEnabled(false);
   connect(browser_, &QTextBrowser::backwardAvailable, back, &QWidget::setEnabled);

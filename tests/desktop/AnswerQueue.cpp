@@ -68,6 +68,14 @@ void AnswerQueue::OnPopup(const std::string& menu, const std::string& command) {
                       }});
 }
 
+void AnswerQueue::OnMessage(const std::string& text, std::function<void(QWidget&)> step) {
+  answers_.push_back({"message", text, std::move(step)});
+}
+
+void AnswerQueue::OnPopup(const std::string& menu, std::function<void(QWidget&)> step) {
+  answers_.push_back({"popup", menu, std::move(step)});
+}
+
 void AnswerQueue::OnDialog(std::function<void(QWidget&)> step) {
   answers_.push_back({"dialog", "", std::move(step)});
 }

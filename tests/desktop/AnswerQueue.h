@@ -26,6 +26,9 @@ class AnswerQueue {
   void OnModal(const std::string& form, std::function<void(QWidget& window)> step);
   void OnMessage(const std::string& text, MessageResult answer);
   void OnPopup(const std::string& menu, const std::string& command);
+  /// The same for a user who does not answer by the mouse.
+  void OnMessage(const std::string& text, std::function<void(QWidget& box)> step);
+  void OnPopup(const std::string& menu, std::function<void(QWidget& shown)> step);
   /// `step` runs while the next modal dialog of any other kind (files, colours) is shown.
   void OnDialog(std::function<void(QWidget& dialog)> step);
 

@@ -51,6 +51,22 @@ TEST_F(HelpTest, ContentsShowTheFirstPageWithItsTextAndTopics) {
   EXPECT_GT(Shown()->findChild<QTreeWidget*>("contents")->topLevelItemCount(), 10);
 }
 
+TEST_F(HelpTest, BackForwardAndHomeHaveKeysWhereverTheKeyboardIs) {
+  ASSERT_TRUE(ShowHelp(contents));
+  ASSERT_TRUE(QTest::qWaitForWindowActive(Shown()));
+  auto* tree = Shown()->findChild<QTreeWidget*>("contents");
+  tree->setFocus();
+  tree->setCurrentItem(tree->topLevelItem(3));
+  const std::string second = PageName();
+  ASSERT_NE(second, "qrc:/help/welcome.html");
+  PressKeyCode(key::left, shiftState::alt);
+  EXPECT_EQ(PageName(), "qrc:/help/welcome.html");
+  PressKeyCode(key::right, shiftState::alt);
+  EXPECT_EQ(PageName(), second);
+  PressKeyCode(key::home, shiftState::alt);
+  EXPECT_EQ(PageName(), "qrc:/help/welcome.html");
+}
+
 TEST_F(HelpTest, TheIndexFindsAPageByItsWord) {
   ASSERT_TRUE(ShowHelp(index));
   EXPECT_EQ(Tabs().currentIndex(), 1);
