@@ -23,7 +23,6 @@
 #include "desktop/base/Text.h"
 #include "desktop/editor/SqlColors.h"
 #include "desktop/look/Colors.h"
-#include "desktop/look/Tokens.h"
 #include "desktop/plain/LineWrapping.h"
 
 namespace tessel {
@@ -464,6 +463,7 @@ void SqlEditor::SetColors(const QColor& ground, const QColor& text) {
 bool SqlEditor::event(QEvent* event) {
   ++handling_;
   const bool taken = QsciScintilla::event(event);
+  if (event->type() == QEvent::ApplicationFontChange) TakeDesktopFont();
   --handling_;
   if (modified_ && handling_ == 0) TellEdited();
   return taken;
@@ -472,10 +472,14 @@ bool SqlEditor::event(QEvent* event) {
 void SqlEditor::changeEvent(QEvent* event) {
   QsciScintilla::changeEvent(event);
   if (!ready_) return;
-  const bool fontChanged =
-      event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange;
-  if (fontChanged || event->type() == QEvent::PaletteChange) ShowColors();
-  if (fontChanged) MeasureAnew();
+  const bool fontChanged = event->type() == QEvent::FontChange;
+  if (fontChanged) TakeDesktopFont();
+  else if (event->type() == QEvent::PaletteChange) ShowColors();
+}
+
+void SqlEditor::TakeDesktopFont() {
+  ShowColors();
+  MeasureAnew();
 }
 
 void SqlEditor::KeepOrdinaryKeys() {

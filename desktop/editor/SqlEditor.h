@@ -127,6 +127,7 @@ class SqlEditor : public QsciScintilla, public TextHolder {
   void TellEdited();
   void TellCaret();
   void BeginLine();
+  void TakeDesktopFont();
   void ShowColors();
   void ColorPlainText(const QColor& ground, const QColor& text);
 
