@@ -1,5 +1,6 @@
 #include "desktop/window/frame/FrameWindow.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 
 #include "contract/base/Error.h"
@@ -24,6 +25,8 @@ FrameWindow::FrameWindow(std::string formName, std::unique_ptr<QWidget> form, De
       tiles_(area_) {
   core_.frame = this;
   Root().resize(WithinScreenOf(Root(), Root().size()));
+  // The area would keep Ctrl+Tab from the program, and act when Ctrl comes up.
+  QCoreApplication::instance()->removeEventFilter(&area_);
   QObject::connect(&area_, &QMdiArea::subWindowActivated, &area_, [this] { DocumentChanged(); });
 }
 

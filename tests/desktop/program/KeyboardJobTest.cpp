@@ -61,12 +61,14 @@ class KeyboardJobTest : public ProgramFixture {
 
   /// What a person types into the dialog of connections.
   void ConnectByKeys(const std::string& connectionString, const std::string& caption) {
-    InDialog("dlgConnect", [this, connectionString, caption](Window&) {
+    InDialog("dlgConnect", [this, connectionString, caption](Window& w) {
       Press('N', alt);
       Write(caption);
       Press('C', alt);
       Write(connectionString);
       Press('S', alt);
+      const auto& box = w.Find<CheckBox>("chkLoadSchemaFromDB");
+      EXPECT_TRUE(QTest::qWaitFor([&] { return box.Value(); }));
       Press(key::enter);
     });
   }

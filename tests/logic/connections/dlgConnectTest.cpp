@@ -368,6 +368,7 @@ TEST_F(dlgConnectTest, DoubleClickingARowConnects) {
 
 TEST_F(dlgConnectTest, ADoubleClickBesideTheRowsOrOfAnotherButtonDoesNotConnect) {
   WriteList({{"DSN=a", "A"}});
+  desktop.ExpectPopup("menuConnections", "");
   Go([](Window& w) {
     w.SelectRow("lsvConnections", 1);
     w.DoubleClick("lsvConnections");
