@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -106,6 +107,12 @@ class Window : public FailureSink {
   [[nodiscard]] virtual bool Minimized() const = 0;
   /// Whether the window fills the screen, or as a document the frame, in front of all others.
   [[nodiscard]] virtual bool Maximized() const = 0;
+  /// Lets a document fill the frame, or puts it back where it stood; nothing happens to another
+  /// window.
+  virtual void SetMaximized(bool maximized) = 0;
+  /// A stripe in a plain colour by which the user tells what belongs together: beside a document's
+  /// caption, at the left edge of another window. Nothing, as at first: no stripe.
+  virtual void SetMark(std::optional<Color> mark) = 0;
   /// A disabled window takes no keys and no mouse; it is still painted, and code can change it.
   [[nodiscard]] virtual bool Enabled() const = 0;
   virtual void SetEnabled(bool enabled) = 0;
@@ -119,6 +126,14 @@ class Window : public FailureSink {
   /// next call. A document that floats, as its form says, is no tile: it stands in front of them,
   /// over most of the frame, where the user may put it elsewhere.
   virtual void Arrange(Tiling tiling) = 0;
+  /// Of a frame: whether Arrange lays all documents but the first one upon each other, with a tab
+  /// for each where there are several, in place of giving each a tile. At first false; it counts
+  /// from the next Arrange on.
+  [[nodiscard]] virtual bool Tabbed() const = 0;
+  virtual void SetTabbed(bool tabbed) = 0;
+  /// Of a frame: what is to be read on its ground, where no document stands; plain text, at first
+  /// empty.
+  virtual void SetGroundText(std::string_view text) = 0;
 
   /// It became the active window, by the user or by code.
   Event<> Activated;

@@ -11,6 +11,7 @@ QtDataGrid::QtDataGrid(RecordGrid& widget, const ControlSite& site) : ControlOf(
     sink->HandlerFailed(std::move(failure));
   };
   QObject::connect(&widget, &RecordGrid::currentCellMoved, &Face(), [this] { CellMoved(); });
+  QObject::connect(&widget, &RecordGrid::recordFollowed, &Face(), [this] { Raise(RowsChange); });
   QObject::connect(&widget, &RecordGrid::buttonPressed, &Face(),
                    [this](int column) { Raise(ButtonClick, column); });
 }
@@ -28,6 +29,7 @@ void QtDataGrid::SetAllowAddNew(bool allow) {
 void QtDataGrid::Refresh() {
   if (DataSource() == nullptr || (DataSource()->State() & objectState::open) == 0) return;
   TheWidget().Refresh();
+  Raise(RowsChange);
 }
 
 void QtDataGrid::SetDataSource(std::shared_ptr<Recordset> recordset) {
@@ -36,6 +38,7 @@ void QtDataGrid::SetDataSource(std::shared_ptr<Recordset> recordset) {
   TheWidget().Bind(recordset);
   column_ = ColumnCount() > 0 ? 0 : -1;
   if (hasRows) Raise(RowColChange);
+  Raise(RowsChange);
 }
 
 void QtDataGrid::SetColumnFormat(int column, DataFormat* format) {
@@ -99,6 +102,7 @@ void QtDataGrid::ShowColors() {
 void QtDataGrid::CellMoved() {
   column_ = TheWidget().currentIndex().column();
   Raise(RowColChange);
+  Raise(RowsChange);
 }
 
 }  // namespace tessel

@@ -56,6 +56,8 @@ class QtDataGrid final : public ControlOf<DataGrid, RecordGrid>, private GridUse
   [[nodiscard]] Rect CellBounds() const override;
   [[nodiscard]] bool EditActive() const override { return TheWidget().Editor().IsOpen(); }
   void Refresh() override;
+  [[nodiscard]] int Zoom() const override { return TheWidget().Zoom(); }
+  void SetZoom(int percent) override { TheWidget().SetZoom(percent); }
 
  protected:
   [[nodiscard]] std::int64_t CellPosition() const override;

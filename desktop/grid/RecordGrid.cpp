@@ -21,10 +21,12 @@ namespace tessel {
 
 namespace {
 
-constexpr int rowPadding = 6;
-constexpr int cellPadding = 14;
+// At the ordinary font, in pixels.
+constexpr double ordinaryHeight = 16;
 constexpr int narrowestColumn = 48;
 constexpr int widestColumn = 320;
+constexpr int widestNumber = 480;
+constexpr int wheelStep = 120;
 constexpr int sampleRowsMost = 100;
 constexpr int sampleCellsMost = 20'000;
 constexpr std::ptrdiff_t textsMeasured = 10;
@@ -41,6 +43,8 @@ RecordGrid::RecordGrid(QWidget* parent)
   setSelectionMode(NoSelection);
   setEditTriggers(NoEditTriggers);
   setWordWrap(false);
+  setShowGrid(false);
+  setFrameShape(NoFrame);
   setHorizontalScrollMode(ScrollPerPixel);
   setItemDelegate(new CellDelegate(*this));
   SetUpHeaders();
@@ -67,6 +71,9 @@ void RecordGrid::SetUpHeaders() {
   connect(columns, &QHeaderView::sectionEntered, this, [this](int column) {
     selection_.DragToColumn(column);
     ShowSelection();
+  });
+  connect(columns, &QHeaderView::sectionResized, this, [this](int column) {
+    if (!sizing_) sized_.insert(column);
   });
   connect(rowHeader_, &QHeaderView::sectionPressed, this, [this](int row) { PressRow(row); });
   connect(rowHeader_, &QHeaderView::sectionEntered, this, [this](int row) {
@@ -145,6 +152,7 @@ void RecordGrid::FollowRecord() {
                                     QItemSelectionModel::NoUpdate);
   --quiet_;
   ShowSelection();
+  emit recordFollowed();
 }
 
 void RecordGrid::selectAll() {
@@ -166,7 +174,7 @@ void RecordGrid::currentChanged(const QModelIndex& current, const QModelIndex& p
 void RecordGrid::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::Copy)) return Copy();
   if (event->matches(QKeySequence::SelectAll)) return selectAll();
-  if (SelectRowByKey(*event) || StartTyping(*event)) return;
+  if (ZoomByKey(*event) || SelectRowByKey(*event) || StartTyping(*event)) return;
   const QModelIndex target = TargetOf(*event);
   if (!target.isValid()) return event->ignore();
   const bool tab = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
@@ -223,6 +231,8 @@ void RecordGrid::contextMenuEvent(QContextMenuEvent* event) {
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   menu->addAction(NamedIcon("edit-copy"), tr("&Copy\tCtrl+C"), this, [this] { Copy(); });
+  menu->addSeparator();
+  menu->addAction(tr("&Reset Zoom"), this, [this] { SetZoom(ordinaryZoom); });
   menu->popup(byKey ? viewport()->mapToGlobal(visualRect(current).center()) : event->globalPos());
 }
 
@@ -239,17 +249,46 @@ void RecordGrid::changeEvent(QEvent* event) {
 
 void RecordGrid::SizeRows() {
   verticalHeader()->setMinimumSectionSize(1);
-  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + rowPadding);
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
+  rowHeader_->setFixedWidth(rowHeader_->WidthForRows(model_->RowCount()));
+}
+
+int RecordGrid::Scaled(int drawn) const {
+  return static_cast<int>(drawn * fontMetrics().height() / ordinaryHeight);
 }
 
 /// Once, from the names and the first rows: asking a view to fit its contents would read every row.
 void RecordGrid::SizeColumns() {
   const int columns = model_->ColumnCount();
+  sized_.clear();
+  wanted_.clear();
   if (columns == 0) return;
   const int sampleRows =
       std::min({model_->RowCount(), sampleRowsMost, sampleCellsMost / columns + 1});
   for (int column = 0; column < columns; ++column)
-    horizontalHeader()->resizeSection(column, WidthOf(column, sampleRows));
+    SetColumnWidth(column, WidthOf(column, sampleRows));
+}
+
+void RecordGrid::SetColumnWidth(int column, int width) {
+  sizing_ = true;
+  horizontalHeader()->resizeSection(column, width);
+  sizing_ = false;
+}
+
+/// It is painting: the columns become wider when that is over.
+void RecordGrid::WantWidth(int column, int width) {
+  if (sized_.contains(column)) return;
+  int& wanted = wanted_[column];
+  if (wanted_.size() == 1 && wanted == 0)
+    QMetaObject::invokeMethod(
+        this, [this] { WidenColumns(); }, Qt::QueuedConnection);
+  wanted = std::max(wanted, width);
+}
+
+void RecordGrid::WidenColumns() {
+  for (const auto& [column, width] : std::exchange(wanted_, {}))
+    if (column < model_->ColumnCount() && width > columnWidth(column))
+      SetColumnWidth(column, std::min(width, std::max(Scaled(widestNumber), columnWidth(column))));
 }
 
 /// Of the texts only the longest are measured: that takes much longer than to read them.
@@ -260,9 +299,41 @@ int RecordGrid::WidthOf(int column, int sampleRows) const {
   for (int row = 0; row < sampleRows; ++row) texts.push_back(model_->CellAt(row, column).text);
   const auto longest = texts.begin() + std::min<std::ptrdiff_t>(std::ssize(texts), textsMeasured);
   std::ranges::partial_sort(texts, longest, std::greater(), &QString::size);
-  for (auto text = texts.begin(); text != longest && width < widestColumn; ++text)
+  const int widest = Scaled(model_->IsNumberColumn(column) ? widestNumber : widestColumn);
+  for (auto text = texts.begin(); text != longest && width < widest; ++text)
     width = std::max(width, metrics.horizontalAdvance(*text));
-  return std::clamp(width + cellPadding, narrowestColumn, widestColumn);
+  return std::clamp(width + 2 * cellPadding + 1, Scaled(narrowestColumn), widest);
+}
+
+// --- zoom ----------------------------------------------------------------------------------------
+
+void RecordGrid::SetZoom(int percent) {
+  const int before = std::exchange(zoom_, NearestZoom(percent));
+  if (before == zoom_) return;
+  QFont font = parentWidget() == nullptr ? QApplication::font() : parentWidget()->font();
+  font.setPointSizeF(font.pointSizeF() * zoom_ / ordinaryZoom);
+  setFont(font);
+  for (int column = 0; column < model_->ColumnCount(); ++column)
+    SetColumnWidth(column, columnWidth(column) * zoom_ / before);
+  if (currentIndex().isValid()) scrollTo(currentIndex());
+}
+
+/// Plus is often typed with Shift, and sometimes stands on the same key as "=".
+bool RecordGrid::ZoomByKey(const QKeyEvent& event) {
+  const auto held = event.modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier);
+  if (held != Qt::ControlModifier) return false;
+  const bool larger = event.key() == Qt::Key_Plus || event.key() == Qt::Key_Equal;
+  if (!larger && event.key() != Qt::Key_Minus) return false;
+  SetZoom(NextZoom(zoom_, larger ? 1 : -1));
+  return true;
+}
+
+void RecordGrid::wheelEvent(QWheelEvent* event) {
+  if (!event->modifiers().testFlag(Qt::ControlModifier)) return QTableView::wheelEvent(event);
+  wheel_ += event->angleDelta().y();
+  SetZoom(NextZoom(zoom_, wheel_ / wheelStep));
+  wheel_ %= wheelStep;
+  event->accept();
 }
 
 QModelIndex RecordGrid::TargetOf(const QKeyEvent& event) const {

@@ -3,8 +3,11 @@
 #include <QTimer>
 #include <exception>
 #include <functional>
+#include <map>
 #include <memory>
+#include <set>
 
+#include "contract/base/Zoom.h"
 #include "desktop/grid/GridCopy.h"
 #include "desktop/grid/GridSelection.h"
 #include "desktop/grid/cells/GridView.h"
@@ -82,8 +85,15 @@ class RecordGrid : public GridView {
 
   void selectAll() override;
 
+  /// In percent.
+  [[nodiscard]] int Zoom() const { return zoom_; }
+  void SetZoom(int percent);
+  void WantWidth(int column, int width) override;
+
  signals:
   void currentCellMoved();
+  /// The program had moved the record, and the current cell went with it.
+  void recordFollowed();
   void buttonPressed(int column);
 
  protected:
@@ -101,11 +111,16 @@ class RecordGrid : public GridView {
   void updateGeometries() override;
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
 
  private:
   void SetUpHeaders();
   void SizeRows();
   void SizeColumns();
+  void SetColumnWidth(int column, int width);
+  void WidenColumns();
+  [[nodiscard]] int Scaled(int drawn) const;
+  bool ZoomByKey(const QKeyEvent& event);
   [[nodiscard]] int WidthOf(int column, int sampleRows) const;
   [[nodiscard]] QModelIndex TargetOf(const QKeyEvent& event) const;
   [[nodiscard]] QModelIndex NextCell(int step) const;
@@ -136,6 +151,11 @@ class RecordGrid : public GridView {
   QPoint dragPlace_;
   bool dragging_ = false;
   bool buttonDown_ = false;
+  std::map<int, int> wanted_;  ///< Columns that are to become so wide.
+  std::set<int> sized_;        ///< Columns whose width is the user's.
+  bool sizing_ = false;        ///< The program sets a width.
+  int zoom_ = ordinaryZoom;
+  int wheel_ = 0;  ///< Turned and not counted yet, in the toolkit's units.
   int quiet_ = 0;  ///< More than 0 while the current cell is set without moving the record.
 };
 

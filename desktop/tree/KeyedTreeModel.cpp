@@ -1,7 +1,10 @@
 #include "desktop/tree/KeyedTreeModel.h"
 
+#include <QGuiApplication>
+
 #include "contract/base/Error.h"
 #include "desktop/base/Text.h"
+#include "desktop/look/Colors.h"
 #include "desktop/look/Icons.h"
 
 namespace tessel {
@@ -36,6 +39,7 @@ int KeyedTreeModel::Append(std::string_view parentKey, const std::vector<TreeNod
 void KeyedTreeModel::Remove(std::string_view key) {
   KeyedNode* node = nodes_.Find(key);
   if (node == nullptr) return;
+  if (const auto mark = marks_.find(key); mark != marks_.end()) marks_.erase(mark);
   beginRemoveRows(IndexOf(*node->parent), node->row, node->row);
   nodes_.Remove(*node);
   endRemoveRows();
@@ -73,6 +77,19 @@ void KeyedTreeModel::SetChecked(std::string_view key, bool checked) {
   emit dataChanged(index, index, {Qt::CheckStateRole});
 }
 
+void KeyedTreeModel::SetMark(std::string_view key, std::optional<Color> mark) {
+  const QModelIndex index = IndexOf(key);
+  if (mark) marks_[std::string(key)] = *mark;
+  else if (const auto found = marks_.find(key); found != marks_.end()) marks_.erase(found);
+  emit dataChanged(index, index, {markRole});
+}
+
+QVariant KeyedTreeModel::MarkOf(const KeyedNode& node) const {
+  const auto found = marks_.find(node.key);
+  return found == marks_.end() ? QVariant()
+                               : QVariant(ToQColor(found->second, QGuiApplication::palette()));
+}
+
 QModelIndex KeyedTreeModel::IndexOf(std::string_view key) const { return IndexOf(At(key)); }
 
 std::string KeyedTreeModel::KeyOf(const QModelIndex& index) const {
@@ -104,6 +121,8 @@ QVariant KeyedTreeModel::data(const QModelIndex& index, int role) const {
       return node.checked ? Qt::Checked : Qt::Unchecked;
     case Qt::DecorationRole:
       return icons_[node.image >= 1 && node.image <= 3 ? static_cast<std::size_t>(node.image) : 0];
+    case countRole: return static_cast<int>(node.children.size());
+    case markRole: return MarkOf(node);
     default: return {};
   }
 }

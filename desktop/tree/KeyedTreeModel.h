@@ -4,6 +4,8 @@
 #include <QIcon>
 #include <array>
 #include <functional>
+#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +14,11 @@
 #include "desktop/plain/KeyedNodes.h"
 
 namespace tessel {
+
+/// Roles of a node beyond those of the toolkit: the colour of its stripe, and how many children it
+/// has.
+inline constexpr int markRole = Qt::UserRole + 1;
+inline constexpr int countRole = Qt::UserRole + 2;
 
 /// The nodes of a tree view, found by their keys. Adding and finding a node takes no longer in a
 /// large tree.
@@ -31,6 +38,9 @@ class KeyedTreeModel final : public QAbstractItemModel {
   [[nodiscard]] std::vector<std::string> ChildTexts(std::string_view key) const;
   [[nodiscard]] bool Checked(std::string_view key) const;
   void SetChecked(std::string_view key, bool checked);
+
+  /// A node's stripe; a node that goes takes it along.
+  void SetMark(std::string_view key, std::optional<Color> mark);
 
   /// Raises Error(itemNotFound) for a key that is not there; the empty key is the (invalid) index
   /// of the root.
@@ -52,8 +62,10 @@ class KeyedTreeModel final : public QAbstractItemModel {
   [[nodiscard]] KeyedNode& At(std::string_view key) const;
   [[nodiscard]] KeyedNode& NodeOf(const QModelIndex& index) const;
   [[nodiscard]] QModelIndex IndexOf(KeyedNode& node) const;
+  [[nodiscard]] QVariant MarkOf(const KeyedNode& node) const;
 
   mutable KeyedNodes nodes_;  ///< The model interface hands out nodes from constant functions.
+  std::map<std::string, Color, std::less<>> marks_;  ///< By the keys of the nodes.
   std::array<QIcon, 4> icons_;
 };
 

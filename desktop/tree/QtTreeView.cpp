@@ -2,15 +2,28 @@
 
 #include <QItemSelectionModel>
 
-#include "desktop/controls/lists/CutTextDelegate.h"
+#include "desktop/tree/NodeDelegate.h"
 
 namespace tessel {
+
+namespace {
+
+// What a form says of a tree that has no nodes, and of one with a root node that has none below it.
+constexpr const char* emptyProperty = "emptyText";
+constexpr const char* emptyBranchProperty = "emptyBranchText";
+constexpr int aroundText = 8;
+
+}  // namespace
 
 QtTreeView::QtTreeView(QTreeView& widget, const ControlSite& site)
     : ControlOf(widget, site), model_(std::make_unique<KeyedTreeModel>(nullptr)) {
   widget.setModel(model_.get());
   widget.setAllColumnsShowFocus(true);
-  new CutTextDelegate(widget);
+  new NodeDelegate(widget);
+  widget.viewport()->setAttribute(Qt::WA_Hover);
+  if (!widget.property(emptyProperty).toString().isEmpty())
+    emptyText_ = new EmptyText(
+        widget, [this] { return EmptyTextNow(); }, [this] { return RoomBelow(); });
   model_->checkChanged = [this](const std::string& key) { Raise(NodeCheck, key); };
   QObject::connect(&widget, &QTreeView::expanded, &Face(),
                    [this](const QModelIndex& index) { Raise(NodeExpand, model_->KeyOf(index)); });
@@ -19,7 +32,10 @@ QtTreeView::QtTreeView(QTreeView& widget, const ControlSite& site)
 }
 
 /// The view outlives the model.
-QtTreeView::~QtTreeView() { TheWidget().setModel(nullptr); }
+QtTreeView::~QtTreeView() {
+  delete emptyText_;
+  TheWidget().setModel(nullptr);
+}
 
 bool QtTreeView::Add(std::string_view parentKey, TreeNode node) {
   return model_->Append(parentKey, {std::move(node)}) == 1;
@@ -84,6 +100,28 @@ Rect QtTreeView::NodeBounds(std::string_view key) const {
   const QRect node = tree.visualRect(model_->IndexOf(key));
   if (!node.intersects(tree.viewport()->rect())) return {};
   return Face().TheScale().Twips(QRect(tree.viewport()->mapTo(&tree, node.topLeft()), node.size()));
+}
+
+QString QtTreeView::EmptyTextNow() const {
+  const int roots = model_->rowCount({});
+  if (roots == 0) return TheWidget().property(emptyProperty).toString();
+  for (int row = 0; row < roots; ++row)
+    if (model_->rowCount(model_->index(row, 0, {})) == 0)
+      return TheWidget().property(emptyBranchProperty).toString();
+  return {};
+}
+
+/// What the nodes leave of the view.
+QRect QtTreeView::RoomBelow() const {
+  const QTreeView& tree = TheWidget();
+  QModelIndex last;
+  for (int rows = model_->rowCount({}); rows > 0; rows = model_->rowCount(last)) {
+    last = model_->index(rows - 1, 0, last);
+    if (!tree.isExpanded(last)) break;
+  }
+  QRect room = tree.viewport()->rect().adjusted(aroundText, aroundText, -aroundText, 0);
+  if (last.isValid()) room.setTop(tree.visualRect(last).bottom() + aroundText);
+  return room;
 }
 
 void QtTreeView::SelectionChanged() {

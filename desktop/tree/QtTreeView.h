@@ -4,6 +4,7 @@
 
 #include "contract/desktop/controls/TreeView.h"
 #include "desktop/controls/ControlOf.h"
+#include "desktop/controls/EmptyText.h"
 #include "desktop/tree/KeyedTreeModel.h"
 
 namespace tessel {
@@ -28,14 +29,20 @@ class QtTreeView final : public ControlOf<TreeView, QTreeView> {
   void SetExpanded(std::string_view key, bool expanded) override;
   [[nodiscard]] std::string SelectedKey() const override;
   void SelectNode(std::string_view key) override;
+  void SetMark(std::string_view key, std::optional<Color> mark) override {
+    model_->SetMark(key, mark);
+  }
   [[nodiscard]] std::string NodeAt(int x, int y) const override;
   [[nodiscard]] Rect NodeBounds(std::string_view key) const override;
 
  private:
+  [[nodiscard]] QString EmptyTextNow() const;
+  [[nodiscard]] QRect RoomBelow() const;
   void SelectionChanged();
 
   std::unique_ptr<KeyedTreeModel> model_;
-  int quiet_ = 0;  ///< More than 0 while the program itself selects or removes.
+  QPointer<EmptyText> emptyText_;  ///< Null when the form has no such text.
+  int quiet_ = 0;                  ///< More than 0 while the program itself selects or removes.
 };
 
 }  // namespace tessel

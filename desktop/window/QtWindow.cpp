@@ -10,13 +10,17 @@
 #include <QCursor>
 #include <QLayout>
 #include <QMdiSubWindow>
+#include <QToolButton>
+#include <algorithm>
 
 #include "contract/base/Error.h"
 #include "desktop/base/Text.h"
 #include "desktop/controls/QtBasics.h"
 #include "desktop/controls/QtMenuItem.h"
 #include "desktop/dialogs/QtCommonDialogs.h"
+#include "desktop/look/Colors.h"
 #include "desktop/window/ControlMaker.h"
+#include "desktop/window/MarkStripe.h"
 
 namespace tessel {
 
@@ -40,6 +44,17 @@ bool IsLaidOut(const QWidget& widget) {
   const QWidget* parent = widget.parentWidget();
   return parent != nullptr && parent->layout() != nullptr &&
          parent->layout()->indexOf(const_cast<QWidget*>(&widget)) >= 0;
+}
+
+/// A button of a tool row is a square; one that stands by itself has the size its form gives it.
+void SizeToolButton(QToolButton& button, const Scale& scale) {
+  constexpr int side = 28;
+  constexpr int icon = 20;
+  constexpr int aroundIcon = 3;
+  const bool inRow = button.parentWidget()->layout() != nullptr;
+  const int shown = std::min(icon, (inRow ? side : button.height()) - 2 * aroundIcon);
+  button.setIconSize(scale.OfForm(QSize(shown, shown)));
+  if (inRow) button.setFixedSize(side, side);
 }
 
 }  // namespace
@@ -125,6 +140,12 @@ ColorDialog& QtWindow::ColorDialogNamed(std::string_view name) {
 void QtWindow::SetCaption(std::string_view caption) {
   caption_ = caption;
   root_->setWindowTitle(AsWindowTitle(caption));
+}
+
+void QtWindow::SetMark(std::optional<Color> mark) {
+  if (stripe_ == nullptr) stripe_ = new MarkStripe(*root_);
+  stripe_->setVisible(mark.has_value());
+  if (mark) stripe_->Show(ToQColor(*mark, root_->palette()));
 }
 
 void QtWindow::Show() {
@@ -269,6 +290,7 @@ void QtWindow::ScaleForm() {
   const Scale& scale = core_.scale;
   for (QWidget* widget : root_->findChildren<QWidget*>()) {
     if (widget->objectName().isEmpty()) continue;
+    if (auto* button = qobject_cast<QToolButton*>(widget)) SizeToolButton(*button, scale);
     widget->setMinimumSize(scale.OfForm(widget->minimumSize()));
     widget->setMaximumSize(scale.OfForm(widget->maximumSize()));
     if (!IsLaidOut(*widget)) widget->setGeometry(scale.OfForm(widget->geometry()));

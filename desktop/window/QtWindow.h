@@ -17,6 +17,8 @@
 
 namespace tessel {
 
+class MarkStripe;
+
 /// What windows of all kinds have in common: the controls and menus of a form, and the way they are
 /// unloaded.
 ///
@@ -52,10 +54,15 @@ class QtWindow : public Window, public KeyTaker {
   [[nodiscard]] int ScaleHeight() const override { return core_.scale.Twips(Inner().height()); }
   [[nodiscard]] bool Minimized() const override { return Outer().isMinimized(); }
   [[nodiscard]] bool Maximized() const override { return Outer().isMaximized(); }
+  void SetMaximized(bool /*maximized*/) override {}
+  void SetMark(std::optional<Color> mark) override;
   [[nodiscard]] bool Enabled() const override { return !block_.IsOn(); }
   void SetEnabled(bool enabled) override { block_.Set(!enabled); }
   void PopupMenu(MenuItem& menu, Control* at, int x, int y) override;
   void Arrange(Tiling /*tiling*/) override {}
+  [[nodiscard]] bool Tabbed() const override { return false; }
+  void SetTabbed(bool /*tabbed*/) override {}
+  void SetGroundText(std::string_view /*text*/) override {}
   void HandlerFailed(std::exception_ptr failure) noexcept override;
 
   /// The window's form.
@@ -104,6 +111,7 @@ class QtWindow : public Window, public KeyTaker {
   std::string formName_;
   QPointer<QWidget> root_;
   QPointer<QWidget> outer_;
+  QPointer<MarkStripe> stripe_;  ///< Made with the first mark.
   InputBlock block_;
   std::unique_ptr<InputRouter> router_;
   std::unique_ptr<Watch> watch_;

@@ -41,6 +41,7 @@ class Album {
   }
 
   void DrawAll() {
+    DrawEmptyFrame();
     DrawFrame();
     DrawDialogs();
     DrawMessages();
@@ -63,6 +64,7 @@ class Album {
   void FillSidebar(Window& frame) {
     auto& tree = frame.Find<TreeView>("trvBrowser");
     tree.Add("", {"d1", "Shop", 1, false});
+    tree.SetMark("d1", 0xA0D060);
     tree.Add("d1", {"t1", "customers", 2});
     tree.Add("d1", {"t2", "orders", 2});
     tree.AddChildren("t2", {{"f1", "id", 3}, {"f2", "customer", 3}, {"f3", "Order Date", 3}});
@@ -87,6 +89,7 @@ class Album {
 
   void FillRecords(Window& window) {
     window.SetCaption("Shop");
+    window.SetMark(0xA0D060);
     auto& status = window.Find<TextBox>("txtStatus");
     status.SetText("[15:09:26]  1000000 record(s).");
     status.SetBackColor(0xBF0000);
@@ -110,6 +113,35 @@ class Album {
     transaction.SetVisible(true);
   }
 
+  /// A first start, as it looks before anything is connected.
+  void DrawEmptyFrame() {
+    const auto frame = desktop_.MakeWindow("frmMDI");
+    frame->SetBounds({0, 0, 15360, 11520});
+    frame->SetGroundText("No database yet. Database > Connect... (Alt+D, C)");
+    frame->Show();
+    const auto query = desktop_.MakeWindow("frmMain");
+    query->Show();
+    auto& hint = query->Find<Label>("lblHint");
+    hint.SetCaption("No database yet. Database > Connect... (Alt+D, C)");
+    hint.SetVisible(true);
+    query->SetBounds({300, 300, 9000, 4500});
+    SettleEvents();
+    Save(AsQt(*frame).Outer(), QStringLiteral("frmMDI-empty"));
+    frame->Find<TreeView>("trvBrowser").Add("", {"d1", "Shop", 1, false});
+    frame->SetTabbed(true);
+    const auto records = desktop_.MakeWindow("frmRecords");
+    const auto others = desktop_.MakeWindow("frmRecords");
+    records->SetCaption("Shop");
+    records->SetMark(0xA0D060);
+    others->SetCaption("Staff [read-only]");
+    others->SetMark(0x0000C0);
+    records->Show();
+    others->Show();
+    frame->Arrange(Tiling::Horizontal);
+    SettleEvents();
+    Save(AsQt(*frame).Outer(), QStringLiteral("frmMDI-tabs"));
+  }
+
   void DrawFrame() {
     const auto frame = desktop_.MakeWindow("frmMDI");
     frame->SetBounds({0, 0, 16800, 10500});
@@ -129,6 +161,7 @@ class Album {
     frame->Arrange(Tiling::Horizontal);
     SettleEvents();
     FillRecords(*records);
+    row.ShowRow(RowText(records->Find<DataGrid>("DataGrid")));
     PlaceRecords(*records, row);
     Save(AsQt(*frame).Outer(), QStringLiteral("frmMDI"));
     auto& grid = *AsQt(*records).Root().findChild<RecordGrid*>(QStringLiteral("DataGrid"));

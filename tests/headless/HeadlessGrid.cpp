@@ -18,10 +18,14 @@ void HeadlessGrid::SetDataSource(std::shared_ptr<Recordset> recordset) {
   knownCount_ = source_ == nullptr ? 0 : source_->RecordCount();
   onNewRow_ = source_ != nullptr && knownCount_ == 0 && allowAddNew_;
   currentColumn_ = columns_.empty() ? -1 : 0;
-  if (source_ == nullptr || source_->RecordCount() == 0) return;
-  source_->MoveFirst();
-  Raise(RowColChange);
+  if (source_ != nullptr && source_->RecordCount() > 0) {
+    source_->MoveFirst();
+    Raise(RowColChange);
+  }
+  Raise(RowsChange);
 }
+
+void HeadlessGrid::SetZoom(int percent) { zoom_ = NearestZoom(percent); }
 
 void HeadlessGrid::SetAllowAddNew(bool allow) {
   allowAddNew_ = allow;
@@ -37,6 +41,7 @@ void HeadlessGrid::Refresh() {
   if (grown && source_->Editing() != EditMode::Add) onNewRow_ = false;
   if (count == 0) onNewRow_ = allowAddNew_;
   if (count > 0 && !onNewRow_ && source_->Eof()) source_->MoveLast();
+  Raise(RowsChange);
 }
 
 void HeadlessGrid::SelectColumns(int first, int last) {
@@ -53,6 +58,7 @@ void HeadlessGrid::MoveToColumn(int column) {
   EndEdit();
   currentColumn_ = column;
   Raise(RowColChange);
+  Raise(RowsChange);
 }
 
 std::string HeadlessGrid::ShownText(std::int64_t position, int column) const {
@@ -266,6 +272,7 @@ bool HeadlessGrid::MoveTo(std::int64_t position, int column) {
   onNewRow_ = begun || position >= source_->RecordCount();
   if (!onNewRow_) source_->MoveTo(source_->BookmarkAt(position));
   Raise(RowColChange);
+  Raise(RowsChange);
   return true;
 }
 

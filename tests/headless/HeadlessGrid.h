@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "contract/base/Zoom.h"
 #include "contract/desktop/Desktop.h"
 #include "contract/desktop/controls/DataGrid.h"
 #include "tests/headless/HeadlessControl.h"
@@ -54,6 +55,8 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   [[nodiscard]] Rect CellBounds() const override;
   [[nodiscard]] bool EditActive() const override { return editing_; }
   void Refresh() override;
+  [[nodiscard]] int Zoom() const override { return zoom_; }
+  void SetZoom(int percent) override;
 
   // --- the text of the cell being edited ---------------------------------------------------------
   /// What is selected of it; without a selection, where the caret stands.
@@ -117,6 +120,7 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   int currentColumn_ = -1;
   bool onNewRow_ = false;
   std::int64_t knownCount_ = 0;
+  int zoom_ = ordinaryZoom;
   TextBuffer editor_;
   bool editing_ = false;
   bool edited_ = false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,10 +33,12 @@ class HeadlessTreeView final : public Headless<TreeView> {
   void SetExpanded(std::string_view key, bool expanded) override;
   [[nodiscard]] std::string SelectedKey() const override { return selected_; }
   void SelectNode(std::string_view key) override;
+  void SetMark(std::string_view key, std::optional<Color> mark) override { At(key).mark = mark; }
   [[nodiscard]] std::string NodeAt(int x, int y) const override;
   [[nodiscard]] Rect NodeBounds(std::string_view key) const override;
 
   [[nodiscard]] int Image(std::string_view key) const { return At(key).image; }
+  [[nodiscard]] std::optional<Color> Mark(std::string_view key) const { return At(key).mark; }
 
   // --- what a user does --------------------------------------------------------------------------
   void ClickNode(const std::string& key);
@@ -51,6 +54,7 @@ class HeadlessTreeView final : public Headless<TreeView> {
     bool checked = false;
     bool expanded = false;
     bool checkBox = true;
+    std::optional<Color> mark = {};
   };
 
   [[nodiscard]] const Node& At(std::string_view key) const;

@@ -220,7 +220,14 @@ void HeadlessWindow::SetBounds(const Rect& bounds) {
   if (resized) Resize.Raise(this);
 }
 
-/// Rows one below another, or columns side by side, over the whole inside.
+void HeadlessWindow::SetMaximized(bool maximized) {
+  if (frame_ == nullptr || std::exchange(maximized_, maximized) == maximized) return;
+  if (maximized) minimized_ = false;
+  Resize.Raise(this);
+}
+
+/// Rows one below another, or columns side by side, over the whole inside. With tabs there are two
+/// at most: that of the first document, and that of all others.
 void HeadlessWindow::Arrange(Tiling tiling) {
   arranged_ = tiling;
   std::vector<HeadlessWindow*> tiles = Documents();
@@ -228,9 +235,11 @@ void HeadlessWindow::Arrange(Tiling tiling) {
   std::erase_if(tiles, [](const auto* tile) {
     return !tile->visible_ || tile->minimized_ || tile->Floats();
   });
-  const int count = static_cast<int>(tiles.size());
-  for (int n = 0; n < count; ++n) {
-    HeadlessWindow& tile = *tiles[static_cast<std::size_t>(n)];
+  const int documents = static_cast<int>(tiles.size());
+  const int count = tabbed_ ? std::min(documents, 2) : documents;
+  for (int document = 0; document < documents; ++document) {
+    HeadlessWindow& tile = *tiles[static_cast<std::size_t>(document)];
+    const int n = std::min(document, count - 1);
     if (tiling == Tiling::Horizontal)
       tile.SetBounds({0, bounds_.height / count * n, bounds_.width, bounds_.height / count});
     else tile.SetBounds({bounds_.width / count * n, 0, bounds_.width / count, bounds_.height});

@@ -53,10 +53,15 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   [[nodiscard]] int ScaleHeight() const override { return bounds_.height; }
   [[nodiscard]] bool Minimized() const override { return minimized_; }
   [[nodiscard]] bool Maximized() const override { return maximized_; }
+  void SetMaximized(bool maximized) override;
+  void SetMark(std::optional<Color> mark) override { mark_ = mark; }
   [[nodiscard]] bool Enabled() const override { return enabled_; }
   void SetEnabled(bool enabled) override { enabled_ = enabled; }
   void PopupMenu(MenuItem& menu, Control* at, int x, int y) override;
   void Arrange(Tiling tiling) override;
+  [[nodiscard]] bool Tabbed() const override { return tabbed_; }
+  void SetTabbed(bool tabbed) override { tabbed_ = tabbed; }
+  void SetGroundText(std::string_view text) override { groundText_ = text; }
   void HandlerFailed(std::exception_ptr failure) noexcept override;
 
   // --- what a user sees --------------------------------------------------------------------------
@@ -69,6 +74,8 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   [[nodiscard]] std::optional<Tiling> Arranged() const {
     return StandAsArranged() ? arranged_ : std::nullopt;
   }
+  [[nodiscard]] std::optional<Color> Mark() const { return mark_; }
+  [[nodiscard]] const std::string& GroundText() const { return groundText_; }
   [[nodiscard]] MousePointer PointerOver(std::string_view control) const;
 
   // --- what a user does (UserActions.cpp) --------------------------------------------------------
@@ -186,6 +193,9 @@ class HeadlessWindow final : public Window, private FocusKeeper {
   bool maximized_ = false;
   bool shownBefore_ = false;
   bool keepsOwnFocus_ = false;
+  bool tabbed_ = false;
+  std::optional<Color> mark_;
+  std::string groundText_;
   HeadlessControl* lastFocus_ = nullptr;
   std::optional<Tiling> arranged_;
   std::map<const HeadlessWindow*, Rect> places_;  ///< Of the documents, as arranged.

@@ -103,6 +103,12 @@ class DataGrid : public Control {
   /// Where the current cell stands, in twips inside the grid; empty when there is none.
   [[nodiscard]] virtual Rect CellBounds() const = 0;
 
+  /// The size of what it shows, in percent; at first ordinaryZoom. Setting it takes the nearest
+  /// that zoomSteps holds, and nothing is raised. The user changes it by Ctrl+plus, Ctrl+minus and
+  /// the wheel with Ctrl.
+  [[nodiscard]] virtual int Zoom() const = 0;
+  virtual void SetZoom(int percent) = 0;
+
   // --- editing the current cell ------------------------------------------------------------------
   /// Whether the user may edit it: its column is not locked, and AllowUpdate, or AllowAddNew on the
   /// new row.
@@ -138,7 +144,7 @@ class DataGrid : public Control {
   void DropEdit();
   /// Takes in that rows were written, added or deleted, or a change dropped. The recordset's
   /// current record is the current row; the user stays on the new row unless the record begun there
-  /// was written. Nothing is raised.
+  /// was written. Only RowsChange is raised.
   virtual void Refresh() = 0;
 
   Event<> Change;  ///< The current cell was changed: by every keystroke that does, or by code.
@@ -146,6 +152,9 @@ class DataGrid : public Control {
   /// keeps the user on the row when the handler sets it.
   Event<bool&> LeaveRow;
   Event<> RowColChange;  ///< The current cell moved.
+  /// Another row is current, or there are more or fewer: behind a binding, RowColChange and
+  /// Refresh.
+  Event<> RowsChange;
   Event<int>
       ButtonClick;  ///< The button of a cell in that column was pressed; the cell is current.
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "contract/desktop/controls/Control.h"
@@ -52,6 +53,8 @@ class TreeView : public Control {
   virtual void SelectNode(std::string_view key) = 0;
   /// The node at a place in twips inside the control; empty when there is none.
   [[nodiscard]] virtual std::string NodeAt(int x, int y) const = 0;
+  /// A stripe in a plain colour before the node's text; nothing, as at first: none.
+  virtual void SetMark(std::string_view key, std::optional<Color> mark) = 0;
   /// Where it shows, in the same measure; empty when it is out of sight or below a closed node.
   [[nodiscard]] virtual Rect NodeBounds(std::string_view key) const = 0;
 

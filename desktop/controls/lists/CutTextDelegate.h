@@ -6,7 +6,7 @@ namespace tessel {
 
 /// Shows items no wider than their view. A text that does not fit is cut in its middle, where names
 /// of one kind differ least, and shown whole in a tool tip.
-class CutTextDelegate final : public QStyledItemDelegate {
+class CutTextDelegate : public QStyledItemDelegate {
  public:
   explicit CutTextDelegate(QAbstractItemView& view);
 

@@ -15,6 +15,7 @@
 
 #include "contract/base/Error.h"
 #include "contract/text/Ascii.h"
+#include "desktop/controls/EmptyText.h"
 #include "desktop/controls/lists/LabelDelegate.h"
 #include "desktop/look/Colors.h"
 
@@ -72,6 +73,11 @@ QtListView::QtListView(QTreeWidget& widget, const ControlSite& site) : ControlOf
       new LabelDelegate(widget, [this](const QModelIndex& index, const QString& text) {
         LabelEdited(index.row(), FromQt(text));
       }));
+  const QString empty = widget.property("emptyText").toString();
+  if (!empty.isEmpty())
+    new EmptyText(
+        widget, [&widget, empty] { return widget.topLevelItemCount() == 0 ? empty : QString(); },
+        [&widget] { return widget.viewport()->rect().adjusted(8, 8, -8, -8); });
   Connect();
 }
 

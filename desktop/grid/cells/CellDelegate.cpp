@@ -1,6 +1,8 @@
 #include "desktop/grid/cells/CellDelegate.h"
 
+#include <QGuiApplication>
 #include <QPainter>
+#include <algorithm>
 
 #include "desktop/grid/cells/GridView.h"
 
@@ -8,26 +10,12 @@ namespace tessel {
 
 namespace {
 
-QColor Between(const QColor& a, const QColor& b) {
-  return {(a.red() + b.red()) / 2, (a.green() + b.green()) / 2, (a.blue() + b.blue()) / 2};
-}
+/// What the style leaves beside a text by itself.
+constexpr int paddingOfStyle = 3;
 
-/// The ground of a cell that stands out: a little of a warm colour, in the light and in the dark.
-QColor MarkedGround(const QPalette& palette) {
-  const QColor warm(255, 160, 0);
-  return Between(palette.color(QPalette::Base), Between(palette.color(QPalette::Base), warm));
-}
-
-/// The colour of the word NULL: half way from the text to its ground, whatever these are.
-void MakePale(QPalette& palette) {
-  for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
-    palette.setColor(
-        group, QPalette::Text,
-        Between(palette.color(group, QPalette::Text), palette.color(group, QPalette::Base)));
-    palette.setColor(group, QPalette::HighlightedText,
-                     Between(palette.color(group, QPalette::HighlightedText),
-                             palette.color(group, QPalette::Highlight)));
-  }
+void SetText(QPalette& palette, const QColor& color) {
+  for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+    palette.setColor(group, QPalette::Text, color);
 }
 
 }  // namespace
@@ -37,30 +25,68 @@ CellDelegate::CellDelegate(GridView& grid) : QStyledItemDelegate(&grid), grid_(g
 void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
   const ShownCell cell = grid_.Model().CellAt(index.row(), index.column());
+  const bool selected = grid_.ShowsSelected(index.row(), index.column());
+  const bool current = index == grid_.currentIndex();
+  const bool button = current && grid_.Model().ColumnAt(index.column()).button;
+  painter->fillRect(option.rect, GroundOf(index, selected));
+  PaintText(*painter, option, index, cell, selected, button);
+  if (button) PaintButton(*painter, option);
+  PaintLines(*painter, option.rect);
+  if (current) PaintRing(*painter, option.rect);
+}
+
+QColor CellDelegate::GroundOf(const QModelIndex& index, bool selected) const {
+  const GridColors& colors = Colors();
+  if (selected) return grid_.palette().color(QPalette::Highlight);
+  if (grid_.Model().IsMarked(index.row(), index.column())) return colors.marked;
+  if (index.row() == grid_.currentIndex().row()) return colors.currentRow;
+  return index.row() % 2 == 0 ? colors.base : colors.alternate;
+}
+
+/// A number that does not fit asks for a wider column: what is left of it would be another number.
+void CellDelegate::PaintText(QPainter& painter, const QStyleOptionViewItem& option,
+                             const QModelIndex& index, const ShownCell& cell, bool selected,
+                             bool button) const {
+  if (cell.text.isEmpty()) return;
   QStyleOptionViewItem shown = option;
-  shown.index = index;
   shown.text = cell.text;
   shown.features = QStyleOptionViewItem::HasDisplay;
   shown.displayAlignment = (cell.isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
   shown.textElideMode = Qt::ElideRight;
-  shown.state.setFlag(QStyle::State_Selected, grid_.ShowsSelected(index.row(), index.column()));
-  shown.state.setFlag(QStyle::State_HasFocus, false);
-  const bool isSelected = shown.state.testFlag(QStyle::State_Selected);
-  if (!isSelected && grid_.Model().IsMarked(index.row(), index.column()))
-    shown.backgroundBrush = MarkedGround(shown.palette);
-  if (cell.isNull) {
-    shown.font.setItalic(true);
-    MakePale(shown.palette);
-  }
-  const bool current = index == grid_.currentIndex();
-  const bool button = current && grid_.Model().ColumnAt(index.column()).button;
+  shown.state =
+      option.state & ~(QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_MouseOver);
+  shown.backgroundBrush = QBrush();
+  shown.font.setItalic(cell.isNull);
+  const int inside = cellPadding - paddingOfStyle;
+  shown.rect.adjust(inside, 0, -inside - 1, 0);
   if (button) shown.rect.setRight(ButtonIn(option.rect).left() - 1);
-  grid_.style()->drawControl(QStyle::CE_ItemViewItem, &shown, painter, &grid_);
-  if (button) PaintButton(*painter, option);
-  if (!current) return;
-  painter->setPen(QPen(shown.palette.color(QPalette::Highlight), 1));
-  painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
-  if (grid_.hasFocus()) painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
+  const QColor onSelection = grid_.palette().color(QPalette::HighlightedText);
+  SetText(shown.palette, selected ? onSelection : cell.isNull ? Colors().muted : Colors().text);
+  grid_.style()->drawControl(QStyle::CE_ItemViewItem, &shown, &painter, &grid_);
+  if (cell.isNumber) AskForRoom(index.column(), cell.text, option.rect.width());
+}
+
+/// Digits are of about one width: texts that are surely short enough are not measured.
+void CellDelegate::AskForRoom(int column, const QString& number, int width) const {
+  const QFontMetrics metrics = grid_.fontMetrics();
+  const int room = width - 2 * cellPadding - 1;
+  if (number.size() * metrics.maxWidth() <= room) return;
+  const int needed = metrics.horizontalAdvance(number);
+  if (needed > room) grid_.WantWidth(column, needed + 2 * cellPadding + 1);
+}
+
+void CellDelegate::PaintLines(QPainter& painter, const QRect& cell) const {
+  painter.setPen(Colors().line);
+  painter.drawLine(cell.topRight(), cell.bottomRight());
+  painter.drawLine(cell.bottomLeft(), cell.bottomRight());
+}
+
+/// Of the width of a line, and twice that while the grid has the keyboard.
+void CellDelegate::PaintRing(QPainter& painter, const QRect& cell) const {
+  painter.setPen(Colors().ring);
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(cell.adjusted(0, 0, -2, -2));
+  if (grid_.hasFocus()) painter.drawRect(cell.adjusted(1, 1, -3, -3));
 }
 
 QRect CellDelegate::ButtonIn(const QRect& cell) {
@@ -71,10 +97,18 @@ QRect CellDelegate::ButtonIn(const QRect& cell) {
 void CellDelegate::PaintButton(QPainter& painter, const QStyleOptionViewItem& option) const {
   QStyleOptionButton button;
   button.palette = grid_.window()->palette();
-  button.rect = ButtonIn(option.rect).adjusted(1, 1, -1, -1);
+  button.rect = ButtonIn(option.rect).adjusted(1, 1, -2, -2);
   button.state = QStyle::State_Enabled | QStyle::State_Raised;
   button.text = QStringLiteral("…");
   grid_.style()->drawControl(QStyle::CE_PushButton, &button, &painter, &grid_);
+}
+
+/// Made anew when the grid or the program has other colours.
+const GridColors& CellDelegate::Colors() const {
+  const QPalette& palette = grid_.palette();
+  const auto key = std::pair(palette.cacheKey(), QGuiApplication::palette().cacheKey());
+  if (std::exchange(colorsOf_, key) != key) colors_ = GridColorsOf(palette);
+  return colors_;
 }
 
 }  // namespace tessel

@@ -10,8 +10,9 @@ class GridView;
 class GridHeader final : public QHeaderView {
  public:
   GridHeader(Qt::Orientation orientation, GridView& grid);
-  /// Width that the numbers of so many rows need, the mark included.
+  /// Width that the numbers of so many rows need.
   [[nodiscard]] int WidthForRows(int rows) const;
+  [[nodiscard]] QSize sizeHint() const override;
 
  protected:
   void paintSection(QPainter* painter, const QRect& rect, int section) const override;
@@ -19,7 +20,8 @@ class GridHeader final : public QHeaderView {
  private:
   [[nodiscard]] bool IsSelected(int section) const;
   [[nodiscard]] int MarkSide() const { return fontMetrics().ascent() / 2 + 1; }
-  void PaintMark(QPainter& painter, const QRect& rect) const;
+  [[nodiscard]] bool IsCurrentRow(int section) const;
+  void PaintText(QPainter& painter, const QRect& rect, int section) const;
   void PaintPencil(QPainter& painter, const QRect& rect) const;
 
   GridView& grid_;

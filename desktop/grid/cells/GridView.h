@@ -22,6 +22,9 @@ class GridView : public QTableView {
   /// written.
   [[nodiscard]] virtual bool RowIsBeingChanged() const = 0;
 
+  /// A number in that column needs so many pixels to be shown whole.
+  virtual void WantWidth(int column, int width) = 0;
+
   /// A key in the editor that goes to another cell.
   virtual void MoveFromEditor(QKeyEvent& event) = 0;
   /// False when the focus is to leave the grid.

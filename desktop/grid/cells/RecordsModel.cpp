@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "desktop/base/Text.h"
+#include "desktop/grid/cells/FieldText.h"
 #include "desktop/grid/cells/ShownText.h"
 
 namespace tessel {
@@ -72,6 +73,20 @@ std::string RecordsModel::FieldName(int column) const {
   return field < source_->Fields().size() ? source_->Fields()[field].name : std::string();
 }
 
+/// The field's name, and below it what is known of the column.
+std::string RecordsModel::FieldTip(int column) const {
+  const auto field = static_cast<std::size_t>(column);
+  if (field >= source_->Fields().size()) return {};
+  const FieldInfo& info = source_->Fields()[field];
+  return info.name + "\n" + DescriptionOf(info);
+}
+
+bool RecordsModel::IsNumberColumn(int column) const {
+  const auto field = static_cast<std::size_t>(column);
+  return field < source_->Fields().size() && IsNumericType(source_->Fields()[field].type) &&
+         ColumnAt(column).format == nullptr;
+}
+
 std::optional<Bookmark> RecordsModel::BookmarkAt(int row) const {
   if (IsNewRow(row)) return std::nullopt;
   try {
@@ -108,8 +123,10 @@ QVariant RecordsModel::headerData(int section, Qt::Orientation orientation, int 
     return IsNewRow(section) ? QVariant(QStringLiteral("*")) : QVariant(section + 1);
   }
   if (role == Qt::DisplayRole) return AsShown(std::string_view(FieldName(section)));
-  if (role != Qt::ToolTipRole) return {};
-  return AsPlainToolTip(FieldName(section));
+  if (role == Qt::ToolTipRole) return AsPlainToolTip(FieldTip(section));
+  if (role == Qt::TextAlignmentRole && IsNumberColumn(section))
+    return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
+  return {};
 }
 
 ShownCell RecordsModel::ReadCell(int row, int column) const {

@@ -62,6 +62,10 @@ class RecordsModel final : public QAbstractTableModel {
   /// null.
   [[nodiscard]] std::string FullText(std::int64_t row, int column) const;
   [[nodiscard]] std::string FieldName(int column) const;  ///< Empty for a field that is not there.
+  /// What the tool tip of a column's head says: name, type, whether it is a key.
+  [[nodiscard]] std::string FieldTip(int column) const;
+  /// Whether numbers are shown in it.
+  [[nodiscard]] bool IsNumberColumn(int column) const;
   /// The row's bookmark; nothing when the recordset cannot tell it any more.
   [[nodiscard]] std::optional<Bookmark> BookmarkAt(int row) const;
 

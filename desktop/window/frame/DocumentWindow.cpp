@@ -4,6 +4,9 @@
 #include <QLayout>
 
 #include "contract/base/Error.h"
+#include "desktop/look/Colors.h"
+#include "desktop/window/frame/DocumentEdges.h"
+#include "desktop/window/frame/DocumentStyle.h"
 
 namespace tessel {
 
@@ -11,8 +14,11 @@ namespace {
 
 /// The frame around a document. The keys that the toolkit gives its system menu belong to the
 /// program.
-std::unique_ptr<QWidget> FrameAround(std::unique_ptr<QWidget> form) {
+std::unique_ptr<QWidget> FrameAround(std::unique_ptr<QWidget> form, const Scale& scale) {
   auto sub = std::make_unique<QMdiSubWindow>();
+  auto* style = new DocumentStyle(scale);
+  style->setParent(sub.get());
+  sub->setStyle(style);
   const QSize size = form->size();
   sub->setWindowIcon(form->windowIcon());
   sub->setWidget(form.release());
@@ -27,13 +33,14 @@ std::unique_ptr<QWidget> FrameAround(std::unique_ptr<QWidget> form) {
 
 DocumentWindow::DocumentWindow(std::string formName, std::unique_ptr<QWidget> form,
                                DesktopCore& core)
-    : QtWindow(std::move(formName), FrameAround(std::move(form)), core),
+    : QtWindow(std::move(formName), FrameAround(std::move(form), core.scale), core),
       frame_(core.frame),
       menus_(Root().findChild<QMenuBar*>()) {
   if (frame_ == nullptr)
     throw Error(errorNumber::application, "Tessel",
                 "The form " + FormName() + " needs a frame, and none is loaded.");
   if (menus_ != nullptr) menus_->hide();
+  new DocumentEdges(Sub());
   frame_->Adopt(*this);
 }
 
@@ -46,6 +53,20 @@ void DocumentWindow::Activate() {
 }
 
 bool DocumentWindow::Active() const { return frame_ != nullptr && frame_->IsActive(*this); }
+
+void DocumentWindow::SetMaximized(bool maximized) {
+  if (maximized == Maximized()) return;
+  if (maximized) Sub().showMaximized();
+  else Sub().showNormal();
+}
+
+void DocumentWindow::SetMark(std::optional<Color> mark) {
+  mark_ = mark;
+  const QVariant color = mark ? QVariant(ToQColor(*mark, Sub().palette())) : QVariant();
+  Sub().setProperty(DocumentStyle::markProperty, color);
+  Sub().update();
+  if (frame_ != nullptr) frame_->ShowMarkOf(*this);
+}
 
 bool DocumentWindow::KeepsFromShortcuts(const QKeyEvent& event) const {
   return frame_ != nullptr && frame_->LeavesToDocument(event);

@@ -18,6 +18,8 @@ class DocumentFrame {
   /// Shows the document as the active one.
   virtual void ShowDocument(DocumentWindow& document) = 0;
   virtual void ActivateDocument(DocumentWindow& document) = 0;
+  /// The document's stripe has another colour.
+  virtual void ShowMarkOf(const DocumentWindow& document) = 0;
   [[nodiscard]] virtual bool IsActive(const DocumentWindow& document) const = 0;
   /// Whether a key that is the shortcut of one of the frame's commands goes to the active document
   /// all the same.
@@ -41,6 +43,9 @@ class DocumentWindow final : public QtWindow {
 
   void Activate() override;
   [[nodiscard]] bool Active() const override;
+  void SetMaximized(bool maximized) override;
+  void SetMark(std::optional<Color> mark) override;
+  [[nodiscard]] std::optional<Color> Mark() const { return mark_; }
   [[nodiscard]] QMdiSubWindow& Sub() const { return static_cast<QMdiSubWindow&>(Outer()); }
   [[nodiscard]] QMenuBar* OwnMenus() const { return menus_; }
   [[nodiscard]] bool KeepsFromShortcuts(const QKeyEvent& event) const override;
@@ -53,6 +58,7 @@ class DocumentWindow final : public QtWindow {
 
  private:
   DocumentFrame* frame_;
+  std::optional<Color> mark_;
   QMenuBar* menus_;  ///< Null when the form has none.
 };
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "contract/base/Error.h"
+#include "desktop/base/Text.h"
 #include "desktop/window/ScreenRoom.h"
 
 namespace tessel {
@@ -24,6 +25,7 @@ FrameWindow::FrameWindow(std::string formName, std::unique_ptr<QWidget> form, De
       menus_(*Main().menuBar()),
       tiles_(area_) {
   core_.frame = this;
+  ground_ = new EmptyText(area_, [this] { return groundText_; });
   Root().resize(WithinScreenOf(Root(), Root().size()));
   // The area would keep Ctrl+Tab from the program, and act when Ctrl comes up.
   QCoreApplication::instance()->removeEventFilter(&area_);
@@ -31,6 +33,7 @@ FrameWindow::FrameWindow(std::string formName, std::unique_ptr<QWidget> form, De
 }
 
 FrameWindow::~FrameWindow() {
+  delete ground_;
   QObject::disconnect(&area_, nullptr, &area_, nullptr);
   menus_.ShowWith(nullptr);
   for (DocumentWindow* document : documents_) document->LeaveFrame();
@@ -80,6 +83,15 @@ void FrameWindow::ActivateDocument(DocumentWindow& document) {
   Outer().activateWindow();
   area_.setActiveSubWindow(&document.Sub());
   DocumentChanged();
+}
+
+void FrameWindow::ShowMarkOf(const DocumentWindow& document) {
+  tiles_.Tabs().Rename(document.Sub());
+}
+
+void FrameWindow::SetGroundText(std::string_view text) {
+  groundText_ = ToQt(text);
+  area_.viewport()->update();
 }
 
 bool FrameWindow::IsActive(const DocumentWindow& document) const {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <vector>
 
+#include "desktop/controls/EmptyText.h"
 #include "desktop/window/frame/DocumentWindow.h"
 #include "desktop/window/frame/FrameMenus.h"
 #include "desktop/window/frame/Tiles.h"
@@ -20,6 +21,9 @@ class FrameWindow final : public QtWindow, public DocumentFrame {
   void Activate() override;
   [[nodiscard]] bool Active() const override { return Outer().isActiveWindow(); }
   void Arrange(Tiling tiling) override { tiles_.Arrange(tiling); }
+  [[nodiscard]] bool Tabbed() const override { return tiles_.Tabbed(); }
+  void SetTabbed(bool tabbed) override { tiles_.SetTabbed(tabbed); }
+  void SetGroundText(std::string_view text) override;
   [[nodiscard]] bool KeepsFromShortcuts(const QKeyEvent& event) const override {
     return LeavesToDocument(event);
   }
@@ -28,6 +32,7 @@ class FrameWindow final : public QtWindow, public DocumentFrame {
   void Release(DocumentWindow& document) override;
   void ShowDocument(DocumentWindow& document) override;
   void ActivateDocument(DocumentWindow& document) override;
+  void ShowMarkOf(const DocumentWindow& document) override;
   [[nodiscard]] bool IsActive(const DocumentWindow& document) const override;
   [[nodiscard]] bool LeavesToDocument(const QKeyEvent& event) const override;
   void EndWithSession() override { Unload(UnloadReason::Code); }
@@ -51,6 +56,8 @@ class FrameWindow final : public QtWindow, public DocumentFrame {
   QMdiArea& area_;
   FrameMenus menus_;
   Tiles tiles_;
+  QString groundText_;
+  QPointer<EmptyText> ground_;  ///< Paints it.
   std::vector<DocumentWindow*> documents_;
   DocumentWindow* active_ = nullptr;  ///< The one that was told last that it is active.
 };

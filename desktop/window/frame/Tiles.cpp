@@ -1,7 +1,10 @@
 #include "desktop/window/frame/Tiles.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <algorithm>
+
+#include "desktop/window/frame/DocumentStyle.h"
 
 namespace tessel {
 
@@ -40,9 +43,20 @@ int HeightOfMinimized(const QMdiArea& area) {
   return height;
 }
 
+/// Whether a document shows its title; on a stack the tabs stand for it.
+void ShowTitle(QMdiSubWindow& window, bool shown) {
+  if (window.property(DocumentStyle::untitledProperty).toBool() != shown) return;
+  window.setProperty(DocumentStyle::untitledProperty, !shown);
+  QEvent changed(QEvent::StyleChange);
+  QCoreApplication::sendEvent(&window, &changed);
+  window.update();
+}
+
 }  // namespace
 
-Tiles::Tiles(QMdiArea& area) : area_(area) { area.installEventFilter(this); }
+Tiles::Tiles(QMdiArea& area) : area_(area), tabs_(*new DocumentTabs(area)) {
+  area.installEventFilter(this);
+}
 
 void Tiles::Arrange(Tiling tiling) {
   tiling_ = tiling;
@@ -52,11 +66,33 @@ void Tiles::Arrange(Tiling tiling) {
   const QList<QMdiSubWindow*> tiles = TilesOf(area_);
   for (QMdiSubWindow* window : area_.subWindowList())
     if (window->isMaximized()) window->showNormal();
-  for (int n = 0; n < tiles.size(); ++n)
-    tiles[n]->setGeometry(Part(room, n, static_cast<int>(tiles.size()), tiling));
+  PutTiles(tiles, room);
   places_.clear();
   for (const QMdiSubWindow* window : tiles) places_.insert(window, window->geometry());
   placing_ = false;
+}
+
+void Tiles::PutTiles(const QList<QMdiSubWindow*>& tiles, const QRect& room) {
+  const bool stacks = tabbed_ && tiles.size() > 2;
+  const int count = stacks ? 2 : static_cast<int>(tiles.size());
+  for (int n = 0; n < (stacks ? 1 : count); ++n) {
+    ShowTitle(*tiles[n], true);
+    tiles[n]->setGeometry(Part(room, n, count, *tiling_));
+  }
+  if (stacks) PutOnStack(tiles.mid(1), Part(room, 1, count, *tiling_));
+  else tabs_.Clear();
+}
+
+void Tiles::PutOnStack(const QList<QMdiSubWindow*>& stack, const QRect& room) {
+  QRect tabs = room;
+  tabs.setHeight(0);
+  tabs_.ShowFor(stack, tabs);
+  tabs.setHeight(tabs_.sizeHint().height());
+  tabs_.setGeometry(tabs);
+  for (QMdiSubWindow* window : stack) {
+    ShowTitle(*window, false);
+    window->setGeometry(room.adjusted(0, tabs.height(), 0, 0));
+  }
 }
 
 void Tiles::Float(QMdiSubWindow& window) const {
@@ -75,11 +111,14 @@ void Tiles::Add(QMdiSubWindow& window) { window.installEventFilter(this); }
 void Tiles::Remove(QMdiSubWindow& window) {
   window.removeEventFilter(this);
   places_.remove(&window);
+  tabs_.Forget(window);
 }
 
 /// The area tells of its new size before it has changed anything inside. A window that is restored
 /// may stand where it was put, while the area has changed its size meanwhile.
 bool Tiles::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::WindowTitleChange && watched != &area_)
+    tabs_.Rename(static_cast<QMdiSubWindow&>(*watched));
   const QEvent::Type type = watched == &area_ ? QEvent::Resize : QEvent::WindowStateChange;
   if (event->type() == type && !placing_)
     QMetaObject::invokeMethod(

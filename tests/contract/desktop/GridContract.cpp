@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "contract/base/Zoom.h"
 #include "tests/contract/desktop/GridWindow.h"
 
 namespace tessel::test {
@@ -171,6 +172,32 @@ void AFormatDecidesHowValuesAreShown(ContractHost& host) {
   EXPECT_EQ(test.grid.ShownText(0, 1), "one");
 }
 
+void ChangesOfTheRowAreTold(ContractHost& host) {
+  Record rows;
+  GridFixture test(host);
+  test.grid.RowsChange = rows.Noting("rows");
+  test.Bind();
+  EXPECT_EQ(rows.Take(), Seen{"rows"});
+  test.host.ClickGridCell(test.window, gridName, 1, 1);
+  EXPECT_EQ(rows.Take(), Seen{"rows"});
+  test.grid.Refresh();
+  EXPECT_EQ(rows.Take(), Seen{"rows"});
+  test.grid.SetDataSource(nullptr);
+  EXPECT_EQ(rows.Take(), Seen{"rows"});
+}
+
+void TheSizeIsOneOfThoseThereAre(ContractHost& host) {
+  GridFixture test(host);
+  EXPECT_EQ(test.grid.Zoom(), ordinaryZoom);
+  test.Bind();
+  test.grid.SetZoom(150);
+  EXPECT_EQ(test.grid.Zoom(), 150);
+  test.grid.SetZoom(1000);
+  EXPECT_EQ(test.grid.Zoom(), 300);
+  test.grid.SetZoom(101);
+  EXPECT_EQ(test.grid.Zoom(), 100);
+}
+
 void CopyingTakesTheCurrentCellOrTheSelection(ContractHost& host) {
   GridFixture test(host);
   test.Bind();
@@ -196,6 +223,8 @@ std::vector<ContractCase> GridContract() {
           {"EditingIsAllowedByFlags", &EditingIsAllowedByFlags},
           {"ValuesAreShownAsTheyAre", &ValuesAreShownAsTheyAre},
           {"AFormatDecidesHowValuesAreShown", &AFormatDecidesHowValuesAreShown},
+          {"ChangesOfTheRowAreTold", &ChangesOfTheRowAreTold},
+          {"TheSizeIsOneOfThoseThereAre", &TheSizeIsOneOfThoseThereAre},
           {"CopyingTakesTheCurrentCellOrTheSelection", &CopyingTakesTheCurrentCellOrTheSelection}};
 }
 

@@ -363,6 +363,48 @@ void AMaximizedDocumentIsLeftAloneUntilTheNextTiling(ContractHost& host) {
   ExpectRows({windows.document.get(), second.get()});
 }
 
+void CodeMaximizesADocument(ContractHost& host) {
+  const Framed windows(host, "frmMain");
+  const auto second = ShowForm(host, "frmRecords");
+  windows.frame->Arrange(Tiling::Horizontal);
+  windows.document->SetMaximized(true);
+  host.Settle();
+  EXPECT_TRUE(windows.document->Maximized());
+  EXPECT_FALSE(second->Maximized());
+  windows.document->SetMaximized(true);
+  windows.document->SetMaximized(false);
+  host.Settle();
+  EXPECT_FALSE(windows.document->Maximized());
+  ExpectRows({windows.document.get(), second.get()});
+  windows.frame->SetMaximized(true);
+  EXPECT_FALSE(windows.frame->Maximized()) << "that is the user's";
+}
+
+void WithTabsTheOtherDocumentsLieUponEachOther(ContractHost& host) {
+  const Framed windows(host, "frmMain");
+  const auto second = ShowForm(host, "frmRecords");
+  windows.frame->Arrange(Tiling::Horizontal);
+  EXPECT_FALSE(windows.frame->Tabbed());
+  const Rect alone = second->Bounds();
+  windows.frame->SetTabbed(true);
+  windows.frame->Arrange(Tiling::Horizontal);
+  EXPECT_TRUE(windows.frame->Tabbed());
+  EXPECT_EQ(second->Bounds(), alone) << "there is nothing to choose";
+  const auto third = ShowForm(host, "frmRecords");
+  EXPECT_EQ(third->Bounds(), second->Bounds());
+  EXPECT_GT(second->Bounds().height, 0);
+  EXPECT_GE(second->Bounds().top, windows.document->Bounds().height);
+  EXPECT_NEAR(windows.document->Bounds().height, alone.height, 30);
+  third->Unload();
+  host.Settle();
+  EXPECT_EQ(second->Bounds(), alone);
+  const auto fourth = ShowForm(host, "frmRecords");
+  windows.frame->SetTabbed(false);
+  windows.frame->Arrange(Tiling::Horizontal);
+  host.Settle();
+  ExpectRows({windows.document.get(), second.get(), fourth.get()});
+}
+
 void AWindowShownSoonComesUpAndGoesAway(ContractHost& host) {
   const auto frame = ShowForm(host, "frmMDI");
   const auto window = host.TheDesktop().MakeWindow("dlgAsync");
@@ -464,6 +506,8 @@ std::vector<ContractCase> WindowContract() {
           {"AHandMadeLayoutIsLeftAlone", &AHandMadeLayoutIsLeftAlone},
           {"AMaximizedDocumentIsLeftAloneUntilTheNextTiling",
            &AMaximizedDocumentIsLeftAloneUntilTheNextTiling},
+          {"CodeMaximizesADocument", &CodeMaximizesADocument},
+          {"WithTabsTheOtherDocumentsLieUponEachOther", &WithTabsTheOtherDocumentsLieUponEachOther},
           {"AWindowShownSoonComesUpAndGoesAway", &AWindowShownSoonComesUpAndGoesAway},
           {"AContainerTellsOfItsSize", &AContainerTellsOfItsSize},
           {"ControlsKeepTheirProperties", &ControlsKeepTheirProperties},

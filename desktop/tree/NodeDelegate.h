@@ -1,0 +1,27 @@
+#pragma once
+
+#include "desktop/controls/lists/CutTextDelegate.h"
+
+namespace tessel {
+
+/// Paints a node of a tree: its stripe before it, the number of its children muted at the right
+/// edge, and a tint under the pointer.
+class NodeDelegate final : public CutTextDelegate {
+  Q_OBJECT
+
+ public:
+  explicit NodeDelegate(QAbstractItemView& view);
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override;
+
+ private:
+  void PaintGround(QPainter& painter, const QStyleOptionViewItem& option) const;
+  [[nodiscard]] int PaintCount(QPainter& painter, const QStyleOptionViewItem& option,
+                               const QModelIndex& index) const;
+  [[nodiscard]] int PaintMark(QPainter& painter, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const;
+
+  QAbstractItemView& tree_;
+};
+
+}  // namespace tessel
