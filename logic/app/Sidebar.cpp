@@ -11,9 +11,11 @@ constexpr int frameNarrower = 300;
 constexpr int valueColumnNarrower = 1020;
 constexpr int nameColumnWidth = 960;  ///< A little less: the list has a border.
 constexpr int usableHeightLess = 480;
-constexpr int framesTop = 360;
+constexpr int framesTop = 60;
+constexpr int betweenFrames = 240;
 constexpr int frameLeft = 120;
-constexpr int headingHeight = 330;
+constexpr int headingHeight = 375;
+constexpr int betweenButtons = 30;
 constexpr int splitterZone = 90;
 constexpr int minimumWidth = 1800;
 constexpr int roomForDocuments = 3000;
@@ -36,6 +38,7 @@ Sidebar::Sidebar(Window& frame)
       cmdAddTag_(frame.Find<Button>("cmdAddTag")),
       cmdRemoveTag_(frame.Find<Button>("cmdRemoveTag")) {
   cmdCloseBox_.Click = [this] { Show(false); };
+  cmdCloseBox_.SetVisible(true);  // It lies over the edge of a panel: that brings it in front.
   box_.Resize = [this] { box_Resize(); };
   box_.MouseMove = [this](const MouseEvent& event) { box_MouseMove(event); };
   box_.MouseDown = [this](const MouseEvent& event) {
@@ -53,19 +56,20 @@ void Sidebar::box_Resize() {
   const int usable = std::max(box.height - usableHeightLess, 0);
   const int tagsHeight = usable * 30 / 100;
   PlaceTags(width, framesTop, tagsHeight);
-  PlaceBrowser(width, framesTop + tagsHeight, usable - tagsHeight);
+  PlaceBrowser(width, framesTop + tagsHeight + betweenFrames, usable - tagsHeight);
   if (onPlaced) onPlaced();
 }
 
+/// Its buttons stand in the row of its heading, before the one that closes the sidebar.
 void Sidebar::PlaceTags(int width, int top, int height) {
   Place(fraTags_, frameLeft, top, width, height);
-  Rect button = cmdRemoveTag_.Bounds();
-  button.left = width - button.width;
-  cmdRemoveTag_.SetBounds(button);
-  const int left = button.left - cmdAddTag_.Bounds().width;
-  button = cmdAddTag_.Bounds();
-  button.left = left;
-  cmdAddTag_.SetBounds(button);
+  int right = cmdCloseBox_.Bounds().left - frameLeft - betweenButtons;
+  for (Button* button : {&cmdRemoveTag_, &cmdAddTag_}) {
+    Rect bounds = button->Bounds();
+    bounds.left = right - bounds.width;
+    button->SetBounds(bounds);
+    right = bounds.left;
+  }
   Place(lsvTags_, 0, headingHeight, width, height - headingHeight);
   lsvTags_.SetColumnWidth(0, nameColumnWidth);
   lsvTags_.SetColumnWidth(1, width - valueColumnNarrower);

@@ -36,6 +36,8 @@ void WindowMenu::List(Window& owner) {
     item.SetChecked(windows[i]->Active());
     item.Click = [this, i] { windows_.choose(i); };
   }
+  owner.Menu("mnuWindowTabs").SetChecked(frame_.Tabbed());
+  owner.Menu("mnuWindowMaximize").SetChecked(windows.at(ActiveOne())->Maximized());
   owner.Menu("mnuWindowMore").SetVisible(windows.size() > mostListed);
   owner.Menu("mnuWindowClose").SetEnabled(MayClose());
 }

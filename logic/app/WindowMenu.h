@@ -28,7 +28,7 @@ class WindowMenu {
   /// Makes the entries of that window's Window menu do their work.
   void Wire(Window& owner);
   /// That window's menu is about to open: lists the first nine windows each with its digit, the
-  /// active one checked.
+  /// active one checked; checks what holds of the frame and of the active one.
   void List(Window& owner);
   /// Ctrl+F6 and Ctrl+Tab go to the next window, with Shift to the previous one, and Ctrl+F4 closes
   /// the active one. False for any other key.

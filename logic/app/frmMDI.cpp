@@ -17,6 +17,8 @@ namespace tessel {
 namespace {
 
 constexpr const char* newLine = "\r\n";
+constexpr const char* tabsSetting = "tabs";
+constexpr const char* firstStep = "No database yet. Database > Connect... (Alt+D, C)";
 
 /// Spaces cut from both ends, then any white space from the front.
 std::string TrimSelection(std::string text) {
@@ -33,6 +35,7 @@ frmMDI::frmMDI(const Global& global, Vocabulary& vocabulary, TagStore& tags)
       help_(global),
       window_(global.TheDesktop().MakeWindow("frmMDI")),
       sidebar_(*window_),
+      settings_(global),
       async_(global.TheDesktop(), *window_),
       main_(std::make_unique<frmMain>(global, static_cast<QueryHost&>(*this), vocabulary)),
       droppedFiles_(global, *main_, [this](const std::string& path) { ConnectToFile(path); }),
@@ -47,6 +50,8 @@ frmMDI::frmMDI(const Global& global, Vocabulary& vocabulary, TagStore& tags)
   WireMenus();
   window_->KeyDown = [this](KeyEvent& event) { MDIForm_KeyDown(event); };
   window_->Unloaded = [this] { MDIForm_Unload(); };
+  window_->SetTabbed(settings_.Number(tabsSetting, 0) != 0);
+  ShowNextStep();
   global.TheDesktop().SessionEnds = [this] {
     main_->EndSession();
     async_.Cancel();
@@ -124,10 +129,25 @@ void frmMDI::WireWindowMenu() {
   window_->Menu("mnuWindowSidebar").Click = [this] { mnuWindowSidebar_Click(); };
   window_->Menu("mnuWindowTileHoriz").Click = [this] { mnuWindowTileHoriz_Click(); };
   window_->Menu("mnuWindowTileVert").Click = [this] { mnuWindowTileVert_Click(); };
+  window_->Menu("mnuWindowTabs").Click = [this] { mnuWindowTabs_Click(); };
+  window_->Menu("mnuWindowMaximize").Click = [this] { mnuWindowMaximize_Click(); };
   window_->Menu("mnuHelpContents").Click = [this] { mnuHelpContents_Click(); };
   window_->Menu("mnuHelpIndex").Click = [this] { mnuHelpIndex_Click(); };
   window_->Menu("mnuHelpShortcuts").Click = [this] { mnuHelpShortcuts_Click(); };
   window_->Menu("mnuHelpAbout").Click = [this] { mnuHelpAbout_Click(); };
+}
+
+/// The choice holds for the next start too.
+void frmMDI::mnuWindowTabs_Click() {
+  const bool tabs = !window_->Tabbed();
+  window_->SetTabbed(tabs);
+  Arrange(tiling_);
+  settings_.SetNumber(tabsSetting, tabs ? 1 : 0);
+}
+
+void frmMDI::mnuWindowMaximize_Click() {
+  for (Window* document : DocumentWindows())
+    if (document->Active()) return document->SetMaximized(!document->Maximized());
 }
 
 void frmMDI::mnuEditWordWrap_Click() {
@@ -235,8 +255,9 @@ std::optional<std::string> frmMDI::SelectedSQL() {
   return std::nullopt;
 }
 
-/// Without any connection nothing is said, as ever.
+/// Without any connection no message comes up, as ever; a line in the query window says what to do.
 bool frmMDI::SomeTakePart() {
+  if (RecordsWindows().empty()) main_->ShowHint(firstStep);
   if (RecordsWindows().empty() || !allConnections_.TakingPart().empty()) return true;
   help_.Show("No connection takes part: tick \"Takes Part\" in a records window.",
              MessageIcon::Exclamation);
@@ -335,6 +356,19 @@ void frmMDI::ForgetRecordsWindow(frmRecords* closed) {
 void frmMDI::TellListNotSaved(const std::string& reason) {
   if (!records_.empty())
     records_.back()->AddNotice("The list of connections was not saved: " + reason + ".");
+}
+
+void frmMDI::CountRecordsWindow(int change) {
+  recordsWindowCount_ += change;
+  ShowNextStep();
+}
+
+/// On the ground while there is no connection. The hint in the query window comes with a command
+/// that needs one.
+void frmMDI::ShowNextStep() {
+  const bool connected = recordsWindowCount_ > 0;
+  window_->SetGroundText(connected ? "" : firstStep);
+  if (connected) main_->ShowHint("");
 }
 
 // --- focus and schema browser --------------------------------------------------------------------

@@ -13,6 +13,7 @@
 #include "logic/connections/dlgConnect.h"
 #include "logic/program/Help.h"
 #include "logic/program/dlgAsync.h"
+#include "logic/program/view/ViewSettings.h"
 #include "logic/query/completion/vocab.h"
 #include "logic/query/frmMain.h"
 #include "logic/results/frmRecords.h"
@@ -50,6 +51,8 @@ class frmMDI : private QueryHost,
   void mnuWindowSidebar_Click() override { sidebar_.Toggle(); }
   void mnuWindowTileHoriz_Click() override { Arrange(Tiling::Horizontal); }
   void mnuWindowTileVert_Click() override { Arrange(Tiling::Vertical); }
+  void mnuWindowTabs_Click() override;
+  void mnuWindowMaximize_Click() override;
   void mnuHelpContents_Click() override { help_.ShowContents(); }
   void mnuHelpIndex_Click() override { help_.ShowIndex(); }
   void mnuHelpShortcuts_Click() override;
@@ -76,6 +79,7 @@ class frmMDI : private QueryHost,
 
   void Arrange(Tiling tiling);
   void ShowResults();
+  void ShowNextStep();
   void ChooseWindow(std::size_t index);
   [[nodiscard]] std::vector<Window*> DocumentWindows() const;
   [[nodiscard]] bool AskWhichInstance();
@@ -90,9 +94,10 @@ class frmMDI : private QueryHost,
   void FocusFirstRecordsWindow() override;
   void FocusBrowser() override;
   // RecordsHost
-  void CountRecordsWindow(int change) override { recordsWindowCount_ += change; }
-  void AddDatabaseNode(const std::string& key, const std::string& text) override {
-    browser_.AddDatabaseNode(key, text);
+  void CountRecordsWindow(int change) override;
+  void AddDatabaseNode(const std::string& key, const std::string& text,
+                       std::optional<Color> mark) override {
+    browser_.AddDatabaseNode(key, text, mark);
   }
   void NameDatabaseNode(const std::string& key, const std::string& text) override {
     browser_.NameDatabaseNode(key, text);
@@ -132,6 +137,7 @@ class frmMDI : private QueryHost,
   Help help_;
   std::unique_ptr<Window> window_;
   Sidebar sidebar_;
+  ViewSettings settings_;
   dlgAsync async_;
   int nextID_ = 0;
   int recordsWindowCount_ = 0;

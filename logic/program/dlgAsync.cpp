@@ -47,22 +47,25 @@ void dlgAsync::Load() {
   timer.Tick = [this] { ShowElapsed(); };
 }
 
-void dlgAsync::NameConnection(const std::shared_ptr<Connection>& connection, std::string name) {
+void dlgAsync::NameConnection(const std::shared_ptr<Connection>& connection, std::string name,
+                              std::optional<Color> mark) {
   std::erase_if(names_, [&](const Name& named) {
     return named.connection.expired() || named.connection.lock() == connection;
   });
-  names_.push_back({connection, std::move(name)});
+  names_.push_back({connection, std::move(name), mark});
 }
 
-std::string dlgAsync::TitleOf(const Connection* connection) const {
+const dlgAsync::Name* dlgAsync::NameOf(const Connection* connection) const {
   const auto named = std::ranges::find_if(
       names_, [&](const Name& name) { return name.connection.lock().get() == connection; });
-  return connection == nullptr || named == names_.end() ? programName : named->text;
+  return connection == nullptr || named == names_.end() ? nullptr : &*named;
 }
 
 void dlgAsync::Reset(const Connection* connection) {
   Load();
-  window_->SetCaption(TitleOf(connection));
+  const Name* name = NameOf(connection);
+  window_->SetCaption(name == nullptr ? programName : name->text);
+  window_->SetMark(name == nullptr ? std::nullopt : name->mark);
   window_->Find<Label>("lblMessage").SetCaption("");
   bar_->SetVisible(false);
   bar_->SetValue(0);

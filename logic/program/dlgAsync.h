@@ -34,7 +34,8 @@ class dlgAsync {
 
   /// What the window's title calls that connection from now on. What runs on a connection without
   /// a name has the program's own name as its title.
-  void NameConnection(const std::shared_ptr<Connection>& connection, std::string name);
+  void NameConnection(const std::shared_ptr<Connection>& connection, std::string name,
+                      std::optional<Color> mark = {});
 
   /// Waits for the end of an operation under `message`, and cancels it when the user asks for that.
   /// Not `async`: waits inside the provider, and cannot be cancelled. False when cancelled; raises
@@ -94,7 +95,6 @@ class dlgAsync {
   [[nodiscard]] std::shared_ptr<Recordset> Read(const std::shared_ptr<QueryOperation>& query);
   void Load();
   void Reset(const Connection* connection);
-  [[nodiscard]] std::string TitleOf(const Connection* connection) const;
   void ShowElapsed();
   void ShowDone();
   [[nodiscard]] std::int64_t Elapsed() const;
@@ -114,7 +114,11 @@ class dlgAsync {
   struct Name {
     std::weak_ptr<Connection> connection;
     std::string text;
+    std::optional<Color> mark;
   };
+
+  /// Null for none, and for one that has no name.
+  [[nodiscard]] const Name* NameOf(const Connection* connection) const;
 
   Desktop& desktop_;
   Window& frame_;

@@ -37,6 +37,7 @@ frmMain::frmMain(const Global& global, QueryHost& host, Vocabulary& vocabulary)
       txtQuery_(window_->Find<EditorBox>("txtQuery")),
       labPlace_(window_->Find<Label>("labPlace")),
       chkWordWrap_(window_->Find<CheckBox>("chkWordWrap")),
+      lblHint_(window_->Find<Label>("lblHint")),
       dlgCommon_(window_->FileDialogNamed("dlgCommon")),
       document_(global, txtQuery_),
       completion_(*window_, vocabulary),
@@ -197,6 +198,11 @@ void frmMain::MarkChanged() {
   if (dirty_) return;
   dirty_ = true;
   UpdateCaption();
+}
+
+void frmMain::ShowHint(std::string_view text) {
+  lblHint_.SetCaption(text);
+  lblHint_.SetVisible(!text.empty());
 }
 
 void frmMain::chkWordWrap_Click() {

@@ -63,6 +63,8 @@ class frmMain : public SqlTarget, private RecoveryHost {
   [[nodiscard]] FindLine& Find() { return find_; }
   [[nodiscard]] TextZoom& Zoom() { return zoom_; }
   void FocusText() { txtQuery_.SetFocus(); }
+  /// Says in the window's own row what to do next; nothing for an empty text.
+  void ShowHint(std::string_view text);
   [[nodiscard]] CheckBox& WordWrapBox() { return chkWordWrap_; }
   /// The window's own mark of the connection connected last: the ground of its text.
   void ShowConnectionColor(Color color) { txtQuery_.SetBackColor(color); }
@@ -94,6 +96,7 @@ class frmMain : public SqlTarget, private RecoveryHost {
   EditorBox& txtQuery_;
   Label& labPlace_;
   CheckBox& chkWordWrap_;
+  Label& lblHint_;
   FileDialog& dlgCommon_;
   TextDocument document_;
   CompletionList completion_;

@@ -1,5 +1,7 @@
 #include "logic/results/FrameCommands.h"
 
+#include "contract/base/Zoom.h"
+#include "contract/desktop/controls/DataGrid.h"
 #include "logic/results/RecordsHost.h"
 
 namespace tessel {
@@ -12,6 +14,8 @@ void WireFrameCommands(Window& window, RecordsHost& host) {
   forward("mnuWindowSidebar", &RecordsHost::mnuWindowSidebar_Click);
   forward("mnuWindowTileHoriz", &RecordsHost::mnuWindowTileHoriz_Click);
   forward("mnuWindowTileVert", &RecordsHost::mnuWindowTileVert_Click);
+  forward("mnuWindowTabs", &RecordsHost::mnuWindowTabs_Click);
+  forward("mnuWindowMaximize", &RecordsHost::mnuWindowMaximize_Click);
   forward("mnuHelpContents", &RecordsHost::mnuHelpContents_Click);
   forward("mnuHelpIndex", &RecordsHost::mnuHelpIndex_Click);
   forward("mnuHelpShortcuts", &RecordsHost::mnuHelpShortcuts_Click);
@@ -21,6 +25,10 @@ void WireFrameCommands(Window& window, RecordsHost& host) {
     window.Menu("mnuWindowSidebar").SetChecked(host.SidebarShown());
     host.ListWindowsIn(window);
   };
+}
+
+void WireZoomReset(Window& window, DataGrid& grid) {
+  window.Menu("mnuZoomReset").Click = [&grid] { grid.SetZoom(ordinaryZoom); };
 }
 
 }  // namespace tessel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "contract/data/Connection.h"
@@ -19,9 +20,11 @@ class RecordsHost : public SqlTarget {
   virtual int GetNextID() = 0;
   /// One records window more (1) or less (-1).
   virtual void CountRecordsWindow(int change) = 0;
-  /// Adds or removes a connection's node in the schema browser; removing one that is not there does
+  /// Adds or removes a connection's node in the schema browser, with a stripe in its colour if it
+  /// has one; removing one that is not there does
   /// nothing.
-  virtual void AddDatabaseNode(const std::string& key, const std::string& text) = 0;
+  virtual void AddDatabaseNode(const std::string& key, const std::string& text,
+                               std::optional<Color> mark) = 0;
   /// Gives that node another text.
   virtual void NameDatabaseNode(const std::string& key, const std::string& text) = 0;
   virtual void RemoveDatabaseNode(const std::string& key) = 0;
@@ -36,7 +39,8 @@ class RecordsHost : public SqlTarget {
   virtual void ShowStatements(frmRecords& window) = 0;
   /// That run is over in that window: what is listed of it goes.
   virtual void ForgetStatements(frmRecords& window) = 0;
-  /// Lists the program's windows in the Window menu of that one, which is about to open.
+  /// Lists the program's windows in the Window menu of that one, which is about to open, and checks
+  /// what holds of them.
   virtual void ListWindowsIn(Window& window) = 0;
   /// Makes the entries of that window's Window menu that concern windows and the sidebar work.
   virtual void WireWindowMenu(Window& window) = 0;
@@ -55,6 +59,8 @@ class RecordsHost : public SqlTarget {
   virtual void mnuWindowSidebar_Click() = 0;
   virtual void mnuWindowTileHoriz_Click() = 0;
   virtual void mnuWindowTileVert_Click() = 0;
+  virtual void mnuWindowTabs_Click() = 0;
+  virtual void mnuWindowMaximize_Click() = 0;
   virtual void mnuHelpContents_Click() = 0;
   virtual void mnuHelpIndex_Click() = 0;
   virtual void mnuHelpShortcuts_Click() = 0;

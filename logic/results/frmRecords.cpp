@@ -28,6 +28,12 @@ std::string ShownName(const ConnectRequest& request) {
 
 }  // namespace
 
+std::optional<Color> ConnectRequest::Mark() const {
+  for (const Color chosen : {backColor, foreColor})
+    if (!IsSystemColor(chosen)) return chosen;
+  return std::nullopt;
+}
+
 frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
     : global_(global),
       async_(async),
@@ -74,6 +80,7 @@ void frmRecords::Form_Load() {
   mCn_->TransactionChanged = [this] { ShowTransaction(); };
   WireControls();
   WireFrameCommands(*window_, host_);
+  WireZoomReset(*window_, dataGrid_);
   Form_Resize();
 }
 
@@ -91,6 +98,7 @@ void frmRecords::WireControls() {
   cboCatalog_.Click = [this] { cboCatalog_Click(); };
   chkRecords_.Click = [this] { chkRecords_Click(); };
   chkTakesPart_.Click = [this] { ShowMarks(); };
+  dataGrid_.RowsChange = [this] { ShowRow(); };
   dataGrid_.KeyDown = [this](KeyEvent& event) { DataGrid_KeyDown(event); };
   dataGrid_.KeyUp = [this](KeyEvent& event) { DataGrid_KeyUp(event); };
 }
@@ -128,7 +136,7 @@ void frmRecords::Form_Unload() {
 
 bool frmRecords::Connect(const ConnectRequest& request) {
   mCn_->SetConnectionString(request.connectionString);
-  async_.NameConnection(mCn_, ShownName(request));
+  async_.NameConnection(mCn_, ShownName(request), request.Mark());
   userName_ = request.userName;
   password_ = request.password;
   bool connected = false;
@@ -149,9 +157,10 @@ bool frmRecords::Connect(const ConnectRequest& request) {
     control->SetForeColor(request.foreColor);
   }
   SetStatus("Connected.", statusColor::plain);
+  window_->SetMark(request.Mark());
   window_->Show();
   const std::string nodeKey = DatabaseNodeKey(windowID_);
-  host_.AddDatabaseNode(nodeKey, caption_);
+  host_.AddDatabaseNode(nodeKey, caption_, request.Mark());
   ShowMarks();
   loadSchemaFromDB_ = request.loadSchemaFromDB;
   catalogInTree_ = mCn_->DefaultDatabase();
@@ -324,6 +333,7 @@ void frmRecords::EnableRecords(bool on) {
   menuRecords_.SetEnabled(on);
   chkRecords_.SetEnabled(on);
   dataGrid_.SetVisible(on);
+  ShowRow();
   if (on) return;
   editing_.HideRecordset();
   results_.Clear();
@@ -341,7 +351,9 @@ void frmRecords::AddNotice(std::string_view text) {
 
 void frmRecords::SetStatus(std::string_view text, Color color, StatusLine::Options options) {
   status_.SetWindowHeight(window_->ScaleHeight());
+  const bool hadErrors = cmdCnErrors_.Visible();
   status_.SetStatus(text, color, options);
+  if (cmdCnErrors_.Visible() != hadErrors) Form_Resize();
 }
 
 /// The box opens the Records menu below itself, and never stays checked.

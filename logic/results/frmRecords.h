@@ -42,6 +42,8 @@ struct ConnectRequest {
   bool loadSchemaFromDB = false;
   Color backColor = color::windowBackground;
   Color foreColor = color::windowText;
+  /// The colour by which the user tells it from other connections; nothing when he chose none.
+  [[nodiscard]] std::optional<Color> Mark() const;
 };
 
 /// Position in the query history that stands for a new query.
@@ -133,6 +135,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   void Form_Unload();
   void Form_Resize();
   void PlaceGrid(int width, int height);
+  void ShowRow();
   void Form_KeyDown(KeyEvent& event);
   bool HandleKey(int keyCode, int shift);
   bool HandleControlKey(int keyCode);

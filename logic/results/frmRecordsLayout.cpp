@@ -25,6 +25,10 @@ void SetTopAndWidth(Control& control, int top, int width) {
 
 }  // namespace
 
+void frmRecords::ShowRow() {
+  if (topRow_.ShowRow(dataGrid_.Visible() ? RowText(dataGrid_) : std::string())) Form_Resize();
+}
+
 void frmRecords::OfferTakingPart(bool offer) {
   if (chkTakesPart_.Visible() == offer) return;
   chkTakesPart_.SetVisible(offer);

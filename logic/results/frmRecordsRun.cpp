@@ -168,6 +168,7 @@ void frmRecords::ShowRowsOf(const PreparedQuery& query,
   EnableRecords(true);
   history_.Record({query.taggedSQL, query.tagKind, query.sql, recordset->RecordCount()},
                   query.historyPosition);
+  Form_Resize();
 }
 
 /// The execution failed, or what follows it.
@@ -220,7 +221,9 @@ std::vector<std::string> frmRecords::ShownErrors() const {
 
 void frmRecords::UpdateTimer() {
   lblTimer_.SetCaption(FormatElapsed(report_.elapsed));
+  if (lblTimer_.Visible()) return;
   lblTimer_.SetVisible(true);
+  Form_Resize();
 }
 
 // --- for the history -----------------------------------------------------------------------------

@@ -36,8 +36,9 @@ class SchemaBrowser {
 
   explicit SchemaBrowser(const Surroundings& around);
 
-  void AddDatabaseNode(const std::string& key, const std::string& text) {
-    tree_.AddDatabase(key, text);
+  void AddDatabaseNode(const std::string& key, const std::string& text,
+                       std::optional<Color> mark = {}) {
+    tree_.AddDatabase(key, text, mark);
   }
   void NameDatabaseNode(const std::string& key, const std::string& text) {
     tree_.NameDatabase(key, text);

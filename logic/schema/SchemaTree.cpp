@@ -47,12 +47,16 @@ int WindowNumberOf(std::string_view databaseKey) {
   return number;
 }
 
-void SchemaTree::AddDatabase(const std::string& key, const std::string& text) {
-  view_.Add("", {key, text, databaseImage, false});
+void SchemaTree::AddDatabase(const std::string& key, const std::string& text,
+                             std::optional<Color> mark) {
+  if (!view_.Add("", {key, text, databaseImage, false})) return;
+  marks_[key] = mark;
+  view_.SetMark(key, mark);
 }
 
 void SchemaTree::RemoveDatabase(const std::string& key) {
   view_.Remove(key);
+  marks_.erase(key);
   ForgetWords(key);
   vocabulary_.RemoveQuoting(key);
 }
@@ -63,7 +67,7 @@ void SchemaTree::RefreshDatabase(const std::string& key) {
     const bool selected = DatabaseOf(view_.SelectedKey()) == key;
     const std::string text = view_.Text(key);
     view_.Remove(key);
-    AddDatabase(key, text);
+    AddDatabase(key, text, marks_[key]);
     if (selected) view_.SelectNode(key);
   }
   view_.SetExpanded(key, false);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,7 +41,8 @@ class SchemaTree {
 
   [[nodiscard]] TreeView& View() { return view_; }
 
-  void AddDatabase(const std::string& key, const std::string& text);
+  /// With a stripe in its colour, if it has one.
+  void AddDatabase(const std::string& key, const std::string& text, std::optional<Color> mark = {});
   /// Gives a database's node another text.
   void NameDatabase(const std::string& key, const std::string& text) { view_.SetText(key, text); }
   /// A node that is not there is no error.
@@ -74,6 +77,7 @@ class SchemaTree {
 
   TreeView& view_;
   Vocabulary& vocabulary_;
+  std::map<std::string, std::optional<Color>, std::less<>> marks_;  ///< Of the databases.
 };
 
 }  // namespace tessel

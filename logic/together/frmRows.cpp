@@ -20,6 +20,7 @@ frmRows::frmRows(const Global& global, dlgAsync& async, RecordsHost& host)
   window_->Unloaded = [this] { Form_Unload(); };
   window_->Menu("mnuRowsSelect").Click = [this] { dataGrid_.SelectRow(); };
   WireFrameCommands(*window_, host);
+  WireZoomReset(*window_, dataGrid_);
 }
 
 frmRows::~frmRows() {

@@ -1,7 +1,6 @@
 #include "desktop/window/frame/DocumentStyle.h"
 
 #include <QPainter>
-#include <QStyleOptionTitleBar>
 #include <QWidget>
 #include <algorithm>
 #include <cmath>

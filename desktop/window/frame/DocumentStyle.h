@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QProxyStyle>
+#include <QStyleOptionTitleBar>
 
 #include "desktop/look/Scale.h"
 

@@ -16,8 +16,10 @@ class FakeRecordsHost : public RecordsHost {
  public:
   int GetNextID() override { return ++lastID; }
   void CountRecordsWindow(int change) override { count += change; }
-  void AddDatabaseNode(const std::string& key, const std::string& text) override {
+  void AddDatabaseNode(const std::string& key, const std::string& text,
+                       std::optional<Color> mark) override {
     nodes[key] = text;
+    marks[key] = mark;
   }
   void NameDatabaseNode(const std::string& key, const std::string& text) override {
     nodes[key] = text;
@@ -47,6 +49,8 @@ class FakeRecordsHost : public RecordsHost {
   void mnuWindowSidebar_Click() override { commands.emplace_back("sidebar"); }
   void mnuWindowTileHoriz_Click() override { commands.emplace_back("tile horizontally"); }
   void mnuWindowTileVert_Click() override { commands.emplace_back("tile vertically"); }
+  void mnuWindowTabs_Click() override { commands.emplace_back("tabs"); }
+  void mnuWindowMaximize_Click() override { commands.emplace_back("maximize"); }
   void mnuHelpContents_Click() override { commands.emplace_back("contents"); }
   void mnuHelpIndex_Click() override { commands.emplace_back("index"); }
   void mnuHelpShortcuts_Click() override { commands.emplace_back("shortcuts"); }
@@ -70,6 +74,7 @@ class FakeRecordsHost : public RecordsHost {
   std::shared_ptr<const StatementList> statements;
   DataGrid* rowsForTags = nullptr;
   std::map<std::string, std::string> nodes;
+  std::map<std::string, std::optional<Color>> marks;
   std::vector<std::string> loads;
   std::vector<std::string> commands;
   std::string inserted;

@@ -25,14 +25,18 @@ class TopRowTest : public test::RecordsFixture {
     std::string name;
     Rect at;
   };
-  /// In their order from left to right, as if all of them showed.
+  /// Those that show or keep their room, in their order from left to right.
   [[nodiscard]] std::vector<Placed> Controls() {
     std::vector<Placed> placed;
     for (const char* name :
          {"cmdHistoryBack", "cmdHistoryForward", "cmdHistoryForwardTags", "cmdRequery",
-          "cmdRequeryTags", "cmdProperties", "chkLock", "cmdAccept", "cmdReject", "chkRecords",
-          "lblTransaction", "lblTimer", "cmdCnErrors", "cmdReconnect", "cboCatalog"})
-      placed.push_back({name, W().Find<Control>(name).Bounds()});
+          "cmdRequeryTags", "cmdProperties", "chkLock", "chkRecords", "cmdAccept", "cmdReject",
+          "lblRow", "lblTransaction", "lblTimer", "cmdCnErrors", "cmdReconnect", "cboCatalog"}) {
+      const bool keepsRoom =
+          std::string_view(name) == "cmdAccept" || std::string_view(name) == "cmdReject";
+      const auto& control = W().Find<Control>(name);
+      if (control.Visible() || keepsRoom) placed.push_back({name, control.Bounds()});
+    }
     return placed;
   }
   [[nodiscard]] Rect At(const char* name) { return W().Find<Control>(name).Bounds(); }
@@ -58,7 +62,7 @@ TEST_F(TopRowTest, WhereThereIsRoomAllStandInOneRow) {
   RunThreeRows();
   W().ResizeTo(12000, 6000);
   ExpectOrderWithoutOverlap(12000);
-  EXPECT_EQ(At("cboCatalog"), (Rect{12000 - margin - 2100, 60, 2100, 330}));
+  EXPECT_EQ(At("cboCatalog"), (Rect{12000 - margin - 2100, 45, 2100, 330}));
   EXPECT_EQ(At("txtStatus").top, 420);
   EXPECT_EQ(At("DataGrid").top, 840);
 }
@@ -66,7 +70,7 @@ TEST_F(TopRowTest, WhereThereIsRoomAllStandInOneRow) {
 TEST_F(TopRowTest, TheListOfCatalogsBecomesNarrowerFirst) {
   W().ResizeTo(9600, 6000);
   ExpectOrderWithoutOverlap(9600);
-  EXPECT_EQ(At("cboCatalog").top, 60);
+  EXPECT_EQ(At("cboCatalog").top, 45);
   EXPECT_LT(At("cboCatalog").width, 2100);
   EXPECT_EQ(At("cboCatalog").left + At("cboCatalog").width, 9600 - margin);
   EXPECT_EQ(At("DataGrid").top, 840);
@@ -75,12 +79,12 @@ TEST_F(TopRowTest, TheListOfCatalogsBecomesNarrowerFirst) {
 TEST_F(TopRowTest, ThenTheRightOnesGetARowOfTheirOwn) {
   W().ResizeTo(6000, 6000);
   ExpectOrderWithoutOverlap(6000);
-  EXPECT_EQ(At("chkRecords").top, 60);
-  EXPECT_EQ(At("cboCatalog").top, 60 + 360);
+  EXPECT_EQ(At("chkRecords").top, 45);
+  EXPECT_EQ(At("cboCatalog").top, 45 + 420);
   EXPECT_EQ(At("cboCatalog").left + At("cboCatalog").width, 6000 - margin);
-  EXPECT_EQ(At("txtStatus").top, 420 + 360);
-  EXPECT_EQ(At("lblWarning").top, 750 + 360);
-  EXPECT_EQ(At("DataGrid"), (Rect{60, 840 + 360, 6000 - 120, 6000 - 60 - 840 - 360}));
+  EXPECT_EQ(At("txtStatus").top, 420 + 420);
+  EXPECT_EQ(At("lblWarning").top, 750 + 420);
+  EXPECT_EQ(At("DataGrid"), (Rect{60, 840 + 420, 6000 - 120, 6000 - 60 - 840 - 420}));
 }
 
 TEST_F(TopRowTest, AtEveryWidthTheyKeepTheirOrderAndDoNotOverlap) {
@@ -98,11 +102,55 @@ TEST_F(TopRowTest, TheWordOfTheTransactionMakesTheRowFoldAndUnfold) {
   Run("begin");
   desktop.DrainEvents();
   ExpectOrderWithoutOverlap(9600);
-  EXPECT_EQ(At("txtStatus").top, 420 + 360);
+  EXPECT_EQ(At("txtStatus").top, 420 + 420);
   data.AnswerNothing("commit").Leaves(UserTransaction::None);
   Run("commit");
   desktop.DrainEvents();
   EXPECT_EQ(At("txtStatus").top, 420);
+}
+
+TEST_F(TopRowTest, WhatIsHiddenLeavesNoHole) {
+  RunThreeRows();
+  W().ResizeTo(12000, 6000);
+  EXPECT_EQ(At("cmdRequery").left, At("cmdHistoryForward").left + 420 + 120);
+  EXPECT_EQ(At("cmdProperties").left, At("cmdRequery").left + 420);
+  EXPECT_EQ(At("chkRecords").left, At("chkLock").left + At("chkLock").width);
+  EXPECT_EQ(At("lblTimer").left + At("lblTimer").width + margin, At("cmdReconnect").left);
+  W().Find<Control>("cmdRequeryTags").SetVisible(true);
+  W().ResizeTo(12015, 6000);
+  EXPECT_EQ(At("cmdProperties").left, At("cmdRequeryTags").left + 420);
+}
+
+TEST_F(TopRowTest, NothingMovesWhileTheUserTypes) {
+  W().PressKey('L', shiftState::ctrl);
+  RunThreeRows();
+  for (const int width : {12000, 9000, 6000}) {
+    W().ResizeTo(width, 6000);
+    const std::vector<Placed> before = Controls();
+    Grid().SetFocus();
+    W().Type("DataGrid", "4");
+    ASSERT_TRUE(Shows("cmdAccept"));
+    const std::vector<Placed> now = Controls();
+    ASSERT_EQ(now.size(), before.size());
+    for (std::size_t i = 0; i < now.size(); ++i) EXPECT_EQ(now[i].at, before[i].at) << now[i].name;
+    W().PressKey(key::escape);
+    W().PressKey(key::escape);
+  }
+}
+
+TEST_F(TopRowTest, TheNumberOfTheRowGoesWhereThereIsNoRoom) {
+  RunThreeRows();
+  W().ResizeTo(12000, 6000);
+  EXPECT_TRUE(Shows("lblRow"));
+  int folds = 0;
+  for (int width = 12000; width > 5000; width -= 15) {
+    W().ResizeTo(width, 6000);
+    if (At("txtStatus").top > 420) folds = std::max(folds, width);
+  }
+  W().ResizeTo(folds + 15, 6000);
+  EXPECT_FALSE(Shows("lblRow")) << "it went before the row was folded";
+  W().ResizeTo(folds, 6000);
+  EXPECT_TRUE(Shows("lblRow")) << "a row of its own has room for it";
 }
 
 /// Two windows side by side on a screen 1024 wide, the sidebar shown.
@@ -113,7 +161,7 @@ TEST_F(TopRowTest, InTwoTiledColumnsTwoRowsDo) {
   ASSERT_EQ(W().Find<Label>("lblTransaction").Caption(), "Failed transaction since 14:05");
   W().ResizeTo(392 * 15, 6000);
   ExpectOrderWithoutOverlap(392 * 15);
-  EXPECT_EQ(At("txtStatus").top, 420 + 360);
+  EXPECT_EQ(At("txtStatus").top, 420 + 420);
 }
 
 TEST_F(TopRowTest, TheWarningStandsBelowAFoldedRow) {
@@ -121,8 +169,8 @@ TEST_F(TopRowTest, TheWarningStandsBelowAFoldedRow) {
   W().PressKey('L', shiftState::ctrl);
   data.Answer("select", MemoryFields({"a"}), {{Value(std::string("x"))}}).UniqueRows(false);
   EXPECT_TRUE(Run("select"));
-  EXPECT_EQ(At("DataGrid").top, 960 + 360);
-  EXPECT_EQ(At("lblWarning").top, 750 + 360);
+  EXPECT_EQ(At("DataGrid").top, 945 + 420);
+  EXPECT_EQ(At("lblWarning").top, 750 + 420);
 }
 
 }  // namespace

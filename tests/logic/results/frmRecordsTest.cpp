@@ -642,15 +642,51 @@ TEST_F(frmRecordsTest, ResizingStretchesAndKeepsTheRightEnd) {
   EXPECT_EQ(W().Bounds().height, 2400);
 }
 
+TEST_F(frmRecordsTest, ItSaysWhichRowIsTheCurrentOne) {
+  ASSERT_TRUE(Connect());
+  W().ResizeTo(12000, 6000);
+  EXPECT_FALSE(Shows("lblRow"));
+  RunThreeRows();
+  EXPECT_TRUE(Shows("lblRow"));
+  const auto& row = W().Find<Label>("lblRow");
+  EXPECT_EQ(row.Caption(), "row 1 of 3");
+  W().ClickGridCell("DataGrid", 2, 1);
+  EXPECT_EQ(row.Caption(), "row 3 of 3");
+  EXPECT_EQ(Status(), "[14:05:09]  3 record(s).") << "the status line says what it always said";
+  data.AnswerNothing("delete").Affects(2);
+  Run("delete");
+  EXPECT_FALSE(Shows("lblRow"));
+  data.Answer("none", {MemoryField("id", DataType::Integer)}, {});
+  Run("none");
+  EXPECT_FALSE(Shows("lblRow")) << "there is no current row";
+}
+
+TEST_F(frmRecordsTest, OnTheRowForANewRecordItSaysSo) {
+  ASSERT_TRUE(Connect());
+  W().ResizeTo(12000, 6000);
+  W().PressKey('L', shiftState::ctrl);
+  RunThreeRows();
+  W().GoToNewRow("DataGrid");
+  EXPECT_EQ(W().Find<Label>("lblRow").Caption(), "new row");
+}
+
+TEST_F(frmRecordsTest, AMenuEntryShowsTheRowsInTheirOrdinarySize) {
+  ASSERT_TRUE(Connect());
+  RunThreeRows();
+  Grid().SetZoom(150);
+  W().ChooseMenu("mnuZoomReset");
+  EXPECT_EQ(Grid().Zoom(), 100);
+}
+
 TEST_F(frmRecordsTest, WindowAndHelpCommandsAreTheFrames) {
   ASSERT_TRUE(Connect());
-  for (const char* item :
-       {"mnuNewInstance", "mnuWindowSidebar", "mnuWindowTileHoriz", "mnuWindowTileVert",
-        "mnuHelpContents", "mnuHelpIndex", "mnuHelpShortcuts", "mnuHelpAbout"})
+  for (const char* item : {"mnuNewInstance", "mnuWindowSidebar", "mnuWindowTileHoriz",
+                           "mnuWindowTileVert", "mnuWindowTabs", "mnuWindowMaximize",
+                           "mnuHelpContents", "mnuHelpIndex", "mnuHelpShortcuts", "mnuHelpAbout"})
     W().ChooseMenu(item);
   EXPECT_EQ(host.commands, (std::vector<std::string>{"new instance", "sidebar", "tile horizontally",
-                                                     "tile vertically", "contents", "index",
-                                                     "shortcuts", "about"}));
+                                                     "tile vertically", "tabs", "maximize",
+                                                     "contents", "index", "shortcuts", "about"}));
   EXPECT_TRUE(W().Menu("mnuWindowSidebar").Checked());
 }
 
