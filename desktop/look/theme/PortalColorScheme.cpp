@@ -37,9 +37,12 @@ std::optional<Shade> ShadeOf(const QVariant& value) {
 
 }  // namespace
 
+/// The toolkit looks up the type of what a change brings by its name, and does not know it in a
+/// program that has used no other of its kind before.
 PortalColorScheme::PortalColorScheme(const QDBusConnection& bus)
     : bus_(bus), portal_(service, bus, QDBusServiceWatcher::WatchForRegistration) {
   if (!bus_.isConnected()) return;
+  qRegisterMetaType<QDBusVariant>();
   bus_.connect(service, object, interface, QStringLiteral("SettingChanged"), this,
                SLOT(SettingChanged(QString, QString, QDBusVariant)));
   connect(&portal_, &QDBusServiceWatcher::serviceRegistered, this, &PortalColorScheme::Ask);
