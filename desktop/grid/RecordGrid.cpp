@@ -302,7 +302,7 @@ int RecordGrid::WidthOf(int column, int sampleRows) const {
   const int widest = Scaled(model_->IsNumberColumn(column) ? widestNumber : widestColumn);
   for (auto text = texts.begin(); text != longest && width < widest; ++text)
     width = std::max(width, metrics.horizontalAdvance(*text));
-  return std::clamp(width + 2 * cellPadding + 1, Scaled(narrowestColumn), widest);
+  return std::clamp(width + cellMargins, Scaled(narrowestColumn), widest);
 }
 
 // --- zoom ----------------------------------------------------------------------------------------

@@ -14,7 +14,9 @@ namespace tessel::test {
 /// The desktop of a test: Qt's, with every window remembered that is made.
 class RememberingDesktop final : public Desktop {
  public:
-  explicit RememberingDesktop(QtDesktop& desktop) : desktop_(desktop) {}
+  explicit RememberingDesktop(QtDesktop& desktop) : desktop_(desktop) {
+    desktop_.SessionEnds = [this] { SessionEnds.Raise(nullptr); };
+  }
 
   /// The window whose form this widget is; null when there is none.
   [[nodiscard]] Window* WindowOf(const QWidget& form) const;

@@ -69,10 +69,10 @@ void CellDelegate::PaintText(QPainter& painter, const QStyleOptionViewItem& opti
 /// Digits are of about one width: texts that are surely short enough are not measured.
 void CellDelegate::AskForRoom(int column, const QString& number, int width) const {
   const QFontMetrics metrics = grid_.fontMetrics();
-  const int room = width - 2 * cellPadding - 1;
+  const int room = width - cellMargins;
   if (number.size() * metrics.maxWidth() <= room) return;
   const int needed = metrics.horizontalAdvance(number);
-  if (needed > room) grid_.WantWidth(column, needed + 2 * cellPadding + 1);
+  if (needed > room) grid_.WantWidth(column, needed + cellMargins);
 }
 
 void CellDelegate::PaintLines(QPainter& painter, const QRect& cell) const {

@@ -12,6 +12,9 @@ struct ShownCell;
 
 /// Pixels between a cell's edge and its text.
 inline constexpr int cellPadding = 6;
+/// What a column needs beside the width of its text: the line, and a pixel because widths of texts
+/// are rounded.
+inline constexpr int cellMargins = 2 * cellPadding + 2;
 
 /// Paints a cell of a grid straight from the recordset's value: every second row on another ground,
 /// that of the current record tinted, the current cell with a ring.

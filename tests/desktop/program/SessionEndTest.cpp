@@ -12,7 +12,7 @@ class SessionEndTest : public ProgramFixture {
  protected:
   void SetUp() override {
     Start();
-    Query().Find<RichTextBox>("txtQuery").SetText("select 1");
+    host.Type(Query(), "txtQuery", "select 1");
     host.Settle();
   }
   [[nodiscard]] bool Kept() const {

@@ -109,6 +109,7 @@ TEST_F(FrameLooksTest, AChoiceThatCannotBeKeptHoldsUntilTheEnd) {
 }
 
 TEST_F(FrameLooksTest, AConnectionHasItsColourInItsWindowAndInTheTree) {
+  for (const char* name : {"A", "B"}) data.ServerOf(name).AnswerNothing("select 1").HoldExecuting();
   Start();
   desktop.OnModal("dlgConnect", [](Window& w) {
     w.Find<TextBox>("txtCnStr").SetText("A");
@@ -124,6 +125,7 @@ TEST_F(FrameLooksTest, AConnectionHasItsColourInItsWindowAndInTheTree) {
 }
 
 TEST_F(FrameLooksTest, TheProgressWindowHasTheColourOfItsConnection) {
+  for (const char* name : {"A", "B"}) data.ServerOf(name).AnswerNothing("select 1").HoldExecuting();
   Start();
   desktop.OnModal("dlgConnect", [](Window& w) {
     w.Find<TextBox>("txtCnStr").SetText("A");
@@ -132,7 +134,6 @@ TEST_F(FrameLooksTest, TheProgressWindowHasTheColourOfItsConnection) {
   });
   mdi().ChooseMenu("mnuDBConnect");
   Connect("B");
-  for (const char* name : {"A", "B"}) data.ServerOf(name).AnswerNothing("select 1").HoldExecuting();
   std::vector<std::optional<Color>> marks;
   for (int i = 0; i < 2; ++i)
     desktop.OnModal("dlgAsync", [&](Window& w) {

@@ -652,8 +652,8 @@ TEST_F(frmRecordsTest, ItSaysWhichRowIsTheCurrentOne) {
   EXPECT_EQ(row.Caption(), "row 1 of 3");
   W().ClickGridCell("DataGrid", 2, 1);
   EXPECT_EQ(row.Caption(), "row 3 of 3");
-  EXPECT_EQ(Status(), "[14:05:09]  3 record(s).") << "the status line says what it always said";
-  data.AnswerNothing("delete").Affects(2);
+  EXPECT_EQ(Status(), "[12:00:00]  3 record(s).") << "the status line says what it always said";
+  data.AnswerCount("delete", 2);
   Run("delete");
   EXPECT_FALSE(Shows("lblRow"));
   data.Answer("none", {MemoryField("id", DataType::Integer)}, {});
