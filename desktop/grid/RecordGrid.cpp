@@ -291,14 +291,18 @@ void RecordGrid::WidenColumns() {
       SetColumnWidth(column, std::min(width, std::max(Scaled(widestNumber), columnWidth(column))));
 }
 
-/// Of the texts only the longest are measured: that takes much longer than to read them.
+/// Of the different texts only the longest are measured: that takes much longer than to read them.
 int RecordGrid::WidthOf(int column, int sampleRows) const {
   const QFontMetrics metrics = fontMetrics();
   int width = metrics.horizontalAdvance(AsShown(std::string_view(model_->FieldName(column))));
   std::vector<QString> texts;
   for (int row = 0; row < sampleRows; ++row) texts.push_back(model_->CellAt(row, column).text);
+  const auto longer = [](const QString& a, const QString& b) {
+    return a.size() != b.size() ? a.size() > b.size() : a < b;
+  };
+  std::ranges::sort(texts, longer);
+  texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
   const auto longest = texts.begin() + std::min<std::ptrdiff_t>(std::ssize(texts), textsMeasured);
-  std::ranges::partial_sort(texts, longest, std::greater(), &QString::size);
   const int widest = Scaled(model_->IsNumberColumn(column) ? widestNumber : widestColumn);
   for (auto text = texts.begin(); text != longest && width < widest; ++text)
     width = std::max(width, metrics.horizontalAdvance(*text));

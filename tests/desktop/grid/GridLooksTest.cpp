@@ -167,6 +167,19 @@ TEST_F(GridLooksTest, ColumnsOfNumbersFollowTheRowsThatShow) {
   EXPECT_LT(numbers->Reads() - reads, 2'000) << "nothing is read but what shows";
 }
 
+/// Most rows hold the text of the most characters, which is not the widest.
+TEST_F(GridLooksTest, AColumnOfTextsHasRoomForTheWidest) {
+  for (const char* widest : {"Vienna", "WWWWWWWWWWWW", "Grace Hopper", "fly-over"}) {
+    Bind(std::make_shared<GeneratedRows>(std::vector{FieldNamed("n", DataType::VarWChar)}, 60,
+                                         [widest](std::int64_t row, std::size_t) -> ValueView {
+                                           return std::string_view(row == 7 ? widest
+                                                                            : "iiiiiiiiiiiii");
+                                         }));
+    const double needed = QFontMetricsF(view.font()).horizontalAdvance(widest);
+    EXPECT_GE(view.columnWidth(0), needed + 2 * 6 + 1) << widest;
+  }
+}
+
 TEST_F(GridLooksTest, AColumnThatTheUserSizedStaysAsItIs) {
   Bind(std::make_shared<GeneratedRows>(
       std::vector{FieldNamed("n", DataType::BigInt)}, 1'000'000,
