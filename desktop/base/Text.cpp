@@ -1,6 +1,7 @@
 #include "desktop/base/Text.h"
 
 #include <QChar>
+#include <QTextDocument>
 #include <algorithm>
 
 #include "contract/text/Utf8.h"

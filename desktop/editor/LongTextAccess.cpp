@@ -1,6 +1,7 @@
 #include "desktop/editor/LongTextAccess.h"
 
 #include <QAccessibleWidget>
+#include <QWidget>
 
 namespace tessel {
 

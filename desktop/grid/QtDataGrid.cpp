@@ -1,5 +1,7 @@
 #include "desktop/grid/QtDataGrid.h"
 
+#include <QApplication>
+
 #include "desktop/look/Colors.h"
 
 namespace tessel {
