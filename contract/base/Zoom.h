@@ -1,10 +1,10 @@
 #pragma once
 
-// The sizes in which the program shows rows and texts. There is one notion of it, so that the keys
-// and the wheel go through the same steps everywhere; what is shown larger, and for how long that
-// holds, each control says itself: a grid its cells and heads, a text box its letters. Buttons,
-// menus and the rest follow the font of the desktop and know of no such size. Sizes are whole
-// numbers of percent. The functions keep nothing: they may be called on any thread.
+// The sizes in which rows are shown, so that the keys and the wheel go through the same steps in
+// every grid. A grid shows its cells and heads in them; a text box has steps of its own, a point of
+// its letters each (EditorBox), for letters are chosen by their size and rows by how many fit.
+// Buttons, menus and the rest follow the font of the desktop and know of no such size. Sizes are
+// whole numbers of percent. The functions keep nothing: they may be called on any thread.
 
 #include <algorithm>
 #include <cstdlib>

@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <algorithm>
+#include <utility>
 
 #include "desktop/look/Colors.h"
 
@@ -57,20 +58,23 @@ QColor AccentOf(const QPalette& desktop) {
   return accent;
 }
 
-/// The roles from which PaletteOf and the current colours take each other.
+/// The roles that hold colours of the program in a palette.
+constexpr std::pair<QColor Tokens::*, QPalette::ColorRole> roles[] = {
+    {&Tokens::window, QPalette::Window},
+    {&Tokens::base, QPalette::Base},
+    {&Tokens::alternate, QPalette::AlternateBase},
+    {&Tokens::currentRow, QPalette::Midlight},
+    {&Tokens::selection, QPalette::Highlight},
+    {&Tokens::ground, QPalette::Dark},
+    {&Tokens::line, QPalette::Mid},
+    {&Tokens::edge, QPalette::Shadow},
+    {&Tokens::text, QPalette::Text},
+    {&Tokens::muted, QPalette::PlaceholderText},
+    {&Tokens::accent, QPalette::Link}};
+
 Tokens TokensOfRoles(const QPalette& palette) {
   Tokens tokens;
-  tokens.window = palette.color(QPalette::Active, QPalette::Window);
-  tokens.base = palette.color(QPalette::Active, QPalette::Base);
-  tokens.alternate = palette.color(QPalette::Active, QPalette::AlternateBase);
-  tokens.currentRow = palette.color(QPalette::Active, QPalette::Midlight);
-  tokens.selection = palette.color(QPalette::Active, QPalette::Highlight);
-  tokens.ground = palette.color(QPalette::Active, QPalette::Dark);
-  tokens.line = palette.color(QPalette::Active, QPalette::Mid);
-  tokens.edge = palette.color(QPalette::Active, QPalette::Shadow);
-  tokens.text = palette.color(QPalette::Active, QPalette::Text);
-  tokens.muted = palette.color(QPalette::Active, QPalette::PlaceholderText);
-  tokens.accent = palette.color(QPalette::Active, QPalette::Link);
+  for (const auto& [token, role] : roles) tokens.*token = palette.color(QPalette::Active, role);
   TakeSqlColors(tokens);
   return tokens;
 }
@@ -158,13 +162,8 @@ bool AreReadable(const Tokens& tokens) {
 QPalette PaletteOf(const Tokens& tokens) {
   QPalette palette(tokens.text, tokens.window, tokens.base, tokens.ground, tokens.line, tokens.text,
                    Qt::white, tokens.base, tokens.window);
-  palette.setColor(QPalette::AlternateBase, tokens.alternate);
-  palette.setColor(QPalette::Midlight, tokens.currentRow);
-  palette.setColor(QPalette::Shadow, tokens.edge);
-  palette.setColor(QPalette::Highlight, tokens.selection);
+  for (const auto& [token, role] : roles) palette.setColor(role, tokens.*token);
   palette.setColor(QPalette::HighlightedText, tokens.text);
-  palette.setColor(QPalette::PlaceholderText, tokens.muted);
-  palette.setColor(QPalette::Link, tokens.accent);
   palette.setColor(QPalette::LinkVisited, tokens.muted);
   palette.setColor(QPalette::ToolTipBase, tokens.base);
   palette.setColor(QPalette::ToolTipText, tokens.text);

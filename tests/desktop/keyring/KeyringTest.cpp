@@ -6,12 +6,12 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QProcess>
-#include <QTemporaryFile>
 #include <QTest>
 #include <optional>
 
 #include <gtest/gtest.h>
 
+#include "tests/desktop/PrivateBus.h"
 #include "tests/desktop/keyring/FakeSecrets.h"
 
 namespace tessel::test {
@@ -22,45 +22,13 @@ using Kind = KeyringAnswer::Kind;
 
 constexpr const char* childMark = "TESSEL_TEST_HAS_BUS";
 
-/// Without the services that the machine's own bus would start.
-constexpr const char* busRules = R"(<busconfig><type>session</type>
-  <listen>unix:tmpdir=/tmp</listen><policy context="default">
-  <allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/>
-  </policy></busconfig>)";
-
-/// The bus of one session, with nobody on it.
-class Bus {
- public:
-  Bus() {
-    if (!rules_.open()) return;
-    rules_.write(busRules);
-    rules_.flush();
-    daemon_.start(QStringLiteral("dbus-daemon"),
-                  {QStringLiteral("--config-file=") + rules_.fileName(), QStringLiteral("--nofork"),
-                   QStringLiteral("--print-address=1")});
-    if (daemon_.waitForReadyRead()) address_ = QString::fromUtf8(daemon_.readLine()).trimmed();
-  }
-  ~Bus() {
-    daemon_.kill();
-    daemon_.waitForFinished();
-  }
-  Bus(const Bus&) = delete;
-  Bus& operator=(const Bus&) = delete;
-  [[nodiscard]] const QString& Address() const { return address_; }
-
- private:
-  QTemporaryFile rules_;
-  QProcess daemon_;
-  QString address_;
-};
-
 class KeyringTest : public testing::Test {
  protected:
   /// Runs the test's body in a process of its own.
   template <class Body>
   void OnItsOwnBus(Body body) {
     if (qEnvironmentVariableIsSet(childMark)) return body();
-    const Bus bus;
+    const PrivateBus bus;
     ASSERT_FALSE(bus.Address().isEmpty()) << "no dbus-daemon";
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QLatin1String(childMark), QStringLiteral("1"));

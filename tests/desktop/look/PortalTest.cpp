@@ -5,7 +5,6 @@
 #include <QDBusContext>
 #include <QDBusMessage>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QTest>
 
 #include "contract/desktop/controls/DataGrid.h"
@@ -13,6 +12,7 @@
 #include "desktop/look/Colors.h"
 #include "desktop/look/theme/Theme.h"
 #include "tests/desktop/DesktopFixture.h"
+#include "tests/desktop/PrivateBus.h"
 #include "tests/desktop/grid/GeneratedRows.h"
 
 namespace tessel::test {
@@ -28,31 +28,6 @@ constexpr uint noWish = 0;
 constexpr uint dark = 1;
 constexpr uint light = 2;
 
-/// The message bus of one session, with nobody on it.
-class Bus {
- public:
-  Bus() {
-    daemon_.start(QStringLiteral("dbus-daemon"),
-                  {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                   QStringLiteral("--print-address=1")});
-    if (daemon_.waitForReadyRead()) address_ = QString::fromUtf8(daemon_.readLine()).trimmed();
-  }
-  ~Bus() {
-    daemon_.kill();
-    daemon_.waitForFinished();
-  }
-  Bus(const Bus&) = delete;
-  Bus& operator=(const Bus&) = delete;
-
-  [[nodiscard]] QDBusConnection Connect(const QString& name) const {
-    return QDBusConnection::connectToBus(address_, name);
-  }
-
- private:
-  QProcess daemon_;
-  QString address_;
-};
-
 }  // namespace
 
 /// A portal that tells one setting.
@@ -61,8 +36,7 @@ class FakePortal : public QObject, protected QDBusContext {
   Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 
  public:
-  explicit FakePortal(const Bus& bus) : bus_(bus.Connect(QStringLiteral("portal"))) {}
-  ~FakePortal() override { QDBusConnection::disconnectFromBus(QStringLiteral("portal")); }
+  explicit FakePortal(PrivateBus& bus) : bus_(bus.Connection(QStringLiteral("portal"))) {}
 
   /// Appears on the bus.
   void Begin() {
@@ -107,12 +81,9 @@ namespace {
 
 class PortalTest : public DesktopFixture {
  protected:
-  ~PortalTest() override {
-    SystemTheme::Force(false);
-    QDBusConnection::disconnectFromBus(QStringLiteral("program"));
-  }
+  ~PortalTest() override { SystemTheme::Force(false); }
 
-  void Follow() { theme.Follow(bus.Connect(QStringLiteral("program"))); }
+  void Follow() { theme.Follow(bus.Connection(QStringLiteral("program"))); }
   [[nodiscard]] static bool BecomesDark() {
     return QTest::qWaitFor([] { return CurrentTokens() == DarkTokens(); });
   }
@@ -120,7 +91,7 @@ class PortalTest : public DesktopFixture {
     return QTest::qWaitFor([] { return CurrentTokens() == LightTokens(); });
   }
 
-  Bus bus;
+  PrivateBus bus;
   FakePortal portal{bus};
   SystemTheme theme;
 };
@@ -174,10 +145,11 @@ TEST_F(PortalTest, WithoutAPortalThePaletteStays) {
 }
 
 TEST_F(PortalTest, WithoutABusThePaletteStays) {
-  theme.Follow(QDBusConnection::connectToBus(QStringLiteral("unix:path=/nowhere"),
-                                             QStringLiteral("program")));
+  const QString name = QStringLiteral("on no bus");
+  theme.Follow(QDBusConnection::connectToBus(QStringLiteral("unix:path=/nowhere"), name));
   QTest::qWait(20);
   EXPECT_TRUE(CurrentTokens() == LightTokens());
+  QDBusConnection::disconnectFromBus(name);
 }
 
 TEST_F(PortalTest, APortalThatHangsDelaysNothing) {

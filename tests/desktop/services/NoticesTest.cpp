@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/desktop/PrivateBus.h"
 #include "tests/desktop/services/NotificationServer.h"
 
 namespace tessel::test {

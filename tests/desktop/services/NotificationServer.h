@@ -4,39 +4,11 @@
 #include <QDBusContext>
 #include <QDBusMessage>
 #include <QObject>
-#include <QProcess>
 #include <QStringList>
 #include <QVariantMap>
 #include <vector>
 
 namespace tessel::test {
-
-/// A session bus of a test's own, with nobody on it; it ends with this object.
-class PrivateBus {
- public:
-  PrivateBus() {
-    daemon_.start(QStringLiteral("dbus-daemon"), {"--session", "--nofork", "--print-address"});
-    if (daemon_.waitForReadyRead()) address_ = QString::fromLatin1(daemon_.readLine()).trimmed();
-  }
-  ~PrivateBus() {
-    for (const QString& name : names_) QDBusConnection::disconnectFromBus(name);
-    daemon_.terminate();
-    daemon_.waitForFinished();
-  }
-  PrivateBus(const PrivateBus&) = delete;
-  PrivateBus& operator=(const PrivateBus&) = delete;
-
-  /// A connection of its own for whoever is called that.
-  [[nodiscard]] QDBusConnection Connection(const QString& name) {
-    names_.append(name);
-    return QDBusConnection::connectToBus(address_, name);
-  }
-
- private:
-  QProcess daemon_;
-  QString address_;
-  QStringList names_;
-};
 
 /// A desktop's notification server, which remembers what it is asked to show.
 class NotificationServer : public QObject, protected QDBusContext {
