@@ -113,6 +113,7 @@ void MeasureEditor(Parts& parts, int megabytes) {
   QueryWindow query(parts);
   MeasureTyping(parts, query, text, false);
   MeasureTyping(parts, query, text, true);
+  query.main.Editor().SetRightMargin(noWrapMargin);
   MeasureFinding(parts, query, text, "needle", false);
   MeasureFinding(parts, query, text, "(needle|nadel)$", true);
   MeasureFinding(parts, query, text, "i.*n\\w+edle", true);

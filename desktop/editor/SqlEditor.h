@@ -122,6 +122,7 @@ class SqlEditor : public QsciScintilla, public TextHolder {
   void ReplaceInPieces(std::string_view bytes);
   void SelectShown(std::size_t start, std::size_t end);
   void KeepOrdinaryKeys();
+  void HearChanges();
   void NoteModified(int position, int type, int length);
   void MoveMark(int position, int type, int length);
   void TellEdited();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "contract/text/Ascii.h"
 #include "logic/program/Characters.h"
 
 namespace tessel {
@@ -65,9 +66,23 @@ void PatternMatcher::PassOver() {
   if (program_.mayBeEmpty) return;
   const std::size_t stop = std::min({end_, lastStart_ + 1, at_ + passedAtOnce});
   const std::size_t before = at_;
-  while (at_ < stop && !program_.firstBytes[static_cast<unsigned char>(text_[at_])]) ++at_;
+  while (at_ < stop && !MayBegin(at_)) ++at_;
   if (at_ == end_) at_ = end_ + 1;
   work_ -= std::min(work_, (at_ - before) / bytesOfAStep + 1);
+}
+
+/// Whether a match may begin with the bytes at a place. A character behind ASCII may be the same as
+/// an ASCII one but for its case, so what follows it is left to the pattern itself.
+bool PatternMatcher::MayBegin(std::size_t at) const {
+  if (!program_.firstBytes[static_cast<unsigned char>(text_[at])]) return false;
+  const std::string_view start = program_.start;
+  if (start.size() > end_ - at) return false;
+  for (std::size_t i = 0; i < start.size(); ++i) {
+    const char byte = text_[at + i];
+    if (static_cast<unsigned char>(byte) >= 0x80U) return true;
+    if ((program_.matchCase ? byte : AsciiLower(byte)) != start[i]) return false;
+  }
+  return true;
 }
 
 /// Takes one character on all ways. A match ends those that are less preferred.

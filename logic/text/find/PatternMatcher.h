@@ -55,6 +55,7 @@ class PatternMatcher {
   [[nodiscard]] std::int32_t Follow(Ways& ways, std::int32_t step, std::size_t at);
   void Advance();
   void PassOver();
+  [[nodiscard]] bool MayBegin(std::size_t at) const;
   [[nodiscard]] bool TakesCharacter(const PatternStep& step, std::int32_t code) const;
   [[nodiscard]] bool IsTrue(PlaceRule rule, std::size_t at) const;
   [[nodiscard]] bool EndsLine(std::size_t at) const;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -60,6 +61,9 @@ struct PatternProgram {
   std::size_t places = 2;  ///< That are noted: two for the match and two for each group.
   /// The bytes with which a match can begin; all of them where it may be empty.
   std::array<bool, 256> firstBytes{};
+  /// The ASCII characters with which every match begins, without case where that does not count.
+  /// Empty: some begin otherwise.
+  std::string start;
   bool mayBeEmpty = false;
 };
 

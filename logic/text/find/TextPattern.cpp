@@ -176,6 +176,17 @@ class FirstBytes {
   std::vector<std::int32_t> ready_;
 };
 
+/// The ASCII characters with which every match begins.
+std::string StartOf(const PatternProgram& program) {
+  std::string start;
+  for (const PatternStep& step : program.steps) {
+    if (step.kind == Kind::Note || step.kind == Kind::Rule) continue;
+    if (step.kind != Kind::Character || step.x < 0 || step.x >= firstBehindAscii) break;
+    start += static_cast<char>(step.x);
+  }
+  return start;
+}
+
 }  // namespace
 
 bool IsWordCharacter(std::int32_t code) {
@@ -214,6 +225,7 @@ PatternProgram MakePattern(std::string_view what, const FindOptions& options) {
   const PatternTree tree = options.regularExpression ? ReadExpression(what) : ReadPlainText(what);
   Compiler(program).Compile(tree, options.wholeWords);
   FirstBytes(program).Find();
+  program.start = StartOf(program);
   return program;
 }
 

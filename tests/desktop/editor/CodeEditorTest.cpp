@@ -110,6 +110,43 @@ TEST_F(CodeEditorTest, AWaveStandsUnderAnErrorUntilItIsEdited) {
   EXPECT_FALSE(HasWaveAt(7));
 }
 
+TEST_F(CodeEditorTest, ALongTextTellsItsChangesAndMovesItsMark) {
+  int changes = 0;
+  box.Change = [&] { ++changes; };
+  box.SetText(std::string(2'000'000, '-') + "\nfro");
+  changes = 0;
+  box.MarkError({2'000'001, 2'000'004});
+  box.Select(0, 0);
+  TypeText("x");
+  host.Settle();
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(box.MarkedError(), (TextRange{2'000'002, 2'000'005}));
+  box.Undo();
+  host.Settle();
+  EXPECT_EQ(changes, 2);
+  EXPECT_EQ(box.MarkedError(), (TextRange{2'000'001, 2'000'004}));
+  box.Select(2'000'004, 0);
+  TypeText("m");
+  host.Settle();
+  EXPECT_FALSE(box.MarkedError());
+}
+
+/// The component counts the characters before a change that it tells of afterwards.
+TEST_F(CodeEditorTest, OnlyOfAShortTextIsAChangeToldAfterwards) {
+  const auto told = [&] { return Ask(QsciScintillaBase::SCI_GETMODEVENTMASK); };
+  constexpr long changed = QsciScintillaBase::SC_MOD_INSERTTEXT;
+  box.SetText("select 1");
+  EXPECT_NE(told() & changed, 0);
+  box.SetText(std::string(2'000'000, '-'));
+  EXPECT_EQ(told() & changed, 0);
+  box.SetText("select 1");
+  EXPECT_NE(told() & changed, 0);
+  box.SetSelText(std::string(2'000'000, '-'));
+  TypeText("x");
+  host.Settle();
+  EXPECT_EQ(told() & changed, 0) << "it has grown";
+}
+
 TEST_F(CodeEditorTest, BracketsThatBelongTogetherAreShown) {
   std::string text = "select (1, ')', /* ) */ (2))";
   box.SetText(text);

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <optional>
+#include <random>
 #include <string>
+#include <string_view>
 
 #include "contract/base/Error.h"
 #include "logic/text/find/PatternMatcher.h"
@@ -137,6 +140,24 @@ TEST(PatternTest, NoPatternIsSlow) {
   const std::string text(2000, 'a');
   EXPECT_EQ(First("(a*)*(a*)*(a|aa)+$b", text), std::nullopt);
   EXPECT_EQ(First("(x+x+)+y", std::string(2000, 'x')), std::nullopt);
+}
+
+/// Where the beginning of a pattern is known, most places are passed over; nothing is missed by it.
+TEST(PatternTest, AKnownBeginningFindsTheSamePlaces) {
+  const std::string_view pieces[] = {"k", "K", "\u212A", "i", "s", "S", "\u017F", "\n", "kis"};
+  std::minstd_rand random(17);
+  int found = 0;
+  for (int round = 0; round < 2000; ++round) {
+    std::string text;
+    for (int i = 0; i < 12; ++i) text += pieces[random() % std::size(pieces)];
+    for (const bool matchCase : {false, true}) {
+      const FindOptions options{.matchCase = matchCase, .regularExpression = true};
+      const auto place = First("kis", text, options);
+      EXPECT_EQ(place, First("(kis|kis)", text, options)) << text;
+      if (place) ++found;
+    }
+  }
+  EXPECT_GT(found, 100);
 }
 
 TEST(PatternTest, GroupsTellTheirPlaces) {
