@@ -60,7 +60,9 @@ struct QtDesktop::Parts {
   Parts(int& argc, char** argv, std::function<void(std::exception_ptr)> showFailure)
       : application(ApplicationUnlessMade(argc, argv)), core(std::move(showFailure)) {
     InstallAccess();
-    core.showHelp = [this](const std::string& form, int context) { ShowTopic(form, context); };
+    core.showHelpOn = [this](const Window& window) {
+      ShowTopic(window.FormName(), window.HelpContext());
+    };
     QCoreApplication::instance()->installEventFilter(&heldKeys);
     QCoreApplication::instance()->installEventFilter(&menuKey);
   }
@@ -214,6 +216,10 @@ bool QtDesktop::ShowHelp(const std::string& /*helpFile*/, int command, int data)
     case topicCommand: parts_->ShowTopic({}, data); return true;
     default: return false;
   }
+}
+
+void QtDesktop::ShowHelpOn(const Window& window) {
+  parts_->ShowTopic(window.FormName(), window.HelpContext());
 }
 
 }  // namespace tessel

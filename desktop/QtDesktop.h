@@ -45,6 +45,7 @@ class QtDesktop final : public Desktop {
   /// The book is built into the program and shown in a window of its own; the file is for other
   /// viewers.
   bool ShowHelp(const std::string& helpFile, int command, int data) override;
+  void ShowHelpOn(const Window& window) override;
 
  private:
   struct Parts;

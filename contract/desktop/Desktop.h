@@ -91,6 +91,9 @@ class Desktop {
   /// Any other command shows nothing. A topic that is not there shows the contents. A desktop with
   /// a help book of its own needs no `helpFile`. False when nothing could be shown; never raises.
   virtual bool ShowHelp(const std::string& helpFile, int command, int data) = 0;
+  /// Shows the help topic of a window, as F1 in it does: that of its context number, else that of
+  /// its form, else the contents. Never raises.
+  virtual void ShowHelpOn(const Window& window) = 0;
 
   /// The system ends the program: a signal, the end of the session. From now on nothing is asked:
   /// modal windows and message boxes close by themselves, and no QueryUnload is raised. When all

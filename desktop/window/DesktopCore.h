@@ -26,7 +26,7 @@ struct DesktopCore {
   std::function<void(std::exception_ptr)> showFailure;
   DeferQueue deferred;
   /// Shows help on a context number, or, when that is 0, on the form of that name.
-  std::function<void(const std::string& form, int context)> showHelp;
+  std::function<void(const Window&)> showHelpOn;
   /// Where each file dialog of each form was used last; empty before.
   std::map<std::string, std::string> lastFolders;
   DocumentFrame* frame = nullptr;  ///< The frame that is loaded, if any.

@@ -92,9 +92,9 @@ bool InputRouter::KeyDown(QWidget& widget, QKeyEvent& event) {
 
 /// F1 that nobody took is help on the window.
 bool InputRouter::TakesHelpKey(const QKeyEvent& event) {
-  if (event.key() != Qt::Key_F1 || event.modifiers() != Qt::NoModifier || !core_.showHelp)
+  if (event.key() != Qt::Key_F1 || event.modifiers() != Qt::NoModifier || !core_.showHelpOn)
     return false;
-  core_.showHelp(window_.FormName(), window_.HelpContext());
+  core_.showHelpOn(window_);
   return true;
 }
 

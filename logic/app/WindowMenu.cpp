@@ -24,6 +24,7 @@ void WindowMenu::Wire(Window& owner) {
   owner.Menu("mnuWindowPrevious").Click = [this] { Step(false); };
   owner.Menu("mnuWindowClose").Click = [this] { CloseActive(); };
   owner.Menu("mnuWindowMore").Click = [this] { ShowAll(); };
+  owner.Menu("mnuHelpWindow").Click = [this] { ShowHelpOnActive(); };
 }
 
 void WindowMenu::List(Window& owner) {
@@ -66,6 +67,10 @@ void WindowMenu::Step(bool forwards) {
 /// The query window stays.
 void WindowMenu::CloseActive() {
   if (MayClose()) windows_.all().at(ActiveOne())->Unload(UnloadReason::ControlBox);
+}
+
+void WindowMenu::ShowHelpOnActive() {
+  global_.TheDesktop().ShowHelpOn(*windows_.all().at(ActiveOne()));
 }
 
 void WindowMenu::ShowAll() {

@@ -25,7 +25,7 @@ class WindowMenu {
   /// `frame` is what the list of all windows stands above.
   WindowMenu(const Global& global, Window& frame, Windows windows);
 
-  /// Makes the entries of that window's Window menu do their work.
+  /// Makes the entries of that window's Window menu, and its help on the window, do their work.
   void Wire(Window& owner);
   /// That window's menu is about to open: lists the first nine windows each with its digit, the
   /// active one checked; checks what holds of the frame and of the active one.
@@ -39,6 +39,7 @@ class WindowMenu {
   [[nodiscard]] bool MayClose() const { return ActiveOne() != 0; }
   void Step(bool forwards);
   void CloseActive();
+  void ShowHelpOnActive();
   void ShowAll();
 
   const Global& global_;

@@ -36,6 +36,7 @@ class RememberingDesktop final : public Desktop {
   bool ShowHelp(const std::string& file, int command, int data) override {
     return desktop_.ShowHelp(file, command, data);
   }
+  void ShowHelpOn(const Window& window) override { desktop_.ShowHelpOn(window); }
 
  private:
   QtDesktop& desktop_;

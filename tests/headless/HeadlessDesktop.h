@@ -47,6 +47,7 @@ class HeadlessDesktop final : public Desktop, public DesktopScript {
   void Defer(std::function<void()> action) override { deferred_.push_back(std::move(action)); }
   void StartProcess(const std::string& path) override;
   bool ShowHelp(const std::string& helpFile, int command, int data) override;
+  void ShowHelpOn(const Window& window) override { helpOn_.push_back(window.FormName()); }
 
   // --- for tests ---------------------------------------------------------------------------------
   /// The newest loaded window of a form; fails the test when there is none.
@@ -75,6 +76,8 @@ class HeadlessDesktop final : public Desktop, public DesktopScript {
   /// From now on programs cannot be started, for this reason.
   void FailProcesses(std::string reason) { processFailure_ = std::move(reason); }
   [[nodiscard]] const std::vector<HelpRequest>& HelpRequests() const { return helpRequests_; }
+  /// The forms of the windows whose topic was asked for.
+  [[nodiscard]] const std::vector<std::string>& HelpOn() const { return helpOn_; }
   void SetHelpWorks(bool works) { helpWorks_ = works; }
 
   // --- for the twin itself -----------------------------------------------------------------------
@@ -106,6 +109,7 @@ class HeadlessDesktop final : public Desktop, public DesktopScript {
   std::vector<std::string> started_;
   std::optional<std::string> processFailure_;
   std::vector<HelpRequest> helpRequests_;
+  std::vector<std::string> helpOn_;
   bool helpWorks_ = true;
   bool ending_ = false;
   std::optional<TestStop> stop_;

@@ -125,6 +125,14 @@ TEST_F(HelpTest, F1ShowsHelpOnTheWindow) {
   EXPECT_EQ(PageName(), "qrc:/help/messages.html#notices");
 }
 
+TEST_F(HelpTest, HelpOnAWindowIsThePageThatF1Shows) {
+  const auto window = ShowForm("dlgConnect");
+  TheDesktop().ShowHelpOn(*window);
+  host.Settle();
+  ASSERT_NE(Shown(), nullptr);
+  EXPECT_EQ(PageName(), "qrc:/help/connecting.html");
+}
+
 TEST_F(HelpTest, TheHelpButtonOfAMessageOpensTheTopicAndTheBoxStays) {
   Message message;
   message.text = "Go on?";

@@ -64,6 +64,14 @@ TEST_F(WindowMenuTest, TheMenuClosesARecordsWindowAndNotTheQueryWindow) {
   EXPECT_TRUE(query().Visible());
 }
 
+TEST_F(WindowMenuTest, TheHelpMenuShowsThePageOfTheActiveWindow) {
+  StartWith(1);
+  mdi().ChooseMenu("mnuHelpWindow");
+  query().PressKey(key::f6);
+  records(0).ChooseMenu("mnuHelpWindow");
+  EXPECT_EQ(desktop.HelpOn(), (std::vector<std::string>{"frmMain", "frmRecords"}));
+}
+
 TEST_F(WindowMenuTest, MoreThanNineWindowsAreInAListOfTheirOwn) {
   StartWith(9);
   mdi().Menu("menuWindow").Choose();
