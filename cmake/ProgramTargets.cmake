@@ -2,11 +2,17 @@
 find_package(SQLite3 REQUIRED)
 find_package(ODBC REQUIRED)
 find_package(mimalloc REQUIRED)
+pkg_check_modules(xlsxwriter REQUIRED IMPORTED_TARGET xlsxwriter)
 pkg_check_modules(libpq REQUIRED IMPORTED_TARGET libpq)
 pkg_check_modules(libmariadb REQUIRED IMPORTED_TARGET libmariadb)
 find_package(Qt6 REQUIRED COMPONENTS Widgets DBus PrintSupport Svg Test)
 find_package(Qt6Keychain REQUIRED)
 find_library(TESSEL_QSCINTILLA NAMES qscintilla2_qt6 REQUIRED)
+
+# Files of sheets.
+tessel_library(tessel_sheets system/sheets/*.cpp)
+tessel_link(tessel_sheets tessel_system PkgConfig::xlsxwriter)
+tessel_precompile_std(tessel_sheets)
 
 # The databases that the program knows.
 file(GLOB_RECURSE driver_sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} data/providers/*.cpp)
@@ -52,7 +58,7 @@ tessel_executable(Tessel main/*.cpp EXCEPT "^main/allocator/") # tessel_fast_all
 if(TARGET Tessel)
   tessel_fast_allocator(Tessel)
   set_target_properties(Tessel PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
-  target_link_libraries(Tessel PRIVATE tessel_logic tessel_desktop tessel_drivers tessel_system)
+  target_link_libraries(Tessel PRIVATE tessel_logic tessel_desktop tessel_drivers tessel_sheets tessel_system)
   target_compile_definitions(Tessel PRIVATE TESSEL_VERSION="${PROJECT_VERSION}")
 endif()
 

@@ -32,7 +32,7 @@ tessel_test(logic GTest::gtest_main tessel_logic tessel_desktop_plain
                   tests/desktop/plain/*.cpp)
 if(NOT TESSEL_LOGIC_ONLY)
   include(cmake/ServerTargets.cmake)
-  tessel_test(data GTest::gtest_main tessel_drivers tessel_test_servers EXCEPT /servers/
+  tessel_test(data GTest::gtest_main tessel_drivers tessel_sheets tessel_test_servers EXCEPT /servers/
               FILES tests/data/*.cpp)
   if(TARGET data_tests)
     target_compile_definitions(data_tests

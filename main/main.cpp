@@ -12,6 +12,8 @@
 #include "system/EndSignals.h"
 #include "system/Executable.h"
 #include "system/PosixFiles.h"
+#include "system/ThreadLine.h"
+#include "system/sheets/XlsxFile.h"
 
 int main(int argc, char* argv[]) {
   using namespace tessel;
@@ -23,9 +25,18 @@ int main(int argc, char* argv[]) {
   PosixFiles files;
   DataAccessObjects data(desktop.Events());
   QtKeyring keyring;
+  XlsxFiles sheets;
   const std::string folder = std::filesystem::path(executable).parent_path().string();
-  auto program = std::make_unique<Program>(
-      Platform{desktop, data, files, folder, executable, TESSEL_VERSION, {}, &keyring});
+  auto program = std::make_unique<Program>(Platform{desktop,
+                                                    data,
+                                                    files,
+                                                    folder,
+                                                    executable,
+                                                    TESSEL_VERSION,
+                                                    {},
+                                                    &keyring,
+                                                    [] { return std::make_unique<ThreadLine>(); },
+                                                    &sheets});
   desktop.Defer([&] { program->Main(); });
   const int status = desktop.Run();
   program.reset();

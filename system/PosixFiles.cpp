@@ -1,19 +1,15 @@
-// The files of the program on a POSIX system. Replacing a file wholly or not at all takes most of
-// the room: links are followed, permissions kept, the folder synced; locks stand beside the files
-// they belong to.
+// The files of the program on a POSIX system: how they are read, and the locks that stand beside
+// the files they belong to.
 
 #include "system/PosixFiles.h"
 
-#include <array>
 #include <cerrno>
 #include <chrono>
-#include <climits>
 #include <cstddef>
-#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <optional>
-#include <system_error>
+#include <span>
 #include <thread>
 #include <utility>
 
@@ -22,48 +18,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "contract/base/Error.h"
+#include "system/Descriptor.h"
+#include "system/Replacement.h"
 
 namespace tessel {
 
 namespace {
 
 constexpr mode_t ownerOnlyMode = 0600;
-constexpr mode_t permissionBits = 07777;
-
-[[noreturn]] void ThrowFileError(const std::string& path, const std::string& reason, int code) {
-  throw Error(ErrorInfo{errorNumber::file, code, {}, "Tessel", path + ": " + reason, {}, 0});
-}
-
-/// Raises the failure that `code` (an errno value) stands for.
-[[noreturn]] void ThrowSystemError(const std::string& path, int code) {
-  ThrowFileError(path, std::generic_category().message(code), code);
-}
-
-/// An open file, closed in the end.
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-
-  [[nodiscard]] bool IsOpen() const { return number_ >= 0; }
-  [[nodiscard]] int Number() const { return number_; }
-  /// False, with errno set, when the system reports a late failure.
-  [[nodiscard]] bool Close() { return ::close(std::exchange(number_, -1)) == 0; }
-
- private:
-  int number_;
-};
-
-void RefuseUnlessRegular(const std::string& path, mode_t mode) {
-  if (S_ISDIR(mode)) ThrowSystemError(path, EISDIR);
-  if (!S_ISREG(mode)) ThrowFileError(path, "Not a regular file", 0);
-}
 
 /// Opens a regular file for reading. Without waiting: opening a pipe would otherwise hang until
 /// somebody writes to it.
@@ -74,109 +36,29 @@ Descriptor OpenRegular(const std::string& path, struct stat& status) {
   return file;
 }
 
-std::string FolderOf(const std::string& path) {
-  const std::size_t slash = path.rfind(pathSeparator);
-  if (slash == std::string::npos) return ".";
-  return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-std::string ReadLink(const std::string& path, const std::string& shown) {
-  std::array<char, PATH_MAX> target;
-  const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
-  if (length < 0) ThrowSystemError(shown, errno);
-  return {target.data(), static_cast<std::size_t>(length)};
-}
-
-/// The path behind all symbolic links, whether there is a file of that name yet or not.
-std::string FollowLinks(const std::string& path) {
-  constexpr int mostLinks = 40;
-  std::string place = path;
-  for (int links = 0; links < mostLinks; ++links) {
-    struct stat status {};
-    if (::lstat(place.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return place;
-    const std::string target = ReadLink(place, path);
-    if (target.front() == pathSeparator) place = target;
-    else place = FolderOf(place).append(1, pathSeparator).append(target);
-  }
-  ThrowSystemError(path, ELOOP);
-}
-
-/// What is known of the file to be replaced; nothing when there is none.
-std::optional<struct stat> StatusToReplace(const std::string& place, const std::string& path) {
-  struct stat status {};
-  if (::stat(place.c_str(), &status) != 0) {
-    if (errno != ENOENT) ThrowSystemError(path, errno);
-    return std::nullopt;
-  }
-  RefuseUnlessRegular(path, status.st_mode);
-  if (::faccessat(AT_FDCWD, place.c_str(), W_OK, AT_EACCESS) != 0) ThrowSystemError(path, errno);
-  return status;
-}
-
-/// A new file beside the one to be replaced; it is removed again unless Rename succeeds.
-class TemporaryFile {
+class PosixReader final : public FileReader {
  public:
-  /// `path` is the name that failures show.
-  TemporaryFile(std::string place, std::string path, mode_t mode)
-      : place_(std::move(place)), path_(std::move(path)), file_(Create(mode)) {}
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-  ~TemporaryFile() {
-    if (!renamed_) ::unlink(name_.c_str());
-  }
+  PosixReader(std::string path, Descriptor file, off_t size)
+      : path_(std::move(path)), file_(std::move(file)), size_(static_cast<std::uint64_t>(size)) {}
 
-  void Write(std::string_view content) {
-    while (!content.empty()) {
-      const ssize_t written = ::write(file_.Number(), content.data(), content.size());
-      if (written < 0 && errno == EINTR) continue;
-      Check(written >= 0);
-      content.remove_prefix(static_cast<std::size_t>(written));
+  [[nodiscard]] std::uint64_t Size() const override { return size_; }
+
+  [[nodiscard]] std::size_t Read(std::span<char> buffer) override {
+    std::size_t length = 0;
+    while (length < buffer.size()) {
+      const ssize_t got = ::read(file_.Number(), buffer.data() + length, buffer.size() - length);
+      if (got == 0) break;
+      if (got < 0 && errno != EINTR) ThrowSystemError(path_, errno);
+      if (got > 0) length += static_cast<std::size_t>(got);
     }
-  }
-
-  /// Owner and group are kept where the system allows it.
-  void TakeOver(const struct stat& old, mode_t mode) {
-    [[maybe_unused]] const int result = ::fchown(file_.Number(), old.st_uid, old.st_gid);
-    Check(::fchmod(file_.Number(), mode) == 0);
-  }
-
-  void Rename() {
-    Check(::fsync(file_.Number()) == 0);
-    Check(file_.Close());
-    Check(::rename(name_.c_str(), place_.c_str()) == 0);
-    renamed_ = true;
+    return length;
   }
 
  private:
-  [[nodiscard]] Descriptor Create(mode_t mode) {
-    const std::string stem = FolderOf(place_) + "/.tessel-" + std::to_string(::getpid()) + "-";
-    for (int number = 0;; ++number) {
-      name_ = stem + std::to_string(number) + ".tmp";
-      Descriptor file(::open(name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
-      if (file.IsOpen()) return file;
-      if (errno != EEXIST) ThrowSystemError(path_, errno);
-    }
-  }
-
-  void Check(bool succeeded) const {
-    if (!succeeded) ThrowSystemError(path_, errno);
-  }
-
-  std::string place_;
   std::string path_;
-  std::string name_;
   Descriptor file_;
-  bool renamed_ = false;
+  std::uint64_t size_;
 };
-
-/// Makes the new name last. A folder that may not be opened, or a file system without the
-/// operation, is left alone.
-void SyncFolder(const std::string& folder, const std::string& path) {
-  const Descriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!opened.IsOpen()) return;
-  if (::fsync(opened.Number()) != 0 && errno != EINVAL && errno != ENOTSUP)
-    ThrowSystemError(path, errno);
-}
 
 /// A lock file that is open and locked. It goes with the lock: nothing is left beside the program's
 /// files.
@@ -237,31 +119,33 @@ std::uint64_t PosixFiles::Size(const std::string& path) const {
 
 std::string PosixFiles::ReadWhole(const std::string& path) const {
   struct stat status {};
-  const Descriptor file = OpenRegular(path, status);
+  Descriptor file = OpenRegular(path, status);
+  PosixReader reader(path, std::move(file), status.st_size);
   constexpr std::size_t step = 64UL * 1024;
   std::string content;
   std::size_t length = 0;
-  for (;;) {
-    if (content.size() == length)
-      content.resize(length == 0 ? static_cast<std::size_t>(status.st_size) + step : length * 2);
-    const ssize_t got = ::read(file.Number(), content.data() + length, content.size() - length);
-    if (got == 0) break;
-    if (got < 0 && errno != EINTR) ThrowSystemError(path, errno);
-    if (got > 0) length += static_cast<std::size_t>(got);
-  }
+  do {
+    content.resize(length == 0 ? static_cast<std::size_t>(status.st_size) + step : length * 2);
+    length += reader.Read(std::span(content).subspan(length));
+  } while (length == content.size());
   content.resize(length);
   return content;
 }
 
+std::unique_ptr<FileReader> PosixFiles::OpenToRead(const std::string& path) {
+  struct stat status {};
+  Descriptor file = OpenRegular(path, status);
+  return std::make_unique<PosixReader>(path, std::move(file), status.st_size);
+}
+
 void PosixFiles::ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) {
-  const std::string place = FollowLinks(path);
-  const auto old = StatusToReplace(place, path);
-  constexpr mode_t ordinaryMode = 0666;  // less what the process's mask takes away
-  TemporaryFile fresh(place, path, old || ownerOnly ? ownerOnlyMode : ordinaryMode);
+  Replacement fresh(path, ownerOnly);
   fresh.Write(content);
-  if (old) fresh.TakeOver(*old, ownerOnly ? ownerOnlyMode : old->st_mode & permissionBits);
-  fresh.Rename();
-  SyncFolder(FolderOf(place), path);
+  fresh.PutInPlace();
+}
+
+std::unique_ptr<FileReplacement> PosixFiles::StartReplacing(const std::string& path) {
+  return std::make_unique<Replacement>(path, false);
 }
 
 void PosixFiles::Remove(const std::string& path) {

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "contract/system/FileStreams.h"
+
 namespace tessel {
 
 /// A lock that is held; destroying it gives it back. It may outlive the Files that gave it.
@@ -33,12 +35,21 @@ class Files {
   /// does what is no regular file, such as a pipe: it is not waited for.
   [[nodiscard]] virtual std::string ReadWhole(const std::string& path) const = 0;
 
+  /// The same file, to be read in pieces. Any thread.
+  [[nodiscard]] virtual std::unique_ptr<FileReader> OpenToRead(const std::string& path) = 0;
+
   /// Puts `content` in place of the file, wholly or not at all: a temporary file beside it is
   /// written, synced and renamed, so the old file survives a crash or a full disk. Permissions of
   /// an existing file are kept; a new one is readable by its owner only when `ownerOnly` (an
   /// existing one too). A symbolic link is followed. Raises when the file may not be written, or is
   /// a folder or no regular file; nothing of the temporary file is left then.
   virtual void ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) = 0;
+
+  /// Begins to put something in place of the file by the rules of ReplaceWhole, in pieces; who else
+  /// may read the file is left as it is. Raises at once when the file may not be written. Any
+  /// thread.
+  [[nodiscard]] virtual std::unique_ptr<FileReplacement>
+  StartReplacing(const std::string& path) = 0;
 
   /// Removes a file; one that is missing already is no failure. Of a symbolic link the link goes.
   virtual void Remove(const std::string& path) = 0;

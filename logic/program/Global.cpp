@@ -5,6 +5,7 @@
 #include "contract/base/Error.h"
 #include "contract/text/Ascii.h"
 #include "contract/text/TextCut.h"
+#include "logic/program/DirectLine.h"
 #include "logic/program/NoKeyring.h"
 
 namespace tessel {
@@ -66,5 +67,10 @@ void Global::DetectJetProvider() {
 }
 
 void Global::SetHelpFile() { helpFile_ = BesideExecutable("Tessel.chm"); }
+
+std::unique_ptr<WorkLine> Global::MakeWorkLine() const {
+  if (!platform_.makeWorkLine) return std::make_unique<DirectLine>();
+  return platform_.makeWorkLine();
+}
 
 }  // namespace tessel

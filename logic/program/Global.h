@@ -10,6 +10,8 @@
 #include "contract/data/Connection.h"
 #include "contract/desktop/Desktop.h"
 #include "contract/desktop/Keyring.h"
+#include "contract/system/SheetFile.h"
+#include "contract/system/WorkLine.h"
 
 namespace tessel {
 
@@ -26,6 +28,10 @@ struct Platform {
   std::function<std::optional<std::string>(int index)> registeredClass;
   /// Where passwords may be kept; null: nowhere.
   Keyring* keyring = nullptr;
+  /// A line of work on a thread of its own. May be empty: work is done where it is given then.
+  std::function<std::unique_ptr<WorkLine>()> makeWorkLine = {};
+  /// What makes files of sheets; null: there are none.
+  SheetFiles* sheets = nullptr;
 };
 
 /// Raises Error(application) from "Tessel": the way in which modules report a failure to their
@@ -43,6 +49,10 @@ class Global {
   [[nodiscard]] Files& TheFiles() const { return platform_.files; }
   /// Always one that can be asked; where there is none it says so.
   [[nodiscard]] Keyring& TheKeyring() const { return *platform_.keyring; }
+  /// A line of work that nobody else uses.
+  [[nodiscard]] std::unique_ptr<WorkLine> MakeWorkLine() const;
+  /// Null where no files of sheets can be made.
+  [[nodiscard]] SheetFiles* Sheets() const { return platform_.sheets; }
   [[nodiscard]] const std::string& Executable() const { return platform_.executable; }
   [[nodiscard]] const std::string& Version() const { return platform_.version; }
 

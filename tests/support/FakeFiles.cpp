@@ -23,6 +23,41 @@ class FakeLock final : public FileLock {
   std::string path_;
 };
 
+class FakeReader final : public FileReader {
+ public:
+  explicit FakeReader(std::string content) : content_(std::move(content)) {}
+
+  [[nodiscard]] std::uint64_t Size() const override { return content_.size(); }
+  [[nodiscard]] std::size_t Read(std::span<char> buffer) override {
+    const std::size_t length = content_.copy(buffer.data(), buffer.size(), at_);
+    at_ += length;
+    return length;
+  }
+
+ private:
+  std::string content_;
+  std::size_t at_ = 0;
+};
+
+/// Gathers the pieces, and replaces the file whole in the end.
+class FakeReplacement final : public FileReplacement {
+ public:
+  FakeReplacement(FakeFiles& files, std::string path, std::size_t room)
+      : files_(files), path_(std::move(path)), room_(room) {}
+
+  void Write(std::string_view bytes) override {
+    if (content_.size() + bytes.size() > room_) Fail(path_, "No space left on device");
+    content_ += bytes;
+  }
+  void PutInPlace() override { files_.ReplaceWhole(path_, content_, false); }
+
+ private:
+  FakeFiles& files_;
+  std::string path_;
+  std::size_t room_;
+  std::string content_;
+};
+
 }  // namespace
 
 bool FakeFiles::FileExists(const std::string& path) const {
@@ -42,6 +77,17 @@ std::string FakeFiles::ReadWhole(const std::string& path) const {
   const auto found = contents_.find(path);
   if (found == contents_.end()) Fail(path, "No such file or directory");
   return found->second;
+}
+
+std::unique_ptr<FileReader> FakeFiles::OpenToRead(const std::string& path) {
+  FailIfTold(path, readFailure_);
+  if (real_ != nullptr) return real_->OpenToRead(path);
+  return std::make_unique<FakeReader>(ReadWhole(path));
+}
+
+std::unique_ptr<FileReplacement> FakeFiles::StartReplacing(const std::string& path) {
+  FailIfTold(path, writeFailure_);
+  return std::make_unique<FakeReplacement>(*this, path, room_);
 }
 
 void FakeFiles::ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) {

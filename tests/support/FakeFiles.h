@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <set>
@@ -21,7 +23,9 @@ class FakeFiles final : public Files {
   [[nodiscard]] bool FileExists(const std::string& path) const override;
   [[nodiscard]] std::uint64_t Size(const std::string& path) const override;
   [[nodiscard]] std::string ReadWhole(const std::string& path) const override;
+  [[nodiscard]] std::unique_ptr<FileReader> OpenToRead(const std::string& path) override;
   void ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) override;
+  [[nodiscard]] std::unique_ptr<FileReplacement> StartReplacing(const std::string& path) override;
   void Remove(const std::string& path) override;
   /// Of files in memory the lock is refused at once while another one holds it.
   [[nodiscard]] std::unique_ptr<FileLock> Lock(const std::string& path, int milliseconds) override;
@@ -38,6 +42,9 @@ class FakeFiles final : public Files {
   void FailFile(const std::string& path, std::string reason) {
     fileFailures_[path] = std::move(reason);
   }
+
+  /// From now on a file that is written in pieces takes no more than `bytes`: the disk is full.
+  void FailBeyond(std::size_t bytes) { room_ = bytes; }
 
   /// Of files in memory.
   void Put(const std::string& path, std::string content) { contents_[path] = std::move(content); }
@@ -61,6 +68,7 @@ class FakeFiles final : public Files {
   std::optional<std::string> writeFailure_;
   std::optional<std::string> readFailure_;
   std::map<std::string, std::string> fileFailures_;
+  std::size_t room_ = SIZE_MAX;
   int writes_ = 0;
 };
 

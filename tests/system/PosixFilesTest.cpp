@@ -275,4 +275,61 @@ TEST_F(PosixFilesTest, KnowsTheCurrentFolder) {
   EXPECT_EQ(fs::path(seen), fs::canonical(folder_.Path()));
 }
 
+// --- in pieces -----------------------------------------------------------------------------------
+
+TEST_F(PosixFilesTest, AFileIsReadInPieces) {
+  std::string content;
+  for (int i = 0; i < 100'000; ++i) content += std::to_string(i);
+  files_.ReplaceWhole(File("a"), content, false);
+  const auto reader = files_.OpenToRead(File("a"));
+  EXPECT_EQ(reader->Size(), content.size());
+  std::string read;
+  std::string piece(777, '\0');
+  for (std::size_t length = 1; length != 0; read.append(piece, 0, length))
+    length = reader->Read(piece);
+  EXPECT_EQ(read, content);
+  EXPECT_THROW(static_cast<void>(files_.OpenToRead(File("missing"))), Error);
+  EXPECT_THROW(static_cast<void>(files_.OpenToRead(folder_.Path().string())), Error);
+}
+
+TEST_F(PosixFilesTest, WhatIsWrittenInPiecesReplacesTheFileOnlyInTheEnd) {
+  files_.ReplaceWhole(File("a"), "old", false);
+  ::chmod(File("a").c_str(), 0640);
+  const auto fresh = files_.StartReplacing(File("a"));
+  fresh->Write("new ");
+  fresh->Write("content");
+  EXPECT_EQ(files_.ReadWhole(File("a")), "old");
+  fresh->PutInPlace();
+  EXPECT_EQ(files_.ReadWhole(File("a")), "new content");
+  EXPECT_EQ(Mode(File("a")), 0640U);
+  EXPECT_EQ(FileCount(), 1);
+}
+
+TEST_F(PosixFilesTest, WhatIsNotPutInPlaceLeavesNothing) {
+  files_.ReplaceWhole(File("a"), "old", false);
+  files_.StartReplacing(File("a"))->Write("new");
+  EXPECT_EQ(files_.ReadWhole(File("a")), "old");
+  EXPECT_EQ(FileCount(), 1);
+}
+
+TEST_F(PosixFilesTest, AFullDiskInTheMiddleLeavesTheOldFile) {
+  files_.ReplaceWhole(File("a"), "old", false);
+  {
+    const FileSizeLimit limit(1000);
+    const auto fresh = files_.StartReplacing(File("a"));
+    fresh->Write(std::string(900, 'x'));
+    EXPECT_EQ(FailureOf([&] { fresh->Write(std::string(900, 'x')); }),
+              File("a") + ": File too large");
+  }
+  EXPECT_EQ(files_.ReadWhole(File("a")), "old");
+  EXPECT_EQ(FileCount(), 1);
+}
+
+TEST_F(PosixFilesTest, AFileThatMayNotBeWrittenIsRefusedAtOnce) {
+  EXPECT_EQ(FailureOf([&] { static_cast<void>(files_.StartReplacing(File("no/a"))); }),
+            File("no/a") + ": No such file or directory");
+  EXPECT_EQ(FailureOf([&] { static_cast<void>(files_.StartReplacing(folder_.Path().string())); }),
+            folder_.Path().string() + ": Is a directory");
+}
+
 }  // namespace tessel::test

@@ -11,7 +11,7 @@ IMPLEMENTATIONS = ("data", "desktop", "system")
 PRODUCT = ("contract", "logic", "main") + IMPLEMENTATIONS
 # The folders of each floor, each using only itself and those before it.
 FLOORS = {
-    "contract": ("text", "base", "sql", "data", "desktop"),
+    "contract": ("text", "system", "base", "sql", "data", "desktop"),
     "logic": ("program", "text", "connections", "tags", "query", "schema", "results", "together", "app"),
     "data": ("rows", "combined", "changes", "providers", "tasks", "cursor"),
     "desktop": ("plain", "base", "look", "services", "dialogs", "controls", "editor", "tree", "grid", "access", "window", "help", "keyring"),
@@ -31,12 +31,13 @@ ODBC_FUNCTIONS = (
     "Prepare PrimaryKeys ProcedureColumns Procedures PutData RowCount SetConnectAttr SetCursorName "
     "SetDescField SetDescRec SetEnvAttr SetPos SetStmtAttr SpecialColumns Statistics TablePrivileges "
     "Tables").split()
-# The one door to each database's library, a header and its sources, and the names of its functions.
+# The one door to each database's library, and to that of sheets: a header and its sources, and the names of its functions.
 DOORS = (
     ("data/providers/odbc/driver/OdbcApi", "SQL(?:%s)[AW]?" % "|".join(ODBC_FUNCTIONS)),
     ("data/providers/postgresql/client/PqApi", r"PQ[a-z]\w*|pq::[A-Z]\w*"),
     ("data/providers/mariadb/MariaApi", r"(?:mysql|mariadb)_\w+"),
     ("data/providers/sqlite/SqliteApi", r"sqlite3_\w+"),
+    ("system/sheets/XlsxFile", r"(?:lxw|workbook|worksheet)_\w+"),
 )
 INLINE_MEMBER = re.compile(r"^inline\b[^({;=]*\w::~?\w+\(", re.MULTILINE)
 EVENT_PUMP = re.compile(r"\bprocessEvents\b")

@@ -1,0 +1,1 @@
+#error "<xlsxwriter.h> belongs to system: the logic writes sheets through contract/system"

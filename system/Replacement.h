@@ -1,0 +1,48 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <sys/stat.h>
+
+#include "contract/system/FileStreams.h"
+#include "system/Descriptor.h"
+
+namespace tessel {
+
+/// The path behind all symbolic links, whether there is a file of that name yet or not.
+[[nodiscard]] std::string FollowLinks(const std::string& path);
+
+/// A new file beside the one that it will replace; it is removed again unless it is put in its
+/// place. Permissions of the old file are kept, owner and group where the system allows it.
+class Replacement final : public FileReplacement {
+ public:
+  /// `path` is the name that failures show. With `ownerOnly` nobody but the owner may read what is
+  /// written.
+  Replacement(const std::string& path, bool ownerOnly);
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
+  ~Replacement() override;
+
+  void Write(std::string_view bytes) override;
+  void PutInPlace() override;
+
+  /// Where the new file is, for who writes it by its name. The file of that name must stay.
+  [[nodiscard]] const std::string& Name() const { return name_; }
+
+ private:
+  [[nodiscard]] Descriptor Create(mode_t mode);
+  void TakeOver();
+  void Check(bool succeeded) const;
+
+  std::string path_;
+  std::string place_;
+  std::optional<struct stat> old_;
+  bool ownerOnly_;
+  std::string name_;
+  Descriptor file_;
+  bool inPlace_ = false;
+};
+
+}  // namespace tessel
