@@ -241,12 +241,12 @@ void SqlEditor::SetBytes(std::string_view bytes) {
 
 /// A change that it tells of afterwards the component also tells to assistive tools, and counts all
 /// characters before it for that, whether anybody listens or not: half a second in 50 MB. Of a long
-/// text it tells only before each change.
+/// text it tells only before each change; any other bit, those of who made a change too, would have
+/// it tell afterwards.
 void SqlEditor::HearChanges() {
-  constexpr long changed = SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT;
-  const long everything = SC_MODEVENTMASKALL;
-  const long heard = HoldsLongText() ? everything & ~changed : everything;
-  SendScintilla(SCI_SETMODEVENTMASK, static_cast<unsigned long>(heard));
+  constexpr unsigned long before = SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE;
+  constexpr unsigned long everything = SC_MODEVENTMASKALL;
+  SendScintilla(SCI_SETMODEVENTMASK, HoldsLongText() ? before : everything);
 }
 
 void SqlEditor::TakeLineEnd(std::string_view bytes) {

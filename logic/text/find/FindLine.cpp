@@ -15,7 +15,7 @@ namespace tessel {
 namespace {
 
 /// Steps of a pattern until the window has its turn: some milliseconds.
-constexpr std::size_t stepsOfSlice = 200'000;
+constexpr std::size_t stepsOfSlice = 80'000;
 constexpr std::size_t stepsAtOnce = 20'000;
 constexpr int betweenSlices = 1;  ///< Milliseconds.
 /// Bytes of a selection that is taken as what is looked for.
