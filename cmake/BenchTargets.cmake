@@ -26,7 +26,7 @@ if(NOT TESSEL_LOGIC_ONLY)
   add_custom_target(compare DEPENDS Tessel tessel_bench)
   file(GLOB compare_loops CONFIGURE_DEPENDS bench/compare/Raw*.cpp)
   set(compare_common bench/compare/Cases.cpp bench/compare/Say.cpp bench/OrdersFile.cpp bench/OrdersSql.cpp)
-  tessel_compare(compare_raw tessel_drivers PkgConfig::libpq
+  tessel_compare(compare_raw tessel_drivers PkgConfig::libpq PkgConfig::libmariadb
                  SOURCES bench/compare/raw.cpp ${compare_loops} ${compare_common} bench/RawBlock.cpp
                          bench/RawOrders.cpp)
   tessel_compare(compare_data tessel_drivers

@@ -18,10 +18,10 @@ tessel_precompile_std(tessel_sheets)
 file(GLOB_RECURSE driver_sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} data/providers/*.cpp)
 list(FILTER driver_sources INCLUDE REGEX "/(sqlite|odbc|postgresql|mariadb)/")
 tessel_library_of(tessel_drivers data/cursor/DataAccessObjects.cpp ${driver_sources})
-tessel_link(tessel_drivers tessel_data SQLite::SQLite3 ODBC::ODBC PkgConfig::libmariadb)
-# The program loads libpq when it is first needed (PqLibrary).
+tessel_link(tessel_drivers tessel_data SQLite::SQLite3 ODBC::ODBC)
+# The program loads libpq and libmariadb when they are first needed (LateLibrary).
 tessel_scope(tessel_drivers drivers_scope)
-target_include_directories(tessel_drivers ${drivers_scope} ${libpq_INCLUDE_DIRS})
+target_include_directories(tessel_drivers ${drivers_scope} ${libpq_INCLUDE_DIRS} ${libmariadb_INCLUDE_DIRS})
 tessel_link(tessel_drivers ${CMAKE_DL_LIBS})
 tessel_precompile_std(tessel_drivers)
 

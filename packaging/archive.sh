@@ -38,11 +38,13 @@ copy_plugins() {
 
 # What the program itself loads when it first needs it, and with it what that needs.
 late_libraries() {
-    local file
-    file=$(/sbin/ldconfig -p | sed -n 's/^\tlibpq\.so\.5 .*=> //p' | head -n 1)
-    [[ -n $file ]] || { echo "archive.sh: there is no libpq.so.5 here" >&2 && return 1; }
-    printf '\tlibpq.so.5 => %s (late)\n' "$file"
-    ldd "$file"
+    local library file
+    for library in libpq.so.5 libmariadb.so.3; do
+        file=$(/sbin/ldconfig -p | sed -n "s/^\t${library//./\\.} .*=> //p" | head -n 1)
+        [[ -n $file ]] || { echo "archive.sh: there is no $library here" >&2 && return 1; }
+        printf '\t%s => %s (late)\n' "$library" "$file"
+        ldd "$file"
+    done
 }
 
 # A line for each: its name, and where it is here.

@@ -13,6 +13,7 @@
 
 #include "contract/base/Value.h"
 #include "data/providers/WorkContext.h"
+#include "data/providers/mariadb/client/MariaLibrary.h"
 
 namespace tessel {
 

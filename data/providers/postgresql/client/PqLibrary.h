@@ -1,36 +1,18 @@
 #pragma once
 
-#include <atomic>
-
 #include <libpq-fe.h>
+
+#include "data/providers/LateLibrary.h"
 
 namespace tessel::pq {
 
-/// The address of a function of libpq. The library is loaded when the first is asked for: with all
-/// that it brings (TLS, Kerberos, LDAP) that takes a good part of the program's start. Raises Error
-/// when it is not there. Any thread.
-[[nodiscard]] void* AddressOf(const char* name);
+inline constexpr LateLibrary library("libpq.so.5", "PostgreSQL", "libpq5");
 
-/// A function of libpq by its name, looked up at its first call.
+/// A function of libpq, which is loaded with the first that is called.
 template <class Signature>
-class Function;
-
-template <class Result, class... Parts>
-class Function<Result(Parts...)> {
+class Function : public LateFunction<Signature> {
  public:
-  constexpr explicit Function(const char* name) : name_(name) {}
-  Result operator()(Parts... parts) const {
-    void* address = address_.load(std::memory_order_acquire);
-    if (address == nullptr) {
-      address = AddressOf(name_);
-      address_.store(address, std::memory_order_release);
-    }
-    return reinterpret_cast<Result (*)(Parts...)>(address)(parts...);
-  }
-
- private:
-  const char* name_;
-  mutable std::atomic<void*> address_ = nullptr;
+  constexpr explicit Function(const char* name) : LateFunction<Signature>(library, name) {}
 };
 
 inline constinit const Function<decltype(::PQbackendPID)> BackendPID("PQbackendPID");
