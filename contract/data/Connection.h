@@ -16,6 +16,9 @@
 
 namespace tessel {
 
+class LoadOperation;
+struct LoadRequest;
+
 /// Schema rowsets that Connection::StartSchema reads, each with its fields in their order. Names of
 /// fields and the order of the restrictions are the classic ones. ORDINAL_POSITION and DATA_TYPE (a
 /// number of DataType) are whole numbers, IS_NULLABLE and NEEDS_SCHEMA booleans, all others text;
@@ -93,6 +96,11 @@ class Connection {
   /// fail the command. Raises Error(application) for a text without content.
   [[nodiscard]] virtual std::shared_ptr<QueryOperation> StartQuery(const std::string& sql,
                                                                    LockType lock) = 0;
+
+  /// Loads rows into a table (BulkLoad.h). The user's own open transaction goes on: what is loaded
+  /// becomes part of it. Raises Error(readOnly) for a connection opened with Mode=ReadOnly, and
+  /// Error(application) for a request without columns.
+  [[nodiscard]] virtual std::shared_ptr<LoadOperation> StartLoad(LoadRequest request) = 0;
 
   /// Reads a schema rowset. `restrictions` stand in the order given at SchemaRowset; an empty or
   /// missing one restricts nothing. Fails with Error(notSupported) when the provider has no such

@@ -32,6 +32,8 @@ struct WriteDialect {
   std::string_view lastKey = {};  ///< Asks for the number that was generated last; may be empty.
   std::string_view begin = {};    ///< Empty: a savepoint begins a transaction where there is none.
   bool countsFirst = false;       ///< There are tables whose changes cannot be undone.
+  /// A statement that makes a table ends the transaction that is open, and cannot be undone.
+  bool definesAtOnce = false;
   /// Nothing is known of transactions: none is begun, and rows are written only where a key makes
   /// sure that there is but one.
   bool needsKey = false;

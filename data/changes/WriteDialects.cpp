@@ -88,7 +88,8 @@ WriteDialect MariaDialect(std::string_view server, std::string_view version) {
                           .returnsInserted = KnowsReturning(server, version),
                           .lastKey = "select last_insert_id()",
                           .begin = "start transaction",
-                          .countsFirst = true};
+                          .countsFirst = true,
+                          .definesAtOnce = true};
   for (const std::string_view type : {"geometry", "point", "linestring", "polygon"})
     dialect.comparisons.push_back({.typeName = type, .pattern = {}});
   dialect.comparisons.push_back(

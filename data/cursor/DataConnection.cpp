@@ -5,6 +5,9 @@
 #include <iterator>
 #include <utility>
 
+#include "data/cursor/DataLoad.h"
+#include "data/providers/ConnectionMode.h"
+
 namespace tessel {
 
 namespace {
@@ -221,6 +224,18 @@ std::shared_ptr<QueryOperation> DataConnection::StartQuery(const std::string& sq
   if (IsBlank(sql)) throw Error(errorNumber::application, "Tessel", "The command text is empty.");
   return Start(std::make_shared<ExecuteTask>(sql, services_.rowBudget, services_.pace),
                OperationPhase::Executing, {}, {sql, lock});
+}
+
+/// The operation that is told of the task is held by the one that is given away.
+std::shared_ptr<LoadOperation> DataConnection::StartLoad(LoadRequest request) {
+  RequireIdle();
+  if (request.columns.empty())
+    throw Error(errorNumber::application, "Tessel", "There is no column to load.");
+  if (IsReadOnlyMode(properties_))
+    throw Error(errorNumber::readOnly, "Tessel",
+                "This connection was opened with Mode=ReadOnly: nothing can be written on it.");
+  const auto task = std::make_shared<LoadTask>(std::move(request));
+  return DataLoad::Of(Start(task, OperationPhase::Writing), task);
 }
 
 // --- changes ---------------------------------------------------------------------------------

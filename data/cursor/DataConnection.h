@@ -66,6 +66,7 @@ class DataConnection : public Connection,
   [[nodiscard]] TransactionState Transaction() const override { return transaction_; }
   [[nodiscard]] std::shared_ptr<QueryOperation> StartQuery(const std::string& sql,
                                                            LockType lock) override;
+  [[nodiscard]] std::shared_ptr<LoadOperation> StartLoad(LoadRequest request) override;
   [[nodiscard]] std::shared_ptr<QueryOperation>
   StartSchema(SchemaRowset schema, const std::vector<std::string>& restrictions) override;
 

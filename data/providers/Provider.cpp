@@ -22,6 +22,14 @@ StatementResult ProviderSession::RunStatement(const RowStatement& /*statement*/,
   throw Error(errorNumber::notSupported, "Tessel", "This provider cannot change records.");
 }
 
+std::unique_ptr<RowLoader> ProviderSession::BeginLoad(const LoadRequest& request,
+                                                      WorkContext& /*context*/) {
+  return std::make_unique<StatementLoader>(
+      request, *Writing(), [this](const RowStatement& statement, WorkContext& context) {
+        (void)RunStatement(statement, context);
+      });
+}
+
 void ProviderSession::RunControl(std::string_view /*sql*/, const WorkContext* /*context*/) {
   throw Error(errorNumber::notSupported, "Tessel", "This provider cannot change records.");
 }

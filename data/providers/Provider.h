@@ -12,6 +12,7 @@
 #include "contract/data/Connection.h"
 #include "contract/data/Recordset.h"
 #include "data/changes/RowStatement.h"
+#include "data/providers/RowLoader.h"
 #include "data/providers/SchemaRows.h"
 #include "data/providers/WorkContext.h"
 #include "data/providers/text/ConnectionKeys.h"
@@ -93,6 +94,12 @@ class ProviderSession {
   /// Runs a statement that begins or ends a transaction or savepoint. With an operation it may be
   /// cancelled where the database then undoes it.
   virtual void RunControl(std::string_view sql, const WorkContext* context);
+
+  /// Begins to load rows into a table, which is there, within whatever transaction there is. One at
+  /// a time; nothing else is called while there is one. Where a provider has no way of its own the
+  /// rows go by RunStatement, one by one.
+  [[nodiscard]] virtual std::unique_ptr<RowLoader> BeginLoad(const LoadRequest& request,
+                                                             WorkContext& context);
 
   /// Called when the end of an operation has been announced: for what takes long and nobody needs
   /// to wait for.

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "contract/base/Error.h"
@@ -64,6 +65,17 @@ class WorkContext {
   /// Of the statement that ran last; nothing: that is not known.
   [[nodiscard]] const std::optional<std::size_t>& FailedAt() const { return failedAt_; }
 
+  /// Of the rows that a RowLoader was given since its beginning the database refuses number `row`
+  /// (from 0), because of `column`, which may be empty. To be told before the Error is raised.
+  void RefuseRow(std::int64_t row, std::string column = {}) {
+    refused_ = RefusedPlace{row, std::move(column)};
+  }
+  struct RefusedPlace {
+    std::int64_t row = 0;
+    std::string column;
+  };
+  [[nodiscard]] const std::optional<RefusedPlace>& RefusedAt() const { return refused_; }
+
   /// A statement without columns is done: it affected so many records (-1: it does not tell), and
   /// what was reported since the one before belongs to it.
   void EndStatement(std::int64_t recordsAffected);
@@ -78,6 +90,7 @@ class WorkContext {
   StatementPlace statement_;
   std::optional<std::int64_t> keptUpTo_;
   std::optional<std::size_t> failedAt_;
+  std::optional<RefusedPlace> refused_;
   std::vector<DoneStatement> statements_;
   std::vector<ErrorInfo> reports_;
   bool raised_ = false;

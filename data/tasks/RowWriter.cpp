@@ -6,67 +6,11 @@
 
 #include "data/changes/RowOrigin.h"
 #include "data/changes/RowSql.h"
+#include "data/tasks/RowTransaction.h"
 
 namespace tessel {
 
 namespace {
-
-/// Begins a transaction, or a savepoint in the user's own, and undoes all done in it unless it is
-/// kept. Where nothing is known of transactions it does nothing: one statement is whole by itself.
-class RowTransaction {
- public:
-  RowTransaction(ProviderSession& session, const WriteDialect& dialect) : session_(session) {
-    const UserTransaction users = session.Transaction();
-    if (users == UserTransaction::Failed) RaiseFailed();
-    kept_ = dialect.needsKey;
-    if (kept_) return;
-    const bool joins = users == UserTransaction::Open || users == UserTransaction::Waiting;
-    isSavepoint_ = joins || dialect.begin.empty();
-    session_.RunControl(isSavepoint_ ? "savepoint tessel_change" : dialect.begin, nullptr);
-  }
-  RowTransaction(const RowTransaction&) = delete;
-  RowTransaction& operator=(const RowTransaction&) = delete;
-  ~RowTransaction() {
-    if (!kept_) Undo();
-  }
-
-  void Keep(const WorkContext& context) {
-    if (kept_) return;
-    session_.RunControl(isSavepoint_ ? "release savepoint tessel_change" : "commit", &context);
-    kept_ = true;
-  }
-
- private:
-  [[noreturn]] static void RaiseFailed() {
-    throw Error(ErrorInfo{errorNumber::database,
-                          0,
-                          "25P02",
-                          "Tessel",
-                          "Your transaction has failed, and the database accepts nothing but its "
-                          "end. Run ROLLBACK first, then write the change again.",
-                          {},
-                          0});
-  }
-
-  /// A cancel that comes late may hit the first attempt. A session that is lost has undone it all.
-  void Undo() noexcept {
-    constexpr int attempts = 3;
-    for (int i = 0; i < attempts && session_.IsAlive(); ++i) {
-      try {
-        session_.RunControl(isSavepoint_ ? "rollback to savepoint tessel_change" : "rollback",
-                            nullptr);
-        if (isSavepoint_) session_.RunControl("release savepoint tessel_change", nullptr);
-        return;
-      } catch (const std::exception&) {
-        continue;
-      }
-    }
-  }
-
-  ProviderSession& session_;
-  bool isSavepoint_ = false;
-  bool kept_ = false;
-};
 
 /// Writes one change, within a transaction.
 class ChangeWriter {

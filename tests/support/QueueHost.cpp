@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "data/tasks/LoadTask.h"
 #include "data/tasks/RowWriter.h"
 #include "tests/support/TestStop.h"
 
@@ -41,6 +42,7 @@ bool QueueHost::HoldsNextStep() const {
   if (dynamic_cast<const OpenTask*>(task) != nullptr) return server.holdConnecting;
   if (dynamic_cast<const CatalogTask*>(task) != nullptr) return server.holdCatalogChanges;
   if (dynamic_cast<const WriteTask*>(task) != nullptr) return server.holdChanges;
+  if (dynamic_cast<const LoadTask*>(task) != nullptr) return server.holdChanges;
   if (const auto* schema = dynamic_cast<const SchemaTask*>(task))
     return server.holdSchemas.contains(schema->Schema());
   const auto& command = dynamic_cast<const ExecuteTask&>(*task);

@@ -61,6 +61,31 @@ std::string ExtendedTypeOf(const MYSQL_FIELD& field) {
   return type.empty() ? AttributeOf(field, MARIADB_FIELD_ATTR_FORMAT_NAME) : type;
 }
 
+// --- what the server may read as a file ----------------------------------------------------------
+
+using OfferedFile = std::optional<std::string_view>;
+
+/// The file that the server names is never looked at.
+int BeginFile(void** file, const char* /*name*/, void* offered) {
+  *file = offered;
+  return static_cast<OfferedFile*>(offered)->has_value() ? 0 : 1;
+}
+
+int ReadFile(void* file, char* buffer, unsigned size) {
+  std::string_view& rest = **static_cast<OfferedFile*>(file);
+  const std::size_t count = rest.copy(buffer, size);
+  rest.remove_prefix(count);
+  return static_cast<int>(count);
+}
+
+void EndFile(void* /*file*/) {}
+
+int TellRefused(void* /*file*/, char* text, unsigned size) {
+  constexpr std::string_view reason = "Files of this machine are not read.";
+  text[reason.copy(text, size - 1)] = '\0';
+  return CR_UNKNOWN_ERROR;
+}
+
 }  // namespace
 
 /// After those of the network the server closes the connection as well.
@@ -102,7 +127,7 @@ void MariaResult::CheckEnd() const {
 
 // --- opening -------------------------------------------------------------------------------------
 
-MariaConnection::MariaConnection() {
+MariaConnection::MariaConnection() : offered_(std::make_unique<std::optional<std::string_view>>()) {
   static const int ready = mysql_server_init(0, nullptr, nullptr);
   if (ready == 0) connection_.reset(mysql_init(nullptr));
   if (!connection_) throw std::bad_alloc();
@@ -114,10 +139,12 @@ void MariaConnection::SetText(mysql_option option, const std::string& value) {
 
 void MariaConnection::ApplyOptions(const MariaLogin& login) {
   MYSQL* connection = connection_.get();
-  const unsigned off = 0;
+  const unsigned allowed = 1;
   const my_bool on = 1;
   mysql_options(connection, MYSQL_OPT_NONBLOCK, &stepStack);
-  mysql_options(connection, MYSQL_OPT_LOCAL_INFILE, &off);
+  mysql_options(connection, MYSQL_OPT_LOCAL_INFILE, &allowed);
+  mysql_set_local_infile_handler(connection, BeginFile, ReadFile, EndFile, TellRefused,
+                                 offered_.get());
   mysql_options(connection, MYSQL_SET_CHARSET_NAME, "utf8mb4");
   mysql_options4(connection, MYSQL_OPT_CONNECT_ATTR_ADD, "program_name",
                  login.applicationName.c_str());
@@ -172,6 +199,13 @@ void MariaConnection::Run(const std::string& sql) {
   if (mysql_real_query(connection_.get(), sql.data(), sql.size()) != 0) Raise(connection_.get());
 }
 
+void MariaConnection::RunWithFile(const std::string& sql, std::string_view data) {
+  *offered_ = data;
+  const int failed = mysql_real_query(connection_.get(), sql.data(), sql.size());
+  offered_->reset();
+  if (failed != 0) Raise(connection_.get());
+}
+
 MariaResult MariaConnection::Result() {
   if (mysql_field_count(connection_.get()) == 0) return {};
   MYSQL_RES* result = mysql_use_result(connection_.get());
@@ -208,10 +242,18 @@ bool MariaConnection::CommitsByItself() const {
 }
 
 std::string MariaConnection::Quoted(const std::string& text) const {
-  std::string quoted(2 * text.size() + 1, '\0');
-  quoted.resize(mysql_real_escape_string(connection_.get(), quoted.data(), text.data(),
-                                         static_cast<unsigned long>(text.size())));
-  return "'" + quoted + "'";
+  std::string quoted;
+  AppendQuoted(text, quoted);
+  return quoted;
+}
+
+void MariaConnection::AppendQuoted(std::string_view text, std::string& out) const {
+  const std::size_t begin = out.size() + 1;
+  out += '\'';
+  out.resize(begin + 2 * text.size() + 1);
+  out.resize(begin + mysql_real_escape_string(connection_.get(), out.data() + begin, text.data(),
+                                              static_cast<unsigned long>(text.size())));
+  out += '\'';
 }
 
 // --- facts ---------------------------------------------------------------------------------------

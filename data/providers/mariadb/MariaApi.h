@@ -129,7 +129,7 @@ class MariaStatement {
   std::vector<my_bool> nulls_;
 };
 
-/// A session with a server. It does not load files of this machine, whatever the server asks for.
+/// A session with a server. It reads no file of this machine, whatever the server asks for.
 class MariaConnection {
  public:
   MariaConnection();
@@ -146,6 +146,8 @@ class MariaConnection {
   /// Runs the text up to the end of its first statement. Result and NextResult tell what comes of
   /// it. Raises Error.
   void Run(const std::string& sql);
+  /// The same for LOAD DATA LOCAL, whose file is `data`, whatever it is called.
+  void RunWithFile(const std::string& sql, std::string_view data);
   /// The result of the present statement; none when it has no columns.
   [[nodiscard]] MariaResult Result();
   /// Goes on to the end of the next statement; false when there is none. Raises Error.
@@ -168,6 +170,8 @@ class MariaConnection {
 
   /// `text` as a literal, within quotes.
   [[nodiscard]] std::string Quoted(const std::string& text) const;
+  /// Adds it to `out`.
+  void AppendQuoted(std::string_view text, std::string& out) const;
 
   /// The session's number at the server.
   [[nodiscard]] unsigned long Number() const { return mysql_thread_id(connection_.get()); }
@@ -186,6 +190,8 @@ class MariaConnection {
   void ApplyOptions(const MariaLogin& login);
   void SetText(mysql_option option, const std::string& value);
 
+  /// What the server gets when it asks for a file; nothing: it is refused.
+  std::unique_ptr<std::optional<std::string_view>> offered_;
   std::unique_ptr<MYSQL, Close> connection_;
 };
 

@@ -42,6 +42,8 @@ class MariaSession : public ProviderSession {
   [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
                                              WorkContext& context) override;
   void RunControl(std::string_view sql, const WorkContext* context) override;
+  [[nodiscard]] std::unique_ptr<RowLoader> BeginLoad(const LoadRequest& request,
+                                                     WorkContext& context) override;
 
   [[nodiscard]] std::string CurrentCatalog() override;
   void SetCatalog(const std::string& name, WorkContext& context) override;
@@ -53,6 +55,8 @@ class MariaSession : public ProviderSession {
   }
 
  private:
+  class Loader;
+
   /// Does `work`. An error becomes the one that tells what it means: a cancel, a lost server.
   template <class Work>
   auto Guarded(WorkContext& context, Work work) {
@@ -64,6 +68,7 @@ class MariaSession : public ProviderSession {
   }
   [[noreturn]] void RaiseFailure(const Error& error, WorkContext& context);
   void ChooseDialect();
+  void RequireUndo(const LoadRequest& request);
   [[nodiscard]] bool RunText(const std::string& sql);
   [[nodiscard]] bool NextStatement();
   [[nodiscard]] std::vector<FieldInfo> FindRows(WorkContext& context);

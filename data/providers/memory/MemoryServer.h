@@ -112,6 +112,8 @@ class MemoryServer {
   Properties properties;
   /// Whether a catalog may be named in [brackets].
   bool takesBrackets = false;
+  /// What was made by CREATE TABLE so far: the text behind these words.
+  std::vector<std::string> created;
 
   // --- failures and delays on demand -------------------------------------------------------------
   std::optional<ErrorInfo> openRefused;  ///< No session is made.

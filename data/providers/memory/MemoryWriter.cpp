@@ -54,6 +54,8 @@ class MemoryWriter::Reader {
   void Require(std::string_view words) {
     if (!Take(words)) Refuse();
   }
+  [[nodiscard]] std::string_view Rest() const { return rest_; }
+  [[nodiscard]] bool AtEnd() const { return rest_.empty(); }
   void RequireEnd() const {
     if (!rest_.empty()) Refuse();
   }
@@ -63,8 +65,13 @@ class MemoryWriter::Reader {
                     std::string(rest_) + "':\n" + statement_.sql));
   }
 
+  /// A name without quotes ends at a blank.
   [[nodiscard]] std::string Name() {
-    Require("\"");
+    if (!Take("\"")) {
+      const std::string name(rest_.substr(0, rest_.find(' ')));
+      rest_.remove_prefix(name.size());
+      return name;
+    }
     std::string name;
     for (; !rest_.empty(); rest_.remove_prefix(1)) {
       if (rest_.front() == '"' && !rest_.substr(1).starts_with('"')) break;
@@ -149,6 +156,7 @@ StatementResult MemoryWriter::Run(const RowStatement& statement) {
   if (reader.Take("insert into ")) return Insert(reader);
   if (reader.Take("update ")) return Update(reader);
   if (reader.Take("delete from ")) return Delete(reader);
+  if (reader.Take("create table ")) return Create(reader);
   reader.Refuse();
 }
 
@@ -165,9 +173,17 @@ StatementResult MemoryWriter::Insert(Reader& reader) {
   for (Cell& cell : reader.GivenCells(table)) row[cell.field] = std::move(cell.value);
   GiveNumbers(table, row);
   RequireConstraints(table, row, nullptr);
-  StatementResult result{.rows = 1, .first = reader.Returned(table, row)};
+  StatementResult result{.rows = 1, .first = {}};
+  if (!reader.AtEnd()) result.first = reader.Returned(table, row);
   table.rows->push_back(std::move(row));
   return result;
+}
+
+/// The table is among the server's answers already: what the columns are to hold stands there.
+StatementResult MemoryWriter::Create(Reader& reader) {
+  const std::string name = reader.Name();
+  server_.created.push_back(name + std::string(reader.Rest()));
+  return {};
 }
 
 StatementResult MemoryWriter::Update(Reader& reader) {

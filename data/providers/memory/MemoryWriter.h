@@ -37,6 +37,7 @@ class MemoryWriter {
   };
 
   [[nodiscard]] StatementResult Insert(Reader& reader);
+  [[nodiscard]] StatementResult Create(Reader& reader);
   [[nodiscard]] StatementResult Update(Reader& reader);
   [[nodiscard]] StatementResult Delete(Reader& reader);
   [[nodiscard]] MemoryResult& ReadTable(Reader& reader);

@@ -46,6 +46,8 @@ class OdbcSession : public ProviderSession {
   [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
                                              WorkContext& context) override;
   void RunControl(std::string_view sql, const WorkContext* context) override;
+  [[nodiscard]] std::unique_ptr<RowLoader> BeginLoad(const LoadRequest& request,
+                                                     WorkContext& context) override;
 
   [[nodiscard]] std::string CurrentCatalog() override;
   void SetCatalog(const std::string& name, WorkContext& context) override;
@@ -57,6 +59,8 @@ class OdbcSession : public ProviderSession {
   }
 
  private:
+  class Loader;
+
   /// Does `work`. A Failure in it is raised as the Error that it means.
   template <class Work>
   auto Guarded(WorkContext& context, Work work) {

@@ -43,6 +43,8 @@ class PostgresSession : public ProviderSession {
   [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
                                              WorkContext& context) override;
   void RunControl(std::string_view sql, const WorkContext* context) override;
+  [[nodiscard]] std::unique_ptr<RowLoader> BeginLoad(const LoadRequest& request,
+                                                     WorkContext& context) override;
 
   [[nodiscard]] std::string CurrentCatalog() override;
   void SetCatalog(const std::string& name, WorkContext& context) override;
@@ -54,6 +56,8 @@ class PostgresSession : public ProviderSession {
   }
 
  private:
+  class Loader;
+
   [[nodiscard]] std::unique_ptr<PqConnection> Connect(const PostgresTarget& target,
                                                       WorkContext& context) const;
   [[nodiscard]] PqResult NextPiece(WorkContext& context);

@@ -73,6 +73,16 @@ class SqliteStatement {
   }
   void BindText(int parameter, std::string_view text);
   void BindBlob(int parameter, std::span<const std::byte> bytes);
+  // Without a copy: what is bound stays in its place until the next Reset.
+  void BindTextInPlace(int parameter, std::string_view text) {
+    const char* data = text.empty() ? "" : text.data();
+    CheckBound(sqlite3_bind_text64(statement_.get(), parameter, data, text.size(), SQLITE_STATIC,
+                                   SQLITE_UTF8));
+  }
+  void BindBlobInPlace(int parameter, std::span<const std::byte> bytes) {
+    const void* data = bytes.empty() ? static_cast<const void*>("") : bytes.data();
+    CheckBound(sqlite3_bind_blob64(statement_.get(), parameter, data, bytes.size(), SQLITE_STATIC));
+  }
   /// To the next row; false when there is none.
   [[nodiscard]] bool Step();
   /// Back to before the first row; parameters stay.

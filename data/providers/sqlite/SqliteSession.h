@@ -46,6 +46,8 @@ class SqliteSession : public ProviderSession {
   [[nodiscard]] StatementResult RunStatement(const RowStatement& statement,
                                              WorkContext& context) override;
   void RunControl(std::string_view sql, const WorkContext* context) override;
+  [[nodiscard]] std::unique_ptr<RowLoader> BeginLoad(const LoadRequest& request,
+                                                     WorkContext& context) override;
 
   [[nodiscard]] std::string CurrentCatalog() override { return {}; }
   void SetCatalog(const std::string& name, WorkContext& context) override;
@@ -78,6 +80,8 @@ class SqliteSession : public ProviderSession {
     SqliteSession& session_;
     std::optional<CancelSwitch::On> on_;
   };
+
+  class Loader;
 
   void OpenFile(const std::string& file);
   [[nodiscard]] SqliteStatement NextStatement(WorkContext& context);

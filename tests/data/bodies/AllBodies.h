@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "contract/data/BulkLoad.h"
 #include "tests/data/support/DataTest.h"
 
 namespace tessel::test {
@@ -86,6 +87,19 @@ class ReadOnlyBodies : public WriteTest {
   std::shared_ptr<Connection> readOnly_;
 };
 class WriteBodies : public WriteTest {};
+/// Rows that are loaded into a table.
+class LoadBodies : public WriteTest {
+ protected:
+  /// For the columns id and name of the table.
+  [[nodiscard]] LoadRequest RequestOf(std::shared_ptr<RowFeed> rows) const;
+  /// Loads to the end.
+  [[nodiscard]] std::shared_ptr<LoadOperation> Load(LoadRequest request);
+  /// How many rows the other connection sees in a table.
+  [[nodiscard]] std::string Count(const std::string& table);
+  [[nodiscard]] std::string Count() { return Count(table_->Name()); }
+  /// Until some rows have gone to the database.
+  void PumpToProgress(const LoadOperation& load);
+};
 class WriteFaultBodies : public WriteTest {};
 /// Texts of several statements, run as one command.
 class StatementBodies : public WriteTest {
@@ -140,6 +154,10 @@ inline std::string DatabaseName(const testing::TestParamInfo<DatabaseParam>& inf
   INSTANTIATE_TEST_SUITE_P(prefix, WriteFaultBodies, params, DatabaseName);                        \
   INSTANTIATE_TEST_SUITE_P(prefix, StatementBodies, params, DatabaseName);                         \
   INSTANTIATE_TEST_SUITE_P(prefix, TransactionBodies, params, DatabaseName)
+
+/// Runs those of rows that are loaded.
+#define TESSEL_RUN_LOAD_BODIES(prefix, params)                                                     \
+  INSTANTIATE_TEST_SUITE_P(prefix, LoadBodies, params, DatabaseName)
 
 /// Runs those of connections that are read-only by their string: the native providers know the key.
 #define TESSEL_RUN_READ_ONLY_BODIES(prefix, params)                                                \

@@ -35,6 +35,7 @@ struct DatabaseTraits {
   bool holdsLongValues = true;      ///< 100 megabytes in one cell are no matter.
   bool hasServer = true;            ///< It can be ended while a connection is open.
   bool tellsTransaction = true;     ///< What the user's own transaction is like.
+  bool tellsRefusedColumn = true;   ///< Of a row that is loaded and refused.
   bool syntaxErrorHasState = true;  ///< An error carries SQLSTATE or a native code.
   /// How many times longer than usual it is waited for after a cancel: what stands between takes
   /// its time on a busy machine.

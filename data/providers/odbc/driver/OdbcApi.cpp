@@ -223,6 +223,34 @@ Outcome Statement::Execute(const std::string& sql, CancelSwitch& cancel, Diagnos
   return outcome;
 }
 
+void Statement::Prepare(const std::string& sql) {
+  handle_.Check("SQLPrepare",
+                SQLPrepare(handle_.Raw(), Text(sql), static_cast<SQLINTEGER>(sql.size())));
+}
+
+bool Statement::SetArray(SQLULEN rows, SQLUSMALLINT* states) {
+  const auto set = [this](SQLINTEGER attribute, void* value) {
+    return SQL_SUCCEEDED(SQLSetStmtAttr(handle_.Raw(), attribute, value, 0));
+  };
+  return set(SQL_ATTR_PARAM_BIND_TYPE, SQL_PARAM_BIND_BY_COLUMN) &&
+         set(SQL_ATTR_PARAM_STATUS_PTR, states) &&
+         set(SQL_ATTR_PARAMSET_SIZE, reinterpret_cast<void*>(rows));
+}
+
+void Statement::BindArray(SQLUSMALLINT number, SQLSMALLINT cType, SQLSMALLINT sqlType, char* values,
+                          SQLLEN width, SQLLEN* indicators) {
+  handle_.Check("SQLBindParameter",
+                SQLBindParameter(handle_.Raw(), number, SQL_PARAM_INPUT, cType, sqlType,
+                                 static_cast<SQLULEN>(width), 0, values, width, indicators));
+}
+
+Outcome Statement::ExecutePrepared(CancelSwitch& cancel, Diagnostics& notices) {
+  const SQLRETURN code = RunCancellable(cancel, [&] { return SQLExecute(handle_.Raw()); });
+  const Outcome outcome = handle_.Check("SQLExecute", code);
+  if (outcome == Outcome::SuccessWithInfo) notices = handle_.ReadDiagnostics();
+  return outcome;
+}
+
 bool Statement::MoreResults(CancelSwitch& cancel, Diagnostics& notices) {
   const SQLRETURN code = RunCancellable(cancel, [&] { return SQLMoreResults(handle_.Raw()); });
   try {

@@ -149,6 +149,15 @@ class Statement {
   /// Runs `sql`, which may be cancelled meanwhile; adds what the driver remarked to `notices`.
   /// NoData: it ran and touched no row.
   Outcome Execute(const std::string& sql, CancelSwitch& cancel, Diagnostics& notices);
+  /// Makes `sql` ready to be run again and again by ExecutePrepared.
+  void Prepare(const std::string& sql);
+  /// From now on each "?" has so many values, one for each run of the statement. What came of each
+  /// is put into `states`. False: the driver does not know how.
+  bool SetArray(SQLULEN rows, SQLUSMALLINT* states);
+  /// The values of a "?", one behind the other, `width` bytes each.
+  void BindArray(SQLUSMALLINT number, SQLSMALLINT cType, SQLSMALLINT sqlType, char* values,
+                 SQLLEN width, SQLLEN* indicators);
+  Outcome ExecutePrepared(CancelSwitch& cancel, Diagnostics& notices);
   /// False when there are no more results, or the driver knows of no more than one.
   bool MoreResults(CancelSwitch& cancel, Diagnostics& notices);
 

@@ -221,6 +221,36 @@ void PqConnection::LeaveCopy(PqKind kind) {
   }
 }
 
+/// Else the library would keep all that the server is too slow for.
+void PqConnection::FlushAll() {
+  for (;;) {
+    const int unsent = pq::Flush(connection_.get());
+    if (unsent == 0) return;
+    if (unsent < 0) RaiseFailure("08006");
+    WaitFor(pq::Socket(connection_.get()), POLLIN | POLLOUT, -1);
+    if (pq::ConsumeInput(connection_.get()) != 1) RaiseFailure("08006");
+  }
+}
+
+void PqConnection::SendCopyData(std::string_view data) {
+  const auto size = static_cast<int>(data.size());
+  for (;;) {
+    const int sent = pq::PutCopyData(connection_.get(), data.data(), size);
+    if (sent < 0) RaiseFailure(IsAlive() ? "" : "08006");
+    FlushAll();
+    if (sent > 0) return;
+  }
+}
+
+void PqConnection::EndCopyData() {
+  for (;;) {
+    const int sent = pq::PutCopyEnd(connection_.get(), nullptr);
+    if (sent < 0) RaiseFailure(IsAlive() ? "" : "08006");
+    FlushAll();
+    if (sent > 0) return;
+  }
+}
+
 void PqConnection::SendCancel() noexcept {
   std::string problem(256, '\0');
   if (cancel_) pq::Cancel(cancel_.get(), problem.data(), static_cast<int>(problem.size()));

@@ -146,6 +146,12 @@ class PqConnection {
   /// Ends a COPY with the client: as failed when it waits for data; data sent are dropped.
   void LeaveCopy(PqKind kind);
 
+  /// Sends data of a COPY that waits for them; waits until the server has taken most of what was
+  /// sent before. Raises Error when the session is lost.
+  void SendCopyData(std::string_view data);
+  /// Tells that these were all. Next tells what comes of it.
+  void EndCopyData();
+
   /// Asks the server to cancel what runs. Any thread, between Open and the destructor; blocks when
   /// the server does.
   void SendCancel() noexcept;
@@ -186,6 +192,7 @@ class PqConnection {
   [[noreturn]] void RaiseFailure(const char* sqlState) const;
   void CheckSent(int sent);
   bool Receive();
+  void FlushAll();
 
   std::vector<PqMessage> notices_;
   std::unique_ptr<PGconn, Finish> connection_;

@@ -50,6 +50,7 @@ inline constinit const Function<decltype(::PQnfields)> Nfields("PQnfields");
 inline constinit const Function<decltype(::PQnotifies)> Notifies("PQnotifies");
 inline constinit const Function<decltype(::PQparameterStatus)> ParameterStatus("PQparameterStatus");
 inline constinit const Function<decltype(::PQport)> Port("PQport");
+inline constinit const Function<decltype(::PQputCopyData)> PutCopyData("PQputCopyData");
 inline constinit const Function<decltype(::PQputCopyEnd)> PutCopyEnd("PQputCopyEnd");
 inline constinit const Function<decltype(::PQresultErrorField)>
     ResultErrorField("PQresultErrorField");

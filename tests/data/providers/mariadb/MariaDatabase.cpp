@@ -95,6 +95,7 @@ const DatabaseParam mariaDb{"MariaDb", [] { return std::make_shared<MariaDatabas
 
 TESSEL_RUN_BODIES(NativeMariaDb, testing::Values(mariaDb));
 TESSEL_RUN_WRITE_BODIES(NativeMariaDb, testing::Values(mariaDb));
+TESSEL_RUN_LOAD_BODIES(NativeMariaDb, testing::Values(mariaDb));
 TESSEL_RUN_READ_ONLY_BODIES(NativeMariaDb, testing::Values(mariaDb));
 
 }  // namespace

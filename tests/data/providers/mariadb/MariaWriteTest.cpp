@@ -1,4 +1,5 @@
 #include "tests/data/providers/native/NativeFixture.h"
+#include "tests/data/support/ListFeed.h"
 #include "tests/data/support/Values.h"
 
 namespace tessel::test {
@@ -29,6 +30,41 @@ TEST_F(MariaWrite, DuplicatesAreLeftAloneWhereNothingCanBeUndone) {
   recordset->SetFieldValue(1, Text("z"));
   Update(*recordset);
   EXPECT_THAT(TextsOf(*Run("select b from t order by a")), ElementsAre("x", "x", "z"));
+}
+
+TEST_F(MariaWrite, WhereNothingCanBeUndoneRowsAreLoadedInBatchesOnly) {
+  Run("create temporary table t (a integer) engine = myisam");
+  LoadRequest request{
+      .table = "t",
+      .columns = {{"a", DataType::Integer}},
+      .rows = std::make_shared<ListFeed>(std::vector<std::vector<Value>>{{Whole(1)}, {Whole(2)}})};
+  const auto whole = connection_->StartLoad(request);
+  whole->Wait();
+  EXPECT_EQ(whole->Outcome(), OperationOutcome::Failed);
+  EXPECT_THAT(whole->Failure()->description, testing::HasSubstr("MyISAM, knows no transactions"));
+  request.commitRows = 100;
+  request.rows =
+      std::make_shared<ListFeed>(std::vector<std::vector<Value>>{{Whole(1)}, {Whole(2)}});
+  const auto batches = connection_->StartLoad(request);
+  batches->Wait();
+  EXPECT_EQ(batches->RowsKept(), 2);
+  EXPECT_THAT(TextsOf(*Run("select a from t order by a")), ElementsAre("1", "2"));
+}
+
+TEST_F(MariaWrite, WhatTheServerWouldChangeIsRefused) {
+  Run("create temporary table t (a tinyint) engine = innodb");
+  Run("set sql_mode = ''");
+  const auto load =
+      connection_->StartLoad({.table = "t",
+                              .columns = {{"a", DataType::Integer}},
+                              .rows = std::make_shared<ListFeed>(
+                                  std::vector<std::vector<Value>>{{Whole(1)}, {Whole(1'000)}})});
+  load->Wait();
+  EXPECT_EQ(load->Outcome(), OperationOutcome::Failed);
+  ASSERT_TRUE(load->Refused());
+  EXPECT_EQ(load->Refused()->line, ListFeed::LineOf(1));
+  EXPECT_EQ(load->Refused()->column, "a");
+  EXPECT_THAT(TextsOf(*Run("select count(*) from t")), ElementsAre("0"));
 }
 
 /// The server undoes the whole transaction of the one that it chooses, and says so by the error

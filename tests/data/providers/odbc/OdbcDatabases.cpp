@@ -20,7 +20,10 @@ template <class Sql>
 class OdbcDatabase : public Sql {
  public:
   [[nodiscard]] DatabaseTraits Traits() const override {
-    return {.tellsFailedStatement = false, .rowsBeforeLast = false, .holdsLongValues = false};
+    return {.tellsFailedStatement = false,
+            .rowsBeforeLast = false,
+            .holdsLongValues = false,
+            .tellsRefusedColumn = false};
   }
   [[nodiscard]] std::string FailsAfter(std::int64_t /*goodRows*/) const override { return {}; }
 };
@@ -31,7 +34,8 @@ class PostgresOdbc : public OdbcDatabase<PostgresSql> {
     return {.keepsStatementsBeforeError = false,
             .tellsFailedStatement = false,
             .rowsBeforeLast = false,
-            .holdsLongValues = false};
+            .holdsLongValues = false,
+            .tellsRefusedColumn = false};
   }
   [[nodiscard]] std::string ConnectionString() const override { return PostgresString(); }
   [[nodiscard]] std::string BadConnectionString() const override {
@@ -127,7 +131,8 @@ class SqliteOdbc : public OdbcDatabase<Database> {
             .limitsText = false,
             .holdsLongValues = false,
             .hasServer = false,
-            .tellsTransaction = false};
+            .tellsTransaction = false,
+            .tellsRefusedColumn = false};
   }
   [[nodiscard]] std::string ConnectionString() const override { return SqliteString("shared.db"); }
   [[nodiscard]] std::string BadConnectionString() const override {
@@ -182,6 +187,7 @@ const DatabaseParam mariaDb{"MariaDb", [] { return std::make_shared<MariaDbOdbc>
 
 TESSEL_RUN_BODIES(Odbc, testing::Values(sqlite, postgres, mariaDb));
 TESSEL_RUN_WRITE_BODIES(Odbc, testing::Values(sqlite, postgres, mariaDb));
+TESSEL_RUN_LOAD_BODIES(Odbc, testing::Values(sqlite, postgres, mariaDb));
 
 }  // namespace
 

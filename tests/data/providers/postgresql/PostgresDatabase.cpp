@@ -128,6 +128,7 @@ const DatabaseParam postgres{"PostgreSql", [] { return std::make_shared<Postgres
 
 TESSEL_RUN_BODIES(NativePostgres, testing::Values(postgres));
 TESSEL_RUN_WRITE_BODIES(NativePostgres, testing::Values(postgres));
+TESSEL_RUN_LOAD_BODIES(NativePostgres, testing::Values(postgres));
 TESSEL_RUN_READ_ONLY_BODIES(NativePostgres, testing::Values(postgres));
 
 }  // namespace

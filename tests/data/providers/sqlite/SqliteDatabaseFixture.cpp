@@ -108,6 +108,7 @@ const DatabaseParam native{"Sqlite", [] { return std::make_shared<SqliteScratch>
 
 TESSEL_RUN_BODIES(Native, testing::Values(native));
 TESSEL_RUN_WRITE_BODIES(Native, testing::Values(native));
+TESSEL_RUN_LOAD_BODIES(Native, testing::Values(native));
 TESSEL_RUN_READ_ONLY_BODIES(Native, testing::Values(native));
 
 }  // namespace
