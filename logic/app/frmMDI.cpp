@@ -10,6 +10,7 @@
 #include "contract/text/TextCut.h"
 #include "logic/app/EditMenu.h"
 #include "logic/app/dlgAbout.h"
+#include "logic/import/dlgImport.h"
 #include "logic/text/frmText.h"
 
 namespace tessel {
@@ -419,6 +420,18 @@ void frmMDI::ChooseWindow(std::size_t index) {
 
 void frmMDI::FocusBrowser() {
   if (sidebar_.Shown()) browser_.SetFocus();
+}
+
+void frmMDI::ImportRecords(frmRecords& window) {
+  ImportRecords(DatabaseNodeKey(window.WindowID()), "");
+}
+
+void frmMDI::ImportRecords(const std::string& databaseKey, const std::string& table) {
+  const auto connection = ConnectionOf(WindowNumberOf(databaseKey));
+  if (connection == nullptr) return;
+  dlgImport dialog(global_, async_);
+  if (const auto made = dialog.Go(*window_, connection, table))
+    browser_.AddTable(databaseKey, made->listed, made->columns);
 }
 
 std::shared_ptr<Connection> frmMDI::ConnectionOf(int windowNumber) {

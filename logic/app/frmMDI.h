@@ -112,6 +112,7 @@ class frmMDI : private QueryHost,
     browser_.FollowCatalog(key, connection, fromDatabase);
   }
   void FocusQueryWindow() override;
+  void ImportRecords(frmRecords& window) override;
   void ShowStatements(frmRecords& window) override { allConnections_.ShowStatements(window); }
   void ForgetStatements(frmRecords& window) override { allConnections_.ForgetStatements(window); }
   void ListWindowsIn(Window& window) override { windowMenu_.List(window); }
@@ -124,6 +125,7 @@ class frmMDI : private QueryHost,
   }
   DataGrid* RowsForTags() override { return allConnections_.RowsForTags(); }
   // SchemaHost
+  void ImportRecords(const std::string& databaseKey, const std::string& table) override;
   [[nodiscard]] std::shared_ptr<Connection> ConnectionOf(int windowNumber) override;
   // ConnectionOpener
   bool OpenRecordsWindow(const SavedConnection& connection, const std::string& userName,

@@ -34,6 +34,8 @@ class RecordsHost : public SqlTarget {
   /// Fills the node anew, in the same way, when the connection uses another catalog.
   virtual void FollowCatalog(const std::string& key, const std::shared_ptr<Connection>& connection,
                              bool fromDatabase) = 0;
+  /// Asks what is to be imported into the database of that window, and does it.
+  virtual void ImportRecords(frmRecords& window) = 0;
   virtual void FocusQueryWindow() = 0;
   /// Lists what came of the statements of the last run in that window, which has several.
   virtual void ShowStatements(frmRecords& window) = 0;

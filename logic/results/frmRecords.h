@@ -140,6 +140,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   bool HandleKey(int keyCode, int shift);
   bool HandleControlKey(int keyCode);
   bool HandleControlAltKey(int keyCode);
+  bool HandleControlShiftKey(int keyCode);
   bool HandlePlainKey(int keyCode);
   bool FlipTakesPart();
 

@@ -75,7 +75,7 @@ bool frmRecords::HandleKey(int keyCode, int shift) {
     case shiftState::none: return HandlePlainKey(keyCode);
     case shiftState::ctrl: return HandleControlKey(keyCode);
     case shiftState::ctrl | shiftState::alt: return HandleControlAltKey(keyCode);
-    case shiftState::ctrl | shiftState::shift: return keyCode == 'T' && FlipTakesPart();
+    case shiftState::ctrl | shiftState::shift: return HandleControlShiftKey(keyCode);
     default: return false;
   }
 }
@@ -95,6 +95,14 @@ bool frmRecords::HandleControlKey(int keyCode) {
     case 'R': return cmdReject_.Press();
     case key::pageDown: return results_.Step(1);
     case key::pageUp: return results_.Step(-1);
+    default: return false;
+  }
+}
+
+bool frmRecords::HandleControlShiftKey(int keyCode) {
+  switch (keyCode) {
+    case 'I': host_.ImportRecords(*this); return true;
+    case 'T': return FlipTakesPart();
     default: return false;
   }
 }

@@ -77,6 +77,14 @@ void SchemaBrowser::FollowCatalog(const std::string& key,
   LoadSchema(key, connection, fromDatabase);
 }
 
+/// Where no schema is loaded one table would be taken for all.
+void SchemaBrowser::AddTable(const std::string& key, const std::string& table,
+                             const std::vector<std::string>& fields) {
+  if (trvBrowser_.Children(key).empty()) return;
+  tree_.AddTables(key, {table});
+  tree_.AddFields(TableNodeKey(key, table), fields);
+}
+
 /// Only a schema that was read whole is kept.
 void SchemaBrowser::LoadFromDatabase(const std::string& key,
                                      const std::shared_ptr<Connection>& connection) {
@@ -184,6 +192,8 @@ void SchemaBrowser::WireMenus() {
   OnSelected("mnuDBLoadSchemaFromDB", NodeKind::Database, [this](const std::string& key) {
     if (const auto connection = ConnectionOf(key)) LoadFromDatabase(key, connection);
   });
+  OnSelected("mnuDBImport", NodeKind::Database,
+             [this](const std::string& key) { host_.ImportRecords(key, ""); });
   WireTableMenu();
   WireFieldMenu();
 }
@@ -197,6 +207,9 @@ void SchemaBrowser::WireTableMenu() {
   WireTableText("mnuTableUpdate", &TableUpdateText);
   WireTableText("mnuTableDelete", &TableDeleteText);
   WireTableText("mnuTableWhere", &WhereText);
+  OnSelected("mnuTableImport", NodeKind::Table, [this](const std::string& key) {
+    host_.ImportRecords(tree_.DatabaseOf(key), trvBrowser_.Text(key));
+  });
 }
 
 void SchemaBrowser::WireTableText(const char* command, TableText text) {

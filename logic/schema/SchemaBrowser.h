@@ -54,6 +54,10 @@ class SchemaBrowser {
   /// does.
   void FollowCatalog(const std::string& key, const std::shared_ptr<Connection>& connection,
                      bool fromDatabase);
+  /// Adds a table that was made, with its fields, to the node of a connection whose schema is
+  /// loaded.
+  void AddTable(const std::string& key, const std::string& table,
+                const std::vector<std::string>& fields);
   void SetFocus() { trvBrowser_.SetFocus(); }
 
  private:

@@ -85,6 +85,15 @@ DecodedText DecodeText(std::string bytes) {
   return {std::move(bytes), TextEncoding::Utf8WithMark};
 }
 
+std::string DecodePiece(std::string_view bytes, TextEncoding encoding) {
+  switch (encoding) {
+    case TextEncoding::Utf16LittleEndian: return FromUtf16(bytes, false);
+    case TextEncoding::Utf16BigEndian: return FromUtf16(bytes, true);
+    case TextEncoding::Windows1252: return FromWindows1252(bytes);
+    default: return std::string(bytes);
+  }
+}
+
 std::string EncodeText(std::string text, TextEncoding encoding) {
   if (encoding == TextEncoding::Utf8WithMark) text.insert(0, utf8Mark);
   return text;

@@ -17,6 +17,10 @@ struct DecodedText {
 /// Windows-1252.
 [[nodiscard]] DecodedText DecodeText(std::string bytes);
 
+/// Reads a piece of a text whose encoding is known and that ends with a whole character. A mark in
+/// it stays a character.
+[[nodiscard]] std::string DecodePiece(std::string_view bytes, TextEncoding encoding);
+
 /// The bytes that a file of that text gets: UTF-8, with a mark in front when it was read with one.
 [[nodiscard]] std::string EncodeText(std::string text, TextEncoding encoding);
 

@@ -39,6 +39,7 @@ constexpr Entry entries[] = {
     {"mnuQueryProperties", 'Q', ctrl, "cmdProperties"},
     {"mnuCnLock", 'L', ctrl, "chkLock"},
     {"mnuCnTakesPart", 'T', ctrl | shift, "chkTakesPart"},
+    {"mnuCnImport", 'I', ctrl | shift, ""},
     {"mnuCnDatabase", 'D', ctrl | alt, "cboCatalog"},
     {"mnuCnReconnect", 'C', ctrl | alt, ""},
     {"mnuCnErrors", 'E', ctrl | alt, "cmdCnErrors"},

@@ -243,6 +243,33 @@ TEST_F(KeyboardJobTest, TheHistoryAndTheStatementsOfARun) {
   EXPECT_TRUE(Records(0).Active());
 }
 
+TEST_F(KeyboardJobTest, RecordsAreImportedFromTheClipboard) {
+  StartByKeys();
+  Press(key::f6);
+  host.TheDesktop().TheClipboard().SetText("id\tname\n1\tone\n2\t\"two\nlines\"\n");
+  InDialog("dlgImport", [this](Window& w) {
+    const auto says = [&w](const char* text) {
+      return QTest::qWaitFor(
+          [&] { return w.Find<Label>("lblStatus").Caption().find(text) != std::string::npos; });
+    };
+    Press('P', alt);
+    EXPECT_TRUE(says("2 records in the clipboard"));
+    Press('T', alt);
+    Write("imported");
+    EXPECT_EQ(w.Find<ComboBox>("cboTable").Text(), "imported");
+    Press('I', alt);
+    EXPECT_TRUE(says("2 records imported into imported"));
+    Press(key::escape);
+  });
+  Press('I', ctrl | shift);
+  WaitForKeyboard();
+  EXPECT_TRUE(Tree().Exists("td1.IMPORTED"));
+  Press(key::f6);
+  RunByKeys("SELECT name FROM imported ORDER BY id");
+  EXPECT_EQ(Status(0), "2 record(s).");
+  EXPECT_EQ(ToText(Grid(0).DataSource()->ValueAt(1, 0)), "two\nlines");
+}
+
 TEST_F(KeyboardJobTest, SeveralConnectionsRunAtOnceComparedAndClosed) {
   StartByKeys();
   InMessage(whichInstance, 'Y');

@@ -36,6 +36,7 @@ class FakeRecordsHost : public RecordsHost {
                     (fromDatabase ? " from the database" : " from the file"));
   }
   void FocusQueryWindow() override { commands.emplace_back("focus query"); }
+  void ImportRecords(frmRecords& /*window*/) override { commands.emplace_back("import"); }
   void ShowStatements(frmRecords& window) override {
     commands.emplace_back("statements");
     statements = window.Statements();

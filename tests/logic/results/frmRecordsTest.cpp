@@ -627,6 +627,13 @@ TEST_F(frmRecordsTest, KeysReachTheCatalogListAndTheQueryWindow) {
   EXPECT_EQ(host.commands, (std::vector<std::string>{"focus query"}));
 }
 
+TEST_F(frmRecordsTest, ImportIsAskedForByKeyAndByMenu) {
+  ASSERT_TRUE(Connect());
+  W().PressKey('I', shiftState::ctrl | shiftState::shift);
+  W().ChooseMenu("mnuCnImport");
+  EXPECT_EQ(host.commands, (std::vector<std::string>{"import", "import"}));
+}
+
 TEST_F(frmRecordsTest, ResizingStretchesAndKeepsTheRightEnd) {
   data.defaultDatabase = "shop";
   ASSERT_TRUE(Connect());

@@ -17,11 +17,15 @@ class FakeSchemaHost : public SchemaHost, public SqlTarget {
     return found == connections.end() ? nullptr : found->second;
   }
   void FocusQueryWindow() override { ++focused; }
+  void ImportRecords(const std::string& databaseKey, const std::string& table) override {
+    imports.push_back(databaseKey + " " + table);
+  }
   void InsertText(std::string_view text) override { inserted += text; }
   std::string Taken() { return std::exchange(inserted, {}); }
 
   std::map<int, std::shared_ptr<Connection>> connections;
   int focused = 0;
+  std::vector<std::string> imports;
   std::string inserted;
 };
 
@@ -147,6 +151,21 @@ TEST_F(SchemaBrowserTest, TheFourTagCommandsWriteTheFieldsTag) {
   EXPECT_EQ(Choose(secondField, "mnuFieldTag_1"), "<*=2nd*>");
   EXPECT_EQ(Choose(secondField, "mnuFieldTag_2"), "{%=2nd%}");
   EXPECT_EQ(Choose(secondField, "mnuFieldTag_3"), "{*=2nd*}");
+}
+
+TEST_F(SchemaBrowserTest, ImportIsAskedForTheTableOfTheNode) {
+  Choose(details, "mnuTableImport");
+  Choose("d1", "mnuDBImport");
+  EXPECT_EQ(host.imports, (std::vector<std::string>{"d1 Order Details", "d1 "}));
+}
+
+TEST_F(SchemaBrowserTest, ATableThatWasMadeJoinsALoadedSchema) {
+  browser.AddTable("d1", "fresh", {"id", "name"});
+  EXPECT_TRUE(view.Exists("td1.FRESH"));
+  EXPECT_EQ(view.Children("td1.FRESH").size(), 2U);
+  browser.AddDatabaseNode("d2", "Empty");
+  browser.AddTable("d2", "fresh", {"id"});
+  EXPECT_TRUE(view.Children("d2").empty());
 }
 
 TEST_F(SchemaBrowserTest, ACommandOnANodeOfAnotherKindOrWithoutOneDoesNothing) {

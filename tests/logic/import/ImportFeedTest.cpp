@@ -1,0 +1,140 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "contract/base/Error.h"
+#include "logic/import/ImportFeed.h"
+#include "tests/logic/import/ImportSources.h"
+
+namespace tessel {
+namespace {
+
+using test::SourceOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// A value with the number of its alternative, as "2:17".
+std::string Shown(const ValueView& view) {
+  const auto* bytes = std::get_if<BinaryView>(&view);
+  std::string text = ToText(view);
+  if (bytes != nullptr) {
+    text.clear();
+    for (const std::byte one : bytes->bytes) text += std::to_string(static_cast<int>(one)) + " ";
+  }
+  return std::to_string(view.index()) + ":" + text;
+}
+
+std::vector<std::string> Fed(ImportFeed& feed) {
+  std::vector<std::string> values;
+  LoadBatch batch;
+  while (feed.Next(batch)) {
+    for (const ValueView& cell : batch.cells) values.push_back(Shown(cell));
+    batch.Clear();
+  }
+  return values;
+}
+
+/// The values of one column, of a text with the header "v".
+std::vector<std::string> Values(DataType type, const std::string& text, ImportFormat format = {}) {
+  ImportFeed feed(SourceOf("v\n" + text), format, {"v"}, {{0, {"v", type}}});
+  return Fed(feed);
+}
+
+std::string FailureOf(DataType type, const std::string& text) {
+  try {
+    (void)Values(type, text);
+  } catch (const Error& error) {
+    return error.Description();
+  }
+  return {};
+}
+
+TEST(ImportFeed, ValuesBecomeWhatTheirColumnHolds) {
+  EXPECT_THAT(Values(DataType::Integer, "1\n -2 \n\"3\"\n\n"),
+              ElementsAre("2:1", "2:-2", "2:3", "0:"));
+  EXPECT_THAT(Values(DataType::Double, "1.5\n1e300\nnan\n"),
+              ElementsAre("5:1.5", "5:1e+300", "5:nan"));
+  EXPECT_THAT(Values(DataType::Numeric, "1.50\n12345678901234567890.1\n"),
+              ElementsAre("6:1.50", "6:12345678901234567890.1"));
+  EXPECT_THAT(Values(DataType::Boolean, "true\nFalse\n1\n"),
+              ElementsAre("1:True", "1:False", "1:True"));
+  EXPECT_THAT(Values(DataType::DBDate, "2000-02-29\n"), ElementsAre("7:2000-02-29"));
+  EXPECT_THAT(Values(DataType::VarWChar, "a\n\"\"\n 1 \n"), ElementsAre("8:a", "8:", "8: 1 "));
+  EXPECT_THAT(Values(DataType::LongVarBinary, "0x00FF\n0x\nAP8=\n\\x41\n"),
+              ElementsAre("9:0 255 ", "9:", "9:0 255 ", "9:65 "));
+}
+
+TEST(ImportFeed, ACommaMayBeTheDecimalSign) {
+  ImportFormat format;
+  format.delimiter = ';';
+  format.decimalSign = ',';
+  EXPECT_THAT(Values(DataType::Numeric, "1,50\n", format), ElementsAre("6:1.50"));
+  EXPECT_THAT(Values(DataType::Double, "1,5\n", format), ElementsAre("5:1.5"));
+}
+
+TEST(ImportFeed, WhatIsNoValueIsToldWithItsPlace) {
+  EXPECT_EQ(FailureOf(DataType::Integer, "1\nabc\n"),
+            "Line 3, column \"v\": \"abc\" is no whole number.");
+  EXPECT_EQ(FailureOf(DataType::SmallInt, "32768\n"),
+            "Line 2, column \"v\": \"32768\" is a number that the type of the column does not "
+            "hold.");
+  EXPECT_EQ(FailureOf(DataType::BigInt, "99999999999999999999999\n"),
+            "Line 2, column \"v\": \"99999999999999999999999\" is a number that the type of the "
+            "column does not hold.");
+  EXPECT_THAT(FailureOf(DataType::Double, "1e999\n"), HasSubstr("does not hold"));
+  EXPECT_THAT(FailureOf(DataType::Numeric, "1,5\n"), HasSubstr("2 values for 1 column"));
+  EXPECT_THAT(FailureOf(DataType::Numeric, "x\n"), HasSubstr("is no number"));
+  EXPECT_THAT(FailureOf(DataType::LongVarBinary, "0xZZ\n"), HasSubstr("are no bytes"));
+  EXPECT_EQ(FailureOf(DataType::VarWChar, "ok\nZ\xFCrich\n"),
+            "Line 3, column \"v\": \"Z?rich\" is no valid UTF-8. Choose another encoding.");
+}
+
+TEST(ImportFeed, RowsOfAnotherLengthAreRefused) {
+  ImportFeed feed(SourceOf("a,b\n1,2\n\"x\ny\",2\n1,2,3\n"), {}, {"a", "b"},
+                  {{0, {"a", DataType::VarWChar}}, {1, {"b", DataType::VarWChar}}});
+  try {
+    (void)Fed(feed);
+    FAIL();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Description(), "Line 5: this record has 3 values for 2 columns.");
+  }
+}
+
+TEST(ImportFeed, ColumnsMayBeLeftOutAndChangePlaces) {
+  ImportFeed feed(SourceOf("a,b,c\n1,2,3\n"), {}, {"a", "b", "c"},
+                  {{2, {"x", DataType::Integer}}, {0, {"y", DataType::Integer}}});
+  EXPECT_THAT(Fed(feed), ElementsAre("2:3", "2:1"));
+}
+
+TEST(ImportFeed, JsonHasBase64AndMissingKeys) {
+  ImportFormat format;
+  format.kind = ImportFormat::Kind::Json;
+  ImportFeed feed(SourceOf("{\"b\": \"AP8=\", \"n\": 5}\n{\"n\": 6}\n"), format, {"b", "n"},
+                  {{0, {"b", DataType::LongVarBinary}}, {1, {"n", DataType::Integer}}});
+  EXPECT_THAT(Fed(feed), ElementsAre("9:0 255 ", "2:5", "0:", "2:6"));
+}
+
+TEST(ImportFeed, AValueOfManyMegabytesIsOne) {
+  const std::string large(3'000'000, 'x');
+  EXPECT_EQ(Values(DataType::LongVarWChar, large + "\n\"" + large + "\"\ny").size(), 3U);
+}
+
+TEST(ImportFeed, ManyRecordsComeInSeveralBatches) {
+  std::string text;
+  for (int i = 0; i < 5'000; ++i) text += std::to_string(i) + "\n";
+  ImportFeed feed(SourceOf("v\n" + text), {}, {"v"}, {{0, {"v", DataType::Integer}}});
+  LoadBatch batch;
+  std::size_t rows = 0;
+  std::size_t most = 0;
+  while (feed.Next(batch)) {
+    EXPECT_EQ(batch.lines.front(), static_cast<std::int64_t>(rows) + 2);
+    rows += batch.Rows();
+    most = std::max(most, batch.Rows());
+    batch.Clear();
+  }
+  EXPECT_EQ(rows, 5'000U);
+  EXPECT_LE(most, 500U);
+  EXPECT_EQ(feed.Progress(), 1);
+}
+
+}  // namespace
+}  // namespace tessel

@@ -1,0 +1,227 @@
+#include "logic/import/dlgImport.h"
+
+#include <gmock/gmock.h>
+
+#include "contract/desktop/controls/TextBox.h"
+#include "tests/logic/LogicFixture.h"
+#include "tests/support/DataSteps.h"
+
+namespace tessel {
+namespace {
+
+using test::HeadlessWindow;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class dlgImportTest : public test::LogicFixture {
+ protected:
+  dlgImportTest() : frame(desktop.MakeWindow("frmMDI")), async(desktop, *frame) {
+    data.properties.Set("DBMS Name", std::string("SQLite"));
+    data.tables.push_back({.catalog = {},
+                           .schema = {},
+                           .name = "goods",
+                           .columns = {MemoryField("id", DataType::Integer), MemoryField("name"),
+                                       MemoryField("price", DataType::Numeric)}});
+    MemoryResult& goods = data.Answer("select * from goods",
+                                      {MemoryField("id", DataType::Integer), MemoryField("name"),
+                                       MemoryField("price", DataType::Numeric)},
+                                      {});
+    goods.table = "goods";
+    rows = goods.rows;
+    connection = data.CreateConnection();
+    test::OpenNow(*connection);
+  }
+
+  /// A table for what is imported.
+  std::shared_ptr<MemoryRows> MakeReceiver(const std::string& name,
+                                           const std::vector<std::string>& fields) {
+    MemoryResult& received = data.Answer("select * from " + name, MemoryFields(fields), {});
+    received.UniqueRows(false).table = name;
+    return received.rows;
+  }
+
+  HeadlessWindow& W() { return desktop.WindowOf("dlgImport"); }
+  [[nodiscard]] std::string Status() { return W().Find<Label>("lblStatus").Caption(); }
+  [[nodiscard]] std::string Column(int row) {
+    const ListRow& column = W().Find<ListView>("lsvColumns").Row(row);
+    return column.text + "|" + column.subItems[0] + "|" + column.subItems[1] + "|" +
+           column.subItems[2];
+  }
+  void TakeClipboard(const std::string& text) {
+    desktop.TheClipboard().SetText(text);
+    W().Click("cmdClipboard");
+    Settle();
+  }
+  /// Lets the dialog finish what it does.
+  void Settle() {
+    for (int i = 0; i < 20; ++i) {
+      desktop.AdvanceTime(10);
+      desktop.DrainEvents();
+    }
+  }
+  void Import() {
+    W().Click("cmdImport");
+    Settle();
+  }
+  /// Shows the dialog; `steps` are what the user does in it before he closes it.
+  std::optional<ImportedTable> Go(const std::string& table, const std::function<void()>& steps) {
+    desktop.OnModal("dlgImport", [steps](Window& w) {
+      steps();
+      dynamic_cast<HeadlessWindow&>(w).Click("cmdCancel");
+    });
+    dlgImport dialog(global, async);
+    return dialog.Go(*frame, connection, table);
+  }
+
+  std::unique_ptr<Window> frame;
+  dlgAsync async;
+  std::shared_ptr<MemoryRows> rows;
+  std::shared_ptr<Connection> connection;
+};
+
+TEST_F(dlgImportTest, RecordsGoIntoATableThatIsThere) {
+  Go("goods", [this] {
+    EXPECT_FALSE(W().Find<Button>("cmdImport").Enabled());
+    TakeClipboard("Name,ID,Price,other\nnail,1,0.50,x\n\"a \"\"b\"\"\",2,,y\n");
+    EXPECT_EQ(W().Find<Label>("lblKnown").Caption(), "is there");
+    EXPECT_EQ(Column(0), "Name|name|Text|nail");
+    EXPECT_EQ(Column(1), "ID|id|Whole number|1");
+    EXPECT_EQ(Column(3), "other|(not imported)||x");
+    EXPECT_EQ(W().Find<DataGrid>("grdFirst").DataSource()->RecordCount(), 2);
+    Import();
+    EXPECT_THAT(Status(), HasSubstr("2 records imported into goods"));
+    EXPECT_FALSE(W().Find<Button>("cmdImport").Enabled());
+  });
+  ASSERT_EQ(rows->size(), 2U);
+  EXPECT_EQ((*rows)[0], (MemoryRow{std::int64_t{1}, std::string("nail"), Decimal{"0.50"}}));
+  EXPECT_EQ((*rows)[1], (MemoryRow{std::int64_t{2}, std::string("a \"b\""), Value()}));
+}
+
+TEST_F(dlgImportTest, ANewTableIsMadeWithTheTypesThatWereGuessed) {
+  const auto received = MakeReceiver("fresh", {"id", "day", "cost"});
+  const auto made = Go("fresh", [this] {
+    TakeClipboard("id\tday\tprice\n1\t2026-01-02\t1.5\n7\t2026-01-03\t12\n");
+    EXPECT_EQ(W().Find<Label>("lblKnown").Caption(), "will be made");
+    EXPECT_EQ(W().Find<ComboBox>("cboDelimiter").Text(), "Tab");
+    EXPECT_EQ(Column(0), "id|id|Whole number|1");
+    EXPECT_EQ(Column(1), "day|day|Date|2026-01-02");
+    EXPECT_EQ(Column(2), "price|price|Exact number (3,1)|1.5");
+    W().SelectRow("lsvColumns", 2);
+    W().Find<ComboBox>("cboName").SetText("cost");
+    W().SelectRow("lsvColumns", 0);
+    W().SelectItem("cboType", 0);
+    EXPECT_EQ(Column(0), "id|id|Text|1");
+    Import();
+    EXPECT_THAT(Status(), HasSubstr("2 records imported into fresh"));
+  });
+  EXPECT_THAT(data.created, ElementsAre("fresh (id text, day date, cost numeric(3,1))"));
+  ASSERT_EQ(received->size(), 2U);
+  EXPECT_EQ((*received)[1][0], Value(std::string("7")));
+  ASSERT_TRUE(made);
+  EXPECT_EQ(made->listed, "fresh");
+  EXPECT_THAT(made->columns, ElementsAre("id", "day", "cost"));
+}
+
+TEST_F(dlgImportTest, ARecordThatIsRefusedIsToldAndNothingStays) {
+  Go("goods", [this] {
+    TakeClipboard("id,name,price\n1,a,1\n2,b,2\n1,again,3\n");
+    Import();
+    EXPECT_EQ(Status(), "Line 4: UNIQUE constraint failed: id\nNothing was imported.");
+    EXPECT_TRUE(W().Find<Button>("cmdImport").Enabled());
+  });
+  EXPECT_TRUE(rows->empty());
+}
+
+TEST_F(dlgImportTest, AValueThatIsNoneIsToldWithItsPlace) {
+  Go("goods", [this] {
+    TakeClipboard("id,name,price\n1,a,1\n2,b,cheap\n");
+    Import();
+    EXPECT_EQ(Status(), "Line 3, column \"price\": \"cheap\" is no number.\nNothing was imported.");
+  });
+  EXPECT_TRUE(rows->empty());
+}
+
+TEST_F(dlgImportTest, CancelStopsALoadAndTheWindowStays) {
+  data.holdChanges = true;
+  Go("goods", [this] {
+    TakeClipboard("id,name,price\n1,a,1\n2,b,2\n");
+    W().Click("cmdImport");
+    desktop.DrainEvents();
+    EXPECT_FALSE(W().Find<Button>("cmdImport").Enabled());
+    W().CloseByControlBox();
+    EXPECT_TRUE(W().Visible());
+    Settle();
+    EXPECT_EQ(Status(), "Cancelled.\nNothing was imported.");
+  });
+  EXPECT_TRUE(rows->empty());
+}
+
+TEST_F(dlgImportTest, WhatIsNoTextLeavesTheSourceAsItWas) {
+  Go("goods", [this] {
+    TakeClipboard("id,name,price\n1,a,1\n");
+    TakeClipboard("PK\x03\x04 and more");
+    EXPECT_THAT(Status(), HasSubstr("This is no text: the clipboard is a ZIP archive"));
+    EXPECT_EQ(Column(0), "id|id|Whole number|1");
+    TakeClipboard("");
+    EXPECT_EQ(Status(), "There is nothing in the clipboard.");
+  });
+}
+
+TEST_F(dlgImportTest, TheFormatIsTheUsersToChange) {
+  Go("goods", [this] {
+    TakeClipboard("1;a,b;2\n");
+    EXPECT_EQ(W().Find<ComboBox>("cboDelimiter").Text(), "Semicolon");
+    EXPECT_FALSE(W().Find<CheckBox>("chkHeader").Value());
+    EXPECT_EQ(Column(1), "column_2|name|Text|a,b");
+    W().SelectItem("cboDelimiter", 0);
+    Settle();
+    EXPECT_EQ(Column(0), "column_1|id|Whole number|1;a");
+    W().Click("chkHeader");
+    Settle();
+    EXPECT_EQ(Column(0), "1;a|(not imported)||");
+  });
+}
+
+TEST_F(dlgImportTest, ABrokenRecordIsToldWhenTheSourceIsLookedAt) {
+  Go("fresh", [this] {
+    TakeClipboard("a,b\n1,2\n3\n");
+    EXPECT_EQ(Status(), "Line 3: this record has 1 values, and the first 2.");
+    EXPECT_EQ(Column(0), "a|a|Whole number|1");
+  });
+}
+
+TEST_F(dlgImportTest, TwoColumnsCannotGoToOne) {
+  Go("goods", [this] {
+    TakeClipboard("id,name,price\n1,a,1\n");
+    W().SelectRow("lsvColumns", 1);
+    W().SelectItem("cboName", 1);
+    W().Click("cmdImport");
+    EXPECT_EQ(Status(), "Two columns go to \"id\".");
+  });
+  EXPECT_TRUE(rows->empty());
+}
+
+TEST_F(dlgImportTest, AFileIsOpenedAndNamesTheTable) {
+  files.ReplaceWhole(folder.File("Fresh goods.csv"), "id,name\n1,nail\n", false);
+  Go("", [this] {
+    desktop.AnswerFile(folder.File("Fresh goods.csv"));
+    W().Click("cmdFile");
+    Settle();
+    EXPECT_EQ(W().Find<ComboBox>("cboTable").Text(), "fresh_goods");
+    EXPECT_THAT(Status(), HasSubstr("1 record in "));
+  });
+}
+
+TEST_F(dlgImportTest, AReadOnlyConnectionRefuses) {
+  connection->Close();
+  data.properties.Set("Mode", std::string("ReadOnly"));
+  test::OpenNow(*connection);
+  Go("goods", [this] {
+    TakeClipboard("id,name,price\n1,a,1\n");
+    W().Click("cmdImport");
+    EXPECT_THAT(Status(), HasSubstr("Mode=ReadOnly"));
+  });
+}
+
+}  // namespace
+}  // namespace tessel
