@@ -35,6 +35,10 @@ if(NOT TESSEL_LOGIC_ONLY)
                          tests/support/DataSteps.cpp)
   tessel_compare(compare_window tessel_drivers tessel_desktop
                  SOURCES bench/compare/window.cpp bench/compare/Say.cpp tests/support/DataSteps.cpp)
+  tessel_compare(compare_load tessel_logic tessel_drivers tessel_system
+                 SOURCES bench/compare/load.cpp bench/compare/Cases.cpp bench/compare/Say.cpp
+                         tests/data/support/PumpQueue.cpp tests/support/DataSteps.cpp)
+  tessel_fast_allocator(compare_load)
   tessel_fast_allocator(compare_data)
   tessel_fast_allocator(compare_window)
   tessel_compare(compare_combined tessel_data SOURCES bench/compare/combined.cpp bench/compare/Cases.cpp bench/compare/Say.cpp)

@@ -10,6 +10,7 @@ import statistics
 import subprocess
 import sys
 import tempfile
+import time
 
 MEGABYTE = 1e6
 UNITS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1}
@@ -107,6 +108,29 @@ class Setting:
 
     def sqlite(self, rows=None):
         return "Provider=SQLite;Data Source=" + self.file(rows or self.arguments.rows)
+
+    def orders_csv(self):
+        """The table as CSV with a header, written by SQLite's shell."""
+        path = self.file(self.arguments.rows) + ".csv"
+        if not os.path.exists(path):
+            with open(path + ".part", "w", encoding="utf-8") as out:
+                subprocess.run(["sqlite3", "-csv", "-header", self.file(self.arguments.rows), QUERY],
+                               stdout=out, check=True)
+            os.rename(path + ".part", path)
+        return path
+
+    def importers(self, text):
+        """Where rows are imported to, and what else brings them there."""
+        base = self.file(self.arguments.rows) + ".imported"
+        host, port, user, password, database = self.servers()["postgresql"]
+        psql = ["psql", "-X", "-q", "-h", host, "-p", port, "-U", user, "-d", database, "-c",
+                "\\copy imported from '%s' with (format csv, header)" % text]
+        shell = ["sqlite3", base]
+        commands = ".mode csv\n.import --skip 1 '%s' imported\n" % text
+        return {"SQLite": ("Provider=SQLite;Mode=ReadWriteCreate;Data Source=" + base,
+                           lambda: timed(shell, text=commands)),
+                "PostgreSQL": (self.native("postgresql"),
+                               lambda: timed(psql, {"PGPASSWORD": password}))}
 
     def catalog(self):
         def make():
@@ -437,6 +461,39 @@ def differences(setting, table):
                    "ms")
         table.line("Differences, %s: memory a row meanwhile" % text, "-",
                    "%.1f B" % median(own, "peak-row"), median(own, "peak-row"), 24, "B")
+
+
+def timed(command, environment=None, text=None):
+    """The seconds that another program takes, its start with it."""
+    begin = time.perf_counter()
+    done = subprocess.run(command, capture_output=True, text=True, check=False, input=text,
+                          env={**os.environ, **(environment or {})})
+    if done.returncode != 0 or done.stderr.strip():
+        raise Failed("%s: %s" % (command[0], done.stderr.strip()))
+    return {"seconds": time.perf_counter() - begin}
+
+
+@row("import")
+def imports(setting, table):
+    text = setting.once("csv", lambda: setting.orders_csv())
+    rows = setting.arguments.rows
+    for name, (target, peer) in setting.importers(text).items():
+        def own(to=target):
+            setting.program("compare_load", "prepare", to)
+            told = setting.program("compare_load", "load", to, text)
+            if told["rows"] != rows:
+                raise Failed("rows are missing")
+            return told
+
+        def raw(to=target, run=peer):
+            setting.program("compare_load", "prepare", to)
+            return run()
+        _, told = compare(setting, table, "Import of %d rows: %s" % (rows, name), raw, own, 1.3)
+        table.line("Import: most memory, " + name, "-", megabytes(median(told, "peak")),
+                   median(told, "peak") / MEGABYTE, 64, "MB")
+    told, = rounds_of(setting, lambda: setting.program("compare_load", "scan", text))
+    table.line("Import: longest slice of looking through", "-",
+               "%.1f ms" % (1000 * median(told, "longest")), 1000 * median(told, "longest"), 16, "ms")
 
 
 @row("start")
