@@ -170,11 +170,12 @@ MemoryResult& MemoryWriter::ReadTable(Reader& reader) {
 StatementResult MemoryWriter::Insert(Reader& reader) {
   MemoryResult& table = ReadTable(reader);
   MemoryRow row(table.fields.size());
-  for (Cell& cell : reader.GivenCells(table)) row[cell.field] = std::move(cell.value);
+  std::vector<Cell> given = reader.GivenCells(table);
+  for (Cell& cell : given) row[cell.field] = std::move(cell.value);
   GiveNumbers(table, row);
   RequireConstraints(table, row, nullptr);
   StatementResult result{.rows = 1, .first = {}};
-  if (!reader.AtEnd()) result.first = reader.Returned(table, row);
+  if (given.empty() || !reader.AtEnd()) result.first = reader.Returned(table, row);
   table.rows->push_back(std::move(row));
   return result;
 }
