@@ -5,7 +5,7 @@ tessel_executable(tessel_bench EXCEPT "/(compare|workbench)/" bench/*.cpp tests/
 if(TARGET tessel_bench)
   target_link_libraries(tessel_bench PRIVATE tessel_logic benchmark::benchmark benchmark::benchmark_main)
   if(NOT TESSEL_LOGIC_ONLY)
-    target_link_libraries(tessel_bench PRIVATE tessel_drivers tessel_desktop tessel_system)
+    target_link_libraries(tessel_bench PRIVATE tessel_drivers tessel_desktop tessel_sheets tessel_system)
   endif()
 endif()
 

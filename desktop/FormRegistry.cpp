@@ -13,6 +13,7 @@
 #include "ui_dlgCompare.h"
 #include "ui_dlgConnect.h"
 #include "ui_dlgDataLink.h"
+#include "ui_dlgExport.h"
 #include "ui_dlgImport.h"
 #include "ui_dlgPassword.h"
 #include "ui_dlgRunAll.h"
@@ -56,6 +57,7 @@ constexpr Entry forms[] = {
     {"dlgCompare", &Make<QDialog, Ui::dlgCompare>},
     {"dlgConnect", &Make<QDialog, Ui::dlgConnect>},
     {"dlgDataLink", &Make<QDialog, Ui::dlgDataLink>},
+    {"dlgExport", &Make<QDialog, Ui::dlgExport>},
     {"dlgImport", &Make<QDialog, Ui::dlgImport>},
     {"dlgPassword", &Make<QDialog, Ui::dlgPassword>},
     {"dlgRunAll", &Make<QDialog, Ui::dlgRunAll>},

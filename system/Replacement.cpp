@@ -95,6 +95,11 @@ void Replacement::Write(std::string_view bytes) {
   }
 }
 
+void Replacement::CheckRoom(std::uint64_t bytes) {
+  const int code = ::posix_fallocate(file_.Number(), 0, static_cast<off_t>(bytes));
+  if (code != 0) ThrowSystemError(path_, code);
+}
+
 void Replacement::TakeOver() {
   [[maybe_unused]] const int result = ::fchown(file_.Number(), old_->st_uid, old_->st_gid);
   const mode_t mode = ownerOnly_ ? ownerOnlyMode : old_->st_mode & permissionBits;

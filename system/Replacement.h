@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,6 +29,9 @@ class Replacement final : public FileReplacement {
   void Write(std::string_view bytes) override;
   void PutInPlace() override;
 
+  /// Raises unless the disk has room for so many bytes of the new file, to which nothing was
+  /// written so far. They are given back when the file is opened by its name.
+  void CheckRoom(std::uint64_t bytes);
   /// Where the new file is, for who writes it by its name. The file of that name must stay.
   [[nodiscard]] const std::string& Name() const { return name_; }
 

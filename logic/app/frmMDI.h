@@ -124,6 +124,7 @@ class frmMDI : private QueryHost,
     return tagsPanel_.GetTagValue(name, parenthesised, quoted);
   }
   DataGrid* RowsForTags() override { return allConnections_.RowsForTags(); }
+  std::vector<NamedRows> RowsOfAll() override { return allConnections_.RowsOnShow(); }
   // SchemaHost
   void ImportRecords(const std::string& databaseKey, const std::string& table) override;
   [[nodiscard]] std::shared_ptr<Connection> ConnectionOf(int windowNumber) override;

@@ -73,6 +73,7 @@ void dlgAsync::Reset(const Connection* connection) {
   window_->Find<Button>("cmdCancel").SetEnabled(true);
   cancelled_ = false;
   recordsAffected_ = -1;
+  tellsRate_ = false;
   Release();
   start_ = desktop_.TheClock().Milliseconds();
   clockRuns_ = true;
@@ -100,13 +101,14 @@ void dlgAsync::InitProgress(const std::string& message, double maximum,
   units_ = std::move(units);
   window_->Find<Label>("lblMessage").SetCaption(message);
   progressStep_ = static_cast<std::uint32_t>(std::min(std::ceil(maximum / 32), 16.0));
+  servedStep_ = UINT32_MAX;
   bar_->SetMax(maximum);
   bar_->SetVisible(true);
   ShowDone();
   window_->ShowAboveSoon(frame_);
 }
 
-/// "1234 of 10000 records, 12 %"
+/// "1234 of 10000 records, 12 %", and with the rate ", 617 a second" once a second has passed.
 void dlgAsync::ShowDone() {
   shownDone_ = Elapsed();
   const std::string units = units_.empty() ? "" : " " + units_;
@@ -114,7 +116,14 @@ void dlgAsync::ShowDone() {
   window_->Find<Label>("lblDone").SetCaption(
       std::to_string(static_cast<std::int64_t>(bar_->Value())) + " of " +
       std::to_string(static_cast<std::int64_t>(bar_->Max())) + units + ", " +
-      std::to_string(percent) + " %");
+      std::to_string(percent) + " %" + RateSoFar());
+}
+
+std::string dlgAsync::RateSoFar() const {
+  constexpr std::int64_t second = 1000;
+  if (!tellsRate_ || Elapsed() < second) return {};
+  const double rate = bar_->Value() * second / static_cast<double>(Elapsed());
+  return ", " + std::to_string(static_cast<std::int64_t>(rate)) + " a second";
 }
 
 bool dlgAsync::Yield() {
@@ -126,7 +135,8 @@ bool dlgAsync::Yield() {
 
 bool dlgAsync::DoProgress(double increment) {
   const double value = bar_->Value();
-  if (WholeUnits(value) % progressStep_ == 0) {
+  if (const std::uint32_t step = WholeUnits(value) / progressStep_; step != servedStep_) {
+    servedStep_ = step;
     if (Elapsed() - shownDone_ >= betweenCounts) ShowDone();
     Yield();
   }

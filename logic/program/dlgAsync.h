@@ -70,6 +70,8 @@ class dlgAsync {
   /// it says how many `units` of how many are done, and the percentage.
   void InitProgress(const std::string& message, double maximum,
                     const Connection* connection = nullptr, std::string units = "");
+  /// Until the end of this InitProgress it also says how many units are done a second.
+  void TellRate() { tellsRate_ = true; }
   /// Advances the bar, yielding now and then; false once the user has cancelled.
   bool DoProgress(double increment);
   /// Lets the interface process pending input once; false once the user has cancelled.
@@ -97,6 +99,7 @@ class dlgAsync {
   void Reset(const Connection* connection);
   void ShowElapsed();
   void ShowDone();
+  [[nodiscard]] std::string RateSoFar() const;
   [[nodiscard]] std::int64_t Elapsed() const;
   void WaitFor(Operations operations, const std::string& message, bool async);
   void WaitModally();
@@ -126,6 +129,8 @@ class dlgAsync {
   std::unique_ptr<Window> window_;
   ProgressBar* bar_ = nullptr;
   std::uint32_t progressStep_ = 1;  ///< Units of the bar from one yield to the next.
+  std::uint32_t servedStep_ = 0;    ///< Steps of the bar done at the last yield.
+  bool tellsRate_ = false;          ///< Says how many units are done a second.
   std::string units_;               ///< Of the bar.
   std::int64_t start_ = 0;
   std::int64_t shownDone_ = 0;         ///< When it was last said how much is done.

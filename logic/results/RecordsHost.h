@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "contract/data/Connection.h"
 #include "contract/desktop/Window.h"
@@ -55,6 +56,9 @@ class RecordsHost : public SqlTarget {
   /// The rows that field tags take their values from in place of a window's own, as the user chose;
   /// null: there are none.
   [[nodiscard]] virtual DataGrid* RowsForTags() = 0;
+
+  /// The rows that all records windows show, in the order in which these were opened.
+  [[nodiscard]] virtual std::vector<NamedRows> RowsOfAll() = 0;
 
   /// The Window and Help commands of the frame.
   virtual void mnuNewInstance_Click() = 0;

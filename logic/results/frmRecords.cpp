@@ -61,6 +61,10 @@ frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
       transaction_(global, async, *window_),
       blobs_(global, *window_, editing_),
       conversion_(global, *window_, async, host),
+      export_(
+          global, *window_, async,
+          [this](const std::string& text) { SetStatus(text, statusColor::records); },
+          [&host] { return host.RowsOfAll(); }),
       results_(*window_, [this](const auto& rows) { return ShowOtherResult(rows); }),
       keyMenu_(*window_, [this](int keyCode, int shift) {
         return HandleKey(keyCode, shift) || editing_.HandleGridKey(keyCode, shift);

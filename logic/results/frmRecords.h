@@ -24,6 +24,7 @@
 #include "logic/results/TopRow.h"
 #include "logic/results/commands/KeyMenu.h"
 #include "logic/results/conversions/RecordConversion.h"
+#include "logic/results/export/ExportCommand.h"
 #include "logic/results/runs/OpenTransaction.h"
 #include "logic/results/runs/QueryHistory.h"
 #include "logic/results/runs/ResultChoice.h"
@@ -139,6 +140,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   void Form_KeyDown(KeyEvent& event);
   bool HandleKey(int keyCode, int shift);
   bool HandleControlKey(int keyCode);
+  bool HandleControlShiftKey(int keyCode);
   bool HandleControlAltKey(int keyCode);
   bool HandleControlShiftKey(int keyCode);
   bool HandlePlainKey(int keyCode);
@@ -219,6 +221,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   OpenTransaction transaction_;
   BlobTransfer blobs_;
   RecordConversion conversion_;
+  ExportCommand export_;
   ResultChoice results_;
   KeyMenu keyMenu_;
 

@@ -101,6 +101,10 @@ bool frmRecords::HandleControlKey(int keyCode) {
 
 bool frmRecords::HandleControlShiftKey(int keyCode) {
   switch (keyCode) {
+    case 'E':
+      if (!dataGrid_.Visible()) return false;
+      export_.Run();
+      return true;
     case 'I': host_.ImportRecords(*this); return true;
     case 'T': return FlipTakesPart();
     default: return false;

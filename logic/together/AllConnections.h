@@ -49,6 +49,8 @@ class AllConnections {
   /// Asks which of them are to be compared, and shows in what they differ.
   void ShowDifferences();
 
+  /// The rows that the records windows show, in their order.
+  [[nodiscard]] std::vector<NamedRows> RowsOnShow() const;
   /// The windows of rows of several connections that are open.
   [[nodiscard]] std::vector<Window*> RowsWindows() const;
   /// The grid whose rows field tags take their values from, as the user chose; null: none is.
@@ -58,7 +60,6 @@ class AllConnections {
   [[nodiscard]] frmRecords* WindowOf(const RunLine& line) const;
   void RunAgainWhereItFailed();
   void GoTo(Bookmark line);
-  [[nodiscard]] std::vector<NamedRows> RowsOnShow() const;
   void ShowDifferencesOf(const NamedRows& a, const NamedRows& b, const CompareChoice& choice);
   [[nodiscard]] bool Compare(RowComparison& comparison);
   void TakeTagsFrom(const frmRows& chosen);

@@ -15,7 +15,10 @@ frmRows::frmRows(const Global& global, dlgAsync& async, RecordsHost& host)
       cmdAgain_(window_->Find<Button>("cmdAgain")),
       cmdGoTo_(window_->Find<Button>("cmdGoTo")),
       dataGrid_(window_->Find<DataGrid>("DataGrid")),
-      conversion_(global, *window_, async, host) {
+      conversion_(global, *window_, async, host),
+      export_(
+          global, *window_, async, [this](const std::string& text) { lblStatus_.SetCaption(text); },
+          nullptr) {
   window_->KeyDown = [this](KeyEvent& event) { Form_KeyDown(event); };
   window_->Unloaded = [this] { Form_Unload(); };
   window_->Menu("mnuRowsSelect").Click = [this] { dataGrid_.SelectRow(); };
@@ -71,6 +74,10 @@ void frmRows::Form_KeyDown(KeyEvent& event) {
 /// does, where that does anything.
 bool frmRows::HandleKey(int keyCode, int shift) {
   if (host_.HandleFrameKey(keyCode, shift)) return true;
+  if (keyCode == 'E' && shift == (shiftState::ctrl | shiftState::shift)) {
+    export_.Run();
+    return true;
+  }
   if (shift != shiftState::none) return false;
   if (keyCode == key::f6 || (keyCode == key::escape && HasFocus())) {
     host_.FocusQueryWindow();

@@ -11,6 +11,7 @@
 #include "logic/program/Global.h"
 #include "logic/results/RecordsHost.h"
 #include "logic/results/conversions/RecordConversion.h"
+#include "logic/results/export/ExportCommand.h"
 
 namespace tessel {
 
@@ -63,6 +64,7 @@ class frmRows {
   Button& cmdGoTo_;
   DataGrid& dataGrid_;
   RecordConversion conversion_;
+  ExportCommand export_;
   std::function<void(Bookmark)> goTo_;
   bool unloaded_ = false;
 };

@@ -1,6 +1,7 @@
-// The one place that calls the library for XLSX files. It writes in constant memory: each sheet
-// goes to a file without a name beside the new one, and all are packed at the end. The library
-// does not tell when the disk is full while it writes those, so that is looked for here.
+// The one place that calls the library for XLSX files. It writes in constant memory: the rows of
+// each sheet go to a file without a name beside the new one. At the end sheet by sheet is put
+// together, in another such file, and packed. The library does not tell when the disk is full while
+// it writes those, so that is looked for here.
 
 #include "system/sheets/XlsxFile.h"
 
@@ -23,6 +24,9 @@ namespace {
 constexpr const char* formats[] = {"yyyy\\-mm\\-dd", "hh:mm:ss.000",
                                    "yyyy\\-mm\\-dd\\ hh:mm:ss.000"};
 constexpr double widths[] = {11, 13, 24};
+
+/// More than a sheet holds beside its rows.
+constexpr std::uint64_t besideRows = std::uint64_t{1} << 20U;
 
 std::size_t IndexOf(SheetMoment::Kind kind) { return static_cast<std::size_t>(kind); }
 
@@ -75,14 +79,15 @@ class XlsxFile final : public SheetFile {
 
   void AddRow(std::span<const SheetCell> cells) override {
     for (std::size_t column = 0; column < cells.size(); ++column) WriteCell(column, cells[column]);
-    ++row_;
+    constexpr std::size_t rowsBetweenLooks = 4096;
+    if (++row_ % rowsBetweenLooks == 0) CheckRows();
   }
 
   void PutInPlace() override {
     CheckRows();
     std::vector<std::uint64_t> sizes;
-    sizes.reserve(sheets_.size());
     for (lxw_worksheet* sheet : sheets_) sizes.push_back(RowBytes(*sheet));
+    for (const std::uint64_t size : sizes) file_.CheckRoom(size + besideRows);
     errno = 0;
     const lxw_error error = workbook_close(std::exchange(workbook_, nullptr));
     if (error != LXW_NO_ERROR) Fail(error);
@@ -115,8 +120,9 @@ class XlsxFile final : public SheetFile {
 
   /// How many bytes the rows of a sheet are that wait to be packed.
   [[nodiscard]] std::uint64_t RowBytes(lxw_worksheet& sheet) {
-    errno = 0;
-    if (std::fflush(sheet.optimize_tmpfile) != 0) ThrowSystemError(path_, errno);
+    errno = ENOSPC;  // A write that failed before has left its mark, but no reason.
+    if (std::ferror(sheet.optimize_tmpfile) != 0 || std::fflush(sheet.optimize_tmpfile) != 0)
+      ThrowSystemError(path_, errno);
     return static_cast<std::uint64_t>(std::ftell(sheet.optimize_tmpfile));
   }
 

@@ -233,6 +233,26 @@ class Album {
       keys.AddChildren("", {{"0", "id"}, {"1", "customer"}, {"2", "placed"}});
       keys.SetChecked("0", true);
     });
+    Draw("dlgExport", [](Window& window) {
+      const std::pair<const char*, const char*> entries[] = {
+          {"cboWhat", "All rows: 1204000 records"},
+          {"cboFormat", "CSV, text with delimiters"},
+          {"cboDelimiter", "Comma  ,"},
+          {"cboQuotes", "Around all but NULL"},
+          {"cboEncoding", "UTF-8 with mark"},
+          {"cboLineEnd", "CR LF"},
+          {"cboNull", "(nothing)"},
+          {"cboDecimal", "Point  ."},
+          {"cboBinary", "Hexadecimal, 0x..."},
+          {"cboDatabase", "PostgreSQL"}};
+      for (const auto& [name, entry] : entries) {
+        window.Find<ComboBox>(name).AddItem(entry);
+        window.Find<ComboBox>(name).SetListIndex(0);
+      }
+      window.Find<TextBox>("txtFile").SetText("/home/me/orders.csv");
+      for (const char* name : {"cboDatabase", "txtTable", "txtBatch", "chkCreate"})
+        window.Find<Control>(name).SetEnabled(false);
+    });
     Draw("dlgImport", [](Window& window) {
       window.Find<TextBox>("txtSource").SetText("/srv/data/orders.csv");
       for (const auto& [box, text] : {std::pair{"cboDelimiter", "Comma"},

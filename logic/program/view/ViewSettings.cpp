@@ -51,12 +51,14 @@ int ViewSettings::Number(std::string_view name, int otherwise) const {
   return found == numbers.end() ? otherwise : found->second;
 }
 
-void ViewSettings::SetNumber(std::string_view name, int number) const {
+void ViewSettings::SetNumbers(const Numbers& changed) const {
   constexpr int patience = 200;
   try {
     const auto lock = global_.TheFiles().Lock(Path(), patience);
     Numbers numbers = Read();
-    numbers.insert_or_assign(std::string(name), number);
+    const Numbers before = numbers;
+    for (const auto& [name, number] : changed) numbers.insert_or_assign(name, number);
+    if (numbers == before) return;
     std::string content;
     for (const auto& [key, value] : numbers)
       content.append(key).append("=").append(std::to_string(value)).append("\n");

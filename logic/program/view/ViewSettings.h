@@ -20,10 +20,14 @@ class ViewSettings {
   [[nodiscard]] int Number(std::string_view name, int otherwise) const;
   /// Writes the file anew, with what another running program has written meanwhile. `name` holds
   /// neither "=" nor a line end.
-  void SetNumber(std::string_view name, int number) const;
+  void SetNumber(std::string_view name, int number) const {
+    SetNumbers({{std::string(name), number}});
+  }
+  using Numbers = std::map<std::string, int, std::less<>>;
+  /// The same for several, which are written at once; not at all when the file has them already.
+  void SetNumbers(const Numbers& numbers) const;
 
  private:
-  using Numbers = std::map<std::string, int, std::less<>>;
   [[nodiscard]] Numbers Read() const;
   [[nodiscard]] std::string Path() const;
 

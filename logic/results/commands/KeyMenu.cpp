@@ -20,6 +20,7 @@ struct Entry {
 };
 
 constexpr Entry entries[] = {
+    {"mnuRowsExport", 'E', ctrl | shift, "DataGrid"},
     {"mnuRowsAccept", 'S', ctrl, "cmdAccept"},
     {"mnuRowsReject", 'R', ctrl, "cmdReject"},
     {"mnuRowsNull", '0', ctrl, "DataGrid"},

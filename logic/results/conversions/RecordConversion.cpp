@@ -1,13 +1,16 @@
 #include "logic/results/conversions/RecordConversion.h"
 
 #include <algorithm>
+#include <memory>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "contract/base/Error.h"
 #include "contract/base/Keys.h"
 #include "logic/program/Help.h"
 #include "logic/program/dlgAsync.h"
+#include "logic/results/stream/BatchLine.h"
 #include "logic/text/dlgText.h"
 #include "logic/text/frmText.h"
 
@@ -19,13 +22,13 @@ constexpr int viewWidth = 9600;
 constexpr int viewHeight = 6300;
 constexpr std::string_view arrow = "--> ";  ///< Before the names of conversions in the menu.
 
-/// Gives a text that grows record by record the room it will need, so that it is not moved again
+/// Gives a text that grows batch by batch the room it will need, so that it is not moved again
 /// and again and takes little more memory than it fills.
 class TextRoom {
  public:
   TextRoom(std::string& text, std::int64_t records) : text_(text), records_(records) {}
 
-  /// To be told after every record; `done` counts from 1.
+  /// To be told after each batch; `done` counts records from 1.
   void Note(std::int64_t done) {
     if (text_.size() < nextLook_) return;
     const double perRecord = static_cast<double>(text_.size()) / static_cast<double>(done);
@@ -43,6 +46,37 @@ class TextRoom {
   std::string& text_;
   std::int64_t records_;
   std::size_t nextLook_ = firstLook;
+};
+
+/// Gathers the records in one text.
+class TextInMemory final : public BatchSink {
+ public:
+  TextInMemory(std::string& text, const RecordFormat& format, std::int64_t records)
+      : text_(text), format_(format), room_(text, records) {}
+
+  void Take(const RecordBatch& batch) override {
+    AppendRecords(text_, format_, batch);
+    Note(batch);
+  }
+  [[nodiscard]] bool TakesText() const override { return true; }
+  [[nodiscard]] std::string Formatted(const RecordBatch& batch) const override {
+    std::string text;
+    AppendRecords(text, format_, batch);
+    return text;
+  }
+  void TakeText(const RecordBatch& batch, std::string_view text) override {
+    text_ += text;
+    Note(batch);
+  }
+
+ private:
+  void Note(const RecordBatch& batch) {
+    room_.Note(batch.first + static_cast<std::int64_t>(batch.Records()));
+  }
+
+  std::string& text_;
+  const RecordFormat& format_;
+  TextRoom room_;
 };
 
 std::string ProgressMessage(std::int64_t count, bool selected) {
@@ -106,28 +140,31 @@ std::optional<std::string> RecordConversion::ConvertedText(std::string_view comm
   return text;
 }
 
-/// Works on a clone, so that the grid's position is not moved. Cancelling keeps what is done.
+/// The records are read here and written by a line of work. Cancelling keeps what is done.
 void RecordConversion::ConvertRecords(std::string& text, const RecordFormat& format,
                                       ColumnRange columns) {
-  const std::shared_ptr<Recordset> rows = grid_.DataSource()->Clone(LockType::ReadOnly);
-  const std::vector<Bookmark> selected = grid_.SelBookmarks();
+  std::vector<Bookmark> selected = grid_.SelBookmarks();
   const bool all = selected.empty();
-  const auto count = all ? rows->RecordCount() : static_cast<std::int64_t>(selected.size());
-  TextRoom room(text, count);
-  RecordFormatter formatter(format, columns);
+  RecordReader reader(grid_.DataSource(), static_cast<std::size_t>(columns.first),
+                      static_cast<std::size_t>(std::max(columns.last - columns.first + 1, 0)),
+                      std::move(selected));
+  TextInMemory sink(text, format, reader.Count());
+  const std::unique_ptr<WorkLine> work = global_.MakeWorkLine();
+  BatchLine line(*work, sink, [this] { return async_.Yield(); });
+  std::shared_ptr<RecordBatch> batch = reader.NewBatch();
   converted_ = 0;
-  if (all) rows->MoveFirst();
-  const std::shared_ptr<Connection> connection = rows->ActiveConnection();
   const auto convert = [&](std::int64_t i) {
-    if (!all) rows->MoveTo(selected[static_cast<std::size_t>(i)]);
-    if (i != 0) text += format.record.separator;
-    formatter.FormatRecord(text, *rows);
-    if (all) rows->MoveNext();
+    reader.ReadInto(*batch);
     converted_ = i + 1;
-    room.Note(converted_);
+    if (!IsFull(*batch)) return;
+    line.Give(batch);
+    batch = reader.NewBatch();
   };
-  async_.ForEach(ProgressMessage(count, !all), connection.get(), count, convert, 1, "records");
-  rows->Close();
+  const std::shared_ptr<Connection> connection = reader.Rows().ActiveConnection();
+  async_.ForEach(ProgressMessage(reader.Count(), !all), connection.get(), reader.Count(), convert,
+                 1, "records");
+  line.Give(batch);
+  line.Finish();
 }
 
 ColumnRange RecordConversion::GetColumnRange() const {

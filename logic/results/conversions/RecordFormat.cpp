@@ -25,16 +25,13 @@ std::string_view WholeTableName(std::string_view text) {
 
 }  // namespace
 
-RecordFormatter::RecordFormatter(const RecordFormat& format, ColumnRange columns)
-    : format_(format),
-      first_(static_cast<std::size_t>(columns.first)),
-      values_(static_cast<std::size_t>(std::max(columns.last - columns.first + 1, 0))) {}
-
-void RecordFormatter::FormatRecord(std::string& out, const Recordset& rows) {
-  rows.ReadFields(first_, values_);
-  out += format_.record.prefix;
-  AppendFormattedValues(out, values_, format_.field);
-  out += format_.record.suffix;
+void AppendRecords(std::string& out, const RecordFormat& format, const RecordBatch& batch) {
+  for (std::size_t i = 0; i < batch.Records(); ++i) {
+    if (batch.first != 0 || i != 0) out += format.record.separator;
+    out += format.record.prefix;
+    AppendFormattedValues(out, batch.Record(i), format.field);
+    out += format.record.suffix;
+  }
 }
 
 std::string FormatHeader(const std::vector<FieldInfo>& fields, ColumnRange columns,

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "contract/data/Recordset.h"
 #include "logic/query/completion/NameQuoting.h"
+#include "logic/results/stream/RecordBatch.h"
 #include "logic/tags/ValueFormat.h"
 
 namespace tessel {
@@ -25,20 +25,9 @@ struct RecordFormat {
   PieceFormat record;  ///< Its separator stands between the records.
 };
 
-/// Writes records as text.
-class RecordFormatter {
- public:
-  /// `format` outlives this object.
-  RecordFormatter(const RecordFormat& format, ColumnRange columns);
-
-  /// Appends the current record of `rows` to `out`. Raises Error when there is none.
-  void FormatRecord(std::string& out, const Recordset& rows);
-
- private:
-  const RecordFormat& format_;
-  std::size_t first_;
-  std::vector<ValueView> values_;  ///< Of the record that was appended last.
-};
+/// Appends the records of a batch; the separator of records stands before all but the first record
+/// of all. Any thread.
+void AppendRecords(std::string& out, const RecordFormat& format, const RecordBatch& batch);
 
 /// The names of the fields in one line, as they are, or as SQL writes them when there is a
 /// `quoting`.

@@ -135,12 +135,13 @@ std::string Converted(Recordset& rows, const std::string& command, const std::st
   const Conversion& conversion = ConversionOf(command, columns.Several());
   if (conversion.firstColumnOnly) columns.last = 0;
   const ConversionFrame frame = FrameOf(conversion, fields, columns, tableName);
-  RecordFormatter formatter(frame.format, columns);
   std::string text = frame.opening;
-  for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) {
-    if (text.size() != frame.opening.size()) text += frame.format.record.separator;
-    formatter.FormatRecord(text, rows);
-  }
+  RecordBatch batch;
+  batch.columns = static_cast<std::size_t>(columns.last + 1);
+  for (std::int64_t row = 0; row < rows.RecordCount(); ++row)
+    for (std::size_t column = 0; column < batch.columns; ++column)
+      batch.values.push_back(rows.ValueAt(row, column));
+  AppendRecords(text, frame.format, batch);
   return text + frame.closing;
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -12,6 +13,7 @@
 #include "data/cursor/DataAccessObjects.h"
 #include "logic/app/Main.h"
 #include "system/PosixFiles.h"
+#include "system/ThreadLine.h"
 #include "tests/desktop/QtContractHost.h"
 #include "tests/desktop/QtUser.h"
 #include "tests/support/DataSteps.h"
@@ -110,8 +112,15 @@ class ProgramFixture : public ::testing::Test {
   QtContractHost host;
   PosixFiles files;
   DataAccessObjects data{host.TheDesktop().Events(), nullptr, RowMemory::OfMachine(), slowdown};
-  Program program{Platform{
-      host.TheDesktop(), data, files, folder.Path().string(), folder.File("Tessel"), "1.0", {}}};
+  Program program{Platform{host.TheDesktop(),
+                           data,
+                           files,
+                           folder.Path().string(),
+                           folder.File("Tessel"),
+                           "1.0",
+                           {},
+                           nullptr,
+                           [] { return std::make_unique<ThreadLine>(); }}};
 };
 
 }  // namespace tessel::test

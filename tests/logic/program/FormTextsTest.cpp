@@ -99,6 +99,7 @@ const FormTexts records{
      {"mnuCvtSetSQL", "--> &Set (SQL)"},
      {"mnuCvtHTMLTable", "--> &HTML <table>"},
      {"mnuCvtArrayC", "--> &Array (C)"},
+     {"mnuRowsExport", "E&xport to File...\tCtrl+Shift+E"},
      {"menuBLOB", "BLOB"},
      {"mnuBLOBSave", "&Save to file..."},
      {"mnuBLOBLoad", "&Load from file..."},

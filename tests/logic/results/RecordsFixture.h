@@ -60,6 +60,7 @@ class FakeRecordsHost : public RecordsHost {
   void ForgetStatements(frmRecords& /*window*/) override { statements.reset(); }
   void InsertText(std::string_view text) override { inserted += text; }
   DataGrid* RowsForTags() override { return rowsForTags; }
+  std::vector<NamedRows> RowsOfAll() override { return rowsOfAll; }
   std::string GetTagValue(const std::string& name, bool parenthesised, bool quoted) override {
     const auto found = tagValues.find(name);
     if (found == tagValues.end()) RaiseAppError("Undefined tag: '" + name + "'");
@@ -74,6 +75,7 @@ class FakeRecordsHost : public RecordsHost {
   int frameKey = 0;  ///< With Ctrl the frame takes it.
   std::shared_ptr<const StatementList> statements;
   DataGrid* rowsForTags = nullptr;
+  std::vector<NamedRows> rowsOfAll;
   std::map<std::string, std::string> nodes;
   std::map<std::string, std::optional<Color>> marks;
   std::vector<std::string> loads;

@@ -1,0 +1,62 @@
+#include "logic/results/stream/RecordBatch.h"
+
+#include <utility>
+
+#include "contract/base/Error.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr std::size_t mostValues = 32768;
+constexpr std::size_t mostBytes = std::size_t{1} << 20U;
+
+std::size_t BytesOf(const ValueView& value) {
+  if (const auto* text = std::get_if<std::string_view>(&value)) return text->size();
+  if (const auto* binary = std::get_if<BinaryView>(&value)) return binary->bytes.size();
+  return 0;
+}
+
+}  // namespace
+
+RecordReader::RecordReader(std::shared_ptr<Recordset> rows, std::size_t firstColumn,
+                           std::size_t columns, std::vector<Bookmark> chosen)
+    : rows_(std::move(rows)),
+      kept_(rows_->Clone(LockType::ReadOnly)),
+      firstColumn_(firstColumn),
+      columns_(columns),
+      chosen_(std::move(chosen)),
+      count_(chosen_.empty() ? rows_->RecordCount() : static_cast<std::int64_t>(chosen_.size())) {}
+
+RecordReader::~RecordReader() { kept_->Close(); }
+
+std::int64_t RecordReader::NextPosition() const {
+  if (chosen_.empty()) return next_;
+  const auto position = rows_->PositionOf(chosen_[static_cast<std::size_t>(next_)]);
+  if (!position)
+    throw Error(errorNumber::noCurrentRecord, "Tessel", "The record is not there any more.");
+  return *position;
+}
+
+void RecordReader::ReadInto(RecordBatch& batch) {
+  const std::int64_t position = NextPosition();
+  for (std::size_t column = 0; column < columns_; ++column) {
+    batch.values.push_back(rows_->ValueAt(position, firstColumn_ + column));
+    batch.bytes += BytesOf(batch.values.back());
+  }
+  ++next_;
+}
+
+std::shared_ptr<RecordBatch> RecordReader::NewBatch() const {
+  static_cast<void>(rows_->RecordCount());  // Raises when they were closed.
+  auto batch = std::make_shared<RecordBatch>();
+  batch->first = next_;
+  batch->columns = columns_;
+  return batch;
+}
+
+bool IsFull(const RecordBatch& batch) {
+  return batch.bytes >= mostBytes || batch.values.size() + batch.columns > mostValues;
+}
+
+}  // namespace tessel

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "contract/data/Recordset.h"
+
+namespace tessel {
+
+/// Some records that follow each other, looked at: some columns of each. Who reads the values keeps
+/// the rows open and unchanged; it may be another thread than the one that looked at them.
+struct RecordBatch {
+  std::int64_t first = 0;         ///< How many records came before these.
+  std::size_t columns = 0;        ///< Of each record.
+  std::vector<ValueView> values;  ///< Record by record.
+  std::size_t bytes = 0;          ///< Of the texts and binary values.
+
+  [[nodiscard]] std::size_t Records() const { return columns == 0 ? 0 : values.size() / columns; }
+  [[nodiscard]] std::span<const ValueView> Record(std::size_t index) const {
+    return std::span(values).subspan(index * columns, columns);
+  }
+};
+
+/// The records that are to be taken of the rows on show, in their order: all, or those chosen. UI
+/// thread.
+class RecordReader {
+ public:
+  /// `rows` are open, and so many `columns` from `firstColumn` on are taken. `chosen`: the records,
+  /// in the order in which they are taken; empty: all.
+  RecordReader(std::shared_ptr<Recordset> rows, std::size_t firstColumn, std::size_t columns,
+               std::vector<Bookmark> chosen);
+  RecordReader(const RecordReader&) = delete;
+  RecordReader& operator=(const RecordReader&) = delete;
+  ~RecordReader();
+
+  /// How many records there are in all.
+  [[nodiscard]] std::int64_t Count() const { return count_; }
+  [[nodiscard]] bool AtEnd() const { return next_ == count_; }
+  /// Puts the next record, which there is, behind those of `batch`. Raises Error when a chosen one
+  /// is not there any more.
+  void ReadInto(RecordBatch& batch);
+  /// A batch without records, for those that follow. Raises Error when the rows were closed.
+  [[nodiscard]] std::shared_ptr<RecordBatch> NewBatch() const;
+
+  [[nodiscard]] const Recordset& Rows() const { return *rows_; }
+
+ private:
+  [[nodiscard]] std::int64_t NextPosition() const;
+
+  std::shared_ptr<Recordset> rows_;
+  std::shared_ptr<Recordset> kept_;  ///< Keeps the values when the rows are closed.
+  std::size_t firstColumn_;
+  std::size_t columns_;
+  std::vector<Bookmark> chosen_;
+  std::int64_t count_;
+  std::int64_t next_ = 0;
+};
+
+/// Whether a batch is large enough to be worked on.
+[[nodiscard]] bool IsFull(const RecordBatch& batch);
+
+}  // namespace tessel
