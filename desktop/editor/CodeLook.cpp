@@ -72,6 +72,7 @@ void CodeLook::FitNumbers() {
 // --- brackets ------------------------------------------------------------------------------------
 
 bool CodeLook::IsCodeAt(long position) const {
+  if (qobject_cast<const QsciLexerSQL*>(editor_.lexer()) == nullptr) return true;
   switch (editor_.SendScintilla(Base::SCI_GETSTYLEAT, position)) {
     case QsciLexerSQL::Comment:
     case QsciLexerSQL::CommentLine:

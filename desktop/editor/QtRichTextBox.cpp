@@ -1,6 +1,7 @@
 #include "desktop/editor/QtRichTextBox.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,9 @@ namespace tessel {
 namespace {
 
 constexpr int caretWidth = 1;
+
+/// The editor's names for them, in the order of their numbers.
+constexpr const char* languages[] = {"", "sql", "json", "xml"};
 
 }  // namespace
 
@@ -48,6 +52,19 @@ Rect QtRichTextBox::CaretBounds() const {
       static_cast<int>(editor.SendScintilla(QsciScintillaBase::SCI_TEXTHEIGHT, line));
   const QPoint inside = editor.viewport()->mapTo(&editor, place);
   return Face().TheScale().Twips(QRect(inside, QSize(caretWidth, height)));
+}
+
+void QtRichTextBox::SetSyntax(TextSyntax syntax) {
+  if (syntax != Syntax())
+    TheWidget().SetLanguage(QLatin1String(languages[static_cast<std::size_t>(syntax)]));
+}
+
+TextSyntax QtRichTextBox::Syntax() const {
+  const auto* const found =
+      std::ranges::find(languages, TheWidget().Language(),
+                        [](const char* language) { return QString(QLatin1String(language)); });
+  return found == std::end(languages) ? TextSyntax::Plain
+                                      : static_cast<TextSyntax>(found - std::begin(languages));
 }
 
 void QtRichTextBox::SetZoom(int steps) {

@@ -22,6 +22,8 @@ class QtRichTextBox final : public ControlOf<EditorBox, SqlEditor> {
   void SetRightMargin(int twips) override;
   [[nodiscard]] Rect CaretBounds() const override;
   [[nodiscard]] TextSpot CaretSpot() const override { return TheWidget().CaretSpot(); }
+  void SetSyntax(TextSyntax syntax) override;
+  [[nodiscard]] TextSyntax Syntax() const override;
   [[nodiscard]] bool CanUndo() const override { return TheWidget().CanUndo(); }
   [[nodiscard]] bool CanRedo() const override { return TheWidget().CanRedo(); }
   void MarkError(const TextRange& range) override { TheWidget().MarkError(range); }

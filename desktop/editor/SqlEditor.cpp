@@ -5,7 +5,6 @@
 #include "desktop/editor/SqlEditor.h"
 
 #include <Qsci/qscicommandset.h>
-#include <Qsci/qscilexersql.h>
 
 #include <QApplication>
 #include <QEvent>
@@ -158,9 +157,8 @@ SqlEditor::~SqlEditor() { setLexer(nullptr); }
 void SqlEditor::SetLanguage(const QString& language) {
   language_ = language;
   setLexer(nullptr);
-  lexer_.reset();
-  if (language == "sql") {
-    lexer_ = std::make_unique<QsciLexerSQL>();
+  lexer_ = LexerOf(language);
+  if (lexer_ != nullptr) {
     setLexer(lexer_.get());
     SendScintilla(SCI_SETPROPERTY, "fold", "0");
   }
@@ -552,7 +550,7 @@ void SqlEditor::TellEdited() {
 void SqlEditor::ShowColors() {
   const QColor ground = ground_.isValid() ? ground_ : palette().color(QPalette::Base);
   const QColor text = text_.isValid() ? text_ : palette().color(QPalette::Text);
-  if (lexer_ != nullptr) ColorSql(*lexer_, FixedFont(font()), ground, text);
+  if (lexer_ != nullptr) ColorCode(*lexer_, FixedFont(font()), ground, text);
   else ColorPlainText(ground, text);
   setCaretForegroundColor(text);
   setSelectionBackgroundColor(palette().color(QPalette::Highlight));

@@ -25,7 +25,8 @@ namespace tessel {
 /// window. Bytes and places given and taken are those of the text itself, and so is what is copied.
 ///
 /// Its form may give it the text property "language": "sql" colours SQL, numbers the lines, tints
-/// the current one, matches brackets and keeps the indentation; without it the text is plain.
+/// the current one, matches brackets and keeps the indentation; so do "json" and "xml" for those,
+/// and without it the text is plain.
 class SqlEditor : public QsciScintilla, public TextHolder {
   Q_OBJECT
   Q_PROPERTY(QString language READ Language WRITE SetLanguage)

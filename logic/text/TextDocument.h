@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,16 +53,22 @@ class TextDocument {
   /// is the same; one that cannot be read has changed.
   [[nodiscard]] FileState CompareWithFile() const;
 
+  /// Writes that text in place of the box's, which is only another look of it.
+  void WriteInstead(std::function<std::string()> text) { text_ = std::move(text); }
+
   void SetWordWrap(bool wrap) { box_.SetRightMargin(wrap ? 0 : noWrapMargin); }
 
  private:
   bool Read(const std::string& path, bool undoable);
   void Replace(const std::string& text, bool undoable);
-  [[nodiscard]] std::string Bytes() const { return EncodeText(box_.Text(), origin_.encoding); }
+  [[nodiscard]] std::string Bytes() const {
+    return EncodeText(text_ ? text_() : box_.Text(), origin_.encoding);
+  }
 
   const Global& global_;
   RichTextBox& box_;
   TextOrigin origin_;
+  std::function<std::string()> text_;  ///< What is written; empty: what the box holds.
 };
 
 }  // namespace tessel

@@ -14,6 +14,7 @@
 #include "logic/text/TextDocument.h"
 #include "logic/text/TextZoom.h"
 #include "logic/text/find/FindLine.h"
+#include "logic/text/indent/StructuredText.h"
 
 namespace tessel {
 
@@ -48,6 +49,7 @@ class frmText {
         chkWordWrap_(window_->Find<CheckBox>("chkWordWrap")),
         dlgCommon_(window_->FileDialogNamed("dlgCommon")),
         document_(global, txtText_),
+        structured_(global, *window_, txtText_),
         find_(*window_, txtText_),
         zoom_(global, txtText_, "viewer zoom") {
     txtText_.Change = [this] { find_.NoteChange(); };
@@ -60,13 +62,15 @@ class frmText {
     cmdCopyToSQLWindow_.Click = [this] { cmdCopyToSQLWindow_Click(); };
     chkWordWrap_.Click = [this] { chkWordWrap_Click(); };
     dlgCommon_.filter = ownFilter;
+    document_.WriteInstead([this] { return structured_.Text(); });
   }
 
   bool Show(std::string& text, const TextViewOptions& options) {
     Prepare(options);
-    txtText_.SetText(text);
+    if (options.structured) structured_.Show(text);
+    else txtText_.SetText(text);
     window_->ShowModal(nullptr);
-    if (accepted_) text = txtText_.Text();
+    if (accepted_) text = structured_.Text();
     window_->Unload();
     return accepted_;
   }
@@ -109,8 +113,8 @@ class frmText {
     if (ShowSaveFileDialog(dlgCommon_, global_.TheFiles(), false))
       document_.Save(dlgCommon_.fileName);
   }
-  void cmdCopy_Click() { global_.TheDesktop().TheClipboard().SetText(txtText_.Text()); }
-  void cmdCopyToSQLWindow_Click() { sqlWindow_.InsertText(txtText_.Text()); }
+  void cmdCopy_Click() { global_.TheDesktop().TheClipboard().SetText(structured_.Text()); }
+  void cmdCopyToSQLWindow_Click() { sqlWindow_.InsertText(structured_.Text()); }
 
   void chkWordWrap_Click() {
     document_.SetWordWrap(chkWordWrap_.Value());
@@ -119,7 +123,7 @@ class frmText {
 
   void Form_KeyDown(KeyEvent& event) {
     using namespace shiftState;
-    event.handled = find_.TakeKey(event) || zoom_.TakeKey(event);
+    event.handled = find_.TakeKey(event) || zoom_.TakeKey(event) || structured_.TakeKey(event);
     if (event.handled) return;
     if (event.keyCode == 'C' && event.shift == (ctrl | alt)) event.handled = cmdCopy_.Press();
     else if (event.keyCode == 'C' && event.shift == (ctrl | shift))
@@ -162,6 +166,7 @@ class frmText {
   CheckBox& chkWordWrap_;
   FileDialog& dlgCommon_;
   TextDocument document_;
+  StructuredText structured_;
   FindLine find_;
   TextZoom zoom_;
   bool accepted_ = false;

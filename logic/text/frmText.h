@@ -19,6 +19,10 @@ struct TextViewOptions {
   bool editable = false;
   bool wordWrap = false;
   std::string title = {};  ///< Of the window: what it shows. Empty: the window's own.
+  /// JSON and XML are coloured, and shown indented where the user has not chosen otherwise. What
+  /// comes back, and what is saved and copied as a whole, is the text as it was unless the user
+  /// changed it.
+  bool structured = false;
 };
 
 /// Shows a text in a modal window with buttons to save it, copy it or put it into the query window;

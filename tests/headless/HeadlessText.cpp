@@ -90,7 +90,7 @@ int HeadlessTextBox::LineCount() const {
 HeadlessRichTextBox::HeadlessRichTextBox(const FormWidget& widget, FailureSink& failures,
                                          FocusKeeper& keeper, HeadlessControl* container)
     : HeadlessTextControl(widget, failures, keeper, container),
-      isSql_(widget.properties.Text("language") == "sql") {}
+      syntax_(widget.properties.Text("language") == "sql" ? TextSyntax::Sql : TextSyntax::Plain) {}
 
 void HeadlessRichTextBox::Select(std::size_t start, std::size_t length) {
   Buffer().Select(start, length);
@@ -122,7 +122,8 @@ void HeadlessRichTextBox::Exchange(std::vector<TextBuffer>& from, std::vector<Te
 }
 
 void HeadlessRichTextBox::TypeText(std::string_view text) {
-  if (!isSql_ || text != "\n" || Locked()) return HeadlessTextControl::TypeText(text);
+  if (syntax_ == TextSyntax::Plain || text != "\n" || Locked())
+    return HeadlessTextControl::TypeText(text);
   const std::string& all = Buffer().Text();
   const std::size_t line = SelStart() == 0 ? 0 : all.rfind('\n', SelStart() - 1) + 1;
   SetSelText("\n" + std::string(BlanksOfNewLine(all.substr(line), SelStart() - line)));

@@ -129,6 +129,8 @@ class HeadlessRichTextBox final : public HeadlessTextControl<EditorBox> {
   /// Every character counts as 120 twips wide and 240 high, without wrapping.
   [[nodiscard]] Rect CaretBounds() const override;
   [[nodiscard]] TextSpot CaretSpot() const override;
+  void SetSyntax(TextSyntax syntax) override { syntax_ = syntax; }
+  [[nodiscard]] TextSyntax Syntax() const override { return syntax_; }
   [[nodiscard]] bool CanUndo() const override { return !undo_.empty(); }
   [[nodiscard]] bool CanRedo() const override { return !redo_.empty(); }
   void MarkError(const TextRange& range) override { error_ = range; }
@@ -154,7 +156,7 @@ class HeadlessRichTextBox final : public HeadlessTextControl<EditorBox> {
   void Exchange(std::vector<TextBuffer>& from, std::vector<TextBuffer>& to);
 
   int rightMargin_ = 0;
-  bool isSql_;
+  TextSyntax syntax_;
   int zoom_ = 0;
   std::optional<TextRange> error_;
   std::vector<TextBuffer> undo_;

@@ -9,6 +9,9 @@
 
 namespace tessel {
 
+/// What a text is coloured and numbered as. Plain has no colours and no numbers.
+enum class TextSyntax { Plain, Sql, Json, Xml };
+
 /// The editor with what a person who types in it for hours expects of it. Every rich-text box is
 /// one. It undoes what was typed and what SetSelText did, not what SetText did. Where the form says
 /// that the text is SQL, Enter begins a line with the blanks of the one that it is typed in
@@ -24,6 +27,11 @@ class EditorBox : public RichTextBox {
 
   /// Where the caret stands, as a person counts it. Wrapped lines do not count by themselves.
   [[nodiscard]] virtual TextSpot CaretSpot() const = 0;
+
+  /// Colours the text as that, in place of what the form says. The text, what is selected and what
+  /// can be undone stay. Raises nothing.
+  virtual void SetSyntax(TextSyntax syntax) = 0;
+  [[nodiscard]] virtual TextSyntax Syntax() const = 0;
 
   // --- undoing -----------------------------------------------------------------------------------
   /// Whether there is a change to take back, and one to make again; a locked text may have both,

@@ -137,6 +137,19 @@ void ZoomHasItsLimits(ContractHost& host) {
   EXPECT_EQ(query.box->Zoom(), EditorBox::smallestZoom);
 }
 
+void ASyntaxLeavesTheTextAlone(ContractHost& host) {
+  const Query query(host);
+  EXPECT_EQ(query.box->Syntax(), TextSyntax::Sql) << "as the form has it";
+  query.box->SetText("{\"a\": 1}");
+  query.box->Select(2, 1);
+  for (const auto syntax : {TextSyntax::Json, TextSyntax::Xml, TextSyntax::Plain}) {
+    query.box->SetSyntax(syntax);
+    EXPECT_EQ(query.box->Syntax(), syntax);
+    EXPECT_EQ(query.box->Text(), "{\"a\": 1}");
+    EXPECT_EQ(query.box->SelText(), "a");
+  }
+}
+
 }  // namespace
 
 std::vector<ContractCase> EditorContract() {
@@ -147,7 +160,8 @@ std::vector<ContractCase> EditorContract() {
           {"EnterKeepsTheIndentation", &EnterKeepsTheIndentation},
           {"AMarkGoesWithItsText", &AMarkGoesWithItsText},
           {"AMarkGoesWithTheTextThatIsReplaced", &AMarkGoesWithTheTextThatIsReplaced},
-          {"ZoomHasItsLimits", &ZoomHasItsLimits}};
+          {"ZoomHasItsLimits", &ZoomHasItsLimits},
+          {"ASyntaxLeavesTheTextAlone", &ASyntaxLeavesTheTextAlone}};
 }
 
 }  // namespace tessel::test

@@ -1,0 +1,81 @@
+#include "logic/text/indent/StructuredText.h"
+
+#include <utility>
+
+#include "contract/base/Keys.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr const char* indentedSetting = "viewer indented";
+
+}  // namespace
+
+StructuredText::StructuredText(const Global& global, Window& window, EditorBox& box)
+    : box_(box),
+      chkIndented_(window.Find<CheckBox>("chkIndented")),
+      lblStructure_(window.Find<Label>("lblStructure")),
+      settings_(global) {}
+
+void StructuredText::Show(const std::string& text) {
+  const Structure structure = GuessStructure(text);
+  box_.SetText(text);
+  chkIndented_.SetVisible(structure != Structure::None);
+  lblStructure_.SetVisible(structure != Structure::None);
+  if (structure == Structure::None) return;
+  box_.SetSyntax(structure == Structure::Json ? TextSyntax::Json : TextSyntax::Xml);
+  lblStructure_.SetCaption(StructureName(structure));
+  chkIndented_.Click = nullptr;
+  const bool indented = settings_.Number(indentedSetting, 1) != 0 && text.size() <= longestAtOnce;
+  chkIndented_.SetValue(indented);
+  if (indented) ShowIndented();
+  chkIndented_.Click = [this] { chkIndented_Click(); };
+}
+
+std::string StructuredText::Text() const {
+  std::string text = box_.Text();
+  return !shown_.empty() && text == shown_ ? original_ : text;
+}
+
+bool StructuredText::TakeKey(const KeyEvent& event) {
+  if (event.keyCode != 'I' || event.shift != shiftState::ctrl || !chkIndented_.Visible())
+    return false;
+  chkIndented_.SetValue(!chkIndented_.Value());
+  return true;
+}
+
+void StructuredText::chkIndented_Click() {
+  settings_.SetNumber(indentedSetting, chkIndented_.Value() ? 1 : 0);
+  if (chkIndented_.Value()) ShowIndented();
+  else ShowAsItIs();
+  box_.SetFocus();
+}
+
+/// A text that breaks the rules is shown as it is, and the place is told.
+void StructuredText::ShowIndented() {
+  std::string text = Text();
+  IndentedText indented = Indent(text);
+  Say(indented, text);
+  if (indented.structure == Structure::None || indented.fault) return;
+  original_ = std::move(text);
+  shown_ = std::move(indented.text);
+  box_.SetText(shown_);
+}
+
+/// What the user has changed stays as he sees it.
+void StructuredText::ShowAsItIs() {
+  const std::string text = Text();
+  shown_.clear();
+  original_.clear();
+  box_.SetText(text);
+}
+
+void StructuredText::Say(const IndentedText& indented, const std::string& text) {
+  std::string said(StructureName(indented.structure));
+  if (indented.fault) said = "No " + said + " at " + FaultText(text, *indented.fault);
+  lblStructure_.SetCaption(said);
+  lblStructure_.SetToolTip(indented.fault ? said : "");
+}
+
+}  // namespace tessel

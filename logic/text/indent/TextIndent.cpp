@@ -1,0 +1,62 @@
+#include "logic/text/indent/TextIndent.h"
+
+#include <algorithm>
+
+#include "contract/text/TextRange.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr std::size_t blanksOfLevel = 2;
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+bool BeginsTag(char next) {
+  return (next >= 'a' && next <= 'z') || (next >= 'A' && next <= 'Z') || next == '_' ||
+         next == '?' || next == '!' || next == '/' || (static_cast<unsigned char>(next) >= 0x80);
+}
+
+}  // namespace
+
+std::size_t SkipBlanks(std::string_view text, std::size_t from) {
+  while (from < text.size() && IsBlank(text[from])) ++from;
+  return from;
+}
+
+void AppendLine(std::string& out, std::size_t level) {
+  out += '\n';
+  out.append(blanksOfLevel * std::min(level, deepestIndent), ' ');
+}
+
+Structure GuessStructure(std::string_view text) {
+  const std::size_t first =
+      SkipBlanks(text, text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
+  if (first == text.size()) return Structure::None;
+  if (text[first] == '{' || text[first] == '[') return Structure::Json;
+  const bool tag = text[first] == '<' && first + 1 < text.size() && BeginsTag(text[first + 1]);
+  return tag ? Structure::Xml : Structure::None;
+}
+
+IndentedText Indent(std::string_view text) {
+  switch (GuessStructure(text)) {
+    case Structure::Json: return IndentJson(text);
+    case Structure::Xml: return IndentXml(text);
+    default: return {};
+  }
+}
+
+std::string FaultText(std::string_view text, const TextFault& fault) {
+  const TextSpot spot = SpotOf(text, fault.offset);
+  return "line " + std::to_string(spot.line) + ", column " + std::to_string(spot.column) + ": " +
+         fault.reason;
+}
+
+std::string_view StructureName(Structure structure) {
+  switch (structure) {
+    case Structure::Json: return "JSON";
+    case Structure::Xml: return "XML";
+    default: return "";
+  }
+}
+
+}  // namespace tessel
