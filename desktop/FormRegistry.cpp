@@ -24,6 +24,7 @@
 #include "ui_frmRecords.h"
 #include "ui_frmRows.h"
 #include "ui_frmText.h"
+#include "ui_frmValue.h"
 
 namespace tessel {
 
@@ -48,6 +49,7 @@ constexpr Entry forms[] = {
     {"frmRecords", &Make<QWidget, Ui::frmRecords>},
     {"frmRows", &Make<QWidget, Ui::frmRows>},
     {"frmText", &Make<QDialog, Ui::frmText>},
+    {"frmValue", &Make<QDialog, Ui::frmValue>},
     {"dlgAbout", &Make<QDialog, Ui::dlgAbout>},
     {"dlgAsync", &Make<QDialog, Ui::dlgAsync>},
     {"dlgCnAccess", &Make<QDialog, Ui::dlgCnAccess>},

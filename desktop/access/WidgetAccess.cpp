@@ -10,6 +10,8 @@
 #include "desktop/access/base/NativePlace.h"
 #include "desktop/access/base/StatusText.h"
 #include "desktop/access/cells/GridAccess.h"
+#include "desktop/controls/values/HexView.h"
+#include "desktop/controls/values/PictureView.h"
 #include "desktop/grid/cells/CellEditor.h"
 
 namespace tessel {
@@ -62,6 +64,8 @@ QAccessible::Role RoleOf(const QWidget& widget, QAccessible::Role plain) {
   if (IsStatus(widget)) return QAccessible::StatusBar;
   if (widget.inherits("tessel::MessageDialog")) return QAccessible::AlertMessage;
   if (qobject_cast<const QTextBrowser*>(&widget) != nullptr) return QAccessible::Document;
+  if (qobject_cast<const HexView*>(&widget) != nullptr) return QAccessible::Document;
+  if (qobject_cast<const PictureView*>(&widget) != nullptr) return QAccessible::Graphic;
   if (widget.isWindow() && plain == QAccessible::Client) return QAccessible::Window;
   return IsGroup(widget, plain) ? QAccessible::Grouping : plain;
 }

@@ -7,6 +7,8 @@
 #include "desktop/controls/QtTextBoxes.h"
 #include "desktop/controls/lists/QtListView.h"
 #include "desktop/controls/lists/QtLists.h"
+#include "desktop/controls/values/QtHexBox.h"
+#include "desktop/controls/values/QtImageBox.h"
 #include "desktop/editor/QtRichTextBox.h"
 #include "desktop/grid/QtDataGrid.h"
 #include "desktop/tree/QtTreeView.h"
@@ -34,6 +36,7 @@ using Maker = std::unique_ptr<Control> (*)(const ControlSite&);
 /// A class stands before those it derives from.
 constexpr Maker makers[] = {
     &As<QtRichTextBox, SqlEditor>,    &As<QtDataGrid, RecordGrid>,
+    &As<QtHexBox, HexView>,           &As<QtImageBox, PictureView>,
     &As<QtListView, QTreeWidget>,     &As<QtTreeView, QTreeView>,
     &As<QtListBox, QListView>,        &As<QtLinesBox, QPlainTextEdit>,
     &As<QtLineBox, QLineEdit>,        &As<QtComboBox, QComboBox>,

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QMainWindow>
 #include <QTest>
 #include <iostream>
@@ -10,11 +11,14 @@
 
 #include "contract/desktop/controls/Button.h"
 #include "contract/desktop/controls/DataGrid.h"
+#include "contract/desktop/controls/EditorBox.h"
 #include "contract/desktop/controls/Label.h"
 #include "contract/desktop/controls/ListControls.h"
 #include "contract/desktop/controls/ListView.h"
 #include "contract/desktop/controls/TextBox.h"
 #include "contract/desktop/controls/TreeView.h"
+#include "contract/desktop/controls/values/HexBox.h"
+#include "contract/desktop/controls/values/ImageBox.h"
 #include "desktop/QtDesktop.h"
 #include "desktop/base/Text.h"
 #include "desktop/dialogs/MessageDialog.h"
@@ -184,11 +188,50 @@ class Album {
     records->Find<DataGrid>("DataGrid").SetDataSource(nullptr);
   }
 
+  /// The window of a value as bytes, as a picture and as indented text.
+  void DrawValues() {
+    std::vector<std::byte> bytes(1000);
+    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<std::byte>(i * 7);
+    DrawValue("hexValue", "hex", [&](Window& window) {
+      auto& box = window.Find<HexBox>("hexValue");
+      box.SetSource([&] { return std::span<const std::byte>(bytes); });
+      box.Select(35, 20);
+      window.Find<Label>("lblValue").SetCaption("Binary, 1000 bytes; byte 54 (0x36), 20 selected");
+    });
+    QFile picture(QStringLiteral(":/icons/tessel.svg"));
+    const QByteArray drawing = picture.open(QIODevice::ReadOnly) ? picture.readAll() : QByteArray();
+    DrawValue("imgValue", "picture", [&](Window& window) {
+      window.Find<ImageBox>("imgValue").SetPicture(std::as_bytes(std::span(drawing)));
+      window.Find<Label>("lblValue").SetCaption("SVG picture");
+    });
+    DrawValue("txtValue", "json", [](Window& window) {
+      auto& text = window.Find<EditorBox>("txtValue");
+      text.SetSyntax(TextSyntax::Json);
+      text.SetText(
+          "{\n  \"name\": \"Ada\",\n  \"born\": 1815,\n  \"tags\": [\n    true,\n    null\n"
+          "  ]\n}");
+      window.Find<Label>("lblValue").SetCaption("JSON text, 60 bytes");
+    });
+  }
+
+  void DrawValue(const char* shown, const char* name, const std::function<void(Window&)>& fill) {
+    const auto window = desktop_.MakeWindow("frmValue");
+    window->SetCaption("orders.picture, row 3");
+    for (const char* box : {"hexValue", "imgValue", "txtValue"})
+      window->Find<Control>(box).SetVisible(std::string_view(box) == shown);
+    window->Show();
+    fill(*window);
+    QTest::qWait(300);
+    Save(AsQt(*window).Outer(), QStringLiteral("frmValue-") + QLatin1String(name));
+    window->Find<HexBox>("hexValue").SetSource(nullptr);
+  }
+
   void DrawDialogs() {
     Draw("frmText", [](Window& window) {
       window.SetBounds({0, 0, 9600, 6300});
       window.Find<RichTextBox>("txtText").SetText(sampleSql);
     });
+    DrawValues();
     Draw("dlgText", [](Window& window) {
       window.Find<Label>("lblPrompt").SetCaption("Table name:-");
       window.Find<TextBox>("txtText").SetText("orders");

@@ -8,6 +8,7 @@
 #include "tests/headless/HeadlessLists.h"
 #include "tests/headless/HeadlessText.h"
 #include "tests/headless/HeadlessTreeView.h"
+#include "tests/headless/HeadlessValues.h"
 
 namespace tessel::test {
 
@@ -38,6 +39,8 @@ std::unique_ptr<HeadlessControl> MakeControl(const FormWidget& widget, const Sur
                                                     around.container, around.group);
     case ControlKind::TextBox: return Make<HeadlessTextBox>(widget, around);
     case ControlKind::RichTextBox: return Make<HeadlessRichTextBox>(widget, around);
+    case ControlKind::HexBox: return Make<HeadlessHexBox>(widget, around);
+    case ControlKind::ImageBox: return Make<HeadlessImageBox>(widget, around);
     case ControlKind::ComboBox: return Make<HeadlessComboBox>(widget, around);
     case ControlKind::ListBox: return Make<HeadlessListBox>(widget, around);
     case ControlKind::ListView: return Make<HeadlessListView>(widget, around);

@@ -16,7 +16,7 @@ namespace tessel::test {
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, ControlKind>, 16> kinds{{
+constexpr std::array<std::pair<std::string_view, ControlKind>, 18> kinds{{
     {"QLabel", ControlKind::Label},
     {"QFrame", ControlKind::PictureBox},
     {"QGroupBox", ControlKind::PictureBox},
@@ -27,6 +27,8 @@ constexpr std::array<std::pair<std::string_view, ControlKind>, 16> kinds{{
     {"QLineEdit", ControlKind::TextBox},
     {"QPlainTextEdit", ControlKind::TextBox},
     {"QsciScintilla", ControlKind::RichTextBox},
+    {"tessel::HexView", ControlKind::HexBox},
+    {"tessel::PictureView", ControlKind::ImageBox},
     {"QComboBox", ControlKind::ComboBox},
     {"QListView", ControlKind::ListBox},
     {"QTreeWidget", ControlKind::ListView},

@@ -21,6 +21,8 @@ enum class ControlKind {
   OptionButton,
   TextBox,
   RichTextBox,
+  HexBox,
+  ImageBox,
   ComboBox,
   ListBox,
   ListView,

@@ -7,9 +7,10 @@ namespace tessel::test {
 
 std::vector<ContractCase> AllContractCases() {
   std::vector<ContractCase> all;
-  for (const auto part : {&ButtonContract, &TextContract, &EditorContract, &ListContract,
-                          &ListViewContract, &TreeContract, &GridContract, &GridEditingContract,
-                          &MenuContract, &KeyContract, &WindowContract, &DesktopContract})
+  for (const auto part :
+       {&ButtonContract, &TextContract, &EditorContract, &ValueContract, &ListContract,
+        &ListViewContract, &TreeContract, &GridContract, &GridEditingContract, &MenuContract,
+        &KeyContract, &WindowContract, &DesktopContract})
     std::ranges::move(part(), std::back_inserter(all));
   return all;
 }

@@ -99,6 +99,7 @@ std::string ContractCaseName(const Info& info) {
 [[nodiscard]] std::vector<ContractCase> ButtonContract();
 [[nodiscard]] std::vector<ContractCase> TextContract();
 [[nodiscard]] std::vector<ContractCase> EditorContract();
+[[nodiscard]] std::vector<ContractCase> ValueContract();
 [[nodiscard]] std::vector<ContractCase> ListContract();
 [[nodiscard]] std::vector<ContractCase> ListViewContract();
 [[nodiscard]] std::vector<ContractCase> TreeContract();
