@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "bench/BenchDesktop.h"
 #include "bench/PeakMemory.h"
 #include "contract/desktop/controls/TextBox.h"
-#include "desktop/QtDesktop.h"
 #include "logic/text/TextDocument.h"
 
 namespace tessel::bench {
@@ -21,10 +21,7 @@ namespace {
 
 /// A text window on the screen, if there is one.
 struct Viewer {
-  int argc = 1;
-  char name[7] = "Tessel";
-  char* argv[2] = {name, nullptr};
-  QtDesktop desktop{argc, argv};
+  QtDesktop& desktop = TheDesktop();
   std::unique_ptr<Window> window = desktop.MakeWindow("frmText");
   RichTextBox& box = window->Find<RichTextBox>("txtText");
 
@@ -42,7 +39,6 @@ struct Viewer {
 };
 
 Viewer& TheViewer() {
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
   static auto* viewer = new Viewer;
   return *viewer;
 }

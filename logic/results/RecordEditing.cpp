@@ -4,20 +4,11 @@
 
 #include "logic/results/RecordEditing.h"
 
-#include "logic/text/frmText.h"
-
 namespace tessel {
 
 namespace {
 
-constexpr int cellTextContext = 8602;
 constexpr int warningContext = 1304;
-constexpr int cellTextWidth = 9600;
-constexpr int cellTextHeight = 6300;
-constexpr const char* cellTextFilter =
-    "Common Files|*.txt;*.xml;*.html;*.htm|HTML Files (*.html,*.htm)|*.html;*.htm|"
-    "XML Files (*.xml)|*.xml";
-
 constexpr const char* saveQuestion = "Save the change to this record?";
 constexpr const char* uniqueRowsWarning =
     "The recordset properties indicate that the field values of a record may or may not identify "
@@ -41,7 +32,10 @@ RecordEditing::RecordEditing(const Global& global, dlgAsync& async, RecordsHost&
       cmdAccept_(window.Find<Button>("cmdAccept")),
       cmdReject_(window.Find<Button>("cmdReject")),
       lblWarning_(window.Find<Label>("lblWarning")),
-      focusRecords_(std::move(focusRecords)) {
+      focusRecords_(std::move(focusRecords)),
+      cells_(
+          global, host, dataGrid_, [this] { return CurrentCell(); },
+          [this] { ShowEditButtonsUnlessNew(); }) {
   chkLock_.Click = [this] { chkLock_Click(); };
   cmdAccept_.Click = [this] { cmdAccept_Click(); };
   cmdReject_.Click = [this] { cmdReject_Click(); };
@@ -110,13 +104,30 @@ void RecordEditing::ShowEditButtonsUnlessNew() {
 }
 
 void RecordEditing::DataGrid_RowColChange() {
-  if (!dataGrid_.ChangePending()) ShowEditButtons(false);
+  if (!ChangePending()) ShowEditButtons(false);
+}
+
+/// A text that is being typed counts, in the grid or beside it.
+bool RecordEditing::ChangePending() const {
+  return dataGrid_.ChangePending() || (fields_ != nullptr && fields_->ChangePending());
+}
+
+/// The one in which a text is being typed; null: none.
+DataGrid* RecordEditing::GridBeingEdited() {
+  if (dataGrid_.EditActive()) return &dataGrid_;
+  return fields_ != nullptr && fields_->EditActive() ? fields_ : nullptr;
+}
+
+/// A text that could not become a value is there to be typed anew.
+void RecordEditing::FocusEdited() {
+  if (fields_ != nullptr && fields_->EditActive()) fields_->SetFocus();
+  else focusRecords_();
 }
 
 void RecordEditing::cmdAccept_Click() {
   cmdAccept_.SetFocus();
   Write();
-  focusRecords_();
+  FocusEdited();
 }
 
 void RecordEditing::cmdReject_Click() {
@@ -142,6 +153,7 @@ bool RecordEditing::Write() {
   bool written = false;
   TryTo([&] {
     dataGrid_.EndEdit();
+    if (fields_ != nullptr) fields_->EndEdit();
     written = async_.Run(rows->StartUpdate(), "Saving the record...", writesAsync_);
   });
   if (dataGrid_.DataSource() != rows || !written) return false;
@@ -155,6 +167,7 @@ bool RecordEditing::DropChange() {
   if (rows == nullptr) return true;
   const bool dropped = TryTo([&] {
     dataGrid_.DropEdit();
+    if (fields_ != nullptr) fields_->DropEdit();
     if (rows->Editing() != EditMode::None) rows->CancelUpdate();
     dataGrid_.Refresh();
   });
@@ -165,7 +178,7 @@ bool RecordEditing::DropChange() {
 /// The record that is asked about is to be seen. What the user lets go of stays until the rows go:
 /// the flow may be stopped yet.
 bool RecordEditing::MayLeaveRows() {
-  if (dataGrid_.DataSource() == nullptr || !dataGrid_.ChangePending()) return true;
+  if (dataGrid_.DataSource() == nullptr || !ChangePending()) return true;
   if (!window_.Active()) window_.Activate();
   const MessageResult answer = help_.Ask(
       {saveQuestion, MessageButtons::YesNoCancel, MessageIcon::Question}, helpContext::question);
@@ -175,33 +188,27 @@ bool RecordEditing::MayLeaveRows() {
 
 /// What was typed into the cell first, then the change of the whole row.
 bool RecordEditing::TakeBack() {
-  if (!dataGrid_.EditActive() && !dataGrid_.ChangePending()) return false;
-  if (!dataGrid_.EditActive()) {
+  DataGrid* edited = GridBeingEdited();
+  if (edited == nullptr && !ChangePending()) return false;
+  if (edited == nullptr) {
     DropChange();
     return true;
   }
-  dataGrid_.DropEdit();
-  if (!dataGrid_.ChangePending()) ShowEditButtons(false);
+  edited->DropEdit();
+  if (!ChangePending()) ShowEditButtons(false);
   return true;
 }
 
 // --- keys of the grid ----------------------------------------------------------------------------
 
 bool RecordEditing::HandleGridKey(int keyCode, int shift) {
-  if (shift == shiftState::none) return HandlePlainKey(keyCode);
-  return shift == shiftState::ctrl && HandleControlKey(keyCode);
+  if (shift == shiftState::none && HandlePlainKey(keyCode)) return true;
+  return cells_.TakeKey(keyCode, shift);
 }
 
 bool RecordEditing::HandlePlainKey(int keyCode) {
   switch (keyCode) {
     case key::f1: help_.ShowHelpTopic(window_.HelpContext()); return true;
-    case key::f2:
-      if (dataGrid_.AllowUpdate()) dataGrid_.EditCell();
-      return true;
-    case key::f3: ViewCell(); return true;
-    case key::f4:
-      if (dataGrid_.AllowUpdate()) EditCellInWindow();
-      return true;
     case key::f8: host_.mnuWindowSidebar_Click(); return true;
     case key::escape: return TakeBack();
     case key::del: return DeleteSelected();
@@ -209,60 +216,17 @@ bool RecordEditing::HandlePlainKey(int keyCode) {
   }
 }
 
-bool RecordEditing::HandleControlKey(int keyCode) {
-  switch (keyCode) {
-    case 'A': dataGrid_.SelectCellText(); return true;
-    case '0': EnterNull(); return true;
-    default: return false;
-  }
-}
-
-void RecordEditing::EnterNull() {
-  if (dataGrid_.CanEditCell()) TryTo([&] { dataGrid_.SetCellValue(Value()); });
-}
-
-void RecordEditing::ViewCell() {
-  std::string text = dataGrid_.CellText();
-  ShowCellText(text, false);
-}
-
-/// Nothing is offered for editing that could not be written.
-void RecordEditing::EditCellInWindow() {
-  const std::shared_ptr<Recordset> rows = dataGrid_.DataSource();
-  const int column = dataGrid_.CurrentColumn();
-  if (rows == nullptr || column < 0) return;
-  if (const auto reason = rows->WhyNotChangeable())
-    return help_.Show(reason->description, MessageIcon::Exclamation);
-  if (!rows->Fields()[static_cast<std::size_t>(column)].updatable) return ViewCell();
-  EditCellInWindow(rows);
-}
-
-/// A text confirmed as it was changes nothing: a null stays one.
-void RecordEditing::EditCellInWindow(const std::shared_ptr<Recordset>& rows) {
-  const std::string before = dataGrid_.CellText();
-  std::string text = before;
-  if (!ShowCellText(text, true) || text == before || dataGrid_.DataSource() != rows) return;
-  if (TryTo([&] { dataGrid_.SetCellText(text); })) ShowEditButtonsUnlessNew();
-}
-
 /// "Orders.Note, row 3"; without the table when the column comes from none.
-std::string RecordEditing::CellName() const {
+CellCommands::Cell RecordEditing::CurrentCell() const {
   const std::shared_ptr<Recordset> rows = dataGrid_.DataSource();
   const int column = dataGrid_.CurrentColumn();
   if (rows == nullptr || column < 0) return {};
   const FieldInfo& field = rows->Fields().at(static_cast<std::size_t>(column));
-  const std::string table = field.baseTable.empty() ? "" : field.baseTable + ".";
-  const std::string cell = table + field.name + ", ";
-  if (dataGrid_.OnNewRow()) return cell + "new row";
-  if (rows->Bof() || rows->Eof()) return table + field.name;
+  const std::string name = (field.baseTable.empty() ? "" : field.baseTable + ".") + field.name;
+  if (dataGrid_.OnNewRow()) return {&field, name + ", new row"};
+  if (rows->Bof() || rows->Eof()) return {&field, name};
   const auto position = rows->PositionOf(rows->CurrentBookmark());
-  return cell + "row " + std::to_string(position.value_or(0) + 1);
-}
-
-bool RecordEditing::ShowCellText(std::string& text, bool editable) {
-  return ShowText(
-      global_, host_, text,
-      {cellTextContext, cellTextFilter, cellTextWidth, cellTextHeight, editable, true, CellName()});
+  return {&field, name + ", row " + std::to_string(position.value_or(0) + 1)};
 }
 
 // --- deleting ------------------------------------------------------------------------------------
@@ -295,7 +259,7 @@ void RecordEditing::AskToDelete(const std::vector<Bookmark>& rows) {
 /// One by one, up to the first that cannot be deleted. A change that is pending is written first.
 void RecordEditing::DeleteRows(const std::vector<Bookmark>& rows) {
   const std::shared_ptr<Recordset> source = dataGrid_.DataSource();
-  if (dataGrid_.ChangePending() && !Write()) return;
+  if (!LeaveRecord()) return;
   TryTo([&] {
     for (const Bookmark row : rows) {
       source->MoveTo(row);

@@ -10,6 +10,7 @@
 #include "logic/program/Help.h"
 #include "logic/program/dlgAsync.h"
 #include "logic/results/RecordsHost.h"
+#include "logic/results/values/CellCommands.h"
 
 namespace tessel {
 
@@ -40,6 +41,13 @@ class RecordEditing {
   /// Drops a change that is pending; false when it could not be, which has been shown.
   bool DropChange();
 
+  /// The record is edited in that grid too, which shows its fields; it outlives this object.
+  void AlsoEditedIn(DataGrid& fields) { fields_ = &fields; }
+  /// Writes what is pending, if anything is; false when it stays, which has been shown.
+  [[nodiscard]] bool LeaveRecord() { return !ChangePending() || Write(); }
+  /// Drops what is being typed, else what is pending in the record; false when there is nothing.
+  bool TakeBack();
+
   void ShowEditButtons(bool visible);
   /// On the row of a new record there are none: it is written when the user goes on.
   void ShowEditButtonsUnlessNew();
@@ -60,15 +68,11 @@ class RecordEditing {
   void AskToDelete(const std::vector<Bookmark>& rows);
   void DataGrid_RowColChange();
 
+  [[nodiscard]] bool ChangePending() const;
+  [[nodiscard]] DataGrid* GridBeingEdited();
+  void FocusEdited();
   bool HandlePlainKey(int keyCode);
-  bool HandleControlKey(int keyCode);
-  bool TakeBack();
-  void EnterNull();
-  void ViewCell();
-  void EditCellInWindow();
-  void EditCellInWindow(const std::shared_ptr<Recordset>& rows);
-  bool ShowCellText(std::string& text, bool editable);
-  [[nodiscard]] std::string CellName() const;
+  [[nodiscard]] CellCommands::Cell CurrentCell() const;
   bool Write();
   bool DeleteSelected();
   void DeleteRows(const std::vector<Bookmark>& rows);
@@ -84,6 +88,8 @@ class RecordEditing {
   Button& cmdReject_;
   Label& lblWarning_;
   std::function<void()> focusRecords_;
+  CellCommands cells_;
+  DataGrid* fields_ = nullptr;  ///< Where the record is edited beside the grid; null: nowhere.
   bool locked_ = true;
   bool writesAsync_ = false;
 };

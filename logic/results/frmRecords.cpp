@@ -66,6 +66,7 @@ frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
           [this](const std::string& text) { SetStatus(text, statusColor::records); },
           [&host] { return host.RowsOfAll(); }),
       results_(*window_, [this](const auto& rows) { return ShowOtherResult(rows); }),
+      side_(global, host, *window_, OwnerOfPanes()),
       keyMenu_(*window_, [this](int keyCode, int shift) {
         return HandleKey(keyCode, shift) || editing_.HandleGridKey(keyCode, shift);
       }) {
@@ -83,6 +84,7 @@ void frmRecords::Form_Load() {
   mCn_ = global_.Data().CreateConnection();
   mCn_->TransactionChanged = [this] { ShowTransaction(); };
   WireControls();
+  editing_.AlsoEditedIn(side_.Fields());
   WireFrameCommands(*window_, host_);
   WireZoomReset(*window_, dataGrid_);
   Form_Resize();
@@ -102,9 +104,18 @@ void frmRecords::WireControls() {
   cboCatalog_.Click = [this] { cboCatalog_Click(); };
   chkRecords_.Click = [this] { chkRecords_Click(); };
   chkTakesPart_.Click = [this] { ShowMarks(); };
-  dataGrid_.RowsChange = [this] { ShowRow(); };
+  dataGrid_.RowsChange = [this] {
+    ShowRow();
+    side_.Follow(RowText(dataGrid_));
+  };
   dataGrid_.KeyDown = [this](KeyEvent& event) { DataGrid_KeyDown(event); };
   dataGrid_.KeyUp = [this](KeyEvent& event) { DataGrid_KeyUp(event); };
+}
+
+PaneOwner frmRecords::OwnerOfPanes() {
+  return {[this] { return editing_.LeaveRecord(); },
+          [this] { editing_.ShowEditButtonsUnlessNew(); }, [this] { return editing_.TakeBack(); },
+          [this] { FocusRecords(); }, [this] { Form_Resize(); }};
 }
 
 /// What would be lost is asked about first: the change, which may become part of the transaction,

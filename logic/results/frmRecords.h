@@ -25,6 +25,7 @@
 #include "logic/results/commands/KeyMenu.h"
 #include "logic/results/conversions/RecordConversion.h"
 #include "logic/results/export/ExportCommand.h"
+#include "logic/results/panes/SidePane.h"
 #include "logic/results/runs/OpenTransaction.h"
 #include "logic/results/runs/QueryHistory.h"
 #include "logic/results/runs/ResultChoice.h"
@@ -137,6 +138,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   void Form_Resize();
   void PlaceGrid(int width, int height);
   void ShowRow();
+  [[nodiscard]] PaneOwner OwnerOfPanes();
   void Form_KeyDown(KeyEvent& event);
   bool HandleKey(int keyCode, int shift);
   bool HandleControlKey(int keyCode);
@@ -223,6 +225,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   RecordConversion conversion_;
   ExportCommand export_;
   ResultChoice results_;
+  SidePane side_;
   KeyMenu keyMenu_;
 
   int windowID_ = -1;

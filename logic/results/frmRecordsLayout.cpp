@@ -52,11 +52,12 @@ void frmRecords::Form_Resize() {
 /// The grid fills what is left below the status line, and below the warning when it shows.
 void frmRecords::PlaceGrid(int width, int height) {
   const int top = lowered_ + (lblWarning_.Visible() ? gridTopWithWarning : gridTop);
-  dataGrid_.SetBounds({margin, top, width - 2 * margin, std::max(height - margin - top, 0)});
+  dataGrid_.SetBounds(
+      side_.Place({margin, top, width - 2 * margin, std::max(height - margin - top, 0)}));
 }
 
 void frmRecords::Form_KeyDown(KeyEvent& event) {
-  event.handled = HandleKey(event.keyCode, event.shift);
+  event.handled = side_.TakeKey(event) || HandleKey(event.keyCode, event.shift);
 }
 
 /// The window has had the key before.
@@ -70,6 +71,7 @@ void frmRecords::DataGrid_KeyUp(KeyEvent& event) {
 }
 
 bool frmRecords::HandleKey(int keyCode, int shift) {
+  if (side_.TakeCommand(keyCode, shift)) return true;
   if (host_.HandleFrameKey(keyCode, shift) || history_.HandleKey(keyCode, shift)) return true;
   switch (shift) {
     case shiftState::none: return HandlePlainKey(keyCode);

@@ -26,6 +26,8 @@ constexpr Entry entries[] = {
     {"mnuRowsNull", '0', ctrl, "DataGrid"},
     {"mnuRowsView", key::f3, none, "DataGrid"},
     {"mnuRowsEdit", key::f4, none, "DataGrid"},
+    {"mnuRowsRecord", 'R', ctrl | shift, "DataGrid"},
+    {"mnuRowsValue", 'V', ctrl | shift, "DataGrid"},
     {"mnuRowsWarning", 'W', ctrl | alt, "lblWarning"},
     {"mnuQueryAgain", key::f5, none, "cmdRequery"},
     {"mnuQueryAgainTags", key::f5, ctrl, "cmdRequeryTags"},

@@ -103,14 +103,17 @@ const FormTexts records{
      {"menuBLOB", "BLOB"},
      {"mnuBLOBSave", "&Save to file..."},
      {"mnuBLOBLoad", "&Load from file..."},
-     {"mnuBLOBNull", "&NULL"}},
+     {"mnuBLOBNull", "&NULL"},
+     {"mnuRowsRecord", "&Record as Form\tCtrl+Shift+R"},
+     {"mnuRowsValue", "&Look into Value\tCtrl+Shift+V"}},
     {{"chkLock", "Click to make records editable on subsequent queries (Ctrl+L)"}}};
 
 const FormTexts text{"frmText",
                      {{"cmdOpen", "Open..."},
                       {"cmdSave", "Save..."},
                       {"cmdCopy", "Copy"},
-                      {"chkWordWrap", "Word Wrap"}},
+                      {"chkWordWrap", "Word Wrap"},
+                      {"chkIndented", "&Indented"}},
                      {}};
 
 const FormTexts connect{
