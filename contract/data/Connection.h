@@ -20,9 +20,10 @@ class LoadOperation;
 struct LoadRequest;
 
 /// Schema rowsets that Connection::StartSchema reads, each with its fields in their order. Names of
-/// fields and the order of the restrictions are the classic ones. ORDINAL_POSITION and DATA_TYPE (a
-/// number of DataType) are whole numbers, IS_NULLABLE and NEEDS_SCHEMA booleans, all others text;
-/// what a database does not have, such as schemas, is null.
+/// fields and the order of the restrictions are the classic ones. ORDINAL_POSITION, ORDINAL and
+/// DATA_TYPE (a number of DataType) are whole numbers, IS_NULLABLE, UNIQUE and NEEDS_SCHEMA
+/// booleans, all others text; what a database does not have, such as schemas, is null. Those behind
+/// Tables are known to the databases that are spoken to without ODBC.
 enum class SchemaRowset {
   Catalogs = 1,  ///< CATALOG_NAME, DESCRIPTION. Restrictions: CATALOG_NAME.
   Columns = 4,   ///< TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, COLUMN_NAME, ORDINAL_POSITION (from
@@ -32,6 +33,26 @@ enum class SchemaRowset {
                  ///< TABLE"), DESCRIPTION, NEEDS_SCHEMA (SQL finds the table only with its schema,
                  ///< or else its catalog, in front). Restrictions: TABLE_CATALOG, TABLE_SCHEMA,
                  ///< TABLE_NAME, TABLE_TYPE.
+  Indexes = 12,  ///< A row for each column of an index, by table, index and place: TABLE_CATALOG,
+                 ///< TABLE_SCHEMA, TABLE_NAME, INDEX_NAME, UNIQUE, ORDINAL_POSITION (from 1),
+                 ///< COLUMN_NAME (of an expression its text, where that is told). Restrictions:
+                 ///< TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME.
+  Procedures = 16,   ///< PROCEDURE_CATALOG, PROCEDURE_SCHEMA, PROCEDURE_NAME (where several may
+                     ///< bear one name, with the types of its arguments in parentheses),
+                     ///< PROCEDURE_TYPE ("FUNCTION", "PROCEDURE"). Restrictions: the same.
+  ForeignKeys = 27,  ///< A row for each column of a key, by table, key and place: PK_TABLE_CATALOG,
+                     ///< PK_TABLE_SCHEMA, PK_TABLE_NAME, PK_COLUMN_NAME, FK_TABLE_CATALOG,
+                     ///< FK_TABLE_SCHEMA, FK_TABLE_NAME, FK_COLUMN_NAME, ORDINAL (from 1), FK_NAME
+                     ///< (one of its own in its table). Restrictions: PK_TABLE_CATALOG,
+                     ///< PK_TABLE_SCHEMA, PK_TABLE_NAME, FK_TABLE_CATALOG, FK_TABLE_SCHEMA,
+                     ///< FK_TABLE_NAME.
+  PrimaryKeys = 28,  ///< TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, COLUMN_NAME, ORDINAL (from 1).
+                     ///< Restrictions: TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME.
+  Definitions = 1001  ///< One row, of the object that the restrictions name, all but the first two
+                      ///< of which have to be given; none where there is no such object. The SQL
+                      ///< that makes it: OBJECT_NAME, DEFINITION. Restrictions: OBJECT_CATALOG,
+                      ///< OBJECT_SCHEMA, OBJECT_NAME, OBJECT_TYPE ("TABLE", "VIEW", "INDEX",
+                      ///< "FUNCTION", "PROCEDURE"), TABLE_NAME (of an index).
 };
 
 /// One session with one database. UI thread only, except where said.

@@ -10,6 +10,12 @@
 
 namespace tessel {
 
+/// Whether a rowset tells how tables are built and hang together: keys, indexes, routines,
+/// definitions. Those are read apart from the lists of tables and columns.
+[[nodiscard]] bool TellsStructure(SchemaRowset kind);
+/// Raises Error(notSupported): `provider` has no such rowset.
+[[noreturn]] void RaiseNoRowset(const std::string& provider);
+
 /// A schema rowset that is asked for; `restrictions` as of Connection::StartSchema.
 struct SchemaRequest {
   SchemaRowset schema = SchemaRowset::Tables;
@@ -42,6 +48,48 @@ struct SchemaColumn {
   bool needsSchema = false;  ///< As of its table.
 };
 
+/// One row of SchemaRowset::PrimaryKeys.
+struct SchemaKeyColumn {
+  OptionalText catalog;
+  OptionalText schema;
+  std::string table;
+  std::string column;
+  std::int64_t ordinal = 0;  ///< From 1.
+};
+
+/// One row of SchemaRowset::ForeignKeys: `column` refers to `toColumn`.
+struct SchemaForeignColumn {
+  OptionalText catalog;
+  OptionalText schema;
+  std::string table;
+  std::string column;
+  OptionalText toCatalog;
+  OptionalText toSchema;
+  std::string toTable;
+  OptionalText toColumn;
+  std::int64_t ordinal = 0;  ///< From 1.
+  std::string key;
+};
+
+/// One row of SchemaRowset::Indexes.
+struct SchemaIndexColumn {
+  OptionalText catalog;
+  OptionalText schema;
+  std::string table;
+  std::string index;
+  bool unique = false;
+  std::int64_t ordinal = 0;  ///< From 1.
+  OptionalText column;
+};
+
+/// One row of SchemaRowset::Procedures.
+struct SchemaRoutine {
+  OptionalText catalog;
+  OptionalText schema;
+  std::string name;
+  std::string type;  ///< "FUNCTION" or "PROCEDURE".
+};
+
 /// Collects the rows of one schema rowset and leaves out those that the restrictions exclude.
 class SchemaRows {
  public:
@@ -57,6 +105,12 @@ class SchemaRows {
   void AddCatalog(const std::string& name, const OptionalText& description);
   void AddTable(const SchemaTable& table);
   void AddColumn(const SchemaColumn& column);
+  void AddKeyColumn(const SchemaKeyColumn& column);
+  void AddForeignColumn(const SchemaForeignColumn& column);
+  void AddIndexColumn(const SchemaIndexColumn& column);
+  void AddRoutine(const SchemaRoutine& routine);
+  /// The object's name is that of the restrictions.
+  void AddDefinition(const std::string& definition);
 
   [[nodiscard]] RowSink& Sink() { return sink_; }
 

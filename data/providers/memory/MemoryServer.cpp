@@ -211,6 +211,21 @@ void MemoryServer::ReadSchema(SchemaRows& rows) const {
     if (rows.Kind() == SchemaRowset::Columns) AddColumns(rows, table);
     if (rows.Kind() == SchemaRowset::Tables) AddTable(rows, table);
   }
+  ReadStructure(rows);
+}
+
+void MemoryServer::ReadStructure(SchemaRows& rows) const {
+  if (rows.Kind() == SchemaRowset::PrimaryKeys)
+    for (const SchemaKeyColumn& column : primaryKeys) rows.AddKeyColumn(column);
+  if (rows.Kind() == SchemaRowset::ForeignKeys)
+    for (const SchemaForeignColumn& column : foreignKeys) rows.AddForeignColumn(column);
+  if (rows.Kind() == SchemaRowset::Indexes)
+    for (const SchemaIndexColumn& column : indexes) rows.AddIndexColumn(column);
+  if (rows.Kind() == SchemaRowset::Procedures)
+    for (const SchemaRoutine& routine : routines) rows.AddRoutine(routine);
+  if (rows.Kind() != SchemaRowset::Definitions) return;
+  const auto found = definitions.find(rows.Restriction(3) + " " + rows.Restriction(2));
+  if (found != definitions.end()) rows.AddDefinition(found->second);
 }
 
 std::string MemoryServer::FindCatalog(const std::string& name) const {

@@ -108,6 +108,11 @@ class MemoryServer {
   std::string defaultDatabase;
   std::vector<std::string> catalogs;
   std::vector<MemoryTable> tables;
+  std::vector<SchemaKeyColumn> primaryKeys;
+  std::vector<SchemaForeignColumn> foreignKeys;
+  std::vector<SchemaIndexColumn> indexes;
+  std::vector<SchemaRoutine> routines;
+  std::map<std::string, std::string> definitions;  ///< By "VIEW name" and the like.
   /// Of an open connection; "Data Source Object Threading Model" is 1 at first.
   Properties properties;
   /// Whether a catalog may be named in [brackets].
@@ -139,6 +144,7 @@ class MemoryServer {
   };
 
   MemoryResult& Add(const std::string& sql, MemoryResult result);
+  void ReadStructure(SchemaRows& rows) const;
 
   std::map<std::string, Answers> answers_;
   int tables_ = 0;

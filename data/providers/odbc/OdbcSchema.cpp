@@ -208,6 +208,7 @@ void ReadSchemaRows(const Dbc& dbc, const DriverProfile& profile, CancelSwitch& 
     case SchemaRowset::Catalogs: return reader.Catalogs();
     case SchemaRowset::Columns: return reader.Columns();
     case SchemaRowset::Tables: return reader.Tables();
+    default: RaiseNoRowset("ODBC");
   }
 }
 

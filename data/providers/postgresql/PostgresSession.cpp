@@ -10,6 +10,7 @@
 #include "data/providers/postgresql/PostgresProperties.h"
 #include "data/providers/postgresql/PostgresQuery.h"
 #include "data/providers/postgresql/PostgresSchema.h"
+#include "data/providers/postgresql/PostgresStructure.h"
 #include "data/providers/postgresql/PostgresTables.h"
 #include "data/providers/postgresql/client/PostgresMessages.h"
 #include "data/providers/text/CommandText.h"
@@ -316,7 +317,8 @@ void PostgresSession::SetCatalog(const std::string& name, WorkContext& context) 
 void PostgresSession::ReadSchema(SchemaRows& rows, WorkContext& context) {
   const CancelSwitch::On scope(cancel_, CancelSender());
   try {
-    ReadPostgresSchema(*connection_, rows);
+    if (TellsStructure(rows.Kind())) ReadPostgresStructure(*connection_, rows);
+    else ReadPostgresSchema(*connection_, rows);
   } catch (const Error& error) {
     if (context.StopAsked() && error.Info().sqlState == queryCanceled) throw CancelledError();
     throw;

@@ -85,6 +85,7 @@ void ReadSqliteSchema(SqliteDatabase& database, SchemaRows& rows, WorkContext& c
     case SchemaRowset::Catalogs: return ReadCatalogs(database, rows);
     case SchemaRowset::Tables: return ReadTables(database, rows);
     case SchemaRowset::Columns: return ReadColumns(database, rows, context);
+    default: RaiseNoRowset("SQLite");
   }
 }
 

@@ -10,6 +10,7 @@
 #include "data/changes/WriteDialects.h"
 #include "data/providers/sqlite/SqliteFile.h"
 #include "data/providers/sqlite/SqliteSchema.h"
+#include "data/providers/sqlite/SqliteStructure.h"
 #include "data/providers/text/CommandText.h"
 
 namespace tessel {
@@ -260,7 +261,8 @@ void SqliteSession::SetCatalog(const std::string& /*name*/, WorkContext& /*conte
 void SqliteSession::ReadSchema(SchemaRows& rows, WorkContext& context) {
   const Cancellable scope(*this, context);
   try {
-    ReadSqliteSchema(*database_, rows, context);
+    if (TellsStructure(rows.Kind())) ReadSqliteStructure(*database_, rows);
+    else ReadSqliteSchema(*database_, rows, context);
   } catch (const Error& error) {
     throw AsCancelled(error, context);
   }

@@ -111,6 +111,64 @@ TEST_P(SchemaBodies, NamesThatNeedQuotesAreWrittenAsTheDatabaseTakesThem) {
   }
 }
 
+TEST_P(SchemaBodies, KeysAndIndexesOfATableAreTold) {
+  if (!Db().Traits().structure) GTEST_SKIP() << "its driver tells no structure";
+  const auto connection = Connect();
+  const std::string key = Db().KeyType();
+  const ScratchTable to(connection, "id " + key + ", v integer");
+  const ScratchTable from(connection, "id " + key + ", to_id integer, v integer, " +
+                                          "foreign key (to_id) references " + to.Name() + " (id)");
+  Run(*connection, "create unique index i_" + from.Name() + " on " + from.Name() + " (v, to_id)");
+  const auto keys = ReadSchema(*connection, SchemaRowset::PrimaryKeys, {"", "", from.Name()});
+  EXPECT_THAT(TextsOf(*keys, 3), ElementsAre("id"));
+  EXPECT_THAT(TextsOf(*keys, 4), ElementsAre("1"));
+  const auto foreign =
+      ReadSchema(*connection, SchemaRowset::ForeignKeys, {"", "", "", "", "", from.Name()});
+  EXPECT_THAT(TextsOf(*foreign, 2), ElementsAre(to.Name()));
+  EXPECT_THAT(TextsOf(*foreign, 3), ElementsAre("id"));
+  EXPECT_THAT(TextsOf(*foreign, 6), ElementsAre(from.Name()));
+  EXPECT_THAT(TextsOf(*foreign, 7), ElementsAre("to_id"));
+  const auto indexes = ReadSchema(*connection, SchemaRowset::Indexes, {"", "", from.Name()});
+  std::vector<std::string> told;
+  for (std::int64_t row = 0; row < indexes->RecordCount(); ++row)
+    if (ToText(indexes->ValueAt(row, 3)) == "i_" + from.Name())
+      told.push_back(ToText(indexes->ValueAt(row, 4)) + ToText(indexes->ValueAt(row, 5)) +
+                     ToText(indexes->ValueAt(row, 6)));
+  EXPECT_THAT(told, ElementsAre("True1v", "True2to_id"));
+  Run(*connection, "drop table " + from.Name());
+}
+
+TEST_P(SchemaBodies, DefinitionsMakeTheSameObjectAgain) {
+  if (!Db().Traits().structure) GTEST_SKIP() << "its driver tells no structure";
+  const auto connection = Connect();
+  const ScratchTable table(connection, "id " + Db().KeyType() + ", v integer not null, w integer");
+  const std::string view = "view_of_" + table.Name();
+  const std::string index = "index_of_" + table.Name();
+  Run(*connection, "create view " + view + " as select v from " + table.Name());
+  Run(*connection, "create index " + index + " on " + table.Name() + " (w)");
+  const auto definition = [&](const std::string& name, const std::string& type) {
+    const auto rows =
+        ReadSchema(*connection, SchemaRowset::Definitions, {"", "", name, type, table.Name()});
+    return rows->RecordCount() == 1 ? ToText(rows->ValueAt(0, 1)) : "";
+  };
+  const std::string ofView = definition(view, "VIEW");
+  const std::string ofIndex = definition(index, "INDEX");
+  const std::string ofTable = definition(table.Name(), "TABLE");
+  EXPECT_EQ(definition("there_is_none", "INDEX"), "");
+  Run(*connection, "drop view " + view);
+  Run(*connection, "drop table " + table.Name());
+  Run(*connection, ofTable);
+  Run(*connection, ofView);
+  const auto columns = ReadSchema(*connection, SchemaRowset::Columns, {"", "", table.Name()});
+  EXPECT_THAT(TextsOf(*columns, 3), ElementsAre("id", "v", "w"));
+  EXPECT_EQ(TextsOf(*columns, 5)[1], "False");
+  EXPECT_EQ(
+      ReadSchema(*connection, SchemaRowset::PrimaryKeys, {"", "", table.Name()})->RecordCount(), 1);
+  EXPECT_EQ(definition(view, "VIEW"), ofView);
+  EXPECT_EQ(definition(index, "INDEX"), ofIndex) << "it stands with its table";
+  Run(*connection, "drop view " + view);
+}
+
 TEST_P(SchemaBodies, AWrongCatalogIsRefusedAndTheOldOneKept) {
   const auto connection = Connect();
   const std::string before = connection->DefaultDatabase();

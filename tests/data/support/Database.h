@@ -36,6 +36,7 @@ struct DatabaseTraits {
   bool hasServer = true;            ///< It can be ended while a connection is open.
   bool tellsTransaction = true;     ///< What the user's own transaction is like.
   bool tellsRefusedColumn = true;   ///< Of a row that is loaded and refused.
+  bool structure = true;            ///< Keys, indexes and definitions are told.
   bool syntaxErrorHasState = true;  ///< An error carries SQLSTATE or a native code.
   /// How many times longer than usual it is waited for after a cancel: what stands between takes
   /// its time on a busy machine.

@@ -23,7 +23,8 @@ class OdbcDatabase : public Sql {
     return {.tellsFailedStatement = false,
             .rowsBeforeLast = false,
             .holdsLongValues = false,
-            .tellsRefusedColumn = false};
+            .tellsRefusedColumn = false,
+            .structure = false};
   }
   [[nodiscard]] std::string FailsAfter(std::int64_t /*goodRows*/) const override { return {}; }
 };
@@ -35,7 +36,8 @@ class PostgresOdbc : public OdbcDatabase<PostgresSql> {
             .tellsFailedStatement = false,
             .rowsBeforeLast = false,
             .holdsLongValues = false,
-            .tellsRefusedColumn = false};
+            .tellsRefusedColumn = false,
+            .structure = false};
   }
   [[nodiscard]] std::string ConnectionString() const override { return PostgresString(); }
   [[nodiscard]] std::string BadConnectionString() const override {
@@ -132,7 +134,8 @@ class SqliteOdbc : public OdbcDatabase<Database> {
             .holdsLongValues = false,
             .hasServer = false,
             .tellsTransaction = false,
-            .tellsRefusedColumn = false};
+            .tellsRefusedColumn = false,
+            .structure = false};
   }
   [[nodiscard]] std::string ConnectionString() const override { return SqliteString("shared.db"); }
   [[nodiscard]] std::string BadConnectionString() const override {
