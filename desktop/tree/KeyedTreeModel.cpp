@@ -1,6 +1,7 @@
 #include "desktop/tree/KeyedTreeModel.h"
 
 #include <QGuiApplication>
+#include <algorithm>
 
 #include "contract/base/Error.h"
 #include "desktop/base/Text.h"
@@ -18,12 +19,24 @@ std::vector<std::string> OfChildren(const KeyedNode& parent, std::string_view Ke
   return texts;
 }
 
+/// What stands behind the others, such as the indexes of a table, is not counted with them.
+int CountedChildren(const KeyedNode& node) {
+  if (node.children.empty()) return 0;
+  const int image = node.children.front()->image;
+  return static_cast<int>(std::ranges::count(node.children, image, &KeyedNode::image));
+}
+
 }  // namespace
 
 KeyedTreeModel::KeyedTreeModel(QObject* parent)
     : QAbstractItemModel(parent),
-      icons_{QIcon(), NamedIcon("tessel-database"), NamedIcon("tessel-table"),
-             NamedIcon("tessel-field")} {}
+      icons_{QIcon(),
+             NamedIcon("tessel-database"),
+             NamedIcon("tessel-table"),
+             NamedIcon("tessel-field"),
+             NamedIcon("tessel-view"),
+             NamedIcon("tessel-index"),
+             NamedIcon("tessel-routine")} {}
 
 int KeyedTreeModel::Append(std::string_view parentKey, const std::vector<TreeNode>& nodes) {
   KeyedNode& parent = At(parentKey);
@@ -90,6 +103,19 @@ QVariant KeyedTreeModel::MarkOf(const KeyedNode& node) const {
                                : QVariant(ToQColor(found->second, QGuiApplication::palette()));
 }
 
+NodeNote KeyedTreeModel::NoteOf(const KeyedNode& node) const {
+  NodeNote note;
+  if (noted) noted(std::string(node.key), note);
+  return note;
+}
+
+/// Below the name, which may be cut where it stands in the tree.
+QVariant KeyedTreeModel::ToolTipOf(const KeyedNode& node) const {
+  const std::string text = NoteOf(node).toolTip;
+  if (text.empty()) return {};
+  return AsPlainToolTip(std::string(node.text) + "\n" + text);
+}
+
 QModelIndex KeyedTreeModel::IndexOf(std::string_view key) const { return IndexOf(At(key)); }
 
 std::string KeyedTreeModel::KeyOf(const QModelIndex& index) const {
@@ -120,8 +146,12 @@ QVariant KeyedTreeModel::data(const QModelIndex& index, int role) const {
       if (!node.checkBox) return {};
       return node.checked ? Qt::Checked : Qt::Unchecked;
     case Qt::DecorationRole:
-      return icons_[node.image >= 1 && node.image <= 3 ? static_cast<std::size_t>(node.image) : 0];
-    case countRole: return static_cast<int>(node.children.size());
+      return icons_[node.image >= 1 && node.image < static_cast<int>(icons_.size())
+                        ? static_cast<std::size_t>(node.image)
+                        : 0];
+    case Qt::ToolTipRole: return ToolTipOf(node);
+    case countRole: return CountedChildren(node);
+    case detailRole: return ToQt(NoteOf(node).detail);
     case markRole: return MarkOf(node);
     default: return {};
   }

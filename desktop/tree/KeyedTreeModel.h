@@ -15,10 +15,11 @@
 
 namespace tessel {
 
-/// Roles of a node beyond those of the toolkit: the colour of its stripe, and how many children it
-/// has.
+/// Roles of a node beyond those of the toolkit: the colour of its stripe, how many children it has
+/// of the kind of the first one, and what stands behind its text.
 inline constexpr int markRole = Qt::UserRole + 1;
 inline constexpr int countRole = Qt::UserRole + 2;
+inline constexpr int detailRole = Qt::UserRole + 3;
 
 /// The nodes of a tree view, found by their keys. Adding and finding a node takes no longer in a
 /// large tree.
@@ -49,6 +50,8 @@ class KeyedTreeModel final : public QAbstractItemModel {
 
   /// Called with the key when the user has changed a check.
   std::function<void(const std::string&)> checkChanged;
+  /// Asked for what is to be told of a node.
+  std::function<void(const std::string&, NodeNote&)> noted;
 
   [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex& parent) const override;
   [[nodiscard]] QModelIndex parent(const QModelIndex& index) const override;
@@ -63,10 +66,12 @@ class KeyedTreeModel final : public QAbstractItemModel {
   [[nodiscard]] KeyedNode& NodeOf(const QModelIndex& index) const;
   [[nodiscard]] QModelIndex IndexOf(KeyedNode& node) const;
   [[nodiscard]] QVariant MarkOf(const KeyedNode& node) const;
+  [[nodiscard]] NodeNote NoteOf(const KeyedNode& node) const;
+  [[nodiscard]] QVariant ToolTipOf(const KeyedNode& node) const;
 
   mutable KeyedNodes nodes_;  ///< The model interface hands out nodes from constant functions.
   std::map<std::string, Color, std::less<>> marks_;  ///< By the keys of the nodes.
-  std::array<QIcon, 4> icons_;
+  std::array<QIcon, 7> icons_;
 };
 
 }  // namespace tessel

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QPainter>
+#include <QStyle>
 
 #include "desktop/look/Tokens.h"
 #include "desktop/tree/KeyedTreeModel.h"
@@ -28,6 +29,26 @@ void NodeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   QStyleOptionViewItem shown = option;
   shown.rect.adjust(PaintMark(*painter, option, index), 0, -PaintCount(*painter, option, index), 0);
   CutTextDelegate::paint(painter, shown, index);
+  PaintDetail(*painter, shown, index);
+}
+
+/// In the room that the text leaves.
+void NodeDelegate::PaintDetail(QPainter& painter, const QStyleOptionViewItem& option,
+                               const QModelIndex& index) const {
+  const QString detail = index.data(detailRole).toString();
+  if (detail.isEmpty()) return;
+  QStyleOptionViewItem item = option;
+  initStyleOption(&item, index);
+  QRect room = tree_.style()->subElementRect(QStyle::SE_ItemViewItemText, &item, &tree_);
+  const QFontMetrics metrics = tree_.fontMetrics();
+  room.setLeft(room.left() + metrics.horizontalAdvance(item.text) + 3 * padding);
+  room.setRight(option.rect.right());
+  if (room.width() < 4 * padding) return;
+  const Tokens& tokens = CurrentTokens();
+  painter.setFont(tree_.font());
+  painter.setPen(IsSelected(option) ? tokens.text : tokens.muted);
+  painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter,
+                   metrics.elidedText(detail, Qt::ElideRight, room.width()));
 }
 
 void NodeDelegate::PaintGround(QPainter& painter, const QStyleOptionViewItem& option) const {

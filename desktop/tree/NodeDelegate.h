@@ -4,8 +4,8 @@
 
 namespace tessel {
 
-/// Paints a node of a tree: its stripe before it, the number of its children muted at the right
-/// edge, and a tint under the pointer.
+/// Paints a node of a tree: its stripe before it, its detail muted behind the text, the number of
+/// its children muted at the right edge, and a tint under the pointer.
 class NodeDelegate final : public CutTextDelegate {
   Q_OBJECT
 
@@ -18,6 +18,8 @@ class NodeDelegate final : public CutTextDelegate {
   void PaintGround(QPainter& painter, const QStyleOptionViewItem& option) const;
   [[nodiscard]] int PaintCount(QPainter& painter, const QStyleOptionViewItem& option,
                                const QModelIndex& index) const;
+  void PaintDetail(QPainter& painter, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) const;
   [[nodiscard]] int PaintMark(QPainter& painter, const QStyleOptionViewItem& option,
                               const QModelIndex& index) const;
 

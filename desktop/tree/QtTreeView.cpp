@@ -25,6 +25,7 @@ QtTreeView::QtTreeView(QTreeView& widget, const ControlSite& site)
     emptyText_ = new EmptyText(
         widget, [this] { return EmptyTextNow(); }, [this] { return RoomBelow(); });
   model_->checkChanged = [this](const std::string& key) { Raise(NodeCheck, key); };
+  model_->noted = [this](const std::string& key, NodeNote& note) { Raise(NodeNoted, key, note); };
   QObject::connect(&widget, &QTreeView::expanded, &Face(),
                    [this](const QModelIndex& index) { Raise(NodeExpand, model_->KeyOf(index)); });
   QObject::connect(widget.selectionModel(), &QItemSelectionModel::selectionChanged, &Face(),

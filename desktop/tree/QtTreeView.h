@@ -34,6 +34,7 @@ class QtTreeView final : public ControlOf<TreeView, QTreeView> {
   }
   [[nodiscard]] std::string NodeAt(int x, int y) const override;
   [[nodiscard]] Rect NodeBounds(std::string_view key) const override;
+  void RefreshNotes() override { TheWidget().viewport()->update(); }
 
  private:
   [[nodiscard]] QString EmptyTextNow() const;

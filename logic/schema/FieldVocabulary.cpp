@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "contract/base/Error.h"
-#include "logic/schema/SqlGeneration.h"
+#include "logic/schema/sql/SqlGeneration.h"
 #include "logic/text/frmText.h"
 
 namespace tessel {

@@ -5,7 +5,7 @@
 #include "logic/schema/SchemaBrowser.h"
 
 #include "logic/program/FileDialogs.h"
-#include "logic/schema/SqlGeneration.h"
+#include "logic/schema/sql/SqlGeneration.h"
 #include "logic/tags/TagScanner.h"
 
 namespace tessel {
@@ -14,14 +14,25 @@ namespace {
 
 constexpr int menuFromNode = 300;  ///< Twips from a node's left edge to the menu that a key opens.
 
-constexpr int formsOfTag = 4;  ///< The number of a tag command is the tag's flags.
+constexpr std::size_t joinsOffered = 8;  ///< Entries of the menu of joins.
+constexpr int formsOfTag = 4;            ///< The number of a tag command is the tag's flags.
 
 const char* MenuOf(NodeKind kind) {
   switch (kind) {
     case NodeKind::Database: return "menuDB";
     case NodeKind::Table: return "menuTable";
-    default: return "menuField";
+    case NodeKind::Field: return "menuField";
+    default: return "menuObject";
   }
+}
+
+bool IsObject(NodeKind kind) {
+  return kind == NodeKind::View || kind == NodeKind::Index || kind == NodeKind::Routine;
+}
+
+/// A routine is listed with the types of its arguments.
+std::string WithoutArguments(const std::string& routine) {
+  return routine.substr(0, routine.find('('));
 }
 
 std::string TableNameText(const std::string& table, const std::vector<std::string>& /*fields*/,
@@ -50,7 +61,8 @@ SchemaBrowser::SchemaBrowser(const Surroundings& around)
       tree_(trvBrowser_, around.vocabulary),
       loading_(around.global, around.async, tree_),
       file_(around.global, around.async, tree_),
-      fieldVocabulary_(around.global, around.async, around.vocabulary, around.sqlWindow) {
+      fieldVocabulary_(around.global, around.async, around.vocabulary, around.sqlWindow),
+      structure_(around.global, around.frame, around.async, tree_, around.sqlWindow) {
   trvBrowser_.NodeCheck = [this](const std::string& key) { trvBrowser_NodeCheck(key); };
   trvBrowser_.MouseDown = [this](const MouseEvent& event) { trvBrowser_MouseDown(event); };
   trvBrowser_.MouseUp = [this](const MouseEvent& event) { trvBrowser_MouseUp(event); };
@@ -107,6 +119,13 @@ std::string SchemaBrowser::FileToRead(const std::string& key, const Connection& 
   if (kept.empty() || global_.TheFiles().FileExists(kept)) return kept;
   if (firstCatalogs_.at(key) != connection.DefaultDatabase()) return {};
   return global_.BesideExecutable(SchemaFileName(connection.ConnectionString()));
+}
+
+std::string SchemaBrowser::DatabaseInUse() const {
+  const std::string selected = tree_.DatabaseOf(trvBrowser_.SelectedKey());
+  if (!selected.empty()) return selected;
+  const std::vector<std::string> databases = trvBrowser_.Children("");
+  return databases.empty() ? std::string() : databases.front();
 }
 
 /// The connection of the records window whose database a node belongs to; null when it is gone.
@@ -167,6 +186,7 @@ void SchemaBrowser::trvBrowser_KeyUp(KeyEvent& event) {
 void SchemaBrowser::TakeNode(const std::string& key) {
   if (key.empty()) return;
   trvBrowser_.SetExpanded(key, !trvBrowser_.Expanded(key));
+  if (KindOfNode(key) == NodeKind::Group) return;
   sqlWindow_.InsertText(NameInSql(key));
   host_.FocusQueryWindow();
 }
@@ -175,12 +195,19 @@ void SchemaBrowser::TakeNode(const std::string& key) {
 std::string SchemaBrowser::NameInSql(const std::string& key) const {
   const std::string name = trvBrowser_.Text(key);
   const NameQuoting& quoting = tree_.QuotingOf(key);
-  return KindOfNode(key) == NodeKind::Table ? quoting.Table(name) : quoting.Name(name);
+  switch (KindOfNode(key)) {
+    case NodeKind::Table:
+    case NodeKind::View: return quoting.Table(name);
+    case NodeKind::Routine: return quoting.Name(WithoutArguments(name));
+    default: return quoting.Name(name);
+  }
 }
 
 void SchemaBrowser::PopupMenuOf(const std::string& key, Control* at, int x, int y) {
   if (key.empty()) return;
   trvBrowser_.SelectNode(key);
+  if (KindOfNode(key) == NodeKind::Group) return;
+  structure_.PrepareMenu(key);
   frame_.PopupMenu(frame_.Menu(MenuOf(KindOfNode(key))), at, x, y);
 }
 
@@ -196,6 +223,31 @@ void SchemaBrowser::WireMenus() {
              [this](const std::string& key) { host_.ImportRecords(key, ""); });
   WireTableMenu();
   WireFieldMenu();
+  WireStructure();
+}
+
+void SchemaBrowser::WireStructure() {
+  for (const char* command : {"mnuTableDefinition", "mnuObjectDefinition"}) OnDefinition(command);
+  frame_.Menu("mnuShowTypes").Click = [this] { structure_.FlipTypes(); };
+  frame_.Menu("mnuObjectName").Click = [this] {
+    const std::string key = trvBrowser_.SelectedKey();
+    if (IsObject(KindOfNode(key))) sqlWindow_.InsertText(NameInSql(key));
+  };
+  OnSelected("mnuObjectSelect", NodeKind::View, [this](const std::string& key) {
+    sqlWindow_.InsertText(TableSelectText(trvBrowser_.Text(key), {}, tree_.QuotingOf(key)));
+  });
+  for (std::size_t i = 0; i < joinsOffered; ++i)
+    OnSelected("mnuTableJoin_" + std::to_string(i), NodeKind::Table,
+               [this, i](const std::string& /*key*/) { structure_.InsertJoin(i); });
+}
+
+void SchemaBrowser::OnDefinition(const std::string& command) {
+  frame_.Menu(command).Click = [this] {
+    const std::string key = trvBrowser_.SelectedKey();
+    const NodeKind kind = KindOfNode(key);
+    if (kind != NodeKind::Table && !IsObject(kind)) return;
+    if (const auto connection = ConnectionOf(key)) structure_.ShowDefinition(key, *connection);
+  };
 }
 
 void SchemaBrowser::WireTableMenu() {

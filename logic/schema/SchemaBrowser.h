@@ -16,12 +16,14 @@
 #include "logic/schema/SchemaHost.h"
 #include "logic/schema/SchemaLoading.h"
 #include "logic/schema/SchemaTree.h"
+#include "logic/schema/StructureCommands.h"
 #include "logic/text/SqlTarget.h"
 
 namespace tessel {
 
 /// The schema browser of the frame's sidebar: the tree of databases, tables and fields, its events,
-/// and the pop-up menus that write SQL of it into the query window.
+/// and the pop-up menus that write SQL of it into the query window. What the structure adds is a
+/// part of its own.
 class SchemaBrowser {
  public:
   /// What it works with; all outlive it.
@@ -59,6 +61,15 @@ class SchemaBrowser {
   void AddTable(const std::string& key, const std::string& table,
                 const std::vector<std::string>& fields);
   void SetFocus() { trvBrowser_.SetFocus(); }
+  /// The database that the selected node belongs to, or else the first one; empty without any.
+  [[nodiscard]] std::string DatabaseInUse() const;
+  [[nodiscard]] std::string CaptionOf(const std::string& key) const {
+    return trvBrowser_.Text(key);
+  }
+  /// What is known of a database's structure; null when nothing is.
+  [[nodiscard]] const Structure* StructureOf(const std::string& key) const {
+    return tree_.FindStructure(key);
+  }
 
  private:
   using TableText = std::string (*)(const std::string& table, const std::vector<std::string>&,
@@ -68,8 +79,10 @@ class SchemaBrowser {
   void WireTableMenu();
   void WireTableText(const char* command, TableText text);
   void WireFieldMenu();
+  void WireStructure();
   void OnSelected(const std::string& command, NodeKind kind,
                   const std::function<void(const std::string& key)>& action);
+  void OnDefinition(const std::string& command);
   void OnDatabase(const char* command,
                   void (SchemaBrowser::*action)(const std::string& key, Connection& connection));
 
@@ -103,6 +116,7 @@ class SchemaBrowser {
   SchemaLoading loading_;
   SchemaFile file_;
   FieldVocabulary fieldVocabulary_;
+  StructureCommands structure_;
   std::map<std::string, std::string> firstCatalogs_;  ///< Of the connections, by their nodes.
   bool pressedOnNode_ = true;  ///< Not beside one, on its arrow or its check box, with the mouse.
 };

@@ -10,6 +10,7 @@
 #include "contract/text/Ascii.h"
 #include "contract/text/TextCut.h"
 #include "logic/connections/text/ConnectionPairs.h"
+#include "logic/schema/structure/StructureXml.h"
 
 namespace tessel {
 
@@ -99,8 +100,8 @@ std::string SchemaFileName(std::string_view connectionString) {
   return name.empty() ? name : name.append(ending);
 }
 
-std::string SchemaToXML(const Schema& schema, const SchemaOrigin& origin,
-                        const std::string& saved) {
+std::string SchemaToXML(const Schema& schema, const SchemaOrigin& origin, const std::string& saved,
+                        const Structure& structure) {
   pugi::xml_document document;
   pugi::xml_node database = document.append_child("Database");
   for (const auto& [attribute, value] :
@@ -114,7 +115,10 @@ std::string SchemaToXML(const Schema& schema, const SchemaOrigin& origin,
       pugi::xml_node column = tableElement.append_child("Column");
       AppendNamed(column, field);
     }
+    if (const TableFacts* facts = structure.FindTable(table.name))
+      WriteTableStructure(tableElement, *facts, structure);
   }
+  WriteObjects(database, structure);
   TextWriter text;
   document.save(text, "  ", pugi::format_indent | pugi::format_no_declaration);
   std::string xml = text.Take();
@@ -122,7 +126,8 @@ std::string SchemaToXML(const Schema& schema, const SchemaOrigin& origin,
   return xml;
 }
 
-bool SchemaFromXML(std::string_view text, Schema& schema, SchemaOrigin* origin) {
+bool SchemaFromXML(std::string_view text, Schema& schema, SchemaOrigin* origin,
+                   Structure* structure) {
   pugi::xml_document document;
   if (!document.load_buffer(text.data(), text.size())) return false;
   SchemaWalker walker(schema);
@@ -131,6 +136,7 @@ bool SchemaFromXML(std::string_view text, Schema& schema, SchemaOrigin* origin) 
   if (origin != nullptr)
     *origin = {database.attribute("provider").value(), database.attribute("server").value(),
                database.attribute("database").value()};
+  if (structure != nullptr) *structure = ReadStructure(database);
   return true;
 }
 
@@ -138,8 +144,9 @@ void SchemaFile::SaveSchemaXML(const std::string& path, const std::string& datab
                                bool showErrors, const SchemaOrigin& origin) {
   try {
     const std::string saved = global_.TheDesktop().TheClock().UtcStamp();
-    global_.TheFiles().ReplaceWhole(path, SchemaToXML(tree_.Tables(databaseKey), origin, saved),
-                                    false);
+    global_.TheFiles().ReplaceWhole(
+        path, SchemaToXML(tree_.Tables(databaseKey), origin, saved, tree_.StructureOf(databaseKey)),
+        false);
   } catch (const Error& error) {
     Notice(showErrors, "Error saving schema to XML: " + error.Description(), MessageIcon::Critical);
   }
@@ -148,8 +155,8 @@ void SchemaFile::SaveSchemaXML(const std::string& path, const std::string& datab
 void SchemaFile::LoadSchemaXML(const std::string& databaseKey, const std::string& path,
                                bool showMessages) {
   try {
-    Schema schema;
-    if (Read(path, schema)) return Lay(databaseKey, schema);
+    SchemaContent content;
+    if (Read(path, content)) return Lay(databaseKey, std::move(content));
     Notice(showMessages, "Unable to load schema XML file: " + path, MessageIcon::Exclamation);
   } catch (const Error& error) {
     Notice(showMessages, "Error loading schema from XML: " + error.Description(),
@@ -160,17 +167,17 @@ void SchemaFile::LoadSchemaXML(const std::string& databaseKey, const std::string
 void SchemaFile::LoadSchemaXMLOf(const SchemaOrigin& origin, const std::string& databaseKey,
                                  const std::string& path) {
   try {
-    Schema schema;
-    SchemaOrigin told;
-    if (!Read(path, schema, &told)) return;
-    if (told == SchemaOrigin() || told == origin) Lay(databaseKey, schema);
+    SchemaContent content;
+    if (!Read(path, content)) return;
+    if (content.origin == SchemaOrigin() || content.origin == origin)
+      Lay(databaseKey, std::move(content));
   } catch (const Error&) {
     return;  // The node stays as it is.
   }
 }
 
 /// False when the file cannot be read or is no XML document.
-bool SchemaFile::Read(const std::string& path, Schema& schema, SchemaOrigin* origin) const {
+bool SchemaFile::Read(const std::string& path, SchemaContent& content) const {
   std::string text;
   try {
     const Files& files = global_.TheFiles();
@@ -180,20 +187,25 @@ bool SchemaFile::Read(const std::string& path, Schema& schema, SchemaOrigin* ori
     if (error.Number() == errorNumber::application) throw;
     return false;
   }
-  return SchemaFromXML(text, schema, origin);
+  return SchemaFromXML(text, content.schema, &content.origin, &content.structure);
 }
 
-void SchemaFile::Lay(const std::string& databaseKey, const Schema& schema) {
+void SchemaFile::Lay(const std::string& databaseKey, SchemaContent content) {
   tree_.RefreshDatabase(databaseKey);
+  const Schema& schema = content.schema;
+  const Structure& structure = tree_.StructureOf(databaseKey) = std::move(content.structure);
   std::vector<std::string> names;
   for (const TableSchema& table : schema) names.push_back(table.name);
   tree_.AddTables(databaseKey, names);
   const auto addFields = [&](std::int64_t i) {
     const TableSchema& table = schema[static_cast<std::size_t>(i)];
     if (!table.fields.empty()) tree_.AddFields(TableNodeKey(databaseKey, table.name), table.fields);
+    if (const TableFacts* facts = structure.FindTable(table.name))
+      tree_.AddIndexes(databaseKey, *facts);
   };
   async_.ForEach("Reading schema file...", nullptr, static_cast<std::int64_t>(schema.size()),
                  addFields, tablesAtOnce);
+  tree_.AddObjects(databaseKey);
   tree_.View().SetExpanded(databaseKey, true);
 }
 

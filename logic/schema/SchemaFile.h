@@ -18,16 +18,18 @@ namespace tessel {
 /// The schema as an XML document: a `Database` element, in it a `Table` element for each table, in
 /// it a `Column` element for each field, each with the attribute `name`. Without a declaration. An
 /// origin and the time of saving, in UTC, stand as attributes of `Database` when they are given.
-/// Raises Error(application) for what SchemaFile would not read back.
+/// What is known of the structure stands with it, in attributes and elements of its own. Raises
+/// Error(application) for what SchemaFile would not read back.
 [[nodiscard]] std::string SchemaToXML(const Schema& schema, const SchemaOrigin& origin = {},
-                                      const std::string& saved = {});
+                                      const std::string& saved = {},
+                                      const Structure& structure = {});
 
 /// Reads such a document into `schema`. `Table` elements are found at any depth, and a `Column`
 /// belongs to the innermost `Table` around it; those without a name are skipped with what they
-/// hold. `origin` gets what the document tells of it. False when `text` is no XML document; raises
-/// Error(application) for what no schema would hold.
+/// hold. `origin` and `structure` get what the document tells of them. False when `text` is no XML
+/// document; raises Error(application) for what no schema would hold.
 [[nodiscard]] bool SchemaFromXML(std::string_view text, Schema& schema,
-                                 SchemaOrigin* origin = nullptr);
+                                 SchemaOrigin* origin = nullptr, Structure* structure = nullptr);
 
 /// Writes the tables and fields of a database node to a file and reads them back.
 class SchemaFile {
@@ -48,9 +50,15 @@ class SchemaFile {
                        const std::string& path);
 
  private:
-  [[nodiscard]] bool Read(const std::string& path, Schema& schema,
-                          SchemaOrigin* origin = nullptr) const;
-  void Lay(const std::string& databaseKey, const Schema& schema);
+  /// What a file holds.
+  struct SchemaContent {
+    Schema schema;
+    SchemaOrigin origin;
+    Structure structure;
+  };
+
+  [[nodiscard]] bool Read(const std::string& path, SchemaContent& content) const;
+  void Lay(const std::string& databaseKey, SchemaContent content);
   void Notice(bool show, const std::string& text, MessageIcon icon) const;
 
   const Global& global_;

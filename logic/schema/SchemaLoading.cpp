@@ -9,6 +9,7 @@
 
 #include "contract/base/Error.h"
 #include "logic/program/Global.h"
+#include "logic/schema/structure/StructureReading.h"
 
 namespace tessel {
 
@@ -111,6 +112,7 @@ class Loading {
     fields->Close();
     tree_.View().SetExpanded(databaseKey_, true);
     complete_ = !cancelled_;
+    if (complete_ && structure_) AddStructure();
     return true;
   }
 
@@ -136,6 +138,8 @@ class Loading {
     if (rows == nullptr) return nullptr;
     const std::string order = "TABLE_NAME, ORDINAL_POSITION";
     rows->SetSort(rowsetsKnowBetter_ ? "TABLE_CATALOG, TABLE_SCHEMA, " + order : order);
+    structure_.emplace(async_, *connection_, tree_.QuotingOf(databaseKey_),
+                       tree_.StructureOf(databaseKey_));
     return rows;
   }
 
@@ -162,8 +166,10 @@ class Loading {
     TableSchema table;
     std::string buffer;
     const std::int64_t count = rows.RecordCount();
+    if (structure_) structure_->BeginFields(rows);
     const auto take = [&](std::int64_t row) {
       const std::string_view of = tableNames.At(row);
+      if (structure_) structure_->TakeField(rows, row, of);
       if (of != table.name) {
         AddFieldsOf(table);
         table = {std::string(of), {}};
@@ -186,11 +192,26 @@ class Loading {
     if (!table.fields.empty() && tree_.View().Exists(key)) tree_.AddFields(key, table.fields);
   }
 
+  /// What is known of the tables beside their fields. A cancel leaves it out, which is no failure.
+  void AddStructure() {
+    if (!structure_->ReadRest()) return;
+    const std::vector<TableFacts*>& tables = tree_.StructureOf(databaseKey_).Tables();
+    const auto count = static_cast<std::int64_t>(tables.size());
+    const auto addIndexes = [&](std::int64_t table) {
+      tree_.AddIndexes(databaseKey_, *tables[static_cast<std::size_t>(table)]);
+    };
+    async_.ForEach("Reading keys and indexes...", connection_.get(), count, addIndexes,
+                   NamesAtOnce(count));
+    tree_.AddObjects(databaseKey_);
+    tree_.View().RefreshNotes();
+  }
+
   const Help& help_;
   dlgAsync& async_;
   SchemaTree& tree_;
   std::string databaseKey_;
   std::shared_ptr<Connection> connection_;
+  std::optional<StructureReading> structure_;  ///< None where only names are told.
   bool rowsetsKnowBetter_;
   bool hasViews_;
   bool cancelled_ = false;

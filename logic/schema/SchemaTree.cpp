@@ -11,6 +11,9 @@ namespace {
 constexpr int databaseImage = 1;
 constexpr int tableImage = 2;
 constexpr int fieldImage = 3;
+constexpr int viewImage = 4;
+constexpr int indexImage = 5;
+constexpr int routineImage = 6;
 
 void AppendAll(WordList& words, const std::vector<std::string>& names) {
   words.insert(words.end(), names.begin(), names.end());
@@ -23,6 +26,10 @@ NodeKind KindOfNode(std::string_view key) {
     case 'd': return NodeKind::Database;
     case 't': return NodeKind::Table;
     case 'f': return NodeKind::Field;
+    case 'g': return NodeKind::Group;
+    case 'v': return NodeKind::View;
+    case 'i': return NodeKind::Index;
+    case 'r': return NodeKind::Routine;
     default: return NodeKind::None;
   }
 }
@@ -57,12 +64,12 @@ void SchemaTree::AddDatabase(const std::string& key, const std::string& text,
 void SchemaTree::RemoveDatabase(const std::string& key) {
   view_.Remove(key);
   marks_.erase(key);
-  ForgetWords(key);
+  ForgetBelow(key);
   vocabulary_.RemoveQuoting(key);
 }
 
 void SchemaTree::RefreshDatabase(const std::string& key) {
-  ForgetWords(key);
+  ForgetBelow(key);
   if (!view_.Children(key).empty()) {
     const bool selected = DatabaseOf(view_.SelectedKey()) == key;
     const std::string text = view_.Text(key);
@@ -78,9 +85,10 @@ void SchemaTree::UseQuoting(const std::string& databaseKey, const Connection& co
     vocabulary_.SetQuoting(databaseKey, NameQuoting(connection.ProviderProperties()));
 }
 
-void SchemaTree::ForgetWords(const std::string& databaseKey) {
+void SchemaTree::ForgetBelow(const std::string& databaseKey) {
   Vocabulary::RemoveList(vocabulary_.Tables(), databaseKey);
   Vocabulary::RemoveList(vocabulary_.Fields(), databaseKey);
+  structures_.erase(databaseKey);
 }
 
 void SchemaTree::AddTables(const std::string& databaseKey, const std::vector<std::string>& names) {
@@ -108,9 +116,19 @@ std::string SchemaTree::DatabaseOf(std::string key) const {
 
 Schema SchemaTree::Tables(const std::string& databaseKey) const {
   Schema schema;
-  for (const std::string& tableKey : view_.Children(databaseKey))
-    schema.push_back({view_.Text(tableKey), view_.ChildTexts(tableKey)});
+  for (const std::string& tableKey : TableKeys(databaseKey)) {
+    TableSchema table{view_.Text(tableKey), {}};
+    for (const std::string& key : view_.Children(tableKey))
+      if (KindOfNode(key) == NodeKind::Field) table.fields.push_back(view_.Text(key));
+    schema.push_back(std::move(table));
+  }
   return schema;
+}
+
+std::vector<std::string> SchemaTree::TableKeys(const std::string& databaseKey) const {
+  std::vector<std::string> keys = view_.Children(databaseKey);
+  std::erase_if(keys, [](const std::string& key) { return KindOfNode(key) != NodeKind::Table; });
+  return keys;
 }
 
 std::vector<std::string> SchemaTree::CheckedFields(const std::string& tableKey) const {
@@ -121,7 +139,60 @@ std::vector<std::string> SchemaTree::CheckedFields(const std::string& tableKey) 
 }
 
 void SchemaTree::CheckFields(const std::string& tableKey, bool checked) {
-  for (const std::string& key : view_.Children(tableKey)) view_.SetChecked(key, checked);
+  for (const std::string& key : view_.Children(tableKey))
+    if (KindOfNode(key) == NodeKind::Field) view_.SetChecked(key, checked);
+}
+
+// --- structure -----------------------------------------------------------------------------------
+
+const Structure* SchemaTree::FindStructure(const std::string& databaseKey) const {
+  const auto found = structures_.find(databaseKey);
+  return found == structures_.end() ? nullptr : &found->second;
+}
+
+void SchemaTree::AddIndexes(const std::string& databaseKey, const TableFacts& table) {
+  const std::string tableKey = TableNodeKey(databaseKey, table.listed);
+  if (table.indexes.empty() || !view_.Exists(tableKey)) return;
+  std::vector<TreeNode> nodes;
+  for (const IndexFacts& index : table.indexes) {
+    std::string key = FieldNodeKey(tableKey, index.name);
+    key.front() = 'i';
+    nodes.push_back({std::move(key), index.name, indexImage, false});
+  }
+  view_.AddChildren(tableKey, std::move(nodes));
+}
+
+void SchemaTree::AddObjects(const std::string& databaseKey) {
+  const Structure& structure = StructureOf(databaseKey);
+  AddGroup(databaseKey, "Views", structure.views, 'v', viewImage);
+  AddGroup(databaseKey, "Routines", structure.routines, 'r', routineImage);
+  WordList& words = Vocabulary::ListNamed(vocabulary_.Tables(), databaseKey);
+  for (const ObjectFacts& view : structure.views) words.push_back(view.listed);
+}
+
+void SchemaTree::AddGroup(const std::string& databaseKey, const char* text,
+                          const std::vector<ObjectFacts>& objects, char kind, int image) {
+  if (objects.empty()) return;
+  std::string group = TableNodeKey(databaseKey, text);
+  group.front() = 'g';
+  view_.Add(databaseKey, {group, text, 0, false});
+  std::vector<TreeNode> nodes;
+  for (const ObjectFacts& object : objects) {
+    std::string key = TableNodeKey(databaseKey, object.listed);
+    key.front() = kind;
+    nodes.push_back({std::move(key), object.listed, image, false});
+  }
+  view_.AddChildren(group, std::move(nodes));
+}
+
+const ObjectFacts* SchemaTree::ObjectOf(const std::string& key) const {
+  const NodeKind kind = KindOfNode(key);
+  const Structure* structure = FindStructure(DatabaseOf(key));
+  if (structure == nullptr || (kind != NodeKind::View && kind != NodeKind::Routine)) return nullptr;
+  const std::string text = view_.Text(key);
+  for (const ObjectFacts& object : kind == NodeKind::View ? structure->views : structure->routines)
+    if (object.listed == text) return &object;
+  return nullptr;
 }
 
 }  // namespace tessel

@@ -8,6 +8,7 @@
 
 #include "contract/desktop/controls/TreeView.h"
 #include "logic/query/completion/vocab.h"
+#include "logic/schema/structure/Structure.h"
 
 namespace tessel {
 
@@ -19,7 +20,8 @@ struct TableSchema {
 };
 using Schema = std::vector<TableSchema>;
 
-enum class NodeKind { None, Database, Table, Field };
+/// What a node may stand for. A group holds the views or the routines of a database.
+enum class NodeKind { None, Database, Table, Field, Group, View, Index, Routine };
 
 /// What a node stands for, told by the first character of its key; None for an empty key.
 [[nodiscard]] NodeKind KindOfNode(std::string_view key);
@@ -31,15 +33,16 @@ enum class NodeKind { None, Database, Table, Field };
 /// The number of the records window that a database node stands for; 0 when the key has none.
 [[nodiscard]] int WindowNumberOf(std::string_view databaseKey);
 
-/// The nodes of the schema browser: databases, their tables, the tables' fields. The names of
-/// tables and fields go into the vocabulary too, in lists named by the key of their database node,
+/// The nodes of the schema browser: databases, their tables, the tables' fields, and behind these
+/// what is known of the structure: the indexes of a table, views and routines. The names of tables,
+/// views and fields go into the vocabulary too, in lists named by the key of their database node,
 /// and leave it with the node.
 class SchemaTree {
  public:
   /// Both outlive this object.
   SchemaTree(TreeView& view, Vocabulary& vocabulary) : view_(view), vocabulary_(vocabulary) {}
 
-  [[nodiscard]] TreeView& View() { return view_; }
+  [[nodiscard]] TreeView& View() const { return view_; }
 
   /// With a stripe in its colour, if it has one.
   void AddDatabase(const std::string& key, const std::string& text, std::optional<Color> mark = {});
@@ -54,6 +57,19 @@ class SchemaTree {
   /// Adds at the end. A name that differs from one that is there only in case is left out.
   void AddTables(const std::string& databaseKey, const std::vector<std::string>& names);
   void AddFields(const std::string& tableKey, const std::vector<std::string>& names);
+
+  /// What is known of how the tables of a database are built; it goes with what hangs on the node.
+  [[nodiscard]] Structure& StructureOf(const std::string& databaseKey) {
+    return structures_[databaseKey];
+  }
+  /// Null when nothing is known.
+  [[nodiscard]] const Structure* FindStructure(const std::string& databaseKey) const;
+  /// Adds the nodes of a table's indexes, and those of the views and routines, as the structure
+  /// has them.
+  void AddIndexes(const std::string& databaseKey, const TableFacts& table);
+  void AddObjects(const std::string& databaseKey);
+  /// The view or routine that a node stands for; null when it stands for none.
+  [[nodiscard]] const ObjectFacts* ObjectOf(const std::string& key) const;
 
   /// Takes from an open connection how names of its database are written in SQL, in the tree's
   /// commands and in completion; a closed one tells nothing. It is forgotten with the node.
@@ -70,14 +86,19 @@ class SchemaTree {
 
   /// Texts of the checked fields of a table, in the order of the tree.
   [[nodiscard]] std::vector<std::string> CheckedFields(const std::string& tableKey) const;
+  /// The keys of a database's tables.
+  [[nodiscard]] std::vector<std::string> TableKeys(const std::string& databaseKey) const;
   void CheckFields(const std::string& tableKey, bool checked);
 
  private:
-  void ForgetWords(const std::string& databaseKey);
+  void ForgetBelow(const std::string& databaseKey);
+  void AddGroup(const std::string& databaseKey, const char* text,
+                const std::vector<ObjectFacts>& objects, char kind, int image);
 
   TreeView& view_;
   Vocabulary& vocabulary_;
   std::map<std::string, std::optional<Color>, std::less<>> marks_;  ///< Of the databases.
+  std::map<std::string, Structure, std::less<>> structures_;        ///< Of the databases.
 };
 
 }  // namespace tessel

@@ -37,6 +37,16 @@ class HeadlessTreeView final : public Headless<TreeView> {
   [[nodiscard]] std::string NodeAt(int x, int y) const override;
   [[nodiscard]] Rect NodeBounds(std::string_view key) const override;
 
+  void RefreshNotes() override { ++refreshed_; }
+  /// What is told of a node now.
+  [[nodiscard]] NodeNote NoteOf(const std::string& key) const {
+    NodeNote note;
+    Raise(NodeNoted, key, note);
+    return note;
+  }
+  /// How often the nodes were to be painted again.
+  [[nodiscard]] int Refreshed() const { return refreshed_; }
+
   [[nodiscard]] int Image(std::string_view key) const { return At(key).image; }
   [[nodiscard]] std::optional<Color> Mark(std::string_view key) const { return At(key).mark; }
 
@@ -70,6 +80,7 @@ class HeadlessTreeView final : public Headless<TreeView> {
   std::map<std::string, Node, std::less<>> nodes_;
   std::vector<std::string> roots_;
   std::string selected_;
+  int refreshed_ = 0;
 };
 
 }  // namespace tessel::test

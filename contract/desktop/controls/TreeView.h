@@ -7,12 +7,19 @@
 
 namespace tessel {
 
-/// One node of a TreeView. `image` is 1 database, 2 table, 3 field; any other number shows none.
+/// One node of a TreeView. `image` is 1 database, 2 table, 3 field, 4 view, 5 index, 6 routine; any
+/// other number shows none.
 struct TreeNode {
   std::string key;  ///< Unique in the tree, not empty. Case counts.
   std::string text;
   int image = 0;
   bool checkBox = true;  ///< Whether it shows one that the user can check.
+};
+
+/// What is told of a node beside its text; plain texts, never markup, empty for nothing.
+struct NodeNote {
+  std::string toolTip;  ///< Shown while the pointer rests on it; may have several lines.
+  std::string detail;   ///< Behind its text, muted; one line.
 };
 
 /// A tree of nodes named by their keys. Operations on a key that is not there raise
@@ -61,6 +68,12 @@ class TreeView : public Control {
   Event<const std::string&> NodeCheck;   ///< The user changed a check; the node's key.
   Event<const std::string&> NodeClick;   ///< A node became the selected one by mouse or keyboard.
   Event<const std::string&> NodeExpand;  ///< A node is about to show its children.
+  /// What is to be told of a node, asked for whenever it is painted or pointed at: the handler
+  /// fills in the note, and is quick. Without one nothing is told.
+  Event<const std::string&, NodeNote&> NodeNoted;
+  /// Of what the handler of NodeNoted tells something may have changed: the nodes are painted
+  /// again.
+  virtual void RefreshNotes() = 0;
 };
 
 }  // namespace tessel

@@ -32,7 +32,9 @@ QSize CutTextDelegate::sizeHint(const QStyleOptionViewItem& option,
 bool CutTextDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
                                 const QStyleOptionViewItem& option, const QModelIndex& index) {
   const QRect shown = view->visualRect(index);
-  if (event->type() != QEvent::ToolTip || !index.isValid() || WholeWidth(index) <= shown.width())
+  const bool hasOwn = !index.data(Qt::ToolTipRole).toString().isEmpty();
+  if (event->type() != QEvent::ToolTip || !index.isValid() || hasOwn ||
+      WholeWidth(index) <= shown.width())
     return QStyledItemDelegate::helpEvent(event, view, option, index);
   const std::string text = FromQt(index.data(Qt::DisplayRole).toString());
   QToolTip::showText(event->globalPos(), AsPlainToolTip(text), view->viewport(), shown);

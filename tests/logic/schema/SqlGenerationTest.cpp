@@ -1,4 +1,4 @@
-#include "logic/schema/SqlGeneration.h"
+#include "logic/schema/sql/SqlGeneration.h"
 
 #include <gtest/gtest.h>
 
