@@ -12,6 +12,7 @@
 #include "system/EndSignals.h"
 #include "system/Executable.h"
 #include "system/PosixFiles.h"
+#include "system/PosixPrograms.h"
 #include "system/ThreadLine.h"
 #include "system/sheets/XlsxFile.h"
 
@@ -26,6 +27,7 @@ int main(int argc, char* argv[]) {
   DataAccessObjects data(desktop.Events());
   QtKeyring keyring;
   XlsxFiles sheets;
+  PosixPrograms programs;
   const std::string folder = std::filesystem::path(executable).parent_path().string();
   auto program = std::make_unique<Program>(Platform{desktop,
                                                     data,
@@ -36,7 +38,8 @@ int main(int argc, char* argv[]) {
                                                     {},
                                                     &keyring,
                                                     [] { return std::make_unique<ThreadLine>(); },
-                                                    &sheets});
+                                                    &sheets,
+                                                    &programs});
   desktop.Defer([&] { program->Main(); });
   const int status = desktop.Run();
   program.reset();

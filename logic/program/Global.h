@@ -10,6 +10,7 @@
 #include "contract/data/Connection.h"
 #include "contract/desktop/Desktop.h"
 #include "contract/desktop/Keyring.h"
+#include "contract/system/ProgramRunner.h"
 #include "contract/system/SheetFile.h"
 #include "contract/system/WorkLine.h"
 
@@ -32,6 +33,8 @@ struct Platform {
   std::function<std::unique_ptr<WorkLine>()> makeWorkLine = {};
   /// What makes files of sheets; null: there are none.
   SheetFiles* sheets = nullptr;
+  /// Starts other programs; null: none can be started.
+  ProgramRunner* programs = nullptr;
 };
 
 /// Raises Error(application) from "Tessel": the way in which modules report a failure to their
@@ -53,6 +56,8 @@ class Global {
   [[nodiscard]] std::unique_ptr<WorkLine> MakeWorkLine() const;
   /// Null where no files of sheets can be made.
   [[nodiscard]] SheetFiles* Sheets() const { return platform_.sheets; }
+  /// Null where no other program can be started.
+  [[nodiscard]] ProgramRunner* ThePrograms() const { return platform_.programs; }
   [[nodiscard]] const std::string& Executable() const { return platform_.executable; }
   [[nodiscard]] const std::string& Version() const { return platform_.version; }
 

@@ -13,6 +13,7 @@
 #include "tests/support/FakeFiles.h"
 #include "tests/support/MemoryData.h"
 #include "tests/support/MemoryKeyring.h"
+#include "tests/support/MemoryPrograms.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tessel::test {
@@ -27,13 +28,22 @@ class LogicFixture : public ::testing::Test {
   PosixFiles realFiles;
   FakeFiles files{realFiles};
   MemoryKeyring keyring{desktop.Events()};
+  MemoryPrograms programs;
   std::vector<std::string> classes;  ///< Registered class names.
-  Global global{Platform{desktop, data, files, folder.Path().string(), folder.File("Tessel"), "1.0",
+  Global global{Platform{desktop,
+                         data,
+                         files,
+                         folder.Path().string(),
+                         folder.File("Tessel"),
+                         "1.0",
                          [this](int index) -> std::optional<std::string> {
                            if (index >= static_cast<int>(classes.size())) return std::nullopt;
                            return classes[static_cast<std::size_t>(index)];
                          },
-                         &keyring}};
+                         &keyring,
+                         {},
+                         nullptr,
+                         &programs}};
 
   /// From now on notes whether the progress window says that it waits inside a provider, as it does
   /// where that is of one thread.

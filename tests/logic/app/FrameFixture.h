@@ -52,8 +52,17 @@ class FrameFixture : public LogicFixture {
       "then select the "
       "'Connect...' command.\r\n\r\n";
 
-  Program program{Platform{desktop, data, files, folder.Path().string(), folder.File("Tessel"),
-                           "1.0", nullptr}};
+  Program program{Platform{desktop,
+                           data,
+                           files,
+                           folder.Path().string(),
+                           folder.File("Tessel"),
+                           "1.0",
+                           nullptr,
+                           nullptr,
+                           {},
+                           nullptr,
+                           &programs}};
 };
 
 }  // namespace tessel::test
