@@ -7,6 +7,7 @@ pkg_check_modules(libpq REQUIRED IMPORTED_TARGET libpq)
 pkg_check_modules(libmariadb REQUIRED IMPORTED_TARGET libmariadb)
 find_package(Qt6 REQUIRED COMPONENTS Widgets DBus PrintSupport Svg Test)
 find_package(Qt6Keychain REQUIRED)
+find_package(QCustomPlotQt6 REQUIRED)
 find_library(TESSEL_QSCINTILLA NAMES qscintilla2_qt6 REQUIRED)
 
 # Files of sheets.
@@ -34,7 +35,7 @@ qt_wrap_ui(desktop_form_headers ${desktop_forms})
 set_source_files_properties(${desktop_form_headers} PROPERTIES SKIP_AUTOGEN ON)
 tessel_library_of(tessel_desktop ${desktop_sources} ${desktop_form_headers})
 set_target_properties(tessel_desktop PROPERTIES AUTOMOC ON)
-tessel_link(tessel_desktop tessel_desktop_plain tessel_contract Qt6::Widgets Qt6::DBus Qt6::PrintSupport Qt6::Svg qt6keychain ${TESSEL_QSCINTILLA})
+tessel_link(tessel_desktop tessel_desktop_plain tessel_contract Qt6::Widgets Qt6::DBus Qt6::PrintSupport Qt6::Svg qt6keychain QCustomPlotQt6::QCustomPlotQt6 ${TESSEL_QSCINTILLA})
 tessel_precompile_std(tessel_desktop <QtWidgets>)
 # As objects on every link line: in an archive nothing would refer to them and they would be dropped.
 if(desktop_resources)

@@ -6,6 +6,7 @@
 #include "desktop/look/Icons.h"
 #include "ui_dlgAbout.h"
 #include "ui_dlgAsync.h"
+#include "ui_dlgChart.h"
 #include "ui_dlgCnAccess.h"
 #include "ui_dlgCnGeneric.h"
 #include "ui_dlgCnODBC.h"
@@ -13,9 +14,11 @@
 #include "ui_dlgCompare.h"
 #include "ui_dlgConnect.h"
 #include "ui_dlgDataLink.h"
+#include "ui_dlgDiagram.h"
 #include "ui_dlgExport.h"
 #include "ui_dlgImport.h"
 #include "ui_dlgPassword.h"
+#include "ui_dlgPlan.h"
 #include "ui_dlgRunAll.h"
 #include "ui_dlgText.h"
 #include "ui_dlgWindows.h"
@@ -52,6 +55,7 @@ constexpr Entry forms[] = {
     {"frmValue", &Make<QDialog, Ui::frmValue>},
     {"dlgAbout", &Make<QDialog, Ui::dlgAbout>},
     {"dlgAsync", &Make<QDialog, Ui::dlgAsync>},
+    {"dlgChart", &Make<QDialog, Ui::dlgChart>},
     {"dlgCnAccess", &Make<QDialog, Ui::dlgCnAccess>},
     {"dlgCnGeneric", &Make<QDialog, Ui::dlgCnGeneric>},
     {"dlgCnODBC", &Make<QDialog, Ui::dlgCnODBC>},
@@ -59,8 +63,10 @@ constexpr Entry forms[] = {
     {"dlgCompare", &Make<QDialog, Ui::dlgCompare>},
     {"dlgConnect", &Make<QDialog, Ui::dlgConnect>},
     {"dlgDataLink", &Make<QDialog, Ui::dlgDataLink>},
+    {"dlgDiagram", &Make<QDialog, Ui::dlgDiagram>},
     {"dlgExport", &Make<QDialog, Ui::dlgExport>},
     {"dlgImport", &Make<QDialog, Ui::dlgImport>},
+    {"dlgPlan", &Make<QDialog, Ui::dlgPlan>},
     {"dlgPassword", &Make<QDialog, Ui::dlgPassword>},
     {"dlgRunAll", &Make<QDialog, Ui::dlgRunAll>},
     {"dlgText", &Make<QDialog, Ui::dlgText>},

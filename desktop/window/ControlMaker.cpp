@@ -9,6 +9,7 @@
 #include "desktop/controls/lists/QtLists.h"
 #include "desktop/controls/values/QtHexBox.h"
 #include "desktop/controls/values/QtImageBox.h"
+#include "desktop/drawings/QtDrawings.h"
 #include "desktop/editor/QtRichTextBox.h"
 #include "desktop/grid/QtDataGrid.h"
 #include "desktop/tree/QtTreeView.h"
@@ -35,6 +36,7 @@ using Maker = std::unique_ptr<Control> (*)(const ControlSite&);
 
 /// A class stands before those it derives from.
 constexpr Maker makers[] = {
+    &As<QtChartBox, ChartWidget>,     &As<QtDiagramBox, DiagramWidget>,
     &As<QtRichTextBox, SqlEditor>,    &As<QtDataGrid, RecordGrid>,
     &As<QtHexBox, HexView>,           &As<QtImageBox, PictureView>,
     &As<QtListView, QTreeWidget>,     &As<QtTreeView, QTreeView>,

@@ -11,6 +11,7 @@
 #include "logic/app/EditMenu.h"
 #include "logic/app/dlgAbout.h"
 #include "logic/import/dlgImport.h"
+#include "logic/plan/chart/dlgChart.h"
 #include "logic/text/frmText.h"
 
 namespace tessel {
@@ -42,6 +43,8 @@ frmMDI::frmMDI(const Global& global, Vocabulary& vocabulary, TagStore& tags)
       droppedFiles_(global, *main_, [this](const std::string& path) { ConnectToFile(path); }),
       browser_({global, *window_, async_, vocabulary, *main_, *this}),
       tagsPanel_({global, *window_, tags, *main_, *this}),
+      explain_(global, *window_, async_, *main_),
+      diagram_(global, *window_, async_),
       allConnections_(global, async_, *window_, static_cast<RecordsHost&>(*this),
                       [this] { return RecordsWindows(); }),
       windowMenu_(global, *window_,
@@ -93,6 +96,8 @@ void frmMDI::WireDatabaseMenu() {
   window_->Menu("mnuDBMergedRows").Click = [this] { allConnections_.ShowMergedRows(); };
   window_->Menu("mnuDBDifferences").Click = [this] { allConnections_.ShowDifferences(); };
   window_->Menu("mnuDBSummary").Click = [this] { allConnections_.ShowSummary(); };
+  window_->Menu("mnuDBExplain").Click = [this] { ExplainSQL(); };
+  window_->Menu("mnuDBDiagram").Click = [this] { ShowDiagram(); };
   window_->Menu("mnuDBConnect").Click = [this] { mnuDBConnect_Click(); };
 }
 
@@ -218,6 +223,36 @@ void frmMDI::DoStatement() {
   help_.HelpMsgBoxNotice("There is no statement at the caret.", MessageButtons::Ok,
                          MessageIcon::Exclamation);
   FocusQueryWindow();
+}
+
+void frmMDI::ExplainSQL() {
+  const std::optional<std::string> sql = SelectedSQL();
+  if (!sql) return;
+  frmRecords* window = WindowToExplainOn();
+  if (window != nullptr) explain_.Show(*window, *sql);
+  FocusQueryWindow();
+}
+
+/// A plan is that of one database. The user sees in its title which one.
+frmRecords* frmMDI::WindowToExplainOn() const {
+  const std::vector<frmRecords*> windows = allConnections_.TakingPart();
+  for (frmRecords* window : windows)
+    if (window->TheWindow().Active()) return window;
+  return windows.empty() ? nullptr : windows.front();
+}
+
+void frmMDI::ShowDiagram() {
+  const std::string database = browser_.DatabaseInUse();
+  const bool known = !database.empty();
+  diagram_.Show(known ? browser_.StructureOf(database) : nullptr,
+                known ? browser_.CaptionOf(database) : "");
+}
+
+void frmMDI::ShowChart(frmRecords& window) {
+  const std::shared_ptr<Recordset> rows = window.RowsOnShow();
+  if (rows == nullptr)
+    return help_.Show("There are no rows on show to draw.", MessageIcon::Exclamation);
+  dlgChart(global_).Go(*window_, window.Caption(), rows);
 }
 
 /// Where the connections are of several kinds, the one that was opened first decides: it is the

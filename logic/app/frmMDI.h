@@ -11,6 +11,8 @@
 #include "logic/app/Sidebar.h"
 #include "logic/app/WindowMenu.h"
 #include "logic/connections/dlgConnect.h"
+#include "logic/plan/Explain.h"
+#include "logic/plan/diagram/Diagram.h"
 #include "logic/program/Help.h"
 #include "logic/program/dlgAsync.h"
 #include "logic/program/view/ViewSettings.h"
@@ -47,6 +49,10 @@ class frmMDI : private QueryHost,
   void DoStatement();
   /// Runs the query window's selected SQL on all records windows that take part at once.
   void DoSQLAtOnce(bool preview);
+  /// Shows the plan of the query window's selected SQL on the active connection, or else the first.
+  void ExplainSQL();
+  /// Shows the tables of the database that is selected in the schema browser, or else the first.
+  void ShowDiagram();
   void mnuNewInstance_Click() override;
   void mnuWindowSidebar_Click() override { sidebar_.Toggle(); }
   void mnuWindowTileHoriz_Click() override { Arrange(Tiling::Horizontal); }
@@ -86,6 +92,7 @@ class frmMDI : private QueryHost,
   [[nodiscard]] bool AskToContinue(frmRecords& failed);
   [[nodiscard]] std::optional<std::string> SelectedSQL();
   [[nodiscard]] bool SomeTakePart();
+  [[nodiscard]] frmRecords* WindowToExplainOn() const;
   [[nodiscard]] SqlDialect DialectInUse() const;
   void ShowFailureOf(const std::vector<frmRecords*>& windows);
   void ConnectToFile(const std::string& path);
@@ -115,6 +122,7 @@ class frmMDI : private QueryHost,
   void ImportRecords(frmRecords& window) override;
   void ShowStatements(frmRecords& window) override { allConnections_.ShowStatements(window); }
   void ForgetStatements(frmRecords& window) override { allConnections_.ForgetStatements(window); }
+  void ShowChart(frmRecords& window) override;
   void ListWindowsIn(Window& window) override { windowMenu_.List(window); }
   void WireWindowMenu(Window& window) override;
   bool HandleFrameKey(int keyCode, int shift) override;
@@ -148,6 +156,8 @@ class frmMDI : private QueryHost,
   DroppedFiles droppedFiles_;
   SchemaBrowser browser_;
   TagsPanel tagsPanel_;
+  Explain explain_;
+  Diagram diagram_;
   AllConnections allConnections_;  ///< The records windows use it while they close.
   WindowMenu windowMenu_;
   std::vector<std::unique_ptr<frmRecords>> records_;

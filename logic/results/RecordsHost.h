@@ -42,6 +42,8 @@ class RecordsHost : public SqlTarget {
   virtual void ShowStatements(frmRecords& window) = 0;
   /// That run is over in that window: what is listed of it goes.
   virtual void ForgetStatements(frmRecords& window) = 0;
+  /// Draws a chart of the rows on show in that window.
+  virtual void ShowChart(frmRecords& window) = 0;
   /// Lists the program's windows in the Window menu of that one, which is about to open, and checks
   /// what holds of them.
   virtual void ListWindowsIn(Window& window) = 0;

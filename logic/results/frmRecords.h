@@ -69,6 +69,10 @@ class frmRecords : private QueryRunner, private TagResolver {
   /// nothing runs.
   bool DoQueryTags(const std::string& taggedSQL, bool confirmFirst, int historyPosition);
 
+  /// The SQL with its tags filled in as they would be to run it, and nothing else: nothing runs.
+  /// Nothing when a tag cannot be filled in, which has been shown.
+  [[nodiscard]] std::optional<std::string> FillInTags(const std::string& taggedSQL);
+
   // DoQueryTags in its parts, for who runs SQL in several windows at once.
   /// Fills in the tags and shows the SQL where asked to, and asks what is to become of a change
   /// that is pending. Nothing when the user or a tag stopped it, which has been shown; the rows

@@ -107,6 +107,10 @@ bool frmRecords::HandleControlShiftKey(int keyCode) {
       if (!dataGrid_.Visible()) return false;
       export_.Run();
       return true;
+    case 'G':
+      if (RowsOnShow() == nullptr) return false;
+      host_.ShowChart(*this);
+      return true;
     case 'I': host_.ImportRecords(*this); return true;
     case 'T': return FlipTakesPart();
     default: return false;

@@ -33,6 +33,12 @@ std::optional<PreparedQuery> frmRecords::Prepare(const std::string& taggedSQL, b
                   filled->usedSources, std::move(filled->tags)});
 }
 
+std::optional<std::string> frmRecords::FillInTags(const std::string& taggedSQL) {
+  std::optional<SubstitutedText> filled = Preprocess(taggedSQL);
+  if (!filled) return std::nullopt;
+  return std::move(filled->text);
+}
+
 /// Nothing when the tags could not be filled in; the reason has been shown then.
 std::optional<SubstitutedText> frmRecords::Preprocess(const std::string& taggedSQL) {
   if (!MayHoldTags(taggedSQL)) return SubstitutedText{taggedSQL};

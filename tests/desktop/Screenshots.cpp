@@ -1,5 +1,7 @@
 #include "tests/desktop/Screenshots.h"
 
+#include <cmath>
+
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -10,6 +12,7 @@
 #include <vector>
 
 #include "contract/desktop/controls/Button.h"
+#include "contract/desktop/controls/ChartBox.h"
 #include "contract/desktop/controls/DataGrid.h"
 #include "contract/desktop/controls/EditorBox.h"
 #include "contract/desktop/controls/Label.h"
@@ -320,6 +323,7 @@ class Album {
       window.Find<ProgressBar>("prgProgress").SetValue(45);
       window.Find<Button>("cmdImport").SetEnabled(true);
     });
+    DrawPictures();
     Draw("dlgDataLink", [](Window& window) {
       auto& list = window.Find<ListView>("lsvPairs");
       list.Insert(0, {"", "Data Source", {"/srv/data/shop.db"}, "", 0});
@@ -340,6 +344,48 @@ class Album {
     });
     for (const char* form : {"dlgAbout", "dlgCnODBC", "dlgCnSQLSrv", "dlgCnAccess", "dlgCnGeneric"})
       Draw(form, [](Window&) {});
+  }
+
+  /// The windows with plans, charts and diagrams.
+  void DrawPictures() {
+    Draw("dlgPlan", [](Window& window) {
+      auto& list = window.Find<ListView>("lsvPlan");
+      list.Insert(0, {"", "Hash Join", {"50", "61", "1", "4.2", "3 %", "Hash Cond: (o.c = c.id)"}});
+      ListRow costliest{
+          "", "   Seq Scan on orders o", {"1000", "1200", "1", "3.9", "91 %, the most"}};
+      costliest.foreColor = 0x0000C0;
+      list.Insert(1, costliest);
+      list.SetSelectedIndex(0);
+      list.SetColumnWidth(0, 3000);
+      window.Find<Label>("lblPlan").SetCaption(
+          "Planning Time 0.2 ms, Execution Time 4.3 ms. The share is that of the time.");
+    });
+    Draw("dlgChart", [](Window& window) {
+      ChartPicture picture;
+      for (int i = 0; i < 400; ++i) {
+        picture.x.push_back(i);
+        picture.y.push_back(std::sin(i / 40.0) * 50 + i % 7);
+      }
+      picture.xAxis = {"Row", AxisMeaning::Numbers, {}, 0, 400};
+      picture.yAxis = {"total", AxisMeaning::Numbers, {}, -60, 70};
+      window.Find<ChartBox>("chtChart").SetPicture(picture);
+      for (const char* name : {"cboKind", "cboX", "cboY"}) {
+        window.Find<ComboBox>(name).AddItem(name == std::string("cboKind") ? "Line" : "total");
+        window.Find<ComboBox>(name).SetListIndex(0);
+      }
+      window.Find<Label>("lblChart").SetCaption("400 rows");
+    });
+    Draw("dlgDiagram", [](Window& window) {
+      window.Find<DiagramBox>("dgmDiagram")
+          .SetSvg("<svg xmlns='http://www.w3.org/2000/svg' width='300' height='120'>"
+                  "<rect x='10' y='20' width='100' height='60' fill=\"white\" stroke=\"#5c6672\"/>"
+                  "<rect x='10' y='20' width='100' height='20' fill=\"#d6e6fb\"/>"
+                  "<text x='20' y='35' font-size='12'>orders</text>"
+                  "<line x1='110' y1='50' x2='190' y2='50' stroke=\"#5c6672\"/>"
+                  "<rect x='190' y='20' width='100' height='60' fill=\"white\" "
+                  "stroke=\"#5c6672\"/><text x='200' y='35' font-size='12'>customers</text></svg>");
+      window.Find<Label>("lblDiagram").SetCaption("2 tables, 1 foreign keys");
+    });
   }
 
   void DrawMessages() {

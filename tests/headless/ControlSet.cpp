@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "tests/headless/HeadlessDrawings.h"
 #include "tests/headless/HeadlessGrid.h"
 #include "tests/headless/HeadlessListView.h"
 #include "tests/headless/HeadlessLists.h"
@@ -49,6 +50,8 @@ std::unique_ptr<HeadlessControl> MakeControl(const FormWidget& widget, const Sur
       return std::make_unique<HeadlessGrid>(widget, around.failures, around.keeper,
                                             around.container, around.clipboard);
     case ControlKind::ProgressBar: return Make<HeadlessProgressBar>(widget, around);
+    case ControlKind::ChartBox: return Make<HeadlessChartBox>(widget, around);
+    case ControlKind::DiagramBox: return Make<HeadlessDiagramBox>(widget, around);
     case ControlKind::None: break;
   }
   throw std::logic_error(widget.name + " is of no kind.");

@@ -35,6 +35,8 @@ constexpr std::array<std::pair<std::string_view, ControlKind>, 18> kinds{{
     {"QTreeView", ControlKind::TreeView},
     {"QTableView", ControlKind::DataGrid},
     {"QProgressBar", ControlKind::ProgressBar},
+    {"tessel::ChartWidget", ControlKind::ChartBox},
+    {"tessel::DiagramWidget", ControlKind::DiagramBox},
 }};
 
 /// Widgets that only hold others.

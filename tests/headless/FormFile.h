@@ -29,6 +29,8 @@ enum class ControlKind {
   TreeView,
   DataGrid,
   ProgressBar,
+  ChartBox,
+  DiagramBox,
 };
 
 /// Properties of a form's element as the texts that stand in the file.

@@ -12,9 +12,9 @@ PRODUCT = ("contract", "logic", "main") + IMPLEMENTATIONS
 # The folders of each floor, each using only itself and those before it.
 FLOORS = {
     "contract": ("text", "system", "base", "sql", "data", "desktop"),
-    "logic": ("program", "text", "connections", "tags", "query", "schema", "import", "results", "together", "app"),
+    "logic": ("program", "text", "connections", "tags", "query", "schema", "import", "results", "plan", "together", "app"),
     "data": ("rows", "combined", "changes", "providers", "tasks", "cursor"),
-    "desktop": ("plain", "base", "look", "services", "dialogs", "controls", "editor", "tree", "grid", "access", "window", "help", "keyring"),
+    "desktop": ("plain", "base", "look", "services", "dialogs", "controls", "editor", "tree", "grid", "drawings", "access", "window", "help", "keyring"),
 }
 LOGIC_LIBRARIES = {"pugixml.hpp", "utf8proc.h"}
 GUARD = "cmake/forbidden"

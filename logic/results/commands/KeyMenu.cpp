@@ -29,6 +29,7 @@ constexpr Entry entries[] = {
     {"mnuRowsRecord", 'R', ctrl | shift, "DataGrid"},
     {"mnuRowsValue", 'V', ctrl | shift, "DataGrid"},
     {"mnuRowsWarning", 'W', ctrl | alt, "lblWarning"},
+    {"mnuRowsChart", 'G', ctrl | shift, "DataGrid"},
     {"mnuQueryAgain", key::f5, none, "cmdRequery"},
     {"mnuQueryAgainTags", key::f5, ctrl, "cmdRequeryTags"},
     {"mnuQueryBack", key::left, alt, "cmdHistoryBack"},

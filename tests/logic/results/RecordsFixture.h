@@ -41,6 +41,7 @@ class FakeRecordsHost : public RecordsHost {
     commands.emplace_back("statements");
     statements = window.Statements();
   }
+  void ShowChart(frmRecords& /*window*/) override { commands.emplace_back("chart"); }
   void ListWindowsIn(Window& window) override { listedIn = &window; }
   void WireWindowMenu(Window& window) override { wired = &window; }
   bool HandleFrameKey(int keyCode, int shift) override {
