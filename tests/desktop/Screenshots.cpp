@@ -384,7 +384,7 @@ class Album {
                   "<line x1='110' y1='50' x2='190' y2='50' stroke=\"#5c6672\"/>"
                   "<rect x='190' y='20' width='100' height='60' fill=\"white\" "
                   "stroke=\"#5c6672\"/><text x='200' y='35' font-size='12'>customers</text></svg>");
-      window.Find<Label>("lblDiagram").SetCaption("2 tables, 1 foreign keys");
+      window.Find<Label>("lblDiagram").SetCaption("2 tables, 1 foreign key");
     });
   }
 

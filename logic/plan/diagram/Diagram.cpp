@@ -19,11 +19,14 @@ constexpr int zoomStep = 25;  ///< Percent.
 constexpr int smallest = 10;
 constexpr int largest = 400;
 
+std::string Counted(std::size_t count, const char* what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
 std::string StatusText(const DiagramText& text) {
-  std::string status =
-      std::to_string(text.tables) + " tables, " + std::to_string(text.keys) + " foreign keys";
+  std::string status = Counted(text.tables, "table") + ", " + Counted(text.keys, "foreign key");
   if (text.leftOut > 0)
-    status += "; " + std::to_string(text.leftOut) + " tables without foreign keys are not drawn";
+    status += "; not drawn: " + Counted(text.leftOut, "table") + " without foreign keys";
   return status;
 }
 

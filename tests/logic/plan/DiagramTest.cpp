@@ -73,7 +73,7 @@ TEST_F(DiagramTest, TheDrawingIsShownZoomedAndSaved) {
   desktop.OnModal("dlgDiagram", [this](Window& w) {
     auto& box = w.Find<test::HeadlessDiagramBox>("dgmDiagram");
     EXPECT_EQ(w.Caption(), "Shop - Diagram");
-    EXPECT_EQ(w.Find<Label>("lblDiagram").Caption(), "2 tables, 1 foreign keys");
+    EXPECT_EQ(w.Find<Label>("lblDiagram").Caption(), "2 tables, 1 foreign key");
     EXPECT_EQ(box.Zoom(), 50);
     w.Click("cmdZoomIn");
     EXPECT_EQ(box.Zoom(), 75);
