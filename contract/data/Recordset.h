@@ -16,6 +16,9 @@ namespace tessel {
 
 class Connection;
 class Operation;
+class RowWork;
+struct CellSearch;
+struct RowArrangement;
 
 /// Bits of Connection::State and Recordset::State, joined by OR; 0 is closed. They have their
 /// classic numbers.
@@ -99,8 +102,10 @@ class Recordset {
   /// Field number (0-based) of a name, without regard to case; the first of several; nothing if
   /// there is none.
   [[nodiscard]] virtual std::optional<std::size_t> FindField(std::string_view name) const = 0;
-  /// Rows that have come so far, without a new one that is not written yet.
+  /// Rows on show that have come so far, without a new one that is not written yet.
   [[nodiscard]] virtual std::int64_t RecordCount() const = 0;
+  /// The same with those that an arrangement hides.
+  [[nodiscard]] virtual std::int64_t FullCount() const = 0;
 
   /// Any cell by position; does not move the current record. A new record that is pending stands at
   /// RecordCount(). Beyond that noCurrentRecord is raised, and itemNotFound for a field that is not
@@ -108,7 +113,11 @@ class Recordset {
   [[nodiscard]] virtual ValueView ValueAt(std::int64_t position, std::size_t field) const = 0;
   /// The row at a position, under the same rules.
   [[nodiscard]] virtual Bookmark BookmarkAt(std::int64_t position) const = 0;
-  /// Position of a row, or nothing when it was deleted or never was.
+  /// The cells at a position from field `first` on, as many as `values` has room for, under the
+  /// same rules: the row is looked for once. Does not move the current record.
+  virtual void ReadFieldsAt(std::int64_t position, std::size_t first,
+                            std::span<ValueView> values) const = 0;
+  /// Position of a row, or nothing when it was deleted, is hidden or never was.
   [[nodiscard]] virtual std::optional<std::int64_t> PositionOf(Bookmark bookmark) const = 0;
 
   // --- its current record ----------------------------------------------------------------------
@@ -142,7 +151,22 @@ class Recordset {
   /// of arrival. Empty: the order of opening. Raises itemNotFound for an unknown field and leaves
   /// the order as it was. The current record stays current. Rows that arrive later stand behind the
   /// sorted ones until all are there; an added or changed row goes to its place at the next call.
+  /// All rows are on show afterwards.
   virtual void SetSort(const std::string& order) = 0;
+
+  // --- arranging and looking through them -------------------------------------------------------
+  /// How its rows are arranged now.
+  [[nodiscard]] virtual const RowArrangement& Arrangement() const = 0;
+  /// Work whose last step arranges the rows anew, all at once; until then, and when it is let go of
+  /// before, they stay as they are. The current record stays current where it is on show, else the
+  /// first one on show becomes so. A row that is added or changed later is on show, at the end or
+  /// where it stands. Rows that come or go meanwhile make the work begin anew. Raises
+  /// itemNotFound for a field that is not there, Error(application) while rows still arrive, and
+  /// Error(changePending), which the last step raises too, while a change is pending; it has ended
+  /// then, and the rows stay as they are. A clone has an arrangement of its own, none at first.
+  [[nodiscard]] virtual std::unique_ptr<RowWork> StartArrange(RowArrangement arrangement) = 0;
+  /// Work that looks through the rows on show. When they are arranged anew, come or go it ends.
+  [[nodiscard]] virtual std::unique_ptr<RowWork> StartSearch(CellSearch search) const = 0;
 
   // --- changing its rows -----------------------------------------------------------------------
   // One change is pending at a time: of the current record, or of a new one. It lies in memory and

@@ -40,7 +40,6 @@ void ClientRecordset::Close() {
   change_.reset();
   state_ = objectState::closed;
   UseRows(std::make_shared<ResultRows>());
-  sort_.clear();
 }
 
 /// What was begun here and is pending goes with the rows before.
@@ -53,7 +52,7 @@ void ClientRecordset::UseRows(std::shared_ptr<ResultRows> rows) {
   rows_ = std::move(rows);
   if (!rows_) return;
   rows_->Watch(this);
-  MoveOver(*rows_);
+  MoveOver(rows_);
 }
 
 std::shared_ptr<Recordset> ClientRecordset::Clone(LockType lock) {
@@ -61,7 +60,6 @@ std::shared_ptr<Recordset> ClientRecordset::Clone(LockType lock) {
   auto clone = std::make_shared<ClientRecordset>(host_, Source(), lock);
   clone->UseRows(rows_);
   clone->state_ = objectState::open;
-  clone->OrderRows();
   return clone;
 }
 
@@ -93,7 +91,7 @@ void ClientRecordset::EndRows(const Task* task, RowFacts facts) {
   if (facts.fields.size() == rows_->fields.size())
     std::ranges::move(facts.fields, rows_->fields.begin());
   rows_->SetKey(std::move(facts.key));
-  if (!sort_.empty()) ApplySort();
+  ApplySort();
 }
 
 }  // namespace tessel

@@ -21,9 +21,7 @@ namespace tessel {
 ///
 /// A row that was added stands behind the others until the next sort, and a changed one where it
 /// stood. While rows are being fetched, or a change is being written, none can be begun.
-class ClientRecordset : public RowCursor,
-                        public std::enable_shared_from_this<ClientRecordset>,
-                        private RowWatcher {
+class ClientRecordset : public RowCursor, private RowWatcher {
  public:
   ClientRecordset(std::weak_ptr<CursorHost> host, std::string source, LockType lock);
   ~ClientRecordset() override;

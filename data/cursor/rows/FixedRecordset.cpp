@@ -9,7 +9,7 @@ namespace tessel {
 FixedRecordset::FixedRecordset(std::shared_ptr<const FixedRows> rows)
     : RowCursor(std::string(), LockType::ReadOnly), rows_(std::move(rows)) {
   properties_.Set("Unique Rows", false);
-  MoveOver(*rows_);
+  MoveOver(rows_);
   state_ = objectState::open;
 }
 
@@ -21,8 +21,7 @@ std::shared_ptr<Recordset> FixedRecordset::Clone(LockType /*lock*/) {
 
 void FixedRecordset::Close() {
   rows_ = std::make_shared<NoRows>();
-  MoveOver(*rows_);
-  sort_.clear();
+  MoveOver(rows_);
   state_ = objectState::closed;
 }
 

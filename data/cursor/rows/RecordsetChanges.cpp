@@ -86,7 +86,7 @@ void ClientRecordset::AddNew() {
                                  .values = FieldValues(rows_->fields.size()),
                                  .owner = this,
                                  .writer = nullptr};
-  position_ = rows_->Count();
+  position_ = RecordCount();
   atNew_ = true;
 }
 
@@ -150,7 +150,8 @@ std::shared_ptr<Operation> ClientRecordset::Write(RowChange change, std::int64_t
   const std::shared_ptr<CursorHost> host = host_.lock();
   if (!host)
     throw Error(errorNumber::objectClosed, "Tessel", "The recordset's connection is gone.");
-  return host->StartWrite(shared_from_this(), {rows_, row}, std::move(change));
+  return host->StartWrite(std::static_pointer_cast<ClientRecordset>(shared_from_this()),
+                          {rows_, row}, std::move(change));
 }
 
 void ClientRecordset::BeginChange(std::shared_ptr<Task> task) {
@@ -169,23 +170,26 @@ void ClientRecordset::EndChange(const Task* task) {
 
 /// The new row becomes an ordinary one, which stays current where it is so.
 void ClientRecordset::RowComes(std::int64_t row) {
-  const std::int64_t count = rows_->Count();
-  order_.Append(row, count);
-  if (!std::exchange(atNew_, false) && position_ >= count) position_ = count + 1;
+  NoteOtherRows();
+  const std::int64_t shown = order_.Shown(rows_->Count());
+  order_.Append(row, shown);
+  if (!std::exchange(atNew_, false) && position_ >= shown) position_ = shown + 1;
 }
 
 /// The one behind it becomes current.
 void ClientRecordset::RowGoes(std::int64_t row) {
-  const std::int64_t position = order_.PositionOf(row);
-  order_.Remove(position, rows_->Count());
-  if (position_ > position) --position_;
+  NoteOtherRows();
+  const std::optional<std::int64_t> position = order_.PositionOf(row);
+  if (!position) return order_.RemoveHidden();
+  order_.Remove(*position, order_.Shown(rows_->Count()));
+  if (position_ > *position) --position_;
 }
 
 void ClientRecordset::NewRowDropped() {
   if (!std::exchange(atNew_, false)) return;
   const bool knows = rowBeforeNew_ && rows_->Contains(*rowBeforeNew_);
-  position_ =
-      knows ? order_.PositionOf(*rowBeforeNew_) : std::min(positionBeforeNew_, rows_->Count());
+  const auto position = knows ? order_.PositionOf(*rowBeforeNew_) : std::nullopt;
+  position_ = position.value_or(std::min(positionBeforeNew_, order_.Shown(rows_->Count())));
 }
 
 }  // namespace tessel

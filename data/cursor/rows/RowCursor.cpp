@@ -38,11 +38,12 @@ struct ByteCount {
 
 }  // namespace
 
-void RowCursor::MoveOver(const RowSource& rows) {
-  rows_ = &rows;
-  order_.Set({}, 0);
+void RowCursor::MoveOver(std::shared_ptr<const RowSource> rows) {
+  rows_ = std::move(rows);
+  arrangement_ = {};
   position_ = 0;
   atNew_ = false;
+  OrderRows();
 }
 
 // --- its rows --------------------------------------------------------------------------------
@@ -70,6 +71,11 @@ std::optional<std::size_t> RowCursor::FindField(std::string_view name) const {
 
 std::int64_t RowCursor::RecordCount() const {
   RequireOpen();
+  return order_.Shown(rows_->Count());
+}
+
+std::int64_t RowCursor::FullCount() const {
+  RequireOpen();
   return rows_->Count();
 }
 
@@ -88,10 +94,18 @@ ValueView RowCursor::ValueAt(std::int64_t position, std::size_t field) const {
 
 Bookmark RowCursor::BookmarkAt(std::int64_t position) const { return RowAt(position) + 1; }
 
+void RowCursor::ReadFieldsAt(std::int64_t position, std::size_t first,
+                             std::span<ValueView> values) const {
+  const std::int64_t row = RowAt(position);
+  if (values.empty()) return;
+  RequireField(first + values.size() - 1);
+  rows_->Read(row, first, values);
+}
+
 std::optional<std::int64_t> RowCursor::PositionOf(Bookmark bookmark) const {
   RequireOpen();
   const std::int64_t row = bookmark - 1;
-  if (rows_->NewRow() == row) return rows_->Count();
+  if (rows_->NewRow() == row) return RecordCount();
   if (!rows_->Contains(row)) return std::nullopt;
   return order_.PositionOf(row);
 }
@@ -145,7 +159,7 @@ void RowCursor::MoveTo(Bookmark bookmark) {
   if (!position)
     throw Error(errorNumber::noCurrentRecord, "Tessel", "The record is not there any more.");
   position_ = *position;
-  atNew_ = position_ == rows_->Count();
+  atNew_ = position_ == RecordCount();
 }
 
 ValueView RowCursor::FieldValue(std::size_t field) const {
@@ -166,32 +180,74 @@ std::int64_t RowCursor::ActualSize(std::size_t field) const {
   return static_cast<std::int64_t>(std::visit(ByteCount(), value));
 }
 
-// --- sorting ---------------------------------------------------------------------------------
+// --- sorting and arranging -------------------------------------------------------------------
 
 void RowCursor::SetSort(const std::string& order) {
   RequireOpen();
-  sort_ = ParseSort(order, [this](std::string_view name) { return FindField(name); });
-  ApplySort();
+  auto sort = ParseSort(order, [this](std::string_view name) { return FindField(name); });
+  arrangement_ = {std::move(sort), TextOrder::CodePoint, {}};
+  KeepCurrent([this] { OrderRows(); });
 }
 
 void RowCursor::ApplySort() {
+  if (!arrangement_.sort.empty()) KeepCurrent([this] { OrderRows(); });
+}
+
+/// The current record stays current where it is on show, else the first one is.
+void RowCursor::KeepCurrent(const std::function<void()>& order) {
   const bool hasCurrent = !Bof() && !Eof();
   const Bookmark current = hasCurrent ? CurrentBookmark() : 0;
-  OrderRows();
-  if (hasCurrent) MoveTo(current);
+  order();
+  if (!hasCurrent) return;
+  if (PositionOf(current)) MoveTo(current);
+  else MoveFirst();
 }
 
 /// Where rows went or numbers were left out, positions and numbers are no longer the same.
 void RowCursor::OrderRows() {
+  ++version_;
   const std::int64_t next = rows_->NextNumber();
-  if (sort_.empty() && next == rows_->Count()) {
+  if (arrangement_.sort.empty() && next == rows_->Count()) {
     order_.Set({}, 0);
   } else {
     std::vector<std::int64_t> numbers = rows_->Numbers();
-    SortRows(numbers, sort_,
+    SortRows(numbers, arrangement_.sort,
              [&](std::int64_t row, std::size_t field) { return rows_->At(row, field); });
     order_.Set(std::move(numbers), next);
   }
+}
+
+void RowCursor::RequireNothingPending() const {
+  if (Editing() == EditMode::None) return;
+  throw Error(errorNumber::changePending, "Tessel",
+              "The change of a record waits to be saved first.");
+}
+
+std::unique_ptr<RowWork> RowCursor::StartArrange(RowArrangement arrangement) {
+  RequireOpen();
+  if ((state_ & objectState::fetching) != 0)
+    throw Error(errorNumber::application, "Tessel", "The records are still being fetched.");
+  RequireNothingPending();
+  for (const SortKey& key : arrangement.sort) RequireField(key.field);
+  for (const RowCondition& condition : arrangement.conditions)
+    if (condition.field) RequireField(*condition.field);
+  return std::make_unique<ArrangeWork>(shared_from_this(), std::move(arrangement));
+}
+
+std::unique_ptr<RowWork> RowCursor::StartSearch(CellSearch search) const {
+  RequireOpen();
+  if (search.field) RequireField(*search.field);
+  return std::make_unique<SearchWork>(shared_from_this(), std::move(search));
+}
+
+void RowCursor::Arrange(RowArrangement arrangement, std::vector<std::int64_t> rows,
+                        std::int64_t hidden) {
+  KeepCurrent([&] {
+    arrangement_ = std::move(arrangement);
+    if (arrangement_.sort.empty() && arrangement_.conditions.empty()) return OrderRows();
+    ++version_;
+    order_.Set(std::move(rows), rows_->NextNumber(), hidden);
+  });
 }
 
 }  // namespace tessel

@@ -5,39 +5,53 @@
 
 namespace tessel {
 
-void RowOrder::Set(std::vector<std::int64_t> rows, std::int64_t next) {
+namespace {
+
+constexpr std::int32_t isHidden = -1;
+
+}  // namespace
+
+void RowOrder::Set(std::vector<std::int64_t> rows, std::int64_t next, std::int64_t hidden) {
   rows_ = std::move(rows);
   next_ = next;
+  hidden_ = hidden;
   ascending_ = std::ranges::is_sorted(rows_);
   positions_.clear();
 }
 
-std::int64_t RowOrder::PositionOf(std::int64_t row) const {
+std::optional<std::int64_t> RowOrder::PositionOf(std::int64_t row) const {
   if (row >= next_) return row - next_ + Ordered();
-  if (ascending_) return std::ranges::lower_bound(rows_, row) - rows_.begin();
-  if (positions_.empty()) {
-    positions_.resize(static_cast<std::size_t>(next_));
-    for (std::size_t i = 0; i < rows_.size(); ++i)
-      positions_[static_cast<std::size_t>(rows_[i])] = static_cast<std::int64_t>(i);
+  if (ascending_) {
+    const auto found = std::ranges::lower_bound(rows_, row);
+    if (found == rows_.end() || *found != row) return std::nullopt;
+    return found - rows_.begin();
   }
-  return positions_[static_cast<std::size_t>(row)];
+  if (positions_.empty()) Invert();
+  const std::int32_t position = positions_[static_cast<std::size_t>(row)];
+  return position == isHidden ? std::nullopt : std::optional<std::int64_t>(position);
 }
 
-/// Every one of the `count` rows stands in the list.
-void RowOrder::SpellOut(std::int64_t count) {
-  while (Ordered() < count) rows_.push_back(next_++);
+void RowOrder::Invert() const {
+  positions_.assign(static_cast<std::size_t>(next_), isHidden);
+  for (std::size_t i = 0; i < rows_.size(); ++i)
+    positions_[static_cast<std::size_t>(rows_[i])] = static_cast<std::int32_t>(i);
+}
+
+/// Every one of the rows on show stands in the list.
+void RowOrder::SpellOut(std::int64_t shown) {
+  while (Ordered() < shown) rows_.push_back(next_++);
   positions_.clear();
 }
 
-void RowOrder::Append(std::int64_t row, std::int64_t count) {
-  if (RowAt(count) == row) return;
-  SpellOut(count);
+void RowOrder::Append(std::int64_t row, std::int64_t shown) {
+  if (RowAt(shown) == row) return;
+  SpellOut(shown);
   rows_.push_back(row);
   next_ = row + 1;
 }
 
-void RowOrder::Remove(std::int64_t position, std::int64_t count) {
-  SpellOut(count);
+void RowOrder::Remove(std::int64_t position, std::int64_t shown) {
+  SpellOut(shown);
   rows_.erase(rows_.begin() + position);
 }
 

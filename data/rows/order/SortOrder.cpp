@@ -1,13 +1,13 @@
 #include "data/rows/order/SortOrder.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <compare>
 
 #include "contract/base/Error.h"
 #include "contract/text/Ascii.h"
 #include "data/rows/DecimalDigits.h"
+#include "data/rows/order/NumberKey.h"
 
 namespace tessel {
 
@@ -21,33 +21,6 @@ int Compare(const T& a, const T& b) {
 }
 
 // --- numbers -------------------------------------------------------------------------------------
-
-/// All digits of the exact value; `to_chars` would give the shortest that reads back.
-std::string ExactText(double value) {
-  std::string text(1100, '\0');
-  const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value,
-                                          std::chars_format::scientific, 800);
-  text.resize(static_cast<std::size_t>(end - text.data()));
-  return text;
-}
-
-DecimalDigits NumberDigits(const ValueView& value) {
-  if (const auto* decimal = std::get_if<DecimalView>(&value)) return ToDigits(decimal->digits);
-  if (const auto* real = std::get_if<double>(&value)) return ToDigits(ExactText(*real));
-  if (const auto* single = std::get_if<float>(&value)) return ToDigits(ExactText(*single));
-  return ToDigits(ToText(value));
-}
-
-/// Whether all values of `value`'s kind are exact in a double.
-std::optional<double> ExactDouble(const ValueView& value) {
-  constexpr std::int64_t most = std::int64_t{1} << 53;
-  if (const auto* real = std::get_if<double>(&value)) return *real;
-  if (const auto* single = std::get_if<float>(&value)) return *single;
-  if (const auto* number = std::get_if<std::int64_t>(&value)) {
-    if (*number >= -most && *number <= most) return static_cast<double>(*number);
-  }
-  return std::nullopt;
-}
 
 int CompareDoubles(double a, double b) {
   if (std::isnan(a) || std::isnan(b)) return Compare(!std::isnan(a), !std::isnan(b));
@@ -65,15 +38,6 @@ int CompareNumbers(const ValueView& a, const ValueView& b) {
 }
 
 // --- values of all kinds -------------------------------------------------------------------------
-
-enum class Rank { Null, Boolean, Number, Text, Moment, Binary };
-
-Rank RankOf(const ValueView& value) {
-  constexpr Rank ranks[] = {Rank::Null,   Rank::Boolean, Rank::Number, Rank::Number, Rank::Number,
-                            Rank::Number, Rank::Number,  Rank::Moment, Rank::Text,   Rank::Binary};
-  static_assert(std::size(ranks) == std::variant_size_v<ValueView>);
-  return ranks[value.index()];
-}
 
 int CompareText(std::string_view a, std::string_view b) {
   if (a == b) return 0;
@@ -111,16 +75,25 @@ std::string_view TakePart(std::string_view& text) {
 
 }  // namespace
 
+ValueRank RankOf(const ValueView& value) {
+  using enum ValueRank;
+  constexpr ValueRank ranks[] = {Null,   Boolean, Number, Number, Number,
+                                 Number, Number,  Moment, Text,   Binary};
+  static_assert(std::size(ranks) == std::variant_size_v<ValueView>);
+  return ranks[value.index()];
+}
+
 int CompareValues(const ValueView& a, const ValueView& b) {
-  const Rank rank = RankOf(a);
+  const ValueRank rank = RankOf(a);
   if (rank != RankOf(b)) return Compare(rank, RankOf(b));
   switch (rank) {
-    case Rank::Boolean: return Compare(std::get<bool>(a), std::get<bool>(b));
-    case Rank::Number: return CompareNumbers(a, b);
-    case Rank::Text:
+    case ValueRank::Boolean: return Compare(std::get<bool>(a), std::get<bool>(b));
+    case ValueRank::Number: return CompareNumbers(a, b);
+    case ValueRank::Text:
       return CompareText(std::get<std::string_view>(a), std::get<std::string_view>(b));
-    case Rank::Moment: return Compare(std::get<MomentView>(a).text, std::get<MomentView>(b).text);
-    case Rank::Binary:
+    case ValueRank::Moment:
+      return Compare(std::get<MomentView>(a).text, std::get<MomentView>(b).text);
+    case ValueRank::Binary:
       return CompareBytes(std::get<BinaryView>(a).bytes, std::get<BinaryView>(b).bytes);
     default: return 0;
   }

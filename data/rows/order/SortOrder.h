@@ -8,8 +8,13 @@
 #include <vector>
 
 #include "contract/base/Value.h"
+#include "contract/data/RowArrangement.h"
 
 namespace tessel {
+
+/// What kind of value it is, in sorted order.
+enum class ValueRank : std::uint8_t { Null, Boolean, Number, Text, Moment, Binary };
+[[nodiscard]] ValueRank RankOf(const ValueView& value);
 
 /// Less than, equal to or greater than 0 as `a` stands before, with or behind `b` in sorted order:
 /// null, booleans, numbers by value whatever their kind (not-a-number first, decimals exactly),
@@ -18,10 +23,7 @@ namespace tessel {
 [[nodiscard]] int CompareValues(const ValueView& a, const ValueView& b);
 
 /// One field to sort by.
-struct SortField {
-  std::size_t field = 0;
-  bool descending = false;
-};
+using SortField = SortKey;
 
 /// Reads the text of Recordset::SetSort. `find` gives the number of a field by its name. Raises
 /// Error(itemNotFound).

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "contract/data/Recordset.h"
+#include "contract/data/RowArrangement.h"
 
 namespace tessel::test {
 
@@ -32,7 +33,12 @@ class GeneratedRows final : public Recordset {
   [[nodiscard]] const std::vector<FieldInfo>& Fields() const override { return fields_; }
   [[nodiscard]] std::optional<std::size_t> FindField(std::string_view name) const override;
   [[nodiscard]] std::int64_t RecordCount() const override { return rows_; }
+  [[nodiscard]] std::int64_t FullCount() const override { return rows_; }
   [[nodiscard]] ValueView ValueAt(std::int64_t position, std::size_t field) const override;
+  void ReadFieldsAt(std::int64_t position, std::size_t first,
+                    std::span<ValueView> values) const override {
+    for (ValueView& value : values) value = ValueAt(position, first++);
+  }
   /// Far from the positions, so that the two cannot be mistaken for each other.
   [[nodiscard]] Bookmark BookmarkAt(std::int64_t position) const override {
     return position + offset;
@@ -56,6 +62,15 @@ class GeneratedRows final : public Recordset {
   [[nodiscard]] std::int64_t ActualSize(std::size_t /*field*/) const override { return 0; }
   [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType /*lock*/) override;
   void SetSort(const std::string& /*order*/) override {}
+  [[nodiscard]] const RowArrangement& Arrangement() const override { return arrangement_; }
+  [[nodiscard]] std::unique_ptr<RowWork> StartArrange(RowArrangement /*arrangement*/) override {
+    return nullptr;
+  }
+  [[nodiscard]] std::unique_ptr<RowWork> StartSearch(CellSearch /*search*/) const override {
+    return nullptr;
+  }
+  /// Says that the rows are arranged so; they stay where they are.
+  void PretendArranged(RowArrangement arrangement) { arrangement_ = std::move(arrangement); }
   [[nodiscard]] std::optional<ErrorInfo> WhyNotChangeable() const override {
     return Error(errorNumber::readOnly, "GeneratedRows", "The rows are made up.").Info();
   }
@@ -78,6 +93,7 @@ class GeneratedRows final : public Recordset {
   int state_ = objectState::open;
   mutable std::int64_t reads_ = 0;
   std::string refusal_;
+  RowArrangement arrangement_;
   Properties properties_;
 };
 

@@ -1,0 +1,124 @@
+#include "data/rows/arranged/RowArranger.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "data/rows/order/SortOrder.h"
+
+namespace tessel {
+
+namespace {
+
+/// What is done between two looks at the clock.
+constexpr std::int64_t rowsAtOnce = 256;
+constexpr std::int64_t gatheredAtOnce = 65536;
+
+bool WantsLanguage(const RowSource& rows, const RowArrangement& wanted) {
+  return wanted.textOrder == TextOrder::Desktop && !wanted.sort.empty() && rows.Count() > 0;
+}
+
+}  // namespace
+
+RowArranger::RowArranger(const RowSource& rows, const RowArrangement& wanted)
+    : rows_(rows),
+      wanted_(wanted),
+      test_(rows, wanted.conditions),
+      next_(0),
+      numbers_(rows.NextNumber()) {
+  shown_.reserve(static_cast<std::size_t>(rows.Count()));
+  if (WantsLanguage(rows, wanted)) texts_.emplace();
+  if (texts_ && !texts_->HasLanguage()) texts_.reset();
+}
+
+/// While rows are tested all of them are expected to be sorted.
+std::int64_t RowArranger::Total() const {
+  if (phase_ == Phase::Ended) return std::max<std::int64_t>(done_, 1);
+  const auto fields = static_cast<std::int64_t>(wanted_.sort.size());
+  const std::int64_t toSort = phase_ == Phase::Test ? rows_.Count() : ShownCount();
+  const std::int64_t sorting = sorting_ ? sorting_->Total() : fields > 0 ? toSort * 8 : 0;
+  return numbers_ + fields * toSort + sorting + (fields > 0 ? toSort : 0) + 1;
+}
+
+void RowArranger::Work() {
+  const auto until = std::chrono::steady_clock::now() + workSlice;
+  while (phase_ != Phase::Ended && std::chrono::steady_clock::now() < until) DoSome();
+}
+
+void RowArranger::DoSome() {
+  switch (phase_) {
+    case Phase::Test: return TestSome();
+    case Phase::Keys: return MakeSomeKeys();
+    case Phase::Gather: return GatherSome();
+    case Phase::Sort: {
+      const std::int64_t before = sorting_->Done();
+      sorting_->Step();
+      done_ += sorting_->Done() - before;
+      if (sorting_->Done() == sorting_->Total()) Enter(Phase::Gather);
+      return;
+    }
+    case Phase::Ended: return;
+  }
+}
+
+void RowArranger::Enter(Phase phase) {
+  phase_ = phase;
+  next_ = 0;
+}
+
+void RowArranger::TestSome() {
+  const std::int64_t end = std::min(next_ + rowsAtOnce, numbers_);
+  for (std::int64_t row = next_; row < end; ++row) {
+    if (!rows_.Contains(row)) continue;
+    if (wanted_.conditions.empty() || test_.Passes(row)) shown_.push_back(row);
+    else ++hidden_;
+  }
+  done_ += end - next_;
+  next_ = end;
+  if (next_ < numbers_) return;
+  if (wanted_.sort.empty()) return Enter(Phase::Ended);
+  Enter(Phase::Keys);
+  EndKeysOfField();
+}
+
+/// Goes on with the next field, or to the sorting.
+void RowArranger::EndKeysOfField() {
+  next_ = 0;
+  if (keys_.size() == wanted_.sort.size()) {
+    const auto whole = [this](std::size_t column, std::size_t a, std::size_t b) {
+      const std::size_t field = wanted_.sort[column].field;
+      return CompareValues(rows_.At(shown_[a], field), rows_.At(shown_[b], field));
+    };
+    sorting_.emplace(keys_, shown_.size(), whole);
+    return Enter(Phase::Sort);
+  }
+  keys_.reserve(wanted_.sort.size());
+  keys_.emplace_back(wanted_.sort[keys_.size()].descending, texts_ ? &*texts_ : nullptr);
+  keys_.back().ExpectRows(shown_.size());
+}
+
+void RowArranger::MakeSomeKeys() {
+  const std::size_t field = wanted_.sort[keys_.size() - 1].field;
+  const std::int64_t end = std::min(next_ + rowsAtOnce, ShownCount());
+  for (std::int64_t place = next_; place < end; ++place) {
+    if (keys_.back().Add(rows_.At(shown_[static_cast<std::size_t>(place)], field))) continue;
+    done_ -= next_;
+    next_ = 0;
+    return;
+  }
+  done_ += end - next_;
+  next_ = end;
+  if (next_ == ShownCount()) EndKeysOfField();
+}
+
+void RowArranger::GatherSome() {
+  if (next_ == 0) sorted_.reserve(shown_.size());
+  const std::int64_t end = std::min(next_ + gatheredAtOnce, ShownCount());
+  for (; next_ < end; ++next_)
+    sorted_.push_back(shown_[sorting_->RowAt(static_cast<std::size_t>(next_))]);
+  if (next_ < ShownCount()) return;
+  std::swap(shown_, sorted_);
+  done_ += ShownCount();
+  Enter(Phase::Ended);
+}
+
+}  // namespace tessel
