@@ -41,6 +41,8 @@ class Clipboard {
   virtual ~Clipboard() = default;
   /// The clipboard as UTF-8 text; empty when it holds none.
   [[nodiscard]] virtual std::string Text() const = 0;
+  /// The clipboard as the source of an HTML page, UTF-8; empty when it holds none.
+  [[nodiscard]] virtual std::string Html() const = 0;
   /// Plain text in place of all that the clipboard held; line ends stay as they are.
   virtual void SetText(std::string_view text) = 0;
 };

@@ -39,6 +39,7 @@ bool RecordGrid::StartTyping(const QKeyEvent& event) {
   if (user_ == nullptr || editor_->IsOpen()) return false;
   const bool paste = event.matches(QKeySequence::Paste);
   if (!TypesText(event) && !paste) return false;
+  if (paste && user_->Pastes()) return true;
   if (event.key() == Qt::Key_Space && user_->TurnsOver()) return true;
   if (!user_->MayEdit()) return false;
   const bool empties = event.key() == Qt::Key_Delete || event.key() == Qt::Key_Backspace;

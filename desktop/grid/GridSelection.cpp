@@ -21,6 +21,7 @@ void GridSelection::PressRow(int row, bool add, bool extend) {
   rowsBefore_ = add ? rows_ : std::vector<Bookmark>();
   anchorRow_ = row;
   if (!add || !HasRow(pressed)) return RowsFromAnchorTo(row);
+  ++rowsVersion_;
   std::erase(rows_, pressed);
   isSelected_.erase(pressed);
   rowsBefore_ = rows_;
@@ -32,6 +33,7 @@ void GridSelection::DragToRow(int row) {
 
 void GridSelection::SetRows(const std::vector<Bookmark>& rows) {
   ForgetAllBut(true, true, false);
+  ++rowsVersion_;
   rows_ = rows;
   isSelected_ = {rows.begin(), rows.end()};
   rowsBefore_.clear();
@@ -74,6 +76,7 @@ void GridSelection::SetCells(const CellRange& cells) {
 
 /// Selects the rows selected before, then those from the anchor on in the direction of the drag.
 void GridSelection::RowsFromAnchorTo(int row) {
+  ++rowsVersion_;
   rows_ = rowsBefore_;
   isSelected_ = {rows_.begin(), rows_.end()};
   const int step = row < anchorRow_ ? -1 : 1;
@@ -86,6 +89,7 @@ void GridSelection::RowsFromAnchorTo(int row) {
 
 void GridSelection::ForgetAllBut(bool rows, bool columns, bool cells) {
   if (!rows) {
+    if (!rows_.empty()) ++rowsVersion_;
     rows_.clear();
     isSelected_.clear();
     rowsBefore_.clear();

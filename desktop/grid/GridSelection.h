@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <unordered_set>
 #include <vector>
@@ -18,6 +19,7 @@ struct CellRange {
     return row >= firstRow && row <= lastRow && column >= firstColumn && column <= lastColumn;
   }
   [[nodiscard]] bool IsEmpty() const { return lastRow < firstRow || lastColumn < firstColumn; }
+  bool operator==(const CellRange&) const = default;
 };
 
 /// What is selected in a grid: rows in the order of their selection, a range of columns, or both,
@@ -55,6 +57,16 @@ class GridSelection {
   /// More than one cell, or an empty range.
   [[nodiscard]] const CellRange& Cells() const { return cells_; }
 
+  /// What is selected in few words: of two selections that differ they differ.
+  struct Trace {
+    CellRange cells;
+    int firstColumn = -1;
+    int lastColumn = -1;
+    std::uint64_t rows = 0;
+    bool operator==(const Trace&) const = default;
+  };
+  [[nodiscard]] Trace Now() const { return {cells_, firstColumn_, lastColumn_, rowsVersion_}; }
+
  private:
   void RowsFromAnchorTo(int row);
   void ForgetAllBut(bool rows, bool columns, bool cells);
@@ -62,6 +74,7 @@ class GridSelection {
   BookmarkAt bookmarkAt_;
   std::vector<Bookmark> rows_;
   std::unordered_set<Bookmark> isSelected_;
+  std::uint64_t rowsVersion_ = 0;     ///< Another one after each change of them.
   std::vector<Bookmark> rowsBefore_;  ///< Selected before the press that is being dragged.
   int anchorRow_ = -1;
   int anchorColumn_ = -1;

@@ -1,6 +1,7 @@
 #include "desktop/grid/QtDataGrid.h"
 
 #include <QApplication>
+#include <algorithm>
 
 #include "desktop/look/Colors.h"
 
@@ -14,6 +15,10 @@ QtDataGrid::QtDataGrid(RecordGrid& widget, const ControlSite& site) : ControlOf(
   };
   QObject::connect(&widget, &RecordGrid::currentCellMoved, &Face(), [this] { CellMoved(); });
   QObject::connect(&widget, &RecordGrid::recordFollowed, &Face(), [this] { Raise(RowsChange); });
+  QObject::connect(&widget, &RecordGrid::otherSelected, &Face(),
+                   [this] { Raise(SelectionChange); });
+  QObject::connect(&widget, &RecordGrid::sortPressed, &Face(),
+                   [this](int column, bool further) { Raise(SortClick, column, further); });
   QObject::connect(&widget, &RecordGrid::buttonPressed, &Face(),
                    [this](int column) { Raise(ButtonClick, column); });
 }
@@ -55,6 +60,34 @@ void QtDataGrid::SetMarkedCells(MarkedCells marked) {
 
 std::vector<Bookmark> QtDataGrid::SelBookmarks() const { return TheWidget().Selection().Rows(); }
 
+GridCells QtDataGrid::SelCells() const {
+  CellRange cells = TheWidget().Selection().Cells();
+  cells.lastRow = std::min(cells.lastRow, Model().Records() - 1);
+  if (cells.IsEmpty()) return {};
+  return {cells.firstRow, cells.lastRow, cells.firstColumn, cells.lastColumn};
+}
+
+void QtDataGrid::SelectCells(const GridCells& cells) {
+  const auto lastRow = std::min<std::int64_t>(cells.lastRow, Model().Records() - 1);
+  TheWidget().SelectCells({static_cast<int>(cells.firstRow), cells.firstColumn,
+                           static_cast<int>(lastRow), cells.lastColumn});
+}
+
+bool QtDataGrid::GoToCell(std::int64_t position, int column) {
+  if (position < 0 || position >= Model().Records()) return false;
+  if (column < 0 || column >= ColumnCount()) return false;
+  return TheWidget().GoToCell(static_cast<int>(position), column);
+}
+
+int QtDataGrid::ColumnWidth(int column) const {
+  return Face().TheScale().Twips(TheWidget().columnWidth(column));
+}
+
+void QtDataGrid::SetColumnWidth(int column, int twips) {
+  const int wanted = Face().TheScale().Pixels(std::max(twips, 0));
+  TheWidget().ChangeWidth(column, wanted);
+}
+
 std::string QtDataGrid::ShownText(std::int64_t position, int column) const {
   if (Model().IsEmptyRow(static_cast<int>(position))) return {};
   const ValueView value = DataSource()->ValueAt(position, static_cast<std::size_t>(column));
@@ -88,6 +121,12 @@ void QtDataGrid::SelectCellAlone() {
 void QtDataGrid::Typed() {
   TheWidget().ShowSelection();
   UserTyped();
+}
+
+bool QtDataGrid::Pastes() {
+  bool taken = false;
+  Raise(Paste, taken);
+  return taken;
 }
 
 /// The headers keep the colours of the desktop.

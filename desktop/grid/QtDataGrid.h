@@ -50,7 +50,12 @@ class QtDataGrid final : public ControlOf<DataGrid, RecordGrid>, private GridUse
   [[nodiscard]] std::vector<Bookmark> SelBookmarks() const override;
   [[nodiscard]] int SelStartCol() const override { return TheWidget().Selection().FirstColumn(); }
   [[nodiscard]] int SelEndCol() const override { return TheWidget().Selection().LastColumn(); }
+  [[nodiscard]] GridCells SelCells() const override;
+  void SelectCells(const GridCells& cells) override;
   [[nodiscard]] int CurrentColumn() const override { return column_; }
+  bool GoToCell(std::int64_t position, int column) override;
+  [[nodiscard]] int ColumnWidth(int column) const override;
+  void SetColumnWidth(int column, int twips) override;
   [[nodiscard]] bool OnNewRow() const override { return TheWidget().OnNewRow(); }
   [[nodiscard]] std::string ShownText(std::int64_t position, int column) const override;
   [[nodiscard]] Rect CellBounds() const override;
@@ -76,6 +81,7 @@ class QtDataGrid final : public ControlOf<DataGrid, RecordGrid>, private GridUse
   bool TurnsOver() override { return UserTurnsOver(); }
   void OpensCell() override { EditCell(); }
   void Typed() override;
+  bool Pastes() override;
 
   [[nodiscard]] RecordsModel& Model() const { return TheWidget().Model(); }
   void ShowColors();

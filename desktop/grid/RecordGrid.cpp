@@ -24,6 +24,7 @@ namespace {
 // At the ordinary font, in pixels.
 constexpr double ordinaryHeight = 16;
 constexpr int narrowestColumn = 48;
+constexpr int narrowestByUser = 24;
 constexpr int widestColumn = 320;
 constexpr int widestNumber = 480;
 constexpr int wheelStep = 120;
@@ -121,6 +122,21 @@ void RecordGrid::GoTo(int row, int column, bool extend) {
   ShowSelection();
 }
 
+bool RecordGrid::GoToCell(int row, int column) {
+  GoTo(row, column, false);
+  if (currentIndex() != model_->index(row, column)) return false;
+  scrollTo(currentIndex());
+  return true;
+}
+
+/// A single cell is no selection.
+void RecordGrid::SelectCells(const CellRange& cells) {
+  const bool isOne = cells.firstRow == cells.lastRow && cells.firstColumn == cells.lastColumn;
+  if (cells.IsEmpty() || isOne) selection_.StartAt(currentIndex().row(), currentIndex().column());
+  else selection_.SetCells(cells);
+  ShowSelection();
+}
+
 void RecordGrid::Copy() {
   if (!currentIndex().isValid() || SelectedCells().rowCount <= 0) return;
   QApplication::setOverrideCursor(Qt::WaitCursor);
@@ -137,6 +153,7 @@ void RecordGrid::ShowSelection() {
   viewport()->update();
   horizontalHeader()->viewport()->update();
   rowHeader_->viewport()->update();
+  if (std::exchange(told_, selection_.Now()) != told_) emit otherSelected();
 }
 
 void RecordGrid::FollowRecord() {
@@ -266,7 +283,15 @@ void RecordGrid::SizeColumns() {
   const int sampleRows =
       std::min({model_->RowCount(), sampleRowsMost, sampleCellsMost / columns + 1});
   for (int column = 0; column < columns; ++column)
-    SetColumnWidth(column, WidthOf(column, sampleRows));
+    SetColumnWidth(column, WidthOf(column, 0, sampleRows));
+}
+
+void RecordGrid::ChangeWidth(int column, int width) {
+  const int first = std::max(rowAt(0), 0);
+  const int sampleRows = std::min(model_->RowCount() - first, RowsOnPage() + 2);
+  const int wanted =
+      width > 0 ? std::max(width, Scaled(narrowestByUser)) : WidthOf(column, first, sampleRows);
+  horizontalHeader()->resizeSection(column, wanted);
 }
 
 void RecordGrid::SetColumnWidth(int column, int width) {
@@ -292,11 +317,12 @@ void RecordGrid::WidenColumns() {
 }
 
 /// Of the different texts only the longest are measured: that takes much longer than to read them.
-int RecordGrid::WidthOf(int column, int sampleRows) const {
+int RecordGrid::WidthOf(int column, int firstRow, int sampleRows) const {
   const QFontMetrics metrics = fontMetrics();
   int width = metrics.horizontalAdvance(AsShown(std::string_view(model_->FieldName(column))));
   std::vector<QString> texts;
-  for (int row = 0; row < sampleRows; ++row) texts.push_back(model_->CellAt(row, column).text);
+  for (int row = 0; row < sampleRows; ++row)
+    texts.push_back(model_->CellAt(firstRow + row, column).text);
   const auto longer = [](const QString& a, const QString& b) {
     return a.size() != b.size() ? a.size() > b.size() : a < b;
   };

@@ -32,6 +32,8 @@ class GridUser {
   virtual bool TurnsOver() = 0;
   virtual void OpensCell() = 0;
   virtual void Typed() = 0;
+  /// The user pastes; false when the text of the clipboard is to be typed into the cell.
+  virtual bool Pastes() = 0;
 
  protected:
   ~GridUser() = default;
@@ -62,6 +64,9 @@ class RecordGrid : public GridView {
   /// Makes a cell the current one unless the user has to stay; `extend` selects the cells from
   /// where the selection began up to it.
   void GoTo(int row, int column, bool extend);
+  /// The same of a record's cell, which then is in sight; false when he stays.
+  bool GoToCell(int row, int column);
+  void SelectCells(const CellRange& cells);
   [[nodiscard]] bool OnNewRow() const;
   [[nodiscard]] bool RowIsBeingChanged() const override;
   /// Where the current cell stands in this widget; empty when there is none.
@@ -89,8 +94,15 @@ class RecordGrid : public GridView {
   [[nodiscard]] int Zoom() const { return zoom_; }
   void SetZoom(int percent);
   void WantWidth(int column, int width) override;
+  /// In pixels, as the user does it; 0: as its name and the rows in sight need it.
+  void ChangeWidth(int column, int width);
+
+  [[nodiscard]] bool SortsAt(bool ctrl) const override { return ctrl && selection_.Rows().empty(); }
+  void PressSort(int column, bool further) override { emit sortPressed(column, further); }
 
  signals:
+  void otherSelected();
+  void sortPressed(int column, bool further);
   void currentCellMoved();
   /// The program had moved the record, and the current cell went with it.
   void recordFollowed();
@@ -121,7 +133,7 @@ class RecordGrid : public GridView {
   void WidenColumns();
   [[nodiscard]] int Scaled(int drawn) const;
   bool ZoomByKey(const QKeyEvent& event);
-  [[nodiscard]] int WidthOf(int column, int sampleRows) const;
+  [[nodiscard]] int WidthOf(int column, int firstRow, int sampleRows) const;
   [[nodiscard]] QModelIndex TargetOf(const QKeyEvent& event) const;
   [[nodiscard]] QModelIndex NextCell(int step) const;
   [[nodiscard]] int RowsOnPage() const;
@@ -147,7 +159,8 @@ class RecordGrid : public GridView {
   CellEditor* editor_;
   GridUser* user_ = nullptr;
   GridSelection selection_;
-  QTimer dragTimer_;  ///< Scrolls on while the pointer is dragged beyond the edge.
+  GridSelection::Trace told_;  ///< What was selected when it was last told.
+  QTimer dragTimer_;           ///< Scrolls on while the pointer is dragged beyond the edge.
   QPoint dragPlace_;
   bool dragging_ = false;
   bool buttonDown_ = false;

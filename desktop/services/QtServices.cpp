@@ -6,6 +6,7 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QLocale>
+#include <QMimeData>
 #include <QProcess>
 #include <QTime>
 
@@ -32,6 +33,11 @@ class NoticeEvent final : public QEvent {
 }  // namespace
 
 std::string QtClipboard::Text() const { return FromQt(QGuiApplication::clipboard()->text()); }
+
+std::string QtClipboard::Html() const {
+  const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+  return data != nullptr && data->hasHtml() ? FromQt(data->html()) : std::string();
+}
 
 void QtClipboard::SetText(std::string_view text) {
   QGuiApplication::clipboard()->setText(ToQt(text));

@@ -12,6 +12,7 @@ namespace tessel {
 class QtClipboard final : public Clipboard {
  public:
   [[nodiscard]] std::string Text() const override;
+  [[nodiscard]] std::string Html() const override;
   void SetText(std::string_view text) override;
 };
 

@@ -38,6 +38,7 @@ void HeadlessGrid::Refresh() {
   const std::int64_t count = source_->RecordCount();
   const bool grown = count > std::exchange(knownCount_, count);
   std::erase_if(selected_, [&](Bookmark row) { return !source_->PositionOf(row); });
+  cells_.lastRow = std::min(cells_.lastRow, count - 1);
   if (grown && source_->Editing() != EditMode::Add) onNewRow_ = false;
   if (count == 0) onNewRow_ = allowAddNew_;
   if (count > 0 && !onNewRow_ && source_->Eof()) source_->MoveLast();
@@ -51,6 +52,34 @@ void HeadlessGrid::SelectColumns(int first, int last) {
   }
   firstColumn_ = first;
   lastColumn_ = last;
+  cells_ = {};
+  NoteSelection();
+}
+
+/// A single cell is no selection.
+void HeadlessGrid::SelectCells(const GridCells& cells) {
+  if (!cells.IsEmpty()) {
+    static_cast<void>(At(cells.firstColumn));
+    static_cast<void>(At(cells.lastColumn));
+  }
+  SelectCellAlone();
+  const bool isOne = cells.firstRow == cells.lastRow && cells.firstColumn == cells.lastColumn;
+  if (!isOne && !cells.IsEmpty()) cells_ = cells;
+  cells_.lastRow = std::min(cells_.lastRow, source_->RecordCount() - 1);
+  NoteSelection();
+}
+
+void HeadlessGrid::NoteSelection() { Raise(SelectionChange); }
+
+bool HeadlessGrid::GoToCell(std::int64_t position, int column) {
+  if (source_ == nullptr || position < 0 || position >= source_->RecordCount()) return false;
+  if (column < 0 || column >= ColumnCount() || !MoveTo(position, column)) return false;
+  if (!cells_.IsEmpty() || !selected_.empty()) SelectCells({});
+  return true;
+}
+
+void HeadlessGrid::SetColumnWidth(int column, int twips) {
+  At(column).width = twips <= 0 ? ordinaryWidth : std::max(twips, narrowest);
 }
 
 void HeadlessGrid::MoveToColumn(int column) {
@@ -74,6 +103,7 @@ std::string HeadlessGrid::ShownText(std::int64_t position, int column) const {
 
 void HeadlessGrid::Copy() {
   if (currentColumn_ < 0) return;
+  if (!cells_.IsEmpty()) return CopyCells();
   const bool wholeRows = firstColumn_ < 0 && !selected_.empty();
   const int first = wholeRows ? 0 : std::max(firstColumn_, 0);
   const bool oneCell = firstColumn_ < 0 && selected_.empty();
@@ -88,6 +118,26 @@ void HeadlessGrid::Copy() {
     }
   }
   clipboard_->SetText(text);
+}
+
+void HeadlessGrid::CopyCells() {
+  std::string text;
+  for (std::int64_t row = cells_.firstRow; row <= cells_.lastRow; ++row) {
+    if (row > cells_.firstRow) text += "\r\n";
+    for (int column = cells_.firstColumn; column <= cells_.lastColumn; ++column) {
+      if (column > cells_.firstColumn) text += '\t';
+      AppendText(source_->ValueAt(row, static_cast<std::size_t>(column)), text);
+    }
+  }
+  clipboard_->SetText(text);
+}
+
+/// A block is for who listens; any other text is typed.
+bool HeadlessGrid::PasteText() {
+  bool taken = false;
+  Raise(Paste, taken);
+  if (!taken && !clipboard_->Text().empty()) TypeText(clipboard_->Text());
+  return true;
 }
 
 /// A cell stands 1500 twips wide and 255 high below a head of 300.
@@ -118,6 +168,8 @@ void HeadlessGrid::SelectRows(const std::vector<std::int64_t>& positions) {
     selected_.push_back(source_->BookmarkAt(position));
     anchor_ = position;
   }
+  cells_ = {};
+  NoteSelection();
 }
 
 void HeadlessGrid::GoToNewRow() {
@@ -131,6 +183,7 @@ bool HeadlessGrid::TakeKey(int keyCode, int shift) {
     Copy();
     return true;
   }
+  if (keyCode == 'V' && shift == shiftState::ctrl && !editing_) return PasteText();
   if (keyCode == key::tab) return MoveToNext(shift == shiftState::shift ? -1 : 1);
   const bool held = shift == shiftState::shift || shift == shiftState::ctrl;
   if (keyCode == key::space && held && !editing_) return SelectRowByKey(shift == shiftState::ctrl);
@@ -183,9 +236,13 @@ bool HeadlessGrid::SelectRowByKey(bool add) {
   if (onNewRow_ || CurrentPosition() < 0) return true;
   anchor_ = CurrentPosition();
   const bool had = std::erase(selected_, source_->CurrentBookmark()) > 0;
-  if (had && (add || selected_.empty())) return true;
+  if (had && (add || selected_.empty())) {
+    NoteSelection();
+    return true;
+  }
   if (!add) SelectCellAlone();
   selected_.push_back(source_->CurrentBookmark());
+  NoteSelection();
   return true;
 }
 
@@ -197,6 +254,7 @@ bool HeadlessGrid::ExtendRows(int step) {
   SelectCellAlone();
   for (std::int64_t at = anchor_; at != to + direction; at += direction)
     selected_.push_back(source_->BookmarkAt(at));
+  NoteSelection();
   return true;
 }
 
@@ -239,6 +297,7 @@ void HeadlessGrid::OpenEditor(const std::string& text, bool select) {
 }
 
 void HeadlessGrid::SelectCellAlone() {
+  cells_ = {};
   selected_.clear();
   firstColumn_ = lastColumn_ = -1;
 }

@@ -49,7 +49,13 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   [[nodiscard]] int SelStartCol() const override { return firstColumn_; }
   [[nodiscard]] int SelEndCol() const override { return lastColumn_; }
 
+  [[nodiscard]] GridCells SelCells() const override { return cells_; }
+  void SelectCells(const GridCells& cells) override;
+
   [[nodiscard]] int CurrentColumn() const override { return currentColumn_; }
+  bool GoToCell(std::int64_t position, int column) override;
+  [[nodiscard]] int ColumnWidth(int column) const override { return At(column).width; }
+  void SetColumnWidth(int column, int twips) override;
   [[nodiscard]] bool OnNewRow() const override { return onNewRow_; }
   [[nodiscard]] std::string ShownText(std::int64_t position, int column) const override;
   [[nodiscard]] Rect CellBounds() const override;
@@ -72,6 +78,10 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   /// Clicks row headers one after another: the first selects, the others add (Ctrl).
   void SelectRows(const std::vector<std::int64_t>& positions);
   void SelectColumns(int first, int last);
+  /// Drags from one cell to another.
+  void DragCells(const GridCells& cells) { SelectCells(cells); }
+  /// Presses the right end of a column's header.
+  void ClickSort(int column, bool further) { Raise(SortClick, column, further); }
   void GoToNewRow();
   bool TakeKey(int keyCode, int shift) override;
 
@@ -88,7 +98,10 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
     DataFormat* format = nullptr;
     bool locked = false;
     bool button = false;
+    int width = ordinaryWidth;
   };
+  static constexpr int ordinaryWidth = 1500;
+  static constexpr int narrowest = 300;
 
   [[nodiscard]] const Column& At(int column) const;
   [[nodiscard]] Column& At(int column);
@@ -97,6 +110,8 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   bool MoveToNext(int step);
   void MoveToColumn(int column);
   void Copy();
+  void CopyCells();
+  bool PasteText();
   bool TakeEditorKey(int keyCode);
   bool SelectRowByKey(bool add);
   bool ExtendRows(int step);
@@ -104,6 +119,7 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   void TypeCharacter(std::string_view character);
   [[nodiscard]] std::vector<std::int64_t> RowsToCopy() const;
   [[nodiscard]] std::int64_t CurrentPosition() const;
+  void NoteSelection();
 
   FailureSink* failures_;
   Clipboard* clipboard_;
@@ -117,6 +133,7 @@ class HeadlessGrid final : public Headless<DataGrid>, public Typist {
   std::int64_t anchor_ = -1;  ///< Position of the row that Shift extends from; -1 without one.
   int firstColumn_ = -1;
   int lastColumn_ = -1;
+  GridCells cells_;
   int currentColumn_ = -1;
   bool onNewRow_ = false;
   std::int64_t knownCount_ = 0;

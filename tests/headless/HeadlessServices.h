@@ -38,10 +38,20 @@ class HeadlessClock final : public Clock {
 class HeadlessClipboard final : public Clipboard {
  public:
   [[nodiscard]] std::string Text() const override { return text_; }
-  void SetText(std::string_view text) override { text_ = text; }
+  [[nodiscard]] std::string Html() const override { return html_; }
+  void SetText(std::string_view text) override {
+    text_ = text;
+    html_.clear();
+  }
+  /// As another program puts both forms of what it copies there.
+  void SetForms(std::string text, std::string html) {
+    text_ = std::move(text);
+    html_ = std::move(html);
+  }
 
  private:
   std::string text_;
+  std::string html_;
 };
 
 /// The user is before the program until a test sends him away.

@@ -28,6 +28,16 @@ class DataFormat {
 /// painted.
 using MarkedCells = std::function<bool(Bookmark row, int column)>;
 
+/// A rectangle of cells, by positions and 0-based columns, both ends included.
+struct GridCells {
+  std::int64_t firstRow = 0;
+  std::int64_t lastRow = -1;
+  int firstColumn = 0;
+  int lastColumn = -1;
+  [[nodiscard]] bool IsEmpty() const { return lastRow < firstRow || lastColumn < firstColumn; }
+  bool operator==(const GridCells&) const = default;
+};
+
 /// A grid on the rows of a recordset; column i shows field i. Rows are named by bookmarks, columns
 /// are 0-based.
 ///
@@ -35,10 +45,14 @@ using MarkedCells = std::function<bool(Bookmark row, int column)>;
 /// Values are read from the recordset when they are painted, never copied. Null looks different
 /// from an empty text, numbers stand at the right, long values are shown shortened. Rows are
 /// selected by their headers, in the order selected (Ctrl adds, Shift extends); a range of columns
-/// by theirs. By keys Shift+Space selects the current row or takes that back, Ctrl+Space adds it to
-/// those selected or takes it away, and Shift with a key that moves extends the rows. Copy puts the
-/// selected cells on the clipboard as tab-separated text and as an HTML table. Tab and Enter go to
-/// the next cell, Shift+Tab to the one before.
+/// by theirs. A rectangle of cells is selected by dragging over them, by Shift with a click, and by
+/// Shift with a key that moves while no rows are selected. A press on the right end of a column's
+/// header asks to sort by it, and so does one anywhere in it with Ctrl while no rows are selected;
+/// a small arrow stands there in a column that the rows are sorted by. By keys Shift+Space selects
+/// the current row or takes that back, Ctrl+Space adds it to those selected or takes it away, and
+/// Shift with a key that moves extends the rows. Copy puts the selected cells on the clipboard as
+/// tab-separated text and as an HTML table. Tab and Enter go to the next cell, Shift+Tab to the one
+/// before.
 ///
 /// Cells are edited in place where CanEditCell says so. Typing on a cell replaces its text, the
 /// Delete and Backspace keys empty it (not a key of its row, CanEmptyCell), a double click opens
@@ -93,7 +107,20 @@ class DataGrid : public Control {
   [[nodiscard]] virtual int SelStartCol() const = 0;  ///< First selected column, -1 when none is.
   [[nodiscard]] virtual int SelEndCol() const = 0;    ///< Last selected column, -1 when none is.
 
+  /// The selected rectangle of more than one cell; empty without one, and while rows or columns
+  /// are selected. Positions are those of the records; the new row is not among them.
+  [[nodiscard]] virtual GridCells SelCells() const = 0;
+  /// Selects a rectangle of records' cells in place of what is selected; an empty one takes that
+  /// back. The current cell stays.
+  virtual void SelectCells(const GridCells& cells) = 0;
+
   [[nodiscard]] virtual int CurrentColumn() const = 0;  ///< -1 when the grid is empty.
+  /// Goes to a cell of a record as a click on it does. False: it is not there, or the user stays.
+  virtual bool GoToCell(std::int64_t position, int column) = 0;
+  /// How wide a column is shown, in twips.
+  [[nodiscard]] virtual int ColumnWidth(int column) const = 0;
+  /// No narrower than it can be read; 0 or less: as its name and the rows in sight need it.
+  virtual void SetColumnWidth(int column, int twips) = 0;
   /// Whether the current row is the one at the end in which a new record is typed, still empty or
   /// begun and not written yet.
   [[nodiscard]] virtual bool OnNewRow() const = 0;
@@ -155,6 +182,13 @@ class DataGrid : public Control {
   /// Another row is current, or there are more or fewer: behind a binding, RowColChange and
   /// Refresh.
   Event<> RowsChange;
+  /// Other cells, rows or columns are selected.
+  Event<> SelectionChange;
+  /// The user asks to sort by a column; with the flag as a further one.
+  Event<int, bool> SortClick;
+  /// The user pastes while no text is edited. Unless the handler sets the flag the text of the
+  /// clipboard is typed into the current cell.
+  Event<bool&> Paste;
   Event<int>
       ButtonClick;  ///< The button of a cell in that column was pressed; the cell is current.
 

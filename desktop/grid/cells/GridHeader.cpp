@@ -1,7 +1,12 @@
 #include "desktop/grid/cells/GridHeader.h"
 
+#include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
+#include <algorithm>
+#include <utility>
 
+#include "contract/data/RowArrangement.h"
 #include "desktop/grid/cells/CellDelegate.h"
 #include "desktop/grid/cells/GridView.h"
 #include "desktop/look/Tokens.h"
@@ -22,6 +27,7 @@ GridHeader::GridHeader(Qt::Orientation orientation, GridView& grid)
   setSectionResizeMode(rows ? Fixed : Interactive);
   setDefaultAlignment((rows ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
   if (!rows) setTextElideMode(Qt::ElideRight);
+  if (!rows) setMouseTracking(true);
 }
 
 int GridHeader::WidthForRows(int rows) const {
@@ -44,6 +50,7 @@ void GridHeader::paintSection(QPainter* painter, const QRect& rect, int section)
   painter->setPen(selected || current ? tokens.text : tokens.muted);
   if (current && grid_.RowIsBeingChanged()) PaintPencil(*painter, rect);
   else PaintText(*painter, rect, section);
+  if (orientation() == Qt::Horizontal) PaintSort(*painter, rect, section);
   painter->restore();
 }
 
@@ -52,7 +59,9 @@ void GridHeader::PaintText(QPainter& painter, const QRect& rect, int section) co
   const QString text = rows.headerData(section, orientation(), Qt::DisplayRole).toString();
   const QVariant aligned = rows.headerData(section, orientation(), Qt::TextAlignmentRole);
   const int alignment = aligned.isValid() ? aligned.toInt() : static_cast<int>(defaultAlignment());
-  const QRect inside = rect.adjusted(cellPadding, 0, -cellPadding - 1, 0);
+  QRect inside = rect.adjusted(cellPadding, 0, -cellPadding - 1, 0);
+  if (orientation() == Qt::Horizontal && (SortPartOf(section).place > 0 || section == pointed_))
+    inside.setRight(SortZoneIn(rect).left() - 1);
   painter.setFont(font());
   painter.drawText(inside, alignment | Qt::TextSingleLine,
                    fontMetrics().elidedText(text, Qt::ElideRight, inside.width()));
@@ -71,6 +80,86 @@ QSize GridHeader::sizeHint() const {
 
 bool GridHeader::IsSelected(int section) const {
   return orientation() == Qt::Vertical ? grid_.RowSelected(section) : grid_.ColumnSelected(section);
+}
+
+// --- sorting -------------------------------------------------------------------------------------
+
+GridHeader::SortPart GridHeader::SortPartOf(int section) const {
+  const auto& source = grid_.Model().Source();
+  if (source == nullptr || (source->State() & objectState::open) == 0) return {};
+  const std::vector<SortKey>& keys = source->Arrangement().sort;
+  for (std::size_t i = 0; i < keys.size(); ++i)
+    if (keys[i].field == static_cast<std::size_t>(section))
+      return {static_cast<int>(i) + 1, keys[i].descending, keys.size() == 1};
+  return {};
+}
+
+/// Beside the edge at which the column is made wider.
+QRect GridHeader::SortZoneIn(const QRect& section) const {
+  const int grip = style()->pixelMetric(QStyle::PM_HeaderGripMargin, nullptr, this);
+  const int width = std::min(fontMetrics().height(), section.width() / 2);
+  return {section.right() - grip - width, section.top(), width, section.height()};
+}
+
+QRect GridHeader::SectionRect(int section) const {
+  return {sectionViewportPosition(section), 0, sectionSize(section), height()};
+}
+
+/// The column whose arrow stands there; -1 for none.
+int GridHeader::SortSectionAt(const QPoint& place) const {
+  if (orientation() == Qt::Vertical) return -1;
+  const int section = logicalIndexAt(place);
+  return section >= 0 && SortZoneIn(SectionRect(section)).contains(place) ? section : -1;
+}
+
+void GridHeader::mousePressEvent(QMouseEvent* event) {
+  const QPoint place = event->position().toPoint();
+  const bool ctrl = event->modifiers().testFlag(Qt::ControlModifier);
+  const bool sorts = SortSectionAt(place) >= 0 || grid_.SortsAt(ctrl);
+  const int section = logicalIndexAt(place);
+  if (orientation() == Qt::Vertical || event->button() != Qt::LeftButton || !sorts || section < 0)
+    return QHeaderView::mousePressEvent(event);
+  grid_.setFocus(Qt::MouseFocusReason);
+  grid_.PressSort(section, event->modifiers().testFlag(Qt::ShiftModifier));
+}
+
+void GridHeader::mouseMoveEvent(QMouseEvent* event) {
+  PointAt(SortSectionAt(event->position().toPoint()));
+  QHeaderView::mouseMoveEvent(event);
+}
+
+void GridHeader::leaveEvent(QEvent* event) {
+  PointAt(-1);
+  QHeaderView::leaveEvent(event);
+}
+
+void GridHeader::PointAt(int section) {
+  if (std::exchange(pointed_, section) != section) viewport()->update();
+}
+
+/// An arrow up or down, with its place behind it where there are several; a faint one where the
+/// mouse is.
+void GridHeader::PaintSort(QPainter& painter, const QRect& rect, int section) const {
+  const SortPart part = SortPartOf(section);
+  if (part.place == 0 && section != pointed_) return;
+  const QRect zone = SortZoneIn(rect);
+  const qreal half = MarkSide() / 2.0;
+  const qreal down = part.descending ? 1 : -1;
+  const QPointF middle = QRectF(zone).center();
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(part.place > 0 ? CurrentTokens().accent : CurrentTokens().line);
+  painter.drawPolygon(
+      QPolygonF({middle + QPointF(-half, -down * half / 2),
+                 middle + QPointF(half, -down * half / 2), middle + QPointF(0, down * half / 2)}));
+  if (part.place > 0 && !part.alone) {
+    painter.setPen(CurrentTokens().muted);
+    painter.setFont(font());
+    painter.drawText(QRectF(zone).translated(-zone.width() * 0.8, 0),
+                     Qt::AlignRight | Qt::AlignVCenter, QString::number(part.place));
+  }
+  painter.restore();
 }
 
 /// The row holds something that is not written yet.

@@ -16,8 +16,23 @@ class GridHeader final : public QHeaderView {
 
  protected:
   void paintSection(QPainter* painter, const QRect& rect, int section) const override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void leaveEvent(QEvent* event) override;
 
  private:
+  /// How a column takes part in the order of the rows.
+  struct SortPart {
+    int place = 0;  ///< From 1; 0: it takes no part.
+    bool descending = false;
+    bool alone = true;
+  };
+  [[nodiscard]] SortPart SortPartOf(int section) const;
+  [[nodiscard]] QRect SortZoneIn(const QRect& section) const;
+  [[nodiscard]] QRect SectionRect(int section) const;
+  [[nodiscard]] int SortSectionAt(const QPoint& place) const;
+  void PaintSort(QPainter& painter, const QRect& rect, int section) const;
+  void PointAt(int section);
   [[nodiscard]] bool IsSelected(int section) const;
   [[nodiscard]] int MarkSide() const { return fontMetrics().ascent() / 2 + 1; }
   [[nodiscard]] bool IsCurrentRow(int section) const;
@@ -25,6 +40,7 @@ class GridHeader final : public QHeaderView {
   void PaintPencil(QPainter& painter, const QRect& rect) const;
 
   GridView& grid_;
+  int pointed_ = -1;  ///< The mouse is over the sort arrow of this column.
 };
 
 }  // namespace tessel

@@ -25,6 +25,10 @@ class GridView : public QTableView {
   /// A number in that column needs so many pixels to be shown whole.
   virtual void WantWidth(int column, int width) = 0;
 
+  /// Whether a press on a column's header asks to sort wherever it is, with Ctrl held or not.
+  [[nodiscard]] virtual bool SortsAt(bool ctrl) const = 0;
+  virtual void PressSort(int column, bool further) = 0;
+
   /// A key in the editor that goes to another cell.
   virtual void MoveFromEditor(QKeyEvent& event) = 0;
   /// False when the focus is to leave the grid.

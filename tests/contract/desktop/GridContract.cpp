@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "contract/base/Zoom.h"
+#include "contract/data/RowArrangement.h"
 #include "tests/contract/desktop/GridWindow.h"
 
 namespace tessel::test {
@@ -106,6 +107,89 @@ void RowsAreSelectedByKeys(ContractHost& host) {
   press(key::space, shiftState::shift);
   press(key::up, shiftState::shift);
   EXPECT_EQ(test.grid.SelBookmarks(), (std::vector{test.At(1), test.At(0)}));
+}
+
+void ARectangleOfCellsIsSelected(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  test.grid.SelectionChange = test.record.Noting("selected");
+  EXPECT_TRUE(test.grid.SelCells().IsEmpty());
+  const GridCells cells{0, 1, 0, 1};
+  test.grid.SelectCells(cells);
+  EXPECT_EQ(test.grid.SelCells(), cells);
+  EXPECT_TRUE(test.grid.SelBookmarks().empty());
+  EXPECT_EQ(test.grid.SelStartCol(), -1);
+  EXPECT_EQ(test.record.Take(), Seen{"selected"});
+  test.grid.SelectCells({1, 9, 1, 1});
+  EXPECT_EQ(test.grid.SelCells(), (GridCells{1, 2, 1, 1})) << "there are no more rows";
+  test.grid.SelectCells({});
+  EXPECT_TRUE(test.grid.SelCells().IsEmpty());
+  EXPECT_EQ(test.record.Take(), (Seen{"selected", "selected"}));
+  test.grid.SelectCells({1, 1, 1, 1});
+  EXPECT_TRUE(test.grid.SelCells().IsEmpty()) << "a single cell is none";
+  test.host.SelectGridRows(test.window, gridName, {1});
+  test.grid.SelectCells(cells);
+  EXPECT_TRUE(test.grid.SelBookmarks().empty());
+}
+
+void GoingToACellIsAsAClick(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  EXPECT_TRUE(test.grid.GoToCell(2, 1));
+  EXPECT_EQ(test.recordset->CurrentBookmark(), test.At(2));
+  EXPECT_EQ(test.grid.CurrentColumn(), 1);
+  EXPECT_EQ(test.record.Take(), Seen{"moved"});
+  EXPECT_FALSE(test.grid.GoToCell(3, 1));
+  EXPECT_FALSE(test.grid.GoToCell(0, 2));
+  EXPECT_FALSE(test.grid.GoToCell(-1, 0));
+  EXPECT_EQ(test.recordset->CurrentBookmark(), test.At(2));
+  EXPECT_TRUE(test.grid.GoToCell(2, 1));
+  EXPECT_EQ(test.record.Take(), Seen{});
+}
+
+void ColumnsBecomeWiderAndNarrower(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  const int before = test.grid.ColumnWidth(1);
+  test.grid.SetColumnWidth(1, before + 600);
+  EXPECT_NEAR(test.grid.ColumnWidth(1), before + 600, 30);
+  test.grid.SetColumnWidth(1, 15);
+  EXPECT_GT(test.grid.ColumnWidth(1), 150) << "it can be seen still";
+  test.grid.SetColumnWidth(1, 0);
+  EXPECT_EQ(test.grid.ColumnWidth(1), before);
+}
+
+void PastingIsOfferedFirst(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  bool takes = true;
+  test.grid.Paste = [&](bool& taken) {
+    test.record.Add("paste");
+    taken = takes;
+  };
+  test.grid.SetFocus();
+  host.TheDesktop().TheClipboard().SetText("x");
+  host.PressKey(test.window, 'V', shiftState::ctrl);
+  EXPECT_EQ(test.record.Take(), Seen{"paste"});
+}
+
+void TheRowsOnShowAreThoseOfTheArrangement(ContractHost& host) {
+  GridFixture test(host);
+  test.Bind();
+  test.grid.GoToCell(1, 1);
+  const auto work = test.recordset->StartArrange(
+      {.sort = {{0, true}},
+       .conditions = {
+           {.field = 0, .comparison = Comparison::NotEqual, .value = Value(std::int64_t{3})}}});
+  while (!work->HasEnded()) work->Step();
+  test.grid.Refresh();
+  host.Settle();
+  EXPECT_EQ(test.recordset->RecordCount(), 2);
+  EXPECT_EQ(test.grid.ShownText(0, 0), "2");
+  EXPECT_EQ(test.grid.ShownText(1, 0), "1");
+  EXPECT_EQ(test.recordset->CurrentBookmark(), 2);
+  host.PressKey(test.window, key::down);
+  EXPECT_EQ(test.recordset->CurrentBookmark(), 1);
 }
 
 void ColumnsKeepTheirSettings(ContractHost& host) {
@@ -218,6 +302,11 @@ std::vector<ContractCase> GridContract() {
           {"MovingInTheGridMovesTheRecord", &MovingInTheGridMovesTheRecord},
           {"RowsAreSelectedInTheUsersOrder", &RowsAreSelectedInTheUsersOrder},
           {"RowsAreSelectedByKeys", &RowsAreSelectedByKeys},
+          {"ARectangleOfCellsIsSelected", ARectangleOfCellsIsSelected},
+          {"GoingToACellIsAsAClick", GoingToACellIsAsAClick},
+          {"ColumnsBecomeWiderAndNarrower", ColumnsBecomeWiderAndNarrower},
+          {"PastingIsOfferedFirst", PastingIsOfferedFirst},
+          {"TheRowsOnShowAreThoseOfTheArrangement", TheRowsOnShowAreThoseOfTheArrangement},
           {"ColumnsKeepTheirSettings", &ColumnsKeepTheirSettings},
           {"CellsAreMarkedUntilTheNextBinding", &CellsAreMarkedUntilTheNextBinding},
           {"EditingIsAllowedByFlags", &EditingIsAllowedByFlags},
