@@ -38,6 +38,8 @@ class RecordEditing {
   void LockColumns(const Recordset& recordset);
   /// The rows on show go away, and what was not written with them.
   void HideRecordset();
+  /// Writes a change that is pending, as going to another row does; false when it still is.
+  [[nodiscard]] bool SaveChange() { return Write(); }
   /// Drops a change that is pending; false when it could not be, which has been shown.
   bool DropChange();
 

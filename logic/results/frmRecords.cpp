@@ -58,6 +58,8 @@ frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
       status_(global.TheDesktop().TheClock(), txtStatus_, cmdCnErrors_),
       history_(global.TheDesktop(), *window_, *this),
       editing_(global, async, host, *window_, [this] { FocusRecords(); }),
+      rowTools_(*window_, global.TheDesktop().TheClock(), RowToolsHost()),
+      paste_(dataGrid_, global.TheDesktop().TheClipboard(), HostOfPasting()),
       transaction_(global, async, *window_),
       blobs_(global, *window_, editing_),
       conversion_(global, *window_, async, host),
@@ -68,7 +70,8 @@ frmRecords::frmRecords(const Global& global, dlgAsync& async, RecordsHost& host)
       results_(*window_, [this](const auto& rows) { return ShowOtherResult(rows); }),
       side_(global, host, *window_, OwnerOfPanes()),
       keyMenu_(*window_, [this](int keyCode, int shift) {
-        return HandleKey(keyCode, shift) || editing_.HandleGridKey(keyCode, shift);
+        return HandleKey(keyCode, shift) || editing_.HandleGridKey(keyCode, shift) ||
+               rowTools_.TakeKey(keyCode, shift);
       }) {
   Form_Load();
 }
@@ -88,6 +91,21 @@ void frmRecords::Form_Load() {
   WireFrameCommands(*window_, host_);
   WireZoomReset(*window_, dataGrid_);
   Form_Resize();
+}
+
+RowTools::Host frmRecords::RowToolsHost() {
+  const auto tell = [this](const std::string& text, bool isCount) {
+    SetStatus(text, isCount ? statusColor::records : statusColor::plain,
+              {false, false, cmdCnErrors_.Visible()});
+  };
+  return {[this] { return editing_.SaveChange(); }, tell, [this] { ShowRowText(); },
+          [this] { PlaceGrid(window_->ScaleWidth(), window_->ScaleHeight()); }};
+}
+
+PasteHost frmRecords::HostOfPasting() {
+  return {[this](const std::function<void()>& action) { return editing_.TryTo(action); },
+          [this] { return editing_.SaveChange(); }, [this] { editing_.ShowEditButtonsUnlessNew(); },
+          [this](const std::string& reason) { help_.Show(reason, MessageIcon::Exclamation); }};
 }
 
 void frmRecords::WireControls() {
@@ -326,12 +344,13 @@ void frmRecords::cmdReconnect_Click() {
 // --- showing rows --------------------------------------------------------------------------------
 
 void frmRecords::ShowRecordset(const std::shared_ptr<Recordset>& recordset) {
-  SetStatus(std::to_string(recordset->RecordCount()) + " record(s).", statusColor::records);
+  SetStatus(CountText(*recordset), statusColor::records);
   editing_.ShowRecordset(*recordset, freeThreaded_);
   PlaceGrid(window_->ScaleWidth(), window_->ScaleHeight());
   dataGrid_.SetDataSource(recordset);
   editing_.LockColumns(*recordset);
   blobs_.ShowRecordset(*recordset);
+  rowTools_.ShowRecordset();
 }
 
 /// The user chose it. A change that is pending in the rows on show is asked about first.
@@ -350,6 +369,7 @@ void frmRecords::EnableRecords(bool on) {
   dataGrid_.SetVisible(on);
   ShowRow();
   if (on) return;
+  rowTools_.ShowRecordset();
   editing_.HideRecordset();
   results_.Clear();
   Form_Resize();

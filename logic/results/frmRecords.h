@@ -22,6 +22,8 @@
 #include "logic/results/RecordsHost.h"
 #include "logic/results/StatusLine.h"
 #include "logic/results/TopRow.h"
+#include "logic/results/arrange/RowTools.h"
+#include "logic/results/cells/GridPaste.h"
 #include "logic/results/commands/KeyMenu.h"
 #include "logic/results/conversions/RecordConversion.h"
 #include "logic/results/export/ExportCommand.h"
@@ -143,12 +145,14 @@ class frmRecords : private QueryRunner, private TagResolver {
   void PlaceGrid(int width, int height);
   void ShowRow();
   [[nodiscard]] PaneOwner OwnerOfPanes();
+  void ShowRowText();
   void Form_KeyDown(KeyEvent& event);
   bool HandleKey(int keyCode, int shift);
+  [[nodiscard]] RowTools::Host RowToolsHost();
+  [[nodiscard]] PasteHost HostOfPasting();
   bool HandleControlKey(int keyCode);
   bool HandleControlShiftKey(int keyCode);
   bool HandleControlAltKey(int keyCode);
-  bool HandleControlShiftKey(int keyCode);
   bool HandlePlainKey(int keyCode);
   bool FlipTakesPart();
 
@@ -224,6 +228,8 @@ class frmRecords : private QueryRunner, private TagResolver {
   StatusLine status_;
   QueryHistory history_;
   RecordEditing editing_;
+  RowTools rowTools_;
+  GridPaste paste_;
   OpenTransaction transaction_;
   BlobTransfer blobs_;
   RecordConversion conversion_;

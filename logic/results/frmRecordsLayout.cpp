@@ -26,7 +26,16 @@ void SetTopAndWidth(Control& control, int top, int width) {
 }  // namespace
 
 void frmRecords::ShowRow() {
-  if (topRow_.ShowRow(dataGrid_.Visible() ? RowText(dataGrid_) : std::string())) Form_Resize();
+  rowTools_.NoteRows();
+  ShowRowText();
+}
+
+/// While cells are selected what they come to stands in the place of the row's number.
+void frmRecords::ShowRowText() {
+  std::string text = rowTools_.SumText();
+  if (!dataGrid_.Visible()) text.clear();
+  else if (text.empty()) text = RowText(dataGrid_);
+  if (topRow_.ShowRow(text)) Form_Resize();
 }
 
 void frmRecords::OfferTakingPart(bool offer) {
@@ -49,15 +58,18 @@ void frmRecords::Form_Resize() {
   PlaceGrid(width, window_->ScaleHeight());
 }
 
-/// The grid fills what is left below the status line, and below the warning when it shows.
+/// The grid fills what is left below the status line, and below the warning and the lines of its
+/// tools when they show.
 void frmRecords::PlaceGrid(int width, int height) {
-  const int top = lowered_ + (lblWarning_.Visible() ? gridTopWithWarning : gridTop);
+  const int below = lowered_ + (lblWarning_.Visible() ? gridTopWithWarning : gridTop);
+  const int top = rowTools_.Place(margin, below, width - 2 * margin);
   dataGrid_.SetBounds(
       side_.Place({margin, top, width - 2 * margin, std::max(height - margin - top, 0)}));
 }
 
 void frmRecords::Form_KeyDown(KeyEvent& event) {
-  event.handled = side_.TakeKey(event) || HandleKey(event.keyCode, event.shift);
+  event.handled = side_.TakeKey(event) || rowTools_.TakeKey(event.keyCode, event.shift) ||
+                  HandleKey(event.keyCode, event.shift);
 }
 
 /// The window has had the key before.

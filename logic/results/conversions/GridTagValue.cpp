@@ -12,23 +12,21 @@ namespace tessel {
 
 namespace {
 
-/// Works on a clone, so that the grid's position is not moved.
+/// Of the selected rows, in the order in which they were, else of all on show. The grid's position
+/// is not moved.
 std::string ListOfValues(const DataGrid& grid, dlgAsync& async, std::size_t field, bool quoted) {
-  const std::shared_ptr<Recordset> clone = grid.DataSource()->Clone(LockType::ReadOnly);
+  const std::shared_ptr<Recordset> rows = grid.DataSource();
   const std::string separator = ", ";
   std::string list;
-  const auto append = [&] {
+  const auto append = [&](std::int64_t position) {
     if (!async.Yield()) RaiseAppError("Cancelled.");
-    list += separator + FormatTagValue(clone->FieldValue(field), quoted);
+    list += separator + FormatTagValue(rows->ValueAt(position, field), quoted);
   };
   const std::vector<Bookmark> selected = grid.SelBookmarks();
-  for (const Bookmark bookmark : selected) {
-    clone->MoveTo(bookmark);
-    append();
-  }
+  for (const Bookmark bookmark : selected)
+    if (const auto position = rows->PositionOf(bookmark)) append(*position);
   if (selected.empty())
-    for (clone->MoveFirst(); !clone->Eof(); clone->MoveNext()) append();
-  clone->Close();
+    for (std::int64_t position = 0; position < rows->RecordCount(); ++position) append(position);
   return "(" + list.substr(separator.size()) + ")";
 }
 

@@ -8,6 +8,7 @@
 
 #include "contract/base/Error.h"
 #include "contract/base/Keys.h"
+#include "contract/desktop/controls/MenuItem.h"
 #include "logic/program/Help.h"
 #include "logic/program/dlgAsync.h"
 #include "logic/results/stream/BatchLine.h"
@@ -20,6 +21,7 @@ namespace {
 
 constexpr int viewWidth = 9600;
 constexpr int viewHeight = 6300;
+constexpr const char* cellsOnly = "mnuCvtCells";
 constexpr std::string_view arrow = "--> ";  ///< Before the names of conversions in the menu.
 
 /// Gives a text that grows batch by batch the room it will need, so that it is not moved again
@@ -96,6 +98,8 @@ RecordConversion::RecordConversion(const Global& global, Window& window, dlgAsyn
       grid_(window.Find<DataGrid>("DataGrid")) {
   for (const std::string& command : ConversionCommands())
     window.Menu(command).Click = [this, command] { Convert(command); };
+  MenuItem& cells = window.Menu(cellsOnly);
+  cells.Click = [&cells] { cells.SetChecked(!cells.Checked()); };
 }
 
 void RecordConversion::Convert(std::string_view command) {
@@ -143,7 +147,7 @@ std::optional<std::string> RecordConversion::ConvertedText(std::string_view comm
 /// The records are read here and written by a line of work. Cancelling keeps what is done.
 void RecordConversion::ConvertRecords(std::string& text, const RecordFormat& format,
                                       ColumnRange columns) {
-  std::vector<Bookmark> selected = grid_.SelBookmarks();
+  std::vector<Bookmark> selected = SelectedRows();
   const bool all = selected.empty();
   RecordReader reader(grid_.DataSource(), static_cast<std::size_t>(columns.first),
                       static_cast<std::size_t>(std::max(columns.last - columns.first + 1, 0)),
@@ -167,7 +171,23 @@ void RecordConversion::ConvertRecords(std::string& text, const RecordFormat& for
   line.Finish();
 }
 
+/// The rectangle of cells that is to be taken alone; empty when all is.
+GridCells RecordConversion::ChosenCells() const {
+  return window_.Menu(cellsOnly).Checked() ? grid_.SelCells() : GridCells();
+}
+
+std::vector<Bookmark> RecordConversion::SelectedRows() const {
+  const GridCells cells = ChosenCells();
+  if (cells.IsEmpty()) return grid_.SelBookmarks();
+  std::vector<Bookmark> rows;
+  for (std::int64_t row = cells.firstRow; row <= cells.lastRow; ++row)
+    rows.push_back(grid_.DataSource()->BookmarkAt(row));
+  return rows;
+}
+
 ColumnRange RecordConversion::GetColumnRange() const {
+  const GridCells cells = ChosenCells();
+  if (!cells.IsEmpty()) return {cells.firstColumn, cells.lastColumn};
   const int first = grid_.SelStartCol();
   const int last = grid_.SelEndCol();
   return {first < 0 ? 0 : first, last < 0 ? grid_.ColumnCount() - 1 : last};

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "contract/desktop/controls/DataGrid.h"
 #include "logic/program/Global.h"
@@ -16,7 +17,8 @@ class dlgAsync;
 class SqlTarget;
 
 /// The commands of a records window that turn its rows into text: the selected rows and columns of
-/// the grid, else all of them. The text is shown, to be copied or saved.
+/// the grid, by choice a selected rectangle of cells, else all rows on show. The text is shown, to
+/// be copied or saved.
 class RecordConversion {
  public:
   /// The owner of the menu; all of them outlive this object.
@@ -35,6 +37,8 @@ class RecordConversion {
  private:
   void ConvertRecords(std::string& text, const RecordFormat& format, ColumnRange columns);
   [[nodiscard]] std::string TitleOf(std::string_view command) const;
+  [[nodiscard]] GridCells ChosenCells() const;
+  [[nodiscard]] std::vector<Bookmark> SelectedRows() const;
   [[nodiscard]] ColumnRange GetColumnRange() const;
   [[nodiscard]] std::string GetTableName(bool ask, int helpContext) const;
 

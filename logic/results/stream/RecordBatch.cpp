@@ -1,5 +1,6 @@
 #include "logic/results/stream/RecordBatch.h"
 
+#include <span>
 #include <utility>
 
 #include "contract/base/Error.h"
@@ -40,10 +41,11 @@ std::int64_t RecordReader::NextPosition() const {
 
 void RecordReader::ReadInto(RecordBatch& batch) {
   const std::int64_t position = NextPosition();
-  for (std::size_t column = 0; column < columns_; ++column) {
-    batch.values.push_back(rows_->ValueAt(position, firstColumn_ + column));
-    batch.bytes += BytesOf(batch.values.back());
-  }
+  const std::size_t before = batch.values.size();
+  batch.values.resize(before + columns_);
+  const std::span record(batch.values.data() + before, columns_);
+  rows_->ReadFieldsAt(position, firstColumn_, record);
+  for (const ValueView& value : record) batch.bytes += BytesOf(value);
   ++next_;
 }
 
