@@ -93,7 +93,12 @@ void RecordFields::MoveTo(Bookmark bookmark) {
 }
 
 void RecordFields::ReadFields(std::size_t first, std::span<ValueView> values) const {
-  for (std::size_t i = 0; i < values.size(); ++i) values[i] = FieldValue(first + i);
+  ReadFieldsAt(current_, first, values);
+}
+
+void RecordFields::ReadFieldsAt(std::int64_t position, std::size_t first,
+                                std::span<ValueView> values) const {
+  for (std::size_t i = 0; i < values.size(); ++i) values[i] = ValueAt(position, first + i);
 }
 
 std::int64_t RecordFields::ActualSize(std::size_t field) const {
@@ -108,6 +113,14 @@ std::shared_ptr<Recordset> RecordFields::Clone(LockType /*lock*/) {
 
 void RecordFields::SetSort(const std::string& order) {
   if (!order.empty()) RaiseNotSupported();
+}
+
+std::unique_ptr<RowWork> RecordFields::StartArrange(RowArrangement /*arrangement*/) {
+  RaiseNotSupported();
+}
+
+std::unique_ptr<RowWork> RecordFields::StartSearch(CellSearch /*search*/) const {
+  RaiseNotSupported();
 }
 
 // --- changing them -------------------------------------------------------------------------------

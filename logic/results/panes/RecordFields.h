@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "contract/data/Recordset.h"
+#include "contract/data/RowArrangement.h"
 
 namespace tessel {
 
@@ -37,7 +38,10 @@ class RecordFields final : public Recordset {
   [[nodiscard]] const std::vector<FieldInfo>& Fields() const override { return columns_; }
   [[nodiscard]] std::optional<std::size_t> FindField(std::string_view name) const override;
   [[nodiscard]] std::int64_t RecordCount() const override;
+  [[nodiscard]] std::int64_t FullCount() const override { return RecordCount(); }
   [[nodiscard]] ValueView ValueAt(std::int64_t position, std::size_t field) const override;
+  void ReadFieldsAt(std::int64_t position, std::size_t first,
+                    std::span<ValueView> values) const override;
   [[nodiscard]] Bookmark BookmarkAt(std::int64_t position) const override;
   [[nodiscard]] std::optional<std::int64_t> PositionOf(Bookmark bookmark) const override;
 
@@ -58,6 +62,9 @@ class RecordFields final : public Recordset {
   [[nodiscard]] std::shared_ptr<Recordset> Clone(LockType lock) override;
   /// The fields keep their order.
   void SetSort(const std::string& order) override;
+  [[nodiscard]] const RowArrangement& Arrangement() const override { return arrangement_; }
+  [[nodiscard]] std::unique_ptr<RowWork> StartArrange(RowArrangement arrangement) override;
+  [[nodiscard]] std::unique_ptr<RowWork> StartSearch(CellSearch search) const override;
 
   [[nodiscard]] std::optional<ErrorInfo> WhyNotChangeable() const override;
   [[nodiscard]] EditMode Editing() const override { return rows_->Editing(); }
@@ -75,6 +82,7 @@ class RecordFields final : public Recordset {
   std::function<bool()> onEmptyNewRow_;
   std::vector<FieldInfo> columns_;
   Properties properties_;
+  RowArrangement arrangement_;  ///< None.
   std::int64_t current_ = 0;
   bool closed_ = false;
 };
