@@ -163,7 +163,7 @@ void Export(benchmark::State& state, ExportFormat format) {
   const PeakMemory peak;
   for (auto _ : state) {
     pause.Restart();
-    RecordReader reader(program.recordset, 0, fields.size(), {});
+    BatchReader reader(program.recordset, 0, fields.size(), {});
     const auto report =
         ExportToFile(program.global, program.async, reader, fields, choices, folder.File("a"));
     benchmark::DoNotOptimize(report);

@@ -76,7 +76,7 @@ BENCHMARK(BM_ChartOfAMillionPoints)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecon
 
 /// 200 tables of 12 fields with 350 keys, laid out by dot.
 void BM_DiagramOf200Tables(benchmark::State& state) {
-  Structure structure;
+  TextStructure structure;
   for (int i = 0; i < 200; ++i) {
     TableFacts& table = structure.Table("table_" + std::to_string(i));
     for (int f = 0; f < 12; ++f)

@@ -149,9 +149,9 @@ void RecordConversion::ConvertRecords(std::string& text, const RecordFormat& for
                                       ColumnRange columns) {
   std::vector<Bookmark> selected = SelectedRows();
   const bool all = selected.empty();
-  RecordReader reader(grid_.DataSource(), static_cast<std::size_t>(columns.first),
-                      static_cast<std::size_t>(std::max(columns.last - columns.first + 1, 0)),
-                      std::move(selected));
+  BatchReader reader(grid_.DataSource(), static_cast<std::size_t>(columns.first),
+                     static_cast<std::size_t>(std::max(columns.last - columns.first + 1, 0)),
+                     std::move(selected));
   TextInMemory sink(text, format, reader.Count());
   const std::unique_ptr<WorkLine> work = global_.MakeWorkLine();
   BatchLine line(*work, sink, [this] { return async_.Yield(); });

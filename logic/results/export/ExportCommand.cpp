@@ -111,7 +111,7 @@ void ExportCommand::Write(const Offer& offer, const ExportChoices& choices,
                           const std::string& path) {
   const auto& fields = offer.rows->Fields();
   const auto first = fields.begin() + static_cast<std::ptrdiff_t>(offer.firstColumn);
-  RecordReader reader(offer.rows, offer.firstColumn, offer.columns, offer.chosen);
+  BatchReader reader(offer.rows, offer.firstColumn, offer.columns, offer.chosen);
   const auto report =
       ExportToFile(global_, async_, reader,
                    {first, first + static_cast<std::ptrdiff_t>(offer.columns)}, choices, path);

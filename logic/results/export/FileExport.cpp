@@ -31,7 +31,7 @@ std::string MessageOf(const std::string& path, std::int64_t records) {
 }
 
 /// Gives all records to the line; false once the user has cancelled.
-bool GiveAll(RecordReader& reader, BatchLine& line, dlgAsync& async) {
+bool GiveAll(BatchReader& reader, BatchLine& line, dlgAsync& async) {
   while (!reader.AtEnd()) {
     const auto batch = reader.NewBatch();
     while (!reader.AtEnd() && !IsFull(*batch)) reader.ReadInto(*batch);
@@ -43,8 +43,8 @@ bool GiveAll(RecordReader& reader, BatchLine& line, dlgAsync& async) {
 
 }  // namespace
 
-std::optional<ExportReport> ExportToFile(const Global& global, dlgAsync& async,
-                                         RecordReader& reader, std::vector<FieldInfo> columns,
+std::optional<ExportReport> ExportToFile(const Global& global, dlgAsync& async, BatchReader& reader,
+                                         std::vector<FieldInfo> columns,
                                          const ExportChoices& choices, const std::string& path) {
   const std::unique_ptr<ExportTarget> target = TargetOf(global, path, choices, std::move(columns));
   const std::unique_ptr<WorkLine> work = global.MakeWorkLine();

@@ -22,7 +22,7 @@ struct ExportReport {
 /// Nothing when the user cancelled: the old file is there as it was, as after a failure, which
 /// raises Error. `columns` are those of `reader`.
 [[nodiscard]] std::optional<ExportReport>
-ExportToFile(const Global& global, dlgAsync& async, RecordReader& reader,
+ExportToFile(const Global& global, dlgAsync& async, BatchReader& reader,
              std::vector<FieldInfo> columns, const ExportChoices& choices, const std::string& path);
 
 }  // namespace tessel

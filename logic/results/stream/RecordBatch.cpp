@@ -20,8 +20,8 @@ std::size_t BytesOf(const ValueView& value) {
 
 }  // namespace
 
-RecordReader::RecordReader(std::shared_ptr<Recordset> rows, std::size_t firstColumn,
-                           std::size_t columns, std::vector<Bookmark> chosen)
+BatchReader::BatchReader(std::shared_ptr<Recordset> rows, std::size_t firstColumn,
+                         std::size_t columns, std::vector<Bookmark> chosen)
     : rows_(std::move(rows)),
       kept_(rows_->Clone(LockType::ReadOnly)),
       firstColumn_(firstColumn),
@@ -29,9 +29,9 @@ RecordReader::RecordReader(std::shared_ptr<Recordset> rows, std::size_t firstCol
       chosen_(std::move(chosen)),
       count_(chosen_.empty() ? rows_->RecordCount() : static_cast<std::int64_t>(chosen_.size())) {}
 
-RecordReader::~RecordReader() { kept_->Close(); }
+BatchReader::~BatchReader() { kept_->Close(); }
 
-std::int64_t RecordReader::NextPosition() const {
+std::int64_t BatchReader::NextPosition() const {
   if (chosen_.empty()) return next_;
   const auto position = rows_->PositionOf(chosen_[static_cast<std::size_t>(next_)]);
   if (!position)
@@ -39,7 +39,7 @@ std::int64_t RecordReader::NextPosition() const {
   return *position;
 }
 
-void RecordReader::ReadInto(RecordBatch& batch) {
+void BatchReader::ReadInto(RecordBatch& batch) {
   const std::int64_t position = NextPosition();
   const std::size_t before = batch.values.size();
   batch.values.resize(before + columns_);
@@ -49,7 +49,7 @@ void RecordReader::ReadInto(RecordBatch& batch) {
   ++next_;
 }
 
-std::shared_ptr<RecordBatch> RecordReader::NewBatch() const {
+std::shared_ptr<RecordBatch> BatchReader::NewBatch() const {
   static_cast<void>(rows_->RecordCount());  // Raises when they were closed.
   auto batch = std::make_shared<RecordBatch>();
   batch->first = next_;

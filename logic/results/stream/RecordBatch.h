@@ -26,15 +26,15 @@ struct RecordBatch {
 
 /// The records that are to be taken of the rows on show, in their order: all, or those chosen. UI
 /// thread.
-class RecordReader {
+class BatchReader {
  public:
   /// `rows` are open, and so many `columns` from `firstColumn` on are taken. `chosen`: the records,
   /// in the order in which they are taken; empty: all.
-  RecordReader(std::shared_ptr<Recordset> rows, std::size_t firstColumn, std::size_t columns,
-               std::vector<Bookmark> chosen);
-  RecordReader(const RecordReader&) = delete;
-  RecordReader& operator=(const RecordReader&) = delete;
-  ~RecordReader();
+  BatchReader(std::shared_ptr<Recordset> rows, std::size_t firstColumn, std::size_t columns,
+              std::vector<Bookmark> chosen);
+  BatchReader(const BatchReader&) = delete;
+  BatchReader& operator=(const BatchReader&) = delete;
+  ~BatchReader();
 
   /// How many records there are in all.
   [[nodiscard]] std::int64_t Count() const { return count_; }

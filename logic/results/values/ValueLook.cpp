@@ -142,7 +142,8 @@ ValueLook::Look ValueLook::Chosen(const ValueView& value, std::string_view bytes
 
 ValueLook::Look ValueLook::AutomaticLook(const ValueView& value, std::string_view bytes) const {
   if (IsBytes(value)) return KindOfBytes(bytes).isPicture ? Look::Picture : Look::Hex;
-  return IsText(value) && GuessStructure(bytes) != Structure::None ? Look::Indented : Look::Text;
+  return IsText(value) && GuessStructure(bytes) != TextStructure::None ? Look::Indented
+                                                                       : Look::Text;
 }
 
 void ValueLook::ShowHex() {
@@ -164,15 +165,15 @@ void ValueLook::ShowText(std::string_view bytes) {
 
 /// What cannot be indented is shown as it is, and why.
 void ValueLook::ShowIndented(std::string_view bytes) {
-  const Structure structure = GuessStructure(bytes);
-  if (structure == Structure::None || bytes.size() > longestText) {
+  const TextStructure structure = GuessStructure(bytes);
+  if (structure == TextStructure::None || bytes.size() > longestText) {
     ShowText(bytes);
-    if (structure == Structure::None) fault_ = "neither JSON nor XML";
+    if (structure == TextStructure::None) fault_ = "neither JSON nor XML";
     else fault_ += ", not indented";
     return;
   }
   const IndentedText indented = Indent(bytes);
-  txtValue_.SetSyntax(structure == Structure::Json ? TextSyntax::Json : TextSyntax::Xml);
+  txtValue_.SetSyntax(structure == TextStructure::Json ? TextSyntax::Json : TextSyntax::Xml);
   txtValue_.SetText(indented.fault ? bytes : std::string_view(indented.text));
   if (indented.fault)
     fault_ =
@@ -205,7 +206,7 @@ void ValueLook::Describe(const ValueView& value, std::string_view bytes) {
              Counted(static_cast<std::int64_t>(bytes.size()), "byte");
   else if (IsText(value))
     what_ += std::string(StructureName(GuessStructure(bytes))) +
-             (GuessStructure(bytes) == Structure::None ? "Text, " : " text, ") +
+             (GuessStructure(bytes) == TextStructure::None ? "Text, " : " text, ") +
              Counted(static_cast<std::int64_t>(bytes.size()), "byte");
   else what_ += "Value";
 }

@@ -31,9 +31,9 @@ class JsonIndenter {
       place_ = SkipBlanks(text_, place_);
       if (place_ < text_.size()) Fault("the text goes on behind its end");
     } catch (TextFault& fault) {
-      return {Structure::Json, {}, std::move(fault)};
+      return {TextStructure::Json, {}, std::move(fault)};
     }
-    return {Structure::Json, std::move(out_), std::nullopt};
+    return {TextStructure::Json, std::move(out_), std::nullopt};
   }
 
  private:

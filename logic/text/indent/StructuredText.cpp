@@ -19,12 +19,12 @@ StructuredText::StructuredText(const Global& global, Window& window, EditorBox& 
       settings_(global) {}
 
 void StructuredText::Show(const std::string& text) {
-  const Structure structure = GuessStructure(text);
+  const TextStructure structure = GuessStructure(text);
   box_.SetText(text);
-  chkIndented_.SetVisible(structure != Structure::None);
-  lblStructure_.SetVisible(structure != Structure::None);
-  if (structure == Structure::None) return;
-  box_.SetSyntax(structure == Structure::Json ? TextSyntax::Json : TextSyntax::Xml);
+  chkIndented_.SetVisible(structure != TextStructure::None);
+  lblStructure_.SetVisible(structure != TextStructure::None);
+  if (structure == TextStructure::None) return;
+  box_.SetSyntax(structure == TextStructure::Json ? TextSyntax::Json : TextSyntax::Xml);
   lblStructure_.SetCaption(StructureName(structure));
   chkIndented_.Click = nullptr;
   const bool indented = settings_.Number(indentedSetting, 1) != 0 && text.size() <= longestAtOnce;
@@ -57,7 +57,7 @@ void StructuredText::ShowIndented() {
   std::string text = Text();
   IndentedText indented = Indent(text);
   Say(indented, text);
-  if (indented.structure == Structure::None || indented.fault) return;
+  if (indented.structure == TextStructure::None || indented.fault) return;
   original_ = std::move(text);
   shown_ = std::move(indented.text);
   box_.SetText(shown_);

@@ -28,19 +28,19 @@ void AppendLine(std::string& out, std::size_t level) {
   out.append(blanksOfLevel * std::min(level, deepestIndent), ' ');
 }
 
-Structure GuessStructure(std::string_view text) {
+TextStructure GuessStructure(std::string_view text) {
   const std::size_t first =
       SkipBlanks(text, text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
-  if (first == text.size()) return Structure::None;
-  if (text[first] == '{' || text[first] == '[') return Structure::Json;
+  if (first == text.size()) return TextStructure::None;
+  if (text[first] == '{' || text[first] == '[') return TextStructure::Json;
   const bool tag = text[first] == '<' && first + 1 < text.size() && BeginsTag(text[first + 1]);
-  return tag ? Structure::Xml : Structure::None;
+  return tag ? TextStructure::Xml : TextStructure::None;
 }
 
 IndentedText Indent(std::string_view text) {
   switch (GuessStructure(text)) {
-    case Structure::Json: return IndentJson(text);
-    case Structure::Xml: return IndentXml(text);
+    case TextStructure::Json: return IndentJson(text);
+    case TextStructure::Xml: return IndentXml(text);
     default: return {};
   }
 }
@@ -51,10 +51,10 @@ std::string FaultText(std::string_view text, const TextFault& fault) {
          fault.reason;
 }
 
-std::string_view StructureName(Structure structure) {
+std::string_view StructureName(TextStructure structure) {
   switch (structure) {
-    case Structure::Json: return "JSON";
-    case Structure::Xml: return "XML";
+    case TextStructure::Json: return "JSON";
+    case TextStructure::Xml: return "XML";
     default: return "";
   }
 }

@@ -13,7 +13,7 @@ namespace tessel {
 // depth is too much for it.
 
 /// What a text is written in.
-enum class Structure { None, Json, Xml };
+enum class TextStructure { None, Json, Xml };
 
 /// Where a text breaks the rules of what it is written in.
 struct TextFault {
@@ -23,14 +23,14 @@ struct TextFault {
 
 /// A text on lines of their own, or the first place where it breaks the rules.
 struct IndentedText {
-  Structure structure = Structure::None;
+  TextStructure structure = TextStructure::None;
   std::string text = {};  ///< Empty where there is a fault, or no structure.
   std::optional<TextFault> fault = {};
 };
 
 /// What a text looks like by its first character that is no blank: "{" and "[" begin JSON, "<"
 /// followed by a letter, "?", "!" or "/" XML.
-[[nodiscard]] Structure GuessStructure(std::string_view text);
+[[nodiscard]] TextStructure GuessStructure(std::string_view text);
 
 /// The text in the way of what it looks like; with no structure when it looks like nothing.
 /// Two blanks a level; from `deepestIndent` levels on lines begin no farther in.
@@ -46,7 +46,7 @@ inline constexpr std::size_t deepestIndent = 20;
 [[nodiscard]] std::string FaultText(std::string_view text, const TextFault& fault);
 
 /// "JSON" or "XML"; empty for none.
-[[nodiscard]] std::string_view StructureName(Structure structure);
+[[nodiscard]] std::string_view StructureName(TextStructure structure);
 
 /// A blank of JSON and XML.
 [[nodiscard]] constexpr bool IsBlank(char character) {

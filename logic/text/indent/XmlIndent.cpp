@@ -104,10 +104,10 @@ class XmlIndenter {
     try {
       Look();
     } catch (TextFault& fault) {
-      return {Structure::Xml, {}, std::move(fault)};
+      return {TextStructure::Xml, {}, std::move(fault)};
     }
     Write();
-    return {Structure::Xml, std::move(out_), std::nullopt};
+    return {TextStructure::Xml, std::move(out_), std::nullopt};
   }
 
  private:

@@ -11,8 +11,7 @@ class FilterTextTest : public test::RecordsFixture {
     EXPECT_TRUE(Connect());
     data.Answer("select",
                 {MemoryField("n", DataType::Integer), MemoryField("t"),
-                 MemoryField("d", DataType::DBDate),
-                 MemoryField("b", DataType::Boolean)},
+                 MemoryField("d", DataType::DBDate), MemoryField("b", DataType::Boolean)},
                 {});
     EXPECT_TRUE(Run("select"));
   }

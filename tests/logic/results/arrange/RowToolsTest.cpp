@@ -20,8 +20,7 @@ class RowToolsTest : public test::EditingFixture {
 
   void RunTowns(const std::string& sql = "towns", bool unlocked = false) {
     if (unlocked) Press('L', shiftState::ctrl);
-    std::vector<FieldInfo> fields{MemoryField("id", DataType::Integer),
-                                  MemoryField("town"),
+    std::vector<FieldInfo> fields{MemoryField("id", DataType::Integer), MemoryField("town"),
                                   MemoryField("size", DataType::Numeric)};
     table = data.Answer(sql, fields,
                         {{Int(1), Text("Wien"), Value(Decimal{"10.5"})},

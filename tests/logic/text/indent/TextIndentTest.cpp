@@ -12,14 +12,14 @@ std::string FaultOf(const std::string& text) {
 }
 
 TEST(TextIndentTest, GuessesByTheFirstSign) {
-  EXPECT_EQ(GuessStructure(" \r\n{"), Structure::Json);
-  EXPECT_EQ(GuessStructure("[1]"), Structure::Json);
-  EXPECT_EQ(GuessStructure("\xEF\xBB\xBF<?xml"), Structure::Xml);
-  EXPECT_EQ(GuessStructure("<a/>"), Structure::Xml);
-  EXPECT_EQ(GuessStructure("< 3"), Structure::None);
-  EXPECT_EQ(GuessStructure("12"), Structure::None);
-  EXPECT_EQ(GuessStructure("  "), Structure::None);
-  EXPECT_EQ(GuessStructure(""), Structure::None);
+  EXPECT_EQ(GuessStructure(" \r\n{"), TextStructure::Json);
+  EXPECT_EQ(GuessStructure("[1]"), TextStructure::Json);
+  EXPECT_EQ(GuessStructure("\xEF\xBB\xBF<?xml"), TextStructure::Xml);
+  EXPECT_EQ(GuessStructure("<a/>"), TextStructure::Xml);
+  EXPECT_EQ(GuessStructure("< 3"), TextStructure::None);
+  EXPECT_EQ(GuessStructure("12"), TextStructure::None);
+  EXPECT_EQ(GuessStructure("  "), TextStructure::None);
+  EXPECT_EQ(GuessStructure(""), TextStructure::None);
 }
 
 TEST(TextIndentTest, JsonStandsOnLinesOfItsOwn) {
