@@ -19,7 +19,7 @@
 #include <unistd.h>
 
 #include "system/Descriptor.h"
-#include "system/Replacement.h"
+#include "system/ReplacingFile.h"
 
 namespace tessel {
 
@@ -139,13 +139,13 @@ std::unique_ptr<FileReader> PosixFiles::OpenToRead(const std::string& path) {
 }
 
 void PosixFiles::ReplaceWhole(const std::string& path, std::string_view content, bool ownerOnly) {
-  Replacement fresh(path, ownerOnly);
+  ReplacingFile fresh(path, ownerOnly);
   fresh.Write(content);
   fresh.PutInPlace();
 }
 
 std::unique_ptr<FileReplacement> PosixFiles::StartReplacing(const std::string& path) {
-  return std::make_unique<Replacement>(path, false);
+  return std::make_unique<ReplacingFile>(path, false);
 }
 
 void PosixFiles::Remove(const std::string& path) {

@@ -215,14 +215,14 @@ const char* ReadNumber(DataType type, std::string_view text, ValueView& value) {
 
 const char* ReadCell(ImportCell& cell, DataType type, const CellStyle& style, ValueView& value) {
   value = std::monostate();
-  if (cell.form == CellForm::Null) return nullptr;
+  if (cell.form == ImportForm::Null) return nullptr;
   if (IsText(type)) {
     value = cell.View();
     return CheckText(cell.View());
   }
   if (IsBinaryType(type))
-    return cell.form == CellForm::Bare && cell.size == 0 ? nullptr
-                                                         : ReadBytes(cell, style.json, value);
+    return cell.form == ImportForm::Bare && cell.size == 0 ? nullptr
+                                                           : ReadBytes(cell, style.json, value);
   if (IsNumericType(type) || type == DataType::Boolean) {
     const std::string_view text = NumberText(cell, style.decimalSign);
     return text.empty() ? nullptr : ReadNumber(type, text, value);

@@ -14,7 +14,7 @@
 #include <xlsxwriter.h>
 
 #include "contract/base/Error.h"
-#include "system/Replacement.h"
+#include "system/ReplacingFile.h"
 #include "system/sheets/ZipMembers.h"
 
 namespace tessel {
@@ -169,7 +169,7 @@ class XlsxFile final : public SheetFile {
 
   std::string path_;
   std::string folder_;  ///< Where the library keeps its files: the disk that has to have the room.
-  Replacement file_;
+  ReplacingFile file_;
   lxw_workbook* workbook_ = nullptr;
   lxw_format* bold_ = nullptr;
   std::vector<lxw_format*> momentFormats_;  ///< By kind.

@@ -133,7 +133,7 @@ bool IsLong(std::string_view text) {
 bool IsPlainValue(std::string_view text) { return !text.empty() && KindsOf(text) != 0; }
 
 void ColumnGuess::Add(const ImportCell& cell, char decimalSign, bool json) {
-  if (cell.form == CellForm::Null) {
+  if (cell.form == ImportForm::Null) {
     hasNull_ = true;
     return;
   }
@@ -152,7 +152,7 @@ void ColumnGuess::Add(const ImportCell& cell, char decimalSign, bool json) {
     std::ranges::replace(withPoint, decimalSign, '.');
     kinds = KindsOf(withPoint) & (exact | real);
   }
-  if (json && cell.form == CellForm::Quoted) kinds &= ~(flag | whole | exact);
+  if (json && cell.form == ImportForm::Quoted) kinds &= ~(flag | whole | exact);
   kinds_ &= kinds;
   if ((kinds_ & (exact | real)) != 0) AddNumber(withPoint.empty() ? text : withPoint);
 }

@@ -13,7 +13,7 @@ constexpr std::size_t pieceBytes = 64UL * 1024;
 constexpr std::size_t mostShown = 200;  ///< Bytes of a value.
 
 Value ShownValue(const ImportCell& cell) {
-  if (cell.form == CellForm::Null) return {};
+  if (cell.form == ImportForm::Null) return {};
   return std::string(cell.View().substr(0, mostShown));
 }
 

@@ -121,9 +121,9 @@ DelimitedReader::Found DelimitedReader::EndLine(std::string_view text, std::size
 /// in vain.
 ImportCell DelimitedReader::CellOf(const Piece& piece, char* text) const {
   ImportCell cell{text + piece.begin, piece.end - piece.begin,
-                  piece.isQuoted ? CellForm::Quoted : CellForm::Bare};
+                  piece.isQuoted ? ImportForm::Quoted : ImportForm::Bare};
   if (piece.hasQuotes) cell.size = JoinQuotes(cell.text, cell.size);
-  if (!piece.isQuoted && cell.View() == nullText_) cell.form = CellForm::Null;
+  if (!piece.isQuoted && cell.View() == nullText_) cell.form = ImportForm::Null;
   return cell;
 }
 

@@ -91,7 +91,7 @@ class ObjectParser {
   ImportCell Nested() {
     const auto length = LengthOf({next_, static_cast<std::size_t>(end_ - next_)});
     if (!length) Fail("the end of this value is missing.");
-    const ImportCell cell{next_, *length, CellForm::Bare};
+    const ImportCell cell{next_, *length, ImportForm::Bare};
     next_ += *length;
     return cell;
   }
@@ -101,7 +101,7 @@ class ObjectParser {
     char* begin = next_;
     while (next_ != end_ && *next_ != ',' && *next_ != '}' && *next_ != ']' && !IsBlank(*next_))
       ++next_;
-    const ImportCell cell{begin, static_cast<std::size_t>(next_ - begin), CellForm::Bare};
+    const ImportCell cell{begin, static_cast<std::size_t>(next_ - begin), ImportForm::Bare};
     const std::string_view word = cell.View();
     if (word == "null") return {};
     if (word != "true" && word != "false" && !IsNumber(word)) {
@@ -127,7 +127,7 @@ class ObjectParser {
     }
     if (next_ == end_) Fail("a text is not closed.");
     ++next_;
-    return {begin, static_cast<std::size_t>(out - begin), CellForm::Quoted};
+    return {begin, static_cast<std::size_t>(out - begin), ImportForm::Quoted};
   }
 
   /// The character is never longer than its escape.

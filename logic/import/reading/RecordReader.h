@@ -13,7 +13,7 @@
 namespace tessel {
 
 /// How the text of a value stood in its file.
-enum class CellForm {
+enum class ImportForm {
   Null,    ///< There is no value.
   Bare,    ///< Without quotes: in JSON a number, true, false, an array or an object.
   Quoted,  ///< In quotes, which are not part of it.
@@ -23,7 +23,7 @@ enum class CellForm {
 struct ImportCell {
   char* text = nullptr;
   std::size_t size = 0;
-  CellForm form = CellForm::Null;
+  ImportForm form = ImportForm::Null;
 
   [[nodiscard]] std::string_view View() const { return {text, size}; }
 };

@@ -18,7 +18,7 @@ using testing::HasSubstr;
 std::string TypeOf(const std::vector<std::string>& values, char decimalSign = '.') {
   ColumnGuess guess;
   for (std::string value : values)
-    guess.Add({value.data(), value.size(), value == "NULL" ? CellForm::Null : CellForm::Bare},
+    guess.Add({value.data(), value.size(), value == "NULL" ? ImportForm::Null : ImportForm::Bare},
               decimalSign, false);
   return NameOfType(guess.Type());
 }

@@ -31,8 +31,8 @@ RecordsOf(const ImportSource& source, const ImportFormat& format, std::size_t pi
     std::string& line = records.emplace_back(std::to_string(record.line));
     for (const ImportCell& cell : record.cells) {
       const std::string text(cell.View());
-      const bool quoted = cell.form == CellForm::Quoted;
-      line += "|" + (cell.form == CellForm::Null ? "NULL" : quoted ? "'" + text + "'" : text);
+      const bool quoted = cell.form == ImportForm::Quoted;
+      line += "|" + (cell.form == ImportForm::Null ? "NULL" : quoted ? "'" + text + "'" : text);
     }
   }
 }

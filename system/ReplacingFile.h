@@ -17,14 +17,14 @@ namespace tessel {
 
 /// A new file beside the one that it will replace; it is removed again unless it is put in its
 /// place. Permissions of the old file are kept, owner and group where the system allows it.
-class Replacement final : public FileReplacement {
+class ReplacingFile final : public FileReplacement {
  public:
   /// `path` is the name that failures show. With `ownerOnly` nobody but the owner may read what is
   /// written.
-  Replacement(const std::string& path, bool ownerOnly);
-  Replacement(const Replacement&) = delete;
-  Replacement& operator=(const Replacement&) = delete;
-  ~Replacement() override;
+  ReplacingFile(const std::string& path, bool ownerOnly);
+  ReplacingFile(const ReplacingFile&) = delete;
+  ReplacingFile& operator=(const ReplacingFile&) = delete;
+  ~ReplacingFile() override;
 
   void Write(std::string_view bytes) override;
   void PutInPlace() override;

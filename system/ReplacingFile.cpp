@@ -1,7 +1,7 @@
 // How a file is replaced wholly or not at all: links are followed, what is new is written beside,
 // synced and renamed, permissions kept, and the folder synced.
 
-#include "system/Replacement.h"
+#include "system/ReplacingFile.h"
 
 #include <array>
 #include <cerrno>
@@ -65,18 +65,18 @@ std::string FollowLinks(const std::string& path) {
   ThrowSystemError(path, ELOOP);
 }
 
-Replacement::Replacement(const std::string& path, bool ownerOnly)
+ReplacingFile::ReplacingFile(const std::string& path, bool ownerOnly)
     : path_(path),
       place_(FollowLinks(path)),
       old_(StatusToReplace(place_, path)),
       ownerOnly_(ownerOnly),
       file_(Create(old_ || ownerOnly ? ownerOnlyMode : ordinaryMode)) {}
 
-Replacement::~Replacement() {
+ReplacingFile::~ReplacingFile() {
   if (!inPlace_) ::unlink(name_.c_str());
 }
 
-Descriptor Replacement::Create(mode_t mode) {
+Descriptor ReplacingFile::Create(mode_t mode) {
   const std::string stem = FolderOf(place_) + "/.tessel-" + std::to_string(::getpid()) + "-";
   for (int number = 0;; ++number) {
     name_ = stem + std::to_string(number) + ".tmp";
@@ -86,7 +86,7 @@ Descriptor Replacement::Create(mode_t mode) {
   }
 }
 
-void Replacement::Write(std::string_view bytes) {
+void ReplacingFile::Write(std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = ::write(file_.Number(), bytes.data(), bytes.size());
     if (written < 0 && errno == EINTR) continue;
@@ -95,18 +95,18 @@ void Replacement::Write(std::string_view bytes) {
   }
 }
 
-void Replacement::CheckRoom(std::uint64_t bytes) {
+void ReplacingFile::CheckRoom(std::uint64_t bytes) {
   const int code = ::posix_fallocate(file_.Number(), 0, static_cast<off_t>(bytes));
   if (code != 0) ThrowSystemError(path_, code);
 }
 
-void Replacement::TakeOver() {
+void ReplacingFile::TakeOver() {
   [[maybe_unused]] const int result = ::fchown(file_.Number(), old_->st_uid, old_->st_gid);
   const mode_t mode = ownerOnly_ ? ownerOnlyMode : old_->st_mode & permissionBits;
   Check(::fchmod(file_.Number(), mode) == 0);
 }
 
-void Replacement::PutInPlace() {
+void ReplacingFile::PutInPlace() {
   if (old_) TakeOver();
   Check(::fsync(file_.Number()) == 0);
   Check(file_.Close());
@@ -115,7 +115,7 @@ void Replacement::PutInPlace() {
   SyncFolder(FolderOf(place_), path_);
 }
 
-void Replacement::Check(bool succeeded) const {
+void ReplacingFile::Check(bool succeeded) const {
   if (!succeeded) ThrowSystemError(path_, errno);
 }
 
