@@ -16,7 +16,7 @@ namespace tessel::test {
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, ControlKind>, 18> kinds{{
+constexpr std::array<std::pair<std::string_view, ControlKind>, 20> kinds{{
     {"QLabel", ControlKind::Label},
     {"QFrame", ControlKind::PictureBox},
     {"QGroupBox", ControlKind::PictureBox},
