@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -75,6 +74,13 @@ class ColumnArray {
   std::size_t width_ = 1;
 };
 
+/// Whether it is the row that is to blame. SQLite's driver has one SQLSTATE for all.
+bool IsOfRow(const ErrorInfo& error) {
+  constexpr int sqliteConstraint = 19;
+  return error.sqlState.starts_with("22") || error.sqlState.starts_with("23") ||
+         (error.sqlState == "HY000" && error.nativeError == sqliteConstraint);
+}
+
 }  // namespace
 
 class OdbcSession::Loader final : public RowLoader {
@@ -85,7 +91,8 @@ class OdbcSession::Loader final : public RowLoader {
     statement_.Prepare(InsertBeginning(request, *session.Writing()) +
                        QuestionMarks(columns_.size()));
     states_.resize(rowsAtOnce);
-    takesArrays_ = statement_.SetArray(2, states_.data()) && statement_.SetArray(1, states_.data());
+    takesArrays_ = session.profile_.takesArrays && !session.Writing()->needsKey &&
+                   statement_.SetArray(1, states_.data());
   }
 
   void Add(const LoadBatch& rows, WorkContext& context) override {
@@ -125,36 +132,48 @@ class OdbcSession::Loader final : public RowLoader {
       }
   }
 
+  /// Of several rows a driver does not tell which one was refused: then they are undone and go one
+  /// by one.
   void Execute(std::size_t first, std::size_t count, WorkContext& context) {
     context.ThrowIfStopped();
-    std::fill(states_.begin(), states_.end(), static_cast<SQLUSMALLINT>(SQL_PARAM_UNUSED));
+    if (count == 1) return ExecuteOne(first, 0, context);
+    session_.RunControl("savepoint tessel_rows", nullptr);
+    try {
+      session_.Guarded(context, [&] { Run(first, count, context); });
+    } catch (const Error&) {
+      if (context.StopAsked() || !session_.IsAlive()) throw;
+      session_.RunControl("rollback to savepoint tessel_rows", nullptr);
+      for (std::size_t row = 0; row < count; ++row) ExecuteOne(first + row, row, context);
+    }
+  }
+
+  /// The row is number `place` of those that go together.
+  void ExecuteOne(std::size_t row, std::size_t place, WorkContext& context) {
     session_.Guarded(context, [&] {
       try {
-        if (takesArrays_) (void)statement_.SetArray(count, states_.data());
-        for (std::size_t i = 0; i < arrays_.size(); ++i)
-          arrays_[i].Bind(statement_, static_cast<SQLUSMALLINT>(i + 1), first, count);
-        Diagnostics notices;
-        (void)statement_.ExecutePrepared(session_.cancel_, notices);
-        if (const auto row = FirstRefused(count)) RaiseSilent(*row, notices, context);
-      } catch (const Failure&) {
-        if (!context.StopAsked())
-          context.RefuseRow(rows_ + static_cast<std::int64_t>(FirstRefused(count).value_or(0)));
+        Run(row, 1, context);
+      } catch (const Failure& failure) {
+        if (IsOfRow(ToErrors(failure.Records(), session_.driver_).front()))
+          context.RefuseRow(rows_ + static_cast<std::int64_t>(place));
         throw;
       }
     });
-    if (session_.cancel_.Sent()) session_.RaiseCancelledLate();
   }
 
-  [[nodiscard]] std::optional<std::size_t> FirstRefused(std::size_t count) const {
-    for (std::size_t row = 0; row < count; ++row)
-      if (states_[row] == SQL_PARAM_ERROR) return row;
-    return std::nullopt;
+  void Run(std::size_t first, std::size_t count, WorkContext& context) {
+    context.ThrowIfStopped();
+    if (takesArrays_) (void)statement_.SetArray(count, states_.data());
+    for (std::size_t i = 0; i < arrays_.size(); ++i)
+      arrays_[i].Bind(statement_, static_cast<SQLUSMALLINT>(i + 1), first, count);
+    std::fill(states_.begin(), states_.end(), static_cast<SQLUSMALLINT>(SQL_PARAM_SUCCESS));
+    Diagnostics notices;
+    (void)statement_.ExecutePrepared(session_.cancel_, notices);
+    if (session_.cancel_.Sent()) session_.RaiseCancelledLate();
+    if (std::ranges::find(states_, SQL_PARAM_ERROR) != states_.end()) RaiseSilent(notices);
   }
 
   /// A driver may report success although it did not take every row.
-  [[noreturn]] void RaiseSilent(std::size_t row, const Diagnostics& notices,
-                                WorkContext& context) const {
-    context.RefuseRow(rows_ + static_cast<std::int64_t>(row));
+  [[noreturn]] void RaiseSilent(const Diagnostics& notices) const {
     std::string text = "The database did not take the record.";
     for (const ErrorInfo& notice : ToNotices(notices, session_.driver_, session_.profile_))
       text += " " + notice.description;

@@ -161,7 +161,9 @@ class PostgresSession::Loader final : public RowLoader {
     PqMessage message = failed.Message();
     const std::int64_t row = RowIn(message.context);
     const bool cancelled = context.StopAsked() && message.sqlState == queryCanceled;
-    if (row >= 0 && !cancelled) context.RefuseRow(row, ColumnIn(message.context, columns_));
+    if (row >= 0 && !cancelled)
+      context.RefuseRow(row, message.column.empty() ? ColumnIn(message.context, columns_)
+                                                    : message.column);
     message.context.clear();
     std::vector<ErrorInfo> errors = {ToErrorInfo(message, errorNumber::database, session_.sql_)};
     (void)session_.DropResults(errors);

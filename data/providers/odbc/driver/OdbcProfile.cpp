@@ -79,6 +79,7 @@ DriverProfile PostgreSql() {
           .writing = [](const Server&) { return PostgresDialect(); },
           .transactionQuery = "select case when now() = statement_timestamp() then 0 else 1 end",
           .failedTransactionState = "25P02",
+          .takesArrays = true,
           .textEndsAtZero = true,
           .catalogChange = CatalogChange::Reconnect,
           .catalogQuery = "select datname from pg_catalog.pg_database"
@@ -107,6 +108,7 @@ DriverProfile MariaDb() {
           .transactionQuery = "select case when @@in_transaction then 1"
                               " when @@autocommit then 0 else 2 end",
           .takesNumbers = true,
+          .takesArrays = true,
           .noCatalog = "null",
           .needsCatalog = true,
           .takesBrackets = false};

@@ -80,6 +80,7 @@ struct DriverProfile {
   std::string_view transactionQuery = {};
   std::string_view failedTransactionState = {};  ///< SQLSTATE of that query in one that failed.
   bool takesNumbers = false;    ///< Parameters that are numbers are told apart from texts.
+  bool takesArrays = false;     ///< A "?" may have the values of many rows, of any length.
   bool textEndsAtZero = false;  ///< A text with a zero character in it would be cut short.
 
   // --- catalogs and schema -----------------------------------------------------------------------

@@ -49,6 +49,7 @@ PqMessage MessageOf(const PGresult* result) {
   message.detail = FieldOf(result, PG_DIAG_MESSAGE_DETAIL);
   message.hint = FieldOf(result, PG_DIAG_MESSAGE_HINT);
   message.context = FieldOf(result, PG_DIAG_CONTEXT);
+  message.column = FieldOf(result, PG_DIAG_COLUMN_NAME);
   message.position = NumberOf(result, PG_DIAG_STATEMENT_POSITION);
   message.innerQuery = FieldOf(result, PG_DIAG_INTERNAL_QUERY);
   message.innerPosition = NumberOf(result, PG_DIAG_INTERNAL_POSITION);

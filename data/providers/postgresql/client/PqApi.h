@@ -38,6 +38,7 @@ struct PqMessage {
   std::string detail;
   std::string hint;
   std::string context;
+  std::string column;      ///< The table's column that it is about.
   int position = 0;        ///< Character of the command text, from 1.
   std::string innerQuery;  ///< What a function of the server ran.
   int innerPosition = 0;   ///< Character of innerQuery, from 1.
