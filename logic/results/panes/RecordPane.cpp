@@ -70,6 +70,7 @@ void RecordPane::Bind(const std::shared_ptr<Recordset>& rows) {
   shown_ = CurrentRecord();
   fields_.SetColumnLocked(static_cast<int>(RecordFields::nameField), true);
   fields_.SetColumnFormat(static_cast<int>(RecordFields::valueField), &sizes_);
+  fields_.GoToCell(0, static_cast<int>(RecordFields::valueField));
 }
 
 bool RecordPane::OnEmptyNewRow() const {

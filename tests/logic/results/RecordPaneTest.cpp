@@ -38,6 +38,7 @@ TEST_F(RecordPaneTest, TheFieldsOfTheRecordStandBelowEachOther) {
   EXPECT_EQ(Fields().ShownText(4, 0), "picture_FileName");
   EXPECT_EQ(Values(), (Texts{"1", "one", "True", "[2048]", "one.png"}));
   EXPECT_EQ(Row(), "row 1 of 3");
+  EXPECT_EQ(Fields().CurrentColumn(), 1) << "values are typed, not names";
   Press(key::escape);
   EXPECT_EQ(W().FocusName(), "DataGrid");
 }
