@@ -1,5 +1,6 @@
 #include "logic/results/stream/RecordBatch.h"
 
+#include <algorithm>
 #include <span>
 #include <utility>
 
@@ -54,6 +55,7 @@ std::shared_ptr<RecordBatch> BatchReader::NewBatch() const {
   auto batch = std::make_shared<RecordBatch>();
   batch->first = next_;
   batch->columns = columns_;
+  batch->values.reserve(std::min(mostValues, static_cast<std::size_t>(count_ - next_) * columns_));
   return batch;
 }
 

@@ -368,7 +368,7 @@ Reader Maria() {
 /// A value as both sides agree on it: truths may come back as numbers, and microseconds that are
 /// all zero may show.
 std::string Canonical(const Value& value) {
-  if (const auto* flag = std::get_if<bool>(&value)) return *flag ? "1" : "0";
+  if (const auto* flag = std::get_if<bool>(&value)) return *flag ? "'1'" : "'0'";
   if (const auto* bytes = std::get_if<Bytes>(&value)) return "bytes " + Base64(*bytes);
   if (IsNull(ToView(value))) return "null";
   std::string text = ToText(ToView(value));

@@ -42,11 +42,14 @@ void AppendInside(TextSink& sink, std::string_view text, bool backslash) {
   AppendInPieces(sink, text, [&](std::string_view piece) {
     for (const char c : piece) {
       if (c == '\0') sink.Text() += "\\0";
+      else if (c == '\r') sink.Text() += "\\r";
       else if (c == '\'' || c == '\\') sink.Text().append(2, c);
       else sink.Text() += c;
     }
   });
 }
+
+bool HasReturn(std::string_view text) { return text.find('\r') != std::string_view::npos; }
 
 bool HasNul(std::string_view text) { return text.find('\0') != std::string_view::npos; }
 
@@ -94,9 +97,10 @@ void SqlLiterals::AppendFlag(TextSink& sink, bool flag) const {
   else sink.Text() += flag ? '1' : '0';
 }
 
-/// A column of SQLite keeps any bytes as text; others take what is text only.
+/// A column of SQLite keeps any bytes as text; others take what is text only. The programs that
+/// read statements from files take a return before a line end away.
 void SqlLiterals::AppendText(TextSink& sink, std::string_view text, const CellPlace& place) const {
-  if (dialect_ == SqlDialect::SQLite && (HasNul(text) || !IsValidUtf8(text))) {
+  if (dialect_ == SqlDialect::SQLite && (HasNul(text) || HasReturn(text) || !IsValidUtf8(text))) {
     sink.Text() += "CAST(";
     AppendBytes(sink, {std::as_bytes(std::span(text))});
     sink.Text() += " AS TEXT)";

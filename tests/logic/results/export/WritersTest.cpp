@@ -283,6 +283,15 @@ TEST(SqlWriterTest, ATextThatALiteralCannotHoldIsCastOrRefused) {
       "Record 1, column \"c\": the text is no valid UTF-8, and MariaDB takes no other.");
 }
 
+TEST(SqlWriterTest, AReturnOutlivesTheProgramsThatReadStatements) {
+  const std::vector<Value> lines = {TextValue("a\r\nb"), TextValue("a\nb")};
+  EXPECT_EQ(Literals(SqlDialect::SQLite, DataType::VarWChar, lines),
+            "(CAST(X'610D0A62' AS TEXT)),\n('a\nb');\n");
+  EXPECT_EQ(Literals(SqlDialect::MariaDB, DataType::VarWChar, lines), "('a\\r\nb'),\n('a\nb');\n");
+  EXPECT_EQ(Literals(SqlDialect::PostgreSQL, DataType::VarWChar, lines),
+            "('a\r\nb'),\n('a\nb');\n");
+}
+
 TEST(SqlWriterTest, TruthsThatCameAsNumbersFitABooleanColumn) {
   const std::vector<Value> values = {WholeValue(0), WholeValue(1), WholeValue(2)};
   EXPECT_EQ(Literals(SqlDialect::PostgreSQL, DataType::Boolean, values),
