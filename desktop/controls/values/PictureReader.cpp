@@ -63,14 +63,15 @@ PictureFacts FactsOf(QImageReader& reader, const QSize& size) {
   return facts;
 }
 
+/// A drawing is looked at first: to tell its size it would be drawn, and fetch what it names.
 ReadImage ReadFrom(QImageReader& reader, const QByteArray& bytes) {
-  const QSize size = reader.size().expandedTo({0, 0});
-  PictureFacts facts = FactsOf(reader, size);
   const bool drawing = IsDrawing(reader.format());
   if (drawing && bytes.startsWith("\x1F\x8B"))
-    return Failed(facts, "A compressed drawing is not drawn here.");
+    return Failed({}, "A compressed drawing is not drawn here.");
   if (drawing && NamesOthers(bytes))
-    return Failed(facts, "This drawing names files outside of it or entities, so it is not drawn.");
+    return Failed({}, "This drawing names files outside of it or entities, so it is not drawn.");
+  const QSize size = reader.size().expandedTo({0, 0});
+  PictureFacts facts = FactsOf(reader, size);
   if (!drawing && IsTooLarge(size))
     return Failed(facts, "This picture of " + SizeText(size) + " pixels is too large to be shown.");
   if (drawing) reader.setScaledSize(DrawnSize(size));

@@ -83,7 +83,7 @@ TEST(PictureReaderTest, OfAMovingPictureTheFirstFrameIsShown) {
 }
 
 TEST(PictureReaderTest, BrokenPicturesSayThatTheyAre) {
-  for (const char* format : {"png", "bmp"}) {
+  for (const char* format : {"png", "jpeg"}) {
     const QByteArray whole = PictureIn(format, {100, 100});
     EXPECT_NE(FailureOf(whole.left(60)).find("broken"), std::string::npos) << format;
   }
@@ -92,10 +92,9 @@ TEST(PictureReaderTest, BrokenPicturesSayThatTheyAre) {
 }
 
 TEST(PictureReaderTest, AnEnormousPictureTakesNoMemory) {
-  QByteArray bytes = PictureIn("bmp");
-  const qint32 side = 30'000;
-  bytes.replace(18, 4, reinterpret_cast<const char*>(&side), 4);
-  bytes.replace(22, 4, reinterpret_cast<const char*>(&side), 4);
+  const QByteArray bytes = QByteArray::fromHex(
+      "89504e470d0a1a0a0000000d4948445200007530000075300802000000e9456fed0000000c494441"
+      "54789c6360a03d00000064000186643c350000000049454e44ae426082");
   EXPECT_EQ(FailureOf(bytes), "This picture of 30000 x 30000 pixels is too large to be shown.");
 }
 
