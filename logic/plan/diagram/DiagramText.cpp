@@ -89,7 +89,7 @@ class Writer {
   void WriteField(const FieldFacts& field) {
     const std::string name = Escaped(field.name);
     out_.text += "<tr><td align=\"left\" bgcolor=\"white\">" +
-                 (field.keyPlace > 0 ? "<u>" + name + "</u>" : name) +
+                 (field.keyPlace > 0 ? "<b>" + name + "</b>" : name) +
                  (field.type.empty() ? "" : " : " + Escaped(field.type)) + "</td></tr>";
   }
 
