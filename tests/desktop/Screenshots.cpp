@@ -350,9 +350,10 @@ class Album {
   void DrawPictures() {
     Draw("dlgPlan", [](Window& window) {
       auto& list = window.Find<ListView>("lsvPlan");
-      list.Insert(0, {"", "Hash Join", {"50", "61", "1", "4.2", "3 %", "Hash Cond: (o.c = c.id)"}});
+      list.Insert(
+          0, {"", "Hash Join", {"50", "61", "1", "4.2", "3 %", "Hash Cond: (o.c = c.id)"}, "", 0});
       ListRow costliest{
-          "", "   Seq Scan on orders o", {"1000", "1200", "1", "3.9", "91 %, the most"}};
+          "", "   Seq Scan on orders o", {"1000", "1200", "1", "3.9", "91 %, the most"}, "", 0};
       costliest.foreColor = 0x0000C0;
       list.Insert(1, costliest);
       list.SetSelectedIndex(0);

@@ -31,6 +31,8 @@ class PatternMatcher {
   [[nodiscard]] TextRange Match() const { return GroupAt(0); }
   /// Where each group of it stands, the whole match first; one that took no part is empty.
   [[nodiscard]] std::vector<TextRange> Groups() const;
+  /// What the last step left of its work.
+  [[nodiscard]] std::size_t WorkLeft() const { return work_; }
   /// How far it has come in the text.
   [[nodiscard]] std::size_t At() const { return at_; }
 

@@ -57,9 +57,16 @@ ReplaceAll::ReplaceAll(SearchGround ground, Replacement replacement)
 }
 
 StepState ReplaceAll::Step(std::size_t work) {
-  const StepState state = matcher_.Step(work);
-  if (state == StepState::NotFound) return count_ > 0 ? StepState::Found : state;
-  if (state != StepState::Found) return state;
+  for (; work > 0; work = matcher_.WorkLeft()) {
+    const StepState state = matcher_.Step(work);
+    if (state == StepState::NotFound) return count_ > 0 ? StepState::Found : state;
+    if (state != StepState::Found) return state;
+    GoBehindMatch();
+  }
+  return StepState::Running;
+}
+
+void ReplaceAll::GoBehindMatch() {
   const TextRange match = matcher_.Match();
   Take(match, matcher_.Groups());
   std::size_t behind = match.end;
@@ -68,7 +75,6 @@ StepState ReplaceAll::Step(std::size_t work) {
     behind += rest.empty() ? 1 : FirstCharacter(rest).size();
   }
   matcher_.Begin(behind, ground_.within.end, ground_.within.end);
-  return StepState::Running;
 }
 
 void ReplaceAll::Take(const TextRange& match, const std::vector<TextRange>& groups) {

@@ -40,6 +40,7 @@ class ReplaceAll {
   [[nodiscard]] int Percent() const;
 
  private:
+  void GoBehindMatch();
   void Take(const TextRange& match, const std::vector<TextRange>& groups);
 
   /// The old text has `begin` to `end` where the new one ends at `newEnd`.

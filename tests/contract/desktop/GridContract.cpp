@@ -183,6 +183,7 @@ void TheRowsOnShowAreThoseOfTheArrangement(ContractHost& host) {
            {.field = 0, .comparison = Comparison::NotEqual, .value = Value(std::int64_t{3})}}});
   while (!work->HasEnded()) work->Step();
   test.grid.Refresh();
+  test.grid.SetFocus();
   host.Settle();
   EXPECT_EQ(test.recordset->RecordCount(), 2);
   EXPECT_EQ(test.grid.ShownText(0, 0), "2");
