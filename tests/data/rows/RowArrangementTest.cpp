@@ -3,6 +3,7 @@
 
 #include <stdlib.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <limits>
@@ -165,7 +166,9 @@ class LanguageTest : public testing::Test {
     Use("LOCPATH", folder_.Path().c_str());
     Use("LC_ALL", "de_DE.UTF-8");
   }
+  /// The last that was set first: one may have been set twice.
   void TearDown() override {
+    std::ranges::reverse(before_);
     for (const auto& [name, value] : before_) {
       if (value) setenv(name.c_str(), value->c_str(), 1);
       else unsetenv(name.c_str());

@@ -141,11 +141,12 @@ TEST_F(DrawingsTest, ANodeTellsItsNoteBelowItsName) {
   tree.NodeNoted = [](const std::string& key, NodeNote& note) {
     if (key == "f") note = {"integer <b>", "int"};
   };
-  QAbstractItemModel* model = Find<QTreeView>().model();
+  QAbstractItemModel* model = WidgetAs<QTreeView>(*window, "trvBrowser").model();
   const QModelIndex table = model->index(0, 0);
   const QModelIndex field = model->index(0, 0, table);
-  EXPECT_THAT(field.data(Qt::ToolTipRole).toString().toStdString(),
-              testing::HasSubstr("integer &lt;b&gt;"));
+  const QString tip = field.data(Qt::ToolTipRole).toString();
+  EXPECT_EQ(tip, "id\ninteger <b>");
+  EXPECT_FALSE(Qt::mightBeRichText(tip)) << "no markup is made of a name";
   EXPECT_EQ(field.data(detailRole).toString(), "int");
   EXPECT_TRUE(table.data(Qt::ToolTipRole).isNull());
   EXPECT_EQ(table.data(countRole).toInt(), 1) << "indexes are not counted with the fields";
