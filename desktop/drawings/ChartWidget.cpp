@@ -8,6 +8,7 @@
 #include <QSvgGenerator>
 
 #include "desktop/base/Text.h"
+#include "desktop/drawings/DrawingFiles.h"
 #include "desktop/look/Tokens.h"
 
 namespace tessel {
@@ -150,21 +151,17 @@ QImage ChartWidget::Picture() {
 }
 
 QByteArray ChartWidget::FileContent(DrawingFormat format) {
+  if (format == DrawingFormat::Png) return PngOf(Picture());
   QByteArray content;
   QBuffer file(&content);
   file.open(QIODevice::WriteOnly);
-  if (format == DrawingFormat::Png) {
-    Picture().save(&file, "PNG");
-    return content;
-  }
   OnPaper([&] {
     QSvgGenerator svg;
     svg.setOutputDevice(&file);
     svg.setViewBox(rect());
     svg.setSize(size());
     QPdfWriter pdf(&file);
-    pdf.setPageSize(QPageSize(QSizeF(size()), QPageSize::Point));
-    pdf.setPageMargins({0, 0, 0, 0});
+    FillPage(pdf, QSizeF(size()));
     pdf.setResolution(72);
     QPaintDevice* device = &pdf;
     if (format == DrawingFormat::Svg) device = &svg;

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "desktop/drawings/DrawingFiles.h"
 #include "desktop/look/Tokens.h"
 
 namespace tessel {
@@ -137,16 +138,12 @@ QImage DiagramWidget::Picture() {
 QByteArray DiagramWidget::FileContent(DrawingFormat format) {
   if (!HasDrawing()) return {};
   if (format == DrawingFormat::Svg) return svg_;
+  if (format == DrawingFormat::Png) return PngOf(Picture());
   QByteArray content;
   QBuffer file(&content);
   file.open(QIODevice::WriteOnly);
-  if (format == DrawingFormat::Png) {
-    Picture().save(&file, "PNG");
-    return content;
-  }
   QPdfWriter pdf(&file);
-  pdf.setPageSize(QPageSize(QSizeF(paper_.defaultSize()), QPageSize::Point));
-  pdf.setPageMargins({0, 0, 0, 0});
+  FillPage(pdf, QSizeF(paper_.defaultSize()));
   QPainter painter(&pdf);
   paper_.render(&painter);
   painter.end();

@@ -49,11 +49,9 @@ Plan PlanOf(const Recordset& rows, const std::string& raw, SqlDialect dialect) {
 void Explain::Show(frmRecords& window, const std::string& taggedSQL) {
   const std::optional<std::string> sql = window.FillInTags(taggedSQL);
   if (!sql) return;
-  try {
+  help_.TryTo([&] {
     ShowStatement(window, StatementToExplain(*sql, DialectOfConnection(*window.TheConnection())));
-  } catch (const Error& error) {
-    help_.Show(error.Description(), MessageIcon::Exclamation);
-  }
+  });
 }
 
 void Explain::ShowStatement(frmRecords& window, const ExplainedStatement& statement) {

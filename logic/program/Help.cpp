@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "contract/base/Error.h"
+
 namespace tessel {
 
 namespace {
@@ -74,6 +76,16 @@ MessageResult Help::HelpMsgBoxNotice(const std::string& text, MessageButtons but
 
 void Help::Show(const std::string& text, MessageIcon icon) const {
   global_.TheDesktop().ShowMessage({text, MessageButtons::Ok, icon});
+}
+
+bool Help::TryTo(const std::function<void()>& action) const {
+  try {
+    action();
+    return true;
+  } catch (const Error& error) {
+    Show(error.Description(), MessageIcon::Exclamation);
+    return false;
+  }
 }
 
 std::string LoadShortcutText() { return std::string(shortcutText); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "logic/program/Global.h"
@@ -38,6 +39,8 @@ class Help {
 
   /// A message box with OK alone and no Help button.
   void Show(const std::string& text, MessageIcon icon) const;
+  /// Does something and shows what it raises. False: it raised.
+  bool TryTo(const std::function<void()>& action) const;
 
  private:
   const Global& global_;

@@ -67,7 +67,7 @@ void BlobTransfer::BLOBDataFormat_Format(const ValueView& value, std::string& sh
 }
 
 void BlobTransfer::mnuBLOBNull_Click() {
-  editing_.TryTo([this] {
+  help_.TryTo([this] {
     dataGrid_.SetCellText("");
     editing_.ShowEditButtonsUnlessNew();
   });
@@ -78,7 +78,7 @@ void BlobTransfer::TransferBLOB(bool load) {
   if (rows == nullptr || dataGrid_.CurrentColumn() < 0) return;
   dialog_.fileName = ProposedName();
   if (!AskForFile(load) || dataGrid_.DataSource() != rows) return;
-  editing_.TryTo([&] {
+  help_.TryTo([&] {
     if (load) Load(dialog_.fileName);
     else Save(dialog_.fileName);
   });

@@ -136,22 +136,12 @@ void RecordEditing::cmdReject_Click() {
   focusRecords_();
 }
 
-bool RecordEditing::TryTo(const std::function<void()>& action) {
-  try {
-    action();
-    return true;
-  } catch (const Error& error) {
-    help_.Show(error.Description(), MessageIcon::Exclamation);
-    return false;
-  }
-}
-
 /// False when the change is still pending: it failed, which has been shown, or was cancelled.
 bool RecordEditing::Write() {
   const std::shared_ptr<Recordset> rows = dataGrid_.DataSource();
   if (rows == nullptr) return true;
   bool written = false;
-  TryTo([&] {
+  help_.TryTo([&] {
     dataGrid_.EndEdit();
     if (fields_ != nullptr) fields_->EndEdit();
     written = async_.Run(rows->StartUpdate(), "Saving the record...", writesAsync_);
@@ -165,7 +155,7 @@ bool RecordEditing::Write() {
 bool RecordEditing::DropChange() {
   const std::shared_ptr<Recordset> rows = dataGrid_.DataSource();
   if (rows == nullptr) return true;
-  const bool dropped = TryTo([&] {
+  const bool dropped = help_.TryTo([&] {
     dataGrid_.DropEdit();
     if (fields_ != nullptr) fields_->DropEdit();
     if (rows->Editing() != EditMode::None) rows->CancelUpdate();
@@ -260,7 +250,7 @@ void RecordEditing::AskToDelete(const std::vector<Bookmark>& rows) {
 void RecordEditing::DeleteRows(const std::vector<Bookmark>& rows) {
   const std::shared_ptr<Recordset> source = dataGrid_.DataSource();
   if (!LeaveRecord()) return;
-  TryTo([&] {
+  help_.TryTo([&] {
     for (const Bookmark row : rows) {
       source->MoveTo(row);
       if (!async_.Run(source->StartDelete(), "Deleting the record...", writesAsync_)) return;

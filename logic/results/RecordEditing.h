@@ -58,9 +58,6 @@ class RecordEditing {
   /// What the warning means, as its double click shows it; false when it is not there.
   bool ShowWarning();
 
-  /// Does something to the record; false when a failure came up and was shown.
-  bool TryTo(const std::function<void()>& action);
-
  private:
   void chkLock_Click();
   void cmdAccept_Click();

@@ -103,7 +103,7 @@ RowTools::Host frmRecords::RowToolsHost() {
 }
 
 PasteHost frmRecords::HostOfPasting() {
-  return {[this](const std::function<void()>& action) { return editing_.TryTo(action); },
+  return {[this](const std::function<void()>& action) { return help_.TryTo(action); },
           [this] { return editing_.SaveChange(); }, [this] { editing_.ShowEditButtonsUnlessNew(); },
           [this](const std::string& reason) { help_.Show(reason, MessageIcon::Exclamation); }};
 }

@@ -1,11 +1,9 @@
 #include "system/PosixFiles.h"
 
-#include <csignal>
 #include <filesystem>
 #include <iterator>
 #include <string>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -14,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "contract/base/Error.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tessel::test {
@@ -71,26 +70,6 @@ class PosixFilesTest : public testing::Test {
 
   TemporaryFolder folder_;
   PosixFiles files_;
-};
-
-/// Files of this process may not grow beyond `bytes`, as if the disk were full.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) : oldAction_(std::signal(SIGXFSZ, SIG_IGN)) {
-    ::getrlimit(RLIMIT_FSIZE, &old_);
-    const rlimit lower{bytes, old_.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &lower);
-  }
-  ~FileSizeLimit() {
-    ::setrlimit(RLIMIT_FSIZE, &old_);
-    std::signal(SIGXFSZ, oldAction_);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  rlimit old_{};
-  void (*oldAction_)(int);
 };
 
 TEST_F(PosixFilesTest, ALockKeepsOutTheNextUntilItIsGivenBack) {

@@ -1,7 +1,6 @@
 // Rows go into a table by one prepared statement, which looks at the values where the feed has
 // them. SQLite says of each row at once whether it takes it.
 
-#include <limits>
 #include <string>
 
 #include "data/providers/sqlite/SqliteSession.h"
@@ -9,27 +8,6 @@
 namespace tessel {
 
 namespace {
-
-/// Binds a value as the storage class that is nearest to it; the column's affinity does the rest.
-struct PlaceBinder {
-  SqliteStatement& statement;
-  int parameter;
-
-  void operator()(std::monostate /*null*/) const { statement.BindNull(parameter); }
-  void operator()(bool value) const { statement.BindInteger(parameter, value ? 1 : 0); }
-  void operator()(std::int64_t value) const { statement.BindInteger(parameter, value); }
-  void operator()(std::uint64_t value) const {
-    constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-    if (value <= most) statement.BindInteger(parameter, static_cast<std::int64_t>(value));
-    else statement.BindText(parameter, std::to_string(value));
-  }
-  void operator()(float value) const { statement.BindReal(parameter, value); }
-  void operator()(double value) const { statement.BindReal(parameter, value); }
-  void operator()(DecimalView value) const { statement.BindTextInPlace(parameter, value.digits); }
-  void operator()(MomentView value) const { statement.BindTextInPlace(parameter, value.text); }
-  void operator()(std::string_view value) const { statement.BindTextInPlace(parameter, value); }
-  void operator()(BinaryView value) const { statement.BindBlobInPlace(parameter, value.bytes); }
-};
 
 /// The column that a message names, as in "NOT NULL constraint failed: goods.price"; empty: none.
 std::string ColumnIn(const std::string& message, const std::vector<LoadColumn>& columns) {
@@ -60,7 +38,7 @@ class SqliteSession::Loader final : public RowLoader {
     try {
       for (std::size_t row = 0; row < rows.Rows(); ++row, ++rows_) {
         for (int parameter = 1; parameter <= static_cast<int>(columns_.size()); ++parameter)
-          std::visit(PlaceBinder{statement_, parameter}, *cell++);
+          std::visit(SqliteBinder{statement_, parameter, true}, *cell++);
         while (statement_.Step()) continue;
         statement_.Reset();
       }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <utility>
 
 #include "contract/text/Ascii.h"
@@ -25,28 +24,6 @@ bool IsCounted(const SqliteStatement& statement) {
   const std::string_view first = FirstWord(text);
   return std::ranges::any_of(words, [&](const char* word) { return EqualNoCase(word, first); });
 }
-
-/// Adds a value to a statement as the storage class that is nearest to it; the column's affinity
-/// does the rest.
-struct Binder {
-  SqliteStatement& statement;
-  int parameter;
-
-  void operator()(std::monostate /*null*/) const { statement.BindNull(parameter); }
-  void operator()(bool value) const { statement.BindInteger(parameter, value ? 1 : 0); }
-  void operator()(std::int64_t value) const { statement.BindInteger(parameter, value); }
-  void operator()(std::uint64_t value) const {
-    constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-    if (value <= most) statement.BindInteger(parameter, static_cast<std::int64_t>(value));
-    else statement.BindText(parameter, std::to_string(value));
-  }
-  void operator()(float value) const { statement.BindReal(parameter, value); }
-  void operator()(double value) const { statement.BindReal(parameter, value); }
-  void operator()(DecimalView value) const { statement.BindText(parameter, value.digits); }
-  void operator()(MomentView value) const { statement.BindText(parameter, value.text); }
-  void operator()(std::string_view value) const { statement.BindText(parameter, value); }
-  void operator()(BinaryView value) const { statement.BindBlob(parameter, value.bytes); }
-};
 
 /// The forms of the cells, as the fields declare them.
 std::vector<SqliteForm> FormsOf(const std::vector<const FieldInfo*>& fields) {
@@ -281,7 +258,7 @@ StatementResult SqliteSession::RunStatement(const RowStatement& text, WorkContex
     SqliteStatement statement = database_->PrepareOne(text.sql);
     int parameter = 0;
     for (const auto& [value, field] : text.parameters)
-      std::visit(Binder{statement, ++parameter}, value);
+      std::visit(SqliteBinder{statement, ++parameter}, value);
     const std::vector<SqliteForm> forms = FormsOf(text.columns);
     StatementResult result;
     RowSink rows(forms.size());

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <limits>
 #include <string>
 
 #include "contract/text/Ascii.h"
@@ -142,6 +143,13 @@ void AppendSqliteCell(const SqliteStatement& statement, int column, SqliteForm f
     case SqliteStorage::Blob: return cells.AppendBinary(cell.Blob());
     default: return cells.AppendNull();
   }
+}
+
+/// One that is larger than SQLite's whole numbers keeps its digits as a text.
+void SqliteBinder::operator()(std::uint64_t value) const {
+  constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+  if (value <= most) statement.BindInteger(parameter, static_cast<std::int64_t>(value));
+  else statement.BindText(parameter, std::to_string(value));
 }
 
 }  // namespace tessel

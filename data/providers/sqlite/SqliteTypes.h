@@ -27,4 +27,30 @@ SqliteForm ApplyDeclaredType(std::string_view declared, FieldInfo& field);
 void AppendSqliteCell(const SqliteStatement& statement, int column, SqliteForm form,
                       ColumnBuilder& cells);
 
+/// Binds a value to a parameter as the storage class that is nearest to it; the column's affinity
+/// does the rest.
+struct SqliteBinder {
+  SqliteStatement& statement;
+  int parameter;
+  /// Texts and blobs are not copied: they stay where they are until the statement's next Reset.
+  bool inPlace = false;
+
+  void operator()(std::monostate /*null*/) const { statement.BindNull(parameter); }
+  void operator()(bool value) const { statement.BindInteger(parameter, value ? 1 : 0); }
+  void operator()(std::int64_t value) const { statement.BindInteger(parameter, value); }
+  void operator()(std::uint64_t value) const;
+  void operator()(float value) const { statement.BindReal(parameter, value); }
+  void operator()(double value) const { statement.BindReal(parameter, value); }
+  void operator()(DecimalView value) const { (*this)(value.digits); }
+  void operator()(MomentView value) const { (*this)(value.text); }
+  void operator()(std::string_view value) const {
+    if (inPlace) statement.BindTextInPlace(parameter, value);
+    else statement.BindText(parameter, value);
+  }
+  void operator()(BinaryView value) const {
+    if (inPlace) statement.BindBlobInPlace(parameter, value.bytes);
+    else statement.BindBlob(parameter, value.bytes);
+  }
+};
+
 }  // namespace tessel

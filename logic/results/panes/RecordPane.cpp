@@ -159,11 +159,7 @@ bool RecordPane::TurnOver() {
   if (!fields_.CanEditCell() || record_->WhyNotChangeable()) return false;
   const ValueView value = record_->FieldValue(RecordFields::valueField);
   const bool* flag = std::get_if<bool>(&value);
-  try {
-    fields_.SetCellValue(Value(flag != nullptr && !*flag));
-  } catch (const Error& error) {
-    help_.Show(error.Description(), MessageIcon::Exclamation);
-  }
+  help_.TryTo([&] { fields_.SetCellValue(Value(flag != nullptr && !*flag)); });
   return true;
 }
 

@@ -95,13 +95,12 @@ bool OpenTransaction::RollBack(Connection& connection, Session session) {
 }
 
 bool OpenTransaction::Run(Connection& connection, const char* sql) {
-  try {
-    return async_.Run(connection.StartQuery(sql, LockType::ReadOnly), "Executing...",
+  bool done = false;
+  help_.TryTo([&] {
+    done = async_.Run(connection.StartQuery(sql, LockType::ReadOnly), "Executing...",
                       AllowsAsynchronousWork(connection));
-  } catch (const Error& error) {
-    help_.Show(error.Description(), MessageIcon::Exclamation);
-    return false;
-  }
+  });
+  return done;
 }
 
 }  // namespace tessel

@@ -52,18 +52,8 @@ bool CellCommands::TakePlainKey(int keyCode) {
   }
 }
 
-bool CellCommands::TryTo(const std::function<void()>& action) {
-  try {
-    action();
-    return true;
-  } catch (const Error& error) {
-    help_.Show(error.Description(), MessageIcon::Exclamation);
-    return false;
-  }
-}
-
 void CellCommands::EnterNull() {
-  if (grid_.CanEditCell()) TryTo([this] { grid_.SetCellValue(Value()); });
+  if (grid_.CanEditCell()) help_.TryTo([this] { grid_.SetCellValue(Value()); });
 }
 
 ValueView CellCommands::CurrentValue() const {
@@ -101,7 +91,7 @@ void CellCommands::EditInWindow(const std::shared_ptr<Recordset>& rows) {
   const std::string before = grid_.CellText();
   std::string text = before;
   if (!ShowCellText(text, true) || text == before || grid_.DataSource() != rows) return;
-  if (TryTo([&] { grid_.SetCellText(text); })) changed_();
+  if (help_.TryTo([&] { grid_.SetCellText(text); })) changed_();
 }
 
 bool CellCommands::ShowCellText(std::string& text, bool editable) {

@@ -39,7 +39,6 @@ class CellCommands {
   bool ShowCellText(std::string& text, bool editable);
   /// Null on a row that is not there yet.
   [[nodiscard]] ValueView CurrentValue() const;
-  bool TryTo(const std::function<void()>& action);
 
   const Global& global_;
   Help help_;

@@ -7,10 +7,6 @@
 #include <map>
 #include <sstream>
 
-#include <csignal>
-
-#include <sys/resource.h>
-
 #include "contract/base/Error.h"
 #include "contract/sql/SqlDialect.h"
 #include "logic/results/export/ExportTarget.h"
@@ -18,10 +14,12 @@
 #include "system/PosixFiles.h"
 #include "system/sheets/XlsxFile.h"
 #include "tests/data/conversion/HardValues.h"
+#include "tests/data/conversion/ProgramTest.h"
 #include "tests/data/providers/native/NativeServers.h"
 #include "tests/data/servers/Process.h"
 #include "tests/data/support/DataTest.h"
 #include "tests/support/ExportRows.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tessel::test {
@@ -95,32 +93,14 @@ void Write(ExportTarget& target, const ExportRows& rows) {
   target.End(static_cast<std::int64_t>(rows.rows.size()));
 }
 
-class ExportTest : public DataTest {
+class ExportTest : public ProgramTest<DataTest> {
  protected:
   std::string Exported(const ExportChoices& choices, const ExportRows& rows) {
     const std::string path = folder_.File("export");
     Write(*MakeTextTarget(files_, path, choices, rows.fields), rows);
     return path;
   }
-  /// What the program prints; fails the test when it ends with an error.
-  std::string Output(const CommandLine& command, const std::string& input = "/dev/null") {
-    const std::string file = folder_.File("output-" + std::to_string(++outputs_));
-    try {
-      RunCommand(command, {input, file});
-    } catch (const std::runtime_error& error) {
-      ADD_FAILURE() << error.what();
-    }
-    std::stringstream text;
-    text << std::ifstream(file).rdbuf();
-    return text.str();
-  }
-  static std::string Script(const char* name) {
-    return std::string(TESSEL_DATA_FIXTURES) + "/../conversion/" + name;
-  }
-
-  TemporaryFolder folder_;
   PosixFiles files_;
-  int outputs_ = 0;
 };
 
 // --- text with delimiters ------------------------------------------------------------------------
@@ -253,26 +233,6 @@ TEST_F(ExportTest, AFileOfSheetsThatIsGivenUpLeavesNothing) {
                           std::filesystem::directory_iterator()),
             1);
 }
-
-/// Files of this process may not grow beyond `bytes`, as if the disk were full.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) : oldAction_(std::signal(SIGXFSZ, SIG_IGN)) {
-    ::getrlimit(RLIMIT_FSIZE, &old_);
-    const rlimit lower{bytes, old_.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &lower);
-  }
-  ~FileSizeLimit() {
-    ::setrlimit(RLIMIT_FSIZE, &old_);
-    std::signal(SIGXFSZ, oldAction_);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  rlimit old_{};
-  void (*oldAction_)(int);
-};
 
 /// Wherever the disk becomes full: while rows are written, while they are put together or packed.
 TEST_F(ExportTest, AFullDiskLeavesTheOldFileOfSheets) {

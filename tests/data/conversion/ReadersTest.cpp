@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "tests/data/conversion/HardValues.h"
+#include "tests/data/conversion/ProgramTest.h"
 #include "tests/data/servers/Process.h"
 #include "tests/data/support/DataTest.h"
 #include "tests/support/TemporaryFolder.h"
@@ -47,37 +48,18 @@ std::shared_ptr<Recordset> Named(const std::vector<HardValue>& values) {
   for (const HardValue& hard : values) rows.push_back({Value(hard.name), hard.value});
   return RecordsetOf(rows);
 }
-class ReadersTest : public testing::Test {
+class ReadersTest : public ProgramTest<testing::Test> {
  protected:
   std::string Write(const std::string& name, const std::string& text) {
     std::ofstream(folder_.File(name), std::ios::binary) << text;
     return folder_.File(name);
   }
-  /// What the program prints; fails the test when it ends with an error.
-  std::string Output(const CommandLine& command) {
-    const std::string file = folder_.File("output-" + std::to_string(++outputs_));
-    try {
-      RunCommand(command, {"/dev/null", file});
-    } catch (const std::runtime_error& error) {
-      ADD_FAILURE() << error.what();
-    }
-    std::stringstream text;
-    text << std::ifstream(file).rdbuf();
-    return text.str();
-  }
-  static std::string Script(const char* name) {
-    return std::string(TESSEL_DATA_FIXTURES) + "/../conversion/" + name;
-  }
-
   static std::string Expected(const std::vector<HardValue>& values) {
     std::string lines = Hex("c1") + " " + Hex("c2") + "\n";
     for (const HardValue& hard : values)
       lines += Hex(hard.name) + " " + Hex(Shown(hard.value)) + "\n";
     return lines;
   }
-
-  TemporaryFolder folder_;
-  int outputs_ = 0;
 };
 
 /// Null reads as an empty text: the format has no other word for it. Binary values read as the text
