@@ -3,10 +3,10 @@
 #include <QElapsedTimer>
 #include <QTimer>
 #include <algorithm>
-#include <cstdlib>
 #include <memory>
 #include <string>
 
+#include "bench/BenchDesktop.h"
 #include "bench/Orders.h"
 #include "bench/PeakMemory.h"
 #include "bench/RawCsv.h"
@@ -14,7 +14,6 @@
 #include "contract/desktop/controls/DataGrid.h"
 #include "data/cursor/DataAccessObjects.h"
 #include "data/cursor/rows/ClientRecordset.h"
-#include "desktop/QtDesktop.h"
 #include "logic/program/Global.h"
 #include "logic/program/dlgAsync.h"
 #include "logic/results/conversions/RecordConversion.h"
@@ -39,10 +38,7 @@ class NoSqlWindow final : public SqlTarget {
 
 /// A records window on the screen, if there is one, that shows a million orders.
 struct Program {
-  int argc = 1;
-  char name[7] = "Tessel";
-  char* argv[2] = {name, nullptr};
-  QtDesktop desktop{argc, argv};
+  QtDesktop& desktop = TheDesktop();
   PosixFiles files;
   DataAccessObjects data{desktop.Events()};
   XlsxFiles sheets;
@@ -72,7 +68,6 @@ struct Program {
 
 /// Made once, and left to the end of the process: there can be one desktop only.
 Program& TheProgram() {
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
   static auto* program = new Program;
   return *program;
 }

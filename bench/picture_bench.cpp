@@ -2,12 +2,11 @@
 
 #include <QApplication>
 #include <cmath>
-#include <cstdlib>
 #include <memory>
 #include <string>
 
+#include "bench/BenchDesktop.h"
 #include "contract/desktop/controls/ChartBox.h"
-#include "desktop/QtDesktop.h"
 #include "desktop/drawings/ChartWidget.h"
 #include "logic/plan/chart/Thinning.h"
 #include "logic/plan/diagram/DiagramText.h"
@@ -21,10 +20,7 @@ constexpr std::size_t count = 1'000'000;
 
 /// A window with a chart on the screen, if there is one.
 struct Charts {
-  int argc = 1;
-  char name[7] = "Tessel";
-  char* argv[2] = {name, nullptr};
-  QtDesktop desktop{argc, argv};
+  QtDesktop& desktop = TheDesktop();
   std::unique_ptr<ChartWidget> chart = std::make_unique<ChartWidget>();
 
   Charts() {
@@ -35,7 +31,6 @@ struct Charts {
 };
 
 Charts& TheCharts() {
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
   static auto* charts = new Charts;
   return *charts;
 }
@@ -76,7 +71,7 @@ BENCHMARK(BM_ChartOfAMillionPoints)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecon
 
 /// 200 tables of 12 fields with 350 keys, laid out by dot.
 void BM_DiagramOf200Tables(benchmark::State& state) {
-  TextStructure structure;
+  Structure structure;
   for (int i = 0; i < 200; ++i) {
     TableFacts& table = structure.Table("table_" + std::to_string(i));
     for (int f = 0; f < 12; ++f)

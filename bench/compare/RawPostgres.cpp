@@ -15,7 +15,7 @@ namespace tessel::bench {
 
 namespace {
 
-using Session = std::unique_ptr<PGconn, decltype(&PQfinish)>;
+using Session = std::unique_ptr<PGconn, decltype(&::PQfinish)>;
 
 Session Connect(const std::string& connectionString) {
   const auto target = PostgresTarget::FromKeys(ConnectionKeys::Parse(connectionString));
@@ -27,41 +27,42 @@ Session Connect(const std::string& connectionString) {
   }
   names.push_back(nullptr);
   values.push_back(nullptr);
-  Session session(PQconnectdbParams(names.data(), values.data(), 0), PQfinish);
-  if (PQstatus(session.get()) != CONNECTION_OK)
-    throw std::runtime_error(PQerrorMessage(session.get()));
+  Session session(::PQconnectdbParams(names.data(), values.data(), 0), ::PQfinish);
+  if (::PQstatus(session.get()) != CONNECTION_OK)
+    throw std::runtime_error(::PQerrorMessage(session.get()));
   return session;
 }
 
 std::optional<std::string_view> CellOf(const PGresult* row, int column) {
-  if (PQgetisnull(row, 0, column) != 0) return std::nullopt;
-  return std::string_view(PQgetvalue(row, 0, column),
-                          static_cast<std::size_t>(PQgetlength(row, 0, column)));
+  if (::PQgetisnull(row, 0, column) != 0) return std::nullopt;
+  return std::string_view(::PQgetvalue(row, 0, column),
+                          static_cast<std::size_t>(::PQgetlength(row, 0, column)));
 }
 
 RawBlocks ReadOrders(PGconn* session) {
   RawBlocks blocks;
-  PQsendQuery(session, ordersQuery);
-  PQsetSingleRowMode(session);
-  while (PGresult* row = PQgetResult(session)) {
-    if (PQresultStatus(row) == PGRES_SINGLE_TUPLE)
+  ::PQsendQuery(session, ordersQuery);
+  ::PQsetSingleRowMode(session);
+  while (PGresult* row = ::PQgetResult(session)) {
+    if (::PQresultStatus(row) == PGRES_SINGLE_TUPLE)
       AddRowOfTexts(blocks.ForNextRow(), [row](int column) { return CellOf(row, column); });
-    PQclear(row);
+    ::PQclear(row);
   }
   return blocks;
 }
 
 std::int64_t LookAtRows(PGconn* session, const std::string& sql) {
   const char* all[] = {"", ""};
-  PGresult* result = PQexecParams(session, sql.c_str(), 2, nullptr, all, nullptr, nullptr, 0);
-  if (PQresultStatus(result) != PGRES_TUPLES_OK) throw std::runtime_error(PQerrorMessage(session));
-  const int rows = PQntuples(result);
-  const int columns = PQnfields(result);
+  PGresult* result = ::PQexecParams(session, sql.c_str(), 2, nullptr, all, nullptr, nullptr, 0);
+  if (::PQresultStatus(result) != PGRES_TUPLES_OK)
+    throw std::runtime_error(::PQerrorMessage(session));
+  const int rows = ::PQntuples(result);
+  const int columns = ::PQnfields(result);
   std::size_t sum = 0;
   for (int row = 0; row < rows; ++row)
     for (int column = 0; column < columns; ++column)
-      sum += static_cast<std::size_t>(PQgetlength(result, row, column));
-  PQclear(result);
+      sum += static_cast<std::size_t>(::PQgetlength(result, row, column));
+  ::PQclear(result);
   if (sum == 0) throw std::runtime_error("The catalog is empty.");
   return rows;
 }
