@@ -240,13 +240,12 @@ std::unique_ptr<RowWork> RowCursor::StartSearch(CellSearch search) const {
   return std::make_unique<SearchWork>(shared_from_this(), std::move(search));
 }
 
-void RowCursor::Arrange(RowArrangement arrangement, std::vector<std::int64_t> rows,
-                        std::int64_t hidden) {
+void RowCursor::Arrange(RowArrangement arrangement, ArrangedRows rows) {
   KeepCurrent([&] {
     arrangement_ = std::move(arrangement);
     if (arrangement_.sort.empty() && arrangement_.conditions.empty()) return OrderRows();
     ++version_;
-    order_.Set(std::move(rows), rows_->NextNumber(), hidden);
+    order_.Take(std::move(rows), rows_->NextNumber());
   });
 }
 

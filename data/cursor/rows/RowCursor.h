@@ -64,8 +64,7 @@ class RowCursor : public Recordset,
   [[nodiscard]] const std::shared_ptr<const RowSource>& Rows() const override { return rows_; }
   [[nodiscard]] std::uint64_t OrderVersion() const override { return version_; }
   void RequireNothingPending() const override;
-  void Arrange(RowArrangement arrangement, std::vector<std::int64_t> rows,
-               std::int64_t hidden) override;
+  void Arrange(RowArrangement arrangement, ArrangedRows rows) override;
 
   /// Its rows as they are now and stay, for who refers to them: in the order of opening, as the
   /// database was last seen to hold them.

@@ -40,11 +40,10 @@ void ArrangeWork::Step() {
   }
   if (std::exchange(version_, cursor->OrderVersion()) != cursor->OrderVersion())
     arranger_ = std::make_unique<RowArranger>(*rows_, wanted_);
-  arranger_->Work();
-  if (!arranger_->HasEnded()) return;
+  if (!arranger_->HasEnded()) return arranger_->Work();
   ended_ = true;
   cursor->RequireNothingPending();
-  cursor->Arrange(wanted_, arranger_->TakeRows(), arranger_->Hidden());
+  cursor->Arrange(wanted_, arranger_->TakeRows());
 }
 
 // --- looking for cells ---------------------------------------------------------------------------

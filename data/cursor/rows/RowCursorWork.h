@@ -19,9 +19,8 @@ class WorkedRows {
   [[nodiscard]] virtual std::uint64_t OrderVersion() const = 0;
   /// Raises Error(changePending) where a change waits to be written.
   virtual void RequireNothingPending() const = 0;
-  /// `rows` are on show from now on; `hidden` counts those that are not.
-  virtual void Arrange(RowArrangement arrangement, std::vector<std::int64_t> rows,
-                       std::int64_t hidden) = 0;
+  /// `rows` are those on show from now on.
+  virtual void Arrange(RowArrangement arrangement, ArrangedRows rows) = 0;
   // As Recordset has them.
   [[nodiscard]] virtual std::int64_t RecordCount() const = 0;
   virtual void ReadFieldsAt(std::int64_t position, std::size_t first,

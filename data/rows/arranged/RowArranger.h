@@ -8,6 +8,7 @@
 #include "contract/data/RowArrangement.h"
 #include "data/rows/RowSource.h"
 #include "data/rows/arranged/RowTest.h"
+#include "data/rows/order/RowOrder.h"
 #include "data/rows/order/RowSorting.h"
 
 namespace tessel {
@@ -28,20 +29,22 @@ class RowArranger {
   [[nodiscard]] bool HasEnded() const { return phase_ == Phase::Ended; }
   /// Goes on for a slice of time.
   void Work();
-  /// The rows on show in their order, and what there was of others; when it has ended.
-  [[nodiscard]] std::vector<std::int64_t> TakeRows() { return std::move(shown_); }
-  [[nodiscard]] std::int64_t Hidden() const { return hidden_; }
+  /// When it has ended.
+  [[nodiscard]] ArrangedRows TakeRows() { return std::move(arranged_); }
 
  private:
-  enum class Phase { Test, Keys, Sort, Gather, Ended };
+  enum class Phase { Test, Keys, Sort, Gather, Release, Ended };
 
   void Enter(Phase phase);
   void DoSome();
   void TestSome();
   void MakeSomeKeys();
   void GatherSome();
+  void ReleaseSome();
   void EndKeysOfField();
-  [[nodiscard]] std::int64_t ShownCount() const { return static_cast<std::int64_t>(shown_.size()); }
+  [[nodiscard]] std::int64_t ShownCount() const {
+    return static_cast<std::int64_t>(arranged_.rows.size());
+  }
 
   const RowSource& rows_;
   const RowArrangement& wanted_;
@@ -50,11 +53,10 @@ class RowArranger {
   Phase phase_ = Phase::Test;
   std::int64_t next_;     ///< The number to be tested next, or the place.
   std::int64_t numbers_;  ///< Rows have numbers below it.
-  std::vector<std::int64_t> shown_;
+  ArrangedRows arranged_;
   std::vector<KeyColumn> keys_;
   std::optional<RowSorting> sorting_;
   std::vector<std::int64_t> sorted_;
-  std::int64_t hidden_ = 0;
   std::int64_t done_ = 0;
 };
 

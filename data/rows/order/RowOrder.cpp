@@ -5,18 +5,20 @@
 
 namespace tessel {
 
-namespace {
-
-constexpr std::int32_t isHidden = -1;
-
-}  // namespace
-
-void RowOrder::Set(std::vector<std::int64_t> rows, std::int64_t next, std::int64_t hidden) {
+void RowOrder::Set(std::vector<std::int64_t> rows, std::int64_t next) {
+  ascending_ = std::ranges::is_sorted(rows);
   rows_ = std::move(rows);
   next_ = next;
-  hidden_ = hidden;
-  ascending_ = std::ranges::is_sorted(rows_);
+  hidden_ = 0;
   positions_.clear();
+}
+
+void RowOrder::Take(ArrangedRows arranged, std::int64_t next) {
+  rows_ = std::move(arranged.rows);
+  next_ = next;
+  hidden_ = arranged.hidden;
+  positions_ = std::move(arranged.positions);
+  ascending_ = positions_.empty();
 }
 
 std::optional<std::int64_t> RowOrder::PositionOf(std::int64_t row) const {
@@ -28,11 +30,11 @@ std::optional<std::int64_t> RowOrder::PositionOf(std::int64_t row) const {
   }
   if (positions_.empty()) Invert();
   const std::int32_t position = positions_[static_cast<std::size_t>(row)];
-  return position == isHidden ? std::nullopt : std::optional<std::int64_t>(position);
+  return position == hiddenRow ? std::nullopt : std::optional<std::int64_t>(position);
 }
 
 void RowOrder::Invert() const {
-  positions_.assign(static_cast<std::size_t>(next_), isHidden);
+  positions_.assign(static_cast<std::size_t>(next_), hiddenRow);
   for (std::size_t i = 0; i < rows_.size(); ++i)
     positions_[static_cast<std::size_t>(rows_[i])] = static_cast<std::int32_t>(i);
 }

@@ -7,14 +7,25 @@
 
 namespace tessel {
 
+/// Instead of the position of a row that is not on show.
+inline constexpr std::int32_t hiddenRow = -1;
+
+/// An order that was made with its inverse.
+struct ArrangedRows {
+  std::vector<std::int64_t> rows;       ///< Those on show.
+  std::vector<std::int32_t> positions;  ///< Of each row by its number; empty where `rows` goes up.
+  std::int64_t hidden = 0;              ///< How many others there are.
+};
+
 /// Which row stands at which position. Without an order of its own every row stands at its own
 /// number; rows that came after the order was made stand behind it, by their numbers. An order may
 /// leave rows out: they are hidden.
 class RowOrder {
  public:
-  /// `rows` holds those on show of the rows there are, `hidden` counts the others; rows to come
-  /// have numbers from `next` on. Nothing of all: the order of opening.
-  void Set(std::vector<std::int64_t> rows, std::int64_t next, std::int64_t hidden = 0);
+  /// `rows` holds all rows that there are; those to come have numbers from `next` on. Nothing of
+  /// all: the order of opening.
+  void Set(std::vector<std::int64_t> rows, std::int64_t next);
+  void Take(ArrangedRows arranged, std::int64_t next);
 
   /// Of so many rows there are.
   [[nodiscard]] std::int64_t Shown(std::int64_t count) const { return count - hidden_; }

@@ -19,14 +19,18 @@ std::int64_t PassesOf(std::size_t rows) {
 }  // namespace
 
 RowSorting::RowSorting(const std::vector<KeyColumn>& columns, std::size_t rows, CompareWhole whole)
-    : columns_(columns), whole_(std::move(whole)), items_(rows), run_(rowsOfRun) {
+    : columns_(columns),
+      whole_(std::move(whole)),
+      count_(rows),
+      items_(std::make_unique_for_overwrite<Item[]>(rows)),
+      run_(rowsOfRun) {
   total_ = std::max<std::int64_t>(PassesOf(rows) * static_cast<std::int64_t>(rows), 1);
   if (rows == 0) done_ = total_;
 }
 
 void RowSorting::Step() {
   if (done_ == total_) return;
-  if (sorted_ < items_.size()) SortRun();
+  if (sorted_ < count_) SortRun();
   else MergeSome();
 }
 
@@ -62,24 +66,23 @@ int RowSorting::CompareIn(std::size_t column, std::uint32_t a, std::uint32_t b) 
 // --- sorting -------------------------------------------------------------------------------------
 
 void RowSorting::SortRun() {
-  const std::size_t end = std::min(sorted_ + rowsOfRun, items_.size());
+  const std::size_t end = std::min(sorted_ + rowsOfRun, count_);
   for (std::size_t row = sorted_; row < end; ++row) items_[row] = ItemOf(row);
-  std::sort(items_.begin() + static_cast<std::ptrdiff_t>(sorted_),
-            items_.begin() + static_cast<std::ptrdiff_t>(end),
+  std::sort(items_.get() + sorted_, items_.get() + end,
             [this](const Item& a, const Item& b) { return Before(a, b); });
   done_ += static_cast<std::int64_t>(end - sorted_);
   sorted_ = end;
-  if (sorted_ < items_.size() || done_ == total_) return;
-  merged_.resize(items_.size());
+  if (sorted_ < count_ || done_ == total_) return;
+  merged_ = std::make_unique_for_overwrite<Item[]>(count_);
   BeginMerge();
 }
 
 /// Of the two runs behind those that are merged already.
 void RowSorting::BeginMerge() {
   left_ = to_;
-  leftEnd_ = std::min(left_ + run_, items_.size());
+  leftEnd_ = std::min(left_ + run_, count_);
   right_ = leftEnd_;
-  rightEnd_ = std::min(right_ + run_, items_.size());
+  rightEnd_ = std::min(right_ + run_, count_);
 }
 
 void RowSorting::MergeSome() {
@@ -91,7 +94,7 @@ void RowSorting::MergeSome() {
     merged_[to_++] = items_[takesLeft ? left_++ : right_++];
   }
   done_ += static_cast<std::int64_t>(to_ - before);
-  if (to_ == items_.size()) EndPass();
+  if (to_ == count_) EndPass();
   else if (to_ == rightEnd_) BeginMerge();
 }
 
@@ -100,7 +103,7 @@ void RowSorting::EndPass() {
   run_ *= 2;
   to_ = 0;
   if (done_ < total_) BeginMerge();
-  else merged_ = {};
+  else merged_.reset();
 }
 
 }  // namespace tessel

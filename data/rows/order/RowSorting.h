@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "data/rows/order/KeyColumn.h"
@@ -29,10 +30,12 @@ class RowSorting {
 
  private:
   struct Item {
-    std::uint64_t head = 0;
-    std::uint32_t rank = 0;
-    std::uint32_t row = 0;
+    std::uint64_t head;
+    std::uint32_t rank;
+    std::uint32_t row;
   };
+  /// Nothing is written into them at first: to fill them takes longer than a step may.
+  using Items = std::unique_ptr<Item[]>;
 
   [[nodiscard]] bool Before(const Item& a, const Item& b) const;
   [[nodiscard]] bool BeforeBehindHead(std::uint32_t a, std::uint32_t b) const;
@@ -45,8 +48,9 @@ class RowSorting {
 
   const std::vector<KeyColumn>& columns_;
   CompareWhole whole_;
-  std::vector<Item> items_;
-  std::vector<Item> merged_;
+  std::size_t count_;
+  Items items_;
+  Items merged_;
   std::size_t sorted_ = 0;  ///< Rows in sorted runs.
   std::size_t run_;         ///< How long the runs are that are merged.
   // The runs that are being merged, and where their items go.
