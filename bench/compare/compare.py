@@ -401,6 +401,34 @@ def csv(setting, table):
                megabytes(own[0]["MB"] * MEGABYTE * peak), peak, 1.1)
 
 
+@row("arrange")
+def arrange(setting, table):
+    told = setting.benchmarks("BareS|Arrange/sort_by_c|Find$|Filter$")
+    for raw, own, text, most in (
+            ("BareSort/customer", "Arrange/sort_by_customer", "sorted by a text, many values", 1.3),
+            ("BareSort/city", "Arrange/sort_by_city", "sorted by a text, few values", 1.3),
+            ("BareSearch", "Find", "a text found in all cells", 1.3),
+            ("BareSearch", "Filter", "filtered by a text", 1.5)):
+        text = "1000000 records " + text
+        table.line(text, seconds(median(told[raw], "seconds")),
+                   seconds(median(told[own], "seconds")), ratio(told[own], told[raw]), most)
+        longest = statistics.median(result["worst ms"] for result in told[own])
+        table.line("  longest step", "-", "%.1f ms" % longest, longest, 16, "ms")
+
+
+@row("pictures")
+def pictures(setting, table):
+    told = setting.benchmarks("BM_ChartOfAMillionPoints|BM_DiagramOf200Tables|OpenHex")
+    for name, text, most in (
+            ("BM_ChartOfAMillionPoints/0", "Chart of 1000000 points: a line", 60),
+            ("BM_ChartOfAMillionPoints/1", "Chart of 1000000 points: a band of points", 60),
+            ("BM_ChartOfAMillionPoints/2", "Chart of 1000000 points: all over", 60),
+            ("BM_DiagramOf200Tables", "Diagram of 200 tables", 1000),
+            ("OpenHex", "100 MB of bytes opened as hex", 16)):
+        took = 1000 * median(told[name], "seconds")
+        table.line(text, "-", "%.1f ms" % took, took, most, "ms")
+
+
 @row("export")
 def export(setting, table):
     told = setting.benchmarks("CsvRawFile|Export/csv|Export/sheets|SheetsRaw")
@@ -511,7 +539,7 @@ def imports(setting, table):
 def start(setting, table):
     compare(setting, table, "Start of the program until its window is on the screen",
             lambda: setting.until_shown("compare_start_floor"),
-            lambda: setting.until_shown("Tessel"), 3)
+            lambda: setting.until_shown("Tessel"), 1.5)
 
 
 @row("catalog")

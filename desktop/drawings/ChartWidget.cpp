@@ -6,9 +6,11 @@
 #include <QBuffer>
 #include <QPdfWriter>
 #include <QSvgGenerator>
+#include <algorithm>
 
 #include "desktop/base/Text.h"
 #include "desktop/drawings/DrawingFiles.h"
+#include "desktop/drawings/PointCloud.h"
 #include "desktop/look/Tokens.h"
 
 namespace tessel {
@@ -23,6 +25,15 @@ constexpr int fileScale = 2;
 
 QVector<double> ToQVector(const std::vector<double>& values) {
   return {values.begin(), values.end()};
+}
+
+QSharedPointer<QCPGraphDataContainer> DataOf(const ChartPicture& picture) {
+  QVector<QCPGraphData> points;
+  points.reserve(static_cast<qsizetype>(picture.x.size()));
+  for (std::size_t i = 0; i < picture.x.size(); ++i) points.append({picture.x[i], picture.y[i]});
+  QSharedPointer<QCPGraphDataContainer> data(new QCPGraphDataContainer);
+  data->set(points, std::ranges::is_sorted(picture.x));
+  return data;
 }
 
 /// Of many names only some are written.
@@ -111,18 +122,12 @@ void ChartWidget::AddLine(const QColor& color) {
   QCPGraph* graph = addGraph();
   graph->setAdaptiveSampling(false);
   graph->setPen(QPen(color, picture_.x.size() < fineLine ? 1.6 : 1.0));
-  graph->setData(ToQVector(picture_.x), ToQVector(picture_.y), true);
+  graph->setData(DataOf(picture_));
 }
 
 void ChartWidget::AddPoints(const QColor& color) {
-  QCPGraph* graph = addGraph();
-  graph->setAdaptiveSampling(false);
-  graph->setLineStyle(QCPGraph::lsNone);
-  const bool many = picture_.x.size() > fineLine;
-  const QCPScatterStyle::ScatterShape shape =
-      many ? QCPScatterStyle::ssDot : QCPScatterStyle::ssDisc;
-  graph->setScatterStyle(QCPScatterStyle(shape, color, many ? 1 : 5));
-  graph->setData(ToQVector(picture_.x), ToQVector(picture_.y));
+  auto* cloud = new PointCloud(xAxis, yAxis, color, picture_.x.size() > fineLine);
+  cloud->setData(DataOf(picture_));
 }
 
 void ChartWidget::AddBars(const QColor& color) {

@@ -142,10 +142,10 @@ void ChartRows::TakeBar(const Recordset& rows, std::int64_t row) {
 
 void ChartRows::End() {
   switch (choice_.kind) {
-    case ChartKind::Line: SortByX(); break;
+    case ChartKind::Line:
+    case ChartKind::Points: SortByX(); break;
     case ChartKind::Bars: EndBars(); break;
     case ChartKind::Histogram: EndHistogram(); break;
-    case ChartKind::Points: break;
   }
   const bool bars = choice_.kind == ChartKind::Bars || choice_.kind == ChartKind::Histogram;
   high_ = RangeOf(points_.y);
@@ -156,7 +156,7 @@ void ChartRows::End() {
   else whole_ = {whole_.lower - barWidth_, whole_.upper + barWidth_};
 }
 
-/// A line goes from left to right.
+/// A line goes from left to right; points are thinned in that order.
 void ChartRows::SortByX() {
   if (std::ranges::is_sorted(points_.x)) return;
   std::vector<std::size_t> order(points_.Count());

@@ -43,7 +43,8 @@ class ChartRows {
   ChartRows(const ChartChoice& choice, const std::vector<FieldInfo>& fields);
 
   void Take(const Recordset& rows, std::int64_t row);
-  /// All rows have been taken.
+  /// All rows have been taken: brings them into the order of the drawing, which takes a while for
+  /// many. Any thread.
   void End();
 
   /// Rows without a number where one is needed: they are not drawn.

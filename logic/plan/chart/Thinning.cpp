@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
 
 namespace tessel {
 
@@ -48,13 +51,56 @@ Column TakeColumn(const Points& all, std::size_t& i, std::size_t end, const Rang
   return column;
 }
 
+/// The numbers of the first point within the view and of the first one behind it.
+std::pair<std::size_t, std::size_t> PointsWithin(const Points& points, const Range& view) {
+  const auto lower = std::ranges::lower_bound(points.x, view.lower);
+  const auto upper = std::upper_bound(lower, points.x.end(), view.upper);
+  return {static_cast<std::size_t>(lower - points.x.begin()),
+          static_cast<std::size_t>(upper - points.x.begin())};
+}
+
+// --- clouds --------------------------------------------------------------------------------------
+
+struct Spot {
+  double x = 0;
+  double y = 0;
+};
+
+/// The places between the ends of a range.
+class Raster {
+ public:
+  Raster(const Range& range, int places)
+      : range_(range), perUnit_(places / (range.upper - range.lower)), last_(places - 1) {}
+
+  [[nodiscard]] bool Has(double value) const {
+    return value >= range_.lower && value <= range_.upper;
+  }
+  [[nodiscard]] std::size_t PlaceOf(double value) const {
+    return static_cast<std::size_t>(
+        std::clamp(static_cast<int>((value - range_.lower) * perUnit_), 0, last_));
+  }
+
+ private:
+  Range range_;
+  double perUnit_;
+  int last_;
+};
+
+Points PointsOf(const std::vector<Spot>& spots) {
+  Points points;
+  points.x.reserve(spots.size());
+  points.y.reserve(spots.size());
+  for (const Spot& spot : spots) {
+    points.x.push_back(spot.x);
+    points.y.push_back(spot.y);
+  }
+  return points;
+}
+
 }  // namespace
 
 Points ThinLine(const Points& points, const Range& view, int columns) {
-  const auto lower = std::ranges::lower_bound(points.x, view.lower);
-  const auto upper = std::upper_bound(lower, points.x.end(), view.upper);
-  std::size_t i = static_cast<std::size_t>(lower - points.x.begin());
-  const auto end = static_cast<std::size_t>(upper - points.x.begin());
+  auto [i, end] = PointsWithin(points, view);
   Points thinned;
   if (i > 0) Append(thinned, points, i - 1);
   while (i < end) Append(thinned, points, TakeColumn(points, i, end, view, columns));
@@ -64,20 +110,25 @@ Points ThinLine(const Points& points, const Range& view, int columns) {
 
 Points ThinCloud(const Points& points, const Range& xView, const Range& yView, int columns,
                  int rows) {
-  std::vector<bool> taken(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows));
-  Points thinned;
-  for (std::size_t i = 0; i < points.Count(); ++i) {
-    const double x = points.x[i];
-    const double y = points.y[i];
-    if (x < xView.lower || x > xView.upper || y < yView.lower || y > yView.upper) continue;
-    const auto place =
-        static_cast<std::size_t>(PlaceOf(y, yView, rows)) * static_cast<std::size_t>(columns) +
-        static_cast<std::size_t>(PlaceOf(x, xView, columns));
-    if (taken[place]) continue;
-    taken[place] = true;
-    Append(thinned, points, i);
+  const Raster across(xView, columns);
+  const Raster down(yView, rows);
+  const std::size_t places = static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows);
+  std::vector<std::uint8_t> taken(places);
+  // A spot whose place is taken is written over by the next one: nothing has to be guessed.
+  auto [i, end] = PointsWithin(points, xView);
+  std::vector<Spot> spots(std::min(end - i, places) + 1);
+  std::size_t kept = 0;
+  for (; i < end; ++i) {
+    const Spot spot = {points.x[i], points.y[i]};
+    if (!down.Has(spot.y)) continue;
+    const std::size_t place =
+        across.PlaceOf(spot.x) * static_cast<std::size_t>(rows) + down.PlaceOf(spot.y);
+    spots[kept] = spot;
+    kept += 1U - taken[place];
+    taken[place] = 1;
   }
-  return thinned;
+  spots.resize(kept);
+  return PointsOf(spots);
 }
 
 Range RangeOf(const std::vector<double>& values) {

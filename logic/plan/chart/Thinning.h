@@ -24,7 +24,8 @@ struct Range {
 /// order. So the line looks the same, and no extreme is lost. The nearest points outside stay too.
 [[nodiscard]] Points ThinLine(const Points& points, const Range& view, int columns);
 
-/// Of the points within both ranges one for each place of a raster that has any.
+/// Of the points, whose x do not go down, within both ranges one for each place of a raster that
+/// has any, in their order.
 [[nodiscard]] Points ThinCloud(const Points& points, const Range& xView, const Range& yView,
                                int columns, int rows);
 

@@ -88,6 +88,7 @@ ChartChoice dlgChart::Choice() const {
 
 void dlgChart::BeginReading() {
   const bool needsY = Kind() == ChartKind::Line || Kind() == ChartKind::Points;
+  line_.reset();
   chart_.reset();
   if (xColumns_.empty() || (needsY && yColumns_.empty())) {
     tmrRead_.SetEnabled(false);
@@ -97,12 +98,14 @@ void dlgChart::BeginReading() {
   }
   chart_ = std::make_unique<ChartRows>(Choice(), rows_->Fields());
   read_ = 0;
+  isEnded_ = false;
   tmrRead_.SetEnabled(true);
   ReadSlice();
 }
 
 /// As many rows as a few milliseconds hold, so that the window stays alive.
 void dlgChart::ReadSlice() {
+  if (line_ != nullptr) return EndReading();
   const Clock& clock = global_.TheDesktop().TheClock();
   const std::int64_t end = clock.Milliseconds() + sliceMilliseconds;
   try {
@@ -119,9 +122,19 @@ void dlgChart::ReadSlice() {
   lblChart_.SetCaption("Reading rows: " + std::to_string(read_ * 100 / count_) + " %");
 }
 
+/// To end the chart takes a while; the timer asks whether it is done.
 void dlgChart::EndReading() {
+  if (line_ == nullptr) {
+    line_ = global_.MakeWorkLine();
+    line_->Add([this] { chart_->End(); });
+  }
+  if (line_->Wait(0, 0)) ShowWhole();
+}
+
+void dlgChart::ShowWhole() {
+  line_.reset();
   tmrRead_.SetEnabled(false);
-  chart_->End();
+  isEnded_ = true;
   lblChart_.SetCaption(StatusText());
   ShowPart(chart_->Whole());
 }
@@ -137,7 +150,7 @@ std::string dlgChart::StatusText() const {
 }
 
 void dlgChart::ShowPart(const Range& view) {
-  if (chart_ == nullptr || read_ != count_ || !(view.lower < view.upper)) return;
+  if (chart_ == nullptr || !isEnded_ || !(view.lower < view.upper)) return;
   chtChart_.SetPicture(chart_->Picture(view, chtChart_.PlotWidth(), chtChart_.PlotHeight()));
 }
 

@@ -10,6 +10,7 @@
 #include "contract/desktop/controls/ChartBox.h"
 #include "contract/desktop/controls/Label.h"
 #include "contract/desktop/controls/ListControls.h"
+#include "contract/system/WorkLine.h"
 #include "logic/plan/chart/ChartRows.h"
 #include "logic/program/Global.h"
 
@@ -31,6 +32,7 @@ class dlgChart {
   void BeginReading();
   void ReadSlice();
   void EndReading();
+  void ShowWhole();
   void ShowPart(const Range& view);
   [[nodiscard]] std::string StatusText() const;
 
@@ -46,9 +48,11 @@ class dlgChart {
   std::vector<std::size_t> xColumns_;  ///< As the boxes list them.
   std::vector<std::size_t> yColumns_;
   std::unique_ptr<ChartRows> chart_;
+  std::unique_ptr<WorkLine> line_;  ///< Ends the chart while the window stays alive.
   std::int64_t read_ = 0;
   std::int64_t count_ = 0;  ///< Rows at the start; those that come later are not drawn.
   bool listing_ = false;
+  bool isEnded_ = false;  ///< The chart can be drawn.
 };
 
 }  // namespace tessel

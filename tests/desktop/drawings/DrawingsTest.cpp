@@ -15,6 +15,7 @@
 #include "contract/desktop/controls/TreeView.h"
 #include "desktop/drawings/ChartWidget.h"
 #include "desktop/drawings/DiagramWidget.h"
+#include "desktop/look/Tokens.h"
 #include "desktop/tree/KeyedTreeModel.h"
 #include "tests/desktop/DesktopFixture.h"
 
@@ -82,6 +83,36 @@ TEST_F(DrawingsTest, APictureOfTheChartHasItsMarks) {
   chart.SetPicture({});
   host.Settle();
   EXPECT_GT(bars, colors()) << "without a picture the bars are gone";
+}
+
+TEST_F(DrawingsTest, ManyPointsAreDotsWhereTheyBelong) {
+  const auto window = ShowForm("dlgChart");
+  auto& chart = window->Find<ChartBox>("chtChart");
+  auto& widget = Find<ChartWidget>();
+  // All of the lower half of the axes, and nothing of the upper one.
+  ChartPicture picture = Picture(ChartMarks::Points, 0);
+  picture.xAxis.upper = picture.yAxis.upper = 400;
+  for (int x = 0; x < 400; ++x) {
+    for (int y = 1; y < 200; ++y) {
+      picture.x.push_back(x);
+      picture.y.push_back(y);
+    }
+  }
+  chart.SetPicture(picture);
+  host.Settle();
+  const QRect axes = widget.axisRect()->rect();
+  const QImage image = widget.grab().toImage();
+  const QRgb dot = CurrentTokens().accent.rgb();
+  const auto dots = [&](int top, int bottom) {
+    int count = 0;
+    for (int y = top; y < bottom; ++y)
+      for (int x = axes.left(); x <= axes.right(); ++x) count += image.pixel(x, y) == dot ? 1 : 0;
+    return count;
+  };
+  const int middle = axes.center().y();
+  EXPECT_EQ(dots(axes.top(), middle - 2), 0);
+  const int places = std::min(axes.width(), 400) * std::min(axes.height() / 2, 199);
+  EXPECT_GT(dots(middle + 2, axes.bottom()), places * 3 / 4);
 }
 
 TEST_F(DrawingsTest, KeysLookAtAnotherPart) {

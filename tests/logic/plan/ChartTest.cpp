@@ -53,12 +53,27 @@ TEST(ThinLine, OfAPartTheNearestPointsOutsideStay) {
 TEST(ThinCloud, EachPlaceOfTheRasterKeepsOne) {
   Points points;
   for (int i = 0; i < 100'000; ++i) {
-    points.x.push_back(i % 10);
+    points.x.push_back(i / 10'000);
     points.y.push_back(i % 7);
   }
   const Points thinned = ThinCloud(points, {0, 10}, {0, 7}, 10, 7);
   EXPECT_EQ(thinned.Count(), 70U);
   EXPECT_EQ(ThinCloud(points, {100, 200}, {0, 7}, 10, 7).Count(), 0U);
+}
+
+TEST(ThinCloud, NoExtremeOfThePartIsLost) {
+  Points points;
+  for (int i = 0; i < 1000; ++i) {
+    points.x.push_back(i);
+    points.y.push_back(i % 50);
+  }
+  points.y[500] = 99;
+  points.y[501] = -99;
+  const Points thinned = ThinCloud(points, {400, 600}, {-100, 100}, 20, 200);
+  EXPECT_EQ(std::ranges::max(thinned.y), 99);
+  EXPECT_EQ(std::ranges::min(thinned.y), -99);
+  EXPECT_THAT(thinned.x, testing::Each(testing::AllOf(testing::Ge(400), testing::Le(600))));
+  EXPECT_TRUE(std::ranges::is_sorted(thinned.x));
 }
 
 // --- rows ----------------------------------------------------------------------------------------
