@@ -91,7 +91,7 @@ bool DrawAsBox(QStyle::PrimitiveElement element, const QStyleOption& option, QPa
       return true;
     case QStyle::PE_PanelMenu: painter.fillRect(option.rect, tokens.base); return true;
     case QStyle::PE_FrameMenu:
-      painter.setPen(tokens.line);
+      painter.setPen(tokens.edge);
       painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
       return true;
     case QStyle::PE_PanelTipLabel:
@@ -342,6 +342,7 @@ int FlatStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
     case PM_ButtonDefaultIndicator: return 0;
+    case PM_MenuPanelWidth: return 1;
     default: return QProxyStyle::pixelMetric(metric, option, widget);
   }
 }

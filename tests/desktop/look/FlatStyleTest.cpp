@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QImage>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPainter>
 #include <QPushButton>
 #include <QStyleOption>
@@ -49,6 +50,24 @@ int LightestButton(const QColor& ground) {
 
 TEST(FlatStyleTest, TheButtonsOfAnInactiveWindowShowInTheDark) {
   EXPECT_GT(LightestButton(QColor(40, 42, 46)), 180);
+}
+
+/// A menu lies on lists of its own colour.
+TEST(FlatStyleTest, AMenuHasAnEdgeAllAround) {
+  QMenu menu;
+  menu.addAction(QStringLiteral("Name"));
+  menu.addAction(QStringLiteral("Tag"));
+  menu.resize(menu.sizeHint());
+  const QImage image = menu.grab().toImage();
+  const QColor edge = CurrentTokens().edge;
+  for (int x = 0; x < image.width(); ++x) {
+    ASSERT_EQ(image.pixelColor(x, 0), edge) << x;
+    ASSERT_EQ(image.pixelColor(x, image.height() - 1), edge) << x;
+  }
+  for (int y = 0; y < image.height(); ++y) {
+    ASSERT_EQ(image.pixelColor(0, y), edge) << y;
+    ASSERT_EQ(image.pixelColor(image.width() - 1, y), edge) << y;
+  }
 }
 
 class StyleTest : public DesktopFixture {
