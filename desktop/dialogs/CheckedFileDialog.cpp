@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QListView>
 
 #include "contract/desktop/CommonDialogs.h"
 #include "desktop/base/Text.h"
@@ -13,6 +14,8 @@ namespace {
 
 /// The toolkit's name of the box in which a name is typed.
 constexpr auto nameEdit = "fileNameEdit";
+/// And of the list, whose selection that of its table is too.
+constexpr auto filesList = "listView";
 
 }  // namespace
 
@@ -27,14 +30,22 @@ CheckedFileDialog::CheckedFileDialog(QWidget* owner, bool save, int flags, Event
   setWindowTitle(save ? tr("Save As") : tr("Open"));
 }
 
+QString CheckedFileDialog::Typed() const {
+  return findChild<QLineEdit*>(QLatin1String(nameEdit))->text();
+}
+
 QString CheckedFileDialog::Chosen() const {
-  const QFileInfo typed(directory(), findChild<QLineEdit*>(QLatin1String(nameEdit))->text());
+  const QFileInfo typed(directory(), Typed());
   if (!save_ && typed.isFile()) return typed.absoluteFilePath();
   const QStringList files = selectedFiles();
   return files.isEmpty() ? QString() : files.first();
 }
 
+/// The toolkit also selects the folder whose name is typed on the way to a file in it, and then
+/// goes by that: only the name in the box counts, which names what is selected in the list too.
 void CheckedFileDialog::accept() {
+  if (const auto* list = findChild<QListView*>(QLatin1String(filesList)); !Typed().isEmpty())
+    list->selectionModel()->clear();
   const QFileInfo file(Chosen());
   if (file.isDir()) return QFileDialog::accept();
   if (!save_ && file.suffix().isEmpty()) setDefaultSuffix(QString());

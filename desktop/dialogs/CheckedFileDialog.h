@@ -19,6 +19,7 @@ class CheckedFileDialog final : public QFileDialog {
   void accept() override;
 
  private:
+  [[nodiscard]] QString Typed() const;
   [[nodiscard]] QString Objection() const;
 
   bool save_;

@@ -6,6 +6,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QTemporaryDir>
+#include <QTest>
 #include <unistd.h>
 
 #include "desktop/base/Text.h"
@@ -59,6 +60,21 @@ TEST_F(FileDialogTest, AFileIsOpened) {
   EXPECT_EQ(dialog.fileName, Path("a.sql"));
   EXPECT_EQ(dialog.fileTitle, "a.sql");
   EXPECT_EQ(QDir::currentPath(), before_);
+}
+
+/// Typed key by key, and with the folder on show: the toolkit selects what is named on the way.
+TEST_F(FileDialogTest, AFileIsOpenedByItsWholePath) {
+  dialog.flags |= fileDialogFlag::fileMustExist;
+  Make("a.sql");
+  host.Answers().OnDialog([path = Path("a.sql")](QWidget& shown) {
+    QTest::qWait(300);
+    auto* name = shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    QTest::keyClicks(name, ToQt(path));
+    QMetaObject::invokeMethod(&shown, "accept");
+    if (shown.isVisible()) dynamic_cast<QDialog&>(shown).reject();
+  });
+  EXPECT_TRUE(dialog.ShowOpen());
+  EXPECT_EQ(dialog.fileName, Path("a.sql"));
 }
 
 TEST_F(FileDialogTest, CancellingChangesNothing) {
