@@ -259,6 +259,16 @@ void RecordGrid::paintEvent(QPaintEvent* event) {
       this, [this] { FollowRecord(); }, Qt::QueuedConnection);
 }
 
+/// When the desktop's font is another one, those around this widget have it once that has gone
+/// round.
+bool RecordGrid::event(QEvent* event) {
+  const bool taken = GridView::event(event);
+  if (event->type() == QEvent::ApplicationFontChange && zoom_ != ordinaryZoom)
+    QMetaObject::invokeMethod(
+        this, [this] { UseZoomedFont(); }, Qt::QueuedConnection);
+  return taken;
+}
+
 void RecordGrid::changeEvent(QEvent* event) {
   QTableView::changeEvent(event);
   if (event->type() == QEvent::FontChange && rowHeader_ != nullptr) SizeRows();
@@ -300,9 +310,16 @@ void RecordGrid::SetColumnWidth(int column, int width) {
   sizing_ = false;
 }
 
+bool RecordGrid::LastColumnFills() const { return horizontalHeader()->stretchLastSection(); }
+
+void RecordGrid::SetLastColumnFills(bool fills) {
+  horizontalHeader()->setStretchLastSection(fills);
+}
+
 /// It is painting: the columns become wider when that is over.
 void RecordGrid::WantWidth(int column, int width) {
   if (sized_.contains(column)) return;
+  if (LastColumnFills() && column == model_->ColumnCount() - 1) return;
   int& wanted = wanted_[column];
   if (wanted_.size() == 1 && wanted == 0)
     QMetaObject::invokeMethod(
@@ -340,12 +357,18 @@ int RecordGrid::WidthOf(int column, int firstRow, int sampleRows) const {
 void RecordGrid::SetZoom(int percent) {
   const int before = std::exchange(zoom_, NearestZoom(percent));
   if (before == zoom_) return;
-  QFont font = parentWidget() == nullptr ? QApplication::font() : parentWidget()->font();
-  font.setPointSizeF(font.pointSizeF() * zoom_ / ordinaryZoom);
-  setFont(font);
+  UseZoomedFont();
   for (int column = 0; column < model_->ColumnCount(); ++column)
     SetColumnWidth(column, columnWidth(column) * zoom_ / before);
   if (currentIndex().isValid()) scrollTo(currentIndex());
+}
+
+/// At the ordinary size it is the font of those around, without a copy that would stay behind.
+void RecordGrid::UseZoomedFont() {
+  if (zoom_ == ordinaryZoom) return setFont(QFont());
+  QFont font = parentWidget() == nullptr ? QApplication::font() : parentWidget()->font();
+  font.setPointSizeF(font.pointSizeF() * zoom_ / ordinaryZoom);
+  setFont(font);
 }
 
 /// Plus is often typed with Shift, and sometimes stands on the same key as "=".

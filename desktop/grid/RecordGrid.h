@@ -42,6 +42,7 @@ class GridUser {
 /// The table widget of a data grid. Its current cell's row is the recordset's current record.
 class RecordGrid : public GridView {
   Q_OBJECT
+  Q_PROPERTY(bool lastColumnFills READ LastColumnFills WRITE SetLastColumnFills)
 
  public:
   explicit RecordGrid(QWidget* parent = nullptr);
@@ -94,6 +95,9 @@ class RecordGrid : public GridView {
   [[nodiscard]] int Zoom() const { return zoom_; }
   void SetZoom(int percent);
   void WantWidth(int column, int width) override;
+  /// Whether the last column always takes the room that the others leave. Forms set it.
+  [[nodiscard]] bool LastColumnFills() const;
+  void SetLastColumnFills(bool fills);
   /// In pixels, as the user does it; 0: as its name and the rows in sight need it.
   void ChangeWidth(int column, int width);
 
@@ -122,6 +126,7 @@ class RecordGrid : public GridView {
   void scrollContentsBy(int dx, int dy) override;
   void updateGeometries() override;
   void paintEvent(QPaintEvent* event) override;
+  bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
 
@@ -132,6 +137,7 @@ class RecordGrid : public GridView {
   void SetColumnWidth(int column, int width);
   void WidenColumns();
   [[nodiscard]] int Scaled(int drawn) const;
+  void UseZoomedFont();
   bool ZoomByKey(const QKeyEvent& event);
   [[nodiscard]] int WidthOf(int column, int firstRow, int sampleRows) const;
   [[nodiscard]] QModelIndex TargetOf(const QKeyEvent& event) const;

@@ -216,6 +216,34 @@ TEST_F(GridLooksTest, KeysAndTheWheelChangeTheSize) {
   EXPECT_EQ(view.rowHeight(0), height);
 }
 
+TEST_F(GridLooksTest, TheDesktopsFontIsFollowedInEachSize) {
+  const QFont before = QApplication::font();
+  QFont larger = before;
+  larger.setPointSizeF(before.pointSizeF() * 1.5);
+  grid.SetZoom(150);
+  const qreal zoomed = view.font().pointSizeF();
+  QApplication::setFont(larger);
+  host.Settle();
+  EXPECT_NEAR(view.font().pointSizeF(), zoomed * 1.5, 0.2);
+  EXPECT_EQ(grid.Zoom(), 150);
+  grid.SetZoom(ordinaryZoom);
+  QApplication::setFont(before);
+  host.Settle();
+  EXPECT_NEAR(view.font().pointSizeF(), before.pointSizeF(), 0.1);
+}
+
+TEST_F(GridLooksTest, TheLastColumnMayFillTheRoom) {
+  view.SetLastColumnFills(true);
+  Bind(std::make_shared<GeneratedRows>(
+      std::vector{FieldNamed("n", DataType::BigInt), FieldNamed("text", DataType::VarWChar)}, 10,
+      [](std::int64_t row, std::size_t field) -> ValueView {
+        if (field == 0) return row;
+        return std::string_view("a text that is longer than many a window has room for, by far");
+      }));
+  host.Settle();
+  EXPECT_EQ(view.columnWidth(0) + view.columnWidth(1), view.viewport()->width());
+}
+
 TEST_F(GridLooksTest, TheSizeStaysWithOtherRows) {
   grid.SetZoom(150);
   const int height = view.rowHeight(0);
