@@ -60,8 +60,11 @@ void GridHeader::PaintText(QPainter& painter, const QRect& rect, int section) co
   const QVariant aligned = rows.headerData(section, orientation(), Qt::TextAlignmentRole);
   const int alignment = aligned.isValid() ? aligned.toInt() : static_cast<int>(defaultAlignment());
   QRect inside = rect.adjusted(cellPadding, 0, -cellPadding - 1, 0);
-  if (orientation() == Qt::Horizontal && (SortPartOf(section).place > 0 || section == pointed_))
-    inside.setRight(SortZoneIn(rect).left() - 1);
+  const SortPart part = orientation() == Qt::Horizontal ? SortPartOf(section) : SortPart();
+  if (part.place > 0 || (orientation() == Qt::Horizontal && section == pointed_))
+    inside.setRight(SortZoneIn(rect).left() - 1 - PlaceWidth(part));
+  const int lacking = fontMetrics().horizontalAdvance(text) - inside.width();
+  if (part.place > 0 && lacking > 0) grid_.WantWidth(section, rect.width() + lacking);
   painter.setFont(font());
   painter.drawText(inside, alignment | Qt::TextSingleLine,
                    fontMetrics().elidedText(text, Qt::ElideRight, inside.width()));
@@ -99,6 +102,12 @@ QRect GridHeader::SortZoneIn(const QRect& section) const {
   const int grip = style()->pixelMetric(QStyle::PM_HeaderGripMargin, nullptr, this);
   const int width = std::min(fontMetrics().height(), section.width() / 2);
   return {section.right() - grip - width, section.top(), width, section.height()};
+}
+
+/// What the number left of the arrow takes.
+int GridHeader::PlaceWidth(const SortPart& part) const {
+  if (part.place == 0 || part.alone) return 0;
+  return fontMetrics().horizontalAdvance(QString::number(part.place)) + 1;
 }
 
 QRect GridHeader::SectionRect(int section) const {
@@ -156,7 +165,8 @@ void GridHeader::PaintSort(QPainter& painter, const QRect& rect, int section) co
   if (part.place > 0 && !part.alone) {
     painter.setPen(CurrentTokens().muted);
     painter.setFont(font());
-    painter.drawText(QRectF(zone).translated(-zone.width() * 0.8, 0),
+    const int width = PlaceWidth(part);
+    painter.drawText(QRect(zone.left() - width + 1, zone.top(), width, zone.height()),
                      Qt::AlignRight | Qt::AlignVCenter, QString::number(part.place));
   }
   painter.restore();

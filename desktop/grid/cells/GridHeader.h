@@ -29,6 +29,7 @@ class GridHeader final : public QHeaderView {
   };
   [[nodiscard]] SortPart SortPartOf(int section) const;
   [[nodiscard]] QRect SortZoneIn(const QRect& section) const;
+  [[nodiscard]] int PlaceWidth(const SortPart& part) const;
   [[nodiscard]] QRect SectionRect(int section) const;
   [[nodiscard]] int SortSectionAt(const QPoint& place) const;
   void PaintSort(QPainter& painter, const QRect& rect, int section) const;

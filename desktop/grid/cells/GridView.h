@@ -22,7 +22,8 @@ class GridView : public QTableView {
   /// written.
   [[nodiscard]] virtual bool RowIsBeingChanged() const = 0;
 
-  /// A number in that column needs so many pixels to be shown whole.
+  /// A number in that column, or its name beside the mark of sorting, needs so many pixels to be
+  /// shown whole.
   virtual void WantWidth(int column, int width) = 0;
 
   /// Whether a press on a column's header asks to sort wherever it is, with Ctrl held or not.

@@ -5,6 +5,7 @@
 
 #include "contract/desktop/controls/DataGrid.h"
 #include "desktop/grid/RecordGrid.h"
+#include "desktop/grid/cells/CellDelegate.h"
 #include "tests/desktop/DesktopFixture.h"
 #include "tests/desktop/grid/GeneratedRows.h"
 
@@ -87,6 +88,17 @@ TEST_F(ArrangeTest, AnArrowShowsTheOrderInTheHead) {
   EXPECT_NE(up, down);
   EXPECT_NE(second, down) << "with its place among the columns";
   EXPECT_EQ(HeadOf(2), other);
+}
+
+TEST_F(ArrangeTest, ANameKeepsItsRoomBesideTheMark) {
+  const QFontMetrics metrics = Head().fontMetrics();
+  const QString name = Head().model()->headerData(0, Qt::Horizontal).toString();
+  const int place = metrics.horizontalAdvance(QStringLiteral("2"));
+  rows->PretendArranged({.sort = {{1}, {0}}});
+  static_cast<void>(HeadOf(0));
+  host.Settle();
+  EXPECT_GE(view.columnWidth(0),
+            metrics.horizontalAdvance(name) + place + metrics.height() + 2 * cellPadding);
 }
 
 TEST_F(ArrangeTest, WidthsAreTheUsersOrFitTheRowsInSight) {
