@@ -1,5 +1,6 @@
 #include "logic/results/panes/RecordPane.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "contract/base/Error.h"
@@ -34,6 +35,7 @@ RecordPane::RecordPane(const Global& global, SqlTarget& sqlWindow, Window& windo
   window.Find<Button>("cmdRecordNext").Click = [this] { Step(1); };
   fields_.Change = [this] { FieldChanged(); };
   fields_.RowsChange = [this] { ShowInGrid(); };
+  fields_.RowColChange = [this] { StayInValues(); };
   grid_.GotFocus = [this] { LeaveFields(); };
 }
 
@@ -70,7 +72,24 @@ void RecordPane::Bind(const std::shared_ptr<Recordset>& rows) {
   shown_ = CurrentRecord();
   fields_.SetColumnLocked(static_cast<int>(RecordFields::nameField), true);
   fields_.SetColumnFormat(static_cast<int>(RecordFields::valueField), &sizes_);
-  fields_.GoToCell(0, static_cast<int>(RecordFields::valueField));
+  fields_.GoToCell(std::max(grid_.CurrentColumn(), 0), static_cast<int>(RecordFields::valueField));
+}
+
+/// A name cannot be typed: who comes to one is taken to its value.
+void RecordPane::StayInValues() {
+  if (record_ == nullptr || fields_.CurrentColumn() != static_cast<int>(RecordFields::nameField))
+    return;
+  const std::int64_t field = record_->CurrentBookmark() - 1;
+  fields_.GoToCell(field, static_cast<int>(RecordFields::valueField));
+}
+
+/// To the value above, and from the first one back to the records.
+bool RecordPane::GoBack() {
+  if (record_ == nullptr || record_->Bof() || record_->Eof() || fields_.EditActive()) return false;
+  const std::int64_t field = record_->CurrentBookmark() - 1;
+  if (field > 0) fields_.GoToCell(field - 1, static_cast<int>(RecordFields::valueField));
+  else owner_.focusRecords();
+  return true;
 }
 
 bool RecordPane::OnEmptyNewRow() const {
@@ -142,6 +161,7 @@ bool RecordPane::TakeKey(const KeyEvent& event) {
     if (event.keyCode == key::space && TurnOver()) return true;
     if (KeepsKey(event.keyCode)) return true;
   }
+  if (event.keyCode == key::tab && event.shift == shiftState::shift) return GoBack();
   return commands_.TakeKey(event.keyCode, event.shift);
 }
 

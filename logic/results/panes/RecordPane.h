@@ -50,6 +50,8 @@ class RecordPane {
 
  private:
   void Bind(const std::shared_ptr<Recordset>& rows);
+  void StayInValues();
+  bool GoBack();
   void LeaveFields();
   void FieldChanged();
   void ShowInGrid();

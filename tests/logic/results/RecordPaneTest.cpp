@@ -43,6 +43,30 @@ TEST_F(RecordPaneTest, TheFieldsOfTheRecordStandBelowEachOther) {
   EXPECT_EQ(W().FocusName(), "DataGrid");
 }
 
+TEST_F(RecordPaneTest, ItBeginsAtTheFieldOfTheCurrentCell) {
+  RunRows();
+  ClickCell(1, 3);
+  OpenPane();
+  EXPECT_EQ(Fields().DataSource()->CurrentBookmark(), 4);
+  EXPECT_EQ(Fields().CurrentColumn(), 1);
+}
+
+TEST_F(RecordPaneTest, TabGoesFromValueToValueAndBackToTheRecords) {
+  RunRows();
+  OpenPane();
+  Press(key::tab);
+  EXPECT_EQ(Fields().DataSource()->CurrentBookmark(), 2);
+  EXPECT_EQ(Fields().CurrentColumn(), 1) << "the names are passed by";
+  W().ClickGridCell("RecordFields", 3, 0);
+  EXPECT_EQ(Fields().DataSource()->CurrentBookmark(), 4);
+  EXPECT_EQ(Fields().CurrentColumn(), 1);
+  for (int field = 3; field > 0; --field) Press(key::tab, shiftState::shift);
+  EXPECT_EQ(Fields().DataSource()->CurrentBookmark(), 1);
+  EXPECT_EQ(W().FocusName(), "RecordFields");
+  Press(key::tab, shiftState::shift);
+  EXPECT_EQ(W().FocusName(), "DataGrid");
+}
+
 TEST_F(RecordPaneTest, ItGoesWhereTheGridGoesAndNullsLookAsThere) {
   RunRows();
   OpenPane();
