@@ -1,6 +1,8 @@
 #include "logic/plan/dlgPlan.h"
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 
 #include "contract/desktop/Desktop.h"
@@ -15,6 +17,10 @@ namespace {
 
 constexpr Color costliestColor = 0x0000C0;  ///< A dark red; the word beside it says the same.
 constexpr int rawContext = 9106;
+
+/// Of the columns, in twips; the last one takes what is left. Steps stand indented.
+constexpr std::array columnWidths = {4200, 1400, 1100, 800, 900, 1700};
+constexpr int onlyStepsWidth = 7200;  ///< Of the first, where nothing stands in the others.
 
 std::string WholeText(double number) {
   return std::to_string(static_cast<std::int64_t>(std::llround(number)));
@@ -103,6 +109,9 @@ class dlgPlan {
       if (step->costliest) costliest = row;
     }
     list.SetSelectedIndex(costliest);
+    for (std::size_t column = 0; column < columnWidths.size(); ++column)
+      list.SetColumnWidth(static_cast<int>(column), columnWidths[column]);
+    if (plan.measure == PlanMeasure::Nothing) list.SetColumnWidth(0, onlyStepsWidth);
     window_->Find<Button>("cmdMeasure").SetVisible(shown_.canMeasure);
   }
 

@@ -13,6 +13,7 @@
 #include <QTabBar>
 #include <QToolButton>
 
+#include "contract/desktop/controls/Label.h"
 #include "desktop/FormRegistry.h"
 #include "desktop/base/Text.h"
 #include "tests/desktop/DesktopFixture.h"
@@ -138,6 +139,43 @@ TEST_F(LargeFontTest, FormsGrowWithTheFont) {
   EXPECT_GE(status.height(), status.fontMetrics().height());
   constexpr int twipsPerPixel = 15;
   EXPECT_NEAR(window->Find<Control>("txtStatus").Bounds().top, 420, twipsPerPixel);
+}
+
+class ShownOnly : public DesktopFixture, public testing::WithParamInterface<const char*> {};
+
+/// Enter in a list or on a drawing must not run a statement, nor change what is shown.
+TEST_P(ShownOnly, EnterOnlyCloses) {
+  const auto window = ShowForm(GetParam());
+  const QWidget& dialog = *WidgetOf(*window, "cmdClose").window();
+  for (const QPushButton* button : dialog.findChildren<QPushButton*>())
+    EXPECT_EQ(button->autoDefault(), button->objectName() == QLatin1String("cmdClose"))
+        << FromQt(button->objectName());
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, ShownOnly, testing::Values("dlgPlan", "dlgChart", "dlgDiagram"),
+                         [](const auto& info) { return std::string(info.param); });
+
+class CaptionTest : public DesktopFixture {};
+
+TEST_F(CaptionTest, WhatIsSaidOfAValueGoesOnInAnotherLine) {
+  const auto frame = ShowForm("frmMDI");
+  const auto window = ShowForm("frmRecords");
+  window->Find<PictureBox>("fraSide").SetVisible(true);
+  window->Find<PictureBox>("fraSide").SetBounds({0, 900, 4500, 4000});
+  window->Find<PictureBox>("fraValue").SetVisible(true);
+  auto& said = dynamic_cast<QLabel&>(WidgetOf(*window, "lblValue"));
+  window->Find<Label>("lblValue")
+      .SetCaption("picture: PNG picture, 7858 bytes; PNG, 64 x 64 pixels, the first of 12 frames");
+  host.Settle();
+  EXPECT_GE(said.height(), 2 * said.fontMetrics().height());
+  EXPECT_GE(said.height(), said.heightForWidth(said.width()));
+}
+
+TEST_F(CaptionTest, TheListsOfAChartHaveRoomForNames) {
+  const auto window = ShowForm("dlgChart");
+  host.Settle();
+  const QWidget& list = WidgetOf(*window, "cboY");
+  EXPECT_GE(list.width(), list.fontMetrics().horizontalAdvance(QStringLiteral("(number of rows)")));
 }
 
 TEST(FormRegistryTest, KnowsNoOtherForms) { EXPECT_EQ(MakeForm("frmNone"), nullptr); }

@@ -68,6 +68,7 @@ TEST_F(ExplainTest, ThePlanIsShownWithTheCostliestStepMarked) {
     EXPECT_EQ(Line(w, 0), "Sort|5||||33 %|");
     EXPECT_EQ(Line(w, 1), "   Seq Scan on orders|1000||||67 %, the most|");
     EXPECT_EQ(w.Find<ListView>("lsvPlan").SelectedIndex(), 1);
+    EXPECT_GT(w.Find<ListView>("lsvPlan").ColumnWidth(0), 4000) << "a step has a long name";
     EXPECT_NE(w.Find<ListView>("lsvPlan").Row(1).foreColor, color::windowText);
     EXPECT_EQ(w.Find<Label>("lblPlan").Caption(), "The share is that of the estimated cost.");
     w.Click("cmdCopy");
