@@ -164,16 +164,18 @@ class Loading {
     const std::size_t name = RequireField(rows, "COLUMN_NAME");
     TableNames tableNames(rows, tree_.QuotingOf(databaseKey_), rowsetsKnowBetter_);
     TableSchema table;
+    bool known = false;
     std::string buffer;
     const std::int64_t count = rows.RecordCount();
     if (structure_) structure_->BeginFields(rows);
     const auto take = [&](std::int64_t row) {
       const std::string_view of = tableNames.At(row);
-      if (structure_) structure_->TakeField(rows, row, of);
       if (of != table.name) {
         AddFieldsOf(table);
         table = {std::string(of), {}};
+        known = tree_.View().Exists(TableNodeKey(databaseKey_, of));
       }
+      if (structure_ && known) structure_->TakeField(rows, row, of);
       table.fields.emplace_back(NameAt(rows, row, name, buffer));
     };
     ForEach("Reading field names...", count, take);

@@ -12,6 +12,9 @@ namespace {
 constexpr std::size_t mostTables = 300;  ///< That are drawn without a key.
 constexpr std::size_t mostFields = 14;   ///< Of a table.
 
+/// Behind each text, since dot may take its letters for narrower than they are drawn.
+constexpr const char* spare = "&#160;&#160;";
+
 /// Text of a label, which is markup to dot.
 std::string Escaped(const std::string& text) {
   std::string escaped;
@@ -78,7 +81,7 @@ class Writer {
         "t" + std::to_string(numbers_[table.listed]) +
         " [label=<<table border=\"0\" cellborder=\"1\" cellspacing=\"0\" cellpadding=\"3\">"
         "<tr><td bgcolor=\"#d6e6fb\"><b>" +
-        Escaped(table.listed) + "</b></td></tr>";
+        Escaped(table.listed) + "</b>" + spare + "</td></tr>";
     for (const FieldFacts* field : fields) WriteField(*field);
     if (fields.size() < table.fields.size())
       out_.text += "<tr><td align=\"left\"><i>" +
@@ -90,7 +93,7 @@ class Writer {
     const std::string name = Escaped(field.name);
     out_.text += "<tr><td align=\"left\" bgcolor=\"white\">" +
                  (field.keyPlace > 0 ? "<b>" + name + "</b>" : name) +
-                 (field.type.empty() ? "" : " : " + Escaped(field.type)) + "</td></tr>";
+                 (field.type.empty() ? "" : " : " + Escaped(field.type)) + spare + "</td></tr>";
   }
 
   void WriteKey(const ForeignKey& key) {

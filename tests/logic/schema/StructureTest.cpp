@@ -71,6 +71,15 @@ TEST_F(StructureTest, FurtherNodesStandBelowTheGivenOnes) {
   EXPECT_THAT(Tables()[2].fields, ElementsAre("id", "customer_id"));
 }
 
+/// Neither views nor the tables that a database keeps for itself are drawn, and none hangs
+/// together.
+TEST_F(StructureTest, OnlyListedTablesHaveAStructure) {
+  ASSERT_TRUE(Load());
+  std::vector<std::string> names;
+  for (const TableFacts* table : tree.StructureOf("d1").Tables()) names.push_back(table->listed);
+  EXPECT_THAT(names, testing::UnorderedElementsAre("customers", "orders", "archive.orders"));
+}
+
 TEST_F(StructureTest, AFieldTellsItsTypeItsKeyAndWhatItRefersTo) {
   ASSERT_TRUE(Load());
   EXPECT_EQ(view.NoteOf("fd1.ORDERS.ID").toolTip, "integer, NOT NULL\nPrimary key");
