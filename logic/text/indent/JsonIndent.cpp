@@ -10,29 +10,39 @@ namespace tessel {
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
 bool IsDigit(char character) { return character >= '0' && character <= '9'; }
 bool IsHexDigit(char character) {
   return IsDigit(character) || (character >= 'a' && character <= 'f') ||
          (character >= 'A' && character <= 'F');
 }
 
-class JsonIndenter {
+class JsonIndenter final : public Indenting {
  public:
-  explicit JsonIndenter(std::string_view text) : text_(text) {}
-
-  IndentedText Run() {
+  explicit JsonIndenter(std::string_view text) : text_(text), place_(BehindMark(text)) {
     out_.reserve(text_.size() + text_.size() / 4);
-    if (text_.starts_with(byteOrderMark)) place_ = byteOrderMark.size();
+  }
+
+  bool Step(std::size_t bytes) override {
+    const std::size_t until = place_ + bytes;
     try {
-      expectsValue_ = true;
-      while (expectsValue_ || !open_.empty()) Step();
+      while (expectsValue_ || !open_.empty()) {
+        if (place_ >= until) return true;
+        ReadPart();
+      }
       place_ = SkipBlanks(text_, place_);
       if (place_ < text_.size()) Fault("the text goes on behind its end");
     } catch (TextFault& fault) {
-      return {TextStructure::Json, {}, std::move(fault)};
+      fault_ = std::move(fault);
     }
+    return false;
+  }
+
+  [[nodiscard]] int Percent() const override {
+    return text_.empty() ? 100 : static_cast<int>(place_ * 100 / text_.size());
+  }
+
+  [[nodiscard]] IndentedText Result() override {
+    if (fault_) return {TextStructure::Json, {}, std::move(fault_)};
     return {TextStructure::Json, std::move(out_), std::nullopt};
   }
 
@@ -50,7 +60,7 @@ class JsonIndenter {
   }
 
   /// One part more: nothing calls itself for what is inside of it.
-  void Step() {
+  void ReadPart() {
     if (std::exchange(expectsValue_, false)) ReadValue();
     else ReadNext();
   }
@@ -165,14 +175,17 @@ class JsonIndenter {
   }
 
   std::string_view text_;
-  std::size_t place_ = 0;
+  std::size_t place_;
   std::string out_;
-  bool expectsValue_ = false;
+  std::optional<TextFault> fault_;
+  bool expectsValue_ = true;
   std::string open_;  ///< The brackets that are open, the outermost first.
 };
 
 }  // namespace
 
-IndentedText IndentJson(std::string_view text) { return JsonIndenter(text).Run(); }
+std::unique_ptr<Indenting> StartIndentingJson(std::string_view text) {
+  return std::make_unique<JsonIndenter>(text);
+}
 
 }  // namespace tessel

@@ -1,5 +1,6 @@
 #include "logic/text/indent/StructuredText.h"
 
+#include <cstdint>
 #include <utility>
 
 #include "contract/base/Keys.h"
@@ -9,6 +10,9 @@ namespace tessel {
 namespace {
 
 constexpr const char* indentedSetting = "viewer indented";
+constexpr int betweenSlices = 1;  ///< Milliseconds, as the next one.
+constexpr std::int64_t sliceMilliseconds = 8;
+constexpr std::size_t stepBytes = 64U << 10U;
 
 }  // namespace
 
@@ -16,7 +20,12 @@ StructuredText::StructuredText(const Global& global, Window& window, EditorBox& 
     : box_(box),
       chkIndented_(window.Find<CheckBox>("chkIndented")),
       lblStructure_(window.Find<Label>("lblStructure")),
-      settings_(global) {}
+      settings_(global),
+      clock_(global.TheDesktop().TheClock()),
+      timer_(window.TimerNamed("tmrIndent")) {
+  timer_.SetInterval(betweenSlices);
+  timer_.Tick = [this] { RunSlice(); };
+}
 
 void StructuredText::Show(const std::string& text) {
   const TextStructure structure = GuessStructure(text);
@@ -27,7 +36,7 @@ void StructuredText::Show(const std::string& text) {
   box_.SetSyntax(structure == TextStructure::Json ? TextSyntax::Json : TextSyntax::Xml);
   lblStructure_.SetCaption(StructureName(structure));
   chkIndented_.Click = nullptr;
-  const bool indented = settings_.Number(indentedSetting, 1) != 0 && text.size() <= longestAtOnce;
+  const bool indented = settings_.Number(indentedSetting, 1) != 0 && text.size() <= longestUnasked;
   chkIndented_.SetValue(indented);
   if (indented) ShowIndented();
   chkIndented_.Click = [this] { chkIndented_Click(); };
@@ -39,6 +48,10 @@ std::string StructuredText::Text() const {
 }
 
 bool StructuredText::TakeKey(const KeyEvent& event) {
+  if (work_ != nullptr && event.keyCode == key::escape && event.shift == shiftState::none) {
+    chkIndented_.SetValue(false);
+    return true;
+  }
   if (event.keyCode != 'I' || event.shift != shiftState::ctrl || !chkIndented_.Visible())
     return false;
   chkIndented_.SetValue(!chkIndented_.Value());
@@ -46,25 +59,61 @@ bool StructuredText::TakeKey(const KeyEvent& event) {
 }
 
 void StructuredText::chkIndented_Click() {
-  settings_.SetNumber(indentedSetting, chkIndented_.Value() ? 1 : 0);
+  if (work_ == nullptr) settings_.SetNumber(indentedSetting, chkIndented_.Value() ? 1 : 0);
   if (chkIndented_.Value()) ShowIndented();
   else ShowAsItIs();
   box_.SetFocus();
 }
 
-/// A text that breaks the rules is shown as it is, and the place is told.
+// --- indenting -----------------------------------------------------------------------------------
+
 void StructuredText::ShowIndented() {
-  std::string text = Text();
-  IndentedText indented = Indent(text);
-  Say(indented, text);
-  if (indented.structure == TextStructure::None || indented.fault) return;
-  original_ = std::move(text);
+  original_ = Text();
+  shown_.clear();
+  work_ = StartIndenting(original_);
+  if (work_ == nullptr) return Say({}, original_);
+  if (original_.size() > longestAtOnce) {
+    wasLocked_ = box_.Locked();
+    box_.SetLocked(true);
+    timer_.SetEnabled(true);
+    return;
+  }
+  while (work_->Step(original_.size() + 1)) {
+  }
+  EndIndenting();
+}
+
+void StructuredText::RunSlice() {
+  if (work_ == nullptr) return timer_.SetEnabled(false);
+  const std::int64_t start = clock_.Milliseconds();
+  while (clock_.Milliseconds() - start < sliceMilliseconds)
+    if (!work_->Step(stepBytes)) return EndIndenting();
+  lblStructure_.SetCaption("Indenting... " + std::to_string(work_->Percent()) + " % (Esc stops)");
+}
+
+/// A text that breaks the rules is shown as it is, and the place is told.
+void StructuredText::EndIndenting() {
+  IndentedText indented = work_->Result();
+  Stop();
+  Say(indented, original_);
+  if (indented.fault) return;
   shown_ = std::move(indented.text);
   box_.SetText(shown_);
 }
 
+void StructuredText::Stop() {
+  work_.reset();
+  if (!timer_.Enabled()) return;
+  timer_.SetEnabled(false);
+  box_.SetLocked(wasLocked_);
+}
+
 /// What the user has changed stays as he sees it.
 void StructuredText::ShowAsItIs() {
+  if (work_ != nullptr) {
+    Stop();
+    return lblStructure_.SetCaption(StructureName(GuessStructure(original_)));
+  }
   const std::string text = Text();
   shown_.clear();
   original_.clear();

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
+#include "contract/base/Clock.h"
 #include "contract/desktop/Window.h"
 #include "contract/desktop/controls/Button.h"
 #include "contract/desktop/controls/EditorBox.h"
@@ -14,25 +16,31 @@ namespace tessel {
 
 /// JSON or XML in the text window: coloured, and indented as long as the box of that is ticked,
 /// which is remembered. Indenting is a look only: the text stays the one it was until the user
-/// changes what he sees. Any other text has no such box.
+/// changes what he sees. A long text is indented in slices, between which the window works on; the
+/// text cannot be changed meanwhile. Any other text has no such box.
 class StructuredText {
  public:
   /// The window has the controls "chkIndented" and "lblStructure"; all outlive it.
   StructuredText(const Global& global, Window& window, EditorBox& box);
 
   /// A longer text is indented when the user asks for it only, since that takes a moment.
-  static constexpr std::size_t longestAtOnce = 2U << 20U;
+  static constexpr std::size_t longestUnasked = 2U << 20U;
+  /// A longer text is indented in slices.
+  static constexpr std::size_t longestAtOnce = 256U << 10U;
 
   /// Puts a text into the box.
   void Show(const std::string& text);
   /// The text: as it was given unless the user changed it.
   [[nodiscard]] std::string Text() const;
-  /// Ctrl+I; true when it was that.
+  /// Ctrl+I, and Esc while a text is being indented; true when it was that.
   bool TakeKey(const KeyEvent& event);
 
  private:
   void chkIndented_Click();
   void ShowIndented();
+  void RunSlice();
+  void EndIndenting();
+  void Stop();
   void ShowAsItIs();
   void Say(const IndentedText& indented, const std::string& text);
 
@@ -40,8 +48,12 @@ class StructuredText {
   CheckBox& chkIndented_;
   Label& lblStructure_;
   ViewSettings settings_;
-  std::string original_;  ///< What is shown indented.
-  std::string shown_;     ///< As it is shown; empty: as it is.
+  const Clock& clock_;
+  Timer& timer_;
+  std::unique_ptr<Indenting> work_;  ///< Of original_, while it is under way.
+  bool wasLocked_ = false;           ///< The box was, before that.
+  std::string original_;             ///< What is shown indented, or will be.
+  std::string shown_;                ///< As it is shown; empty: as it is.
 };
 
 }  // namespace tessel

@@ -9,11 +9,17 @@ namespace tessel {
 namespace {
 
 constexpr std::size_t blanksOfLevel = 2;
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 bool BeginsTag(char next) {
   return (next >= 'a' && next <= 'z') || (next >= 'A' && next <= 'Z') || next == '_' ||
          next == '?' || next == '!' || next == '/' || (static_cast<unsigned char>(next) >= 0x80);
+}
+
+IndentedText WithoutStop(const std::unique_ptr<Indenting>& work, std::string_view text) {
+  if (work == nullptr) return {};
+  while (work->Step(text.size() + 1)) {
+  }
+  return work->Result();
 }
 
 }  // namespace
@@ -29,21 +35,26 @@ void AppendLine(std::string& out, std::size_t level) {
 }
 
 TextStructure GuessStructure(std::string_view text) {
-  const std::size_t first =
-      SkipBlanks(text, text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
+  const std::size_t first = SkipBlanks(text, BehindMark(text));
   if (first == text.size()) return TextStructure::None;
   if (text[first] == '{' || text[first] == '[') return TextStructure::Json;
   const bool tag = text[first] == '<' && first + 1 < text.size() && BeginsTag(text[first + 1]);
   return tag ? TextStructure::Xml : TextStructure::None;
 }
 
-IndentedText Indent(std::string_view text) {
+std::unique_ptr<Indenting> StartIndenting(std::string_view text) {
   switch (GuessStructure(text)) {
-    case TextStructure::Json: return IndentJson(text);
-    case TextStructure::Xml: return IndentXml(text);
-    default: return {};
+    case TextStructure::Json: return StartIndentingJson(text);
+    case TextStructure::Xml: return StartIndentingXml(text);
+    default: return nullptr;
   }
 }
+
+IndentedText Indent(std::string_view text) { return WithoutStop(StartIndenting(text), text); }
+IndentedText IndentJson(std::string_view text) {
+  return WithoutStop(StartIndentingJson(text), text);
+}
+IndentedText IndentXml(std::string_view text) { return WithoutStop(StartIndentingXml(text), text); }
 
 std::string FaultText(std::string_view text, const TextFault& fault) {
   const TextSpot spot = SpotOf(text, fault.offset);

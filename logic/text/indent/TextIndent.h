@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,6 +33,28 @@ struct IndentedText {
 /// followed by a letter, "?", "!" or "/" XML.
 [[nodiscard]] TextStructure GuessStructure(std::string_view text);
 
+/// The indenting of a text in steps; the text stays as it is meanwhile.
+class Indenting {
+ public:
+  virtual ~Indenting() = default;
+  Indenting() = default;
+  Indenting(const Indenting&) = delete;
+  Indenting& operator=(const Indenting&) = delete;
+
+  /// Goes on for about so many bytes, at least 1; a single string or tag is never parted. False
+  /// when there is nothing left to do.
+  virtual bool Step(std::size_t bytes) = 0;
+  /// How much is done, from 0 to 100.
+  [[nodiscard]] virtual int Percent() const = 0;
+  /// What came of it: once, when there is nothing left to do.
+  [[nodiscard]] virtual IndentedText Result() = 0;
+};
+
+/// Begins to indent a text in the way of what it looks like; null when it looks like nothing.
+[[nodiscard]] std::unique_ptr<Indenting> StartIndenting(std::string_view text);
+[[nodiscard]] std::unique_ptr<Indenting> StartIndentingJson(std::string_view text);
+[[nodiscard]] std::unique_ptr<Indenting> StartIndentingXml(std::string_view text);
+
 /// The text in the way of what it looks like; with no structure when it looks like nothing.
 /// Two blanks a level; from `deepestIndent` levels on lines begin no farther in.
 [[nodiscard]] IndentedText Indent(std::string_view text);
@@ -51,6 +74,11 @@ inline constexpr std::size_t deepestIndent = 20;
 /// A blank of JSON and XML.
 [[nodiscard]] constexpr bool IsBlank(char character) {
   return character == ' ' || character == '\n' || character == '\r' || character == '\t';
+}
+inline constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+/// Where the text itself begins: behind a byte order mark.
+[[nodiscard]] constexpr std::size_t BehindMark(std::string_view text) {
+  return text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
 }
 /// The first place from `from` on that holds no blank; the end of the text when there is none.
 [[nodiscard]] std::size_t SkipBlanks(std::string_view text, std::size_t from);

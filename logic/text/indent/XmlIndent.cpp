@@ -24,9 +24,10 @@ struct Token {
 /// The parts of a text one after another. Raises TextFault.
 class XmlParts {
  public:
-  explicit XmlParts(std::string_view text) : text_(text) {}
+  explicit XmlParts(std::string_view text) : text_(text), place_(BehindMark(text)) {}
 
   [[nodiscard]] bool AtEnd() const { return place_ == text_.size(); }
+  [[nodiscard]] std::size_t Place() const { return place_; }
 
   Token Next() {
     const std::size_t begin = place_;
@@ -91,22 +92,41 @@ class XmlParts {
   }
 
   std::string_view text_;
-  std::size_t place_ = 0;
+  std::size_t place_;
 };
 
 bool IsBlankText(std::string_view text) { return SkipBlanks(text, 0) == text.size(); }
 
-class XmlIndenter {
+class XmlIndenter final : public Indenting {
  public:
-  explicit XmlIndenter(std::string_view text) : text_(text) {}
+  explicit XmlIndenter(std::string_view text) : text_(text), parts_(text) {}
 
-  IndentedText Run() {
+  bool Step(std::size_t bytes) override {
+    const std::size_t until = parts_.Place() + bytes;
     try {
-      Look();
+      while (!parts_.AtEnd()) {
+        if (parts_.Place() >= until) return true;
+        const Token token = parts_.Next();
+        if (writes_) WriteToken(token);
+        else LookAt(token);
+      }
+      if (writes_) return false;
+      EndLook();
     } catch (TextFault& fault) {
-      return {TextStructure::Xml, {}, std::move(fault)};
+      fault_ = std::move(fault);
+      return false;
     }
-    Write();
+    BeginWriting();
+    return true;
+  }
+
+  [[nodiscard]] int Percent() const override {
+    const std::size_t half = text_.empty() ? 50 : parts_.Place() * 50 / text_.size();
+    return static_cast<int>(half) + (writes_ ? 50 : 0);
+  }
+
+  [[nodiscard]] IndentedText Result() override {
+    if (fault_) return {TextStructure::Xml, {}, std::move(fault_)};
     return {TextStructure::Xml, std::move(out_), std::nullopt};
   }
 
@@ -131,11 +151,10 @@ class XmlIndenter {
     Token tag;
   };
 
-  void Look() {
-    XmlParts parts(text_);
-    while (!parts.AtEnd()) LookAt(parts.Next());
+  void EndLook() const {
     if (!open_.empty()) throw TextFault{open_.back().tag.begin, "this element is never closed"};
-    if (holdsText_.empty() && !hasElement_) throw TextFault{0, "there is no element"};
+    if (holdsText_.empty() && !hasElement_)
+      throw TextFault{BehindMark(text_), "there is no element"};
   }
 
   void LookAt(const Token& token) {
@@ -178,10 +197,10 @@ class XmlIndenter {
 
   // --- the second time ---------------------------------------------------------------------------
 
-  void Write() {
+  void BeginWriting() {
     out_.reserve(text_.size() + text_.size() / 4);
-    XmlParts parts(text_);
-    while (!parts.AtEnd()) WriteToken(parts.Next());
+    parts_ = XmlParts(text_);
+    writes_ = true;
   }
 
   void WriteToken(const Token& token) {
@@ -224,6 +243,9 @@ class XmlIndenter {
   }
 
   std::string_view text_;
+  XmlParts parts_;
+  bool writes_ = false;  ///< It reads for the second time.
+  std::optional<TextFault> fault_;
   std::vector<bool> holdsText_;  ///< Of each element in the order of opening.
   std::vector<OpenElement> open_;
   bool hasElement_ = false;
@@ -236,12 +258,8 @@ class XmlIndenter {
 
 }  // namespace
 
-IndentedText IndentXml(std::string_view text) {
-  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-  if (!text.starts_with(byteOrderMark)) return XmlIndenter(text).Run();
-  IndentedText indented = IndentXml(text.substr(byteOrderMark.size()));
-  if (indented.fault) indented.fault->offset += byteOrderMark.size();
-  return indented;
+std::unique_ptr<Indenting> StartIndentingXml(std::string_view text) {
+  return std::make_unique<XmlIndenter>(text);
 }
 
 }  // namespace tessel

@@ -108,12 +108,49 @@ TEST_F(StructuredTextTest, AnyOtherTextHasNoBoxForIt) {
   }
 }
 
-TEST_F(StructuredTextTest, ALongTextIsIndentedWhenAskedFor) {
+TEST_F(StructuredTextTest, ALongTextIsIndentedWhenAskedForAndInSlices) {
   text = "[" + std::string(3'000'000, ' ') + "1]";
   ShowIt([&](HeadlessWindow& w) {
     EXPECT_EQ(Shown(w), text);
     w.Click("chkIndented");
+    EXPECT_EQ(Shown(w), text) << "the window is not held up";
+    EXPECT_TRUE(w.Find<EditorBox>("txtText").Locked());
+    desktop.AdvanceTime(1);
     EXPECT_EQ(Shown(w), "[\n  1\n]");
+    EXPECT_FALSE(w.Find<EditorBox>("txtText").Locked());
+    EXPECT_EQ(w.Find<Label>("lblStructure").Caption(), "JSON");
+  });
+}
+
+TEST_F(StructuredTextTest, EscStopsTheIndentingAndLeavesTheText) {
+  text = "[" + std::string(300'000, ' ') + "1]";
+  ShowIt([&](HeadlessWindow& w) {
+    EXPECT_EQ(Shown(w), text) << "it is shown before it is indented";
+    w.PressKey(key::escape);
+    EXPECT_TRUE(w.Visible()) << "the window stays";
+    desktop.AdvanceTime(100);
+    EXPECT_EQ(Shown(w), text);
+    EXPECT_FALSE(w.Find<CheckBox>("chkIndented").Value());
+    EXPECT_FALSE(w.Find<EditorBox>("txtText").Locked());
+    EXPECT_EQ(w.Find<Label>("lblStructure").Caption(), "JSON");
+  });
+  text = "[1]";
+  ShowIt([&](HeadlessWindow& w) { EXPECT_EQ(Shown(w), "[\n  1\n]") << "the next one is"; });
+}
+
+TEST_F(StructuredTextTest, ATextThatIsConfirmedMeanwhileIsTheOneItWas) {
+  text = "[" + std::string(300'000, ' ') + "1]";
+  const std::string before = text;
+  EXPECT_TRUE(ShowIt([&](HeadlessWindow& w) { w.Click("cmdOK"); }));
+  EXPECT_EQ(text, before);
+}
+
+TEST_F(StructuredTextTest, TheFaultOfALongTextIsFoundInItsSlice) {
+  text = "<a>" + std::string(300'000, ' ') + "</b>";
+  ShowIt([&](HeadlessWindow& w) {
+    desktop.AdvanceTime(1);
+    EXPECT_EQ(Shown(w), text);
+    EXPECT_TRUE(w.Find<Label>("lblStructure").Caption().starts_with("No XML at line 1, column"));
   });
 }
 

@@ -128,5 +128,33 @@ TEST(TextIndentTest, NothingButBlanksIsChangedInALongText) {
   EXPECT_EQ(Signs(Indent(xml).text), xml);
 }
 
+TEST(TextIndentTest, StepsComeToTheSameAsOneGo) {
+  std::string json = "\xEF\xBB\xBF{\"list\":[";
+  while (json.size() < 5'000) json += R"({"id":12345,"name":"n \u00e4","v":[1,2.50],"e":{}},)";
+  json += "1]}";
+  std::string xml = "<?xml version=\"1.0\"?><r>";
+  while (xml.size() < 5'000) xml += "<row a=\"1\"><name>some <b/> text</name><v/></row>";
+  xml += "</r>";
+  for (const std::string& text : {json, xml, json + "!", xml + "<s/>", std::string("[1 2]")}) {
+    const auto work = StartIndenting(text);
+    int steps = 1;
+    int percent = 0;
+    for (; work->Step(100); ++steps) {
+      EXPECT_GE(work->Percent(), percent);
+      percent = work->Percent();
+    }
+    const IndentedText at = work->Result();
+    const IndentedText whole = Indent(text);
+    EXPECT_EQ(at.text, whole.text);
+    EXPECT_EQ(at.structure, whole.structure);
+    EXPECT_EQ(at.fault.has_value(), whole.fault.has_value());
+    if (at.fault) {
+      EXPECT_EQ(FaultText(text, *at.fault), FaultText(text, *whole.fault));
+    }
+    EXPECT_TRUE(text.size() < 4'000 || steps > 20) << steps;
+  }
+  EXPECT_EQ(StartIndenting("plain"), nullptr);
+}
+
 }  // namespace
 }  // namespace tessel
