@@ -15,6 +15,7 @@ frmRows::frmRows(const Global& global, dlgAsync& async, RecordsHost& host)
       cmdAgain_(window_->Find<Button>("cmdAgain")),
       cmdGoTo_(window_->Find<Button>("cmdGoTo")),
       dataGrid_(window_->Find<DataGrid>("DataGrid")),
+      rowTools_(*window_, global.TheDesktop().TheClock(), ToolsHost()),
       conversion_(global, *window_, async, host),
       export_(
           global, *window_, async, [this](const std::string& text) { lblStatus_.SetCaption(text); },
@@ -22,6 +23,7 @@ frmRows::frmRows(const Global& global, dlgAsync& async, RecordsHost& host)
   window_->KeyDown = [this](KeyEvent& event) { Form_KeyDown(event); };
   window_->Unloaded = [this] { Form_Unload(); };
   window_->Menu("mnuRowsSelect").Click = [this] { dataGrid_.SelectRow(); };
+  WireArranging();
   WireFrameCommands(*window_, host);
   WireZoomReset(*window_, dataGrid_);
 }
@@ -31,17 +33,59 @@ frmRows::~frmRows() {
   Form_Unload();
 }
 
+// --- finding, sorting and filtering --------------------------------------------------------------
+
+/// The rows are never changed, and the form places its lines itself.
+RowTools::Host frmRows::ToolsHost() {
+  const auto tell = [this](const std::string& text, bool isCount) {
+    const RowArrangement& now = dataGrid_.DataSource()->Arrangement();
+    arranging_ = isCount && now.sort.empty() && now.conditions.empty() ? "" : text;
+    ShowStatus();
+  };
+  return {[] { return true; }, tell, [this] { ShowStatus(); }, [] {}};
+}
+
+void frmRows::WireArranging() {
+  using namespace shiftState;
+  struct Entry {
+    const char* item;
+    int keyCode;
+    int shift;
+  };
+  static constexpr Entry entries[] = {{"mnuRowsFind", 'F', ctrl},
+                                      {"mnuRowsFilter", 'F', ctrl | shift},
+                                      {"mnuRowsSort", 'S', ctrl | shift},
+                                      {"mnuRowsSortFurther", 'A', ctrl | shift},
+                                      {"mnuColumnWider", 'W', ctrl | shift},
+                                      {"mnuColumnNarrower", 'N', ctrl | shift}};
+  for (const Entry& entry : entries)
+    window_->Menu(entry.item).Click = [this, &entry] {
+      rowTools_.TakeKey(entry.keyCode, entry.shift);
+    };
+  dataGrid_.RowsChange = [this] { rowTools_.NoteRows(); };
+}
+
+/// The line about the rows, then what the selected cells come to or how the rows are arranged.
+void frmRows::ShowStatus() {
+  const std::string& more = rowTools_.SumText().empty() ? arranging_ : rowTools_.SumText();
+  lblStatus_.SetCaption(about_ + (about_.empty() || more.empty() ? "" : ". ") + more);
+}
+
 void frmRows::Form_Unload() {
   if (std::exchange(unloaded_, true)) return;
   dataGrid_.SetDataSource(nullptr);
+  rowTools_.ShowRecordset();
   if (onUnloaded) onUnloaded();
 }
 
 void frmRows::ShowRows(const std::string& caption, std::shared_ptr<Recordset> rows,
                        const std::string& status) {
   window_->SetCaption(caption);
-  lblStatus_.SetCaption(status);
+  about_ = status;
+  arranging_.clear();
   dataGrid_.SetDataSource(std::move(rows));
+  rowTools_.ShowRecordset();
+  ShowStatus();
   window_->Show();
   dataGrid_.SetFocus();
 }
@@ -73,7 +117,7 @@ void frmRows::Form_KeyDown(KeyEvent& event) {
 /// Esc goes back to the SQL and leaves the window as it is. Enter on a row does what a double click
 /// does, where that does anything.
 bool frmRows::HandleKey(int keyCode, int shift) {
-  if (host_.HandleFrameKey(keyCode, shift)) return true;
+  if (host_.HandleFrameKey(keyCode, shift) || rowTools_.TakeKey(keyCode, shift)) return true;
   if (keyCode == 'E' && shift == (shiftState::ctrl | shiftState::shift)) {
     export_.Run();
     return true;

@@ -10,14 +10,15 @@
 #include "contract/desktop/controls/Label.h"
 #include "logic/program/Global.h"
 #include "logic/results/RecordsHost.h"
+#include "logic/results/arrange/RowTools.h"
 #include "logic/results/conversions/RecordConversion.h"
 #include "logic/results/export/ExportCommand.h"
 
 namespace tessel {
 
 /// A window of rows that belong to no single connection, to be read only: the run summary, merged
-/// rows, differences. They are copied, converted, sorted and used in tags as those of a records
-/// window are. What only some rows can do shows once it is offered.
+/// rows, differences. They are copied, converted, sorted, searched, filtered and used in tags as
+/// those of a records window are. What only some rows can do shows once it is offered.
 class frmRows {
  public:
   /// `async` and `host` outlive this object.
@@ -55,6 +56,9 @@ class frmRows {
   [[nodiscard]] bool HandleKey(int keyCode, int shift);
   [[nodiscard]] bool HasFocus() const;
   void GoTo();
+  [[nodiscard]] RowTools::Host ToolsHost();
+  void WireArranging();
+  void ShowStatus();
 
   RecordsHost& host_;
   std::unique_ptr<Window> window_;
@@ -63,9 +67,12 @@ class frmRows {
   Button& cmdAgain_;
   Button& cmdGoTo_;
   DataGrid& dataGrid_;
+  RowTools rowTools_;
   RecordConversion conversion_;
   ExportCommand export_;
   std::function<void(Bookmark)> goTo_;
+  std::string about_;      ///< The line about the rows.
+  std::string arranging_;  ///< How they are arranged; empty: all of them as they came.
   bool unloaded_ = false;
 };
 

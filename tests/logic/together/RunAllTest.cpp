@@ -319,6 +319,38 @@ TEST_F(CombinedRowsWindowTest, RowsOfAllStandInOneGrid) {
   EXPECT_EQ(Row(5), "B caption|4|Kiev");
 }
 
+TEST_F(CombinedRowsWindowTest, MergedRowsAreFoundSortedAndFiltered) {
+  ShowOrders();
+  mdi().ChooseMenu("mnuDBMergedRows");
+  auto& window = desktop.WindowOf("frmRows");
+  window.Find<DataGrid>("DataGrid").SetFocus();
+  window.PressKey('F', shiftState::ctrl | shiftState::shift);
+  EXPECT_EQ(window.FocusName(), "txtFilterRows");
+  window.Type("txtFilterRows", "e");
+  desktop.AdvanceTime(1000);
+  EXPECT_EQ(Grid().DataSource()->RecordCount(), 4);
+  EXPECT_EQ(RowsStatus(), "6 record(s) of 2 connection(s). 4 of 6 record(s).");
+  window.PressKey(key::enter);
+  window.ClickGridCell("DataGrid", 0, 2);
+  window.PressKey('S', shiftState::ctrl | shiftState::shift);
+  desktop.AdvanceTime(1000);
+  EXPECT_EQ(Row(0), "A caption|3|Bern");
+  EXPECT_EQ(RowsStatus(), "6 record(s) of 2 connection(s). 4 of 6 record(s). Sorted by city.");
+  window.PressKey('F', shiftState::ctrl);
+  window.Type("txtFindRows", "kiev");
+  window.PressKey(key::enter);
+  desktop.AdvanceTime(1000);
+  EXPECT_EQ(ToText(Grid().DataSource()->FieldValue(2)), "Kiev");
+  window.PressKey(key::escape);
+  EXPECT_EQ(window.FocusName(), "DataGrid") << "it closes the line first";
+  window.ChooseMenu("mnuRowsFilter");
+  window.PressKey(key::escape);
+  window.ChooseMenu("mnuRowsSortNot");
+  desktop.AdvanceTime(1000);
+  EXPECT_EQ(RowsStatus(), "6 record(s) of 2 connection(s)");
+  EXPECT_EQ(Row(0), "A caption|1|Rome");
+}
+
 TEST_F(CombinedRowsWindowTest, MergedRowsOutliveTheWindowsTheyCameFrom) {
   ShowOrders();
   mdi().ChooseMenu("mnuDBMergedRows");
