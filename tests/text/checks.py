@@ -4,6 +4,7 @@ import re
 import shutil
 import subprocess
 
+import definitions
 import helpbook
 import keyspage
 
@@ -269,6 +270,11 @@ def compiles(tree, compiler, guard):
     return subprocess.run(command, cwd=tree.root, input=source.encode(), capture_output=True).returncode == 0
 
 
+def one_definition(tree):
+    """No two files of the product define a type of one name in one namespace; in unnamed ones they may."""
+    return definitions.repeated((path, tree.code(path)) for path in tree.code_paths(*PRODUCT))
+
+
 def icons(tree):
     """Every icon used is in the icon list, and every icon in the list is there."""
     listed = dict(ICON_ENTRY.findall(tree.text(ICON_LIST))) if ICON_LIST in tree.paths else {}
@@ -295,4 +301,4 @@ def keys_page(tree):
 ALL = (logic_includes, contract_includes, implementation_includes, upward_includes,
        library_doors, inline_members, event_pump, forbidden_words, include_cycles, unit_circles,
        folder_pairs, folder_sizes,
-       section_marks, contract_comments, formatting, guard_headers, icons, help_book, keys_page)
+       section_marks, contract_comments, formatting, guard_headers, one_definition, icons, help_book, keys_page)

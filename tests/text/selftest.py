@@ -36,6 +36,10 @@ GOOD = {
     "desktop/help.qrc": "<file>../help/book.xml</file><file>../help/a.html</file>"
                         "<file>../help/keyboard.html</file>",
     "logic/app/Help.cpp": "constexpr int questionContext = 9100; // otherContext = 1",
+    "logic/query/Places.cpp": "namespace tessel {\nnamespace {\nstruct Place {\n  int row;\n};\n} // namespace\n"
+                              "class Query::Place {};\nvoid F() {\n  struct Row {};\n}\n} // namespace tessel\n",
+    "logic/tags/Places.cpp": "namespace tessel {\nnamespace {\nstruct Place {\n  long row;\n};\n} // namespace\n"
+                             "class Row;\nstruct Row {\n  enum class Place { Here };\n};\n} // namespace tessel\n",
     "logic/app/Sections.h": "#pragma once\n// --- rows and fields %s\n// - a list\n" % ("-" * 50),
     **{"data/rows/%s.h" % letter: "#pragma once\n" for letter in "ABCDEFGHIJKLMNO"},
     "logic/query/b.h": '#pragma once\n#include "logic/query/text/a.h"\n',
@@ -108,6 +112,13 @@ BAD = (
     ("keys_page", "desktop/forms/b.ui", '<ui><widget name="c"><property name="toolTip"><string>Open (Ctrl+O)</string>'
      "</property></widget></ui>", "c shows Ctrl+O"),
     ("keys_page", "help/keyboard.html", "<tr><td>F5</td><td>run</td></tr>", "a shows Ctrl+PageUp"),
+    ("one_definition", "data/rows/A.h", "#pragma once\nnamespace tessel {\nstruct Row : Base {\n};\n}\n",
+     "tessel::Row is defined in data/rows/A.h:3 too"),
+    ("one_definition", "logic/query/Other.cpp", "namespace tessel {\nenum class Row { A };\n}\n", "tessel::Row is defined in"),
+    ("one_definition", "logic/query/Other.cpp", "namespace tessel {\nnamespace {\nint a;\n}\nclass Row final {\n};\n}\n",
+     "tessel::Row is defined in"),
+    ("one_definition", "logic/query/Other.cpp", "namespace tessel {\nclass Query::Place final : public A::B {\n};\n}\n",
+     "tessel::Query::Place is defined in"),
     ("icons", "desktop/forms/b.ui", "<iconset>:/icons/b.svg</iconset>\n", "b.svg is not in"),
     ("icons", "desktop/icons.qrc", '<file alias="a.svg">icons/c.svg</file>\n', "no icons/c.svg"),
 )
