@@ -95,14 +95,18 @@ void ExportCommand::OfferSelection(std::vector<Offer>& offers,
                     rows, static_cast<std::size_t>(first), columns, std::move(chosen)});
 }
 
-/// One file holds the rows of all, with a column that names the connection.
+/// One file holds the rows of all, with a column that names the connection; of each those on show,
+/// in their order.
 void ExportCommand::OfferAll(std::vector<Offer>& offers) const {
   const std::vector<NamedRows> parts = rowsOfAll_ ? rowsOfAll_() : std::vector<NamedRows>();
   if (parts.size() < 2) return;
   const std::shared_ptr<Recordset> merged = global_.Data().MergeRows(parts);
-  offers.push_back({"All connections: " + Counted(merged->RecordCount(), "record") + " of " +
-                        std::to_string(parts.size()),
-                    merged, 0, merged->Fields().size()});
+  const auto shown = std::make_shared<const ShownOfAll>(parts);
+  offers.push_back({.text = "All connections: " + Counted(shown->Count(), "record") + " of " +
+                            std::to_string(parts.size()),
+                    .rows = merged,
+                    .columns = merged->Fields().size(),
+                    .shownOfAll = shown});
 }
 
 // --- exporting -----------------------------------------------------------------------------------
@@ -112,6 +116,8 @@ void ExportCommand::Write(const Offer& offer, const ExportChoices& choices,
   const auto& fields = offer.rows->Fields();
   const auto first = fields.begin() + static_cast<std::ptrdiff_t>(offer.firstColumn);
   BatchReader reader(offer.rows, offer.firstColumn, offer.columns, offer.chosen);
+  if (const auto& shown = offer.shownOfAll)
+    reader.TakeBy(shown->Count(), [shown](std::int64_t row) { return shown->Merged(row); });
   const auto report =
       ExportToFile(global_, async_, reader,
                    {first, first + static_cast<std::ptrdiff_t>(offer.columns)}, choices, path);

@@ -9,6 +9,7 @@
 #include "contract/desktop/controls/DataGrid.h"
 #include "logic/program/Global.h"
 #include "logic/program/Help.h"
+#include "logic/results/export/ShownOfAll.h"
 #include "logic/results/export/formats/ExportChoices.h"
 
 namespace tessel {
@@ -37,6 +38,7 @@ class ExportCommand {
     std::size_t firstColumn = 0;
     std::size_t columns = 0;
     std::vector<Bookmark> chosen = {};
+    std::shared_ptr<const ShownOfAll> shownOfAll = nullptr;  ///< Where `rows` are merged ones.
   };
 
   void Export();

@@ -32,7 +32,13 @@ BatchReader::BatchReader(std::shared_ptr<Recordset> rows, std::size_t firstColum
 
 BatchReader::~BatchReader() { kept_->Close(); }
 
+void BatchReader::TakeBy(std::int64_t count, std::function<std::int64_t(std::int64_t)> positionOf) {
+  count_ = count;
+  positionOf_ = std::move(positionOf);
+}
+
 std::int64_t BatchReader::NextPosition() const {
+  if (positionOf_) return positionOf_(next_);
   if (chosen_.empty()) return next_;
   const auto position = rows_->PositionOf(chosen_[static_cast<std::size_t>(next_)]);
   if (!position)

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <vector>
@@ -36,6 +37,10 @@ class BatchReader {
   BatchReader& operator=(const BatchReader&) = delete;
   ~BatchReader();
 
+  /// Takes `count` records instead, each at the position that `positionOf` gives for its number
+  /// from 0 on. Before the first one.
+  void TakeBy(std::int64_t count, std::function<std::int64_t(std::int64_t)> positionOf);
+
   /// How many records there are in all.
   [[nodiscard]] std::int64_t Count() const { return count_; }
   [[nodiscard]] bool AtEnd() const { return next_ == count_; }
@@ -55,6 +60,7 @@ class BatchReader {
   std::size_t firstColumn_;
   std::size_t columns_;
   std::vector<Bookmark> chosen_;
+  std::function<std::int64_t(std::int64_t)> positionOf_;  ///< Empty: by `chosen_`.
   std::int64_t count_;
   std::int64_t next_ = 0;
 };

@@ -96,6 +96,25 @@ TEST_F(ExportCommandTest, TheRowsOfAllConnectionsStandInOneFile) {
                        "Other,1,a'b\r\nOther,2,\r\nOther,3,c\r\n");
 }
 
+/// Of each those on show: one is sorted and hides a row, the other is as it was opened.
+TEST_F(ExportCommandTest, TheRowsOfAllConnectionsAreThoseOnShow) {
+  RunThreeRows();
+  const auto other = Grid().DataSource()->Clone(LockType::ReadOnly);
+  RowArrangement arrangement{.sort = {{0, true}}};
+  arrangement.conditions = {
+      {.field = 0, .comparison = Comparison::NotEqual, .value = Value(std::int64_t{1})}};
+  const auto work = other->StartArrange(arrangement);
+  while (!work->HasEnded()) work->Step();
+  ASSERT_EQ(other->RecordCount(), 2);
+  host.rowsOfAll = {{"Other", other}, {"None", nullptr}, {"Shop", Grid().DataSource()}};
+  Export(ExportFormat::Csv, [](HeadlessWindow& w) {
+    EXPECT_EQ(EntriesOf(w, "cboWhat").back(), "All connections: 5 records of 3");
+    w.SelectItem("cboWhat", 1);
+  });
+  EXPECT_EQ(Content(), "Connection,id,name\r\nOther,3,c\r\nOther,2,\r\n"
+                       "Shop,1,a'b\r\nShop,2,\r\nShop,3,c\r\n");
+}
+
 TEST_F(ExportCommandTest, ATableAndAFileAreProposed) {
   RunThreeRows("select * from [Order Details] where 1 = 1");
   Choose([](HeadlessWindow& w) {
