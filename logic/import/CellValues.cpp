@@ -21,6 +21,8 @@ constexpr const char* noWhole = "is no whole number.";
 constexpr const char* noNumber = "is no number.";
 constexpr const char* tooLarge = "is a number that the type of the column does not hold.";
 constexpr const char* brokenText = "is no valid UTF-8. Choose another encoding.";
+constexpr const char* halfCharacter =
+    "holds half of a character of UTF-16, or the file is cut off in the middle of one.";
 
 // --- numbers -------------------------------------------------------------------------------------
 
@@ -100,17 +102,14 @@ int HexDigit(char c) {
 }
 
 /// The number of bytes that the digits behind the first two characters make, which are put to the
-/// front of `text`; nothing when there is a character that is none.
+/// front of `text`; nothing when there is a character that is none: then the text stays as it is.
 std::optional<std::size_t> DecodeHex(char* text, std::size_t size) {
   constexpr int base = 16;
-  if (size % 2 != 0) return std::nullopt;
+  const auto isDigit = [](char c) { return HexDigit(c) >= 0; };
+  if (size % 2 != 0 || !std::all_of(text + 2, text + size, isDigit)) return std::nullopt;
   char* out = text;
-  for (std::size_t at = 2; at < size; at += 2) {
-    const int high = HexDigit(text[at]);
-    const int low = HexDigit(text[at + 1]);
-    if (high < 0 || low < 0) return std::nullopt;
-    *out++ = static_cast<char>(high * base + low);
-  }
+  for (std::size_t at = 2; at < size; at += 2)
+    *out++ = static_cast<char>(HexDigit(text[at]) * base + HexDigit(text[at + 1]));
   return static_cast<std::size_t>(out - text);
 }
 
@@ -128,13 +127,13 @@ std::optional<std::size_t> DecodeBase64(char* text, std::size_t size) {
   if (size % group != 0) return std::nullopt;
   std::size_t digits = size;
   while (digits > 0 && size - digits < 2 && text[digits - 1] == '=') --digits;
+  const auto isDigit = [](char c) { return Base64Digit(c) >= 0; };
+  if (!std::all_of(text, text + digits, isDigit)) return std::nullopt;
   char* out = text;
   unsigned bits = 0;
   int count = 0;
   for (std::size_t at = 0; at < digits; ++at) {
-    const int digit = Base64Digit(text[at]);
-    if (digit < 0) return std::nullopt;
-    bits = bits << 6U | static_cast<unsigned>(digit);
+    bits = bits << 6U | static_cast<unsigned>(Base64Digit(text[at]));
     count += 6;
     if (count < 8) continue;
     count -= 8;
@@ -167,8 +166,18 @@ bool IsAscii(std::string_view text) {
   return (all & highBits) == 0;
 }
 
+/// Halves of characters of UTF-16 come as the three bytes that each of them would have.
+bool HoldsHalf(std::string_view text) {
+  constexpr char first = '\xED';
+  for (; !text.empty(); text.remove_prefix(1))
+    if (text[0] == first && text.size() > 1 && static_cast<unsigned char>(text[1]) >= 0xA0)
+      return true;
+  return false;
+}
+
 const char* CheckText(std::string_view text) {
-  return IsAscii(text) || IsValidUtf8(text) ? nullptr : brokenText;
+  if (IsAscii(text) || IsValidUtf8(text)) return nullptr;
+  return HoldsHalf(text) ? halfCharacter : brokenText;
 }
 
 bool IsText(DataType type) {

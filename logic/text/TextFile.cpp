@@ -49,7 +49,15 @@ std::string FromWindows1252(std::string_view bytes) {
   return text;
 }
 
-std::string FromUtf16(std::string_view bytes, bool bigEndian) {
+/// The three bytes that half of a character would have: no text of UTF-8 holds them.
+void AppendHalf(std::string& out, std::int32_t unit) {
+  out += static_cast<char>(0xE0 | unit >> 12);
+  out += static_cast<char>(0x80 | (unit >> 6 & 0x3F));
+  out += static_cast<char>(0x80 | (unit & 0x3F));
+}
+
+/// `keepsHalves`: half of a character, which else becomes U+FFFD, can be told from a character.
+std::string FromUtf16(std::string_view bytes, bool bigEndian, bool keepsHalves = false) {
   const auto unitAt = [&](std::size_t i) -> std::int32_t {
     const auto a = static_cast<unsigned char>(bytes[i]);
     const auto b = static_cast<unsigned char>(bytes[i + 1]);
@@ -63,11 +71,16 @@ std::string FromUtf16(std::string_view bytes, bool bigEndian) {
     if (first && next >= 0xDC00 && next < 0xE000) {
       AppendCharacter(text, 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00));
       i += 2;
+    } else if (unit >= 0xD800 && unit < 0xE000) {
+      if (keepsHalves) AppendHalf(text, unit);
+      else AppendCharacter(text, replacement);
     } else {
-      AppendCharacter(text, unit >= 0xD800 && unit < 0xE000 ? replacement : unit);
+      AppendCharacter(text, unit);
     }
   }
-  if (bytes.size() % 2 != 0) AppendCharacter(text, replacement);
+  if (bytes.size() % 2 == 0) return text;
+  if (keepsHalves) AppendHalf(text, 0xD800);
+  else AppendCharacter(text, replacement);
   return text;
 }
 
@@ -87,8 +100,8 @@ DecodedText DecodeText(std::string bytes) {
 
 std::string DecodePiece(std::string_view bytes, TextEncoding encoding) {
   switch (encoding) {
-    case TextEncoding::Utf16LittleEndian: return FromUtf16(bytes, false);
-    case TextEncoding::Utf16BigEndian: return FromUtf16(bytes, true);
+    case TextEncoding::Utf16LittleEndian: return FromUtf16(bytes, false, true);
+    case TextEncoding::Utf16BigEndian: return FromUtf16(bytes, true, true);
     case TextEncoding::Windows1252: return FromWindows1252(bytes);
     default: return std::string(bytes);
   }

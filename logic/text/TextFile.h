@@ -18,7 +18,8 @@ struct DecodedText {
 [[nodiscard]] DecodedText DecodeText(std::string bytes);
 
 /// Reads a piece of a text whose encoding is known and that ends with a whole character. A mark in
-/// it stays a character.
+/// it stays a character. Half of a character of UTF-16 becomes the three bytes that it would have
+/// (ED A0 80 to ED BF BF), which are no UTF-8, so that who reads the text can tell of it.
 [[nodiscard]] std::string DecodePiece(std::string_view bytes, TextEncoding encoding);
 
 /// The bytes that a file of that text gets: UTF-8, with a mark in front when it was read with one.

@@ -265,6 +265,8 @@ void JsonReader::ReadObject(ImportRecord& record, std::size_t length) {
       .Read([&](std::string_view key, const ImportCell& value) {
         const std::size_t column = ColumnOf(key);
         if (column >= record.cells.size()) record.cells.resize(column + 1);
+        if (record.cells[column].form != ImportForm::Null)
+          RaiseAt(record.line, "", "\"" + std::string(key) + "\" stands twice in this object.");
         record.cells[column] = value;
       });
   needsComma_ = true;

@@ -127,6 +127,8 @@ TEST(JsonReader, TellsThePlaceOfWhatIsWrong) {
             "Line 2: the object that begins here has no end.");
   EXPECT_EQ(FailureOf("{\"a\": \"\\ud83d\"}", format),
             "Line 1, character 14: half of a character stands alone.");
+  EXPECT_EQ(FailureOf("{\"a\": 1}\n{\"b\": 1, \"a\": 2, \"a\": 3}", format),
+            "Line 2: \"a\" stands twice in this object.");
   EXPECT_EQ(FailureOf("{\"a\" 1}", format),
             "Line 1, character 6: behind the name of a value a colon is missing.");
 }

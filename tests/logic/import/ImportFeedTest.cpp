@@ -88,6 +88,48 @@ TEST(ImportFeed, WhatIsNoValueIsToldWithItsPlace) {
             "Line 3, column \"v\": \"Z?rich\" is no valid UTF-8. Choose another encoding.");
 }
 
+/// The text in UTF-16, behind the header "v"; each "?" is half of a character.
+std::string InUtf16(std::string_view text) {
+  std::string bytes("v\0\n\0", 4);
+  for (const char c : text)
+    bytes += c == '?' ? std::string_view("\x3D\xD8", 2) : std::string({c, '\0'});
+  return bytes;
+}
+
+std::string FailureOfUtf16(const std::string& bytes, const ImportFormat& format) {
+  try {
+    ImportFeed feed(SourceOf(bytes), format, {"v"}, {{0, {"v", DataType::VarWChar}}});
+    (void)Fed(feed);
+  } catch (const Error& error) {
+    return error.Description();
+  }
+  return {};
+}
+
+TEST(ImportFeed, HalfOfACharacterIsToldWithItsPlace) {
+  ImportFormat format;
+  format.encoding = TextEncoding::Utf16LittleEndian;
+  constexpr const char* half =
+      " holds half of a character of UTF-16, or the file is cut off in the middle of one.";
+  EXPECT_EQ(FailureOfUtf16(InUtf16("ok\na?b\n"), format),
+            std::string("Line 3, column \"v\": \"a???b\"") + half);
+  EXPECT_EQ(FailureOfUtf16(InUtf16("ok\nab") + "c", format),
+            std::string("Line 3, column \"v\": \"ab???\"") + half);
+  EXPECT_EQ(FailureOfUtf16(InUtf16("ok\n"), format), "");
+  format.kind = ImportFormat::Kind::Json;
+  EXPECT_EQ(FailureOfUtf16(InUtf16("{\"v\": \"?\"}").substr(4), format),
+            std::string("Line 1, column \"v\": \"???\"") + half);
+}
+
+/// Bytes are decoded in the place of their text.
+TEST(ImportFeed, WhatIsRefusedIsToldAsItStands) {
+  EXPECT_EQ(
+      FailureOf(DataType::LongVarBinary, "abcdefgh-jkl\n"),
+      "Line 2, column \"v\": \"abcdefgh-jkl\" are no bytes: neither hexadecimal digits behind "
+      "0x nor base64.");
+  EXPECT_THAT(FailureOf(DataType::LongVarBinary, "0x414243xy\n"), HasSubstr("\"0x414243xy\""));
+}
+
 TEST(ImportFeed, RowsOfAnotherLengthAreRefused) {
   ImportFeed feed(SourceOf("a,b\n1,2\n\"x\ny\",2\n1,2,3\n"), {}, {"a", "b"},
                   {{0, {"a", DataType::VarWChar}}, {1, {"b", DataType::VarWChar}}});
