@@ -21,6 +21,12 @@ SqlDialect DialectIn(const Connection& connection) {
 
 }  // namespace
 
+DataType ImportedType(SqlDialect dialect, DataType type) {
+  const bool isWhole = type == DataType::TinyInt || type == DataType::SmallInt ||
+                       type == DataType::Integer || type == DataType::UnsignedTinyInt;
+  return dialect == SqlDialect::SQLite && isWhole ? DataType::BigInt : type;
+}
+
 ImportTarget::ImportTarget(std::shared_ptr<Connection> connection, dlgAsync& async)
     : connection_(std::move(connection)),
       async_(async),

@@ -27,6 +27,10 @@ struct NewColumn {
   ColumnType type;
 };
 
+/// The type by which values for a column of `type` are read. SQLite keeps 64 bits in every column
+/// of whole numbers, whatever a driver says.
+[[nodiscard]] DataType ImportedType(SqlDialect dialect, DataType type);
+
 /// The tables of a connection, as rows are imported into them.
 class ImportTarget {
  public:

@@ -99,6 +99,10 @@ dlgImport::~dlgImport() {
 void dlgImport::Wire() {
   window_->Find<Button>("cmdFile").Click = [this] { cmdFile_Click(); };
   window_->Find<Button>("cmdClipboard").Click = [this] { cmdClipboard_Click(); };
+  txtSource_.KeyDown = [this](KeyEvent& event) { txtSource_KeyDown(event); };
+  txtSource_.LostFocus = [this] {
+    if (window_->Visible()) TakeTypedSource();
+  };
   for (ComboBox* box : {&cboDelimiter_, &cboEncoding_, &cboDecimal_})
     box->Click = [this] { TakeFormat(); };
   txtNull_.Change = [this] { TakeFormat(); };
@@ -134,6 +138,7 @@ std::optional<ImportedTable> dlgImport::Go(Window& owner,
   cboTable_.SetText(table);
   EnableControls();
   window_->ShowModal(&owner);
+  txtSource_.LostFocus = nullptr;
   window_->TimerNamed("tmrStep").SetEnabled(false);
   grdFirst_.SetDataSource(nullptr);
   return std::exchange(made_, std::nullopt);
@@ -146,27 +151,49 @@ void dlgImport::cmdFile_Click() {
   dialog.filter = "Texts (*.csv;*.tsv;*.tab;*.txt;*.json;*.jsonl;*.ndjson)|"
                   "*.csv;*.tsv;*.tab;*.txt;*.json;*.jsonl;*.ndjson|All Files (*.*)|*.*";
   if (!ShowOpenFileDialog(dialog, global_.TheFiles(), true)) return;
-  const std::string path = dialog.fileName;
-  TakeSource({path, [&files = global_.TheFiles(), path] { return files.OpenToRead(path); }});
+  (void)TakeFile(dialog.fileName);
+}
+
+bool dlgImport::TakeFile(const std::string& path) {
+  return TakeSource({path, [&files = global_.TheFiles(), path] { return files.OpenToRead(path); }});
 }
 
 void dlgImport::cmdClipboard_Click() {
   const auto text = std::make_shared<const std::string>(global_.TheDesktop().TheClipboard().Text());
-  TakeSource({"the clipboard", [text] { return std::make_unique<TextReader>(text); }});
+  (void)TakeSource({"the clipboard", [text] { return std::make_unique<TextReader>(text); }});
 }
 
-/// Something that cannot be read leaves the source before it as it was.
-void dlgImport::TakeSource(ImportSource source) {
+bool dlgImport::SourceIsTyped() const {
+  return !txtSource_.Text().empty() && txtSource_.Text() != sourceText_;
+}
+
+/// A path that was typed is taken by Enter and when the box is left. False when there is none, or
+/// nothing can be read there: then it stays to be corrected, and the source as it was.
+bool dlgImport::TakeTypedSource() {
+  return SourceIsTyped() && state_ != State::Loading && TakeFile(txtSource_.Text());
+}
+
+void dlgImport::txtSource_KeyDown(KeyEvent& event) {
+  if (event.keyCode != key::enter || !SourceIsTyped()) return;
+  event.handled = true;
+  TakeTypedSource();
+}
+
+/// Something that cannot be read leaves the source before it as it was; then it returns false.
+bool dlgImport::TakeSource(ImportSource source) {
   try {
     format_ = GuessFormat(source);
   } catch (const Error& error) {
-    return ShowStatus(error.Description());
+    ShowStatus(error.Description());
+    return false;
   }
   source_ = std::move(source);
-  txtSource_.SetText(source_->name);
+  sourceText_ = source_->name;
+  txtSource_.SetText(sourceText_);
   ShowFormat();
   ProposeTable();
   StartScan();
+  return true;
 }
 
 /// A table that the user named stays.
@@ -353,8 +380,11 @@ LoadRequest dlgImport::MakeRequest() {
   const std::string name = cboTable_.Text();
   LoadRequest request;
   request.table = TableIsThere() ? target_->InSql(*listedTable_) : target_->TypedInSql(name);
-  const std::vector<ImportColumn> columns = mapping_.Loaded();
-  for (const ImportColumn& column : columns) request.columns.push_back(column.target);
+  std::vector<ImportColumn> columns = mapping_.Loaded();
+  for (ImportColumn& column : columns) {
+    column.target.type = ImportedType(target_->Dialect(), column.target.type);
+    request.columns.push_back(column.target);
+  }
   if (!TableIsThere()) request.createTable = target_->CreateTable(request.table, mapping_.Made());
   request.commitRows = chkBatches_.Value() ? rowsOfBatch : 0;
   request.asFile = chkAsFile_.Visible() && chkAsFile_.Value();
@@ -363,7 +393,9 @@ LoadRequest dlgImport::MakeRequest() {
   return request;
 }
 
+/// What is shown is imported, and nothing else: a path that was only typed is looked at first.
 void dlgImport::cmdImport_Click() {
+  if (SourceIsTyped()) return void(TakeTypedSource());
   if (const std::string problem = mapping_.Problem(); !problem.empty()) return ShowStatus(problem);
   Enter(State::Idle);
   try {
@@ -456,6 +488,7 @@ void dlgImport::EnableControls() {
   const bool free = state_ != State::Loading;
   const bool isText = format_.kind == ImportFormat::Kind::Delimited;
   const bool hasColumns = source_ && scan_ != nullptr && !mapping_.Columns().empty();
+  txtSource_.SetLocked(!free);
   for (const char* name : {"cmdFile", "cmdClipboard", "cboTable", "chkBatches", "chkAsFile"})
     window_->Find<Control>(name).SetEnabled(free);
   for (Control* control :

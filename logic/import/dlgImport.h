@@ -55,7 +55,11 @@ class dlgImport {
   void cmdCancel_Click();
   void Form_QueryUnload(bool& refuse);
 
-  void TakeSource(ImportSource source);
+  [[nodiscard]] bool TakeSource(ImportSource source);
+  [[nodiscard]] bool TakeFile(const std::string& path);
+  void txtSource_KeyDown(KeyEvent& event);
+  [[nodiscard]] bool SourceIsTyped() const;
+  bool TakeTypedSource();
   void ProposeTable();
   void ShowFormat();
   void TakeFormat();
@@ -111,6 +115,7 @@ class dlgImport {
   bool showing_ = false;  ///< Controls are being filled: what they raise is no doing of the user.
   std::optional<ImportTarget> target_;
   std::optional<ImportSource> source_;
+  std::string sourceText_;  ///< What the box showed of it; another text there was typed.
   ImportFormat format_;
   std::unique_ptr<ImportScan> scan_;
   std::optional<std::string> listedTable_;  ///< The table, when it is there.

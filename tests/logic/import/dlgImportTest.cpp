@@ -1,5 +1,7 @@
 #include "logic/import/dlgImport.h"
 
+#include <limits>
+
 #include <gmock/gmock.h>
 
 #include "contract/desktop/controls/TextBox.h"
@@ -209,6 +211,62 @@ TEST_F(dlgImportTest, AFileIsOpenedAndNamesTheTable) {
     Settle();
     EXPECT_EQ(W().Find<ComboBox>("cboTable").Text(), "fresh_goods");
     EXPECT_THAT(Status(), HasSubstr("1 record in "));
+  });
+}
+
+/// SQLite keeps 64 bits in every column of whole numbers.
+TEST_F(dlgImportTest, SqliteTakesLongNumbersWhateverTheTypeIsSaidToBe) {
+  Go("goods", [this] {
+    TakeClipboard("id,name\n-9223372036854775808,least\n");
+    Import();
+    EXPECT_THAT(Status(), HasSubstr("1 record imported into goods"));
+  });
+  ASSERT_EQ(rows->size(), 1U);
+  EXPECT_EQ((*rows)[0][0], Value(std::numeric_limits<std::int64_t>::min()));
+}
+
+TEST_F(dlgImportTest, APathThatIsTypedIsTakenByEnter) {
+  files.ReplaceWhole(folder.File("goods.csv"), "id,name\n1,nail\n", false);
+  Go("goods", [this] {
+    W().Type("txtSource", folder.File("goods.csv"));
+    EXPECT_EQ(W().Find<ListView>("lsvColumns").Count(), 0);
+    W().PressKey(key::enter);
+    Settle();
+    EXPECT_EQ(Column(1), "name|name|Text|nail");
+    EXPECT_TRUE(rows->empty());
+    W().PressKey(key::enter);  // Now the default button has it.
+    Settle();
+    EXPECT_THAT(Status(), HasSubstr("1 record imported into goods"));
+  });
+  EXPECT_EQ(rows->size(), 1U);
+}
+
+TEST_F(dlgImportTest, APathThatIsTypedIsTakenWhenTheBoxIsLeft) {
+  files.ReplaceWhole(folder.File("goods.csv"), "id,name\n1,nail\n", false);
+  Go("goods", [this] {
+    W().Type("txtSource", folder.File("goods.csv"));
+    W().PressKey(key::tab);
+    Settle();
+    EXPECT_EQ(Column(1), "name|name|Text|nail");
+  });
+}
+
+TEST_F(dlgImportTest, AnUnknownPathIsToldAndNothingElseIsImported) {
+  Go("goods", [this] {
+    TakeClipboard("id,name,price\n1,a,1\n");
+    W().Find<TextBox>("txtSource").SetText("");
+    W().Type("txtSource", folder.File("none.csv"));
+    W().PressKey(key::enter);
+    Settle();
+    EXPECT_THAT(Status(), HasSubstr("none.csv"));
+    EXPECT_THAT(Status(), HasSubstr("No such file"));
+    EXPECT_EQ(W().Find<TextBox>("txtSource").Text(), folder.File("none.csv"));
+    EXPECT_EQ(Column(0), "id|id|Whole number|1");
+    Import();
+    EXPECT_TRUE(rows->empty());
+    W().Find<TextBox>("txtSource").SetText("the clipboard");
+    Import();
+    EXPECT_THAT(Status(), HasSubstr("1 record imported into goods"));
   });
 }
 
