@@ -29,6 +29,7 @@ class ColumnArray {
   void Clear() {
     texts_.clear();
     indicators_.clear();
+    areBits_ = type_ == DataType::Boolean;
   }
   void Add(const ValueView& value) {
     std::string& text = texts_.emplace_back();
@@ -36,6 +37,7 @@ class ColumnArray {
       text.assign(reinterpret_cast<const char*>(bytes->bytes.data()), bytes->bytes.size());
     else if (const auto* flag = std::get_if<bool>(&value)) text = *flag ? "1" : "0";
     else AppendText(value, text);
+    areBits_ = areBits_ && (IsNull(value) || std::holds_alternative<bool>(value));
     indicators_.push_back(IsNull(value) ? SQL_NULL_DATA : static_cast<SQLLEN>(text.size()));
   }
   [[nodiscard]] bool HoldsNul(std::size_t row) const {
@@ -49,8 +51,10 @@ class ColumnArray {
     values_.assign(width_ * count, '\0');
     for (std::size_t i = 0; i < count; ++i)
       std::memcpy(values_.data() + i * width_, texts_[first + i].data(), texts_[first + i].size());
-    statement.BindArray(number, IsBinaryType(type_) ? SQL_C_BINARY : SQL_C_CHAR, SqlType(),
-                        values_.data(), static_cast<SQLLEN>(width_), indicators_.data() + first);
+    if (areBits_) std::ranges::replace(values_, '0', '\0');
+    if (areBits_) std::ranges::replace(values_, '1', '\1');
+    statement.BindArray(number, CType(), SqlType(), values_.data(), static_cast<SQLLEN>(width_),
+                        indicators_.data() + first);
   }
   /// Bytes that the values of these rows take when they are bound.
   [[nodiscard]] std::size_t BytesOf(std::size_t first, std::size_t count) const {
@@ -60,8 +64,13 @@ class ColumnArray {
   }
 
  private:
+  [[nodiscard]] SQLSMALLINT CType() const {
+    if (areBits_) return SQL_C_BIT;
+    return IsBinaryType(type_) ? SQL_C_BINARY : SQL_C_CHAR;
+  }
   [[nodiscard]] SQLSMALLINT SqlType() const {
     if (IsBinaryType(type_)) return SQL_LONGVARBINARY;
+    if (areBits_) return SQL_BIT;
     const bool isLong = static_cast<SQLLEN>(width_) >= longText;
     if (IsWide(type_)) return isLong ? SQL_WLONGVARCHAR : SQL_WVARCHAR;
     return isLong ? SQL_LONGVARCHAR : SQL_VARCHAR;
@@ -72,6 +81,7 @@ class ColumnArray {
   std::vector<SQLLEN> indicators_;
   std::vector<char> values_;  ///< As they are bound.
   std::size_t width_ = 1;
+  bool areBits_ = false;  ///< All are truths: MariaDB takes a text for a bit as its characters.
 };
 
 /// Whether it is the row that is to blame. SQLite's driver has one SQLSTATE for all.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "contract/data/BulkLoad.h"
+#include "tests/data/conversion/RoundTrip.h"
 #include "tests/data/support/DataTest.h"
 
 namespace tessel::test {
@@ -100,6 +101,27 @@ class LoadBodies : public WriteTest {
   /// Until some rows have gone to the database.
   void PumpToProgress(const LoadOperation& load);
 };
+/// Records that are exported to a file and imported from it.
+class RoundTripBodies : public DatabaseTest {
+ protected:
+  void SetUp() override;
+
+  [[nodiscard]] std::vector<TableColumn> ColumnsOf(const std::string& table) const;
+  /// Of a table with a number "row_no", the name of a hard value and a column for each kind.
+  [[nodiscard]] std::string HardColumns() const;
+  /// With every value that the database has.
+  void FillWithHardValues(const std::string& table);
+  static void ExpectLoaded(LoadOperation& load);
+  /// Two tables hold the same rows.
+  void ExpectSame(const std::string& a, const std::string& b, const std::string& key);
+  /// The database finds no row of `a` that is not in `b`.
+  void ExpectNoMore(const std::string& a, const std::string& b);
+  /// Runs a file of statements.
+  void RunFile(const std::string& path);
+
+  std::shared_ptr<Connection> connection_;
+  std::unique_ptr<RoundTrip> trip_;
+};
 class WriteFaultBodies : public WriteTest {};
 /// Texts of several statements, run as one command.
 class StatementBodies : public WriteTest {
@@ -157,7 +179,8 @@ inline std::string DatabaseName(const testing::TestParamInfo<DatabaseParam>& inf
 
 /// Runs those of rows that are loaded.
 #define TESSEL_RUN_LOAD_BODIES(prefix, params)                                                     \
-  INSTANTIATE_TEST_SUITE_P(prefix, LoadBodies, params, DatabaseName)
+  INSTANTIATE_TEST_SUITE_P(prefix, LoadBodies, params, DatabaseName);                              \
+  INSTANTIATE_TEST_SUITE_P(prefix, RoundTripBodies, params, DatabaseName)
 
 /// Runs those of connections that are read-only by their string: the native providers know the key.
 #define TESSEL_RUN_READ_ONLY_BODIES(prefix, params)                                                \

@@ -43,48 +43,11 @@ std::string Base64(const Bytes& bytes) {
   return sink.Taken();
 }
 
-DataType TypeOf(ValueKind kind) {
-  switch (kind) {
-    case ValueKind::Text: return DataType::VarWChar;
-    case ValueKind::Whole: return DataType::BigInt;
-    case ValueKind::Floating: return DataType::Double;
-    case ValueKind::Exact: return DataType::Numeric;
-    case ValueKind::Date: return DataType::DBDate;
-    case ValueKind::TimeStamp: return DataType::DBTimeStamp;
-    case ValueKind::Flag: return DataType::Boolean;
-    case ValueKind::Bytes: return DataType::LongVarBinary;
-  }
-  return DataType::Variant;
-}
-
 /// One row a value: its name and itself, in one column for all kinds.
 ExportRows Named(const std::vector<HardValue>& values) {
   ExportRows rows{{MemoryField("name"), MemoryField("value", DataType::Variant)}, {}};
   for (const HardValue& hard : values) rows.rows.push_back({Value(hard.name), hard.value});
   return rows;
-}
-
-/// One row a value: its name, and itself in the column of its kind.
-ExportRows Typed(const std::vector<HardValue>& values) {
-  constexpr int kinds = static_cast<int>(ValueKind::Bytes) + 1;
-  ExportRows rows{{MemoryField("name")}, {}};
-  for (int kind = 0; kind < kinds; ++kind)
-    rows.fields.push_back(
-        MemoryField("v" + std::to_string(kind), TypeOf(static_cast<ValueKind>(kind))));
-  for (const HardValue& hard : values) {
-    std::vector<Value> row(kinds + 1);
-    row[0] = Value(hard.name);
-    row[static_cast<std::size_t>(hard.kind) + 1] = hard.value;
-    rows.rows.push_back(std::move(row));
-  }
-  return rows;
-}
-
-std::vector<HardValue> Without(const Names& names) {
-  std::vector<HardValue> values;
-  for (const HardValue& hard : HardValues())
-    if (std::ranges::find(names, hard.name) == names.end()) values.push_back(hard);
-  return values;
 }
 
 void Write(ExportTarget& target, const ExportRows& rows) {
@@ -118,7 +81,7 @@ std::string CsvText(const Value& value) {
 
 TEST_F(ExportTest, PythonReadsTheCsvOfEveryHardValue) {
   // Its reader of Debian 12 refuses a NUL in a line.
-  const auto values = Without({"NUL inside"});
+  const auto values = HardValuesWithout({"NUL inside"});
   for (const char delimiter : exportDelimiters) {
     ExportChoices choices;
     choices.delimiter = delimiter;
@@ -133,7 +96,7 @@ TEST_F(ExportTest, PythonReadsTheCsvOfEveryHardValue) {
 
 TEST_F(ExportTest, Utf16IsReadAsTheSameText) {
   ExportChoices choices;
-  const auto values = Without({});
+  const auto values = HardValuesWithout({});
   const std::string utf8 = files_.ReadWhole(Exported(choices, Named(values)));
   choices.code = TextCode::Utf16;
   const std::string path = Exported(choices, Named(values));
@@ -185,7 +148,7 @@ std::string SheetShown(const Value& value) {
 TEST_F(ExportTest, AReaderOfSheetsReadsTextsAndBinaryValuesOfEveryHardValue) {
   const std::string path = folder_.File("a.xlsx");
   std::vector<HardValue> values;
-  for (const HardValue& hard : Without({"NUL inside"}))
+  for (const HardValue& hard : HardValuesWithout({"NUL inside"}))
     if (hard.kind == ValueKind::Text || hard.kind == ValueKind::Bytes ||
         hard.kind == ValueKind::Flag)
       values.push_back(hard);
@@ -356,8 +319,8 @@ class ExportSqlTest : public ExportTest, public testing::WithParamInterface<Read
 };
 
 TEST_P(ExportSqlTest, EveryHardValueComesBackEqualInATableMadeForIt) {
-  const auto values = Without(GetParam().without);
-  Load(Exported(Choices(), Typed(values)));
+  const auto values = HardValuesWithout(GetParam().without);
+  Load(Exported(Choices(), TypedRows(values)));
   const auto rows = Run(*connection_, "select * from exported");
   ASSERT_EQ(rows->RecordCount(), static_cast<std::int64_t>(values.size()));
   for (std::size_t i = 0; i < values.size(); ++i) {

@@ -1,6 +1,7 @@
 #include "tests/data/conversion/HardValues.h"
 #include "tests/support/DataSteps.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "logic/results/conversions/Conversions.h"
@@ -113,6 +114,42 @@ const std::vector<HardValue>& HardValues() {
     return values;
   }();
   return all;
+}
+
+std::vector<HardValue> HardValuesWithout(const std::vector<std::string>& names) {
+  std::vector<HardValue> values;
+  for (const HardValue& hard : HardValues())
+    if (std::ranges::find(names, hard.name) == names.end()) values.push_back(hard);
+  return values;
+}
+
+DataType TypeOf(ValueKind kind) {
+  switch (kind) {
+    case ValueKind::Text: return DataType::VarWChar;
+    case ValueKind::Whole: return DataType::BigInt;
+    case ValueKind::Floating: return DataType::Double;
+    case ValueKind::Exact: return DataType::Numeric;
+    case ValueKind::Date: return DataType::DBDate;
+    case ValueKind::TimeStamp: return DataType::DBTimeStamp;
+    case ValueKind::Flag: return DataType::Boolean;
+    case ValueKind::Bytes: return DataType::LongVarBinary;
+  }
+  return DataType::Variant;
+}
+
+ExportRows TypedRows(const std::vector<HardValue>& values) {
+  constexpr int kinds = static_cast<int>(ValueKind::Bytes) + 1;
+  ExportRows rows{{MemoryField("name")}, {}};
+  for (int kind = 0; kind < kinds; ++kind)
+    rows.fields.push_back(
+        MemoryField("v" + std::to_string(kind), TypeOf(static_cast<ValueKind>(kind))));
+  for (const HardValue& hard : values) {
+    std::vector<Value> row(kinds + 1);
+    row[0] = Value(hard.name);
+    row[static_cast<std::size_t>(hard.kind) + 1] = hard.value;
+    rows.rows.push_back(std::move(row));
+  }
+  return rows;
 }
 
 std::shared_ptr<Recordset> RecordsetOf(const std::vector<std::vector<Value>>& rows) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "contract/data/Recordset.h"
+#include "tests/support/ExportRows.h"
 
 namespace tessel::test {
 
@@ -20,6 +21,13 @@ struct HardValue {
 
 /// All of them; no two of one name.
 [[nodiscard]] const std::vector<HardValue>& HardValues();
+/// Those that are not among `names`.
+[[nodiscard]] std::vector<HardValue> HardValuesWithout(const std::vector<std::string>& names);
+
+/// The type of a field that holds such values.
+[[nodiscard]] DataType TypeOf(ValueKind kind);
+/// One row a value: its name, and itself in the column of its kind, "v0" and so on.
+[[nodiscard]] ExportRows TypedRows(const std::vector<HardValue>& values);
 
 inline void PrintTo(const HardValue& value, std::ostream* out) { *out << value.name; }
 

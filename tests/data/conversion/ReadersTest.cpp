@@ -17,14 +17,6 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-/// Those of the hard values that are not among `without`.
-std::vector<HardValue> HardValuesWithout(const Names& without) {
-  std::vector<HardValue> values;
-  for (const HardValue& hard : HardValues())
-    if (std::ranges::find(without, hard.name) == without.end()) values.push_back(hard);
-  return values;
-}
-
 std::string Hex(std::string_view text) {
   std::string hex;
   for (const char c : text) {

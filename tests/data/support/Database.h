@@ -20,6 +20,7 @@ struct TypeCase {
   Value value;                   ///< Of the cell.
   std::string notWritten = {};   ///< Why the cell cannot be written back as it was read.
   std::string notCompared = {};  ///< Why its row cannot be found by it.
+  std::string notImported = {};  ///< Why a file does not bring it back into its column.
 };
 
 /// What a database or its driver cannot do; the bodies that need it are skipped with the reason.
@@ -38,6 +39,7 @@ struct DatabaseTraits {
   bool tellsRefusedColumn = true;   ///< Of a row that is loaded and refused.
   bool structure = true;            ///< Keys, indexes and definitions are told.
   bool syntaxErrorHasState = true;  ///< An error carries SQLSTATE or a native code.
+  bool zeroInText = true;           ///< The driver writes a text with a zero character in it.
   /// How many times longer than usual it is waited for after a cancel: what stands between takes
   /// its time on a busy machine.
   int patience = 1;

@@ -13,6 +13,8 @@ namespace tessel {
 namespace {
 
 constexpr char quote = '"';
+constexpr std::string_view byteOrderMark =
+    "\xEF\xBB\xBF";  ///< In front it would be none of a value.
 
 class DelimitedWriter final : public RecordWriter {
  public:
@@ -74,6 +76,7 @@ class DelimitedWriter final : public RecordWriter {
   [[nodiscard]] bool NeedsQuotes(std::string_view text) const {
     if (text == choices_.nullText || text == "\\.") return true;
     if (text.empty()) return false;
+    if (text.starts_with(byteOrderMark)) return true;
     constexpr std::string_view blanks = " \t";
     if (blanks.find(text.front()) != std::string_view::npos) return true;
     if (blanks.find(text.back()) != std::string_view::npos) return true;

@@ -22,7 +22,9 @@ const Dialect& Of(SqlDialect dialect) {
   static constexpr Dialect postgres{
       "PostgreSQL", '"', '"',
       "SET client_encoding = 'UTF8';\nSET standard_conforming_strings = on;\n"};
-  static constexpr Dialect maria{"MariaDB", '`', '`', "SET NAMES utf8mb4;\n"};
+  // In such a comment MariaDB and its kin run it, and a driver that keeps the character set to
+  // itself lets it through.
+  static constexpr Dialect maria{"MariaDB", '`', '`', "/*!40101 SET NAMES utf8mb4 */;\n"};
   static constexpr Dialect sqlite{"SQLite", '"', '"', ""};
   static constexpr Dialect server{"SQL Server", '[', ']', ""};
   static constexpr Dialect standard{"standard SQL", '"', '"', ""};

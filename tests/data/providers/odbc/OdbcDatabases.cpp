@@ -135,7 +135,8 @@ class SqliteOdbc : public OdbcDatabase<Database> {
             .hasServer = false,
             .tellsTransaction = false,
             .tellsRefusedColumn = false,
-            .structure = false};
+            .structure = false,
+            .zeroInText = false};
   }
   [[nodiscard]] std::string ConnectionString() const override { return SqliteString("shared.db"); }
   [[nodiscard]] std::string BadConnectionString() const override {

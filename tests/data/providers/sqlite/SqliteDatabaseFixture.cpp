@@ -53,6 +53,9 @@ std::string SqliteScratch::FailsAfter(std::int64_t goodRows) const {
 }
 
 std::vector<TypeCase> SqliteScratch::TypeCases() const {
+  constexpr const char* otherKind =
+      "what is not of the kind of its column is refused with its line";
+  constexpr const char* noKind = "a column without a type gets texts";
   return {
       {"integer", "-9223372036854775808", DataType::BigInt, Value(INT64_MIN)},
       {"int", "9223372036854775807", DataType::BigInt, Value(INT64_MAX)},
@@ -60,7 +63,7 @@ std::vector<TypeCase> SqliteScratch::TypeCases() const {
       {"double precision", "1e300", DataType::Double, Value(1e300)},
       {"boolean", "1", DataType::Boolean, Value(true)},
       {"boolean", "0", DataType::Boolean, Value(false)},
-      {"boolean", "7", DataType::Boolean, Value(std::int64_t{7})},
+      {"boolean", "7", DataType::Boolean, Value(std::int64_t{7}), {}, {}, otherKind},
       {"text", "'a'", DataType::LongVarWChar, Value(std::string("a"))},
       {"varchar(20)", "'b'", DataType::VarWChar, Value(std::string("b"))},
       {"blob", "x'00ff10'", DataType::LongVarBinary, Value(ToBytes({0, 255, 16}))},
@@ -79,7 +82,7 @@ std::vector<TypeCase> SqliteScratch::TypeCases() const {
       {"decimal(10,2)", "x'31'", DataType::Numeric, Value(ToBytes({0x31})),
        "bytes are refused where numbers are declared"},
       {"integer", "-1", DataType::BigInt, Value(std::int64_t{-1})},
-      {"integer", "0.5", DataType::BigInt, Value(0.5)},
+      {"integer", "0.5", DataType::BigInt, Value(0.5), {}, {}, otherKind},
       {"real", "-1.7976931348623157e308", DataType::Double, Value(-1.7976931348623157e308)},
       {"real", "5e-324", DataType::Double, Value(5e-324)},
       {"real", "9e999", DataType::Double, Value(std::numeric_limits<double>::infinity())},
@@ -95,9 +98,9 @@ std::vector<TypeCase> SqliteScratch::TypeCases() const {
        "what is no number is refused where numbers are declared"},
       {"datetime", "'0000-00-00 00:00:00'", DataType::DBTimeStamp,
        Value(Moment{"0000-00-00 00:00:00"})},
-      {"", "x'00'", DataType::LongVarBinary, Value(ToBytes({0}))},
+      {"", "x'00'", DataType::LongVarBinary, Value(ToBytes({0})), {}, {}, noKind},
       {"", "'no type'", DataType::LongVarWChar, Value(std::string("no type"))},
-      {"", "3.5", DataType::Double, Value(3.5)},
+      {"", "3.5", DataType::Double, Value(3.5), {}, {}, noKind},
       {"whatever", "'x'", DataType::VarWChar, Value(std::string("x"))},
   };
 }

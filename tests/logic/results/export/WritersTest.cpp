@@ -79,14 +79,15 @@ TEST(DelimitedWriterTest, TheHeaderAndLineEndsAreAsChosen) {
 }
 
 TEST(DelimitedWriterTest, QuotesStandWhereTheTextWouldBeReadAsSomethingElse) {
-  const std::vector<Value> texts = {TextValue(""),     TextValue("a,b"),  TextValue("say \"hi\""),
-                                    TextValue("a\nb"), TextValue("a\rb"), TextValue(" a"),
-                                    TextValue("a\t"),  TextValue("\\."),  TextValue("a;b"),
-                                    TextValue("it's"), TextValue("NULL"), TextValue("a b")};
+  const std::vector<Value> texts = {TextValue(""),       TextValue("a,b"),  TextValue("say \"hi\""),
+                                    TextValue("a\nb"),   TextValue("a\rb"), TextValue(" a"),
+                                    TextValue("a\t"),    TextValue("\\."),  TextValue("a;b"),
+                                    TextValue("it's"),   TextValue("NULL"), TextValue("a b"),
+                                    TextValue("\uFEFFx")};
   EXPECT_EQ(
       Written(Plain(ExportFormat::Csv), ColumnOf(DataType::VarWChar, texts)),
       "\"\"\n\"a,b\"\n\"say \"\"hi\"\"\"\n\"a\nb\"\n\"a\rb\"\n\" a\"\n\"a\t\"\n\"\\.\"\na;b\nit's\n"
-      "NULL\na b\n");
+      "NULL\na b\n\"\uFEFFx\"\n");
 }
 
 TEST(DelimitedWriterTest, ANullIsToldFromTheSameText) {
