@@ -25,7 +25,7 @@ struct Signature {
 };
 
 /// Beginnings of files that people take for texts.
-constexpr std::array<Signature, 10> signatures = {{
+constexpr std::array<Signature, 12> signatures = {{
     {"PK\x03\x04", "a ZIP archive, as spreadsheets (XLSX, ODS) are"},
     {"\xD0\xCF\x11\xE0", "a document of an older office program (XLS, DOC)"},
     {"\x1F\x8B", "packed by gzip"},
@@ -37,6 +37,10 @@ constexpr std::array<Signature, 10> signatures = {{
     {"%PDF-", "a PDF document"},
     {"\x89PNG", "a picture (PNG)"},
     {"\xFF\xD8\xFF", "a picture (JPEG)"},
+    {"GIF8", "a picture (GIF)"},
+    {"\x7F"
+     "ELF",
+     "a program"},
     {std::string_view("SQLite format 3\0", 16), "a database of SQLite"},
 }};
 

@@ -210,4 +210,24 @@ TEST_P(RoundTripBodies, DISABLED_AMillionRowsComeBack) {
   }
 }
 
+/// As long as the one above.
+TEST_P(RoundTripBodies, DISABLED_OfRowNineHundredThousandTheLineIsToldAndNothingStays) {
+  constexpr std::int64_t bad = 900'000;
+  const ScratchTable table(Db(), connection_, "id " + Db().KeyType() + ", a varchar(60)");
+  const auto make = [](std::int64_t number) -> std::optional<std::vector<Value>> {
+    if (number == manyRows) return std::nullopt;
+    return std::vector<Value>{Whole(number == bad ? 1 : number), Text("row")};
+  };
+  const auto load =
+      connection_->StartLoad({.table = table.Name(),
+                              .columns = {{"id", DataType::Integer}, {"a", DataType::VarWChar}},
+                              .rows = std::make_shared<ListFeed>(make)});
+  load->Wait();
+  EXPECT_EQ(load->Outcome(), OperationOutcome::Failed);
+  ASSERT_TRUE(load->Refused());
+  EXPECT_EQ(load->Refused()->line, ListFeed::LineOf(bad));
+  EXPECT_EQ(load->RowsKept(), 0);
+  EXPECT_EQ(trip_->Lines("select count(*) from " + table.Name()), std::vector<std::string>{"2:0"});
+}
+
 }  // namespace tessel::test

@@ -169,6 +169,60 @@ TEST_F(dlgImportTest, WhatIsNoTextLeavesTheSourceAsItWas) {
   });
 }
 
+TEST_F(dlgImportTest, AFileThatIsNoTextIsToldWhateverItsName) {
+  const std::vector<std::pair<std::string, std::string>> files = {
+      {"\x89PNG\r\n\x1A\n", "a picture (PNG)"},
+      {"\xFF\xD8\xFF\xE0", "a picture (JPEG)"},
+      {"GIF89a", "a picture (GIF)"},
+      {"\x1F\x8B\x08", "packed by gzip"},
+      {std::string("SQLite format 3\0more", 20), "a database of SQLite"}};
+  Go("goods", [&] {
+    for (const auto& [bytes, kind] : files) {
+      W().Find<TextBox>("txtSource").SetText("");
+      W().Type("txtSource", folder.Write("goods.csv", bytes));
+      W().PressKey(key::enter);
+      EXPECT_EQ(Status(), "This is no text: " + folder.File("goods.csv") + " is " + kind +
+                              ". Save it as CSV in the program that it comes from, and import "
+                              "that.");
+    }
+    EXPECT_FALSE(W().Find<Button>("cmdImport").Enabled());
+  });
+}
+
+TEST_F(dlgImportTest, ATextInUtf16IsReadWithAMarkAndWithout) {
+  const auto utf16 = [](const std::string& text) {
+    std::string bytes;
+    for (const char c : text) bytes += {c, '\0'};
+    return bytes;
+  };
+  Go("goods", [&] {
+    for (const char* mark : {"", "\xFF\xFE"}) {
+      TakeClipboard(mark + utf16("id,name\n7,nail\n"));
+      EXPECT_EQ(W().Find<ComboBox>("cboEncoding").Text(), "UTF-16, little endian");
+      EXPECT_EQ(Column(1), "name|name|Text|nail");
+    }
+    Import();
+  });
+  ASSERT_EQ(rows->size(), 1U);
+  EXPECT_EQ((*rows)[0][1], Value(std::string("nail")));
+}
+
+/// A file that is there no more, or another one by now, is told when it is read again.
+TEST_F(dlgImportTest, AFileThatGoesAwayBeforeTheImportIsTold) {
+  Go("goods", [this] {
+    W().Type("txtSource", folder.Write("goods.csv", "id,name\n1,nail\n"));
+    W().PressKey(key::enter);
+    Settle();
+    files.Remove(folder.File("goods.csv"));
+    Import();
+    EXPECT_THAT(Status(), HasSubstr("No such file"));
+    folder.Write("goods.csv", "id,name,more\n1,nail,x\n");
+    Import();
+    EXPECT_THAT(Status(), HasSubstr("3 values for 2 columns"));
+  });
+  EXPECT_TRUE(rows->empty());
+}
+
 TEST_F(dlgImportTest, TheFormatIsTheUsersToChange) {
   Go("goods", [this] {
     TakeClipboard("1;a,b;2\n");
