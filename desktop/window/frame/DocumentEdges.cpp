@@ -20,16 +20,17 @@ DocumentEdges::DocumentEdges(QMdiSubWindow& document) : QObject(&document), docu
     child->installEventFilter(this);
 }
 
+/// The kind of the event is asked first: others come still when the document is half taken down.
 bool DocumentEdges::eventFilter(QObject* watched, QEvent* event) {
-  if (watched != document_.widget()) {
-    if (event->type() == QEvent::Enter && over_ && !dragging_) LeaveEdge();
-    return false;
-  }
-  if (document_.isMaximized()) return false;
   switch (event->type()) {
+    case QEvent::Enter:
+      if (watched != document_.widget() && over_ && !dragging_) LeaveEdge();
+      return false;
     case QEvent::MouseMove:
     case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease: return TakesMouse(static_cast<QMouseEvent&>(*event));
+    case QEvent::MouseButtonRelease:
+      return watched == document_.widget() && !document_.isMaximized() &&
+             TakesMouse(static_cast<QMouseEvent&>(*event));
     default: return false;
   }
 }
