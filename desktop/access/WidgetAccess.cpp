@@ -12,6 +12,8 @@
 #include "desktop/access/cells/GridAccess.h"
 #include "desktop/controls/values/HexView.h"
 #include "desktop/controls/values/PictureView.h"
+#include "desktop/drawings/ChartWidget.h"
+#include "desktop/drawings/DiagramWidget.h"
 #include "desktop/grid/cells/CellEditor.h"
 
 namespace tessel {
@@ -60,12 +62,18 @@ bool IsGroup(const QWidget& widget, QAccessible::Role plain) {
   return plain == QAccessible::Border || qobject_cast<const QMdiSubWindow*>(&widget) != nullptr;
 }
 
+bool IsDrawing(const QWidget& widget) {
+  return qobject_cast<const PictureView*>(&widget) != nullptr ||
+         qobject_cast<const ChartWidget*>(&widget) != nullptr ||
+         qobject_cast<const DiagramWidget*>(&widget) != nullptr;
+}
+
 QAccessible::Role RoleOf(const QWidget& widget, QAccessible::Role plain) {
   if (IsStatus(widget)) return QAccessible::StatusBar;
   if (widget.inherits("tessel::MessageDialog")) return QAccessible::AlertMessage;
   if (qobject_cast<const QTextBrowser*>(&widget) != nullptr) return QAccessible::Document;
   if (qobject_cast<const HexView*>(&widget) != nullptr) return QAccessible::Document;
-  if (qobject_cast<const PictureView*>(&widget) != nullptr) return QAccessible::Graphic;
+  if (IsDrawing(widget)) return QAccessible::Graphic;
   if (widget.isWindow() && plain == QAccessible::Client) return QAccessible::Window;
   return IsGroup(widget, plain) ? QAccessible::Grouping : plain;
 }

@@ -351,6 +351,69 @@ class WorkAccess(AccessCase):
         self.session.keys("ctrl+F4")
 
 
+class ResultsAccess(AccessCase):
+    """The windows, lines and panes in which results are looked at and taken elsewhere."""
+
+    def setUp(self):
+        self.session.run("SELECT CustomerID, Name, City FROM customers")
+        self.records = self.session.frame.find("panel", "Shop")
+
+    def opened(self, key, title):
+        self.session.keys("F6", key)
+        return self.session.window("dialog", title)
+
+    def test_their_dialogs_have_names_throughout(self):
+        for key, title in (("ctrl+shift+E", "Export to File"), ("ctrl+shift+I", "Import Records"),
+                           ("ctrl+shift+G", "Shop - Chart"), ("ctrl+shift+D", "Shop - Diagram")):
+            with self.subTest(title):
+                self.assertEqual(nameless(self.opened(key, title)), [])
+                self.session.keys("Escape")
+
+    def test_a_plan_tells_its_steps(self):
+        self.session.keys("F6", "ctrl+a")
+        plan = self.opened("ctrl+shift+P", "Shop - Plan")
+        self.assertEqual(nameless(plan), [])
+        steps = plan.find("tree", "Steps of the plan")
+        self.assertIn("customers", steps.child(0).name)
+        self.session.keys("Escape")
+
+    def test_a_chart_and_a_diagram_are_pictures_with_a_name(self):
+        for key, title, name in (("ctrl+shift+G", "Shop - Chart", "Chart"), ("ctrl+shift+D", "Shop - Diagram", "Diagram")):
+            with self.subTest(title):
+                window = self.opened(key, title)
+                self.assertIn(name, [node.name for node in window.walk(ENOUGH) if node.role in ("image", "graphic")])
+                self.session.keys("Escape")
+
+    def test_the_find_and_filter_lines_have_names_and_tell_their_count(self):
+        self.session.keys("F6", "ctrl+f")
+        self.assertEqual(self.session.focused().name, "Find in rows")
+        self.session.keys("ctrl+shift+F")
+        self.assertEqual(nameless(self.records), [])
+        self.session.bus.events.clear()
+        self.session.desk.keys("V", "i", "e")
+        desk.wait_until(lambda: self.session.bus.settle() or self.session.announced(), "something is announced")
+        self.assertRegex(" ".join(self.session.announced()), r"\d+ of 400")
+        self.session.keys("Escape")
+
+    def test_the_record_as_a_form_is_a_table_of_fields(self):
+        self.session.keys("F6", "ctrl+shift+R")
+        fields = self.records.find("table", "Fields of the record")
+        self.assertEqual(fields.rows(), 3)
+        self.assertEqual(fields.cell(1, 0).name, "Field, row 2, Name")
+        self.assertEqual(self.session.focused().name.split(",")[:2], ["Value", " row 1"])
+        self.session.keys("Tab")
+        self.assertEqual(self.session.focused().name.split(",")[:2], ["Value", " row 2"])
+        self.assertEqual(nameless(self.records), [])
+        self.session.keys("ctrl+shift+R")
+
+    def test_the_pane_of_a_value_tells_what_it_holds(self):
+        self.session.keys("F6", "Right", "ctrl+shift+V")
+        self.assertEqual(nameless(self.records), [])
+        told = [node.name for node in self.records.walk(ENOUGH) if node.role == "status bar" and "showing" in node.states]
+        self.assertTrue(any(name.startswith("Name: Text, ") for name in told), told)
+        self.session.keys("ctrl+shift+V")
+
+
 class ScaledAccess(AccessCase):
     """With everything drawn twice as large, places are told in the pixels of the screen."""
     environment = {"QT_SCALE_FACTOR": "2", "size": "2600x2000"}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 
 #include "contract/base/Error.h"
@@ -20,6 +21,7 @@ class HeadlessChartBox final : public Headless<ChartBox> {
   [[nodiscard]] int PlotWidth() const override { return 200; }
   [[nodiscard]] int PlotHeight() const override { return 100; }
   [[nodiscard]] std::string FileContent(DrawingFormat format) const override {
+    if (pictures_ == 0) throw Error(errorNumber::application, "Tessel", "There is no drawing.");
     return "chart " + std::to_string(static_cast<int>(format)) + " of " +
            std::to_string(picture_.x.size());
   }
@@ -46,7 +48,7 @@ class HeadlessDiagramBox final : public Headless<DiagramBox> {
     svg_ = svg.find("<svg") == std::string_view::npos ? "" : svg;
     return !svg_.empty();
   }
-  void SetZoom(int percent) override { zoom_ = percent; }
+  void SetZoom(int percent) override { zoom_ = percent == 0 ? 0 : std::clamp(percent, 10, 400); }
   [[nodiscard]] int Zoom() const override { return zoom_ == 0 ? 50 : zoom_; }
   [[nodiscard]] std::string FileContent(DrawingFormat /*format*/) const override {
     if (svg_.empty()) throw Error(errorNumber::application, "Tessel", "There is no drawing.");

@@ -37,7 +37,11 @@ class HeadlessTreeView final : public Headless<TreeView> {
   [[nodiscard]] std::string NodeAt(int x, int y) const override;
   [[nodiscard]] Rect NodeBounds(std::string_view key) const override;
 
-  void RefreshNotes() override { ++refreshed_; }
+  /// The nodes at the root are in sight: they are asked for, as when they are painted.
+  void RefreshNotes() override {
+    ++refreshed_;
+    for (const std::string& key : Children("")) static_cast<void>(NoteOf(key));
+  }
   /// What is told of a node now.
   [[nodiscard]] NodeNote NoteOf(const std::string& key) const {
     NodeNote note;

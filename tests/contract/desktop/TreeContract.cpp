@@ -196,6 +196,25 @@ void NodesHavePlaces(ContractHost& host) {
   EXPECT_EQ(test.tree.NodeAt(last.left + 15, last.top + 3 * last.height), "");
 }
 
+void NodesInSightAreNotedWheneverNotesAreRefreshed(ContractHost& host) {
+  TreeFixture test(host);
+  int asked = 0;
+  test.tree.NodeNoted = [&](const std::string& key, NodeNote& note) {
+    if (key == "d") ++asked;
+    note = {"of the shop", "two tables"};
+  };
+  test.tree.RefreshNotes();
+  host.Settle();
+  EXPECT_GT(asked, 0);
+  asked = 0;
+  test.tree.RefreshNotes();
+  host.Settle();
+  EXPECT_GT(asked, 0);
+  EXPECT_EQ(test.tree.Text("d"), "Database") << "a note is no part of the text";
+  EXPECT_EQ(test.record.Take(), Seen{});
+  test.tree.NodeNoted = nullptr;
+}
+
 }  // namespace
 
 std::vector<ContractCase> TreeContract() {
@@ -211,7 +230,9 @@ std::vector<ContractCase> TreeContract() {
           {"SelectingByTheUserIsReportedOnce", &SelectingByTheUserIsReportedOnce},
           {"SelectingByCodeShowsTheNode", &SelectingByCodeShowsTheNode},
           {"ExpandingIsReportedOnce", &ExpandingIsReportedOnce},
-          {"NodesHavePlaces", &NodesHavePlaces}};
+          {"NodesHavePlaces", &NodesHavePlaces},
+          {"NodesInSightAreNotedWheneverNotesAreRefreshed",
+           &NodesInSightAreNotedWheneverNotesAreRefreshed}};
 }
 
 }  // namespace tessel::test

@@ -216,6 +216,31 @@ TEST_F(GridLooksTest, KeysAndTheWheelChangeTheSize) {
   EXPECT_EQ(view.rowHeight(0), height);
 }
 
+/// As the toolkit does it in a program that runs.
+void ChangeDesktopFont(const QFont& font) {
+  QApplication::setFont(font);
+  for (QWidget* widget : QApplication::allWidgets()) {
+    QEvent change(QEvent::ApplicationFontChange);
+    QApplication::sendEvent(widget, &change);
+  }
+}
+
+TEST_F(GridLooksTest, TheDesktopsFontIsFollowedInEachSize) {
+  const QFont before = QApplication::font();
+  QFont larger = before;
+  larger.setPointSizeF(before.pointSizeF() * 1.5);
+  grid.SetZoom(150);
+  const qreal zoomed = view.font().pointSizeF();
+  ChangeDesktopFont(larger);
+  host.Settle();
+  EXPECT_NEAR(view.font().pointSizeF(), zoomed * 1.5, 0.2);
+  EXPECT_EQ(grid.Zoom(), 150);
+  grid.SetZoom(ordinaryZoom);
+  ChangeDesktopFont(before);
+  host.Settle();
+  EXPECT_NEAR(view.font().pointSizeF(), before.pointSizeF(), 0.1);
+}
+
 TEST_F(GridLooksTest, TheLastColumnMayFillTheRoom) {
   view.SetLastColumnFills(true);
   Bind(std::make_shared<GeneratedRows>(
