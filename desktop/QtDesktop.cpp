@@ -21,6 +21,7 @@
 #include "desktop/look/Icons.h"
 #include "desktop/look/theme/Theme.h"
 #include "desktop/services/DesktopNotices.h"
+#include "desktop/services/KeyboardReturn.h"
 #include "desktop/services/QtServices.h"
 #include "desktop/window/DesktopCore.h"
 #include "desktop/window/DialogWindow.h"
@@ -87,6 +88,7 @@ struct QtDesktop::Parts {
   DesktopCore core;
   HeldKeysFilter heldKeys;
   MenuKeyFilter menuKey;
+  KeyboardReturn keyboardReturn;
   SystemTheme theme;
   QtClipboard clipboard;
   QtClock clock;

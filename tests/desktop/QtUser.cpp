@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QTest>
+#include <QWindow>
 #include <array>
 #include <stdexcept>
 #include <utility>
@@ -57,11 +58,17 @@ Qt::KeyboardModifiers ModifiersOf(int shift) {
   return modifiers;
 }
 
+/// Off screen no window manager takes the keyboard from a window that is hidden.
+bool SomeWindowIsActive() {
+  const QWindow* window = QGuiApplication::focusWindow();
+  return window != nullptr && window->isVisible();
+}
+
 /// What a window that has just closed leaves to another one comes in its own time.
 QWindow* WindowWithKeyboard() {
   constexpr int patience = 1000;
   if (const QWidget* popup = QApplication::activePopupWidget()) return popup->windowHandle();
-  const auto active = [] { return QGuiApplication::focusWindow() != nullptr; };
+  const auto active = [] { return SomeWindowIsActive(); };
   if (QTest::qWaitFor(active, patience)) return QGuiApplication::focusWindow();
   for (QWidget* window : QApplication::topLevelWidgets())
     if (window->isVisible()) window->activateWindow();
@@ -99,7 +106,8 @@ QWidget& WidgetOf(Window& window, std::string_view name) {
 
 void WaitForKeyboard(Window& frame) {
   QWidget& outer = AsQt(frame).Outer();
-  if (QGuiApplication::focusWindow() == nullptr) outer.activateWindow();
+  if (!SomeWindowIsActive()) outer.activateWindow();
+  EXPECT_TRUE(QTest::qWaitFor([] { return SomeWindowIsActive(); }));
   EXPECT_TRUE(QTest::qWaitForWindowActive(&outer));
   SettleEvents();
 }

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
+#include <QWindow>
 
 #include "contract/base/Error.h"
 #include "contract/desktop/controls/Button.h"
@@ -71,6 +72,17 @@ TEST_F(WindowTest, AWindowMayGoWhileItIsModal) {
   Window* raw = window.get();
   raw->ShowModal(nullptr);
   EXPECT_EQ(window, nullptr);
+}
+
+TEST_F(WindowTest, AWindowHiddenBeforeItBecameActiveLeavesTheKeyboardBelow) {
+  const auto below = ShowForm("dlgConnect");
+  WaitForKeyboard(*below);
+  const auto brief = TheDesktop().MakeWindow("dlgText");
+  QMetaObject::invokeMethod(
+      qApp, [&] { brief->Hide(); }, Qt::QueuedConnection);
+  brief->ShowModal(below.get());
+  host.Settle();
+  EXPECT_EQ(QGuiApplication::focusWindow(), AsQt(*below).Outer().windowHandle());
 }
 
 TEST_F(WindowTest, AnOwnerMayGoBeforeTheWindowAboveIt) {
