@@ -6,6 +6,7 @@
 #include "contract/sql/SqlBlocks.h"
 #include "contract/sql/SqlTokens.h"
 #include "contract/text/Ascii.h"
+#include "contract/text/ByteOrderMark.h"
 
 namespace tessel {
 
@@ -95,7 +96,7 @@ class Splitter {
   }
   /// Whether the mark of the byte order in front of a text ends there.
   [[nodiscard]] bool IsMark(std::size_t position) const {
-    return position == 2 && text_.starts_with("\xEF\xBB\xBF");
+    return position + 1 == BehindMark(text_);
   }
   [[nodiscard]] static bool IsLineEnd(char c) { return c == '\n' || c == '\r'; }
   [[nodiscard]] std::size_t LineEnd(std::size_t position) const {

@@ -4,12 +4,11 @@
 #include <array>
 
 #include "contract/text/Ascii.h"
+#include "contract/text/ByteOrderMark.h"
 
 namespace tessel {
 
 namespace {
-
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 constexpr bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
@@ -81,7 +80,7 @@ SqlTokens::SqlTokens(std::string_view text, SqlDialect dialect)
     : text_(text),
       dialect_(dialect),
       kinds_(&kindsOfDialects.at(static_cast<std::size_t>(dialect))) {
-  if (StartsWith(byteOrderMark)) at_ = byteOrderMark.size();
+  at_ = BehindMark(text_);
 }
 
 SqlToken SqlTokens::Next() {

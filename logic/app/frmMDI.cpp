@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "contract/base/Error.h"
+#include "contract/data/DbmsName.h"
 #include "contract/text/TextCut.h"
 #include "logic/app/EditMenu.h"
 #include "logic/app/dlgAbout.h"
@@ -259,8 +260,8 @@ void frmMDI::ShowChart(frmRecords& window) {
 /// first to run what is selected, and the user sees what that is before it runs on the others.
 SqlDialect frmMDI::DialectInUse() const {
   for (const frmRecords* window : allConnections_.TakingPart()) {
-    const Property* name = window->TheConnection()->ProviderProperties().Find("DBMS Name");
-    if (name != nullptr) return DialectOf(ToText(ToView(name->value)));
+    const std::string name = DbmsName(*window->TheConnection());
+    if (!name.empty()) return DialectOf(name);
   }
   return SqlDialect::Standard;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "contract/data/DbmsName.h"
 #include "contract/text/Ascii.h"
 
 namespace tessel {
@@ -12,11 +13,6 @@ namespace {
 std::string TextAt(const Recordset& rows, std::int64_t row, const char* field) {
   const auto found = rows.FindField(field);
   return found ? ToText(rows.ValueAt(row, *found)) : std::string();
-}
-
-SqlDialect DialectIn(const Connection& connection) {
-  const Property* name = connection.ProviderProperties().Find("DBMS Name");
-  return DialectOf(name == nullptr ? std::string() : ToText(ToView(name->value)));
 }
 
 }  // namespace
@@ -31,7 +27,7 @@ ImportTarget::ImportTarget(std::shared_ptr<Connection> connection, dlgAsync& asy
     : connection_(std::move(connection)),
       async_(async),
       quoting_(connection_->ProviderProperties()),
-      dialect_(DialectIn(*connection_)) {}
+      dialect_(DialectOf(DbmsName(*connection_))) {}
 
 bool ImportTarget::ReadTables() {
   const auto rows = async_.ReadSchema(*connection_, SchemaRowset::Tables, {"", "", "", "TABLE"});

@@ -4,16 +4,12 @@
 
 #include "logic/plan/Explain.h"
 
+#include "contract/data/DbmsName.h"
 #include "logic/plan/RolledBack.h"
 
 namespace tessel {
 
 namespace {
-
-SqlDialect DialectOfConnection(const Connection& connection) {
-  const Property* name = connection.ProviderProperties().Find("DBMS Name");
-  return name == nullptr ? SqlDialect::Standard : DialectOf(ToText(ToView(name->value)));
-}
 
 int Number(const Recordset& rows, std::int64_t row, std::size_t field) {
   const ValueView value = rows.ValueAt(row, field);
@@ -50,7 +46,7 @@ void Explain::Show(frmRecords& window, const std::string& taggedSQL) {
   const std::optional<std::string> sql = window.FillInTags(taggedSQL);
   if (!sql) return;
   help_.TryTo([&] {
-    ShowStatement(window, StatementToExplain(*sql, DialectOfConnection(*window.TheConnection())));
+    ShowStatement(window, StatementToExplain(*sql, DialectOf(DbmsName(*window.TheConnection()))));
   });
 }
 
@@ -83,7 +79,7 @@ bool Explain::MayMeasure(const ExplainedStatement& statement) const {
 std::optional<ShownPlan> Explain::Read(frmRecords& window, const ExplainedStatement& statement,
                                        bool measured) {
   Connection& connection = *window.TheConnection();
-  const SqlDialect dialect = DialectOfConnection(connection);
+  const SqlDialect dialect = DialectOf(DbmsName(connection));
   // A mistake in the statement would end the user's own transaction there.
   const bool takenBack = measured || (dialect == SqlDialect::PostgreSQL &&
                                       connection.Transaction().state == UserTransaction::Open);

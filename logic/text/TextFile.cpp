@@ -5,13 +5,12 @@
 #include <array>
 #include <cstdint>
 
+#include "contract/text/ByteOrderMark.h"
+
 namespace tessel {
 
 namespace {
 
-constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view utf16LittleMark = "\xFF\xFE";
-constexpr std::string_view utf16BigMark = "\xFE\xFF";
 constexpr std::int32_t replacement = 0xFFFD;
 
 /// What Windows-1252 puts at 0x80 to 0x9F; its five unused bytes keep their own number.
@@ -93,8 +92,8 @@ DecodedText DecodeText(std::string bytes) {
   if (view.starts_with(utf16BigMark))
     return {FromUtf16(view.substr(2), true), TextEncoding::Utf16BigEndian};
   if (!IsUtf8(view)) return {FromWindows1252(view), TextEncoding::Windows1252};
-  if (!view.starts_with(utf8Mark)) return {std::move(bytes), TextEncoding::Utf8};
-  bytes.erase(0, utf8Mark.size());
+  if (!view.starts_with(byteOrderMark)) return {std::move(bytes), TextEncoding::Utf8};
+  bytes.erase(0, byteOrderMark.size());
   return {std::move(bytes), TextEncoding::Utf8WithMark};
 }
 
@@ -108,7 +107,7 @@ std::string DecodePiece(std::string_view bytes, TextEncoding encoding) {
 }
 
 std::string EncodeText(std::string text, TextEncoding encoding) {
-  if (encoding == TextEncoding::Utf8WithMark) text.insert(0, utf8Mark);
+  if (encoding == TextEncoding::Utf8WithMark) text.insert(0, byteOrderMark);
   return text;
 }
 

@@ -4,6 +4,7 @@
 
 #include "contract/base/Keys.h"
 #include "logic/results/FrameCommands.h"
+#include "logic/results/commands/KeyMenu.h"
 
 namespace tessel {
 
@@ -46,22 +47,8 @@ RowTools::Host frmRows::ToolsHost() {
 }
 
 void frmRows::WireArranging() {
-  using namespace shiftState;
-  struct Entry {
-    const char* item;
-    int keyCode;
-    int shift;
-  };
-  static constexpr Entry entries[] = {{"mnuRowsFind", 'F', ctrl},
-                                      {"mnuRowsFilter", 'F', ctrl | shift},
-                                      {"mnuRowsSort", 'S', ctrl | shift},
-                                      {"mnuRowsSortFurther", 'A', ctrl | shift},
-                                      {"mnuColumnWider", 'W', ctrl | shift},
-                                      {"mnuColumnNarrower", 'N', ctrl | shift}};
-  for (const Entry& entry : entries)
-    window_->Menu(entry.item).Click = [this, &entry] {
-      rowTools_.TakeKey(entry.keyCode, entry.shift);
-    };
+  WireArrangingMenu(*window_,
+                    [this](int keyCode, int shift) { return rowTools_.TakeKey(keyCode, shift); });
   dataGrid_.RowsChange = [this] { rowTools_.NoteRows(); };
 }
 

@@ -25,6 +25,7 @@ class RowOrder {
   /// `rows` holds all rows that there are; those to come have numbers from `next` on. Nothing of
   /// all: the order of opening.
   void Set(std::vector<std::int64_t> rows, std::int64_t next);
+  /// The same for an order that knows already where each row stands, and what is hidden.
   void Take(ArrangedRows arranged, std::int64_t next);
 
   /// Of so many rows there are.

@@ -8,6 +8,7 @@
 #include <set>
 
 #include "contract/text/Ascii.h"
+#include "contract/text/ByteOrderMark.h"
 #include "logic/import/guessing/ColumnGuess.h"
 #include "logic/import/reading/DelimitedReader.h"
 #include "logic/import/reading/JsonReader.h"
@@ -85,7 +86,7 @@ bool LooksLikeHeader(const std::vector<std::vector<std::string>>& records) {
 }
 
 bool LooksLikeJson(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t\r\n\xEF\xBB\xBF");
+  const std::size_t first = text.find_first_not_of(" \t\r\n", BehindMark(text));
   if (first == std::string_view::npos || (text[first] != '[' && text[first] != '{')) return false;
   const std::size_t second = text.find_first_not_of(" \t\r\n", first + 1);
   const char next = second == std::string_view::npos ? '\0' : text[second];

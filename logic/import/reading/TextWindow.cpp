@@ -9,15 +9,12 @@
 #include <optional>
 #include <utility>
 
+#include "contract/text/ByteOrderMark.h"
 #include "contract/text/Utf8.h"
 
 namespace tessel {
 
 namespace {
-
-constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view utf16LittleMark = "\xFF\xFE";
-constexpr std::string_view utf16BigMark = "\xFE\xFF";
 
 struct Signature {
   std::string_view bytes;
@@ -100,7 +97,7 @@ std::size_t TextReader::Read(std::span<char> buffer) {
 FirstLook LookAt(std::string_view bytes) {
   for (const Signature& signature : signatures)
     if (bytes.starts_with(signature.bytes)) return {TextEncoding::Utf8, signature.kind};
-  if (bytes.starts_with(utf8Mark)) return {TextEncoding::Utf8WithMark, {}};
+  if (bytes.starts_with(byteOrderMark)) return {TextEncoding::Utf8WithMark, {}};
   if (bytes.starts_with(utf16LittleMark)) return {TextEncoding::Utf16LittleEndian, {}};
   if (bytes.starts_with(utf16BigMark)) return {TextEncoding::Utf16BigEndian, {}};
   if (const auto encoding = Utf16Of(bytes)) return {*encoding, {}};
@@ -152,8 +149,6 @@ void TextWindow::ReadOther() {
 }
 
 /// By now it is one of UTF-8, whatever it was in the file.
-void TextWindow::DropMark() {
-  if (std::string_view(buffer_).substr(0, filled_).starts_with(utf8Mark)) taken_ = utf8Mark.size();
-}
+void TextWindow::DropMark() { taken_ = BehindMark(std::string_view(buffer_).substr(0, filled_)); }
 
 }  // namespace tessel

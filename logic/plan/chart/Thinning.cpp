@@ -31,18 +31,33 @@ void Append(Points& points, const Points& all, const Column& column) {
   for (auto i = kept.begin(); i != end; ++i) Append(points, all, *i);
 }
 
-/// The place of a value in a raster of so many places.
-int PlaceOf(double value, const Range& range, int places) {
-  const double part = (value - range.lower) / (range.upper - range.lower);
-  return std::clamp(static_cast<int>(part * places), 0, places - 1);
-}
+/// The places between the ends of a range.
+class Raster {
+ public:
+  Raster(const Range& range, int places)
+      : range_(range), perUnit_(places / (range.upper - range.lower)), last_(places - 1) {}
+
+  [[nodiscard]] bool Has(double value) const {
+    return value >= range_.lower && value <= range_.upper;
+  }
+  [[nodiscard]] std::size_t PlaceOf(double value) const {
+    return static_cast<std::size_t>(
+        std::clamp(static_cast<int>((value - range_.lower) * perUnit_), 0, last_));
+  }
+  [[nodiscard]] double EndOf(std::size_t place) const {
+    return range_.lower + static_cast<double>(place + 1) / perUnit_;
+  }
+
+ private:
+  Range range_;
+  double perUnit_;
+  int last_;
+};
 
 /// The column that begins with the point at `i`, which goes behind it.
-Column TakeColumn(const Points& all, std::size_t& i, std::size_t end, const Range& view,
-                  int columns) {
+Column TakeColumn(const Points& all, std::size_t& i, std::size_t end, const Raster& across) {
   Column column{i, i, i, i};
-  const int place = PlaceOf(all.x[i], view, columns);
-  const double next = view.lower + (view.upper - view.lower) * (place + 1) / columns;
+  const double next = across.EndOf(across.PlaceOf(all.x[i]));
   for (++i; i < end && all.x[i] < next; ++i) {
     if (all.y[i] < all.y[column.lowest]) column.lowest = i;
     if (all.y[i] > all.y[column.highest]) column.highest = i;
@@ -59,51 +74,14 @@ std::pair<std::size_t, std::size_t> PointsWithin(const Points& points, const Ran
           static_cast<std::size_t>(upper - points.x.begin())};
 }
 
-// --- clouds --------------------------------------------------------------------------------------
-
-struct Spot {
-  double x = 0;
-  double y = 0;
-};
-
-/// The places between the ends of a range.
-class Raster {
- public:
-  Raster(const Range& range, int places)
-      : range_(range), perUnit_(places / (range.upper - range.lower)), last_(places - 1) {}
-
-  [[nodiscard]] bool Has(double value) const {
-    return value >= range_.lower && value <= range_.upper;
-  }
-  [[nodiscard]] std::size_t PlaceOf(double value) const {
-    return static_cast<std::size_t>(
-        std::clamp(static_cast<int>((value - range_.lower) * perUnit_), 0, last_));
-  }
-
- private:
-  Range range_;
-  double perUnit_;
-  int last_;
-};
-
-Points PointsOf(const std::vector<Spot>& spots) {
-  Points points;
-  points.x.reserve(spots.size());
-  points.y.reserve(spots.size());
-  for (const Spot& spot : spots) {
-    points.x.push_back(spot.x);
-    points.y.push_back(spot.y);
-  }
-  return points;
-}
-
 }  // namespace
 
 Points ThinLine(const Points& points, const Range& view, int columns) {
+  const Raster across(view, columns);
   auto [i, end] = PointsWithin(points, view);
   Points thinned;
   if (i > 0) Append(thinned, points, i - 1);
-  while (i < end) Append(thinned, points, TakeColumn(points, i, end, view, columns));
+  while (i < end) Append(thinned, points, TakeColumn(points, i, end, across));
   if (end < points.Count()) Append(thinned, points, end);
   return thinned;
 }
@@ -114,21 +92,22 @@ Points ThinCloud(const Points& points, const Range& xView, const Range& yView, i
   const Raster down(yView, rows);
   const std::size_t places = static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows);
   std::vector<std::uint8_t> taken(places);
-  // A spot whose place is taken is written over by the next one: nothing has to be guessed.
+  // A point whose place is taken is written over by the next one: nothing has to be guessed.
   auto [i, end] = PointsWithin(points, xView);
-  std::vector<Spot> spots(std::min(end - i, places) + 1);
-  std::size_t kept = 0;
+  Points kept;
+  kept.Resize(std::min(end - i, places) + 1);
+  std::size_t count = 0;
   for (; i < end; ++i) {
-    const Spot spot = {points.x[i], points.y[i]};
-    if (!down.Has(spot.y)) continue;
+    if (!down.Has(points.y[i])) continue;
     const std::size_t place =
-        across.PlaceOf(spot.x) * static_cast<std::size_t>(rows) + down.PlaceOf(spot.y);
-    spots[kept] = spot;
-    kept += 1U - taken[place];
+        across.PlaceOf(points.x[i]) * static_cast<std::size_t>(rows) + down.PlaceOf(points.y[i]);
+    kept.x[count] = points.x[i];
+    kept.y[count] = points.y[i];
+    count += 1U - taken[place];
     taken[place] = 1;
   }
-  spots.resize(kept);
-  return PointsOf(spots);
+  kept.Resize(count);
+  return kept;
 }
 
 Range RangeOf(const std::vector<double>& values) {

@@ -10,6 +10,10 @@ struct Points {
   std::vector<double> x;
   std::vector<double> y;
   [[nodiscard]] std::size_t Count() const { return x.size(); }
+  void Resize(std::size_t count) {
+    x.resize(count);
+    y.resize(count);
+  }
 };
 
 /// From a lower to an upper end, which is more.

@@ -1,7 +1,5 @@
 #include "logic/results/commands/KeyMenu.h"
 
-#include <iterator>
-
 #include "contract/base/Keys.h"
 #include "contract/desktop/controls/Button.h"
 #include "contract/desktop/controls/MenuItem.h"
@@ -19,7 +17,16 @@ struct Entry {
   const char* control;  ///< Empty: it can always be used.
 };
 
-constexpr Entry entries[] = {
+constexpr Entry arrangingEntries[] = {
+    {"mnuRowsFind", 'F', ctrl, "DataGrid"},
+    {"mnuRowsFilter", 'F', ctrl | shift, "DataGrid"},
+    {"mnuRowsSort", 'S', ctrl | shift, "DataGrid"},
+    {"mnuRowsSortFurther", 'A', ctrl | shift, "DataGrid"},
+    {"mnuColumnWider", 'W', ctrl | shift, "DataGrid"},
+    {"mnuColumnNarrower", 'N', ctrl | shift, "DataGrid"},
+};
+
+constexpr Entry otherEntries[] = {
     {"mnuRowsExport", 'E', ctrl | shift, "DataGrid"},
     {"mnuRowsAccept", 'S', ctrl, "cmdAccept"},
     {"mnuRowsReject", 'R', ctrl, "cmdReject"},
@@ -28,12 +35,6 @@ constexpr Entry entries[] = {
     {"mnuRowsEdit", key::f4, none, "DataGrid"},
     {"mnuRowsRecord", 'R', ctrl | shift, "DataGrid"},
     {"mnuRowsValue", 'V', ctrl | shift, "DataGrid"},
-    {"mnuRowsFind", 'F', ctrl, "DataGrid"},
-    {"mnuRowsFilter", 'F', ctrl | shift, "DataGrid"},
-    {"mnuRowsSort", 'S', ctrl | shift, "DataGrid"},
-    {"mnuRowsSortFurther", 'A', ctrl | shift, "DataGrid"},
-    {"mnuColumnWider", 'W', ctrl | shift, "DataGrid"},
-    {"mnuColumnNarrower", 'N', ctrl | shift, "DataGrid"},
     {"mnuRowsWarning", 'W', ctrl | alt, "lblWarning"},
     {"mnuRowsChart", 'G', ctrl | shift, "DataGrid"},
     {"mnuQueryAgain", key::f5, none, "cmdRequery"},
@@ -58,24 +59,33 @@ constexpr Entry entries[] = {
 
 constexpr const char* titles[] = {"menuRecords", "menuQuery", "menuConnection"};
 
+void Wire(Window& window, const Entry& entry, const KeyPress& press) {
+  window.Menu(entry.item).Click = [press, &entry] { press(entry.keyCode, entry.shift); };
+}
+
+void RefreshEntry(Window& window, const Entry& entry) {
+  MenuItem& item = window.Menu(entry.item);
+  const bool always = *entry.control == '\0';
+  const Control* control = always ? nullptr : &window.Find<Control>(entry.control);
+  item.SetEnabled(always || (control->Visible() && control->Enabled()));
+  if (const auto* box = dynamic_cast<const CheckBox*>(control)) item.SetChecked(box->Value());
+}
+
 }  // namespace
 
-KeyMenu::KeyMenu(Window& window, Press press) : window_(window) {
-  for (const Entry& entry : entries) {
-    window.Menu(entry.item).Click = [press, &entry] { press(entry.keyCode, entry.shift); };
-    const bool always = *entry.control == '\0';
-    controls_.push_back(always ? nullptr : &window.Find<Control>(entry.control));
-  }
+void WireArrangingMenu(Window& window, const KeyPress& press) {
+  for (const Entry& entry : arrangingEntries) Wire(window, entry, press);
+}
+
+KeyMenu::KeyMenu(Window& window, const KeyPress& press) : window_(window) {
+  WireArrangingMenu(window, press);
+  for (const Entry& entry : otherEntries) Wire(window, entry, press);
   for (const char* title : titles) window.Menu(title).Click = [this] { Refresh(); };
 }
 
 void KeyMenu::Refresh() {
-  for (std::size_t i = 0; i < std::size(entries); ++i) {
-    const Control* control = controls_[i];
-    MenuItem& item = window_.Menu(entries[i].item);
-    item.SetEnabled(control == nullptr || (control->Visible() && control->Enabled()));
-    if (const auto* box = dynamic_cast<const CheckBox*>(control)) item.SetChecked(box->Value());
-  }
+  for (const Entry& entry : arrangingEntries) RefreshEntry(window_, entry);
+  for (const Entry& entry : otherEntries) RefreshEntry(window_, entry);
 }
 
 }  // namespace tessel

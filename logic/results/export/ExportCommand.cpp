@@ -6,6 +6,7 @@
 
 #include "contract/base/Error.h"
 #include "contract/data/Connection.h"
+#include "contract/data/DbmsName.h"
 #include "logic/results/conversions/RecordFormat.h"
 #include "logic/results/export/FileExport.h"
 #include "logic/results/export/dlgExport.h"
@@ -64,9 +65,7 @@ void ExportCommand::Export() {
 
 SqlDialect ExportCommand::DatabaseOf(const Recordset& rows) const {
   const std::shared_ptr<Connection> connection = rows.ActiveConnection();
-  if (connection == nullptr) return SqlDialect::Standard;
-  const Property* name = connection->ProviderProperties().Find("DBMS Name");
-  return name == nullptr ? SqlDialect::Standard : DialectOf(ToText(ToView(name->value)));
+  return connection == nullptr ? SqlDialect::Standard : DialectOf(DbmsName(*connection));
 }
 
 // --- what there is to export ---------------------------------------------------------------------

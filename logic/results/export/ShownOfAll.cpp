@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "contract/base/Error.h"
+#include "logic/results/stream/RecordBatch.h"
 
 namespace tessel {
 
@@ -26,10 +26,7 @@ ShownOfAll::~ShownOfAll() {
 std::int64_t ShownOfAll::Merged(std::int64_t row) const {
   const auto next = std::ranges::upper_bound(parts_, row, {}, &Part::firstShown);
   const Part& part = *std::prev(next);
-  const auto position = part.opened->PositionOf(part.rows->BookmarkAt(row - part.firstShown));
-  if (!position)
-    throw Error(errorNumber::noCurrentRecord, "Tessel", "The record is not there any more.");
-  return part.firstMerged + *position;
+  return part.firstMerged + PositionNow(*part.opened, part.rows->BookmarkAt(row - part.firstShown));
 }
 
 }  // namespace tessel

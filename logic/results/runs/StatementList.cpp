@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "contract/data/DbmsName.h"
 #include "contract/text/Utf8.h"
 #include "logic/results/runs/ListRows.h"
 
@@ -65,10 +66,9 @@ std::string Joined(const std::vector<ErrorInfo>& notices) {
 
 StatementList::StatementList(std::string sql, const Connection& connection,
                              std::shared_ptr<const QueryOperation> operation)
-    : sql_(std::move(sql)), operation_(std::move(operation)) {
-  const Property* name = connection.ProviderProperties().Find("DBMS Name");
-  dialect_ = DialectOf(name == nullptr ? std::string() : ToText(ToView(name->value)));
-}
+    : sql_(std::move(sql)),
+      dialect_(DialectOf(DbmsName(connection))),
+      operation_(std::move(operation)) {}
 
 bool StatementList::HasSeveral() const {
   const auto listed = std::ranges::count_if(operation_->Results(), [](const CommandResult& result) {

@@ -27,8 +27,13 @@ BatchReader::BatchReader(std::shared_ptr<Recordset> rows, std::size_t firstColum
       kept_(rows_->Clone(LockType::ReadOnly)),
       firstColumn_(firstColumn),
       columns_(columns),
-      chosen_(std::move(chosen)),
-      count_(chosen_.empty() ? rows_->RecordCount() : static_cast<std::int64_t>(chosen_.size())) {}
+      count_(rows_->RecordCount()) {
+  if (chosen.empty()) return;
+  const auto count = static_cast<std::int64_t>(chosen.size());
+  TakeBy(count, [this, chosen = std::move(chosen)](std::int64_t number) {
+    return PositionNow(*rows_, chosen[static_cast<std::size_t>(number)]);
+  });
+}
 
 BatchReader::~BatchReader() { kept_->Close(); }
 
@@ -37,17 +42,8 @@ void BatchReader::TakeBy(std::int64_t count, std::function<std::int64_t(std::int
   positionOf_ = std::move(positionOf);
 }
 
-std::int64_t BatchReader::NextPosition() const {
-  if (positionOf_) return positionOf_(next_);
-  if (chosen_.empty()) return next_;
-  const auto position = rows_->PositionOf(chosen_[static_cast<std::size_t>(next_)]);
-  if (!position)
-    throw Error(errorNumber::noCurrentRecord, "Tessel", "The record is not there any more.");
-  return *position;
-}
-
 void BatchReader::ReadInto(RecordBatch& batch) {
-  const std::int64_t position = NextPosition();
+  const std::int64_t position = positionOf_ ? positionOf_(next_) : next_;
   const std::size_t before = batch.values.size();
   batch.values.resize(before + columns_);
   const std::span record(batch.values.data() + before, columns_);
@@ -63,6 +59,13 @@ std::shared_ptr<RecordBatch> BatchReader::NewBatch() const {
   batch->columns = columns_;
   batch->values.reserve(std::min(mostValues, static_cast<std::size_t>(count_ - next_) * columns_));
   return batch;
+}
+
+std::int64_t PositionNow(const Recordset& rows, Bookmark record) {
+  const auto position = rows.PositionOf(record);
+  if (!position)
+    throw Error(errorNumber::noCurrentRecord, "Tessel", "The record is not there any more.");
+  return *position;
 }
 
 bool IsFull(const RecordBatch& batch) {

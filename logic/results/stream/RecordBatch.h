@@ -53,17 +53,17 @@ class BatchReader {
   [[nodiscard]] const Recordset& Rows() const { return *rows_; }
 
  private:
-  [[nodiscard]] std::int64_t NextPosition() const;
-
   std::shared_ptr<Recordset> rows_;
   std::shared_ptr<Recordset> kept_;  ///< Keeps the values when the rows are closed.
   std::size_t firstColumn_;
   std::size_t columns_;
-  std::vector<Bookmark> chosen_;
-  std::function<std::int64_t(std::int64_t)> positionOf_;  ///< Empty: by `chosen_`.
+  std::function<std::int64_t(std::int64_t)> positionOf_;  ///< Empty: one behind the other.
   std::int64_t count_;
   std::int64_t next_ = 0;
 };
+
+/// The position of a record of the rows. Raises Error when it is not there any more.
+[[nodiscard]] std::int64_t PositionNow(const Recordset& rows, Bookmark record);
 
 /// Whether a batch is large enough to be worked on.
 [[nodiscard]] bool IsFull(const RecordBatch& batch);

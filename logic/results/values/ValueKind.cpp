@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "contract/text/Ascii.h"
+#include "contract/text/ByteOrderMark.h"
 #include "contract/text/NumberText.h"
 
 namespace tessel {
@@ -47,7 +48,7 @@ constexpr Signature signatures[] = {
 
 bool IsDrawing(std::string_view bytes) {
   const std::string_view head = bytes.substr(0, headOfDrawing);
-  const std::size_t first = head.find_first_not_of("\xEF\xBB\xBF \r\n\t");
+  const std::size_t first = head.find_first_not_of(" \r\n\t", BehindMark(head));
   return first != std::string_view::npos && head[first] == '<' &&
          head.find("<svg") != std::string_view::npos;
 }

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "contract/text/ByteOrderMark.h"
 #include "logic/text/indent/TextIndent.h"
 
 namespace tessel {

@@ -70,33 +70,27 @@ void StructuredText::chkIndented_Click() {
 void StructuredText::ShowIndented() {
   original_ = Text();
   shown_.clear();
+  if (original_.size() <= longestAtOnce) return EndIndenting(Indent(original_));
   work_ = StartIndenting(original_);
   if (work_ == nullptr) return Say({}, original_);
-  if (original_.size() > longestAtOnce) {
-    wasLocked_ = box_.Locked();
-    box_.SetLocked(true);
-    timer_.SetEnabled(true);
-    return;
-  }
-  while (work_->Step(original_.size() + 1)) {
-  }
-  EndIndenting();
+  wasLocked_ = box_.Locked();
+  box_.SetLocked(true);
+  timer_.SetEnabled(true);
 }
 
 void StructuredText::RunSlice() {
   if (work_ == nullptr) return timer_.SetEnabled(false);
   const std::int64_t start = clock_.Milliseconds();
   while (clock_.Milliseconds() - start < sliceMilliseconds)
-    if (!work_->Step(stepBytes)) return EndIndenting();
+    if (!work_->Step(stepBytes)) return EndIndenting(work_->Result());
   lblStructure_.SetCaption("Indenting... " + std::to_string(work_->Percent()) + " % (Esc stops)");
 }
 
 /// A text that breaks the rules is shown as it is, and the place is told.
-void StructuredText::EndIndenting() {
-  IndentedText indented = work_->Result();
+void StructuredText::EndIndenting(IndentedText indented) {
   Stop();
   Say(indented, original_);
-  if (indented.fault) return;
+  if (indented.fault || indented.structure == TextStructure::None) return;
   shown_ = std::move(indented.text);
   box_.SetText(shown_);
 }

@@ -39,7 +39,7 @@ class StructuredText {
   void chkIndented_Click();
   void ShowIndented();
   void RunSlice();
-  void EndIndenting();
+  void EndIndenting(IndentedText indented);
   void Stop();
   void ShowAsItIs();
   void Say(const IndentedText& indented, const std::string& text);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "contract/text/ByteOrderMark.h"
 #include "contract/text/TextRange.h"
 
 namespace tessel {

@@ -75,11 +75,6 @@ inline constexpr std::size_t deepestIndent = 20;
 [[nodiscard]] constexpr bool IsBlank(char character) {
   return character == ' ' || character == '\n' || character == '\r' || character == '\t';
 }
-inline constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-/// Where the text itself begins: behind a byte order mark.
-[[nodiscard]] constexpr std::size_t BehindMark(std::string_view text) {
-  return text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
-}
 /// The first place from `from` on that holds no blank; the end of the text when there is none.
 [[nodiscard]] std::size_t SkipBlanks(std::string_view text, std::size_t from);
 /// Appends a line end and the blanks of a level.

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "contract/text/ByteOrderMark.h"
 #include "logic/text/indent/TextIndent.h"
 
 namespace tessel {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "contract/data/DbmsName.h"
 #include "contract/sql/ColumnTypes.h"
 #include "logic/import/ImportTarget.h"
 #include "logic/results/export/ExportTarget.h"
@@ -53,10 +54,7 @@ std::vector<Passage> Passages() {
   return all;
 }
 
-SqlDialect RoundTrip::Dialect() const {
-  const Property* name = connection_->ProviderProperties().Find("DBMS Name");
-  return DialectOf(name == nullptr ? std::string() : ToText(ToView(name->value)));
-}
+SqlDialect RoundTrip::Dialect() const { return DialectOf(DbmsName(*connection_)); }
 
 std::string RoundTrip::Exported(const std::string& query, const ExportChoices& choices) {
   const std::shared_ptr<Recordset> rows = QueryNow(*connection_, query);

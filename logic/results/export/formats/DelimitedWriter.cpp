@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "contract/text/ByteOrderMark.h"
 #include "contract/text/NumberText.h"
 #include "logic/results/export/formats/Cells.h"
 #include "logic/results/export/formats/RecordWriter.h"
@@ -13,8 +14,6 @@ namespace tessel {
 namespace {
 
 constexpr char quote = '"';
-constexpr std::string_view byteOrderMark =
-    "\xEF\xBB\xBF";  ///< In front it would be none of a value.
 
 class DelimitedWriter final : public RecordWriter {
  public:

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "contract/text/ByteOrderMark.h"
 #include "contract/text/NumberText.h"
 #include "contract/text/Utf8.h"
 
@@ -40,8 +41,8 @@ std::string Named(char32_t code) {
 
 std::string_view TextEncoder::Mark() const {
   switch (code_) {
-    case TextCode::Utf8WithMark: return "\xEF\xBB\xBF";
-    case TextCode::Utf16: return "\xFF\xFE";
+    case TextCode::Utf8WithMark: return byteOrderMark;
+    case TextCode::Utf16: return utf16LittleMark;
     default: return "";
   }
 }
