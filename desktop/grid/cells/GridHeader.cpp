@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QStyle>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "contract/data/RowArrangement.h"
@@ -30,8 +31,11 @@ GridHeader::GridHeader(Qt::Orientation orientation, GridView& grid)
   if (!rows) setMouseTracking(true);
 }
 
+/// The exact width is rounded up: a number that lacks a part of a pixel would be elided.
 int GridHeader::WidthForRows(int rows) const {
-  return fontMetrics().horizontalAdvance(QString::number(std::max(rows, 99))) + 2 * cellPadding + 1;
+  const QString widest = QString::number(std::max(rows, 99));
+  const qreal exact = QFontMetricsF(font()).horizontalAdvance(widest);
+  return static_cast<int>(std::ceil(exact)) + 2 * cellPadding + 1;
 }
 
 /// Flat: a ground, a line at the right and one below. What is selected has the ground of selected

@@ -1,10 +1,12 @@
 // How the grid looks: rows, the current one, the head, null, numbers; and how large it is shown.
 
 #include <QApplication>
+#include <QFontMetricsF>
 #include <QHeaderView>
 #include <QImage>
 #include <QTest>
 #include <QWheelEvent>
+#include <cmath>
 
 #include "contract/base/Zoom.h"
 #include "contract/desktop/controls/DataGrid.h"
@@ -89,11 +91,28 @@ TEST_F(GridLooksTest, RowsAreOneAndAHalfTimesAsHighAsTheirFont) {
 
 TEST_F(GridLooksTest, TheRowHeaderIsAsNarrowAsItsNumbers) {
   const auto width = [this](const char* widest) {
-    return view.fontMetrics().horizontalAdvance(QLatin1String(widest)) + 13;
+    return static_cast<int>(
+               std::ceil(QFontMetricsF(view.font()).horizontalAdvance(QLatin1String(widest)))) +
+           13;
   };
   EXPECT_EQ(view.verticalHeader()->width(), width("1000000"));
   Bind(OrdersOf(120));
   EXPECT_EQ(view.verticalHeader()->width(), width("120"));
+}
+
+/// Without hinting a digit is as wide as a pixel and a part of one.
+TEST_F(GridLooksTest, ARowsNumberIsNeverCutWhateverTheFont) {
+  Bind(OrdersOf(16));
+  const QHeaderView& numbers = *view.verticalHeader();
+  for (int size = 8; size <= 32; ++size) {
+    QFont font = view.font();
+    font.setHintingPreference(QFont::PreferNoHinting);
+    font.setPixelSize(size);
+    view.setFont(font);
+    host.Settle();
+    EXPECT_EQ(numbers.fontMetrics().elidedText("16", Qt::ElideRight, numbers.width() - 13), "16")
+        << size << " pixels";
+  }
 }
 
 TEST_F(GridLooksTest, TheCurrentCellHasARing) {
