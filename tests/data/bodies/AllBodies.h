@@ -122,6 +122,26 @@ class RoundTripBodies : public DatabaseTest {
   std::shared_ptr<Connection> connection_;
   std::unique_ptr<RoundTrip> trip_;
 };
+/// The same of a million rows. They take minutes, most of all in a build that is not optimised, and
+/// are run by name.
+class ManyRowsBodies : public RoundTripBodies {
+ protected:
+  /// Makes the table that the rows come from.
+  void SetUp() override;
+
+  /// Through a file and back, and says how long it took.
+  void ExpectBack(const Passage& passage);
+  void ExpectBack(const std::function<bool(const Passage&)>& chosen);
+  /// The table holds the rows: the sum of their values, and that which the database makes itself.
+  void ExpectSameRows(const std::string& table);
+  /// A sum that the database makes; empty where it has none.
+  [[nodiscard]] std::string OwnSum(const std::string& table) const;
+  /// Changes one value of the table and expects that this is found.
+  void ExpectOneOtherValueFound(const std::string& table);
+
+  std::unique_ptr<ScratchTable> from_;
+  RowSum sum_;
+};
 class WriteFaultBodies : public WriteTest {};
 /// Texts of several statements, run as one command.
 class StatementBodies : public WriteTest {
@@ -180,7 +200,8 @@ inline std::string DatabaseName(const testing::TestParamInfo<DatabaseParam>& inf
 /// Runs those of rows that are loaded.
 #define TESSEL_RUN_LOAD_BODIES(prefix, params)                                                     \
   INSTANTIATE_TEST_SUITE_P(prefix, LoadBodies, params, DatabaseName);                              \
-  INSTANTIATE_TEST_SUITE_P(prefix, RoundTripBodies, params, DatabaseName)
+  INSTANTIATE_TEST_SUITE_P(prefix, RoundTripBodies, params, DatabaseName);                         \
+  INSTANTIATE_TEST_SUITE_P(prefix, ManyRowsBodies, params, DatabaseName)
 
 /// Runs those of connections that are read-only by their string: the native providers know the key.
 #define TESSEL_RUN_READ_ONLY_BODIES(prefix, params)                                                \

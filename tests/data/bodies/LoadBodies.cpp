@@ -166,6 +166,20 @@ TEST_P(LoadBodies, ACancelInTheMiddleLeavesNothing) {
   EXPECT_EQ(ToText(ToView(Cell(*connection_, "select 1"))), "1");
 }
 
+TEST_P(LoadBodies, ACancelInTheMiddleLeavesTheBatchesThatWereTaken) {
+  EventLog log;
+  LoadRequest request = RequestOf(std::make_shared<ListFeed>(EndlessRows()));
+  request.commitRows = 200;
+  const auto load = connection_->StartLoad(std::move(request));
+  log.Watch(*load);
+  PumpToProgress(*load);
+  load->Cancel();
+  ASSERT_TRUE(PumpToEnd(log));
+  EXPECT_EQ(load->Outcome(), OperationOutcome::Cancelled);
+  EXPECT_GE(load->RowsKept(), 200);
+  EXPECT_EQ(Count(), std::to_string(3 + load->RowsKept()));
+}
+
 TEST_P(LoadBodies, RowsBelongToTheTransactionThatIsOpen) {
   if (!Db().Traits().tellsTransaction) GTEST_SKIP() << "tells nothing of transactions";
   Run(*connection_, Db().BeginStatement());

@@ -24,6 +24,14 @@ std::string Shown(const ValueView& value) {
   return text;
 }
 
+// FNV-1a of 64 bits.
+constexpr std::uint64_t emptySum = 0xCBF29CE484222325U;
+constexpr std::uint64_t sumPrime = 0x100000001B3U;
+
+void AddTo(std::uint64_t& sum, std::string_view bytes) {
+  for (const char c : bytes) sum = (sum ^ static_cast<unsigned char>(c)) * sumPrime;
+}
+
 }  // namespace
 
 std::vector<Passage> Passages() {
@@ -160,6 +168,17 @@ std::vector<std::string> RoundTrip::Lines(const std::string& query) const {
       line += (field == 0 ? "" : "|") + Shown(rows->ValueAt(row, field));
   }
   return lines;
+}
+
+RowSum RoundTrip::SumOf(const std::string& query) const {
+  const std::shared_ptr<Recordset> rows = QueryNow(*connection_, query);
+  RowSum sum{.rows = rows->RecordCount(), .sum = emptySum};
+  for (std::int64_t row = 0; row < sum.rows; ++row)
+    for (std::size_t field = 0; field < rows->Fields().size(); ++field) {
+      const std::string shown = Shown(rows->ValueAt(row, field));
+      AddTo(sum.sum, std::to_string(shown.size()) + " " + shown);
+    }
+  return sum;
 }
 
 }  // namespace tessel::test

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -29,6 +30,19 @@ inline void PrintTo(const Passage& passage, std::ostream* out) { *out << passage
 /// Every format that import reads, under the choices that decide what a value looks like.
 [[nodiscard]] std::vector<Passage> Passages();
 
+/// How many rows a query gives, and a sum over all their values: the bytes and the kind of each, in
+/// their order.
+struct RowSum {
+  std::int64_t rows = 0;
+  std::uint64_t sum = 0;
+
+  bool operator==(const RowSum&) const = default;
+};
+
+inline void PrintTo(const RowSum& sum, std::ostream* out) {
+  *out << sum.rows << " rows, sum " << std::hex << sum.sum << std::dec;
+}
+
 /// Takes the records of a connection's tables out to files and in again, by what export and import
 /// are made of.
 class RoundTrip {
@@ -57,6 +71,7 @@ class RoundTrip {
   ColumnsOf(const std::string& catalog, const std::string& schema, const std::string& table) const;
   /// The rows of a query, a line a row: each value with the kind that it came as.
   [[nodiscard]] std::vector<std::string> Lines(const std::string& query) const;
+  [[nodiscard]] RowSum SumOf(const std::string& query) const;
 
  private:
   [[nodiscard]] static ImportFormat FormatOf(const ImportSource& source, const Passage& passage);
