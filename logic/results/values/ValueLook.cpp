@@ -20,6 +20,8 @@ namespace {
 constexpr int findContext = 8606;
 /// Bytes of a text that are shown beside the rows; the text window shows all of it.
 constexpr std::size_t longestText = 1U << 20U;
+/// Bytes of a text that are indented at once.
+constexpr std::size_t longestAtOnce = 256U << 10U;
 /// Bytes that are copied as digits at most.
 constexpr std::int64_t mostCopied = 4 << 20;
 constexpr std::size_t sample = 4096;
@@ -57,10 +59,21 @@ ValueLook::ValueLook(const Global& global, Window& window)
       imgValue_(window.Find<ImageBox>("imgValue")),
       txtValue_(window.Find<EditorBox>("txtValue")),
       zoom_(global, txtValue_, "value zoom"),
-      search_(window, hexValue_, [this](const std::string& said) {
-        found_ = said;
-        SayAll();
-      }) {
+      search_(window, hexValue_,
+              [this](const std::string& said) {
+                found_ = said;
+                SayAll();
+              }),
+      indenting_(window.TimerNamed("tmrIndentValue"), global.TheDesktop().TheClock()) {
+  indenting_.Progress = [this](int percent) {
+    fault_ = "indenting: " + std::to_string(percent) + " %";
+    SayAll();
+  };
+  indenting_.Ended = [this](const IndentedText& indented) {
+    fault_.clear();
+    PutIndented(indenting_.Text(), indented);
+    SayAll();
+  };
   cboValueAs_.SetListIndex(0);
   cboValueAs_.Click = [this] { Update(); };
   hexValue_.CaretMoved = [this] { SayAll(); };
@@ -84,6 +97,7 @@ void ValueLook::Show(LookedAt looked) {
 void ValueLook::Clear() {
   if (!looked_.value) return;
   looked_ = {};
+  indenting_.Stop();
   search_.SetSource(nullptr);
   hexValue_.SetSource(nullptr);
   imgValue_.SetPicture({});
@@ -119,6 +133,7 @@ bool ValueLook::IsAsBefore(std::string_view bytes) {
 // --- how it is shown -----------------------------------------------------------------------------
 
 void ValueLook::Update() {
+  indenting_.Stop();
   fault_.clear();
   found_.clear();
   const ValueView value = ReadValue();
@@ -163,7 +178,8 @@ void ValueLook::ShowText(std::string_view bytes) {
   ShowOnly(txtValue_);
 }
 
-/// What cannot be indented is shown as it is, and why.
+/// What cannot be indented is shown as it is, and why. A longer text is indented in slices, and a
+/// copy of it, since its record may go meanwhile.
 void ValueLook::ShowIndented(std::string_view bytes) {
   const TextStructure structure = GuessStructure(bytes);
   if (structure == TextStructure::None || bytes.size() > longestText) {
@@ -172,13 +188,19 @@ void ValueLook::ShowIndented(std::string_view bytes) {
     else fault_ += ", not indented";
     return;
   }
-  const IndentedText indented = Indent(bytes);
   txtValue_.SetSyntax(structure == TextStructure::Json ? TextSyntax::Json : TextSyntax::Xml);
+  ShowOnly(txtValue_);
+  if (bytes.size() <= longestAtOnce) return PutIndented(bytes, Indent(bytes));
+  txtValue_.SetText("");
+  fault_ = "indenting";
+  indenting_.Start(std::string(bytes));
+}
+
+void ValueLook::PutIndented(std::string_view bytes, const IndentedText& indented) {
   txtValue_.SetText(indented.fault ? bytes : std::string_view(indented.text));
   if (indented.fault)
-    fault_ =
-        "no " + std::string(StructureName(structure)) + " at " + FaultText(bytes, *indented.fault);
-  ShowOnly(txtValue_);
+    fault_ = "no " + std::string(StructureName(indented.structure)) + " at " +
+             FaultText(bytes, *indented.fault);
 }
 
 void ValueLook::ShowPicture(std::string_view bytes) {

@@ -12,7 +12,7 @@
 #include "logic/program/Help.h"
 #include "logic/results/values/ByteSearch.h"
 #include "logic/text/TextZoom.h"
-#include "logic/text/indent/TextIndent.h"
+#include "logic/text/indent/IndentSlices.h"
 
 namespace tessel {
 
@@ -58,6 +58,7 @@ class ValueLook {
   void ShowHex();
   void ShowText(std::string_view bytes);
   void ShowIndented(std::string_view bytes);
+  void PutIndented(std::string_view bytes, const IndentedText& indented);
   void ShowPicture(std::string_view bytes);
   void ShowOnly(const Control& shown);
   void Describe(const ValueView& value, std::string_view bytes);
@@ -79,6 +80,7 @@ class ValueLook {
   EditorBox& txtValue_;
   TextZoom zoom_;
   ByteSearch search_;
+  IndentSlices indenting_;
   LookedAt looked_;
   mutable std::string ownText_;  ///< Of a value that is neither bytes nor text.
   std::string print_;            ///< What tells the value shown from another one.

@@ -175,6 +175,32 @@ TEST_F(ValueLookTest, JsonAndXmlAreIndentedAndBrokenOnesTellThePlace) {
   EXPECT_EQ(Said(), "c: JSON text, 7 bytes; no JSON at line 1, column 6: a colon is missing");
 }
 
+TEST_F(ValueLookTest, ALongTextIsIndentedInSlices) {
+  const std::string blanks(300'000, ' ');
+  RunValues({"[" + blanks + "1]", "[" + blanks + "2,]", std::string("plain")});
+  OpenPane();
+  EXPECT_EQ(ShownText(), "") << "the window is not held up";
+  EXPECT_EQ(Said(), "a: JSON text, 300003 bytes; indenting");
+  desktop.AdvanceTime(10);
+  EXPECT_EQ(ShownText(), "[\n  1\n]");
+  EXPECT_EQ(Said(), "a: JSON text, 300003 bytes");
+  ClickCell(0, 1);
+  desktop.AdvanceTime(10);
+  EXPECT_EQ(ShownText(), "[" + blanks + "2,]");
+  EXPECT_NE(Said().find("; no JSON at line 1, column 300004"), std::string::npos) << Said();
+}
+
+TEST_F(ValueLookTest, IndentingEndsWithItsValue) {
+  RunValues({"[" + std::string(300'000, ' ') + "1]", std::string("plain")});
+  OpenPane();
+  ClickCell(0, 1);
+  EXPECT_EQ(ShownText(), "plain");
+  desktop.AdvanceTime(100);
+  EXPECT_EQ(ShownText(), "plain");
+  ClickCell(0, 0);
+  EXPECT_EQ(ShownText(), "");
+}
+
 TEST_F(ValueLookTest, OfALongTextTheBeginningIsShown) {
   RunValues({Value(std::string(1'048'575, 'x') + "\xC3\xA9 and more")});
   OpenPane();
