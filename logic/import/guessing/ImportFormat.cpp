@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <set>
+#include <span>
 
 #include "contract/text/Ascii.h"
 #include "contract/text/ByteOrderMark.h"
@@ -19,6 +20,7 @@ namespace tessel {
 namespace {
 
 constexpr std::size_t sampleBytes = 64UL * 1024;
+constexpr int samplePieces = 8;
 constexpr std::size_t sampleRecords = 50;
 
 std::string FirstBytes(const ImportSource& source) {
@@ -38,7 +40,8 @@ std::vector<std::vector<std::string>> FirstRecords(const ImportSource& source,
     int pieces = 0;
     while (records.size() < sampleRecords) {
       const RecordReader::Step step = reader->Next(record);
-      if (step == RecordReader::Step::End || (step != RecordReader::Step::Record && pieces++ > 2))
+      if (step == RecordReader::Step::End ||
+          (step == RecordReader::Step::NeedsMore && pieces++ == samplePieces))
         break;
       if (step == RecordReader::Step::NeedsMore) reader->ReadMore();
       else records.emplace_back();
@@ -85,6 +88,43 @@ bool LooksLikeHeader(const std::vector<std::vector<std::string>>& records) {
   });
 }
 
+/// What a column of these records holds when numbers have that decimal sign.
+DataType ColumnTypeUnder(char decimalSign, std::span<const std::vector<std::string>> records,
+                         std::size_t column) {
+  ColumnGuess guess;
+  for (const std::vector<std::string>& record : records) {
+    if (column >= record.size() || record[column].empty()) continue;
+    std::string text = record[column];
+    guess.Add({text.data(), text.size(), ImportForm::Bare}, decimalSign, false);
+  }
+  return guess.Type().type;
+}
+
+bool HasFraction(DataType type) { return type == DataType::Numeric || type == DataType::Double; }
+
+/// Three digits behind a comma may as well be thousands.
+bool HasOnlyThousands(std::span<const std::vector<std::string>> records, std::size_t column) {
+  constexpr std::size_t group = 3;
+  return std::ranges::all_of(records, [&](const std::vector<std::string>& record) {
+    if (column >= record.size()) return true;
+    const std::size_t comma = record[column].find(',');
+    return comma == std::string::npos || record[column].size() - comma - 1 == group;
+  });
+}
+
+/// A comma where some column holds numbers with one and none holds numbers with a point. What may
+/// be meant otherwise is left to the user: a column with it is a text then, and nothing is lost.
+char GuessDecimalSign(std::span<const std::vector<std::string>> records, char delimiter) {
+  if (delimiter == ',' || records.empty()) return '.';
+  bool found = false;
+  for (std::size_t column = 0; column < records.front().size(); ++column) {
+    if (HasFraction(ColumnTypeUnder('.', records, column))) return '.';
+    found = found || (HasFraction(ColumnTypeUnder(',', records, column)) &&
+                      !HasOnlyThousands(records, column));
+  }
+  return found ? ',' : '.';
+}
+
 bool LooksLikeJson(std::string_view text) {
   const std::size_t first = text.find_first_not_of(" \t\r\n", BehindMark(text));
   if (first == std::string_view::npos || (text[first] != '[' && text[first] != '{')) return false;
@@ -109,7 +149,10 @@ ImportFormat GuessFormat(const ImportSource& source) {
     return format;
   }
   format.delimiter = GuessDelimiter(source, format);
-  format.hasHeader = LooksLikeHeader(FirstRecords(source, format));
+  const std::vector<std::vector<std::string>> records = FirstRecords(source, format);
+  format.hasHeader = LooksLikeHeader(records);
+  format.decimalSign = GuessDecimalSign(
+      std::span(records).subspan(format.hasHeader && !records.empty() ? 1 : 0), format.delimiter);
   return format;
 }
 

@@ -74,6 +74,19 @@ TEST(ImportFormat, IsGuessed) {
   EXPECT_EQ(GuessFormat(SourceOf("Z\u00FCrich,1\n")).encoding, TextEncoding::Utf8);
 }
 
+TEST(ImportFormat, ADecimalCommaIsGuessedWhereItIsNothingElse) {
+  const auto signOf = [](const char* text) { return GuessFormat(SourceOf(text)).decimalSign; };
+  EXPECT_EQ(signOf("id;price\n1;2,5\n2;-10,25\n3;\n"), ',');
+  EXPECT_EQ(signOf("id\tprice\n1\t2,5\n"), ',');
+  EXPECT_EQ(signOf("a;b\n1,5;2,125\n"), ',') << "another column has made it sure";
+  EXPECT_EQ(signOf("a;b\n1;1,234\n"), '.') << "this may be thousands";
+  EXPECT_EQ(signOf("a;b\n1,5;2.5\n"), '.') << "this is the decimal sign";
+  EXPECT_EQ(signOf("a;b\n1;1,2,3\n"), '.');
+  EXPECT_EQ(signOf("a;b\n1;2,5\n2;nothing\n"), '.');
+  EXPECT_EQ(signOf("a;b\n1;007,5\n"), '.');
+  EXPECT_EQ(signOf("a,b\n\"1,5\",2\n"), '.');
+}
+
 TEST(ImportFormat, WhatIsNoTextIsRefused) {
   for (const std::string start : {"PK\x03\x04rest", "\x1F\x8Brest", "%PDF-1.7", "\x89PNG\r\n"}) {
     try {
