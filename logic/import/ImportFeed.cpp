@@ -52,13 +52,29 @@ bool ImportFeed::Next(LoadBatch& batch) {
 bool ImportFeed::ReadInto(LoadBatch& batch) {
   while (batch.Rows() < batchRows) {
     switch (reader_->Next(record_)) {
-      case RecordReader::Step::End: return false;
+      case RecordReader::Step::End: CheckEnd(); return false;
       case RecordReader::Step::NeedsMore: needsMore_ = true; return true;
       case RecordReader::Step::Record:
-        if (!std::exchange(skipsHeader_, false)) AddRecord(batch);
+        if (std::exchange(skipsHeader_, false)) CheckHeader();
+        else AddRecord(batch);
     }
   }
   return true;
+}
+
+/// Values go to columns by their place: another program may have written the file again since it
+/// was looked at.
+void ImportFeed::CheckHeader() const {
+  CheckLength();
+  if (ColumnNames(record_) != names_)
+    RaiseAt(record_.line, "",
+            "the columns have other names than when the file was looked at. Look at it again.");
+}
+
+/// What was cut off while it was read is no end.
+void ImportFeed::CheckEnd() const {
+  if (reader_->Window().BytesRead() < size_)
+    RaiseAt(reader_->Line(), "", "the file ended here, and was longer when it was opened.");
 }
 
 void ImportFeed::AddRecord(LoadBatch& batch) {

@@ -34,6 +34,8 @@ class ImportFeed final : public RowFeed {
   [[nodiscard]] bool ReadInto(LoadBatch& batch);
   void AddRecord(LoadBatch& batch);
   void CheckLength() const;
+  void CheckHeader() const;
+  void CheckEnd() const;
 
   ImportFormat format_;
   std::vector<std::string> names_;

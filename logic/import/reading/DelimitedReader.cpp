@@ -46,7 +46,9 @@ RecordReader::Step DelimitedReader::Next(ImportRecord& record) {
     record.cells.clear();
     for (const Piece& piece : pieces_) record.cells.push_back(CellOf(piece, window.data()));
     Take(length_, lines_);
-    if (IsEmptyLine(record)) continue;
+    const bool isEmpty = IsEmptyLine(record);
+    StartRecord();
+    if (isEmpty) continue;
     if (columns_ == 0) columns_ = record.cells.size();
     return Step::Record;
   }
@@ -59,51 +61,68 @@ bool DelimitedReader::IsEmptyLine(const ImportRecord& record) const {
   return pieces_.front().begin == pieces_.front().end && !pieces_.front().isQuoted;
 }
 
-DelimitedReader::Found DelimitedReader::FindRecord(std::string_view text) {
+void DelimitedReader::StartRecord() {
   pieces_.clear();
   lines_ = 0;
-  std::size_t at = 0;
-  while (true) {
-    if (FindPiece(text, at) == Found::NeedsMore) return Found::NeedsMore;
-    if (at == text.size() || text[at] != delimiter_) break;
-    ++at;
-  }
-  if (EndLine(text, at) == Found::NeedsMore) return Found::NeedsMore;
-  length_ = at;
-  return Found::Yes;
+  at_ = 0;
 }
 
-/// Leaves `at` behind the value.
-DelimitedReader::Found DelimitedReader::FindPiece(std::string_view text, std::size_t& at) {
-  if (at < text.size() && text[at] == quote) return FindQuoted(text, at);
-  const std::size_t begin = at;
-  while (at < text.size() && !stops_[static_cast<unsigned char>(text[at])]) ++at;
-  if (at == text.size() && !Window().Ended()) return Found::NeedsMore;
-  pieces_.push_back({begin, at});
-  return Found::Yes;
+/// Goes on where it was when the text of the window ended: a record of many megabytes comes in many
+/// pieces, and each is looked at once.
+DelimitedReader::Found DelimitedReader::FindRecord(std::string_view text) {
+  while (true) {
+    std::size_t behind = at_;
+    if (FindValue(text, behind) == Found::NeedsMore) return Found::NeedsMore;
+    const bool isLast = behind == text.size() || text[behind] != delimiter_;
+    if (isLast && EndLine(text, behind) == Found::NeedsMore) return Found::NeedsMore;
+    TakeValue(text);
+    length_ = behind;
+    if (isLast) return Found::Yes;
+    at_ = behind + 1;
+  }
 }
 
-DelimitedReader::Found DelimitedReader::FindQuoted(std::string_view text, std::size_t& at) {
-  Piece piece{at + 1, at + 1, true, false};
-  while (true) {
-    const std::size_t found = text.find(quote, piece.end);
-    const bool goesOn =
-        found != std::string_view::npos && found + 1 < text.size() && text[found + 1] == quote;
-    if (found == std::string_view::npos || (found + 1 == text.size() && !Window().Ended())) {
-      if (!Window().Ended()) return Found::NeedsMore;
-      Fail(text, at, "the quote that begins this value is never closed.");
-    }
-    piece.end = found + (goesOn ? 2 : 0);
-    if (!goesOn) break;
-    piece.hasQuotes = true;
+void DelimitedReader::TakeValue(std::string_view text) {
+  if (value_.isQuoted) lines_ += CountLines(text.substr(value_.begin, value_.end - value_.begin));
+  pieces_.push_back(value_);
+  inValue_ = false;
+}
+
+/// Leaves `behind` at what follows the value.
+DelimitedReader::Found DelimitedReader::FindValue(std::string_view text, std::size_t& behind) {
+  if (!inValue_) {
+    if (at_ == text.size() && !Window().Ended()) return Found::NeedsMore;
+    const bool isQuoted = at_ < text.size() && text[at_] == quote;
+    const std::size_t begin = at_ + (isQuoted ? 1 : 0);
+    value_ = {begin, begin, isQuoted, false};
+    inValue_ = true;
   }
-  lines_ += CountLines(text.substr(piece.begin, piece.end - piece.begin));
-  at = piece.end + 1;
-  while (at < text.size() && (text[at] == ' ' || text[at] == '\t') && text[at] != delimiter_) ++at;
-  if (at == text.size() && !Window().Ended()) return Found::NeedsMore;
-  if (at < text.size() && !stops_[static_cast<unsigned char>(text[at])])
-    Fail(text, at, "behind the closing quote of a value comes something else than the delimiter.");
-  pieces_.push_back(piece);
+  if (value_.isQuoted) return FindQuoted(text, behind);
+  std::size_t end = value_.end;
+  while (end < text.size() && !stops_[static_cast<unsigned char>(text[end])]) ++end;
+  value_.end = end;
+  behind = end;
+  return end == text.size() && !Window().Ended() ? Found::NeedsMore : Found::Yes;
+}
+
+DelimitedReader::Found DelimitedReader::FindQuoted(std::string_view text, std::size_t& behind) {
+  while (true) {
+    const std::size_t found = std::min(text.find(quote, value_.end), text.size());
+    value_.end = found;
+    if (found + 1 >= text.size() && !Window().Ended()) return Found::NeedsMore;
+    if (found == text.size()) Fail(text, at_, "the quote that begins this value is never closed.");
+    if (found + 1 == text.size() || text[found + 1] != quote) break;
+    value_.end += 2;
+    value_.hasQuotes = true;
+  }
+  behind = value_.end + 1;
+  while (behind < text.size() && (text[behind] == ' ' || text[behind] == '\t') &&
+         text[behind] != delimiter_)
+    ++behind;
+  if (behind == text.size() && !Window().Ended()) return Found::NeedsMore;
+  if (behind < text.size() && !stops_[static_cast<unsigned char>(text[behind])])
+    Fail(text, behind,
+         "behind the closing quote of a value comes something else than the delimiter.");
   return Found::Yes;
 }
 

@@ -32,8 +32,10 @@ class DelimitedReader final : public RecordReader {
   enum class Found { Yes, NeedsMore };
 
   [[nodiscard]] Found FindRecord(std::string_view text);
-  [[nodiscard]] Found FindPiece(std::string_view text, std::size_t& at);
-  [[nodiscard]] Found FindQuoted(std::string_view text, std::size_t& at);
+  void StartRecord();
+  [[nodiscard]] Found FindValue(std::string_view text, std::size_t& behind);
+  [[nodiscard]] Found FindQuoted(std::string_view text, std::size_t& behind);
+  void TakeValue(std::string_view text);
   [[nodiscard]] Found EndLine(std::string_view text, std::size_t& at);
   [[nodiscard]] ImportCell CellOf(const Piece& piece, char* text) const;
   [[nodiscard]] bool IsEmptyLine(const ImportRecord& record) const;
@@ -42,10 +44,14 @@ class DelimitedReader final : public RecordReader {
   char delimiter_;
   std::string nullText_;
   std::array<bool, 256> stops_{};  ///< The bytes that end a value without quotes.
-  std::vector<Piece> pieces_;      ///< Of the record that is looked for.
-  std::size_t length_ = 0;         ///< Its bytes, with the line end.
-  std::int64_t lines_ = 0;         ///< That it takes.
-  std::size_t columns_ = 0;        ///< Values of the first record.
+  // Of the record that is looked for. What was seen of it is kept when more has to be read.
+  std::vector<Piece> pieces_;  ///< Its values so far.
+  Piece value_;                ///< The next one, as far as it was looked at.
+  std::size_t at_ = 0;         ///< Where that begins, with its quote.
+  bool inValue_ = false;       ///< It is known how that begins.
+  std::size_t length_ = 0;     ///< Its bytes, with the line end.
+  std::int64_t lines_ = 0;     ///< That it takes.
+  std::size_t columns_ = 0;    ///< Values of the first record.
 };
 
 }  // namespace tessel

@@ -14,23 +14,6 @@ namespace {
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
-/// Of an object or array that begins at the front of `text`; nothing when its end is not there.
-std::optional<std::size_t> LengthOf(std::string_view text) {
-  int depth = 0;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    const char c = text[at];
-    if (c == '"') {
-      for (++at; at < text.size() && text[at] != '"'; ++at)
-        if (text[at] == '\\') ++at;
-    } else if (c == '{' || c == '[') {
-      ++depth;
-    } else if ((c == '}' || c == ']') && --depth == 0) {
-      return at + 1;
-    }
-  }
-  return std::nullopt;
-}
-
 std::int64_t CountLines(std::string_view text) {
   return std::count(text.begin(), text.end(), '\n');
 }
@@ -45,8 +28,27 @@ std::int64_t ColumnBehind(std::string_view text, std::int64_t column) {
   return newLine ? characters : column + characters;
 }
 
+}  // namespace
+
+std::optional<std::size_t> JsonReader::EndSearch::Find(std::string_view text) {
+  for (; at < text.size(); ++at) {
+    const char c = text[at];
+    if (inText) {
+      if (c == '\\') ++at;
+      inText = c != '"';
+    } else if (c == '"') {
+      inText = true;
+    } else if (c == '{' || c == '[') {
+      ++depth;
+    } else if ((c == '}' || c == ']') && --depth == 0) {
+      return at + 1;
+    }
+  }
+  return std::nullopt;
+}
+
 /// Reads one object, all of which is there. Texts are unescaped in their place.
-class ObjectParser {
+class JsonReader::ObjectParser {
  public:
   /// It begins in that line, behind so many characters.
   ObjectParser(char* text, std::size_t size, std::int64_t line, std::int64_t column)
@@ -89,7 +91,7 @@ class ObjectParser {
   }
 
   ImportCell Nested() {
-    const auto length = LengthOf({next_, static_cast<std::size_t>(end_ - next_)});
+    const auto length = EndSearch().Find({next_, static_cast<std::size_t>(end_ - next_)});
     if (!length) Fail("the end of this value is missing.");
     const ImportCell cell{next_, *length, ImportForm::Bare};
     next_ += *length;
@@ -188,8 +190,6 @@ class ObjectParser {
   std::int64_t column_;
 };
 
-}  // namespace
-
 JsonReader::JsonReader(TextWindow window, std::vector<std::string> names)
     : RecordReader(std::move(window)), names_(std::move(names)) {}
 
@@ -197,11 +197,12 @@ RecordReader::Step JsonReader::Next(ImportRecord& record) {
   const Step step = FindObject();
   if (step != Step::Record) return step;
   const std::span<char> text = TheWindow().Text();
-  const auto length = LengthOf({text.data(), text.size()});
+  const auto length = search_.Find({text.data(), text.size()});
   if (!length) {
     if (!TheWindow().Ended()) return Step::NeedsMore;
     RaiseAt(Line(), "", "the object that begins here has no end.");
   }
+  search_ = {};
   ReadObject(record, *length);
   return Step::Record;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,7 +29,20 @@ class JsonReader final : public RecordReader {
   void ReadObject(ImportRecord& record, std::size_t length);
   [[nodiscard]] std::size_t ColumnOf(std::string_view key);
 
+  /// Looks for the end of an object or array, in a text that may come in pieces.
+  struct EndSearch {
+    std::size_t at = 0;  ///< Bytes that were looked at.
+    int depth = 0;
+    bool inText = false;
+
+    /// How long that is which begins at the front of `text`; nothing when its end is not there. The
+    /// next text has to begin with this one.
+    [[nodiscard]] std::optional<std::size_t> Find(std::string_view text);
+  };
+  class ObjectParser;
+
   std::vector<std::string> names_;
+  EndSearch search_;            ///< For the end of the object that comes next.
   std::size_t nextColumn_ = 0;  ///< The one that a key is looked for at first.
   std::int64_t column_ = 0;     ///< Characters of the present line that were taken.
   bool began_ = false;

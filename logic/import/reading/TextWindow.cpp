@@ -110,7 +110,7 @@ TextWindow::TextWindow(std::unique_ptr<FileReader> source, TextEncoding encoding
 void TextWindow::ReadMore() {
   const bool first = bytesRead_ == 0;
   const std::size_t rest = filled_ - taken_;
-  std::memmove(buffer_.data(), buffer_.data() + taken_, rest);
+  if (taken_ > 0) std::memmove(buffer_.data(), buffer_.data() + taken_, rest);
   taken_ = 0;
   filled_ = rest;
   if (encoding_ == TextEncoding::Utf8 || encoding_ == TextEncoding::Utf8WithMark) ReadUtf8();
@@ -118,12 +118,9 @@ void TextWindow::ReadMore() {
   if (first) DropMark();
 }
 
-/// What did not fit is read in pieces that grow with it: else a value of many megabytes would be
-/// looked at from its beginning again and again.
 void TextWindow::ReadUtf8() {
-  const std::size_t wanted = std::max(piece_, filled_);
-  if (buffer_.size() < filled_ + wanted) buffer_.resize(filled_ + wanted);
-  const std::size_t read = source_->Read({buffer_.data() + filled_, wanted});
+  if (buffer_.size() < filled_ + piece_) buffer_.resize(filled_ + piece_);
+  const std::size_t read = source_->Read({buffer_.data() + filled_, piece_});
   filled_ += read;
   bytesRead_ += read;
   ended_ = read == 0;
@@ -132,7 +129,7 @@ void TextWindow::ReadUtf8() {
 void TextWindow::ReadOther() {
   std::string bytes = std::exchange(cut_, {});
   const std::size_t kept = bytes.size();
-  bytes.resize(kept + std::max(piece_, filled_));
+  bytes.resize(kept + piece_);
   const std::size_t read = source_->Read({bytes.data() + kept, bytes.size() - kept});
   bytes.resize(kept + read);
   bytesRead_ += read;

@@ -141,6 +141,43 @@ TEST(ImportFeed, RowsOfAnotherLengthAreRefused) {
   }
 }
 
+/// Values go by their place: a file that was written again meanwhile may have them in another
+/// order.
+TEST(ImportFeed, ColumnsThatHaveOtherNamesByNowAreRefused) {
+  ImportFeed feed(SourceOf("b,a\n1,2\n"), {}, {"a", "b"},
+                  {{0, {"a", DataType::VarWChar}}, {1, {"b", DataType::VarWChar}}});
+  try {
+    (void)Fed(feed);
+    FAIL();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Description(),
+              "Line 1: the columns have other names than when the file was looked at. Look at it "
+              "again.");
+  }
+}
+
+/// A file that tells more bytes than it gives.
+class CutReader final : public FileReader {
+ public:
+  [[nodiscard]] std::uint64_t Size() const override { return 1'000; }
+  [[nodiscard]] std::size_t Read(std::span<char> buffer) override { return text_.Read(buffer); }
+
+ private:
+  TextReader text_{std::make_shared<const std::string>("v\n1\n2\n")};
+};
+
+TEST(ImportFeed, AFileThatIsCutWhileItIsReadIsNoWholeOne) {
+  ImportFeed feed({"the test", [] { return std::make_unique<CutReader>(); }}, {}, {"v"},
+                  {{0, {"v", DataType::Integer}}});
+  try {
+    (void)Fed(feed);
+    FAIL();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Description(),
+              "Line 4: the file ended here, and was longer when it was opened.");
+  }
+}
+
 TEST(ImportFeed, ColumnsMayBeLeftOutAndChangePlaces) {
   ImportFeed feed(SourceOf("a,b,c\n1,2,3\n"), {}, {"a", "b", "c"},
                   {{2, {"x", DataType::Integer}}, {0, {"y", DataType::Integer}}});

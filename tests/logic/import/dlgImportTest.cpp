@@ -223,6 +223,19 @@ TEST_F(dlgImportTest, AFileThatGoesAwayBeforeTheImportIsTold) {
   EXPECT_TRUE(rows->empty());
 }
 
+TEST_F(dlgImportTest, AFileWhoseColumnsChangePlacesBeforeTheImportIsTold) {
+  Go("goods", [this] {
+    W().Type("txtSource", folder.Write("goods.csv", "id,name\n1,5\n"));
+    W().PressKey(key::enter);
+    Settle();
+    folder.Write("goods.csv", "name,id\n1,5\n");
+    Import();
+    EXPECT_THAT(Status(), HasSubstr("other names than when the file was looked at"));
+    EXPECT_THAT(Status(), HasSubstr("Nothing was imported."));
+  });
+  EXPECT_TRUE(rows->empty());
+}
+
 TEST_F(dlgImportTest, TheFormatIsTheUsersToChange) {
   Go("goods", [this] {
     TakeClipboard("1;a,b;2\n");
