@@ -19,7 +19,7 @@ constexpr Color costliestColor = 0x0000C0;  ///< A dark red; the word beside it 
 constexpr int rawContext = 9106;
 
 /// Of the columns, in twips; the last one takes what is left. Steps stand indented.
-constexpr std::array columnWidths = {4200, 1400, 1100, 800, 900, 1700};
+constexpr std::array columnWidths = {4200, 1800, 1400, 900, 1000, 1700};
 constexpr int onlyStepsWidth = 7200;  ///< Of the first, where nothing stands in the others.
 
 std::string WholeText(double number) {

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QScrollBar>
 #include <algorithm>
 
 #include "desktop/window/frame/DocumentStyle.h"
@@ -43,6 +44,19 @@ int HeightOfMinimized(const QMdiArea& area) {
   return height;
 }
 
+/// What is left of a room beside the bars that its tiles ask for: a window has a least size, and where
+/// that is more than its part, the area scrolls.
+QRect BesideBars(const QRect& room, const QList<QMdiSubWindow*>& tiles, const QMdiArea& area) {
+  QRect taken;
+  for (const QMdiSubWindow* window : tiles) taken |= window->geometry();
+  QRect left = room;
+  if (taken.bottom() > room.bottom())
+    left.setWidth(left.width() - area.verticalScrollBar()->sizeHint().width());
+  if (taken.right() > room.right())
+    left.setHeight(left.height() - area.horizontalScrollBar()->sizeHint().height());
+  return left;
+}
+
 /// Whether a document shows its title; on a stack the tabs stand for it.
 void ShowTitle(QMdiSubWindow& window, bool shown) {
   if (window.property(DocumentStyle::untitledProperty).toBool() != shown) return;
@@ -67,6 +81,8 @@ void Tiles::Arrange(Tiling tiling) {
   for (QMdiSubWindow* window : area_.subWindowList())
     if (window->isMaximized()) window->showNormal();
   PutTiles(tiles, room);
+  const QRect left = BesideBars(room, tiles, area_);
+  if (left != room) PutTiles(tiles, left);
   places_.clear();
   for (const QMdiSubWindow* window : tiles) places_.insert(window, window->geometry());
   placing_ = false;

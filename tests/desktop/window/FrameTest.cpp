@@ -6,6 +6,7 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QScrollBar>
 
 #include "contract/base/Error.h"
 #include "contract/desktop/controls/Button.h"
@@ -133,6 +134,20 @@ TEST_F(FrameTest, TilesAreRowsOrColumns) {
     left = PlaceOf(*window).right() + 1;
   }
   EXPECT_EQ(left, room.width());
+}
+
+/// More windows than there is height for: the bar that scrolls to the last one covers none of them.
+TEST_F(FrameTest, TilesThatHaveToScrollStandBesideTheBar) {
+  std::vector<std::unique_ptr<Window>> more;
+  for (int n = 0; n < 12; ++n) more.push_back(ShowForm("frmRecords"));
+  for (const auto& window : more) AsQt(*window).Outer().setMinimumHeight(120);
+  frame->Arrange(Tiling::Horizontal);
+  host.Settle();
+  const auto& area = *Main().findChild<QMdiArea*>();
+  ASSERT_TRUE(area.verticalScrollBar()->isVisible());
+  EXPECT_FALSE(area.horizontalScrollBar()->isVisible());
+  EXPECT_EQ(PlaceOf(*query).width(), area.viewport()->width());
+  EXPECT_EQ(PlaceOf(*more.back()).width(), area.viewport()->width());
 }
 
 TEST_F(FrameTest, AMinimizedWindowIsNotTiled) {

@@ -79,6 +79,22 @@ TEST_F(ExplainTest, ThePlanIsShownWithTheCostliestStepMarked) {
   EXPECT_THAT(data.ExecutedSql(), ElementsAre(asked)) << "nothing else runs";
 }
 
+/// A letter of the ordinary font takes about 120 twips.
+TEST_F(ExplainTest, TheHeadsOfTheColumnsStandApart) {
+  ConnectTo("PostgreSQL");
+  Answer(asked, plan);
+  desktop.OnModal("dlgPlan", [](Window& w) {
+    const std::vector<std::string> heads = {"Step", "Rows expected", "Rows real",
+                                            "Loops", "ms", "Share"};
+    for (std::size_t column = 0; column < heads.size(); ++column)
+      EXPECT_GE(w.Find<ListView>("lsvPlan").ColumnWidth(static_cast<int>(column)),
+                static_cast<int>(heads[column].size()) * 120 + 240)
+          << heads[column];
+    w.Click("cmdClose");
+  });
+  ExplainSelected(orders);
+}
+
 TEST_F(ExplainTest, RealTimesComeOfARunThatIsTakenBack) {
   ConnectTo("PostgreSQL");
   AnswerTransactions();
