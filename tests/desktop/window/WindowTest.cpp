@@ -85,6 +85,32 @@ TEST_F(WindowTest, AWindowHiddenBeforeItBecameActiveLeavesTheKeyboardBelow) {
   EXPECT_EQ(QGuiApplication::focusWindow(), AsQt(*below).Outer().windowHandle());
 }
 
+/// Off screen no window manager gives the keyboard back.
+TEST_F(WindowTest, AWindowHiddenWhileItIsActiveLeavesTheKeyboardBelow) {
+  const auto below = ShowForm("dlgConnect");
+  const auto above = TheDesktop().MakeWindow("dlgText");
+  QWindow* belowHandle = AsQt(*below).Outer().windowHandle();
+  host.OnModal("dlgText", [&](Window& window) {
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&AsQt(window).Outer()));
+    EXPECT_NE(QGuiApplication::focusWindow(), belowHandle);
+    window.Hide();
+  });
+  above->ShowModal(below.get());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return QGuiApplication::focusWindow() == belowHandle; }, 2000));
+}
+
+TEST_F(WindowTest, AWindowThatGetsAKeyWhileNoneIsActiveBecomesActive) {
+  const auto below = ShowForm("dlgConnect");
+  QWindow* handle = AsQt(*below).Outer().windowHandle();
+  ShowForm("dlgText").reset();
+  host.Settle();
+  ASSERT_EQ(QGuiApplication::focusWindow(), nullptr);
+  QKeyEvent key(QEvent::KeyPress, Qt::Key_Shift, Qt::NoModifier);
+  QCoreApplication::sendEvent(handle, &key);
+  host.Settle();
+  EXPECT_EQ(QGuiApplication::focusWindow(), handle);
+}
+
 TEST_F(WindowTest, AnOwnerMayGoBeforeTheWindowAboveIt) {
   auto owner = ShowForm("dlgConnect");
   const auto above = TheDesktop().MakeWindow("dlgAsync");
