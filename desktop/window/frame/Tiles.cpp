@@ -44,8 +44,8 @@ int HeightOfMinimized(const QMdiArea& area) {
   return height;
 }
 
-/// What is left of a room beside the bars that its tiles ask for: a window has a least size, and where
-/// that is more than its part, the area scrolls.
+/// What is left of a room beside the bars that its tiles ask for: a window has a least size, and
+/// where that is more than its part, the area scrolls.
 QRect BesideBars(const QRect& room, const QList<QMdiSubWindow*>& tiles, const QMdiArea& area) {
   QRect taken;
   for (const QMdiSubWindow* window : tiles) taken |= window->geometry();

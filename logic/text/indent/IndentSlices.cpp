@@ -37,10 +37,10 @@ void IndentSlices::RunSlice() {
   bool more = true;
   while (more && clock_.Milliseconds() - start < sliceMilliseconds) more = work_->Step(stepBytes);
   if (more) return Progress(work_->Percent());
-  const IndentedText indented = work_->Result();
+  IndentedText indented = work_->Result();
   work_.reset();
   timer_.SetEnabled(false);
-  Ended(indented);
+  Ended(std::move(indented));
 }
 
 }  // namespace tessel

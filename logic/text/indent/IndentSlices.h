@@ -17,7 +17,7 @@ class IndentSlices {
   IndentSlices(Timer& timer, const Clock& clock);
 
   /// What came of it. The text is still there then.
-  std::function<void(const IndentedText&)> Ended;
+  std::function<void(IndentedText)> Ended;
   /// After each slice: how much is done, from 0 to 100.
   std::function<void(int)> Progress;
 

@@ -1,6 +1,5 @@
 #include "logic/text/indent/StructuredText.h"
 
-#include <cstdint>
 #include <utility>
 
 #include "contract/base/Keys.h"
@@ -10,9 +9,6 @@ namespace tessel {
 namespace {
 
 constexpr const char* indentedSetting = "viewer indented";
-constexpr int betweenSlices = 1;  ///< Milliseconds, as the next one.
-constexpr std::int64_t sliceMilliseconds = 8;
-constexpr std::size_t stepBytes = 64U << 10U;
 
 }  // namespace
 
@@ -21,13 +17,15 @@ StructuredText::StructuredText(const Global& global, Window& window, EditorBox& 
       chkIndented_(window.Find<CheckBox>("chkIndented")),
       lblStructure_(window.Find<Label>("lblStructure")),
       settings_(global),
-      clock_(global.TheDesktop().TheClock()),
-      timer_(window.TimerNamed("tmrIndent")) {
-  timer_.SetInterval(betweenSlices);
-  timer_.Tick = [this] { RunSlice(); };
+      slices_(window.TimerNamed("tmrIndent"), global.TheDesktop().TheClock()) {
+  slices_.Ended = [this](IndentedText indented) { EndIndenting(std::move(indented)); };
+  slices_.Progress = [this](int percent) {
+    lblStructure_.SetCaption("Indenting... " + std::to_string(percent) + " % (Esc stops)");
+  };
 }
 
 void StructuredText::Show(const std::string& text) {
+  Stop();
   const TextStructure structure = GuessStructure(text);
   box_.SetText(text);
   chkIndented_.SetVisible(structure != TextStructure::None);
@@ -48,7 +46,7 @@ std::string StructuredText::Text() const {
 }
 
 bool StructuredText::TakeKey(const KeyEvent& event) {
-  if (work_ != nullptr && event.keyCode == key::escape && event.shift == shiftState::none) {
+  if (slices_.IsUnderWay() && event.keyCode == key::escape && event.shift == shiftState::none) {
     chkIndented_.SetValue(false);
     return true;
   }
@@ -59,7 +57,7 @@ bool StructuredText::TakeKey(const KeyEvent& event) {
 }
 
 void StructuredText::chkIndented_Click() {
-  if (work_ == nullptr) settings_.SetNumber(indentedSetting, chkIndented_.Value() ? 1 : 0);
+  if (!slices_.IsUnderWay()) settings_.SetNumber(indentedSetting, chkIndented_.Value() ? 1 : 0);
   if (chkIndented_.Value()) ShowIndented();
   else ShowAsItIs();
   box_.SetFocus();
@@ -71,19 +69,10 @@ void StructuredText::ShowIndented() {
   original_ = Text();
   shown_.clear();
   if (original_.size() <= longestAtOnce) return EndIndenting(Indent(original_));
-  work_ = StartIndenting(original_);
-  if (work_ == nullptr) return Say({}, original_);
+  slices_.Start(original_);
+  if (!slices_.IsUnderWay()) return Say({}, original_);
   wasLocked_ = box_.Locked();
   box_.SetLocked(true);
-  timer_.SetEnabled(true);
-}
-
-void StructuredText::RunSlice() {
-  if (work_ == nullptr) return timer_.SetEnabled(false);
-  const std::int64_t start = clock_.Milliseconds();
-  while (clock_.Milliseconds() - start < sliceMilliseconds)
-    if (!work_->Step(stepBytes)) return EndIndenting(work_->Result());
-  lblStructure_.SetCaption("Indenting... " + std::to_string(work_->Percent()) + " % (Esc stops)");
 }
 
 /// A text that breaks the rules is shown as it is, and the place is told.
@@ -96,15 +85,14 @@ void StructuredText::EndIndenting(IndentedText indented) {
 }
 
 void StructuredText::Stop() {
-  work_.reset();
-  if (!timer_.Enabled()) return;
-  timer_.SetEnabled(false);
-  box_.SetLocked(wasLocked_);
+  slices_.Stop();
+  if (wasLocked_) box_.SetLocked(*wasLocked_);
+  wasLocked_.reset();
 }
 
 /// What the user has changed stays as he sees it.
 void StructuredText::ShowAsItIs() {
-  if (work_ != nullptr) {
+  if (slices_.IsUnderWay()) {
     Stop();
     return lblStructure_.SetCaption(StructureName(GuessStructure(original_)));
   }

@@ -1,16 +1,14 @@
 #pragma once
 
-#include <functional>
-#include <memory>
+#include <optional>
 #include <string>
 
-#include "contract/base/Clock.h"
 #include "contract/desktop/Window.h"
 #include "contract/desktop/controls/Button.h"
 #include "contract/desktop/controls/EditorBox.h"
 #include "contract/desktop/controls/Label.h"
 #include "logic/program/view/ViewSettings.h"
-#include "logic/text/indent/TextIndent.h"
+#include "logic/text/indent/IndentSlices.h"
 
 namespace tessel {
 
@@ -38,7 +36,6 @@ class StructuredText {
  private:
   void chkIndented_Click();
   void ShowIndented();
-  void RunSlice();
   void EndIndenting(IndentedText indented);
   void Stop();
   void ShowAsItIs();
@@ -48,12 +45,10 @@ class StructuredText {
   CheckBox& chkIndented_;
   Label& lblStructure_;
   ViewSettings settings_;
-  const Clock& clock_;
-  Timer& timer_;
-  std::unique_ptr<Indenting> work_;  ///< Of original_, while it is under way.
-  bool wasLocked_ = false;           ///< The box was, before that.
-  std::string original_;             ///< What is shown indented, or will be.
-  std::string shown_;                ///< As it is shown; empty: as it is.
+  IndentSlices slices_;            ///< Of original_, while it is under way.
+  std::optional<bool> wasLocked_;  ///< Whether the box was, while that is under way.
+  std::string original_;           ///< What is shown indented, or will be.
+  std::string shown_;              ///< As it is shown; empty: as it is.
 };
 
 }  // namespace tessel

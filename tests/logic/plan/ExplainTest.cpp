@@ -84,8 +84,8 @@ TEST_F(ExplainTest, TheHeadsOfTheColumnsStandApart) {
   ConnectTo("PostgreSQL");
   Answer(asked, plan);
   desktop.OnModal("dlgPlan", [](Window& w) {
-    const std::vector<std::string> heads = {"Step", "Rows expected", "Rows real",
-                                            "Loops", "ms", "Share"};
+    const std::vector<std::string> heads = {"Step", "Rows expected", "Rows real", "Loops",
+                                            "ms",   "Share"};
     for (std::size_t column = 0; column < heads.size(); ++column)
       EXPECT_GE(w.Find<ListView>("lsvPlan").ColumnWidth(static_cast<int>(column)),
                 static_cast<int>(heads[column].size()) * 120 + 240)
