@@ -5,6 +5,7 @@
 
 #include "contract/text/Ascii.h"
 #include "contract/text/ConnectionParts.h"
+#include "contract/text/Fnv.h"
 #include "contract/text/NumberText.h"
 #include "contract/text/TextCut.h"
 #include "logic/program/Characters.h"
@@ -40,10 +41,9 @@ std::string NamedDatabase(const std::vector<ConnectionPart>& parts) {
   return {};
 }
 
-/// The number of a text that hardly any other text has (FNV-1a), as 16 hexadecimal digits.
+/// The number of a text that hardly any other text has, as 16 hexadecimal digits.
 std::string NumberOf(std::string_view text) {
-  std::uint64_t number = 0xCBF29CE484222325;
-  for (const char c : text) number = (number ^ static_cast<unsigned char>(c)) * 0x100000001B3;
+  const std::uint64_t number = Fnv1a(text);
   std::string digits;
   for (int shift = 56; shift >= 0; shift -= 8)
     digits += ByteToHex(static_cast<unsigned char>(number >> static_cast<unsigned>(shift)));

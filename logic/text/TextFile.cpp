@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "contract/text/ByteOrderMark.h"
+#include "contract/text/Fnv.h"
 
 namespace tessel {
 
@@ -111,13 +112,8 @@ std::string EncodeText(std::string text, TextEncoding encoding) {
   return text;
 }
 
-/// The sum is FNV-1a of 64 bits.
 std::string StampOf(std::string_view bytes) {
-  constexpr std::uint64_t basis = 0xCBF29CE484222325U;
-  constexpr std::uint64_t prime = 0x100000001B3U;
-  std::uint64_t sum = basis;
-  for (const char c : bytes) sum = (sum ^ static_cast<unsigned char>(c)) * prime;
-  return std::to_string(bytes.size()) + "-" + std::to_string(sum);
+  return std::to_string(bytes.size()) + "-" + std::to_string(Fnv1a(bytes));
 }
 
 bool ChangesEncoding(TextEncoding encoding) {

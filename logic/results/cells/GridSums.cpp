@@ -5,6 +5,8 @@
 #include <functional>
 #include <utility>
 
+#include "contract/text/Fnv.h"
+
 namespace tessel {
 
 namespace {
@@ -12,12 +14,6 @@ namespace {
 constexpr int betweenSlices = 1;  ///< Milliseconds.
 constexpr std::int64_t cellsOfSlice = 20'000;
 constexpr std::int64_t mostDistinct = 1'000'000;
-
-std::uint64_t OtherHash(std::string_view text) {
-  std::uint64_t hash = 14695981039346656037ULL;
-  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
-  return hash;
-}
 
 /// 1.50 is 1.5, and 5.00 is 5.
 void DropEndingZeros(std::string& number) {
@@ -44,7 +40,7 @@ DistinctValues::DistinctValues(std::int64_t most) : limit_(std::min(most, mostDi
 /// Values are told apart by 128 bits made of them; a place that holds none is all zeros.
 void DistinctValues::Add(std::string_view value) {
   if (IsFull() && limit_ == mostDistinct) return;
-  const Print print{std::hash<std::string_view>()(value), OtherHash(value) | 1U};
+  const Print print{std::hash<std::string_view>()(value), Fnv1a(value) | 1U};
   std::size_t at = print.first & (prints_.size() - 1);
   for (; prints_[at] != Print(); at = (at + 1) & (prints_.size() - 1))
     if (prints_[at] == print) return;

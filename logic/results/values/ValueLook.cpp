@@ -20,8 +20,6 @@ namespace {
 constexpr int findContext = 8606;
 /// Bytes of a text that are shown beside the rows; the text window shows all of it.
 constexpr std::size_t longestText = 1U << 20U;
-/// Bytes of a text that are indented at once.
-constexpr std::size_t longestAtOnce = 256U << 10U;
 /// Bytes that are copied as digits at most.
 constexpr std::int64_t mostCopied = 4 << 20;
 constexpr std::size_t sample = 4096;
@@ -71,7 +69,7 @@ ValueLook::ValueLook(const Global& global, Window& window)
   };
   indenting_.Ended = [this](const IndentedText& indented) {
     fault_.clear();
-    PutIndented(indenting_.Text(), indented);
+    PutIndented(indented_, indented);
     SayAll();
   };
   cboValueAs_.SetListIndex(0);
@@ -178,8 +176,7 @@ void ValueLook::ShowText(std::string_view bytes) {
   ShowOnly(txtValue_);
 }
 
-/// What cannot be indented is shown as it is, and why. A longer text is indented in slices, and a
-/// copy of it, since its record may go meanwhile.
+/// What cannot be indented is shown as it is, and why. A long text is indented in slices.
 void ValueLook::ShowIndented(std::string_view bytes) {
   const TextStructure structure = GuessStructure(bytes);
   if (structure == TextStructure::None || bytes.size() > longestText) {
@@ -190,10 +187,11 @@ void ValueLook::ShowIndented(std::string_view bytes) {
   }
   txtValue_.SetSyntax(structure == TextStructure::Json ? TextSyntax::Json : TextSyntax::Xml);
   ShowOnly(txtValue_);
-  if (bytes.size() <= longestAtOnce) return PutIndented(bytes, Indent(bytes));
+  if (bytes.size() <= IndentSlices::longestAtOnce) return PutIndented(bytes, Indent(bytes));
   txtValue_.SetText("");
   fault_ = "indenting";
-  indenting_.Start(std::string(bytes));
+  indented_ = bytes;
+  indenting_.Start(indented_);
 }
 
 void ValueLook::PutIndented(std::string_view bytes, const IndentedText& indented) {

@@ -81,6 +81,7 @@ class ValueLook {
   TextZoom zoom_;
   ByteSearch search_;
   IndentSlices indenting_;
+  std::string indented_;  ///< The text that is under way there; its record may go meanwhile.
   LookedAt looked_;
   mutable std::string ownText_;  ///< Of a value that is neither bytes nor text.
   std::string print_;            ///< What tells the value shown from another one.

@@ -18,17 +18,14 @@ IndentSlices::IndentSlices(Timer& timer, const Clock& clock) : timer_(timer), cl
   timer_.Tick = [this] { RunSlice(); };
 }
 
-void IndentSlices::Start(std::string text) {
-  Stop();
-  text_ = std::move(text);
-  work_ = StartIndenting(text_);
+void IndentSlices::Start(std::string_view text) {
+  work_ = StartIndenting(text);
   timer_.SetEnabled(work_ != nullptr);
 }
 
 void IndentSlices::Stop() {
   timer_.SetEnabled(false);
   work_.reset();
-  text_.clear();
 }
 
 void IndentSlices::RunSlice() {

@@ -68,7 +68,7 @@ void StructuredText::chkIndented_Click() {
 void StructuredText::ShowIndented() {
   original_ = Text();
   shown_.clear();
-  if (original_.size() <= longestAtOnce) return EndIndenting(Indent(original_));
+  if (original_.size() <= IndentSlices::longestAtOnce) return EndIndenting(Indent(original_));
   slices_.Start(original_);
   if (!slices_.IsUnderWay()) return Say({}, original_);
   wasLocked_ = box_.Locked();

@@ -23,8 +23,6 @@ class StructuredText {
 
   /// A longer text is indented when the user asks for it only, since that takes a moment.
   static constexpr std::size_t longestUnasked = 2U << 20U;
-  /// A longer text is indented in slices.
-  static constexpr std::size_t longestAtOnce = 256U << 10U;
 
   /// Puts a text into the box.
   void Show(const std::string& text);

@@ -100,6 +100,8 @@ class LoadBodies : public WriteTest {
   [[nodiscard]] std::string Count() { return Count(table_->Name()); }
   /// Until some rows have gone to the database.
   void PumpToProgress(const LoadOperation& load);
+  /// Cancels it once it has told of rows, and waits for its end.
+  void CancelInTheMiddle(LoadOperation& load);
 };
 /// Records that are exported to a file and imported from it.
 class RoundTripBodies : public DatabaseTest {

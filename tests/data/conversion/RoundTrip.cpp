@@ -5,6 +5,7 @@
 
 #include "contract/data/DbmsName.h"
 #include "contract/sql/ColumnTypes.h"
+#include "contract/text/Fnv.h"
 #include "logic/import/ImportTarget.h"
 #include "logic/results/export/ExportTarget.h"
 #include "logic/results/stream/RecordBatch.h"
@@ -22,14 +23,6 @@ std::string Shown(const ValueView& value) {
   for (const std::byte byte : binary->bytes)
     text += std::to_string(std::to_integer<int>(byte)) + " ";
   return text;
-}
-
-// FNV-1a of 64 bits.
-constexpr std::uint64_t emptySum = 0xCBF29CE484222325U;
-constexpr std::uint64_t sumPrime = 0x100000001B3U;
-
-void AddTo(std::uint64_t& sum, std::string_view bytes) {
-  for (const char c : bytes) sum = (sum ^ static_cast<unsigned char>(c)) * sumPrime;
 }
 
 }  // namespace
@@ -172,11 +165,11 @@ std::vector<std::string> RoundTrip::Lines(const std::string& query) const {
 
 RowSum RoundTrip::SumOf(const std::string& query) const {
   const std::shared_ptr<Recordset> rows = QueryNow(*connection_, query);
-  RowSum sum{.rows = rows->RecordCount(), .sum = emptySum};
+  RowSum sum{.rows = rows->RecordCount(), .sum = fnvOfNothing};
   for (std::int64_t row = 0; row < sum.rows; ++row)
     for (std::size_t field = 0; field < rows->Fields().size(); ++field) {
       const std::string shown = Shown(rows->ValueAt(row, field));
-      AddTo(sum.sum, std::to_string(shown.size()) + " " + shown);
+      sum.sum = Fnv1a(std::to_string(shown.size()) + " " + shown, sum.sum);
     }
   return sum;
 }
