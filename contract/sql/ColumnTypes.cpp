@@ -202,4 +202,8 @@ std::string ColumnTypeName(SqlDialect dialect, const ColumnType& column) {
   return StandardName(kind, column);
 }
 
+std::string_view TableEnding(SqlDialect dialect) {
+  return dialect == SqlDialect::MariaDB ? " DEFAULT CHARSET=utf8mb4" : "";
+}
+
 }  // namespace tessel

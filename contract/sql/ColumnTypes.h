@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "contract/base/Value.h"
 #include "contract/sql/SqlDialect.h"
@@ -23,5 +24,11 @@ struct ColumnType {
 /// every value of the kind without loss where the database has one: a text that no index is made on
 /// has no limit of length. What a database has no type for becomes text. Any thread.
 [[nodiscard]] std::string ColumnTypeName(SqlDialect dialect, const ColumnType& column);
+
+/// What stands behind the columns and their parenthesis in CREATE TABLE, with a blank in front, so
+/// that the texts of the table hold every character; empty where they do anyway. A database of
+/// MariaDB may have a character set of 256 characters, which its new tables take over unless they
+/// are told another one. Any thread.
+[[nodiscard]] std::string_view TableEnding(SqlDialect dialect);
 
 }  // namespace tessel

@@ -23,6 +23,17 @@ DataType ImportedType(SqlDialect dialect, DataType type) {
   return dialect == SqlDialect::SQLite && isWhole ? DataType::BigInt : type;
 }
 
+std::string CreateTableText(SqlDialect dialect, const NameQuoting& quoting,
+                            const std::string& tableInSql, const std::vector<NewColumn>& columns) {
+  std::string text = "create table " + tableInSql + " (";
+  for (const NewColumn& column : columns)
+    text.append(&column == columns.data() ? "" : ", ")
+        .append(quoting.Name(column.name))
+        .append(" ")
+        .append(ColumnTypeName(dialect, column.type));
+  return text.append(")").append(TableEnding(dialect));
+}
+
 ImportTarget::ImportTarget(std::shared_ptr<Connection> connection, dlgAsync& async)
     : connection_(std::move(connection)),
       async_(async),
@@ -71,17 +82,6 @@ std::vector<TableColumn> ImportTarget::ReadColumns(const std::string& listed) {
       column.type = static_cast<DataType>(*number);
   }
   return columns;
-}
-
-std::string ImportTarget::CreateTable(const std::string& tableInSql,
-                                      const std::vector<NewColumn>& columns) const {
-  std::string text = "create table " + tableInSql + " (";
-  for (const NewColumn& column : columns)
-    text.append(&column == columns.data() ? "" : ", ")
-        .append(quoting_.Name(column.name))
-        .append(" ")
-        .append(ColumnTypeName(dialect_, column.type));
-  return text + ")";
 }
 
 }  // namespace tessel

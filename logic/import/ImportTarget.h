@@ -31,6 +31,11 @@ struct NewColumn {
 /// of whole numbers, whatever a driver says.
 [[nodiscard]] DataType ImportedType(SqlDialect dialect, DataType type);
 
+/// The statement that makes a table, whose name is given as SQL has it.
+[[nodiscard]] std::string CreateTableText(SqlDialect dialect, const NameQuoting& quoting,
+                                          const std::string& tableInSql,
+                                          const std::vector<NewColumn>& columns);
+
 /// The tables of a connection, as rows are imported into them.
 class ImportTarget {
  public:
@@ -57,7 +62,9 @@ class ImportTarget {
   }
   /// The statement that makes a table.
   [[nodiscard]] std::string CreateTable(const std::string& tableInSql,
-                                        const std::vector<NewColumn>& columns) const;
+                                        const std::vector<NewColumn>& columns) const {
+    return CreateTableText(dialect_, quoting_, tableInSql, columns);
+  }
 
  private:
   struct Place {

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "contract/data/DbmsName.h"
-#include "contract/sql/ColumnTypes.h"
 #include "contract/text/Fnv.h"
 #include "logic/import/ImportTarget.h"
 #include "logic/results/export/ExportTarget.h"
@@ -127,12 +126,8 @@ std::shared_ptr<LoadOperation> RoundTrip::IntoNewTable(const std::string& path,
       mapping.SetType(i, DataType::LongVarBinary);
   LoadRequest request;
   request.table = table;
-  request.createTable = "create table " + table + " (";
-  for (const NewColumn& column : mapping.Made()) {
-    if (!request.createTable.ends_with('(')) request.createTable += ", ";
-    request.createTable += column.name + " " + ColumnTypeName(Dialect(), column.type);
-  }
-  request.createTable += ")";
+  request.createTable = CreateTableText(
+      Dialect(), NameQuoting(connection_->ProviderProperties()), table, mapping.Made());
   return Load(std::move(request), source, format, mapping, scan.Names());
 }
 

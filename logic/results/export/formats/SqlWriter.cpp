@@ -76,7 +76,7 @@ class SqlWriter final : public RecordWriter {
       out += ColumnTypeName(dialect_, {field.type, field.precision, field.scale, 0});
       if (!field.nullable) out += " NOT NULL";
     }
-    out += dialect_ == SqlDialect::MariaDB ? "\n) DEFAULT CHARSET=utf8mb4;\n" : "\n);\n";
+    out.append("\n)").append(TableEnding(dialect_)).append(";\n");
   }
 
   SqlDialect dialect_;

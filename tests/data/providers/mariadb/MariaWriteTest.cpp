@@ -1,3 +1,4 @@
+#include "logic/import/ImportTarget.h"
 #include "tests/data/providers/native/NativeFixture.h"
 #include "tests/data/support/ListFeed.h"
 #include "tests/data/support/Values.h"
@@ -49,6 +50,23 @@ TEST_F(MariaWrite, WhereNothingCanBeUndoneRowsAreLoadedInBatchesOnly) {
   batches->Wait();
   EXPECT_EQ(batches->RowsKept(), 2);
   EXPECT_THAT(TextsOf(*Run("select a from t order by a")), ElementsAre("1", "2"));
+}
+
+/// Its database may have a set of 256 of them.
+TEST_F(MariaWrite, ATableThatIsMadeTakesEveryCharacter) {
+  Run("create or replace database narrow character set latin1");
+  Run("use narrow");
+  const std::string text = "\u6F22 \U0001F600 \u00FC";
+  const NameQuoting quoting(connection_->ProviderProperties());
+  const auto load = connection_->StartLoad(
+      {.table = "made",
+       .columns = {{"v", DataType::VarWChar}},
+       .rows = std::make_shared<ListFeed>(std::vector<std::vector<Value>>{{Text(text)}}),
+       .createTable = CreateTableText(SqlDialect::MariaDB, quoting, "made", {{"v", {}}})});
+  load->Wait();
+  EXPECT_EQ(load->Outcome(), OperationOutcome::Done);
+  EXPECT_THAT(TextsOf(*Run("select v from made")), ElementsAre(text));
+  Run("drop database narrow");
 }
 
 TEST_F(MariaWrite, WhatTheServerWouldChangeIsRefused) {
