@@ -24,6 +24,17 @@ QPalette::ColorRole RoleOf(Color color) {
   }
 }
 
+/// The colour that can be read on the ground and is nearest to the one wanted, on the way from it
+/// to the plain one of a text.
+QColor Readable(const QColor& wanted, Color ground, const QColor& plain) {
+  constexpr double step = 0.05;
+  for (double part = 0; part < 1; part += step) {
+    const QColor color = Blend(wanted, plain, part);
+    if (Contrast(FromQColor(color), ground) >= readableContrast) return color;
+  }
+  return plain;
+}
+
 }  // namespace
 
 QColor ToQColor(Color color, const QPalette& palette) {
@@ -41,8 +52,8 @@ QColor TextColor(Color text, Color ground, const QPalette& palette) {
   const QColor wanted = ToQColor(text, palette);
   if (IsSystemColor(text) == IsSystemColor(ground)) return wanted;
   const Color shown = FromQColor(ToQColor(ground, palette));
-  const bool readable = Contrast(FromQColor(wanted), shown) >= readableContrast;
-  return readable && !IsSystemColor(text) ? wanted : ToQColor(TextOn(shown), palette);
+  const QColor plain = ToQColor(TextOn(shown), palette);
+  return IsSystemColor(text) ? plain : Readable(wanted, shown, plain);
 }
 
 QColor ReadableOn(const QColor& ground, const QColor& color, const QColor& text) {

@@ -14,8 +14,9 @@ namespace tessel {
 [[nodiscard]] Color FromQColor(const QColor& color);
 
 /// The text colour of a control with these two. Where only the ground is one of the user's own, the
-/// text is black or white, whichever can be read on it; a text of his own on the system's ground is
-/// kept where it can be read. Two of his own, or of the system, stay as they are.
+/// text is black or white, whichever can be read on it. A text of his own on the system's ground
+/// becomes lighter or darker until it can be read, and keeps its hue. Two of his own, or of the
+/// system, stay as they are.
 [[nodiscard]] QColor TextColor(Color text, Color ground, const QPalette& palette);
 
 /// The colour where it can be read on the ground, else that of the text.

@@ -75,6 +75,20 @@ TEST_F(ColorTest, TextCanBeReadWhereOneOfTheTwoColoursIsTheUsers) {
   }
 }
 
+TEST_F(ColorTest, AnOwnTextThatCannotBeReadIsChangedByAsLittleAsThatNeeds) {
+  constexpr Color darkRed = 0x0000C0;
+  SystemTheme::Force(false);
+  EXPECT_EQ(TextColor(darkRed, color::windowBackground, QApplication::palette()),
+            QColor(0xC0, 0, 0));
+  SystemTheme::Force(true);
+  const QPalette palette = QApplication::palette();
+  const QColor shown = TextColor(darkRed, color::windowBackground, palette);
+  EXPECT_EQ(shown.hue(), QColor(Qt::red).hue());
+  EXPECT_GT(shown.saturation(), 100);
+  EXPECT_LT(Contrast(FromQColor(shown), FromQColor(palette.color(QPalette::Base))),
+            readableContrast + 1);
+}
+
 TEST_F(ColorTest, TheGridTheListAndTheLabelsChooseTheirTextByTheirGround) {
   const auto frame = ShowForm("frmMDI");
   const auto records = ShowForm("frmRecords");
@@ -88,8 +102,9 @@ TEST_F(ColorTest, TheGridTheListAndTheLabelsChooseTheirTextByTheirGround) {
   const auto connections = ShowForm("dlgConnect");
   auto& list = connections->Find<ListView>("lsvConnections");
   list.Insert(0, {"", "pale", {"x"}, "", 0, 0xF0F0F0});
-  EXPECT_EQ(WidgetAs<QTreeWidget>(*connections, "lsvConnections").topLevelItem(0)->foreground(0),
-            QBrush(Qt::black));
+  const QColor shown =
+      WidgetAs<QTreeWidget>(*connections, "lsvConnections").topLevelItem(0)->foreground(0).color();
+  EXPECT_GE(Contrast(FromQColor(shown), 0xFFFFFF), readableContrast) << "grey in place of pale";
 }
 
 TEST_F(ColorTest, ADisabledFieldMayBeGrey) {
