@@ -94,18 +94,23 @@ void frmRecords::Form_Load() {
 }
 
 RowTools::Host frmRecords::RowToolsHost() {
-  const auto tell = [this](const std::string& text, bool isCount) {
-    SetStatus(text, isCount ? statusColor::records : statusColor::plain,
-              {false, false, cmdCnErrors_.Visible()});
-  };
-  return {[this] { return editing_.SaveChange(); }, tell, [this] { ShowRowText(); },
+  return {[this] { return editing_.SaveChange(); },
+          [this](const std::string& text, bool isCount) { Tell(text, isCount); },
+          [this] { ShowRowText(); },
           [this] { PlaceGrid(window_->ScaleWidth(), window_->ScaleHeight()); }};
+}
+
+/// What the user did to the rows on show, in the status line.
+void frmRecords::Tell(const std::string& text, bool isCount) {
+  SetStatus(text, isCount ? statusColor::records : statusColor::plain,
+            {false, false, cmdCnErrors_.Visible()});
 }
 
 PasteHost frmRecords::HostOfPasting() {
   return {[this](const std::function<void()>& action) { return help_.TryTo(action); },
           [this] { return editing_.SaveChange(); }, [this] { editing_.ShowEditButtonsUnlessNew(); },
-          [this](const std::string& reason) { help_.Show(reason, MessageIcon::Exclamation); }};
+          [this](const std::string& reason) { help_.Show(reason, MessageIcon::Exclamation); },
+          [this](const std::string& text) { Tell(text, false); }};
 }
 
 void frmRecords::WireControls() {

@@ -150,6 +150,7 @@ class frmRecords : private QueryRunner, private TagResolver {
   bool HandleKey(int keyCode, int shift);
   [[nodiscard]] RowTools::Host RowToolsHost();
   [[nodiscard]] PasteHost HostOfPasting();
+  void Tell(const std::string& text, bool isCount);
   bool HandleControlKey(int keyCode);
   bool HandleControlShiftKey(int keyCode);
   bool HandleControlAltKey(int keyCode);

@@ -41,6 +41,8 @@ class HeadlessDesktop final : public Desktop, public DesktopScript {
   [[nodiscard]] HeadlessClipboard& TheClipboard() override { return clipboard_; }
   [[nodiscard]] HeadlessQueue& Events() override { return queue_; }
   [[nodiscard]] const Clock& TheClock() const override { return clock_; }
+  /// So that work in slices has more than one; at first a look takes no time.
+  void LetALookAtTheClockTake(std::int64_t milliseconds) { clock_.LetALookTake(milliseconds); }
   [[nodiscard]] HeadlessNotifications& TheNotifications() override { return notifications_; }
   [[nodiscard]] bool IsKeyDown(int keyCode) const override { return heldKeys_.contains(keyCode); }
   void ProcessPending() override;

@@ -18,10 +18,14 @@
 
 namespace tessel::test {
 
-/// A clock that stands still until it is advanced. It begins at noon.
+/// A clock that stands still until it is advanced, unless each look at it takes a while. It begins
+/// at noon.
 class HeadlessClock final : public Clock {
  public:
-  [[nodiscard]] std::int64_t Milliseconds() const override { return now_; }
+  [[nodiscard]] std::int64_t Milliseconds() const override {
+    now_ += lookTakes_;
+    return now_;
+  }
   /// "HH:MM:SS" of a day that began 12 hours before the clock's zero.
   [[nodiscard]] std::string LongTime() const override;
   /// The twin lives in universal time.
@@ -30,9 +34,11 @@ class HeadlessClock final : public Clock {
   /// Of the same day, the first of January 2026.
   [[nodiscard]] std::string UtcStamp() const override { return "2026-01-01T" + LongTime() + "Z"; }
   void Set(std::int64_t milliseconds) { now_ = milliseconds; }
+  void LetALookTake(std::int64_t milliseconds) { lookTakes_ = milliseconds; }
 
  private:
-  std::int64_t now_ = 0;
+  mutable std::int64_t now_ = 0;
+  std::int64_t lookTakes_ = 0;
 };
 
 class HeadlessClipboard final : public Clipboard {

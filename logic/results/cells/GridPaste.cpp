@@ -127,18 +127,27 @@ void GridPaste::Show(const Refusal& refusal) {
 
 void GridPaste::Fill(const TextBlock& block, const Place& start) {
   grid_.EndEdit();
+  if (block.size() == 1) {
+    if (FillRow(block.front(), start)) host_.changed();
+    return;
+  }
+  const std::int64_t saved = SaveRows(block, start);
+  host_.tell(std::to_string(saved) + " of " + std::to_string(block.size()) + " rows pasted.");
+  const auto columns = static_cast<int>(block.front().size());
+  if (saved == std::ssize(block))
+    grid_.SelectCells({start.row, start.row + saved - 1, start.column, start.column + columns - 1});
+}
+
+/// How many were saved: all, unless one of them was refused or the rows went away.
+std::int64_t GridPaste::SaveRows(const TextBlock& block, const Place& start) {
   const std::shared_ptr<Recordset> rows = grid_.DataSource();
   Place at = start;
   for (const auto& row : block) {
-    if (!FillRow(row, at)) return;
+    if (!FillRow(row, at) || !host_.saveChange()) break;
     ++at.row;
-    if (block.size() > 1 && !host_.saveChange()) return;
-    if (grid_.DataSource() != rows) return;
+    if (grid_.DataSource() != rows) break;
   }
-  const auto columns = static_cast<int>(block.front().size());
-  if (block.size() > 1)
-    grid_.SelectCells({start.row, at.row - 1, start.column, start.column + columns - 1});
-  else host_.changed();
+  return at.row - start.row;
 }
 
 /// An empty value leaves a null as it is: that is what a null is copied as. False when a change of

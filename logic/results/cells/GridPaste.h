@@ -19,14 +19,15 @@ struct PasteHost {
   std::function<bool()> saveChange;
   std::function<void()> changed;                          ///< A change waits in the current record.
   std::function<void(const std::string& reason)> refuse;  ///< Nothing was pasted.
+  std::function<void(const std::string& text)> tell;      ///< What became of several rows.
 };
 
 /// Fills the cells of a grid from a block on the clipboard, from the current cell on or the first
 /// selected one. All values are looked at first: where one is none of its column, or its cell
 /// cannot be changed, nothing is pasted, and the reason is shown at the cell. A block of one row
 /// then waits as a change does that was typed; of several each row is saved, up to the first that
-/// the database refuses, whose change stays. Rows behind the last one become new ones where these
-/// may be added.
+/// the database refuses, whose change stays, and it is told how many were saved. Rows behind the
+/// last one become new ones where these may be added.
 class GridPaste {
  public:
   /// All outlive it.
@@ -53,6 +54,7 @@ class GridPaste {
   [[nodiscard]] std::optional<Refusal> WhyNotRow(const std::vector<std::string>& row,
                                                  const Place& start) const;
   void Fill(const TextBlock& block, const Place& start);
+  [[nodiscard]] std::int64_t SaveRows(const TextBlock& block, const Place& start);
   [[nodiscard]] bool FillRow(const std::vector<std::string>& row, const Place& start);
   void Show(const Refusal& refusal);
 

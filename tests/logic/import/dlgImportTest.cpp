@@ -12,6 +12,7 @@ namespace tessel {
 namespace {
 
 using test::HeadlessWindow;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -97,6 +98,26 @@ TEST_F(dlgImportTest, RecordsGoIntoATableThatIsThere) {
   ASSERT_EQ(rows->size(), 2U);
   EXPECT_EQ((*rows)[0], (MemoryRow{std::int64_t{1}, std::string("nail"), Decimal{"0.50"}}));
   EXPECT_EQ((*rows)[1], (MemoryRow{std::int64_t{2}, std::string("a \"b\""), Value()}));
+}
+
+TEST_F(dlgImportTest, EscEndsALongLookAndWhatWasSeenStays) {
+  desktop.LetALookAtTheClockTake(5);
+  Go("fresh", [this] {
+    std::string text = "n\n";
+    for (int i = 0; i < 100'000; ++i) text += std::to_string(i) + "\n";
+    desktop.TheClipboard().SetText(text);
+    W().Click("cmdClipboard");
+    EXPECT_THAT(Status(), AllOf(HasSubstr("Looking at all records: "), HasSubstr(" so far.")));
+    EXPECT_FALSE(W().Find<Button>("cmdImport").Enabled());
+    W().PressKey(key::escape);
+    const std::string seen = Status();
+    EXPECT_THAT(seen, HasSubstr("Looked at the first "));
+    EXPECT_EQ(Column(0), "n|n|Whole number|0");
+    EXPECT_TRUE(W().Find<Button>("cmdImport").Enabled());
+    Settle();
+    EXPECT_EQ(Status(), seen);
+    EXPECT_TRUE(W().Visible());
+  });
 }
 
 TEST_F(dlgImportTest, ANewTableIsMadeWithTheTypesThatWereGuessed) {

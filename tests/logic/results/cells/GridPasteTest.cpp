@@ -7,6 +7,8 @@
 namespace tessel {
 namespace {
 
+using testing::EndsWith;
+
 class GridPasteTest : public test::EditingFixture {
  protected:
   GridPasteTest() {
@@ -34,6 +36,7 @@ TEST_F(GridPasteTest, SeveralRowsAreSavedOneByOne) {
   EXPECT_EQ(Stored(2, name), Text("")) << "as it was";
   EXPECT_FALSE(Grid().ChangePending());
   EXPECT_EQ(Grid().SelCells(), (GridCells{0, 1, name, active}));
+  EXPECT_THAT(Status(), EndsWith("2 of 2 rows pasted."));
 }
 
 TEST_F(GridPasteTest, OneRowWaitsAsIfItWereTyped) {
@@ -126,6 +129,7 @@ TEST_F(GridPasteTest, TheRowThatTheDatabaseRefusesKeepsItsChange) {
   EXPECT_TRUE(Grid().ChangePending());
   EXPECT_EQ(Stored(0, name), Text("one"));
   EXPECT_EQ(Cell(1, name), "");
+  EXPECT_THAT(Status(), EndsWith("0 of 2 rows pasted."));
 }
 
 }  // namespace
