@@ -126,8 +126,8 @@ std::shared_ptr<LoadOperation> RoundTrip::IntoNewTable(const std::string& path,
       mapping.SetType(i, DataType::LongVarBinary);
   LoadRequest request;
   request.table = table;
-  request.createTable = CreateTableText(
-      Dialect(), NameQuoting(connection_->ProviderProperties()), table, mapping.Made());
+  request.createTable = CreateTableText(Dialect(), NameQuoting(connection_->ProviderProperties()),
+                                        table, mapping.Made());
   return Load(std::move(request), source, format, mapping, scan.Names());
 }
 
