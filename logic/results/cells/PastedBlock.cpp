@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdint>
+#include <cstddef>
 #include <optional>
 #include <utility>
 
-#include <utf8proc.h>
-
 #include "contract/text/Ascii.h"
+#include "logic/results/cells/HtmlEntities.h"
 
 namespace tessel {
 
@@ -45,43 +44,33 @@ std::string TakeValue(std::string_view& text) {
 
 // --- HTML ----------------------------------------------------------------------------------------
 
-struct Entity {
-  std::string_view name;
-  std::string_view text;
-};
-
-constexpr Entity entities[] = {{"amp", "&"},   {"lt", "<"},   {"gt", ">"},
-                               {"quot", "\""}, {"apos", "'"}, {"nbsp", " "}};
-
-/// The character of "#65" or "#x41"; nothing where it is none.
-std::string NumberedCharacter(std::string_view name) {
-  const bool hex = name.size() > 1 && AsciiLower(name[1]) == 'x';
-  name.remove_prefix(hex ? 2 : 1);
-  std::uint32_t code = 0;
-  const auto [end, error] =
-      std::from_chars(name.data(), name.data() + name.size(), code, hex ? 16 : 10);
-  if (error != std::errc() || end != name.data() + name.size()) return {};
-  utf8proc_uint8_t bytes[4];
-  const auto length = utf8proc_encode_char(static_cast<utf8proc_int32_t>(code), bytes);
-  return {reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length)};
-}
-
 /// What begins with "&" at the front of `html`, taken off it.
 std::string TakeEntity(std::string_view& html) {
-  constexpr std::size_t longest = 10;
+  constexpr std::size_t longest = 12;
+  constexpr std::string_view fixedBlank = "\u00A0";
   const std::size_t end = html.substr(0, longest).find(';');
   std::string text;
-  if (end != std::string_view::npos) {
-    const std::string_view name = html.substr(1, end - 1);
-    const auto* found = std::ranges::find(entities, name, &Entity::name);
-    if (found != std::end(entities)) text = found->text;
-    else if (name.starts_with('#')) text = NumberedCharacter(name);
-  }
+  if (end != std::string_view::npos) text = CharacterOfEntity(html.substr(1, end - 1));
   html.remove_prefix(text.empty() ? 1 : end + 1);
+  if (text == fixedBlank) return " ";
   return text.empty() ? "&" : text;
 }
 
-/// Reads the first table of a page, tag by tag.
+/// How many rows or columns a cell takes; `attribute` is ROWSPAN or COLSPAN.
+int SpanOf(std::string_view tag, std::string_view attribute) {
+  constexpr int most = 1000;
+  const std::string upper = AsciiUpper(tag);
+  std::size_t at = upper.find(attribute);
+  if (at == std::string::npos) return 1;
+  at = upper.find_first_not_of(" =\"'", at + attribute.size());
+  if (at == std::string::npos) return 1;
+  int span = 1;
+  std::from_chars(upper.data() + at, upper.data() + upper.size(), span);
+  return std::clamp(span, 1, most);
+}
+
+/// Reads the first table of a page, tag by tag. Of a cell that takes several places the first has
+/// its text, and the others are empty.
 class TableReader {
  public:
   explicit TableReader(std::string_view html) : html_(html) {}
@@ -102,11 +91,11 @@ class TableReader {
     const std::string_view tag = html_.substr(1, end == std::string_view::npos ? end : end - 1);
     const std::string_view name = tag.substr(0, tag.find_first_of(" \t\r\n/", 1));
     Skip(end, 1);
-    if (EqualNoCase(name, "tr")) block_.emplace_back();
-    else if (EqualNoCase(name, "td")) BeginCell(false);
-    else if (EqualNoCase(name, "th")) BeginCell(true);
+    if (EqualNoCase(name, "tr")) BeginRow();
+    else if (EqualNoCase(name, "td")) BeginCell(tag, false);
+    else if (EqualNoCase(name, "th")) BeginCell(tag, true);
     else if (EqualNoCase(name, "/td") || EqualNoCase(name, "/th")) EndCell();
-    else if (EqualNoCase(name, "/table")) ended_ = !block_.empty();
+    else if (EqualNoCase(name, "/table")) EndTable();
     else if (EqualNoCase(name, "br") && inCell_) block_.back().back() += '\n';
     else if (EqualNoCase(name, "style")) Skip(html_.find("</"), 0);
   }
@@ -115,16 +104,51 @@ class TableReader {
     html_.remove_prefix(place == std::string_view::npos ? html_.size() : place + more);
   }
 
-  void BeginCell(bool head) {
+  void BeginRow() {
+    EndRow();
+    block_.emplace_back();
+  }
+
+  void EndRow() {
+    EndCell();
+    if (!block_.empty()) PassTaken();
+  }
+
+  void EndTable() {
+    EndRow();
+    ended_ = !block_.empty();
+  }
+
+  void BeginCell(std::string_view tag, bool head) {
+    EndCell();
     if (block_.empty()) block_.emplace_back();
     if (block_.size() == 1) headsOnly_ = head && (headsOnly_ || block_.back().empty());
+    PassTaken();
     block_.back().emplace_back();
     inCell_ = true;
+    columns_ = SpanOf(tag, "COLSPAN");
+    rows_ = SpanOf(tag, "ROWSPAN");
   }
 
   void EndCell() {
-    if (inCell_) block_.back().back() = TrimSpaces(block_.back().back());
+    if (!inCell_) return;
     inCell_ = false;
+    std::vector<std::string>& row = block_.back();
+    row.back() = TrimSpaces(row.back());
+    const std::size_t first = row.size() - 1;
+    row.resize(first + static_cast<std::size_t>(columns_));
+    if (taken_.size() < row.size()) taken_.resize(row.size());
+    std::fill(taken_.begin() + static_cast<std::ptrdiff_t>(first),
+              taken_.begin() + static_cast<std::ptrdiff_t>(row.size()), rows_ - 1);
+  }
+
+  /// The next places of the row that a cell of a row above takes are empty.
+  void PassTaken() {
+    std::vector<std::string>& row = block_.back();
+    while (row.size() < taken_.size() && taken_[row.size()] > 0) {
+      --taken_[row.size()];
+      row.emplace_back();
+    }
   }
 
   /// Blanks and line ends between words are one blank.
@@ -144,6 +168,9 @@ class TableReader {
 
   std::string_view html_;
   TextBlock block_;
+  std::vector<int> taken_;  ///< For how many rows more each column belongs to a cell above.
+  int columns_ = 1;         ///< Of the cell that is read.
+  int rows_ = 1;
   bool inCell_ = false;
   bool headsOnly_ = false;
   bool ended_ = false;

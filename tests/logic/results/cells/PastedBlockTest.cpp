@@ -40,6 +40,23 @@ TEST(PastedBlock, TheFirstTableOfHtml) {
   EXPECT_EQ(BlockOfHtml("<table><!-- <tr> --><tr><td>x</td></tr></table"), (Block{{"x"}}));
 }
 
+TEST(PastedBlock, EntitiesAreTheirCharacters) {
+  EXPECT_EQ(BlockOfHtml("<td>&uuml;&Uuml;&euro;&hellip;&thetasym;&apos;&AMP;&uuml"),
+            (Block{{"\u00FC\u00DC\u20AC\u2026\u03D1'&AMP;&uuml"}}));
+}
+
+TEST(PastedBlock, ACellOfSeveralPlacesKeepsTheOthersInTheirs) {
+  EXPECT_EQ(BlockOfHtml("<table><tr><td colspan=2>a</td><td ROWSPAN=\"2\">b</td><td>c</td></tr>"
+                        "<tr><td>d</td><td>e</td><td>f</td></tr>"
+                        "<tr><td rowspan='3' colspan='2'>g<td>h<td rowspan=2>i</tr>"
+                        "<tr><td>j</td></tr><tr><td>k</td></tr></table>"),
+            (Block{{"a", "", "b", "c"},
+                   {"d", "e", "", "f"},
+                   {"g", "", "h", "i"},
+                   {"", "", "j", ""},
+                   {"", "", "k"}}));
+}
+
 TEST(PastedBlock, ARowOfHeadsIsLeftOut) {
   EXPECT_EQ(
       BlockOfHtml("<table><tr><th>id</th><th>n</th></tr><tr><td>1</td><td>2</td></tr></table>"),
