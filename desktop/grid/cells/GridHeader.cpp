@@ -67,7 +67,8 @@ void GridHeader::PaintText(QPainter& painter, const QRect& rect, int section) co
   const SortPart part = orientation() == Qt::Horizontal ? SortPartOf(section) : SortPart();
   if (part.place > 0 || (orientation() == Qt::Horizontal && section == pointed_))
     inside.setRight(SortZoneIn(rect).left() - 1 - PlaceWidth(part));
-  const int lacking = fontMetrics().horizontalAdvance(text) - inside.width();
+  const int needed = fontMetrics().horizontalAdvance(text) + 1;  // Parts of a pixel cut it, too.
+  const int lacking = needed - inside.width();
   if (part.place > 0 && lacking > 0) grid_.WantWidth(section, rect.width() + lacking);
   painter.setFont(font());
   painter.drawText(inside, alignment | Qt::TextSingleLine,

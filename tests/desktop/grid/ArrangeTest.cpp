@@ -101,6 +101,23 @@ TEST_F(ArrangeTest, ANameKeepsItsRoomBesideTheMark) {
             metrics.horizontalAdvance(name) + place + metrics.height() + 2 * cellPadding);
 }
 
+/// Parts of a pixel are enough to cut a name.
+TEST_F(ArrangeTest, NoNameIsCutBesideTheMark) {
+  for (int column = 0; column < Head().count(); ++column) {
+    rows->PretendArranged({.sort = {{static_cast<std::size_t>(column)}}});
+    static_cast<void>(HeadOf(column));
+    const QImage fitting = HeadOf(column);
+    constexpr int more = 40;
+    view.setColumnWidth(column, fitting.width() + more);
+    const QImage wide = HeadOf(column);
+    const bool right =
+        Head().model()->headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).toInt() &
+        Qt::AlignRight;
+    const QRect name(2, 0, fitting.width() - 2 * Head().fontMetrics().height(), fitting.height());
+    EXPECT_EQ(fitting.copy(name), wide.copy(name.translated(right ? more : 0, 0))) << column;
+  }
+}
+
 TEST_F(ArrangeTest, WidthsAreTheUsersOrFitTheRowsInSight) {
   const int before = view.columnWidth(6);
   grid.SetColumnWidth(6, grid.ColumnWidth(6) + 1500);
