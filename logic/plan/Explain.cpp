@@ -46,7 +46,10 @@ void Explain::Show(frmRecords& window, const std::string& taggedSQL) {
   const std::optional<std::string> sql = window.FillInTags(taggedSQL);
   if (!sql) return;
   help_.TryTo([&] {
-    ShowStatement(window, StatementToExplain(*sql, DialectOf(DbmsName(*window.TheConnection()))));
+    const Connection& connection = *window.TheConnection();
+    if ((connection.State() & objectState::open) == 0)
+      RaiseAppError("The connection is closed: connect again.");
+    ShowStatement(window, StatementToExplain(*sql, DialectOf(DbmsName(connection))));
   });
 }
 

@@ -26,6 +26,13 @@ std::string DetailsOf(const JsonValue& node) {
   return details;
 }
 
+/// A number with three decimals at most.
+std::string Shortened(const std::string& number) {
+  constexpr std::size_t decimals = 3;
+  const std::size_t point = number.find('.');
+  return point == std::string::npos ? number : number.substr(0, point + 1 + decimals);
+}
+
 std::string WithBlanks(std::string name) {
   std::ranges::replace(name, '_', ' ');
   return name;
@@ -52,7 +59,7 @@ class Reader {
     step.loops = node.NumberOf("r_loops");
     if (!timed_) step.weight = RowsRead(name, node);
     AddBelow(step, node);
-    if (timed_) TakeTime(step, node);
+    if (timed_) TakeTime(step, node, name == "filesort");
     return step;
   }
 
@@ -69,13 +76,15 @@ class Reader {
     }
   }
 
-  /// A table tells what it takes itself, any other step what it takes with those below it.
-  static void TakeTime(PlanStep& step, const JsonValue& node) {
+  /// A table tells what it takes itself, any other step what it takes with those below it. But the
+  /// sorting of a temporary table tells nothing of the filling.
+  static void TakeTime(PlanStep& step, const JsonValue& node, bool sorts) {
     double below = 0;
     for (const PlanStep& part : step.below) below += part.milliseconds.value_or(0);
     const double own =
         node.NumberOf("r_table_time_ms").value_or(0) + node.NumberOf("r_other_time_ms").value_or(0);
-    step.milliseconds = node.NumberOf("r_total_time_ms").value_or(own + below);
+    const double told = node.NumberOf("r_total_time_ms").value_or(own + below);
+    step.milliseconds = sorts && told < below ? told + below : told;
     step.weight = std::max(0.0, *step.milliseconds - below);
   }
 
@@ -107,7 +116,8 @@ Plan ReadMariaPlan(std::string_view json) {
   Plan plan;
   plan.root = Reader(time.has_value()).Step(root->first, root->second);
   plan.measure = time ? PlanMeasure::Time : PlanMeasure::RowsRead;
-  if (time) plan.note = "Execution Time " + root->second.TextOf("r_total_time_ms") + " ms";
+  if (time)
+    plan.note = "Execution Time " + Shortened(root->second.TextOf("r_total_time_ms")) + " ms";
   WorkOutShares(plan);
   return plan;
 }

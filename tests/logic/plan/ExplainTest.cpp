@@ -214,6 +214,16 @@ TEST_F(ExplainTest, NothingSelectedAndOtherDatabasesAreSaid) {
   EXPECT_TRUE(data.ExecutedSql().empty());
 }
 
+TEST_F(ExplainTest, OfAConnectionThatWasLostThatIsSaid) {
+  ConnectTo("PostgreSQL");
+  data.LoseSessions();
+  Answer(asked, plan);
+  desktop.ExpectMessage("The server has gone away.");
+  ExplainSelected(orders);
+  desktop.ExpectMessage("The connection is closed: connect again.");
+  ExplainSelected(orders);
+}
+
 // --- statements ----------------------------------------------------------------------------------
 
 std::string RefusalOf(const std::string& sql) {

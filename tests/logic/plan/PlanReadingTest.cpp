@@ -158,6 +158,20 @@ TEST(MariaPlan, WhatHasRunTellsRowsLoopsAndTimes) {
   EXPECT_EQ(plan.root.weight, 1);
 }
 
+/// As the server tells a sort of a temporary table: the sorting alone.
+TEST(MariaPlan, WhatIsFilledBeforeASortIsNotTheQuerysOwnTime) {
+  const Plan plan = ReadMariaPlan(R"json({"query_block": {"r_loops": 1, "r_total_time_ms": 8.76844,
+    "filesort": {"sort_key": "c.city", "r_loops": 1, "r_total_time_ms": 0.014,
+      "temporary_table": {"nested_loop": [
+        {"table": {"table_name": "c", "r_table_time_ms": 5, "r_other_time_ms": 0}},
+        {"table": {"table_name": "o", "r_table_time_ms": 3.5, "r_other_time_ms": 0}}]}}}})json");
+  EXPECT_EQ(Costliest(plan).name, "table on c");
+  EXPECT_NEAR(plan.root.below[0].weight, 0.014, 1e-9);
+  EXPECT_NEAR(*plan.root.below[0].milliseconds, 8.514, 1e-9);
+  EXPECT_NEAR(plan.root.weight, 0.25444, 1e-9);
+  EXPECT_EQ(plan.note, "Execution Time 8.768 ms");
+}
+
 TEST(MariaPlan, WhatIsNoPlanIsRefused) {
   EXPECT_EQ(FailureOf([] { static_cast<void>(ReadMariaPlan("[1]")); }),
             "This is no plan of MariaDB.");
