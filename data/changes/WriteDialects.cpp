@@ -24,9 +24,11 @@ bool KnowsReturning(std::string_view server, std::string_view version) {
 }  // namespace
 
 /// A savepoint is a transaction of its own where there is none. With the collation of the column
-/// two texts might be the same that are not.
+/// two texts might be the same that are not. A name in quotation marks that is none, because
+/// somebody renamed the column, would be taken for a text.
 WriteDialect SqliteDialect() {
-  return {.namesCatalog = true,
+  return {.quote = '`',
+          .namesCatalog = true,
           .sameOrNull = "{column} collate binary is {value}",
           .returnsInserted = true,
           .returnsUpdated = true,

@@ -63,6 +63,17 @@ TEST_P(WriteFaultBodies, ARowWithAnyFieldChangedBySomebodyElseIsNotDeleted) {
   EXPECT_THAT(Names(), ElementsAre("2|two", "3|three"));
 }
 
+/// Some databases take the name of a column that is gone for a text.
+TEST_P(WriteFaultBodies, AColumnRenamedBySomebodyElseIsAnErrorAndNothingIsWritten) {
+  const auto recordset = OpenAll();
+  RunOutside("alter table " + table_->Name() + " rename column n to other");
+  recordset->SetFieldValue(name, Text("mine"));
+  EXPECT_NE(ErrorOf([&] { Update(*recordset); }).number, 0);
+  EXPECT_EQ(recordset->Editing(), EditMode::InProgress);
+  EXPECT_THAT(Names(), ElementsAre("1|one", "2|two", "3|three"));
+  EXPECT_EQ(ToText(recordset->ValueAt(0, 3)), "10");
+}
+
 TEST_P(WriteFaultBodies, ARowThatIsGoneIsAConflict) {
   const auto recordset = OpenAll();
   RunOutside("delete from " + table_->Name() + " where id = 1");
