@@ -138,6 +138,7 @@ void LoadTask::NoteRefused() {
 
 /// Nothing is left half done: the rows go, and a table that was made for them.
 void LoadTask::Leave(ProviderSession& session) noexcept {
+  BeginTakingBack();
   loader_.reset();
   transaction_.reset();
   if (!madeTable_ || rowsKept_ > 0 || !session.IsAlive()) return;

@@ -86,6 +86,16 @@ bool Task::Ended() const {
   return ended_;
 }
 
+bool Task::TakesBack() const {
+  const std::lock_guard lock(mutex_);
+  return takesBack_;
+}
+
+void Task::BeginTakingBack() {
+  const std::lock_guard lock(mutex_);
+  takesBack_ = true;
+}
+
 bool Task::HasResult() const {
   const std::lock_guard lock(mutex_);
   return hasResult_;

@@ -87,6 +87,9 @@ class Task : public WorkContext {
   /// True for the first caller only.
   [[nodiscard]] bool BeginCancel();
   [[nodiscard]] bool Ended() const;
+  /// The session undoes what the task did, which nobody is to interrupt: it may take as long as the
+  /// work itself did.
+  [[nodiscard]] bool TakesBack() const;
   /// Whether the command has a result with columns.
   [[nodiscard]] bool HasResult() const;
   /// Waits until the task has ended or `limit` is over; tells whether it has ended.
@@ -104,6 +107,8 @@ class Task : public WorkContext {
   /// The outcome is success, whatever happens from here on: the third state, no longer cancellable.
   /// Worker thread.
   void Settle();
+  /// From now on until the end it is taken back. Worker thread.
+  void BeginTakingBack();
   /// Changes the news, `post` says whether that is worth a notice. Worker thread.
   void Tell(const std::function<void(TaskNews&)>& change, bool post);
   /// Changes what is told with the end. Worker thread.
@@ -128,6 +133,7 @@ class Task : public WorkContext {
   bool settled_ = false;
   bool ended_ = false;
   bool cancelling_ = false;
+  bool takesBack_ = false;
 };
 
 /// Opens the session.

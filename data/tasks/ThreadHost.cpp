@@ -34,13 +34,18 @@ std::chrono::milliseconds ThreadHost::Patience() const {
 
 void ThreadHost::Cancel(const std::shared_ptr<Task>& task) {
   task->AskToStop();
-  if (!task->BeginCancel()) return;
+  if (!task->BeginCancel()) return LeaveTakingBack(*task);
   const auto self = shared_from_this();
   const auto patience = Patience();
   leftBehind_->Keep(WatchedThread([self, task] { self->CancelUntilEnded(*task); }));
   leftBehind_->Keep(WatchedThread([self, task, patience] {
-    if (!task->WaitForEnd(patience)) self->GiveUp(*task);
+    if (!task->WaitForEnd(patience) && !task->TakesBack()) self->GiveUp(*task);
   }));
+}
+
+/// Who asks again does not want to wait for that either. The database goes on with it alone.
+void ThreadHost::LeaveTakingBack(Task& task) {
+  if (task.TakesBack()) GiveUp(task);
 }
 
 void ThreadHost::Stop(const std::shared_ptr<Task>& running) {
@@ -97,7 +102,7 @@ void ThreadHost::CancelUntilEnded(const Task& task) {
   using namespace std::chrono_literals;
   do {
     const std::lock_guard lock(fence_);
-    if (running_ == &task) runner_.Session().Cancel();
+    if (running_ == &task && !task.TakesBack()) runner_.Session().Cancel();
   } while (!task.WaitForEnd(20ms));
 }
 

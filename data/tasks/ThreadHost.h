@@ -25,7 +25,8 @@ class ThreadHost : public SessionHost, public std::enable_shared_from_this<Threa
                                            int patienceFactor = 1);
 
   void Run(std::shared_ptr<Task> task) override;
-  /// What does not end within the session's patience is abandoned.
+  /// What does not end within the session's patience is abandoned, unless it is being taken back:
+  /// that is waited for until Cancel comes once more.
   void Cancel(const std::shared_ptr<Task>& task) override;
   /// Ends the thread, or leaves it behind when it hangs. Waits no longer than the two patiences,
   /// and not at all for one that is known to hang.
@@ -46,6 +47,7 @@ class ThreadHost : public SessionHost, public std::enable_shared_from_this<Threa
   void SetRunning(Task* task);
   void CancelUntilEnded(const Task& task);
   void GiveUp(Task& task);
+  void LeaveTakingBack(Task& task);
 
   /// Of the worker; the session's Cancel also of the thread that cancels, its CancelPatience of the
   /// UI thread until Stop has told the worker to end. Destroyed by the worker at its end.

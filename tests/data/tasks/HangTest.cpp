@@ -1,5 +1,7 @@
 #include "tests/data/tasks/WorkerTest.h"
 
+#include <thread>
+
 namespace tessel::test {
 
 using testing::ElementsAre;
@@ -147,6 +149,77 @@ TEST_F(HangTest, WorkThatIsDoneStaysDoneWhenItsAftermathHangs) {
   EXPECT_EQ(log.RecordsAffected(), 4);
   EXPECT_EQ(connection->State(), objectState::closed) << "the session hangs all the same";
   gate_->Open();
+  EXPECT_TRUE(AllGone());
+}
+
+/// Works until it is cancelled, and then takes back what it did until the gate is open.
+class TakenBackTask : public Task {
+ public:
+  explicit TakenBackTask(std::shared_ptr<Gate> gate) : gate_(std::move(gate)) {}
+  bool Step(ProviderSession& /*session*/) override {
+    begun_.Pass();
+    if (!StopAsked()) return true;
+    BeginTakingBack();
+    gate_->Pass();
+    ThrowIfStopped();
+    return false;
+  }
+  /// Lets it go on from its beginning.
+  void AwaitBegin() {
+    begun_.AwaitArrival();
+    begun_.Open();
+  }
+
+ private:
+  std::shared_ptr<Gate> gate_;
+  Gate begun_;
+};
+
+/// A worker with a task that takes back after a cancel.
+class TakingBackTest : public HangTest {
+ protected:
+  TakingBackTest() {
+    host_->Run(task_);
+    task_->AwaitBegin();
+    host_->Cancel(task_);
+    gate_->AwaitArrival();
+  }
+  void WaitBeyondPatience() const { std::this_thread::sleep_for(2 * script_->patience); }
+
+  std::shared_ptr<TakenBackTask> task_ = std::make_shared<TakenBackTask>(gate_);
+  std::shared_ptr<SessionHost> host_ =
+      ThreadHost::Starter(leftBehind_, 1)(ScriptedProvider(script_).CreateSession({}));
+};
+
+TEST_F(TakingBackTest, IsWaitedForAndNotCancelled) {
+  WaitBeyondPatience();
+  const int cancels = script_->cancels;
+  WaitBeyondPatience();
+  EXPECT_FALSE(task_->Ended());
+  EXPECT_EQ(script_->cancels, cancels);
+  gate_->Open();
+  task_->WaitForEnd();
+  EXPECT_FALSE(task_->TakeNews().end->sessionLost);
+  host_->Stop(nullptr);
+  host_.reset();
+  EXPECT_TRUE(AllGone());
+}
+
+TEST_F(TakingBackTest, IsLeftBehindWhenAskedAgain) {
+  host_->Cancel(task_);
+  EXPECT_TRUE(task_->Ended());
+  EXPECT_TRUE(task_->TakeNews().end->sessionLost);
+  gate_->Open();
+  host_->Stop(nullptr);
+  host_.reset();
+  EXPECT_TRUE(AllGone());
+}
+
+TEST_F(TakingBackTest, IsLeftBehindWhenTheConnectionCloses) {
+  host_->Stop(task_);
+  EXPECT_TRUE(task_->Ended());
+  gate_->Open();
+  host_.reset();
   EXPECT_TRUE(AllGone());
 }
 
