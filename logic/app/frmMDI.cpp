@@ -463,11 +463,14 @@ void frmMDI::ImportRecords(frmRecords& window) {
 }
 
 void frmMDI::ImportRecords(const std::string& databaseKey, const std::string& table) {
-  const auto connection = ConnectionOf(WindowNumberOf(databaseKey));
+  const int number = WindowNumberOf(databaseKey);
+  const auto connection = ConnectionOf(number);
   if (connection == nullptr) return;
   dlgImport dialog(global_, async_);
   if (const auto made = dialog.Go(*window_, connection, table))
     browser_.AddTable(databaseKey, made->listed, made->columns);
+  for (frmRecords* window : RecordsWindows())
+    if (window->WindowID() == number) window->TellIfLost();
 }
 
 std::shared_ptr<Connection> frmMDI::ConnectionOf(int windowNumber) {

@@ -87,13 +87,17 @@ dlgImport::dlgImport(const Global& global, dlgAsync& async)
   WireColumns();
 }
 
-/// The program may end while rows are loaded.
+/// The program may end while rows are loaded: the database takes them back without it.
 dlgImport::~dlgImport() {
   if (load_ == nullptr || load_->HasEnded()) return;
   load_->Progress = nullptr;
   load_->Ended = nullptr;
   load_->Cancel();
-  load_->Wait();
+  try {
+    target_->TheConnection()->Close();
+  } catch (const Error&) {
+    // It is gone in any case.
+  }
 }
 
 void dlgImport::Wire() {
@@ -188,6 +192,7 @@ bool dlgImport::TakeSource(ImportSource source) {
     return false;
   }
   source_ = std::move(source);
+  ended_ = false;
   sourceText_ = source_->name;
   txtSource_.SetText(sourceText_);
   ShowFormat();
@@ -404,6 +409,7 @@ void dlgImport::cmdImport_Click() {
     return ShowStatus(error.Description());
   }
   start_ = global_.TheDesktop().TheClock().Milliseconds();
+  cancelling_ = false;
   load_->Progress = [this] { ShowLoadProgress(); };
   load_->Ended = [this] { EndLoad(); };
   Enter(State::Loading);
@@ -417,6 +423,7 @@ std::string dlgImport::RateText(std::int64_t records) const {
 }
 
 void dlgImport::ShowLoadProgress() {
+  if (cancelling_) return;
   ShowProgress(feed_->Progress());
   const auto percent = static_cast<int>(feed_->Progress() * 100);
   ShowStatus("Importing: " + RecordsText(load_->Rows()) + ", " + std::to_string(percent) + " %" +
@@ -437,6 +444,7 @@ void dlgImport::EndLoad() {
     for (const NewColumn& column : mapping_.Made()) made_->columns.push_back(column.name);
   }
   source_.reset();
+  ended_ = true;
   cmdCancel_.SetCaption("Close");
   EnableControls();
   cmdCancel_.SetFocus();
@@ -454,8 +462,17 @@ std::string dlgImport::FailureText() const {
     }
     text += load_->Failure()->description;
   }
-  return text + (load_->RowsKept() > 0 ? "\n" + RecordsText(load_->RowsKept()) + " stay imported."
-                                       : "\nNothing was imported.");
+  text += load_->RowsKept() > 0 ? "\n" + RecordsText(load_->RowsKept()) + " stay imported."
+                                : "\nNothing was imported.";
+  if ((target_->TheConnection()->State() & objectState::open) != 0) return text;
+  return text + " The connection is closed" +
+         (LeavesTable() ? "; the table was made, and may still be there." : ".");
+}
+
+/// On a connection that was lost a table that was made at once could not be taken back.
+bool dlgImport::LeavesTable() const {
+  const SqlDialect dialect = target_->Dialect();
+  return !TableIsThere() && dialect != SqlDialect::PostgreSQL && dialect != SqlDialect::SQLite;
 }
 
 // --- states --------------------------------------------------------------------------------------
@@ -464,14 +481,22 @@ std::string dlgImport::FailureText() const {
 void dlgImport::cmdCancel_Click() {
   switch (state_) {
     case State::Scanning: return EndScan("");
-    case State::Loading: return load_->Cancel();
+    case State::Loading: return CancelLoad();
     case State::Idle: window_->Hide();
   }
 }
 
 void dlgImport::Form_QueryUnload(bool& refuse) {
   refuse = state_ == State::Loading;
-  if (refuse) load_->Cancel();
+  if (refuse) CancelLoad();
+}
+
+/// To take back many records takes a database as long as to take them.
+void dlgImport::CancelLoad() {
+  cancelling_ = true;
+  ShowStatus("Cancelling: the database takes back what it took.\n"
+             "Cancel again to disconnect and leave it alone with that.");
+  load_->Cancel();
 }
 
 void dlgImport::Enter(State state) {
@@ -489,8 +514,10 @@ void dlgImport::EnableControls() {
   const bool isText = format_.kind == ImportFormat::Kind::Delimited;
   const bool hasColumns = source_ && scan_ != nullptr && !mapping_.Columns().empty();
   txtSource_.SetLocked(!free);
-  for (const char* name : {"cmdFile", "cmdClipboard", "cboTable", "chkBatches", "chkAsFile"})
+  for (const char* name : {"cmdFile", "cmdClipboard"})
     window_->Find<Control>(name).SetEnabled(free);
+  for (const char* name : {"cboTable", "chkBatches", "chkAsFile"})
+    window_->Find<Control>(name).SetEnabled(free && !ended_);
   for (Control* control :
        std::initializer_list<Control*>{&cboDelimiter_, &cboEncoding_, &cboDecimal_})
     control->SetEnabled(free && source_.has_value());

@@ -81,7 +81,9 @@ class dlgImport {
   [[nodiscard]] LoadRequest MakeRequest();
   void ShowLoadProgress();
   void EndLoad();
+  void CancelLoad();
   [[nodiscard]] std::string FailureText() const;
+  [[nodiscard]] bool LeavesTable() const;
   [[nodiscard]] std::string RateText(std::int64_t records) const;
 
   void Enter(State state);
@@ -124,6 +126,8 @@ class dlgImport {
   std::shared_ptr<ImportFeed> feed_;
   std::shared_ptr<LoadOperation> load_;
   std::int64_t start_ = 0;
+  bool cancelling_ = false;  ///< The load under way is asked to stop.
+  bool ended_ = false;       ///< What is shown has been imported.
   std::optional<ImportedTable> made_;
 };
 

@@ -100,6 +100,10 @@ RowTools::Host frmRecords::RowToolsHost() {
           [this] { PlaceGrid(window_->ScaleWidth(), window_->ScaleHeight()); }};
 }
 
+void frmRecords::TellIfLost() {
+  if ((mCn_->State() & objectState::open) == 0) SetStatus("Disconnected.", statusColor::plain);
+}
+
 /// What the user did to the rows on show, in the status line.
 void frmRecords::Tell(const std::string& text, bool isCount) {
   SetStatus(text, isCount ? statusColor::records : statusColor::plain,

@@ -130,6 +130,8 @@ class frmRecords : private QueryRunner, private TagResolver {
   /// What the user calls the connection.
   [[nodiscard]] const std::string& Caption() const { return caption_; }
   [[nodiscard]] const std::shared_ptr<Connection>& TheConnection() const { return mCn_; }
+  /// The status line says so when the connection has gone in something beside the window.
+  void TellIfLost();
   [[nodiscard]] int WindowID() const { return windowID_; }
 
   /// Called once, when the window has been unloaded. The owner must not destroy this object before

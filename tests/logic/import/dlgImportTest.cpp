@@ -179,6 +179,46 @@ TEST_F(dlgImportTest, CancelStopsALoadAndTheWindowStays) {
   EXPECT_TRUE(rows->empty());
 }
 
+TEST_F(dlgImportTest, WhileWhatItTookIsTakenBackThatIsSaid) {
+  data.holdChanges = true;
+  Go("goods", [this] {
+    TakeClipboard("id,name,price\n1,a,1\n2,b,2\n");
+    W().Click("cmdImport");
+    desktop.DrainEvents();
+    W().Click("cmdCancel");
+    EXPECT_EQ(Status(), "Cancelling: the database takes back what it took.\n"
+                        "Cancel again to disconnect and leave it alone with that.");
+    Settle();
+    EXPECT_EQ(Status(), "Cancelled.\nNothing was imported.");
+  });
+}
+
+TEST_F(dlgImportTest, ALostConnectionAndWhatItLeavesAreTold) {
+  data.properties.Set("DBMS Name", std::string("MariaDB"));
+  const auto there = data.CreateConnection();
+  test::OpenNow(*there);
+  connection = there;
+  Go("fresh", [this] {
+    TakeClipboard("id\n1\n");
+    data.LoseSessions();
+    Import();
+    EXPECT_THAT(Status(), HasSubstr("\nNothing was imported. The connection is closed; the table "
+                                    "was made, and may still be there."));
+  });
+}
+
+TEST_F(dlgImportTest, AfterAnImportOnlyAnotherSourceIsTaken) {
+  Go("goods", [this] {
+    TakeClipboard("id,name,price\n1,a,1\n");
+    Import();
+    EXPECT_FALSE(W().Find<ComboBox>("cboTable").Enabled());
+    EXPECT_TRUE(W().Find<Button>("cmdClipboard").Enabled());
+    TakeClipboard("id,name,price\n2,b,1\n");
+    EXPECT_TRUE(W().Find<ComboBox>("cboTable").Enabled());
+    EXPECT_TRUE(W().Find<Button>("cmdImport").Enabled());
+  });
+}
+
 TEST_F(dlgImportTest, WhatIsNoTextLeavesTheSourceAsItWas) {
   Go("goods", [this] {
     TakeClipboard("id,name,price\n1,a,1\n");
