@@ -154,7 +154,7 @@ void RecordGrid::Refresh() {
   selectionModel()->setCurrentIndex(model_->index(std::min(row, model_->RowCount() - 1), column),
                                     QItemSelectionModel::NoUpdate);
   --quiet_;
-  rowHeader_->setFixedWidth(rowHeader_->WidthForRows(model_->RowCount()));
+  SizeRowHeader();
   PlaceEditor();
   ShowSelection();
 }

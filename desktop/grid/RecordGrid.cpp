@@ -54,6 +54,8 @@ RecordGrid::RecordGrid(QWidget* parent)
   connect(editor_, &CellEditor::typed, this, [this] {
     if (user_ != nullptr) user_->Typed();
   });
+  connect(editor_, &CellEditor::closed, rowHeader_->viewport(),
+          qOverload<>(&QWidget::update));  // It may have had the pencil.
   dragTimer_.setInterval(dragInterval);
   connect(&dragTimer_, &QTimer::timeout, this, [this] { DragTo(dragPlace_); });
 }
@@ -90,7 +92,7 @@ void RecordGrid::Bind(const std::shared_ptr<Recordset>& source) {
   editor_->Close();
   selection_.Clear();
   model_->SetSource(source);
-  rowHeader_->setFixedWidth(rowHeader_->WidthForRows(model_->RowCount()));
+  SizeRowHeader();
   SizeColumns();
   if (model_->RowCount() > 0 && model_->ColumnCount() > 0)
     selectionModel()->setCurrentIndex(model_->index(0, 0), QItemSelectionModel::NoUpdate);
@@ -277,7 +279,15 @@ void RecordGrid::changeEvent(QEvent* event) {
 void RecordGrid::SizeRows() {
   verticalHeader()->setMinimumSectionSize(1);
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
-  rowHeader_->setFixedWidth(rowHeader_->WidthForRows(model_->RowCount()));
+  SizeRowHeader();
+}
+
+/// The cells make room for it at once, which the table does by itself only when rows come or go.
+void RecordGrid::SizeRowHeader() {
+  const int width = rowHeader_->WidthForRows(model_->RowCount());
+  if (width == rowHeader_->width()) return;
+  rowHeader_->setFixedWidth(width);
+  updateGeometries();
 }
 
 int RecordGrid::Scaled(int drawn) const {
@@ -292,8 +302,19 @@ void RecordGrid::SizeColumns() {
   if (columns == 0) return;
   const int sampleRows =
       std::min({model_->RowCount(), sampleRowsMost, sampleCellsMost / columns + 1});
-  for (int column = 0; column < columns; ++column)
+  const int measured = LastColumnFills() ? columns - 1 : columns;
+  for (int column = 0; column < measured; ++column)
     SetColumnWidth(column, WidthOf(column, 0, sampleRows));
+  if (LastColumnFills()) FillWithLastColumn();
+}
+
+/// The header gives the last column what is left when it is told to.
+void RecordGrid::FillWithLastColumn() {
+  SetColumnWidth(model_->ColumnCount() - 1, Scaled(narrowestColumn));
+  sizing_ = true;
+  SetLastColumnFills(false);
+  SetLastColumnFills(true);
+  sizing_ = false;
 }
 
 void RecordGrid::ChangeWidth(int column, int width) {
@@ -334,9 +355,11 @@ void RecordGrid::WidenColumns() {
 }
 
 /// Of the different texts only the longest are measured: that takes much longer than to read them.
+/// There is always room for a null.
 int RecordGrid::WidthOf(int column, int firstRow, int sampleRows) const {
   const QFontMetrics metrics = fontMetrics();
-  int width = metrics.horizontalAdvance(AsShown(std::string_view(model_->FieldName(column))));
+  int width = std::max(
+      metrics.horizontalAdvance(AsShown(std::string_view(model_->FieldName(column)))), NullWidth());
   std::vector<QString> texts;
   for (int row = 0; row < sampleRows; ++row)
     texts.push_back(model_->CellAt(firstRow + row, column).text);
@@ -350,6 +373,12 @@ int RecordGrid::WidthOf(int column, int firstRow, int sampleRows) const {
   for (auto text = texts.begin(); text != longest && width < widest; ++text)
     width = std::max(width, metrics.horizontalAdvance(*text));
   return std::clamp(width + cellMargins, Scaled(narrowestColumn), widest);
+}
+
+int RecordGrid::NullWidth() const {
+  QFont italic = font();
+  italic.setItalic(true);
+  return QFontMetrics(italic).horizontalAdvance(AsShown(ValueView())) + 1;
 }
 
 // --- zoom ----------------------------------------------------------------------------------------

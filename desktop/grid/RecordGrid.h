@@ -133,13 +133,16 @@ class RecordGrid : public GridView {
  private:
   void SetUpHeaders();
   void SizeRows();
+  void SizeRowHeader();
   void SizeColumns();
+  void FillWithLastColumn();
   void SetColumnWidth(int column, int width);
   void WidenColumns();
   [[nodiscard]] int Scaled(int drawn) const;
   void UseZoomedFont();
   bool ZoomByKey(const QKeyEvent& event);
   [[nodiscard]] int WidthOf(int column, int firstRow, int sampleRows) const;
+  [[nodiscard]] int NullWidth() const;
   [[nodiscard]] QModelIndex TargetOf(const QKeyEvent& event) const;
   [[nodiscard]] QModelIndex NextCell(int step) const;
   [[nodiscard]] int RowsOnPage() const;

@@ -56,6 +56,7 @@ void CellEditor::Close() {
   if (hasFocus()) grid_.setFocus(Qt::OtherFocusReason);
   hide();
   clear();
+  emit closed();
 }
 
 void CellEditor::Type(const QString& text) {

@@ -33,6 +33,7 @@ class CellEditor final : public QLineEdit {
 
  signals:
   void typed();
+  void closed();
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

@@ -158,6 +158,28 @@ TEST_F(EditingTest, F2EditsAtTheEndAndCtrlRTakesItBack) {
   EXPECT_EQ(Ask("SELECT name FROM item WHERE id = 1"), "bolt");
 }
 
+/// Counts how often a widget is painted.
+class PaintCount : public QObject {
+ public:
+  explicit PaintCount(QWidget& widget) { widget.installEventFilter(this); }
+  bool eventFilter(QObject* /*widget*/, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++count;
+    return false;
+  }
+  int count = 0;
+};
+
+TEST_F(EditingTest, ThePencilGoesWithTheTextThatIsTakenBack) {
+  RunUnlocked();
+  Click(0, name);
+  Type("s");
+  EXPECT_TRUE(view().RowIsBeingChanged());
+  PaintCount paints(*view().verticalHeader()->viewport());
+  Press(key::escape);
+  EXPECT_FALSE(view().RowIsBeingChanged());
+  EXPECT_GT(paints.count, 0);
+}
+
 TEST_F(EditingTest, ADoubleClickOpensTheCell) {
   RunUnlocked();
   const QPoint place = view().visualRect(view().model()->index(1, name)).center();

@@ -71,6 +71,7 @@ class GeneratedRows final : public Recordset {
   }
   /// Says that the rows are arranged so; they stay where they are.
   void PretendArranged(RowArrangement arrangement) { arrangement_ = std::move(arrangement); }
+  void PretendCount(std::int64_t rows) { rows_ = rows; }
   [[nodiscard]] std::optional<ErrorInfo> WhyNotChangeable() const override {
     return Error(errorNumber::readOnly, "GeneratedRows", "The rows are made up.").Info();
   }

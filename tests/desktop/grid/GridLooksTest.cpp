@@ -11,6 +11,7 @@
 #include "contract/base/Zoom.h"
 #include "contract/desktop/controls/DataGrid.h"
 #include "desktop/grid/RecordGrid.h"
+#include "desktop/grid/cells/CellDelegate.h"
 #include "desktop/grid/cells/FieldText.h"
 #include "desktop/look/Tokens.h"
 #include "tests/desktop/DesktopFixture.h"
@@ -19,6 +20,12 @@
 namespace tessel::test {
 
 namespace {
+
+std::vector<FieldInfo> FieldsNamed(std::initializer_list<const char*> names) {
+  std::vector<FieldInfo> fields;
+  for (const char* name : names) fields.emplace_back().name = name;
+  return fields;
+}
 
 class GridLooksTest : public DesktopFixture {
  protected:
@@ -278,6 +285,42 @@ TEST_F(GridLooksTest, TheSizeStaysWithOtherRows) {
   Bind(OrdersOf(10));
   EXPECT_EQ(grid.Zoom(), 150);
   EXPECT_EQ(view.rowHeight(0), height);
+}
+
+/// The rows that a filter hid make the numbers wider again.
+TEST_F(GridLooksTest, TheCellsMakeRoomForWiderRowNumbers) {
+  Bind(OrdersOf(10));
+  const int narrow = view.viewport()->x();
+  rows->PretendCount(1'000'000);
+  grid.Refresh();
+  host.Settle();
+  EXPECT_GT(view.viewport()->x(), narrow);
+  EXPECT_EQ(view.viewport()->x(), view.verticalHeader()->geometry().right() + 1);
+}
+
+TEST_F(GridLooksTest, AColumnHasRoomForANull) {
+  Bind(std::make_shared<GeneratedRows>(FieldsNamed({"f"}), 3, [](std::int64_t, std::size_t) {
+    return ValueView(std::string_view("x"));
+  }));
+  QFont italic = view.font();
+  italic.setItalic(true);
+  EXPECT_GE(view.columnWidth(0), QFontMetrics(italic).horizontalAdvance("NULL") + cellMargins);
+}
+
+TEST_F(GridLooksTest, AColumnThatFillsTheGridIsNeverWiderThanItsRoom) {
+  view.SetLastColumnFills(true);
+  const std::string wide(300, 'w');
+  Bind(std::make_shared<GeneratedRows>(
+      FieldsNamed({"a", "b"}), 3, [&wide](std::int64_t, std::size_t field) {
+        return ValueView(field == 0 ? std::string_view("x") : std::string_view(wide));
+      }));
+  view.parentWidget()->resize(300, view.parentWidget()->height());
+  host.Settle();
+  EXPECT_EQ(view.columnWidth(0) + view.columnWidth(1), view.viewport()->width());
+  const std::shared_ptr<GeneratedRows> same = rows;
+  Bind(OrdersOf(1));
+  Bind(same);
+  EXPECT_EQ(view.columnWidth(0) + view.columnWidth(1), view.viewport()->width());
 }
 
 }  // namespace
