@@ -118,22 +118,26 @@ DataGrid* RecordEditing::GridBeingEdited() {
   return fields_ != nullptr && fields_->EditActive() ? fields_ : nullptr;
 }
 
-/// A text that could not become a value is there to be typed anew.
-void RecordEditing::FocusEdited() {
-  if (fields_ != nullptr && fields_->EditActive()) fields_->SetFocus();
+bool RecordEditing::InFields() const { return fields_ != nullptr && fields_->HasFocus(); }
+
+/// The user goes on where he was. A text that could not become a value is there to be typed anew.
+void RecordEditing::FocusEdited(bool inFields) {
+  if (fields_ != nullptr && (inFields || fields_->EditActive())) fields_->SetFocus();
   else focusRecords_();
 }
 
 void RecordEditing::cmdAccept_Click() {
+  const bool inFields = InFields();
   cmdAccept_.SetFocus();
   Write();
-  FocusEdited();
+  FocusEdited(inFields);
 }
 
 void RecordEditing::cmdReject_Click() {
+  const bool inFields = InFields();
   cmdReject_.SetFocus();
   DropChange();
-  focusRecords_();
+  FocusEdited(inFields);
 }
 
 /// False when the change is still pending: it failed, which has been shown, or was cancelled.

@@ -69,7 +69,8 @@ class RecordEditing {
 
   [[nodiscard]] bool ChangePending() const;
   [[nodiscard]] DataGrid* GridBeingEdited();
-  void FocusEdited();
+  [[nodiscard]] bool InFields() const;
+  void FocusEdited(bool inFields);
   bool HandlePlainKey(int keyCode);
   [[nodiscard]] CellCommands::Cell CurrentCell() const;
   bool Write();

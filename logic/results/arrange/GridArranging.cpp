@@ -81,6 +81,7 @@ void GridArranging::Arrange(RowArrangement wanted, int pause) {
     if (rows->Editing() != EditMode::None && !host_.saveChange()) return;
     if (grid_.DataSource() != rows) return;
     wanted_ = wanted;
+    sorts_ = wanted.sort != rows->Arrangement().sort;
     work_ = rows->StartArrange(std::move(wanted));
   } catch (const Error& error) {
     return host_.tell(error.Description());
@@ -112,7 +113,7 @@ void GridArranging::TellProgress() {
   const std::int64_t now = clock_.Milliseconds();
   if (now - told_ < tellAfter) return;
   told_ = now;
-  const char* what = wanted_.sort.empty() ? "Filtering... " : "Sorting... ";
+  const char* what = sorts_ ? "Sorting... " : "Filtering... ";
   host_.tell(what + std::to_string(work_->Percent()) + " % (Esc stops)");
 }
 

@@ -56,6 +56,7 @@ class GridArranging {
   ArrangingHost host_;
   std::unique_ptr<RowWork> work_;
   RowArrangement wanted_;  ///< What the work is to come to.
+  bool sorts_ = false;     ///< The order becomes another one, not only what is on show.
   std::int64_t told_ = 0;  ///< When it was last said how far it is.
 };
 

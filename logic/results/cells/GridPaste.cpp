@@ -136,6 +136,7 @@ void GridPaste::Fill(const TextBlock& block, const Place& start) {
   const auto columns = static_cast<int>(block.front().size());
   if (saved == std::ssize(block))
     grid_.SelectCells({start.row, start.row + saved - 1, start.column, start.column + columns - 1});
+  else if (grid_.ChangePending()) host_.changed();
 }
 
 /// How many were saved: all, unless one of them was refused or the rows went away.

@@ -119,6 +119,19 @@ TEST_F(RecordPaneTest, AFieldIsEditedAsACellOfTheGridIs) {
   EXPECT_EQ(Shown(name), "changed");
 }
 
+TEST_F(RecordPaneTest, WhoAcceptsOrRejectsInAFieldGoesOnInIt) {
+  RunUnlocked();
+  OpenPane();
+  ClickField(name);
+  W().Type("RecordFields", "changed");
+  Press('S', shiftState::ctrl);
+  EXPECT_TRUE(Fields().HasFocus());
+  W().Type("RecordFields", "again");
+  Press('R', shiftState::ctrl);
+  EXPECT_TRUE(Fields().HasFocus());
+  EXPECT_EQ(Shown(name), "changed");
+}
+
 TEST_F(RecordPaneTest, GoingOnInTheFieldsKeepsTheChangeAndGoingToAnotherRecordWritesIt) {
   RunUnlocked();
   OpenPane();

@@ -68,12 +68,20 @@ class SqlWriter final : public RecordWriter {
     sink.Text() += ')';
   }
 
+  /// A column of SQLite without a type keeps each value as what it is; as text numbers would become
+  /// texts.
+  [[nodiscard]] bool HoldsAnything(const FieldInfo& field) const {
+    return dialect_ == SqlDialect::SQLite && field.typeName.empty() &&
+           field.type == DataType::VarWChar;
+  }
+
   void AppendTable(std::string& out) const {
     out += "CREATE TABLE " + table_ + " (";
     for (std::size_t i = 0; i < fields_.size(); ++i) {
       const FieldInfo& field = fields_[i];
-      out.append(i == 0 ? "\n  " : ",\n  ").append(literals_.Name(names_[i])).append(" ");
-      out += ColumnTypeName(dialect_, {field.type, field.precision, field.scale, 0});
+      out.append(i == 0 ? "\n  " : ",\n  ").append(literals_.Name(names_[i]));
+      if (!HoldsAnything(field))
+        out += " " + ColumnTypeName(dialect_, {field.type, field.precision, field.scale, 0});
       if (!field.nullable) out += " NOT NULL";
     }
     out.append("\n)").append(TableEnding(dialect_)).append(";\n");

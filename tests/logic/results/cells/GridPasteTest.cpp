@@ -130,6 +130,10 @@ TEST_F(GridPasteTest, TheRowThatTheDatabaseRefusesKeepsItsChange) {
   EXPECT_EQ(Stored(0, name), Text("one"));
   EXPECT_EQ(Cell(1, name), "");
   EXPECT_THAT(Status(), EndsWith("0 of 2 rows pasted."));
+  EXPECT_TRUE(ButtonsShow());
+  Press('R', shiftState::ctrl);
+  EXPECT_EQ(Cell(0, name), "one");
+  EXPECT_FALSE(ButtonsShow());
 }
 
 }  // namespace

@@ -347,6 +347,16 @@ TEST(SqlWriterTest, CreateTableFitsTheRows) {
             "boolean\n);\n");
 }
 
+TEST(SqlWriterTest, AColumnOfSqliteWithoutATypeStaysOne) {
+  ExportChoices choices = SqlFor(SqlDialect::SQLite);
+  choices.createTable = true;
+  FieldInfo typed = MemoryField("typed");
+  typed.typeName = "varchar(10)";
+  const ExportRows rows{{MemoryField("any"), typed}, {}};
+  EXPECT_THAT(Written(choices, rows),
+              testing::HasSubstr("CREATE TABLE t (\n  \"any\",\n  \"typed\" text\n);"));
+}
+
 // --- what they share -----------------------------------------------------------------------------
 
 TEST(CellsTest, KnowsNumbersAsJsonHasThem) {

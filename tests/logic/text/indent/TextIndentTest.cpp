@@ -14,6 +14,11 @@ std::string FaultOf(const std::string& text) {
 TEST(TextIndentTest, GuessesByTheFirstSign) {
   EXPECT_EQ(GuessStructure(" \r\n{"), TextStructure::Json);
   EXPECT_EQ(GuessStructure("[1]"), TextStructure::Json);
+  EXPECT_EQ(GuessStructure("{}"), TextStructure::Json);
+  EXPECT_EQ(GuessStructure("{\"a\\\"b\" : 1"), TextStructure::Json);
+  EXPECT_EQ(GuessStructure("{\"a"), TextStructure::Json) << "cut off";
+  EXPECT_EQ(GuessStructure("{1,2,NULL}"), TextStructure::None) << "an array";
+  EXPECT_EQ(GuessStructure("{\"a b\",c}"), TextStructure::None);
   EXPECT_EQ(GuessStructure("\xEF\xBB\xBF<?xml"), TextStructure::Xml);
   EXPECT_EQ(GuessStructure("<a/>"), TextStructure::Xml);
   EXPECT_EQ(GuessStructure("< 3"), TextStructure::None);
