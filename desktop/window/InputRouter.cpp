@@ -72,6 +72,12 @@ bool InputRouter::eventFilter(QObject* watched, QEvent* event) {
   }
 }
 
+bool InputRouter::TakeFromOuter(QEvent& event) {
+  const bool isKey = event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease ||
+                     event.type() == QEvent::ShortcutOverride;
+  return isKey && eventFilter(root_, &event);
+}
+
 /// A key that the focus widget leaves alone comes by again at the window itself. After a handler
 /// has run nothing of the window may be left.
 bool InputRouter::KeyDown(QWidget& widget, QKeyEvent& event) {

@@ -75,6 +75,8 @@ class QtWindow::Watch final : public QObject {
       return true;
     }
     if (outer && event->type() == QEvent::WindowActivate) window_.OuterActivated();
+    else if (outer && window_.outer_ != window_.root_ && window_.outer_->hasFocus())
+      return window_.router_->TakeFromOuter(*event);
     else if (!outer || window_.outer_ == window_.root_) NoteResize(*event);
     return false;
   }

@@ -123,6 +123,19 @@ class EditingTest : public ::testing::Test {
       host.TheDesktop(), data, files, folder.Path().string(), folder.File("Tessel"), "1.0", {}}};
 };
 
+TEST_F(EditingTest, AClickIntoAWindowWithoutRowsBringsItTheKeys) {
+  program.Frame().QueryWindow().FocusText();
+  host.Settle();
+  QWidget* body = view().parentWidget();
+  QTest::mouseClick(body, Qt::LeftButton, {}, body->rect().center());
+  host.Settle();
+  EXPECT_TRUE(records().Active());
+  const bool locked = records().Find<CheckBox>("chkLock").Value();
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_L, Qt::ControlModifier);
+  host.Settle();
+  EXPECT_NE(records().Find<CheckBox>("chkLock").Value(), locked);
+}
+
 TEST_F(EditingTest, LockedRowsTakeNoKeys) {
   Run("SELECT * FROM item");
   Click(0, name);
