@@ -17,6 +17,7 @@ namespace tessel {
 namespace {
 
 constexpr std::int64_t sliceMilliseconds = 8;
+constexpr int untilTyped = 600;  ///< Milliseconds behind the last key of a name.
 constexpr std::int64_t rowsOfBatch = 10'000;
 constexpr int columnsWithWidth = 3;  ///< The last one takes what is left.
 constexpr int columnWidth = 2550;    ///< Twips.
@@ -74,7 +75,8 @@ dlgImport::dlgImport(const Global& global, dlgAsync& async)
       lblStatus_(window_->Find<Label>("lblStatus")),
       prgProgress_(window_->Find<ProgressBar>("prgProgress")),
       cmdImport_(window_->Find<Button>("cmdImport")),
-      cmdCancel_(window_->Find<Button>("cmdCancel")) {
+      cmdCancel_(window_->Find<Button>("cmdCancel")),
+      tmrTable_(window_->TimerNamed("tmrTable")) {
   for (const Delimiter& delimiter : delimiters) cboDelimiter_.AddItem(delimiter.name);
   cboDelimiter_.AddItem(jsonName);
   Fill(cboEncoding_, encodingNames);
@@ -112,7 +114,7 @@ void dlgImport::Wire() {
   txtNull_.Change = [this] { TakeFormat(); };
   chkHeader_.Click = [this] { TakeFormat(); };
   cboTable_.Click = [this] { TakeTable(); };
-  cboTable_.Change = [this] { TakeTable(); };
+  cboTable_.Change = [this] { TakeTypedTable(); };
   cmdImport_.Click = [this] { cmdImport_Click(); };
   cmdCancel_.Click = [this] { cmdCancel_Click(); };
   window_->QueryUnload = [this](bool& refuse, UnloadReason /*reason*/) {
@@ -121,6 +123,8 @@ void dlgImport::Wire() {
   Timer& timer = window_->TimerNamed("tmrStep");
   timer.SetInterval(1);
   timer.Tick = [this] { StepScan(); };
+  tmrTable_.SetInterval(untilTyped);
+  tmrTable_.Tick = [this] { TakeTable(); };
 }
 
 void dlgImport::WireColumns() {
@@ -140,10 +144,11 @@ std::optional<ImportedTable> dlgImport::Go(Window& owner,
   for (const std::string& listed : target_->Tables()) cboTable_.AddItem(listed);
   showing_ = false;
   cboTable_.SetText(table);
-  EnableControls();
+  TakeTable();
   window_->ShowModal(&owner);
   txtSource_.LostFocus = nullptr;
   window_->TimerNamed("tmrStep").SetEnabled(false);
+  tmrTable_.SetEnabled(false);
   grdFirst_.SetDataSource(nullptr);
   return std::exchange(made_, std::nullopt);
 }
@@ -294,9 +299,20 @@ void dlgImport::ShowFirst() {
 
 // --- the table and its columns -------------------------------------------------------------------
 
-/// The name changes with every key that is pressed: only a table that is there is asked for its
-/// columns.
+/// The name changes with every key that is pressed, and what it is so far may name another table.
+/// Keys that come while the database is asked for columns would be lost: it is asked when no more
+/// come.
+void dlgImport::TakeTypedTable() {
+  if (showing_ || state_ == State::Loading) return;
+  if (!target_->Find(cboTable_.Text())) return TakeTable();
+  tmrTable_.SetEnabled(false);
+  tmrTable_.SetEnabled(true);
+  EnableControls();
+}
+
+/// Only a table that is there is asked for its columns.
 void dlgImport::TakeTable() {
+  tmrTable_.SetEnabled(false);
   if (showing_ || state_ == State::Loading) return;
   const std::optional<std::string> before = listedTable_;
   listedTable_ = target_->Find(cboTable_.Text());
@@ -526,7 +542,7 @@ void dlgImport::EnableControls() {
   lsvColumns_.SetEnabled(free && hasColumns);
   cboName_.SetEnabled(free && hasColumns);
   cboType_.SetEnabled(free && hasColumns && mapping_.IsNew());
-  cmdImport_.SetEnabled(idle && hasColumns && !cboTable_.Text().empty());
+  cmdImport_.SetEnabled(idle && hasColumns && !cboTable_.Text().empty() && !tmrTable_.Enabled());
 }
 
 }  // namespace tessel

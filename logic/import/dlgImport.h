@@ -69,6 +69,7 @@ class dlgImport {
   void EndScan(const std::string& problem);
   void ShowFirst();
 
+  void TakeTypedTable();
   void TakeTable();
   [[nodiscard]] bool TableIsThere() const { return listedTable_.has_value(); }
   void Map();
@@ -112,6 +113,7 @@ class dlgImport {
   ProgressBar& prgProgress_;
   Button& cmdImport_;
   Button& cmdCancel_;
+  Timer& tmrTable_;  ///< Runs while a name is being typed that is a table's so far.
 
   State state_ = State::Idle;
   bool showing_ = false;  ///< Controls are being filled: what they raise is no doing of the user.

@@ -57,7 +57,7 @@ class dlgImportTest : public test::LogicFixture {
   }
   /// Lets the dialog finish what it does.
   void Settle() {
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 80; ++i) {
       desktop.AdvanceTime(10);
       desktop.DrainEvents();
     }
@@ -204,6 +204,25 @@ TEST_F(dlgImportTest, ALostConnectionAndWhatItLeavesAreTold) {
     Import();
     EXPECT_THAT(Status(), HasSubstr("\nNothing was imported. The connection is closed; the table "
                                     "was made, and may still be there."));
+  });
+}
+
+/// What is typed so far may be the name of another table.
+TEST_F(dlgImportTest, TheColumnsOfATableAreReadWhenItsNameIsTyped) {
+  Go("", [this] {
+    TakeClipboard("id,name,price\n1,a,1\n");
+    auto& table = W().Find<ComboBox>("cboTable");
+    for (const char* typed : {"g", "go", "goo", "good", "goods"}) table.SetText(typed);
+    EXPECT_FALSE(W().Find<Button>("cmdImport").Enabled());
+    EXPECT_EQ(W().Find<Label>("lblKnown").Caption(), "will be made");
+    table.SetText("goods2");
+    EXPECT_TRUE(W().Find<Button>("cmdImport").Enabled());
+    Settle();
+    EXPECT_EQ(W().Find<Label>("lblKnown").Caption(), "will be made");
+    table.SetText("goods");
+    Settle();
+    EXPECT_EQ(W().Find<Label>("lblKnown").Caption(), "is there");
+    EXPECT_TRUE(W().Find<Button>("cmdImport").Enabled());
   });
 }
 
