@@ -113,6 +113,8 @@ void ChartWidget::Paint(bool onPaper) {
 
 void ChartWidget::SetAxis(QCPAxis& axis, const ChartAxis& told) const {
   axis.setTicker(TickerOf(told));
+  // Names that look like numbers with a power of ten are none.
+  axis.setNumberFormat(told.meaning == AxisMeaning::Names ? "g" : "gb");
   axis.setLabel(ToQt(told.title));
   axis.setTickLabelRotation(told.meaning == AxisMeaning::Names && told.names.size() > 8 ? 60 : 0);
   axis.setRange(told.lower, told.upper);

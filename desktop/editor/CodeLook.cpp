@@ -119,8 +119,7 @@ long CodeLook::PartnerOf(long bracket, char sign) const {
 }
 
 void CodeLook::ShowBrackets() {
-  if (!isCode_) return;
-  const long bracket = BracketAtCaret();
+  const long bracket = isCode_ ? BracketAtCaret() : none;
   if (bracket == none) {
     editor_.SendScintilla(Base::SCI_BRACEHIGHLIGHT, none, none);
     return;

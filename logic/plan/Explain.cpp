@@ -57,8 +57,10 @@ void Explain::ShowStatement(frmRecords& window, const ExplainedStatement& statem
   bool measured = false;
   while (true) {
     const std::optional<ShownPlan> shown = Read(window, statement, measured);
-    if (!shown || ShowPlan(global_, frame_, sqlWindow_, *shown) == PlanWish::Nothing) return;
-    if (!MayMeasure(statement)) return;
+    if (!shown) return;
+    do {
+      if (ShowPlan(global_, frame_, sqlWindow_, *shown) == PlanWish::Nothing) return;
+    } while (!MayMeasure(statement));
     measured = true;
   }
 }

@@ -85,6 +85,19 @@ TEST_F(DrawingsTest, APictureOfTheChartHasItsMarks) {
   EXPECT_GT(bars, colors()) << "without a picture the bars are gone";
 }
 
+TEST_F(DrawingsTest, NamesAreWrittenAsTheyAre) {
+  const auto window = ShowForm("dlgChart");
+  auto& chart = window->Find<ChartBox>("chtChart");
+  ChartPicture picture = Picture(ChartMarks::Bars, 2);
+  picture.xAxis.meaning = AxisMeaning::Names;
+  picture.xAxis.names = {"1f0e3dad", "12e5"};
+  chart.SetPicture(picture);
+  host.Settle();
+  const std::string drawing = chart.FileContent(DrawingFormat::Svg);
+  EXPECT_THAT(drawing, testing::HasSubstr("1f0e3dad"));
+  EXPECT_THAT(drawing, testing::HasSubstr("12e5"));
+}
+
 TEST_F(DrawingsTest, ManyPointsAreDotsWhereTheyBelong) {
   const auto window = ShowForm("dlgChart");
   auto& chart = window->Find<ChartBox>("chtChart");

@@ -143,6 +143,7 @@ TEST_F(ExplainTest, AStatementThatWritesIsAskedAboutBeforeItRuns) {
       "EXPLAIN FORMAT=JSON " + update,
       R"json({"query_block": {"table": {"table_name": "t", "access_type": "ALL", "rows": 4}}})json");
   desktop.OnModal("dlgPlan", [](Window& w) { w.Click("cmdMeasure"); });
+  desktop.OnModal("dlgPlan", [](Window& w) { w.Click("cmdClose"); });  // It is still there.
   desktop.ExpectMessage(
       "To tell real rows and times the statement is run, and what it changes is taken back at "
       "once. Tables without transactions, counters and what triggers do outside of the database "
