@@ -36,8 +36,9 @@ class InputRouter final : public QObject {
   InputRouter(Window& window, KeyTaker& taker, QWidget& root, DesktopCore& core);
   /// From now on the widget's events concern the control.
   void Add(QWidget& widget, Control& control);
-  /// A window of the frame has the keyboard itself where nothing in its form can have it, or a press
-  /// found nothing that takes it. Its keys are those of the form. Tells whether the event was taken.
+  /// A window of the frame has the keyboard itself where nothing in its form can have it, or a
+  /// press found nothing that takes it. Its keys are those of the form. Tells whether the event was
+  /// taken.
   [[nodiscard]] bool TakeFromOuter(QEvent& event);
 
  protected:

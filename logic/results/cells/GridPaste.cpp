@@ -67,11 +67,12 @@ std::optional<GridPaste::Place> GridPaste::Start() const {
 }
 
 /// A single value goes into the cell as if it were typed, unless blanks would make it another one.
+/// A spreadsheet ends also a single cell with a line end, which is no part of it.
 bool GridPaste::IsTyped(const TextBlock& block) const {
   if (block.size() != 1 || block[0].size() != 1 || !grid_.SelCells().IsEmpty()) return false;
   const auto column = static_cast<std::size_t>(grid_.CurrentColumn());
   const std::string text = clipboard_.Text();
-  return Meant(grid_.DataSource()->Fields()[column].type, text) == text;
+  return !text.ends_with('\n') && Meant(grid_.DataSource()->Fields()[column].type, text) == text;
 }
 
 /// One value goes into each selected cell.

@@ -99,6 +99,16 @@ TEST_F(GridPasteTest, ASingleValueIsTyped) {
   EXPECT_EQ(Grid().CellText(), "typed");
 }
 
+TEST_F(GridPasteTest, ASingleCellOfASpreadsheetHasNoLineEnd) {
+  ClickCell(0, name);
+  Paste("uno\r\n");
+  Press('S', shiftState::ctrl);
+  EXPECT_EQ(Stored(0, name), Text("uno"));
+  Paste("\"l1\nl2\"\r\n");
+  Press('S', shiftState::ctrl);
+  EXPECT_EQ(Stored(0, name), Text("l1\nl2"));
+}
+
 TEST_F(GridPasteTest, ANumberWithALineEndIsNone) {
   ClickCell(0, active);
   Paste("0\r\n");
