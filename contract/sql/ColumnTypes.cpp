@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "contract/text/Ascii.h"
+
 namespace tessel {
 
 namespace {
@@ -55,6 +57,15 @@ Kind KindOf(DataType type) {
   }
 }
 
+/// What has no type for a moment with its offset keeps it as a text.
+Kind KindIn(SqlDialect dialect, const ColumnType& column) {
+  const Kind kind = KindOf(column.type);
+  const bool isMoment = kind == Kind::Time || kind == Kind::Stamp;
+  const bool lacks =
+      dialect == SqlDialect::MariaDB || (dialect == SqlDialect::SqlServer && kind == Kind::Time);
+  return isMoment && column.zoned && lacks ? Kind::Text : kind;
+}
+
 std::string Sized(const char* name, std::int64_t size) {
   return std::string(name) + "(" + std::to_string(size) + ")";
 }
@@ -80,8 +91,8 @@ std::string PostgresName(Kind kind, const ColumnType& column) {
     case Kind::Exact:
       return column.precision == 0 ? "numeric" : Exact("numeric", column, mostDigits, mostDigits);
     case Kind::Date: return "date";
-    case Kind::Time: return "time";
-    case Kind::Stamp: return "timestamp";
+    case Kind::Time: return column.zoned ? "time with time zone" : "time";
+    case Kind::Stamp: return column.zoned ? "timestamp with time zone" : "timestamp";
     case Kind::Guid: return "uuid";
     case Kind::Bytes: return "bytea";
     case Kind::Text: return "text";
@@ -157,7 +168,7 @@ std::string ServerName(Kind kind, const ColumnType& column) {
     case Kind::Exact: return Exact("decimal", column, mostDigits, mostDigits);
     case Kind::Date: return "date";
     case Kind::Time: return "time";
-    case Kind::Stamp: return "datetime2";
+    case Kind::Stamp: return column.zoned ? "datetimeoffset" : "datetime2";
     case Kind::Guid: return "uniqueidentifier";
     case Kind::Bytes: return isShort ? Sized("varbinary", column.size) : "varbinary(max)";
     case Kind::Text: return isShort ? Sized("nvarchar", column.size) : "nvarchar(max)";
@@ -179,8 +190,8 @@ std::string StandardName(Kind kind, const ColumnType& column) {
     case Kind::Double: return "double precision";
     case Kind::Exact: return Exact("numeric", column, mostDigits, mostDigits);
     case Kind::Date: return "date";
-    case Kind::Time: return "time";
-    case Kind::Stamp: return "timestamp";
+    case Kind::Time: return column.zoned ? "time with time zone" : "time";
+    case Kind::Stamp: return column.zoned ? "timestamp with time zone" : "timestamp";
     case Kind::Guid: return "char(36)";
     case Kind::Bytes: return Sized("varbinary", column.size == 0 ? usualLength : column.size);
     case Kind::Text: return Sized("varchar", column.size == 0 ? usualLength : column.size);
@@ -190,8 +201,16 @@ std::string StandardName(Kind kind, const ColumnType& column) {
 
 }  // namespace
 
+bool IsZonedType(std::string_view typeName) {
+  constexpr std::string_view marks[] = {"WITH TIME ZONE", "TIMESTAMPTZ", "TIMETZ",
+                                        "DATETIMEOFFSET"};
+  const std::string upper = AsciiUpper(typeName);
+  return std::ranges::any_of(
+      marks, [&upper](std::string_view mark) { return upper.find(mark) != std::string::npos; });
+}
+
 std::string ColumnTypeName(SqlDialect dialect, const ColumnType& column) {
-  const Kind kind = KindOf(column.type);
+  const Kind kind = KindIn(dialect, column);
   switch (dialect) {
     case SqlDialect::PostgreSQL: return PostgresName(kind, column);
     case SqlDialect::MariaDB: return MariaName(kind, column);

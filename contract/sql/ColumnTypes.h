@@ -18,7 +18,12 @@ struct ColumnType {
   int precision = 0;      ///< Digits in all of an exact decimal; 0: as many as there may be.
   int scale = 0;          ///< Digits behind the point.
   std::int64_t size = 0;  ///< Characters or bytes; 0: no limit.
+  bool zoned = false;     ///< Of moments: each tells its offset from UTC.
 };
+
+/// Whether a server's own name of a type is that of moments with an offset from UTC, as "timestamp
+/// with time zone" or "datetimeoffset". Any thread.
+[[nodiscard]] bool IsZonedType(std::string_view typeName);
 
 /// The name of the type of such a column in CREATE TABLE, as "numeric(10,2)". It is one that holds
 /// every value of the kind without loss where the database has one: a text that no index is made on

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "contract/base/Value.h"
 #include "logic/import/reading/RecordReader.h"
@@ -20,5 +21,9 @@ struct CellStyle {
 /// as the end of a sentence; null: nothing.
 [[nodiscard]] const char* ReadCell(ImportCell& cell, DataType type, const CellStyle& style,
                                    ValueView& value);
+
+/// What a column of `type` without offsets would lose of a moment, as the end of a sentence; null:
+/// nothing.
+[[nodiscard]] const char* LossOfMoment(std::string_view text, DataType type);
 
 }  // namespace tessel

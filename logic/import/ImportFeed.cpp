@@ -85,6 +85,8 @@ void ImportFeed::AddRecord(LoadBatch& batch) {
         column.source < record_.cells.size() ? record_.cells[column.source] : missing;
     const ImportCell asItWas = cell;
     const char* problem = ReadCell(cell, column.target.type, style_, batch.cells.emplace_back());
+    if (problem == nullptr && !column.keepsMoments)
+      problem = LossOfMoment(asItWas.View(), column.target.type);
     if (problem != nullptr)
       RaiseAt(record_.line, "column \"" + names_[column.source] + "\"",
               Shown(asItWas.View()) + " " + problem);

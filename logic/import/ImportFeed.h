@@ -16,6 +16,9 @@ namespace tessel {
 struct ImportColumn {
   std::size_t source = 0;  ///< Its number among the columns of the source.
   LoadColumn target;
+  /// The database keeps or refuses whatever a moment tells; else it forgets an offset from UTC, or
+  /// the time of a date, without a word.
+  bool keepsMoments = true;
 };
 
 /// The records of a source on their way into a table, on the worker of the connection.

@@ -31,6 +31,12 @@ struct NewColumn {
 /// of whole numbers, whatever a driver says.
 [[nodiscard]] DataType ImportedType(SqlDialect dialect, DataType type);
 
+/// Whether a column forgets parts of a moment without a word, as PostgreSQL does. `typeName`: the
+/// server's own of a table that is there.
+[[nodiscard]] inline bool ForgetsOfMoments(SqlDialect dialect, std::string_view typeName) {
+  return dialect == SqlDialect::PostgreSQL && !IsZonedType(typeName);
+}
+
 /// The statement that makes a table, whose name is given as SQL has it.
 [[nodiscard]] std::string CreateTableText(SqlDialect dialect, const NameQuoting& quoting,
                                           const std::string& tableInSql,

@@ -403,6 +403,8 @@ LoadRequest dlgImport::MakeRequest() {
   request.table = TableIsThere() ? target_->InSql(*listedTable_) : target_->TypedInSql(name);
   std::vector<ImportColumn> columns = mapping_.Loaded();
   for (ImportColumn& column : columns) {
+    const std::string& typeName = mapping_.Columns()[column.source].typeName;
+    column.keepsMoments = !ForgetsOfMoments(target_->Dialect(), typeName);
     column.target.type = ImportedType(target_->Dialect(), column.target.type);
     request.columns.push_back(column.target);
   }

@@ -226,6 +226,33 @@ TEST_F(dlgImportTest, TheColumnsOfATableAreReadWhenItsNameIsTyped) {
   });
 }
 
+/// PostgreSQL would take them, and forget the offset and the time.
+TEST_F(dlgImportTest, WhatAColumnWouldLoseOfAMomentIsRefused) {
+  data.properties.Set("DBMS Name", std::string("PostgreSQL"));
+  FieldInfo plain = MemoryField("plain", DataType::DBTimeStamp);
+  plain.typeName = "timestamp without time zone";
+  FieldInfo zoned = MemoryField("zoned", DataType::DBTimeStamp);
+  zoned.typeName = "timestamp with time zone";
+  FieldInfo day = MemoryField("day", DataType::DBDate);
+  day.typeName = "date";
+  data.tables.push_back({.catalog = {}, .schema = {}, .name = "m", .columns = {plain, zoned, day}});
+  connection = data.CreateConnection();
+  test::OpenNow(*connection);
+  const auto received = MakeReceiver("m", {"plain", "zoned", "day"});
+  Go("m", [this] {
+    TakeClipboard("zoned,plain\n2026-01-02 03:04:05-05,2026-01-02 03:04:05-05\n");
+    Import();
+    EXPECT_THAT(Status(), HasSubstr("Line 2, column \"plain\": \"2026-01-02 03:04:05-05\" has an "
+                                    "offset from UTC, which the column would lose."));
+    TakeClipboard("day\n2026-01-02 03:04\n");
+    Import();
+    EXPECT_THAT(Status(), HasSubstr("has a time of day, which the column would lose."));
+    TakeClipboard("zoned,plain,day\n2026-01-02T03:04:05Z,2026-01-02T03:04:05.5 PM,2026-01-02\n");
+    Import();
+    EXPECT_THAT(Status(), HasSubstr("1 record imported into m"));
+  });
+}
+
 TEST_F(dlgImportTest, AfterAnImportOnlyAnotherSourceIsTaken) {
   Go("goods", [this] {
     TakeClipboard("id,name,price\n1,a,1\n");

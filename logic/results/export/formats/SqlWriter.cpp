@@ -81,7 +81,8 @@ class SqlWriter final : public RecordWriter {
       const FieldInfo& field = fields_[i];
       out.append(i == 0 ? "\n  " : ",\n  ").append(literals_.Name(names_[i]));
       if (!HoldsAnything(field))
-        out += " " + ColumnTypeName(dialect_, {field.type, field.precision, field.scale, 0});
+        out += " " + ColumnTypeName(dialect_, {field.type, field.precision, field.scale, 0,
+                                               IsZonedType(field.typeName)});
       if (!field.nullable) out += " NOT NULL";
     }
     out.append("\n)").append(TableEnding(dialect_)).append(";\n");

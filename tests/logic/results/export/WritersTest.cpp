@@ -347,6 +347,24 @@ TEST(SqlWriterTest, CreateTableFitsTheRows) {
             "boolean\n);\n");
 }
 
+TEST(SqlWriterTest, AMomentKeepsItsOffset) {
+  FieldInfo at = MemoryField("at", DataType::DBTimeStamp);
+  at.typeName = "timestamp with time zone";
+  const auto type = [&at](SqlDialect dialect) {
+    ExportChoices choices = SqlFor(dialect);
+    choices.createTable = true;
+    const std::string text = Written(choices, ExportRows{{at}, {}});
+    const std::size_t begin = text.find("at") + 4;
+    return text.substr(begin, text.find('\n', begin) - begin);
+  };
+  EXPECT_EQ(type(SqlDialect::PostgreSQL), "timestamp with time zone");
+  EXPECT_EQ(type(SqlDialect::MariaDB), "longtext");
+  EXPECT_EQ(type(SqlDialect::SqlServer), "datetimeoffset");
+  EXPECT_EQ(type(SqlDialect::SQLite), "timestamp");
+  at.typeName = "timestamp without time zone";
+  EXPECT_EQ(type(SqlDialect::PostgreSQL), "timestamp");
+}
+
 TEST(SqlWriterTest, AColumnOfSqliteWithoutATypeStaysOne) {
   ExportChoices choices = SqlFor(SqlDialect::SQLite);
   choices.createTable = true;
