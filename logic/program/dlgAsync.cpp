@@ -160,6 +160,12 @@ std::shared_ptr<Recordset> dlgAsync::Read(const std::shared_ptr<QueryOperation>&
 
 /// For a million records the bar need not be asked a million times: between two steps of it nothing
 /// is served, and what it shows is seen only then.
+dlgAsync dlgAsync::ForLoop() const {
+  dlgAsync loop(desktop_, frame_);
+  loop.names_ = names_;
+  return loop;
+}
+
 bool dlgAsync::ForEach(const std::string& message, const Connection* connection, std::int64_t count,
                        const std::function<void(std::int64_t)>& step, std::int64_t atOnce,
                        const std::string& units) {

@@ -80,6 +80,8 @@ class dlgAsync {
   void Cancel() {
     if (window_ != nullptr && window_->Loaded()) cmdCancel_Click();
   }
+  /// Another one over the same frame, for a loop whose steps run under this one.
+  [[nodiscard]] dlgAsync ForLoop() const;
   /// Ends an InitProcess or InitProgress; also at the end of the program.
   void Unload();
   /// The same, for a loop that has failed, or has done its work or was cancelled.

@@ -100,6 +100,20 @@ RowTools::Host frmRecords::RowToolsHost() {
           [this] { PlaceGrid(window_->ScaleWidth(), window_->ScaleHeight()); }};
 }
 
+/// Each row is saved under the progress window of its own: this one shows how far all of them are.
+std::int64_t frmRecords::PasteRows(std::int64_t count,
+                                   const std::function<bool(std::int64_t)>& step) {
+  dlgAsync loop = async_.ForLoop();
+  loop.InitProgress("Pasting rows...", static_cast<double>(count), mCn_.get(), "rows");
+  const UnloadAtEnd unload(loop);
+  std::int64_t done = 0;
+  while (done < count && step(done)) {
+    ++done;
+    if (!loop.DoProgress(1)) break;
+  }
+  return done;
+}
+
 void frmRecords::TellIfLost() {
   if ((mCn_->State() & objectState::open) == 0) SetStatus("Disconnected.", statusColor::plain);
 }
@@ -112,9 +126,13 @@ void frmRecords::Tell(const std::string& text, bool isCount) {
 
 PasteHost frmRecords::HostOfPasting() {
   return {[this](const std::function<void()>& action) { return help_.TryTo(action); },
-          [this] { return editing_.SaveChange(); }, [this] { editing_.ShowEditButtonsUnlessNew(); },
+          [this] { return editing_.SaveChange(); },
+          [this] { editing_.ShowEditButtonsUnlessNew(); },
           [this](const std::string& reason) { help_.Show(reason, MessageIcon::Exclamation); },
-          [this](const std::string& text) { Tell(text, false); }};
+          [this](const std::string& text) { Tell(text, false); },
+          [this](std::int64_t count, const std::function<bool(std::int64_t)>& step) {
+            return PasteRows(count, step);
+          }};
 }
 
 void frmRecords::WireControls() {

@@ -152,6 +152,8 @@ class frmRecords : private QueryRunner, private TagResolver {
   bool HandleKey(int keyCode, int shift);
   [[nodiscard]] RowTools::Host RowToolsHost();
   [[nodiscard]] PasteHost HostOfPasting();
+  [[nodiscard]] std::int64_t PasteRows(std::int64_t count,
+                                       const std::function<bool(std::int64_t)>& step);
   void Tell(const std::string& text, bool isCount);
   bool HandleControlKey(int keyCode);
   bool HandleControlShiftKey(int keyCode);

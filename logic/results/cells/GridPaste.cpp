@@ -49,7 +49,8 @@ TextBlock GridPaste::Block() const {
   const std::string text = clipboard_.Text();
   const bool isBlock = text.find_first_of("\t\n\r") != std::string::npos;
   TextBlock table = isBlock ? TextBlock() : BlockOfHtml(clipboard_.Html());
-  const bool hasCells = table.size() > 1 || (table.size() == 1 && table[0].size() > 1);
+  const bool hasCells =
+      table.size() > 1 || (!table.empty() && (text.empty() || table[0].size() > 1));
   return hasCells ? table : BlockOfText(text);
 }
 
@@ -72,7 +73,8 @@ bool GridPaste::IsTyped(const TextBlock& block) const {
   if (block.size() != 1 || block[0].size() != 1 || !grid_.SelCells().IsEmpty()) return false;
   const auto column = static_cast<std::size_t>(grid_.CurrentColumn());
   const std::string text = clipboard_.Text();
-  return !text.ends_with('\n') && Meant(grid_.DataSource()->Fields()[column].type, text) == text;
+  return !text.empty() && !text.ends_with('\n') &&
+         Meant(grid_.DataSource()->Fields()[column].type, text) == text;
 }
 
 /// One value goes into each selected cell.
@@ -140,16 +142,15 @@ void GridPaste::Fill(const TextBlock& block, const Place& start) {
   else if (grid_.ChangePending()) host_.changed();
 }
 
-/// How many were saved: all, unless one of them was refused or the rows went away.
+/// How many were saved: all, unless one of them was refused, the user cancelled or the rows went
+/// away.
 std::int64_t GridPaste::SaveRows(const TextBlock& block, const Place& start) {
   const std::shared_ptr<Recordset> rows = grid_.DataSource();
-  Place at = start;
-  for (const auto& row : block) {
-    if (!FillRow(row, at) || !host_.saveChange()) break;
-    ++at.row;
-    if (grid_.DataSource() != rows) break;
-  }
-  return at.row - start.row;
+  return host_.forEach(std::ssize(block), [&](std::int64_t i) {
+    const Place at{start.row + i, start.column};
+    return grid_.DataSource() == rows && FillRow(block[static_cast<std::size_t>(i)], at) &&
+           host_.saveChange();
+  });
 }
 
 /// An empty value leaves a null as it is: that is what a null is copied as. False when a change of

@@ -20,14 +20,18 @@ struct PasteHost {
   std::function<void()> changed;                          ///< A change waits in the current record.
   std::function<void(const std::string& reason)> refuse;  ///< Nothing was pasted.
   std::function<void(const std::string& text)> tell;      ///< What became of several rows.
+  /// Calls `step` with 0, 1, ... below `count` until it returns false or the user cancels, and
+  /// shows how far it is. Returns how many steps were done.
+  std::function<std::int64_t(std::int64_t count, const std::function<bool(std::int64_t)>& step)>
+      forEach;
 };
 
 /// Fills the cells of a grid from a block on the clipboard, from the current cell on or the first
 /// selected one. All values are looked at first: where one is none of its column, or its cell
 /// cannot be changed, nothing is pasted, and the reason is shown at the cell. A block of one row
 /// then waits as a change does that was typed; of several each row is saved, up to the first that
-/// the database refuses, whose change stays, and it is told how many were saved. Rows behind the
-/// last one become new ones where these may be added.
+/// the database refuses, whose change stays, or until the user cancels, and it is told how many
+/// were saved. Rows behind the last one become new ones where these may be added.
 class GridPaste {
  public:
   /// All outlive it.

@@ -8,6 +8,7 @@ namespace tessel {
 namespace {
 
 using testing::EndsWith;
+using testing::HasSubstr;
 
 class GridPasteTest : public test::EditingFixture {
  protected:
@@ -99,6 +100,23 @@ TEST_F(GridPasteTest, ASingleValueIsTyped) {
   EXPECT_EQ(Grid().CellText(), "typed");
 }
 
+TEST_F(GridPasteTest, ALongBlockTellsHowFarItIsAndStopsWhereItIsCancelled) {
+  std::string block;
+  for (int i = 0; i < 500; ++i) block += "row\n";
+  std::string told;
+  desktop.OnProcessPending([&](int call) {
+    desktop.AdvanceTime(100);
+    told = desktop.WindowOf("dlgAsync").Find<Label>("lblDone").Caption();
+    if (call == 5) desktop.WindowOf("dlgAsync").Click("cmdCancel");
+  });
+  ClickCell(0, name);
+  Paste(block.c_str());
+  EXPECT_THAT(told, HasSubstr(" of 500 rows, "));
+  EXPECT_THAT(Status(), EndsWith(" of 500 rows pasted."));
+  EXPECT_LT(Grid().DataSource()->RecordCount(), 500);
+  EXPECT_FALSE(Grid().ChangePending()) << "a row is saved whole";
+}
+
 TEST_F(GridPasteTest, ASingleCellOfASpreadsheetHasNoLineEnd) {
   ClickCell(0, name);
   Paste("uno\r\n");
@@ -128,6 +146,12 @@ TEST_F(GridPasteTest, ATableOfAPageIsABlockToo) {
   Paste("", "<table><tr><td>uno</td><td>0</td></tr><tr><td>dos</td><td>1</td></tr></table>");
   EXPECT_EQ(Stored(0, name), Text("uno"));
   EXPECT_EQ(Stored(1, active), Value(true));
+}
+
+TEST_F(GridPasteTest, ASingleCellOfAPageIsTakenWhereThereIsNoText) {
+  ClickCell(0, name);
+  Paste("", "<table><tr><td>tres</td></tr></table>");
+  EXPECT_EQ(Cell(0, name), "tres");
 }
 
 TEST_F(GridPasteTest, TheRowThatTheDatabaseRefusesKeepsItsChange) {
