@@ -124,8 +124,13 @@ void GridArranging::Drop() {
 
 void GridArranging::Forget() { Drop(); }
 
+/// Rows would stay hidden by a filter that is no longer to be seen.
+bool GridArranging::ShowsAllAgain() const {
+  return wanted_.conditions.empty() && !grid_.DataSource()->Arrangement().conditions.empty();
+}
+
 bool GridArranging::Stop() {
-  if (!Works()) return false;
+  if (!Works() || ShowsAllAgain()) return false;
   Drop();
   host_.tell("Stopped.");
   return true;

@@ -40,7 +40,7 @@ class GridArranging {
   void Forget();
 
   [[nodiscard]] bool Works() const { return work_ != nullptr; }
-  /// Lets go of what is under way; false when nothing is.
+  /// Lets go of what is under way; false when nothing is, or when it only ends a filter.
   bool Stop();
 
  private:
@@ -49,6 +49,7 @@ class GridArranging {
   void RunSlice();
   void TellProgress();
   void Drop();
+  [[nodiscard]] bool ShowsAllAgain() const;
 
   DataGrid& grid_;
   Timer& timer_;

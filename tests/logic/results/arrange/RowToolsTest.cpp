@@ -119,6 +119,20 @@ TEST_F(RowToolsTest, AChangeThatWaitsIsSavedFirst) {
   EXPECT_THAT(Ids(), ElementsAre("3", "2", "5", "4", "1"));
 }
 
+/// A key that is held comes twice.
+TEST_F(RowToolsTest, ASecondEscDoesNotKeepAFilterWhoseLineIsClosed) {
+  RunTowns();
+  Filter("Graz");
+  EXPECT_THAT(Ids(), ElementsAre("2", "5"));
+  W().Find<TextBox>("txtFilterRows").SetFocus();
+  Press(key::escape);
+  EXPECT_FALSE(Shows("fraFilterRows"));
+  Press(key::escape);
+  Settle();
+  EXPECT_EQ(Ids().size(), 5U);
+  EXPECT_EQ(StatusText(), "5 record(s).");
+}
+
 TEST_F(RowToolsTest, EscStopsItAndTheNextQueryForgetsIt) {
   RunTowns();
   G().ClickSort(2, false);
