@@ -247,7 +247,6 @@ const char* LossOfMoment(std::string_view text, DataType type) {
   const std::size_t colon = text.find(':');
   if (colon == std::string_view::npos) return nullptr;
   if (type == DataType::DBDate) return "has a time of day, which the column would lose.";
-  if (type != DataType::DBTimeStamp && type != DataType::DBTime) return nullptr;
   std::string rest = AsciiUpper(text.substr(colon));
   if (rest.ends_with("AM") || rest.ends_with("PM")) rest.resize(rest.size() - 2);
   return rest.find_first_not_of("0123456789:.,T ") == std::string::npos

@@ -22,8 +22,8 @@ struct CellStyle {
 [[nodiscard]] const char* ReadCell(ImportCell& cell, DataType type, const CellStyle& style,
                                    ValueView& value);
 
-/// What a column of `type` without offsets would lose of a moment, as the end of a sentence; null:
-/// nothing.
+/// What a column of `type`, a date, a time or both without offsets, would lose of a moment, as the
+/// end of a sentence; null: nothing.
 [[nodiscard]] const char* LossOfMoment(std::string_view text, DataType type);
 
 }  // namespace tessel

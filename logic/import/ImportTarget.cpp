@@ -23,6 +23,12 @@ DataType ImportedType(SqlDialect dialect, DataType type) {
   return dialect == SqlDialect::SQLite && isWhole ? DataType::BigInt : type;
 }
 
+bool ForgetsOfMoments(SqlDialect dialect, DataType type, std::string_view typeName) {
+  const bool isMoment =
+      type == DataType::DBDate || type == DataType::DBTime || type == DataType::DBTimeStamp;
+  return dialect == SqlDialect::PostgreSQL && isMoment && !IsZonedType(typeName);
+}
+
 std::string CreateTableText(SqlDialect dialect, const NameQuoting& quoting,
                             const std::string& tableInSql, const std::vector<NewColumn>& columns) {
   std::string text = "create table " + tableInSql + " (";

@@ -31,11 +31,9 @@ struct NewColumn {
 /// of whole numbers, whatever a driver says.
 [[nodiscard]] DataType ImportedType(SqlDialect dialect, DataType type);
 
-/// Whether a column forgets parts of a moment without a word, as PostgreSQL does. `typeName`: the
-/// server's own of a table that is there.
-[[nodiscard]] inline bool ForgetsOfMoments(SqlDialect dialect, std::string_view typeName) {
-  return dialect == SqlDialect::PostgreSQL && !IsZonedType(typeName);
-}
+/// Whether a column of `type` forgets parts of a moment without a word, as PostgreSQL does.
+/// `typeName`: the server's own of a table that is there.
+[[nodiscard]] bool ForgetsOfMoments(SqlDialect dialect, DataType type, std::string_view typeName);
 
 /// The statement that makes a table, whose name is given as SQL has it.
 [[nodiscard]] std::string CreateTableText(SqlDialect dialect, const NameQuoting& quoting,

@@ -197,7 +197,6 @@ bool dlgImport::TakeSource(ImportSource source) {
     return false;
   }
   source_ = std::move(source);
-  ended_ = false;
   sourceText_ = source_->name;
   txtSource_.SetText(sourceText_);
   ShowFormat();
@@ -404,7 +403,7 @@ LoadRequest dlgImport::MakeRequest() {
   std::vector<ImportColumn> columns = mapping_.Loaded();
   for (ImportColumn& column : columns) {
     const std::string& typeName = mapping_.Columns()[column.source].typeName;
-    column.keepsMoments = !ForgetsOfMoments(target_->Dialect(), typeName);
+    column.keepsMoments = !ForgetsOfMoments(target_->Dialect(), column.target.type, typeName);
     column.target.type = ImportedType(target_->Dialect(), column.target.type);
     request.columns.push_back(column.target);
   }
@@ -462,7 +461,6 @@ void dlgImport::EndLoad() {
     for (const NewColumn& column : mapping_.Made()) made_->columns.push_back(column.name);
   }
   source_.reset();
-  ended_ = true;
   cmdCancel_.SetCaption("Close");
   EnableControls();
   cmdCancel_.SetFocus();
@@ -529,13 +527,14 @@ void dlgImport::ShowProgress(double done) { prgProgress_.SetValue(prgProgress_.M
 void dlgImport::EnableControls() {
   const bool idle = state_ == State::Idle;
   const bool free = state_ != State::Loading;
+  const bool imported = !source_ && load_ != nullptr;
   const bool isText = format_.kind == ImportFormat::Kind::Delimited;
   const bool hasColumns = source_ && scan_ != nullptr && !mapping_.Columns().empty();
   txtSource_.SetLocked(!free);
   for (const char* name : {"cmdFile", "cmdClipboard"})
     window_->Find<Control>(name).SetEnabled(free);
   for (const char* name : {"cboTable", "chkBatches", "chkAsFile"})
-    window_->Find<Control>(name).SetEnabled(free && !ended_);
+    window_->Find<Control>(name).SetEnabled(free && !imported);
   for (Control* control :
        std::initializer_list<Control*>{&cboDelimiter_, &cboEncoding_, &cboDecimal_})
     control->SetEnabled(free && source_.has_value());

@@ -129,7 +129,6 @@ class dlgImport {
   std::shared_ptr<LoadOperation> load_;
   std::int64_t start_ = 0;
   bool cancelling_ = false;  ///< The load under way is asked to stop.
-  bool ended_ = false;       ///< What is shown has been imported.
   std::optional<ImportedTable> made_;
 };
 

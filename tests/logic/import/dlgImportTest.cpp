@@ -66,6 +66,13 @@ class dlgImportTest : public test::LogicFixture {
     W().Click("cmdImport");
     Settle();
   }
+  /// Of records that the database does not take before the dialog is left to settle.
+  void BeginImport() {
+    data.holdChanges = true;
+    TakeClipboard("id,name,price\n1,a,1\n2,b,2\n");
+    W().Click("cmdImport");
+    desktop.DrainEvents();
+  }
   /// Shows the dialog; `steps` are what the user does in it before he closes it.
   std::optional<ImportedTable> Go(const std::string& table, const std::function<void()>& steps) {
     desktop.OnModal("dlgImport", [steps](Window& w) {
@@ -165,11 +172,8 @@ TEST_F(dlgImportTest, AValueThatIsNoneIsToldWithItsPlace) {
 }
 
 TEST_F(dlgImportTest, CancelStopsALoadAndTheWindowStays) {
-  data.holdChanges = true;
   Go("goods", [this] {
-    TakeClipboard("id,name,price\n1,a,1\n2,b,2\n");
-    W().Click("cmdImport");
-    desktop.DrainEvents();
+    BeginImport();
     EXPECT_FALSE(W().Find<Button>("cmdImport").Enabled());
     W().CloseByControlBox();
     EXPECT_TRUE(W().Visible());
@@ -180,11 +184,8 @@ TEST_F(dlgImportTest, CancelStopsALoadAndTheWindowStays) {
 }
 
 TEST_F(dlgImportTest, WhileWhatItTookIsTakenBackThatIsSaid) {
-  data.holdChanges = true;
   Go("goods", [this] {
-    TakeClipboard("id,name,price\n1,a,1\n2,b,2\n");
-    W().Click("cmdImport");
-    desktop.DrainEvents();
+    BeginImport();
     W().Click("cmdCancel");
     EXPECT_EQ(Status(), "Cancelling: the database takes back what it took.\n"
                         "Cancel again to disconnect and leave it alone with that.");
